@@ -1,0 +1,11 @@
+# libusb 0.1 (Debian: libusb-dev): its header is <usb.h>, its library libusb.
+find_path(LIBUSB_INCLUDE_DIR usb.h REQUIRED)
+find_library(LIBUSB_LIBRARY usb REQUIRED)
+
+add_library(libusb INTERFACE)
+target_include_directories(libusb SYSTEM INTERFACE ${LIBUSB_INCLUDE_DIR})
+target_link_libraries(libusb INTERFACE ${LIBUSB_LIBRARY})
+
+# The header without the library, for tests that bring their own usb_... functions.
+add_library(libusb_headers INTERFACE)
+target_include_directories(libusb_headers SYSTEM INTERFACE ${LIBUSB_INCLUDE_DIR})

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The settings of one run, every one held as text and none checked: what a text means, and whether
+/// it means anything, is for those who encode it. References that a getter returns live as long as
+/// the record.
+class configDetails {
+ public:
+  /// Channel "6", mode "Managed", security "None", device "/dev/usb/lp0"; all else empty.
+  configDetails();
+
+  /// Extracts the value of option `key` from `text` into `*value`. Nothing happens when the key
+  /// occurs nowhere in the text. Else the value is what stands between the first two quotation
+  /// marks, or behind the only one, or, without any, from the position that is the key's length:
+  /// right when the key opens the text. Returns 0.
+  int getParmValue(std::string text, std::string key, std::string* value);
+
+  /// Fills the record from arguments 1 to `count` - 1: one without any "-" is the device path, each
+  /// other is matched against every option key. Returns 0.
+  int parseParm(int count, std::vector<std::string> args);
+
+  /// Takes only the device path from arguments 1 to `count` - 1: the last one without any "-".
+  /// Returns 0.
+  int parseUSB(int count, std::vector<std::string> args);
+
+  const std::string& getUSB() const { return value(Setting::Usb); }
+  const std::string& getSSID() const { return value(Setting::Ssid); }
+  const std::string& getChannel() const { return value(Setting::Channel); }
+  const std::string& getMode() const { return value(Setting::Mode); }
+  const std::string& getSecurity() const { return value(Setting::Security); }
+  const std::string& getPasswd() const { return value(Setting::Passwd); }
+  const std::string& getNPAFileData() const { return value(Setting::NpaFileData); }
+  const std::string& get802Encryption() const { return value(Setting::Encryption); }
+  const std::string& get802AuthExt() const { return value(Setting::AuthExt); }
+  const std::string& get802AuthInner() const { return value(Setting::AuthInner); }
+  const std::string& get802Username() const { return value(Setting::Username); }
+  const std::string& get802Password() const { return value(Setting::Password); }
+  const std::string& get802CACertFile() const { return value(Setting::CaCertFile); }
+  const std::string& get802SignedCertFile() const { return value(Setting::SignedCertFile); }
+  /// WEP key `index`, 0 to 3.
+  const std::string& getWEPKey(int index) const {
+    return m_Values.at(static_cast<std::size_t>(Setting::WepKey1) +
+                       static_cast<std::size_t>(index));
+  }
+  const std::string& getWEPTransmit() const { return value(Setting::WepTransmit); }
+  const std::string& getPSK() const { return value(Setting::Psk); }
+  const std::string& getCerCommonName() const { return value(Setting::CerCommonName); }
+  const std::string& getCerOrg() const { return value(Setting::CerOrg); }
+  const std::string& getCerUnit() const { return value(Setting::CerUnit); }
+  const std::string& getCerState() const { return value(Setting::CerState); }
+  const std::string& getCerCountry() const { return value(Setting::CerCountry); }
+  const std::string& getCerCity() const { return value(Setting::CerCity); }
+  const std::string& getCerAltName() const { return value(Setting::CerAltName); }
+  const std::string& getCerFriendlyName() const { return value(Setting::CerFriendlyName); }
+  const std::string& getCerFilePath() const { return value(Setting::CerFilePath); }
+
+ private:
+  enum class Setting : std::size_t {
+    Usb,
+    Ssid,
+    Channel,
+    Mode,
+    Security,
+    Passwd,
+    NpaFileData,
+    Encryption,
+    AuthExt,
+    AuthInner,
+    Username,
+    Password,
+    CaCertFile,
+    SignedCertFile,
+    WepKey1,
+    WepKey2,
+    WepKey3,
+    WepKey4,
+    WepTransmit,
+    Psk,
+    CerCommonName,
+    CerOrg,
+    CerUnit,
+    CerState,
+    CerCountry,
+    CerCity,
+    CerAltName,
+    CerFriendlyName,
+    CerFilePath,
+    Count,
+  };
+
+  /// One option and the setting that it fills.
+  struct Option {
+    const char* key;
+    Setting setting;
+  };
+
+  static constexpr std::size_t SettingCount = static_cast<std::size_t>(Setting::Count);
+  static const std::array<Option, 27> Options;
+
+  std::string& value(Setting setting) { return m_Values[static_cast<std::size_t>(setting)]; }
+  const std::string& value(Setting setting) const {
+    return m_Values[static_cast<std::size_t>(setting)];
+  }
+  /// Matches one argument against every option key.
+  void applyOptions(const std::string& argument);
+
+  std::array<std::string, SettingCount> m_Values;
+};

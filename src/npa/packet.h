@@ -1,0 +1,103 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+/// The layout of NPA packets, as data and pure functions. All numbers are big-endian.
+///
+///     packet  = A5 length(2) flag command data      length counts flag, command and data
+///     object  = group object 00 size(2) value       one setting
+///     query   = packet with data D8 00 group object
+///     config  = packet with data DA 01 object...
+///     wrapped = packet with data 63 02 size(2) packet
+namespace npa {
+
+using Byte = std::uint8_t;
+
+inline constexpr Byte StartByte = 0xA5;
+inline constexpr Byte RequestFlag = 0x50;
+inline constexpr Byte RequestCommand = 0xE0;
+
+/// Bits of a reply's flag byte.
+inline constexpr Byte FlagEndsExchange = 0x80;
+inline constexpr Byte FlagMoreFollows = 0x20;
+/// The whole flag byte of a reply that refuses the request.
+inline constexpr Byte FlagRefused = 0xD4;
+
+/// Where a raw reply's flag byte stands.
+inline constexpr std::size_t FlagOffset = 3;
+/// Start byte and length field: what the length field does not count.
+inline constexpr std::size_t LengthHeaderSize = 3;
+/// The largest value of a length field.
+inline constexpr std::size_t LengthLimit = 0xFFFF;
+
+/// Groups of setting objects.
+inline constexpr Byte GroupAdapter = 0x06;
+inline constexpr Byte GroupNetworkAddress = 0x0A;
+inline constexpr Byte GroupWireless = 0x28;
+inline constexpr Byte Group8021x = 0x2A;
+
+inline constexpr std::size_t ObjectHeaderSize = 5;
+inline constexpr std::size_t GroupingHeaderSize = 7;
+inline constexpr std::size_t WrapHeaderSize = 9;
+inline constexpr std::size_t QuerySize = 9;
+
+/// The two bytes that open a packet's data and say what it carries.
+using DataKind = std::array<Byte, 2>;
+inline constexpr DataKind DataQuery = {0xD8, 0x00};
+inline constexpr DataKind DataSettings = {0xDA, 0x01};
+inline constexpr DataKind DataWrapped = {0x63, 0x02};
+
+/// Head of an object-store packet; its length bytes are filled in per call.
+inline constexpr std::array<Byte, 9> ObjStoreNpaHeader = {0xA5, 0x00, 0x00, 0x50, 0xE0,
+                                                          0xC0, 0x03, 0x00, 0x01};
+
+/// The fixed packet that goes ahead of an object-store packet.
+inline constexpr std::array<Byte, 19> usbSniff = {0xA5, 0x00, 0x10, 0x80, 0xA4, 0x5B, 0xA4,
+                                                  0x5B, 0x10, 0xEF, 0xA4, 0x5B, 0x11, 0xEE,
+                                                  0x00, 0xFF, 0x13, 0xEC, 0x2E};
+
+constexpr Byte highByte(std::size_t number) {
+  return static_cast<Byte>(number >> 8U & 0xFFU);
+}
+
+constexpr Byte lowByte(std::size_t number) {
+  return static_cast<Byte>(number & 0xFFU);
+}
+
+/// The header of one setting object whose value has `valueSize` bytes, at most `LengthLimit`.
+constexpr std::array<Byte, ObjectHeaderSize> objectHeader(Byte group, Byte object,
+                                                          std::size_t valueSize) {
+  return {group, object, 0x00, highByte(valueSize), lowByte(valueSize)};
+}
+
+/// The header that turns `objectsSize` bytes of setting objects into one configuration packet.
+constexpr std::array<Byte, GroupingHeaderSize> groupingHeader(std::size_t objectsSize) {
+  const std::size_t length = objectsSize + GroupingHeaderSize - LengthHeaderSize;
+  return {StartByte,      highByte(length), lowByte(length), RequestFlag,
+          RequestCommand, DataSettings[0],  DataSettings[1]};
+}
+
+/// The header that wraps a packet of `packetSize` bytes in another.
+constexpr std::array<Byte, WrapHeaderSize> wrapHeader(std::size_t packetSize) {
+  const std::size_t length = packetSize + WrapHeaderSize - LengthHeaderSize;
+  return {StartByte,      highByte(length),     lowByte(length),
+          RequestFlag,    RequestCommand,       DataWrapped[0],
+          DataWrapped[1], highByte(packetSize), lowByte(packetSize)};
+}
+
+/// The query for one setting object.
+constexpr std::array<Byte, QuerySize> query(Byte group, Byte object) {
+  const std::size_t length = QuerySize - LengthHeaderSize;
+  return {StartByte,    highByte(length), lowByte(length), RequestFlag, RequestCommand,
+          DataQuery[0], DataQuery[1],     group,           object};
+}
+
+/// Whether a packet of `size` bytes, start byte and length field included, has a length that its
+/// length field can hold.
+constexpr bool canBeFramed(std::size_t size) {
+  return size <= LengthLimit + LengthHeaderSize;
+}
+
+}  // namespace npa

@@ -1,0 +1,71 @@
+#pragma once
+
+/// The outcome of a connector's last operation.
+enum HCIOStatus : int {
+  IO_OK = 0,                ///< open, close or a complete write succeeded
+  IO_FAILED = 1,            ///< open, close, a probe or a bulk transfer failed
+  IO_BAD_DEVICE = 16,       ///< not open (EBADF), a stalled endpoint, or peeking at usblp
+  IO_INTERRUPTED = 17,      ///< EINTR
+  IO_READ_READY = 18,       ///< a probe found input
+  IO_WRITE_READY = 19,      ///< a probe found the device writable
+  IO_TIMEOUT = 33,          ///< a probe found nothing within its time limit
+  IO_TRY_AGAIN = 34,        ///< EAGAIN, or a bulk write that timed out
+  IO_SHORT_WRITE = 35,      ///< some but not all bytes were written
+  IO_NOTHING_WRITTEN = 36,  ///< a write returned 0
+};
+
+/// The kinds of connector. The value 1 is not in use.
+enum HCDeviceLocTypes : int {
+  HC_LOC_NONE = 0,
+  HC_LOC_USBLP = 2,
+  HC_LOC_LIBUSB = 3,
+};
+
+/// One channel to a printer. A connector is created closed, may be closed more than once (the
+/// second call reports failure) and closes itself when destroyed. It prints nothing: a failure is
+/// told by the result and by `getLastError()`.
+class HCIOConnector {
+ public:
+  HCIOConnector() = default;
+  HCIOConnector(const HCIOConnector&) = delete;
+  HCIOConnector& operator=(const HCIOConnector&) = delete;
+  virtual ~HCIOConnector() = default;
+
+  /// Opens the channel; returns 0 on success, 1 on failure.
+  virtual int open() = 0;
+
+  /// Closes the channel; returns 0 on success, 1 when it was not open or could not be closed.
+  virtual int close() = 0;
+
+  /// Reads up to `len` bytes into `buf`, which the caller owns. Returns the count, or -1.
+  virtual int read(unsigned char* buf, int len) = 0;
+
+  /// Looks at up to `len` bytes without taking them; returns the count. No connector supports it.
+  virtual int peek(unsigned char* buf, int len) = 0;
+
+  /// Writes `len` bytes from `buf`. Returns the count taken, which may be short, or -1.
+  virtual int write(unsigned char* buf, int len) = 0;
+
+  /// Waits at most `timeout` for input: microseconds for usblp, milliseconds for libusb.
+  virtual HCIOStatus isReadReady(unsigned int timeout) = 0;
+
+  /// Waits at most `timeout` (as `isReadReady`) until the device takes bytes.
+  virtual HCIOStatus isWriteReady(unsigned int timeout) = 0;
+
+  /// The `HCIOStatus` of the last operation that set one; 0 at the start.
+  int getLastError() const { return m_LastError; }
+
+  HCDeviceLocTypes getType() const { return m_Type; }
+  void setType(HCDeviceLocTypes type) { m_Type = type; }
+
+ protected:
+  /// Stores `status` as the last one, and returns it.
+  HCIOStatus setStatus(HCIOStatus status) {
+    m_LastError = status;
+    return status;
+  }
+
+ private:
+  int m_LastError = IO_OK;
+  HCDeviceLocTypes m_Type = HC_LOC_NONE;
+};

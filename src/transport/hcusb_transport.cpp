@@ -1,0 +1,193 @@
+#include "transport/hcusb_transport.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "transport/lib_usb_connector.h"
+#include "transport/usblp_connector.h"
+#include "util/clock.h"
+#include "util/debug_line.h"
+#include "util/decimal.h"
+
+namespace {
+
+constexpr unsigned char PrinterClass = 7;
+constexpr const char* DevicePrefix = "/dev/usb/lp";
+/// One millisecond for usblp, one second for libusb: each connector counts in its own unit.
+constexpr unsigned int ProbeTimeout = 1000;
+constexpr std::time_t SilenceLimitSeconds = 5;
+constexpr std::time_t WriteLimitSeconds = 5;
+constexpr std::size_t AddressPartLimit = 9;
+
+/// The number behind "usblp", or else behind "/lp"; nothing when the path has neither.
+std::optional<int> usblpNumber(std::string_view path) {
+  for (const std::string_view name : {"usblp", "/lp"}) {
+    if (const std::size_t position = path.find(name); position != std::string_view::npos) {
+      return util::toInt(path.substr(position + name.size()));
+    }
+  }
+  return std::nullopt;
+}
+
+/// Bus and device number of "BUS:DEVICE"; nothing when there is no colon or a part is too long.
+std::optional<std::pair<int, int>> libUsbAddress(std::string_view path) {
+  const std::size_t colon = path.find(':');
+  if (colon == std::string_view::npos) {
+    return std::nullopt;
+  }
+  const std::string_view bus = path.substr(0, colon);
+  const std::string_view device = path.substr(colon + 1);
+  if (bus.size() > AddressPartLimit || device.size() > AddressPartLimit) {
+    return std::nullopt;
+  }
+  return std::pair(util::toInt(bus), util::toInt(device));
+}
+
+/// A period of waiting in short pauses. It is counted in pauses as well as by the clock, which is
+/// the time of day and may be set back meanwhile.
+class Patience {
+ public:
+  explicit Patience(std::time_t seconds) : m_Seconds(seconds) { restart(); }
+
+  void restart() {
+    m_Start = util::nowInSeconds();
+    m_Pauses = 0;
+  }
+
+  bool isOver() const {
+    return m_Pauses >= m_Seconds * PausesPerSecond || util::nowInSeconds() - m_Start >= m_Seconds;
+  }
+
+  void pause() {
+    util::pauseBriefly();
+    ++m_Pauses;
+  }
+
+ private:
+  static constexpr std::time_t PausesPerSecond = 1000;
+
+  std::time_t m_Seconds;
+  std::time_t m_Start = 0;
+  std::time_t m_Pauses = 0;
+};
+
+int narrowed(unsigned long len) {
+  return static_cast<int>(
+      std::min(len, static_cast<unsigned long>(std::numeric_limits<int>::max())));
+}
+
+}  // namespace
+
+std::unique_ptr<HCUSBTransport> HCUSBTransport::m_Instance;
+int HCUSBTransport::m_RefCount = 0;
+
+HCUSBTransport* HCUSBTransport::GetInstance() {
+  if (!m_Instance) {
+    m_Instance.reset(new HCUSBTransport());
+  }
+  ++m_RefCount;
+  return m_Instance.get();
+}
+
+void HCUSBTransport::DestroyInstance() {
+  --m_RefCount;
+  if (m_RefCount == 0) {
+    util::debugLine("Destroying last instance of usb transport.");
+    m_Instance.reset();
+  }
+}
+
+int HCUSBTransport::CT_Open(const char* path) {
+  if (m_Connector) {
+    m_Connector->close();
+    m_Connector.reset();
+  }
+  const std::string_view name = path == nullptr ? std::string_view() : path;
+  int result = -1;
+  if (name.find("/dev/usb") != std::string_view::npos) {
+    if (const auto number = usblpNumber(name)) {
+      result = openUsblp(*number);
+    }
+  } else if (const auto address = libUsbAddress(name)) {
+    result = openLibUsb(address->first, address->second);
+  }
+  return result;
+}
+
+int HCUSBTransport::openUsblp(int number) {
+  m_Connector = std::make_unique<USBLPConnector>(DevicePrefix, number);
+  return m_Connector->open() == 0 ? 0 : -1;
+}
+
+int HCUSBTransport::openLibUsb(int bus, int device) {
+  auto connector = std::make_unique<LibUsbConnector>(PrinterClass);
+  const int opened = connector->open(bus, device);
+  m_Connector = std::move(connector);
+  return opened == 0 ? 0 : -1;
+}
+
+int HCUSBTransport::CT_Close() {
+  return m_Connector && m_Connector->close() == 0 ? 0 : -1;
+}
+
+long HCUSBTransport::CT_Read(unsigned char* buf, unsigned long len) {
+  if (!m_Connector) {
+    return 0;
+  }
+  const int wanted = narrowed(len);
+  const int first = m_Connector->read(buf, wanted);
+  if (first == wanted) {
+    return first;
+  }
+  int got = std::max(first, 0);
+  // An unplugged printer is ready for ever and never gives a byte.
+  Patience readyWithoutByte(SilenceLimitSeconds);
+  while (got < wanted && !readyWithoutByte.isOver()) {
+    const std::time_t start = util::nowInSeconds();
+    HCIOStatus status = m_Connector->isReadReady(ProbeTimeout);
+    while (status == IO_TIMEOUT && util::nowInSeconds() - start < SilenceLimitSeconds) {
+      status = m_Connector->isReadReady(ProbeTimeout);
+      readyWithoutByte.restart();
+    }
+    if (status != IO_READ_READY) {
+      break;
+    }
+    const int count = m_Connector->read(buf + got, wanted - got);
+    if (count > 0) {
+      got += count;
+      readyWithoutByte.restart();
+    } else {
+      readyWithoutByte.pause();
+    }
+  }
+  return got;
+}
+
+long HCUSBTransport::CT_Write(unsigned char* buf, unsigned long len, unsigned long /*timeout*/) {
+  return m_Connector ? m_Connector->write(buf, narrowed(len)) : -1;
+}
+
+void HCUSBTransport::CT_RegisterReadCallback(int (* /*callback*/)(unsigned char*, int)) {}
+
+long HCUSBTransport::writeRequest(std::span<unsigned char> request) {
+  const long taken = CT_Write(request.data(), request.size(), 0);
+  if (taken <= 0 || m_Connector->getType() != HC_LOC_USBLP) {
+    return taken;
+  }
+  auto rest = request.subspan(static_cast<std::size_t>(taken));
+  Patience patience(WriteLimitSeconds);
+  while (!rest.empty() && !patience.isOver()) {
+    const long count = CT_Write(rest.data(), rest.size(), 0);
+    if (count > 0) {
+      rest = rest.subspan(static_cast<std::size_t>(count));
+    } else if (count == 0 || m_Connector->getLastError() == IO_TRY_AGAIN) {
+      patience.pause();
+    } else {
+      break;
+    }
+  }
+  return static_cast<long>(request.size() - rest.size());
+}

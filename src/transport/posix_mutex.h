@@ -1,0 +1,51 @@
+#pragma once
+
+#include <pthread.h>
+
+/// A POSIX mutex with its attributes, and the lock that holds it for a scope.
+class PosixMutex {
+ public:
+  enum class Kind {
+    Default,
+    /// A second lock by the thread that holds it fails instead of blocking for ever.
+    ErrorChecking,
+  };
+
+  explicit PosixMutex(Kind kind = Kind::Default) {
+    pthread_mutexattr_init(&m_MutexAttr);
+    if (kind == Kind::ErrorChecking) {
+      pthread_mutexattr_settype(&m_MutexAttr, PTHREAD_MUTEX_ERRORCHECK);
+    }
+    pthread_mutex_init(&m_Mutex, &m_MutexAttr);
+  }
+  ~PosixMutex() {
+    pthread_mutex_destroy(&m_Mutex);
+    pthread_mutexattr_destroy(&m_MutexAttr);
+  }
+  PosixMutex(const PosixMutex&) = delete;
+  PosixMutex& operator=(const PosixMutex&) = delete;
+
+  /// Locks for the rest of the scope, and unlocks only what it locked itself: an operation that is
+  /// called by another under the same error-checking mutex runs on under the caller's lock and
+  /// leaves the unlocking to it.
+  class Lock {
+   public:
+    explicit Lock(PosixMutex& mutex)
+        : m_Mutex(&mutex.m_Mutex), m_Locked(pthread_mutex_lock(m_Mutex) == 0) {}
+    ~Lock() {
+      if (m_Locked) {
+        pthread_mutex_unlock(m_Mutex);
+      }
+    }
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+
+   private:
+    pthread_mutex_t* m_Mutex;
+    bool m_Locked;
+  };
+
+ private:
+  pthread_mutex_t m_Mutex{};
+  pthread_mutexattr_t m_MutexAttr{};
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <ctime>
+
+/// The program's only view of time: whole-second pauses and deadlines, as the printer's protocol
+/// counts them, and the short wait between tries of a device that is not ready.
+namespace util {
+
+/// Pauses for `seconds` seconds, also when a signal handler runs meanwhile.
+void pauseSeconds(unsigned int seconds);
+
+/// Pauses for about one millisecond.
+void pauseBriefly();
+
+/// Returns the wall-clock time in whole seconds.
+std::time_t nowInSeconds();
+
+}  // namespace util

@@ -1,0 +1,53 @@
+// The packet framing of wnpaGenerator.
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+
+#include "npa/packet.h"
+#include "util/debug_line.h"
+#include "util/utility.h"
+#include "wireless/wnpa_generator.h"
+
+wnpaGenerator::wnpaGenerator(configDetails* configuration)
+    : m_Configuration(configuration), m_Exchange(configuration->getUSB()) {}
+
+int wnpaGenerator::constructHeader(unsigned char* object, unsigned int valueSize, char number,
+                                   char group) {
+  const auto header =
+      npa::objectHeader(static_cast<npa::Byte>(group), static_cast<npa::Byte>(number), valueSize);
+  std::ranges::copy(header, object);
+  return 0;
+}
+
+int wnpaGenerator::mergeHeaderData(char* value, unsigned char* object, int objectSize) {
+  const int valueSize = objectSize - static_cast<int>(npa::ObjectHeaderSize);
+  std::copy_n(value, std::max(valueSize, 0), object + npa::ObjectHeaderSize);
+  return 0;
+}
+
+int wnpaGenerator::appendDataToNPA(int count, unsigned char* bytes) {
+  m_Packet.insert(m_Packet.end(), bytes, bytes + std::max(count, 0));
+  return 0;
+}
+
+int wnpaGenerator::constructAtomicGrouping(int size) {
+  const auto header = npa::groupingHeader(static_cast<std::size_t>(size));
+  m_Packet.insert(m_Packet.begin(), header.begin(), header.end());
+  return size + static_cast<int>(header.size());
+}
+
+int wnpaGenerator::constructWrapping(std::vector<unsigned char>& packet, int size) {
+  const auto header = npa::wrapHeader(static_cast<std::size_t>(size));
+  packet.insert(packet.begin(), header.begin(), header.end());
+  return size + static_cast<int>(header.size());
+}
+
+int wnpaGenerator::sendNPAData(unsigned char* data, int length, int timeout) {
+  unsigned char* reply = nullptr;
+  const int count = m_Exchange.sendQuery(data, length, reply, timeout);
+  const std::unique_ptr<unsigned char[]> owned(reply);
+  util::debugLine("sendNPA response (%d bytes)", count);
+  Utility::ShowBytes(owned.get(), count);
+  return 0;
+}
