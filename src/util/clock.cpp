@@ -9,9 +9,8 @@ constexpr useconds_t BriefPauseMicroseconds = 1000;
 }
 
 void pauseSeconds(unsigned int seconds) {
-  while (seconds > 0) {
-    seconds = ::sleep(seconds);
-  }
+  // Nothing interrupts it: the program handles signals only at the password prompt.
+  ::sleep(seconds);
 }
 
 void pauseBriefly() {
