@@ -101,7 +101,7 @@ Started startWithLink(const Options& options, const std::string& device,
   }
   say("the printer is at " + link->path() + " while the command runs ({} stands for it)");
   CommandProcess process(withDevice(options.command, link->path()), [&] { signals.restoreMask(); });
-  return {std::move(link), std::move(process)};
+  return {std::move(link), process};
 }
 
 int run(const Options& options, emulator::PtyDoor& door) {

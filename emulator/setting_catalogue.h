@@ -1,9 +1,9 @@
 #pragma once
 
-#include <compare>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "npa/packet.h"
 
@@ -14,7 +14,10 @@ struct SettingKey {
   npa::Byte group;
   npa::Byte object;
 
-  auto operator<=>(const SettingKey&) const = default;
+  bool operator==(const SettingKey&) const = default;
+  friend bool operator<(SettingKey a, SettingKey b) {
+    return std::pair(a.group, a.object) < std::pair(b.group, b.object);
+  }
 };
 
 /// What the emulated adapter knows of one setting.
