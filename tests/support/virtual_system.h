@@ -73,12 +73,21 @@ class System {
   Microseconds now() const { return m_Now; }
   void advance(Microseconds time) { m_Now += time; }
   /// Virtual time as `time` gives it.
-  std::int64_t wallClock() const { return ClockStart + m_Now / Second; }
+  std::int64_t wallClock() const { return ClockStart + m_Now / Second + clockShift; }
+
+  /// Seconds by which somebody has set the clock, without time passing.
+  std::int64_t clockShift = 0;
+  /// Whole-second pauses that a signal cuts short: each ends after this many seconds.
+  std::deque<unsigned int> interruptedSleeps;
 
   /// Each whole-second pause, in order.
   std::vector<unsigned int> sleeps;
-  /// Short pauses (usleep).
-  int briefPauses = 0;
+  /// Short pauses (usleep), in microseconds each.
+  std::vector<unsigned int> briefPauses;
+  /// What was done, over all devices, in order: "open", "write", "read", "close", "sleep 5". A run
+  /// of reads counts once; probes and short pauses are left out.
+  std::vector<std::string> events;
+  void record(const std::string& event);
 
   // The system calls, for the wrappers.
   Device* openedAt(int descriptor);
