@@ -149,6 +149,9 @@ struct usb_bus* usb_get_busses() {
 
 usb_dev_handle* usb_open(struct usb_device* dev) {
   record("usb_open", {}, {dev});
+  if (currentLibrary->onOpen) {
+    currentLibrary->onOpen(dev);
+  }
   if (!currentLibrary->opens) {
     return nullptr;
   }
@@ -165,7 +168,7 @@ int usb_close(usb_dev_handle* dev) {
 
 int usb_set_configuration(usb_dev_handle* dev, int configuration) {
   record("usb_set_configuration", {configuration}, {dev});
-  return -EBUSY;
+  return currentLibrary->setConfiguration;
 }
 
 int usb_claim_interface(usb_dev_handle* dev, int interface) {

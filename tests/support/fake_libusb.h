@@ -50,10 +50,12 @@ class Library {
   struct usb_device* addPrinter(const std::string& bus, const std::string& name);
 
   // What the calls answer.
-  bool opens = true;                                    ///< usb_open gives a handle
-  std::function<int(int interface)> claim;              ///< default 0
-  std::function<int(const Bytes&)> bulkWrite;           ///< default: all of it
-  std::function<int(char* buffer, int size)> bulkRead;  ///< default: a time-out
+  bool opens = true;                                     ///< usb_open gives a handle
+  std::function<void(const struct usb_device*)> onOpen;  ///< called by usb_open
+  std::function<int(int interface)> claim;               ///< default 0
+  std::function<int(const Bytes&)> bulkWrite;            ///< default: all of it
+  std::function<int(char* buffer, int size)> bulkRead;   ///< default: a time-out
+  int setConfiguration = 0;                              ///< usb_set_configuration
   /// What the calls give that the program makes no use of.
   int idleResult = 0;
   /// Bytes that arrive with the next bulk reads, at most one packet each.

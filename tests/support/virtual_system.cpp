@@ -74,7 +74,7 @@ int System::open(const char* path, int flags) {
     return -1;
   }
   device.isOpen = true;
-  const int descriptor = device.descriptor != 0 ? device.descriptor : m_NextDescriptor++;
+  const int descriptor = device.descriptor >= 0 ? device.descriptor : m_NextDescriptor++;
   m_Open[descriptor] = &device;
   return descriptor;
 }
@@ -217,12 +217,16 @@ ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
 }
 
 int __wrap_select(int count, fd_set* reading, fd_set* writing, fd_set* failing, timeval* limit) {
+  if (System::current() != nullptr) {
+    ++System::current()->selects;
+  }
   const fd_set* const set = reading != nullptr ? reading : writing;
   Device* const device =
       set != nullptr && count > 0 && FD_ISSET(count - 1, set) ? virtualDevice(count - 1) : nullptr;
   if (device == nullptr) {
     return __real_select(count, reading, writing, failing, limit);
   }
+  device->lastLimit = *limit;
   const auto time = limit->tv_sec * virtual_system::Second + limit->tv_usec;
   return reading != nullptr ? virtual_system::selectForReading(*device, time)
                             : virtual_system::selectForWriting(*device, time);

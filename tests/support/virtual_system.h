@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <sys/time.h>
 #include <vector>
 
 /// The operating system as the tests' programs see it: a clock that only moves when somebody
@@ -31,7 +32,7 @@ struct Device {
   // What the device does. Each hook may be left empty for the ordinary behaviour.
   int openErrno = 0;                            ///< open fails with this
   int closeErrno = 0;                           ///< close fails with this
-  int descriptor = 0;                           ///< open gives this one; 0: the next free one
+  int descriptor = -1;                          ///< open gives this one; -1: the next free one
   std::function<void(const Bytes&)> onWrite;    ///< called with what was taken
   std::function<int(std::size_t)> writeResult;  ///< count taken, or a negative errno
   std::function<int()> readResult;              ///< non-zero: a negative errno; 0: as ordinary
@@ -53,6 +54,7 @@ struct Device {
   std::vector<Bytes> writes;
   std::vector<std::size_t> readSizes;
   std::vector<long> selectLimits;  ///< microseconds
+  timeval lastLimit{};             ///< as the last select was given it
 
   std::deque<Arrival> arrivals;
 };
@@ -88,6 +90,9 @@ class System {
   /// of reads counts once; probes and short pauses are left out.
   std::vector<std::string> events;
   void record(const std::string& event);
+
+  /// Calls of select, on any descriptor.
+  int selects = 0;
 
   // The system calls, for the wrappers.
   Device* openedAt(int descriptor);

@@ -7,6 +7,8 @@
 
 namespace {
 
+using support::PrintTo;
+
 struct Row {
   const char* name;
   std::string_view text;

@@ -1,5 +1,6 @@
 #include "util/utility.h"
 
+#include <cstddef>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -36,6 +37,8 @@ TEST(ExtractLongFromBuffer, ReadsTheHighestByteFirst) {
 // --- Numbers of any length -------------------------------------------------------------------
 
 namespace {
+
+using support::PrintTo;
 
 struct NumberRow {
   const char* name;
@@ -215,7 +218,7 @@ TEST(ShowBytes, WritesNothingForANegativeCount) {
 }
 
 TEST(ShowBytes, KeepsEveryLineOfALongDump) {
-  Bytes data(16 * 1000, 'x');
+  Bytes data(std::size_t{16} * 1000, 'x');
   std::string expected;
   for (int line = 0; line < 1000; ++line) {
     expected += "78 78 78 78 78 78 78 78 78 78 78 78 78 78 78 78 |xxxxxxxxxxxxxxxx\n";
