@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "emulator/reply_packets.h"
+
 namespace emulator {
 
 namespace {
@@ -12,31 +14,10 @@ namespace {
 using npa::Byte;
 using Kind = Message::Kind;
 
-constexpr std::array<Byte, 5> Refusal = {0xA5, 0x00, 0x02, npa::FlagRefused, 0xE0};
-/// Without a start byte, so that no reader can take it for a packet.
-constexpr std::array<Byte, 12> Garbage = {0x00, 0xFF, 0x13, 0x37, 0x5A, 0x80,
-                                          0x7F, 0x20, 0x0A, 0x99, 0xC3, 0x42};
 constexpr Byte Rejected = 0x00;
 constexpr std::chrono::milliseconds PauseBetweenPieces{20};
-
-Bytes wrapped(const Bytes& packet) {
-  const auto header = npa::wrapHeader(packet.size());
-  Bytes result(header.begin(), header.end());
-  result.insert(result.end(), packet.begin(), packet.end());
-  return result;
-}
-
-/// The answer to settings: their kind and the result.
-Bytes settingsReply(Byte result) {
-  return {npa::StartByte,
-          0x00,
-          0x05,
-          npa::RequestFlag,
-          npa::RequestCommand,
-          npa::DataSettings[0],
-          npa::DataSettings[1],
-          result};
-}
+/// Its record stands for "another setting" where one is wanted.
+constexpr SettingKey OtherSetting = {npa::Group8021x, 0x26};
 
 Bytes textValue(const std::string& text, bool terminated) {
   Bytes value(text.begin(), text.end());
@@ -48,8 +29,8 @@ Bytes textValue(const std::string& text, bool terminated) {
 
 }  // namespace
 
-Adapter::Adapter(Personality personality, MessageLog& log)
-    : m_Personality(std::move(personality)), m_Log(log) {
+Adapter::Adapter(Personality personality, MessageLog& log, std::function<Clock::time_point()> now)
+    : m_Personality(std::move(personality)), m_Log(log), m_Now(std::move(now)), m_Start(m_Now()) {
   m_Settings.set(settings::Descriptor, textValue(m_Personality.descriptor, false));
   m_Settings.set(settings::IpAddress, m_Personality.ipAddress);
   m_Settings.set(settings::TroubleCode, std::array<Byte, 4>{0, 0, 0, m_Personality.troubleCode});
@@ -82,10 +63,10 @@ Adapter::Answer Adapter::answer(const Message& message) {
     return {{}, "no answer: silent"};
   }
   if (m_Personality.garbage) {
-    return {Bytes(Garbage.begin(), Garbage.end()), "garbage"};
+    return {garbage(), "garbage"};
   }
   if (m_Personality.refuseAll || (m_Personality.refuseWrapped && message.wrapped)) {
-    return {Bytes(Refusal.begin(), Refusal.end()), "refused"};
+    return {refusal(), "refused"};
   }
   Answer result;
   switch (message.kind) {
@@ -102,31 +83,66 @@ Adapter::Answer Adapter::answer(const Message& message) {
       break;
     case Kind::ObjectStoreCall:
     case Kind::Unknown:
-      return {Bytes(Refusal.begin(), Refusal.end()), "refused: not supported"};
+      return {refusal(), "refused: not supported"};
   }
-  const bool wrap =
-      message.wrapped || (message.kind == Kind::Query && message.asked.group == npa::Group8021x);
-  if (wrap) {
+  // The reply to a query for an 802.1x setting has its wrappers already.
+  const bool isWrapped = message.kind == Kind::Query && message.asked.group == npa::Group8021x;
+  if (message.wrapped && !isWrapped) {
     result.bytes = wrapped(result.bytes);
   }
   if (!npa::canBeFramed(result.bytes.size())) {
-    return {Bytes(Refusal.begin(), Refusal.end()), "refused: the answer fits no packet"};
+    return {refusal(), "refused: the answer fits no packet"};
   }
   return result;
 }
 
-Adapter::Answer Adapter::answerQuery(const Message& message) const {
+bool Adapter::isReached(const Readiness& readiness, int earlierQueries) const {
+  return earlierQueries >= readiness.afterQueries && m_Now() - m_Start >= readiness.afterTime;
+}
+
+Bytes Adapter::currentValue(SettingKey key, int earlierQueries) const {
+  if (key == settings::IpAddress && !isReached(m_Personality.addressAcquired, earlierQueries)) {
+    return {0, 0, 0, 0};
+  }
+  if (key == settings::TroubleCode && m_Personality.troubleOver &&
+      isReached(*m_Personality.troubleOver, earlierQueries)) {
+    return {0, 0, 0, 0};
+  }
   // Keys can be set, never read.
-  const bool readable = !isSecret(message.asked);
-  const Bytes value = readable ? m_Settings.get(message.asked) : Bytes();
-  Bytes reply = message.query;
-  reply.push_back(npa::highByte(value.size()));
-  reply.push_back(npa::lowByte(value.size()));
-  reply.insert(reply.end(), value.begin(), value.end());
-  const std::size_t length = reply.size() - npa::LengthHeaderSize;
-  reply[1] = npa::highByte(length);
-  reply[2] = npa::lowByte(length);
-  return {std::move(reply), readable ? "value given" : "no value given"};
+  return isSecret(key) ? Bytes() : m_Settings.get(key);
+}
+
+Bytes Adapter::securityRecords(SettingKey key) const {
+  std::vector<Bytes> records;
+  if (m_Personality.otherRecordFirst) {
+    records.push_back(recordPacket(OtherSetting, {0, 0, 0, 0}));
+  }
+  if (key == settings::AuthStatus) {
+    for (const Byte status : m_Personality.authStatus) {
+      records.push_back(recordPacket(key, {status}));
+    }
+  } else {
+    records.push_back(recordPacket(key, currentValue(key, 0)));
+  }
+  if (m_Personality.cutRecordAt && records.back().size() > *m_Personality.cutRecordAt) {
+    records.back().resize(*m_Personality.cutRecordAt);
+  }
+  Bytes all;
+  for (const Bytes& record : records) {
+    all.insert(all.end(), record.begin(), record.end());
+  }
+  return all;
+}
+
+Adapter::Answer Adapter::answerQuery(const Message& message) {
+  const SettingKey key = message.asked;
+  const int earlierQueries = m_Queries[key]++;
+  if (key.group == npa::Group8021x) {
+    return {packetSequence(recordPacket(OtherSetting, {0, 0, 0, 0}), securityRecords(key),
+                           m_Personality.replyPackets),
+            "records given"};
+  }
+  return {recordPacket(key, currentValue(key, earlierQueries)), "value given"};
 }
 
 Adapter::Answer Adapter::storeSettings(const Message& message) {

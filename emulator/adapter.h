@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
+#include <map>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -27,8 +29,11 @@ class Adapter {
     Bytes bytes;
   };
 
-  /// `log` must outlive the adapter.
-  Adapter(Personality personality, MessageLog& log);
+  using Clock = std::chrono::steady_clock;
+
+  /// `log` must outlive the adapter. `now` tells the time.
+  Adapter(Personality personality, MessageLog& log,
+          std::function<Clock::time_point()> now = Clock::now);
 
   /// Takes the next bytes from the host, in whatever pieces they come, and returns what the adapter
   /// answers to the packets that are complete now.
@@ -42,15 +47,24 @@ class Adapter {
     std::string_view meaning;
   };
 
+  bool isReached(const Readiness& readiness, int earlierQueries) const;
+
   Answer answer(const Message& message);
-  Answer answerQuery(const Message& message) const;
+  Answer answerQuery(const Message& message);
   Answer storeSettings(const Message& message);
+  /// What a query for the setting gives now; `earlierQueries` went before it.
+  Bytes currentValue(SettingKey key, int earlierQueries) const;
+  /// The records of the reply to a query for an 802.1x setting.
+  Bytes securityRecords(SettingKey key) const;
   std::vector<Reply> inPieces(Bytes bytes) const;
 
   Personality m_Personality;
   MessageLog& m_Log;
   PacketReader m_Reader;
   SettingsStore m_Settings;
+  std::map<SettingKey, int> m_Queries;
+  std::function<Clock::time_point()> m_Now;
+  Clock::time_point m_Start;
 };
 
 }  // namespace emulator

@@ -56,7 +56,6 @@ Kind parseInner(Message& message, std::span<const Byte> inner) {
     if (inner.size() != npa::QuerySize) {
       return Kind::Malformed;
     }
-    message.query.assign(inner.begin(), inner.end());
     message.asked = {inner[npa::QuerySize - 2], inner[npa::QuerySize - 1]};
     return Kind::Query;
   }

@@ -28,7 +28,6 @@ struct Message {
   Bytes packet;  ///< as it came
   Kind kind = Kind::Unknown;
   bool wrapped = false;
-  Bytes query;                    ///< of a query: the packet without its wrapper
   SettingKey asked{};             ///< of a query: what is asked for
   std::vector<Setting> settings;  ///< of settings to be stored
   std::vector<bool> secretBytes;  ///< for each byte of the packet: not to be shown

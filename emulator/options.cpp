@@ -10,6 +10,10 @@ namespace emulator {
 
 namespace {
 
+constexpr std::size_t LargestCount = 65538;
+constexpr std::size_t LargestDelay = 3600;
+constexpr std::size_t LargestPacketCount = 100;
+
 std::size_t parseNumber(std::string_view text, std::size_t largest, int base = 10) {
   std::size_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
@@ -39,6 +43,30 @@ std::array<npa::Byte, 4> parseAddress(const std::string& text) {
   return address;
 }
 
+/// "3" is after three queries, "20s" after twenty seconds.
+Readiness parseReadiness(const std::string& text) {
+  Readiness readiness;
+  if (text.ends_with('s')) {
+    const std::string_view seconds(text.data(), text.size() - 1);
+    readiness.afterTime = std::chrono::seconds(parseNumber(seconds, LargestDelay));
+  } else {
+    readiness.afterQueries = static_cast<int>(parseNumber(text, LargestCount));
+  }
+  return readiness;
+}
+
+std::vector<npa::Byte> parseBytes(std::string_view list) {
+  std::vector<npa::Byte> bytes;
+  while (true) {
+    const std::size_t comma = list.find(',');
+    bytes.push_back(parseByte(list.substr(0, comma)));
+    if (comma == std::string_view::npos) {
+      return bytes;
+    }
+    list.remove_prefix(comma + 1);
+  }
+}
+
 /// One option: what it does with its value, which is empty for a switch.
 struct Option {
   std::string_view name;
@@ -46,9 +74,6 @@ struct Option {
   std::string_view help;
   void (*apply)(Options& options, const std::string& value);
 };
-
-constexpr std::size_t LargestCount = 65538;
-constexpr std::size_t LargestDelay = 3600;
 
 constexpr std::array PersonalityOptions = {
     Option{"--refuse-wrapped", "", "refuse wrapped packets (flag D4)",
@@ -88,9 +113,18 @@ constexpr std::array PersonalityOptions = {
            [](Options& o, const std::string& value) {
              o.personality.ipAddress = parseAddress(value);
            }},
+    Option{"--ip-after", "N|Ns", "have the address only after N queries for it, or N seconds",
+           [](Options& o, const std::string& value) {
+             o.personality.addressAcquired = parseReadiness(value);
+           }},
     Option{"--trouble-code", "N", "trouble code (0: none)",
            [](Options& o, const std::string& value) {
              o.personality.troubleCode = parseByte(value);
+           }},
+    Option{"--trouble-over-after", "N|Ns",
+           "have no trouble any more after N queries for it, or N seconds",
+           [](Options& o, const std::string& value) {
+             o.personality.troubleOver = parseReadiness(value);
            }},
     Option{"--ssid", "TEXT", "SSID that the adapter holds from the start",
            [](Options& o, const std::string& value) {
@@ -99,6 +133,22 @@ constexpr std::array PersonalityOptions = {
     Option{"--descriptor", "TEXT", "adapter descriptor; programs expect it to end in '-'",
            [](Options& o, const std::string& value) {
              o.personality.descriptor = value;
+           }},
+    Option{"--auth-status", "N[,N...]", "802.1x authentication status; of several a record each",
+           [](Options& o, const std::string& value) {
+             o.personality.authStatus = parseBytes(value);
+           }},
+    Option{"--other-first", "", "802.1x: put another setting's record ahead",
+           [](Options& o, const std::string&) {
+             o.personality.otherRecordFirst = true;
+           }},
+    Option{"--cut-record", "BYTES", "802.1x: cut the last record, in a packet that is whole",
+           [](Options& o, const std::string& value) {
+             o.personality.cutRecordAt = parseNumber(value, LargestCount);
+           }},
+    Option{"--packets", "N", "802.1x: answer in so many packets",
+           [](Options& o, const std::string& value) {
+             o.personality.replyPackets = parseNumber(value, LargestPacketCount);
            }},
 };
 
@@ -139,7 +189,7 @@ const Option* findOption(std::string_view name) {
 
 template <std::size_t Count>
 void appendHelp(std::string& text, const std::array<Option, Count>& options) {
-  constexpr std::size_t column = 26;
+  constexpr std::size_t column = 31;
   for (const Option& option : options) {
     std::string line = "  " + std::string(option.name);
     if (!option.placeholder.empty()) {

@@ -27,6 +27,11 @@ constexpr std::array Catalogue = {
     SettingInfo{settings::PreSharedKey, "pre-shared key", Kind::Text, true, {}},
     SettingInfo{settings::TroubleCode, "trouble code", Kind::Number, false, {}},
     SettingInfo{settings::Security, "security", Kind::Number, false, SecurityNames},
+    SettingInfo{settings::CaInstalled, "CA certificate installed", Kind::Flag, false, {}},
+    SettingInfo{settings::AuthEnabled, "802.1x authentication enabled", Kind::Flag, false, {}},
+    SettingInfo{settings::AuthCommonName, "802.1x common name", Kind::Text, false, {}},
+    SettingInfo{settings::AuthStatus, "802.1x authentication status", Kind::Number, false, {}},
+    SettingInfo{settings::AllSecurity, "all security settings", Kind::Text, false, {}},
 };
 
 /// A text without the zero bytes that end it.

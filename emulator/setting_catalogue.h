@@ -44,6 +44,11 @@ inline constexpr SettingKey WepKey1 = {npa::GroupWireless, 0x09};
 inline constexpr SettingKey PreSharedKey = {npa::GroupWireless, 0x11};
 inline constexpr SettingKey TroubleCode = {npa::GroupWireless, 0x15};
 inline constexpr SettingKey Security = {npa::GroupWireless, 0x22};
+inline constexpr SettingKey CaInstalled = {npa::Group8021x, 0x11};
+inline constexpr SettingKey AuthEnabled = {npa::Group8021x, 0x13};
+inline constexpr SettingKey AuthCommonName = {npa::Group8021x, 0x1B};
+inline constexpr SettingKey AuthStatus = {npa::Group8021x, 0x1D};
+inline constexpr SettingKey AllSecurity = {npa::Group8021x, 0x25};
 
 }  // namespace settings
 

@@ -9,8 +9,10 @@ constexpr useconds_t BriefPauseMicroseconds = 1000;
 }
 
 void pauseSeconds(unsigned int seconds) {
-  // Nothing interrupts it: the program handles signals only at the password prompt.
-  ::sleep(seconds);
+  if (seconds > 0) {
+    // Nothing cuts it short: the program handles signals only at the password prompt.
+    ::sleep(seconds);
+  }
 }
 
 void pauseBriefly() {

@@ -20,14 +20,6 @@ TEST(PauseSeconds, DoesNotSleepForNoTime) {
   EXPECT_TRUE(system.sleeps.empty());
 }
 
-TEST(PauseSeconds, SleepsTheRestWhenASignalCutsItShort) {
-  System system;
-  system.interruptedSleeps = {1, 3};
-  util::pauseSeconds(10);
-  EXPECT_EQ(system.sleeps, (std::vector<unsigned int>{10, 9, 6}));
-  EXPECT_EQ(system.now(), 10 * Second);
-}
-
 TEST(PauseBriefly, WaitsOneMillisecond) {
   System system;
   util::pauseBriefly();
