@@ -25,19 +25,19 @@ struct Personality {
   bool garbage = false;
   std::chrono::seconds answerAfter{0};
   /// Replies are cut to this size.
-  std::optional<std::size_t> cutAt;
+  std::optional<std::size_t> cutAt{};
   /// Replies go out in pieces of this size.
-  std::optional<std::size_t> pieceSize;
+  std::optional<std::size_t> pieceSize{};
   /// The last byte of the answer to settings; 0x01 accepts them.
   npa::Byte settingsResult = 0x01;
 
   std::array<npa::Byte, 4> ipAddress = {192, 168, 1, 20};
   /// Until then the address is 0.0.0.0.
-  Readiness addressAcquired;
+  Readiness addressAcquired{};
   npa::Byte troubleCode = 0;
   /// From then on the trouble code is 0.
-  std::optional<Readiness> troubleOver;
-  std::string ssid;
+  std::optional<Readiness> troubleOver{};
+  std::string ssid{};
   std::string descriptor = "Emulated wireless adapter -";
 
   /// The 802.1x authentication status; of several each has a record in the reply.
@@ -45,7 +45,7 @@ struct Personality {
   /// Puts the record of another setting ahead of those asked for (802.1x settings).
   bool otherRecordFirst = false;
   /// Cuts the last record to this size, inside a packet that is whole (802.1x settings).
-  std::optional<std::size_t> cutRecordAt;
+  std::optional<std::size_t> cutRecordAt{};
   /// How many packets a reply has (802.1x settings).
   std::size_t replyPackets = 1;
 };
