@@ -150,7 +150,7 @@ int TerminalProcess::waitForEnd() {
 }
 
 TemporaryFolder::TemporaryFolder()
-    : m_Path((std::filesystem::temp_directory_path() / "zvk-test-XXXXXX").string()) {
+    : m_Path((std::filesystem::temp_directory_path() / "zvk_test_XXXXXX").string()) {
   if (::mkdtemp(m_Path.data()) == nullptr) {
     throw std::system_error(errno, std::generic_category(), m_Path);
   }
