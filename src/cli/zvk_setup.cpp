@@ -1,5 +1,6 @@
 #include "cli/zvk_setup.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <span>
 
@@ -10,6 +11,8 @@ namespace {
 /// The generator's answer to a request that the adapter refused.
 constexpr int Refused = -1;
 constexpr int CommandUnavailable = 1;
+/// Where the settings of a command begin in the arguments.
+constexpr std::size_t SettingsArgument = 2;
 
 std::vector<std::string> copyOf(int argumentCount, char** arguments) {
   const std::span<char*> all(arguments, static_cast<std::size_t>(argumentCount));
@@ -33,6 +36,7 @@ int zvkSetup::setDevice() {
 void zvkSetup::readSettings() {
   const CommandMode* const mode = findCommandMode(m_Command);
   if (mode != nullptr && mode->settings == CommandMode::Settings::Options) {
+    static_cast<void>(m_Arguments.at(SettingsArgument));  // a configuration of nothing ends the run
     m_Configuration->parseParm(m_ArgumentCount, m_Arguments);
   } else {
     m_Configuration->parseUSB(m_ArgumentCount, m_Arguments);
