@@ -1,14 +1,10 @@
+#include "support/send_query.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <gtest/gtest.h>
-#include <memory>
 #include <string>
 #include <vector>
-
-#include "npa/send_config.h"
-#include "support/output.h"
-#include "support/rows.h"
-#include "support/usblp_printer.h"
 
 using support::Bytes;
 using support::bytes;
@@ -16,48 +12,10 @@ using support::joined;
 using support::Output;
 using support::outputOf;
 using support::pattern;
+using support::Quiet;
+using support::ReplyRow;
+using support::SendQuery;
 using virtual_system::Second;
-
-namespace {
-
-/// One sendQuery to a scripted printer, quiet on both outputs unless a test says otherwise.
-class SendQuery : public support::UsblpPrinter {
- protected:
-  /// Sends `request` and returns the collected reply; `untouched` tells that the pointer was left.
-  Bytes query(Bytes request, int timeout) {
-    unsigned char marker = 0;
-    unsigned char* reply = &marker;
-    int count = -77;
-    output = outputOf([&] {
-      sendConfig exchange("/dev/usb/lp0");
-      count = exchange.sendQuery(request.data(), static_cast<int>(request.size()), reply, timeout);
-    });
-    untouched = reply == &marker;
-    if (untouched) {
-      EXPECT_EQ(count, 0);
-      return {};
-    }
-    const std::unique_ptr<unsigned char[]> owned(reply);
-    EXPECT_GT(count, 0);
-    return {reply, reply + count};
-  }
-
-  Bytes query(int timeout = 3) { return query(bytes("A5 00 06 50 E0 D8 00 2A 0A"), timeout); }
-
-  /// Lets `reply` arrive `delay` after the pause behind the request.
-  void replyAfterPause(const Bytes& reply, virtual_system::Microseconds delay) {
-    device.onWrite = [=, this](const Bytes& /*request*/) {
-      device.reply(reply, 2 * Second + delay);
-    };
-  }
-
-  Output output;
-  bool untouched = false;
-};
-
-const Output Quiet = {"", support::TransportGone};
-
-}  // namespace
 
 // --- The order of things ------------------------------------------------------------------------
 
@@ -139,11 +97,6 @@ TEST(SendQueryPath, IsShownAsGiven) {
 
 namespace {
 
-struct ReplyRow : support::Row {
-  const char* reply;
-  const char* collected;
-};
-
 class SendQueryReply : public SendQuery, public testing::WithParamInterface<ReplyRow> {};
 
 }  // namespace
@@ -195,77 +148,4 @@ TEST_F(SendQuery, ReadsTheLongestPacket) {
   const Bytes body = pattern(0xFFFF - 1);
   answer({joined({bytes("A5 FF FF 50"), body})});
   EXPECT_EQ(query(), body);
-}
-
-// --- Garbled and missing replies: read on until the deadline
-// ----------------------------------------
-
-namespace {
-
-struct DeadlineRow : support::Row {
-  int timeout;
-  int passes;
-};
-
-class SendQueryDeadline : public SendQuery, public testing::WithParamInterface<DeadlineRow> {};
-
-}  // namespace
-
-// Each pass over a silent printer takes the five seconds that a read waits.
-TEST_P(SendQueryDeadline, BoundsThePassesThatAreStarted) {
-  EXPECT_EQ(query(GetParam().timeout), Bytes());
-  EXPECT_TRUE(untouched);
-  EXPECT_EQ(system.now(), (2 + 5 * GetParam().passes) * Second);
-  EXPECT_EQ(device.readSizes,
-            std::vector<std::size_t>(static_cast<std::size_t>(GetParam().passes), 1));
-  EXPECT_EQ(system.events.back(), "close");
-  EXPECT_EQ(output, Quiet);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Timeouts, SendQueryDeadline,
-    testing::Values(DeadlineRow{{"Negative"}, -1, 1}, DeadlineRow{{"None"}, 0, 1},
-                    DeadlineRow{{"OfAQuery"}, 3, 1}, DeadlineRow{{"OfOnePass"}, 5, 1},
-                    DeadlineRow{{"OneSecondMore"}, 6, 2}, DeadlineRow{{"OfRawData"}, 10, 2},
-                    DeadlineRow{{"OfElevenSeconds"}, 11, 3}),
-    support::rowName);
-
-TEST_F(SendQuery, StartsTheDeadlineBehindThePause) {
-  replyAfterPause(bytes("A5 00 03 50 E0 42"), 9 * Second);
-  EXPECT_EQ(query(6), bytes("E0 42"));
-}
-
-namespace {
-
-class SendQueryGarbled : public SendQuery, public testing::WithParamInterface<ReplyRow> {};
-
-}  // namespace
-
-TEST_P(SendQueryGarbled, IsReadOnUntilTheDeadline) {
-  answer({bytes(GetParam().reply)});
-  EXPECT_EQ(query(3), bytes(GetParam().collected));
-  EXPECT_EQ(untouched, GetParam().collected[0] == '\0');
-  EXPECT_GE(system.now(), (2 + 3) * Second);
-  EXPECT_EQ(system.events.back(), "close");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Replies, SendQueryGarbled,
-    testing::Values(ReplyRow{{"StartByteAlone"}, "A5", ""}, ReplyRow{{"HalfALength"}, "A5 00", ""},
-                    ReplyRow{{"NoBody"}, "A5 00 03", ""},
-                    ReplyRow{{"ShortBodyIsDropped"}, "A5 00 04 50 E0 01", ""},
-                    ReplyRow{{"NoStartByte"}, "5A 00 03 50 E0 01", ""},
-                    ReplyRow{{"LengthZero"}, "A5 00 00", ""},
-                    ReplyRow{{"LengthZeroThenRubbish"}, "A5 00 00 50 E0 01", ""},
-                    ReplyRow{
-                        {"NothingBehindAPacketThatAnnouncedMore"}, "A5 00 03 20 E0 01", "E0 01"},
-                    ReplyRow{{"ShortPacketBehindOneThatAnnouncedMore"},
-                             "A5 00 03 20 E0 01 A5 00 05 50 E1",
-                             "E0 01"}),
-    support::rowName);
-
-TEST_F(SendQuery, FindsAPacketBehindALengthOfZero) {
-  answer({bytes("A5 00 00 A5 00 03 50 E0 42")});
-  EXPECT_EQ(query(3), bytes("E0 42"));
-  EXPECT_EQ(system.now(), 2 * Second);
 }
