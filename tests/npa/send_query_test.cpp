@@ -87,8 +87,9 @@ TEST(SendQueryPath, IsShownAsGiven) {
     });
     EXPECT_EQ(count, 0);
     EXPECT_EQ(reply, nullptr);
-    EXPECT_EQ(output, (Output{"", "D [ZVK] Failed to open usb device '" + path + "'!\n" +
-                                      support::TransportGone}));
+    const std::string line =
+        std::string("D [ZVK] Failed to open usb device '").append(path).append("'!\n");
+    EXPECT_EQ(output, (Output{"", line + support::TransportGone}));
   }
 }
 
@@ -135,7 +136,7 @@ TEST_F(SendQuery, CollectsNothingOfAPacketWhoseFlagEndsTheExchange) {
     EXPECT_TRUE(untouched) << reply;
     EXPECT_EQ(system.events.back(), "close") << reply;
   }
-  EXPECT_EQ(system.now(), 5 * 2 * Second);
+  EXPECT_EQ(system.now(), 10 * Second);
 }
 
 TEST_F(SendQuery, ReadsALengthAbove255FromBothBytes) {

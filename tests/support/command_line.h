@@ -16,6 +16,7 @@ class CommandLine {
     }
     m_Pointers.push_back(nullptr);
   }
+  ~CommandLine() = default;
   CommandLine(const CommandLine&) = delete;
   CommandLine& operator=(const CommandLine&) = delete;
 

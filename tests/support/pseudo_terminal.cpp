@@ -77,7 +77,7 @@ void PseudoTerminal::run(const std::function<void()>& action) {
   m_OutputEnd = ends[0];
 }
 
-void PseudoTerminal::type(const std::string& text) {
+void PseudoTerminal::type(const std::string& text) const {
   require(::write(m_Master, text.data(), text.size()) == static_cast<ssize_t>(text.size()),
           "cannot type");
 }
@@ -88,7 +88,7 @@ termios PseudoTerminal::attributes() const {
   return result;
 }
 
-bool PseudoTerminal::waitForSilence() {
+bool PseudoTerminal::waitForSilence() const {
   while (echoes()) {
     siginfo_t ended{};
     ::waitid(P_PID, static_cast<id_t>(m_Child), &ended, WEXITED | WNOHANG | WNOWAIT);
@@ -100,7 +100,7 @@ bool PseudoTerminal::waitForSilence() {
   return true;
 }
 
-void PseudoTerminal::switchEchoOff() {
+void PseudoTerminal::switchEchoOff() const {
   termios silent = attributes();
   silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
   require(::tcsetattr(m_Terminal, TCSANOW, &silent) == 0, "cannot switch the echo off");
@@ -109,7 +109,7 @@ void PseudoTerminal::switchEchoOff() {
   require(::ioctl(m_Master, TIOCPKT, &on) == 0, "no packet mode");
 }
 
-bool PseudoTerminal::waitForDiscardedInput() {
+bool PseudoTerminal::waitForDiscardedInput() const {
   unsigned char event = 0;
   return isReadable(m_Master, GiveUpMilliseconds) && ::read(m_Master, &event, 1) == 1 &&
          (event & TIOCPKT_FLUSHREAD) != 0;

@@ -21,7 +21,7 @@ class PseudoTerminal {
   void run(const std::function<void()>& action);
 
   /// Types `text` at the terminal.
-  void type(const std::string& text);
+  void type(const std::string& text) const;
 
   /// The terminal's attributes now.
   termios attributes() const;
@@ -29,14 +29,14 @@ class PseudoTerminal {
 
   /// Waits, without a pause in it, until the child has switched the echo off. Returns whether it
   /// did before it ended.
-  bool waitForSilence();
+  bool waitForSilence() const;
 
   /// For a terminal that is silent from the start, before `run`.
-  void switchEchoOff();
+  void switchEchoOff() const;
 
   /// Waits until the child makes the terminal discard what was typed so far, once after
   /// `switchEchoOff`. Returns whether it did.
-  bool waitForDiscardedInput();
+  bool waitForDiscardedInput() const;
 
   /// Waits until `text` can be read from the child's standard output. Returns whether it came.
   bool waitForOutput(const std::string& text);
