@@ -11,15 +11,13 @@ namespace {
 
 using support::lines;
 using support::PrinterRun;
-using support::PrintTo;
 using support::runWithPrinter;
 using Words = std::vector<std::string>;
 
 const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
 const std::string Wrap = "A5 00 0F 50 E0 63 02 00 09 ";
 
-struct QueryRow {
-  const char* name;
+struct QueryRow : support::Row {
   Words options;
   const char* command;
   /// The bare query; each that arrives, "w" for wrapped and "b" for bare.
@@ -52,29 +50,29 @@ constexpr const char* Descriptor = "A5 00 06 50 E0 D8 00 06 1F";
 INSTANTIATE_TEST_SUITE_P(
     Commands, StatusQuery,
     testing::Values(
-        QueryRow{"Ssid", {"--ssid=My Net"}, "-s", Ssid, "w", 0, "My Net\n"},
-        QueryRow{"SsidBare", {"--refuse-wrapped", "--ssid=x"}, "-s", Ssid, "wb", 0, "x\n"},
-        QueryRow{"SsidRefused", {"--refuse-all"}, "-s", Ssid, "wb", 255, ""},
-        QueryRow{"SsidMissing", {}, "-s", Ssid, "wwwwwww", 1, ""},
-        QueryRow{"Ip", {"--ip=10.0.0.255"}, "-ip", Ip, "w", 0, "10.0.0.255\n"},
-        QueryRow{"IpBare", {"--refuse-wrapped"}, "-ip", Ip, "wb", 0, "192.168.1.20\n"},
-        QueryRow{"IpAfterThreeQueries", {"--ip-after=3"}, "-ip", Ip, "wwww", 0, "192.168.1.20\n"},
-        QueryRow{"IpAfterSomeSeconds", {"--ip-after=12s"}, "-ip", Ip, "www", 0, "192.168.1.20\n"},
-        QueryRow{"IpNever", {"--ip=0.0.0.0"}, "-ip", Ip, "wwwwwww", 1, ""},
-        QueryRow{"NoTrouble", {}, "-t", Trouble, "w", 0, ""},
-        QueryRow{"NoTroubleBare", {"--refuse-wrapped"}, "-t", Trouble, "wb", 0, ""},
-        QueryRow{"Trouble", {"--trouble-code=7"}, "-t", Trouble, "wwww", 7, ""},
-        QueryRow{"TroubleThatIsOver",
+        QueryRow{{"Ssid"}, {"--ssid=My Net"}, "-s", Ssid, "w", 0, "My Net\n"},
+        QueryRow{{"SsidBare"}, {"--refuse-wrapped", "--ssid=x"}, "-s", Ssid, "wb", 0, "x\n"},
+        QueryRow{{"SsidRefused"}, {"--refuse-all"}, "-s", Ssid, "wb", 255, ""},
+        QueryRow{{"SsidMissing"}, {}, "-s", Ssid, "wwwwwww", 1, ""},
+        QueryRow{{"Ip"}, {"--ip=10.0.0.255"}, "-ip", Ip, "w", 0, "10.0.0.255\n"},
+        QueryRow{{"IpBare"}, {"--refuse-wrapped"}, "-ip", Ip, "wb", 0, "192.168.1.20\n"},
+        QueryRow{{"IpAfterThreeQueries"}, {"--ip-after=3"}, "-ip", Ip, "wwww", 0, "192.168.1.20\n"},
+        QueryRow{{"IpAfterSomeSeconds"}, {"--ip-after=12s"}, "-ip", Ip, "www", 0, "192.168.1.20\n"},
+        QueryRow{{"IpNever"}, {"--ip=0.0.0.0"}, "-ip", Ip, "wwwwwww", 1, ""},
+        QueryRow{{"NoTrouble"}, {}, "-t", Trouble, "w", 0, ""},
+        QueryRow{{"NoTroubleBare"}, {"--refuse-wrapped"}, "-t", Trouble, "wb", 0, ""},
+        QueryRow{{"Trouble"}, {"--trouble-code=7"}, "-t", Trouble, "wwww", 7, ""},
+        QueryRow{{"TroubleThatIsOver"},
                  {"--trouble-code=7", "--trouble-over-after=2"},
                  "-t",
                  Trouble,
                  "www",
                  0,
                  ""},
-        QueryRow{"Descriptor", {}, "-a", Descriptor, "w", 0, ""},
-        QueryRow{"DescriptorInPieces", {"--pieces=7"}, "-a", Descriptor, "w", 0, ""},
-        QueryRow{"DescriptorNeverRight", {"--descriptor=x"}, "-a", Descriptor, "wwwwww", 1, ""},
-        QueryRow{"DescriptorRefused", {"--refuse-wrapped"}, "-a", Descriptor, "wwwwww", 1, ""}),
+        QueryRow{{"Descriptor"}, {}, "-a", Descriptor, "w", 0, ""},
+        QueryRow{{"DescriptorInPieces"}, {"--pieces=7"}, "-a", Descriptor, "w", 0, ""},
+        QueryRow{{"DescriptorNeverRight"}, {"--descriptor=x"}, "-a", Descriptor, "wwwwww", 1, ""},
+        QueryRow{{"DescriptorRefused"}, {"--refuse-wrapped"}, "-a", Descriptor, "wwwwww", 1, ""}),
     support::rowName);
 
 TEST(Reset, IsConfirmed) {

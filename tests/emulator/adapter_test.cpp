@@ -15,7 +15,6 @@ using emulator::Bytes;
 using emulator::MessageLog;
 using emulator::Personality;
 using support::bytes;
-using support::PrintTo;
 
 const Bytes QuerySsid = bytes("A5 00 06 50 E0 D8 00 28 08");
 const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
@@ -115,8 +114,7 @@ TEST(Adapter, SaysNothingToASniff) {
             Bytes());
 }
 
-struct MoodRow {
-  const char* name;
+struct MoodRow : support::Row {
   Personality personality;
   const char* toBare;
   const char* toWrapped;
@@ -136,25 +134,25 @@ TEST_P(Mood, DecidesTheAnswerToSettings) {
 INSTANTIATE_TEST_SUITE_P(
     Personalities, Mood,
     testing::Values(
-        MoodRow{"RefuseWrapped",
+        MoodRow{{"RefuseWrapped"},
                 {.refuseWrapped = true},
                 "A5 00 05 50 E0 DA 01 01",
                 "A5 00 02 D4 E0",
                 true},
-        MoodRow{"RefuseAll", {.refuseAll = true}, "A5 00 02 D4 E0", "A5 00 02 D4 E0", false},
-        MoodRow{"Silent", {.silent = true}, "", "", false},
-        MoodRow{"Garbage",
+        MoodRow{{"RefuseAll"}, {.refuseAll = true}, "A5 00 02 D4 E0", "A5 00 02 D4 E0", false},
+        MoodRow{{"Silent"}, {.silent = true}, "", "", false},
+        MoodRow{{"Garbage"},
                 {.garbage = true},
                 "00 FF 13 37 5A 80 7F 20 0A 99 C3 42",
                 "00 FF 13 37 5A 80 7F 20 0A 99 C3 42",
                 false},
-        MoodRow{"Cut", {.cutAt = 3}, "A5 00 05", "A5 00 0E", true},
-        MoodRow{"CutBehindTheEnd",
+        MoodRow{{"Cut"}, {.cutAt = 3}, "A5 00 05", "A5 00 0E", true},
+        MoodRow{{"CutBehindTheEnd"},
                 {.cutAt = 8},
                 "A5 00 05 50 E0 DA 01 01",
                 "A5 00 0E 50 E0 63 02 00",
                 true},
-        MoodRow{"OtherResult",
+        MoodRow{{"OtherResult"},
                 {.settingsResult = 2},
                 "A5 00 05 50 E0 DA 01 02",
                 "A5 00 0E 50 E0 63 02 00 08 A5 00 05 50 E0 DA 01 02",

@@ -12,7 +12,6 @@ namespace {
 using emulator::Options;
 using emulator::parseOptions;
 using emulator::UsageError;
-using support::PrintTo;
 using Words = std::vector<std::string>;
 
 Options parseRun(Words options) {
@@ -97,8 +96,7 @@ TEST(ParseOptions, TakesTheLinkOfServe) {
   EXPECT_EQ(parseOptions({"serve", "--link=/tmp/x"}).link, "/tmp/x");
 }
 
-struct Mistake {
-  const char* name;
+struct Mistake : support::Row {
   Words arguments;
   const char* reason;
 };
@@ -117,23 +115,24 @@ TEST_P(WrongOptions, AreToldWithTheReason) {
 INSTANTIATE_TEST_SUITE_P(
     Mistakes, WrongOptions,
     testing::Values(
-        Mistake{"UnknownAction", {"walk"}, "'walk' is none of run, serve and help"},
-        Mistake{"RunWithoutDashes", {"run"}, "run needs a command behind --"},
-        Mistake{"RunWithoutCommand", {"run", "--"}, "run needs a command behind --"},
-        Mistake{"ServeWithoutLink", {"serve"}, "serve needs --link=PATH"},
-        Mistake{"NoOption", {"run", "ls"}, "there is no option 'ls'"},
-        Mistake{"UnknownOption", {"run", "--nonsense=1"}, "there is no option '--nonsense'"},
-        Mistake{"SwitchWithValue", {"run", "--silent=1"}, "--silent takes no value"},
-        Mistake{"OptionWithoutValue", {"run", "--late"}, "--late needs a value"},
-        Mistake{"TextForANumber", {"run", "--late=x"}, "'x' is no number from 0 to 3600"},
-        Mistake{"NothingForANumber", {"run", "--late="}, "'' is no number from 0 to 3600"},
-        Mistake{"NumberTooLarge", {"run", "--late=3601"}, "'3601' is no number from 0 to 3600"},
-        Mistake{"NumberNegative", {"run", "--late=-1"}, "'-1' is no number from 0 to 3600"},
-        Mistake{"ByteTooLarge", {"run", "--trouble-code=256"}, "'256' is no number from 0 to 255"},
+        Mistake{{"UnknownAction"}, {"walk"}, "'walk' is none of run, serve and help"},
+        Mistake{{"RunWithoutDashes"}, {"run"}, "run needs a command behind --"},
+        Mistake{{"RunWithoutCommand"}, {"run", "--"}, "run needs a command behind --"},
+        Mistake{{"ServeWithoutLink"}, {"serve"}, "serve needs --link=PATH"},
+        Mistake{{"NoOption"}, {"run", "ls"}, "there is no option 'ls'"},
+        Mistake{{"UnknownOption"}, {"run", "--nonsense=1"}, "there is no option '--nonsense'"},
+        Mistake{{"SwitchWithValue"}, {"run", "--silent=1"}, "--silent takes no value"},
+        Mistake{{"OptionWithoutValue"}, {"run", "--late"}, "--late needs a value"},
+        Mistake{{"TextForANumber"}, {"run", "--late=x"}, "'x' is no number from 0 to 3600"},
+        Mistake{{"NothingForANumber"}, {"run", "--late="}, "'' is no number from 0 to 3600"},
+        Mistake{{"NumberTooLarge"}, {"run", "--late=3601"}, "'3601' is no number from 0 to 3600"},
+        Mistake{{"NumberNegative"}, {"run", "--late=-1"}, "'-1' is no number from 0 to 3600"},
+        Mistake{
+            {"ByteTooLarge"}, {"run", "--trouble-code=256"}, "'256' is no number from 0 to 255"},
         Mistake{
             "ListThatEndsInAComma", {"run", "--auth-status=1,"}, "'' is no number from 0 to 255"},
-        Mistake{"AddressTooShort", {"run", "--ip=1.2.3"}, "'1.2.3' is no IP address"},
-        Mistake{"AddressTooLong", {"run", "--ip=1.2.3.4.5"}, "'4.5' is no number from 0 to 255"},
+        Mistake{{"AddressTooShort"}, {"run", "--ip=1.2.3"}, "'1.2.3' is no IP address"},
+        Mistake{{"AddressTooLong"}, {"run", "--ip=1.2.3.4.5"}, "'4.5' is no number from 0 to 255"},
         Mistake{
             "AddressByteTooLarge", {"run", "--ip=1.2.3.256"}, "'256' is no number from 0 to 255"}),
     support::rowName);

@@ -10,10 +10,8 @@ namespace {
 
 using emulator::SettingKey;
 using support::bytes;
-using support::PrintTo;
 
-struct WordsRow {
-  const char* name;
+struct WordsRow : support::Row {
   SettingKey key;
   const char* value;
   const char* masked;
@@ -31,32 +29,32 @@ TEST_P(DescribeSetting, PutsTheValueIntoWords) {
 INSTANTIATE_TEST_SUITE_P(
     Settings, DescribeSetting,
     testing::Values(
-        WordsRow{"Text", {0x28, 0x08}, "68 69 00", "SSID = \"hi\"", "SSID = \"hi\""},
-        WordsRow{"OddText",
+        WordsRow{{"Text"}, {0x28, 0x08}, "68 69 00", "SSID = \"hi\"", "SSID = \"hi\""},
+        WordsRow{{"OddText"},
                  {0x28, 0x08},
                  "68 0A FF",
                  "SSID = \"h\\x0A\\xFF\"",
                  "SSID = \"h\\x0A\\xFF\""},
-        WordsRow{"EmptyText", {0x28, 0x08}, "", "SSID = \"\"", "SSID = \"\""},
-        WordsRow{"NamedNumber",
+        WordsRow{{"EmptyText"}, {0x28, 0x08}, "", "SSID = \"\"", "SSID = \"\""},
+        WordsRow{{"NamedNumber"},
                  {0x28, 0x22},
                  "00 00 00 02",
                  "security = 2 (WPA (1 or 2))",
                  "security = 2 (WPA (1 or 2))"},
         WordsRow{
             "NumberWithoutName", {0x28, 0x22}, "00 00 01 02", "security = 258", "security = 258"},
-        WordsRow{"NumberOfNoBytes", {0x28, 0x05}, "", "channel = ", "channel = "},
-        WordsRow{"NumberOfTooManyBytes",
+        WordsRow{{"NumberOfNoBytes"}, {0x28, 0x05}, "", "channel = ", "channel = "},
+        WordsRow{{"NumberOfTooManyBytes"},
                  {0x28, 0x05},
                  "01 02 03 04 05",
                  "channel = 01 02 03 04 05",
                  "channel = 01 02 03 04 05"},
-        WordsRow{"Address",
+        WordsRow{{"Address"},
                  {0x0A, 0x02},
                  "0A 00 00 07",
                  "IP address = 10.0.0.7",
                  "IP address = 10.0.0.7"},
-        WordsRow{"Key", {0x28, 0x09}, "61 62 00", "WEP key 1 = (3 bytes)", "WEP key 1 = \"ab\""},
+        WordsRow{{"Key"}, {0x28, 0x09}, "61 62 00", "WEP key 1 = (3 bytes)", "WEP key 1 = \"ab\""},
         WordsRow{
             "Unknown", {0x28, 0xFE}, "61 62", "object 28 FE = (2 bytes)", "object 28 FE = 61 62"}),
     support::rowName);

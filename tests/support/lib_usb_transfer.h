@@ -9,6 +9,7 @@
 
 #include "support/bytes.h"
 #include "support/fake_libusb.h"
+#include "support/rows.h"
 #include "support/virtual_system.h"
 #include "transport/lib_usb_connector.h"
 
@@ -19,8 +20,7 @@ inline constexpr std::uint8_t Bulk = 2;
 inline constexpr std::uint8_t Interrupt = 3;
 
 /// A result of a bulk transfer and what becomes of it.
-struct TransferRow {
-  const char* name;
+struct TransferRow : Row {
   int result;
   HCIOStatus status;
 };

@@ -1,27 +1,25 @@
 #pragma once
 
-#include <concepts>
 #include <gtest/gtest.h>
 #include <ostream>
 #include <string>
 
-/// Tables of test cases: each row has a member `name`, which names its test.
+/// Tables of test cases.
 namespace support {
 
-template <typename T>
-concept Row = requires(const T& row) {
-  { row.name } -> std::convertible_to<const char*>;
+/// What the rows of all tables begin with.
+struct Row {
+  const char* name;  ///< of the row's test: letters and digits
+
+  /// Shows a row by its name and not, as is the default, by its bytes in memory, which differ from
+  /// run to run.
+  friend std::ostream& operator<<(std::ostream& stream, const Row& row) {
+    return stream << row.name;
+  }
 };
 
 inline constexpr auto rowName = [](const auto& info) {
   return std::string(info.param.name);
 };
-
-/// Shows a row by its name and not, as is the default, by its bytes in memory, which differ from
-/// run to run. A test's namespace takes part with `using support::PrintTo;`.
-template <Row T>
-void PrintTo(const T& row, std::ostream* stream) {
-  *stream << row.name;
-}
 
 }  // namespace support

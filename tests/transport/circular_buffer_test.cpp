@@ -17,8 +17,6 @@ using support::pattern;
 
 namespace {
 
-using support::PrintTo;
-
 constexpr unsigned long Unlimited = std::numeric_limits<unsigned long>::max();
 
 /// Takes `count` bytes, which must be there.
@@ -159,8 +157,7 @@ TEST(CircularBuffer, GoesOnFromTheFrontAfterAWriteThatEndsAtTheEnd) {
 
 namespace {
 
-struct Operation {
-  const char* name;
+struct Operation : support::Row {
   std::function<void(CircularBuffer&)> run;
   const char* locks;
 };
@@ -185,19 +182,24 @@ TEST_P(CircularBufferLock, IsHeldByTheOutermostOperationFromEndToEnd) {
 INSTANTIATE_TEST_SUITE_P(
     Operations, CircularBufferLock,
     testing::Values(
-        Operation{"Flush", [](CircularBuffer& buffer) { buffer.flush(); }, "+A -A"},
-        Operation{"IsFull", [](CircularBuffer& buffer) { buffer.isFull(); }, "+A -A"},
-        Operation{"IsEmpty", [](CircularBuffer& buffer) { buffer.isEmpty(); }, "+A -A"},
-        Operation{"GetAvailableSpace", [](CircularBuffer& buffer) { buffer.getAvailableSpace(); },
+        Operation{{"Flush"}, [](CircularBuffer& buffer) { buffer.flush(); }, "+A -A"},
+        Operation{{"IsFull"}, [](CircularBuffer& buffer) { buffer.isFull(); }, "+A -A"},
+        Operation{{"IsEmpty"}, [](CircularBuffer& buffer) { buffer.isEmpty(); }, "+A -A"},
+        Operation{{"GetAvailableSpace"},
+                  [](CircularBuffer& buffer) { buffer.getAvailableSpace(); },
                   "+A !A -A"},
-        Operation{"GetAvailableBytes", [](CircularBuffer& buffer) { buffer.getAvailableBytes(); },
+        Operation{{"GetAvailableBytes"},
+                  [](CircularBuffer& buffer) { buffer.getAvailableBytes(); },
                   "+A !A !A -A"},
-        Operation{"WriteBytes", [](CircularBuffer& buffer) { store(buffer, bytes("03")); },
+        Operation{{"WriteBytes"},
+                  [](CircularBuffer& buffer) { store(buffer, bytes("03")); },
                   "+A !A !A -A"},
-        Operation{"WriteBytesWithoutSpace",
-                  [](CircularBuffer& buffer) { store(buffer, pattern(9)); }, "+A !A !A -A"},
-        Operation{"ReadBytes", [](CircularBuffer& buffer) { taken(buffer, 2); }, "+A !A !A !A -A"},
-        Operation{"ReadBytesWithoutBytes",
+        Operation{{"WriteBytesWithoutSpace"},
+                  [](CircularBuffer& buffer) { store(buffer, pattern(9)); },
+                  "+A !A !A -A"},
+        Operation{
+            {"ReadBytes"}, [](CircularBuffer& buffer) { taken(buffer, 2); }, "+A !A !A !A -A"},
+        Operation{{"ReadBytesWithoutBytes"},
                   [](CircularBuffer& buffer) {
                     Bytes destination(3);
                     buffer.readBytes(destination.data(), 3);

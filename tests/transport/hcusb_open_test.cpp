@@ -16,8 +16,6 @@ using virtual_system::Device;
 
 namespace {
 
-using support::PrintTo;
-
 /// CT_Open on a system without printers; a test adds them.
 class TransportOpen : public testing::Test {
  protected:
@@ -34,8 +32,7 @@ class TransportOpen : public testing::Test {
   unsigned char byte = 0;
 };
 
-struct PathRow {
-  const char* name;
+struct PathRow : support::Row {
   const char* path;
   const char* device;
 };
@@ -57,18 +54,18 @@ TEST_P(UsblpPath, OpensTheDeviceOfItsNumber) {
 
 INSTANTIATE_TEST_SUITE_P(
     Paths, UsblpPath,
-    testing::Values(PathRow{"Default", "/dev/usb/lp0", "/dev/usb/lp0"},
-                    PathRow{"HighestNumber", "/dev/usb/lp16", "/dev/usb/lp16"},
-                    PathRow{"UsblpName", "/dev/usb/usblp2", "/dev/usb/lp2"},
-                    PathRow{"UsblpNameGoesFirst", "/dev/usb/lp1/usblp2", "/dev/usb/lp2"},
-                    PathRow{"FirstUsblpCounts", "/dev/usb/usblp3/usblp4", "/dev/usb/lp3"},
-                    PathRow{"FirstLpCounts", "/dev/usb/lp5/lp6", "/dev/usb/lp5"},
-                    PathRow{"OtherFolder", "/chroot/dev/usb/lp7", "/dev/usb/lp7"},
-                    PathRow{"NameInFront", "/dev/usbprinters/lp8", "/dev/usb/lp8"},
-                    PathRow{"TextBehindTheNumber", "/dev/usb/lp9x", "/dev/usb/lp9"},
-                    PathRow{"NoDigits", "/dev/usb/lp", "/dev/usb/lp0"},
-                    PathRow{"NumberAtOtherPlace", "/dev/usb3/lp4", "/dev/usb/lp4"},
-                    PathRow{"ColonMakesNoLibUsbAddress", "/dev/usb/lp1:2", "/dev/usb/lp1"}),
+    testing::Values(PathRow{{"Default"}, "/dev/usb/lp0", "/dev/usb/lp0"},
+                    PathRow{{"HighestNumber"}, "/dev/usb/lp16", "/dev/usb/lp16"},
+                    PathRow{{"UsblpName"}, "/dev/usb/usblp2", "/dev/usb/lp2"},
+                    PathRow{{"UsblpNameGoesFirst"}, "/dev/usb/lp1/usblp2", "/dev/usb/lp2"},
+                    PathRow{{"FirstUsblpCounts"}, "/dev/usb/usblp3/usblp4", "/dev/usb/lp3"},
+                    PathRow{{"FirstLpCounts"}, "/dev/usb/lp5/lp6", "/dev/usb/lp5"},
+                    PathRow{{"OtherFolder"}, "/chroot/dev/usb/lp7", "/dev/usb/lp7"},
+                    PathRow{{"NameInFront"}, "/dev/usbprinters/lp8", "/dev/usb/lp8"},
+                    PathRow{{"TextBehindTheNumber"}, "/dev/usb/lp9x", "/dev/usb/lp9"},
+                    PathRow{{"NoDigits"}, "/dev/usb/lp", "/dev/usb/lp0"},
+                    PathRow{{"NumberAtOtherPlace"}, "/dev/usb3/lp4", "/dev/usb/lp4"},
+                    PathRow{{"ColonMakesNoLibUsbAddress"}, "/dev/usb/lp1:2", "/dev/usb/lp1"}),
     support::rowName);
 
 TEST_P(BadPath, OpensNothing) {
@@ -86,16 +83,17 @@ TEST_P(BadPath, OpensNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     Paths, BadPath,
-    testing::Values(PathRow{"NeitherForm", "printer", nullptr}, PathRow{"Empty", "", nullptr},
-                    PathRow{"None", nullptr, nullptr}, PathRow{"FolderAlone", "/dev/usb/", nullptr},
-                    PathRow{"NoLpName", "/dev/usb/printer0", nullptr},
-                    PathRow{"NumberTooHigh", "/dev/usb/lp99", nullptr},
-                    PathRow{"FirstNumberTooHigh", "/dev/usb/lp17", nullptr},
-                    PathRow{"NumberOfManyDigits", "/dev/usb/lp4294967296", nullptr},
-                    PathRow{"NegativeNumber", "/dev/usb/lp-1", nullptr},
-                    PathRow{"BusTooLong", "99999999999:1", nullptr},
-                    PathRow{"BusOfTenCharacters", "0000000000:0", nullptr},
-                    PathRow{"DeviceOfTenCharacters", "0:0000000000", nullptr}),
+    testing::Values(PathRow{{"NeitherForm"}, "printer", nullptr}, PathRow{{"Empty"}, "", nullptr},
+                    PathRow{{"None"}, nullptr, nullptr},
+                    PathRow{{"FolderAlone"}, "/dev/usb/", nullptr},
+                    PathRow{{"NoLpName"}, "/dev/usb/printer0", nullptr},
+                    PathRow{{"NumberTooHigh"}, "/dev/usb/lp99", nullptr},
+                    PathRow{{"FirstNumberTooHigh"}, "/dev/usb/lp17", nullptr},
+                    PathRow{{"NumberOfManyDigits"}, "/dev/usb/lp4294967296", nullptr},
+                    PathRow{{"NegativeNumber"}, "/dev/usb/lp-1", nullptr},
+                    PathRow{{"BusTooLong"}, "99999999999:1", nullptr},
+                    PathRow{{"BusOfTenCharacters"}, "0000000000:0", nullptr},
+                    PathRow{{"DeviceOfTenCharacters"}, "0:0000000000", nullptr}),
     support::rowName);
 
 TEST_F(TransportOpen, FailsForEachErrorOfTheSystem) {
@@ -132,13 +130,13 @@ TEST_P(LibUsbAddress, OpensTheDeviceOfBothNumbers) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Addresses, LibUsbAddress,
-                         testing::Values(PathRow{"Short", "2:5", "005"},
-                                         PathRow{"AsListed", "002:005", "005"},
-                                         PathRow{"LongestParts", "000000002:000000005", "005"},
-                                         PathRow{"SplitAtTheFirstColon", "2:5:9", "005"},
-                                         PathRow{"TextBehindTheNumbers", "2a:5b", "005"},
-                                         PathRow{"NoDeviceNumberIsZero", "2:", "000"},
-                                         PathRow{"FolderThatIsNotOfUsb", "2:/dev/us", "000"}),
+                         testing::Values(PathRow{{"Short"}, "2:5", "005"},
+                                         PathRow{{"AsListed"}, "002:005", "005"},
+                                         PathRow{{"LongestParts"}, "000000002:000000005", "005"},
+                                         PathRow{{"SplitAtTheFirstColon"}, "2:5:9", "005"},
+                                         PathRow{{"TextBehindTheNumbers"}, "2a:5b", "005"},
+                                         PathRow{{"NoDeviceNumberIsZero"}, "2:", "000"},
+                                         PathRow{{"FolderThatIsNotOfUsb"}, "2:/dev/us", "000"}),
                          support::rowName);
 
 TEST_F(TransportOpen, ReadsAMissingBusNumberAsZero) {

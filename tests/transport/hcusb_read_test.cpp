@@ -59,8 +59,8 @@ TEST_F(TransportRead, LeavesWhatIsBeyondItsCount) {
 }
 
 TEST_F(TransportRead, StartsANewPeriodWithEachPiece) {
-  for (int piece = 1; piece <= 4; ++piece) {
-    device.reply(bytes("AB"), piece * 4 * Second);
+  for (virtual_system::Microseconds piece = 1; piece <= 4; ++piece) {
+    device.reply(bytes("AB"), 4 * piece * Second);
   }
   EXPECT_EQ(read(10), bytes("AB AB AB AB"));
   EXPECT_EQ(system.now(), (16 + 5) * Second);

@@ -55,12 +55,12 @@ TEST_P(LibUsbPollResult, BecomesTheStatus) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Results, LibUsbPollResult,
-                         testing::Values(TransferRow{"OneByte", 1, IO_READ_READY},
-                                         TransferRow{"WholePacket", 64, IO_READ_READY},
-                                         TransferRow{"Nothing", 0, IO_TIMEOUT},
-                                         TransferRow{"TimeLimit", -110, IO_TIMEOUT},
-                                         TransferRow{"Stall", -32, IO_FAILED},
-                                         TransferRow{"Unplugged", -19, IO_FAILED}),
+                         testing::Values(TransferRow{{"OneByte"}, 1, IO_READ_READY},
+                                         TransferRow{{"WholePacket"}, 64, IO_READ_READY},
+                                         TransferRow{{"Nothing"}, 0, IO_TIMEOUT},
+                                         TransferRow{{"TimeLimit"}, -110, IO_TIMEOUT},
+                                         TransferRow{{"Stall"}, -32, IO_FAILED},
+                                         TransferRow{{"Unplugged"}, -19, IO_FAILED}),
                          support::rowName);
 
 TEST_F(LibUsbTransfer, PollDropsAPacketThatWouldLeaveNoFreeByte) {

@@ -103,10 +103,10 @@ TEST_P(LibUsbWriteFailure, EndsTheWriteWithTheShortCount) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Errors, LibUsbWriteFailure,
-                         testing::Values(TransferRow{"Stall", -32, IO_BAD_DEVICE},
-                                         TransferRow{"Unplugged", -19, IO_FAILED},
-                                         TransferRow{"InputOutput", -5, IO_FAILED},
-                                         TransferRow{"NotPermitted", -1, IO_FAILED}),
+                         testing::Values(TransferRow{{"Stall"}, -32, IO_BAD_DEVICE},
+                                         TransferRow{{"Unplugged"}, -19, IO_FAILED},
+                                         TransferRow{{"InputOutput"}, -5, IO_FAILED},
+                                         TransferRow{{"NotPermitted"}, -1, IO_FAILED}),
                          support::rowName);
 
 TEST_F(LibUsbTransfer, RepeatsAChunkThatTimedOutAfterClearingTheHalt) {

@@ -14,7 +14,7 @@ using Pointers = std::vector<const void*>;
 /// The wrappers over a device that is open.
 class Luu : public testing::Test {
  protected:
-  ~Luu() override { luu_usb_close(handle); }
+  void TearDown() override { luu_usb_close(handle); }
 
   void expectCall(const std::string& call, const Numbers& numbers, const Pointers& pointers) const {
     EXPECT_EQ(library.calls.back(), call);

@@ -17,8 +17,6 @@ using virtual_system::System;
 
 namespace {
 
-using support::PrintTo;
-
 constexpr const char* Prefix = "/dev/usb/lp";
 
 }  // namespace
@@ -46,8 +44,7 @@ std::string prefixOf(std::size_t length) {
   return prefix.append(length - prefix.size(), 'p');
 }
 
-struct NameRow {
-  const char* name;
+struct NameRow : support::Row {
   std::string prefix;
   int number;
   bool formed;
@@ -58,26 +55,26 @@ class UsblpName : public testing::TestWithParam<NameRow> {};
 }  // namespace
 
 TEST_P(UsblpName, IsOpenedWhenItCanBeFormed) {
-  const auto& [name, prefix, number, formed] = GetParam();
+  const NameRow& row = GetParam();
   System system;
-  const Device& device = system.device(prefix + std::to_string(number));
-  USBLPConnector connector(prefix.c_str(), number);
+  const Device& device = system.device(row.prefix + std::to_string(row.number));
+  USBLPConnector connector(row.prefix.c_str(), row.number);
   EXPECT_EQ(connector.getType(), HC_LOC_USBLP);
-  EXPECT_EQ(connector.open(), formed ? 0 : 1);
-  EXPECT_EQ(connector.getLastError(), formed ? IO_OK : IO_FAILED);
-  EXPECT_EQ(device.opens, formed ? 1 : 0);
+  EXPECT_EQ(connector.open(), row.formed ? 0 : 1);
+  EXPECT_EQ(connector.getLastError(), row.formed ? IO_OK : IO_FAILED);
+  EXPECT_EQ(device.opens, row.formed ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Names, UsblpName,
-    testing::Values(NameRow{"LowestNumber", Prefix, 0, true},
-                    NameRow{"HighestNumber", Prefix, 16, true},
-                    NameRow{"NumberTooHigh", Prefix, 17, false},
-                    NameRow{"NegativeNumber", Prefix, -1, false},
-                    NameRow{"LongestPrefix", prefixOf(LongestPath - 1), 0, true},
-                    NameRow{"PrefixTooLong", prefixOf(LongestPath), 0, false},
-                    NameRow{"LongestPathWithTwoDigits", prefixOf(LongestPath - 2), 10, true},
-                    NameRow{"NoRoomForTheSecondDigit", prefixOf(LongestPath - 1), 10, false}),
+    testing::Values(NameRow{{"LowestNumber"}, Prefix, 0, true},
+                    NameRow{{"HighestNumber"}, Prefix, 16, true},
+                    NameRow{{"NumberTooHigh"}, Prefix, 17, false},
+                    NameRow{{"NegativeNumber"}, Prefix, -1, false},
+                    NameRow{{"LongestPrefix"}, prefixOf(LongestPath - 1), 0, true},
+                    NameRow{{"PrefixTooLong"}, prefixOf(LongestPath), 0, false},
+                    NameRow{{"LongestPathWithTwoDigits"}, prefixOf(LongestPath - 2), 10, true},
+                    NameRow{{"NoRoomForTheSecondDigit"}, prefixOf(LongestPath - 1), 10, false}),
     support::rowName);
 
 TEST(UsblpOpen, FailsWithoutPrefix) {

@@ -14,10 +14,7 @@ using virtual_system::System;
 
 namespace {
 
-using support::PrintTo;
-
-struct SelectRow {
-  const char* name;
+struct SelectRow : support::Row {
   int result;
   HCIOStatus forReading;
   HCIOStatus forWriting;
@@ -48,9 +45,9 @@ TEST_P(UsblpSelect, DecidesTheWriteProbe) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Results, UsblpSelect,
-                         testing::Values(SelectRow{"Ready", 1, IO_READ_READY, IO_WRITE_READY},
-                                         SelectRow{"TimeLimit", 0, IO_TIMEOUT, IO_TIMEOUT},
-                                         SelectRow{"Error", -1, IO_FAILED, IO_FAILED}),
+                         testing::Values(SelectRow{{"Ready"}, 1, IO_READ_READY, IO_WRITE_READY},
+                                         SelectRow{{"TimeLimit"}, 0, IO_TIMEOUT, IO_TIMEOUT},
+                                         SelectRow{{"Error"}, -1, IO_FAILED, IO_FAILED}),
                          support::rowName);
 
 TEST_F(OpenUsblp, ProbeWaitsAtMostItsMicroseconds) {
@@ -85,8 +82,7 @@ TEST_F(OpenUsblp, ProbeFailsAtOnceAfterClose) {
 
 namespace {
 
-struct DescriptorRow {
-  const char* name;
+struct DescriptorRow : support::Row {
   int descriptor;
   bool fits;
 };
@@ -108,8 +104,8 @@ TEST_P(UsblpDescriptor, IsProbedOnlyWhenASetCanHoldIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Limits, UsblpDescriptor,
-                         testing::Values(DescriptorRow{"Lowest", 1, true},
-                                         DescriptorRow{"LastOfASet", FD_SETSIZE - 1, true},
-                                         DescriptorRow{"FirstBeyondASet", FD_SETSIZE, false},
-                                         DescriptorRow{"FarBeyondASet", FD_SETSIZE * 8, false}),
+                         testing::Values(DescriptorRow{{"Lowest"}, 1, true},
+                                         DescriptorRow{{"LastOfASet"}, FD_SETSIZE - 1, true},
+                                         DescriptorRow{{"FirstBeyondASet"}, FD_SETSIZE, false},
+                                         DescriptorRow{{"FarBeyondASet"}, FD_SETSIZE * 8, false}),
                          support::rowName);

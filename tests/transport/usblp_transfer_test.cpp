@@ -28,10 +28,7 @@ TEST_F(OpenUsblp, ReportsAReadOfNothingAsZero) {
 
 namespace {
 
-using support::PrintTo;
-
-struct WriteRow {
-  const char* name;
+struct WriteRow : support::Row {
   int asked;
   int taken;
   HCIOStatus status;
@@ -51,10 +48,10 @@ TEST_P(UsblpWrite, ReturnsTheCountTakenAndKeepsItsStatus) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Counts, UsblpWrite,
-                         testing::Values(WriteRow{"All", 10, 10, IO_OK},
-                                         WriteRow{"Some", 10, 4, IO_SHORT_WRITE},
-                                         WriteRow{"None", 10, 0, IO_NOTHING_WRITTEN},
-                                         WriteRow{"NoneOfNone", 0, 0, IO_NOTHING_WRITTEN}),
+                         testing::Values(WriteRow{{"All"}, 10, 10, IO_OK},
+                                         WriteRow{{"Some"}, 10, 4, IO_SHORT_WRITE},
+                                         WriteRow{{"None"}, 10, 0, IO_NOTHING_WRITTEN},
+                                         WriteRow{{"NoneOfNone"}, 0, 0, IO_NOTHING_WRITTEN}),
                          support::rowName);
 
 TEST_F(OpenUsblp, WritesTheBytesInOrder) {
@@ -65,8 +62,7 @@ TEST_F(OpenUsblp, WritesTheBytesInOrder) {
 
 namespace {
 
-struct ErrnoRow {
-  const char* name;
+struct ErrnoRow : support::Row {
   int error;
   HCIOStatus status;
 };
@@ -93,11 +89,11 @@ TEST_P(UsblpErrno, OfAWriteBecomesTheStatus) {
 
 // Any other error leaves the status of the open.
 INSTANTIATE_TEST_SUITE_P(Errors, UsblpErrno,
-                         testing::Values(ErrnoRow{"TryAgain", EAGAIN, IO_TRY_AGAIN},
-                                         ErrnoRow{"BadDescriptor", EBADF, IO_BAD_DEVICE},
-                                         ErrnoRow{"Interrupted", EINTR, IO_INTERRUPTED},
-                                         ErrnoRow{"InputOutput", EIO, IO_OK},
-                                         ErrnoRow{"Unplugged", ENODEV, IO_OK}),
+                         testing::Values(ErrnoRow{{"TryAgain"}, EAGAIN, IO_TRY_AGAIN},
+                                         ErrnoRow{{"BadDescriptor"}, EBADF, IO_BAD_DEVICE},
+                                         ErrnoRow{{"Interrupted"}, EINTR, IO_INTERRUPTED},
+                                         ErrnoRow{{"InputOutput"}, EIO, IO_OK},
+                                         ErrnoRow{{"Unplugged"}, ENODEV, IO_OK}),
                          support::rowName);
 
 TEST(UsblpClosed, AnswersThatItsDescriptorIsBad) {

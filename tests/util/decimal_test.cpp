@@ -7,15 +7,12 @@
 
 namespace {
 
-using support::PrintTo;
-
-struct Row {
-  const char* name;
+struct NumberRow : support::Row {
   std::string_view text;
   int value;
 };
 
-class ToInt : public testing::TestWithParam<Row> {};
+class ToInt : public testing::TestWithParam<NumberRow> {};
 
 }  // namespace
 
@@ -25,22 +22,26 @@ TEST_P(ToInt, ReadsALeadingDecimalNumber) {
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, ToInt,
-    testing::Values(Row{"Zero", "0", 0}, Row{"OneDigit", "7", 7}, Row{"LeadingZeros", "002", 2},
-                    Row{"AllDigits", "1234567890", 1234567890}, Row{"Negative", "-16", -16},
-                    Row{"PlusSign", "+3", 3}, Row{"Empty", "", 0}, Row{"SignAlone", "-", 0},
-                    Row{"TwoSigns", "--1", 0}, Row{"PlusAndMinus", "+-1", 0},
-                    Row{"NoDigits", "lp", 0}, Row{"TextBehind", "2x9", 2},
-                    Row{"ColonBehind", "5:6", 5}, Row{"SlashIsNoDigit", "/1", 0},
-                    Row{"WhiteSpaceInFront", " \t\n\v\f\r12", 12}, Row{"BlankBehind", "1 2", 1},
-                    Row{"BlankBehindSign", "- 1", 0}, Row{"WhiteSpaceAlone", "  ", 0}),
+    testing::Values(NumberRow{{"Zero"}, "0", 0}, NumberRow{{"OneDigit"}, "7", 7},
+                    NumberRow{{"LeadingZeros"}, "002", 2},
+                    NumberRow{{"AllDigits"}, "1234567890", 1234567890},
+                    NumberRow{{"Negative"}, "-16", -16}, NumberRow{{"PlusSign"}, "+3", 3},
+                    NumberRow{{"Empty"}, "", 0}, NumberRow{{"SignAlone"}, "-", 0},
+                    NumberRow{{"TwoSigns"}, "--1", 0}, NumberRow{{"PlusAndMinus"}, "+-1", 0},
+                    NumberRow{{"NoDigits"}, "lp", 0}, NumberRow{{"TextBehind"}, "2x9", 2},
+                    NumberRow{{"ColonBehind"}, "5:6", 5}, NumberRow{{"SlashIsNoDigit"}, "/1", 0},
+                    NumberRow{{"WhiteSpaceInFront"}, " \t\n\v\f\r12", 12},
+                    NumberRow{{"BlankBehind"}, "1 2", 1}, NumberRow{{"BlankBehindSign"}, "- 1", 0},
+                    NumberRow{{"WhiteSpaceAlone"}, "  ", 0}),
     support::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     Limits, ToInt,
-    testing::Values(Row{"Largest", "2147483647", std::numeric_limits<int>::max()},
-                    Row{"AboveLargest", "2147483648", std::numeric_limits<int>::max()},
-                    Row{"Smallest", "-2147483648", std::numeric_limits<int>::min()},
-                    Row{"BelowSmallest", "-2147483649", std::numeric_limits<int>::min()},
-                    Row{"FarAbove", "99999999999999999999999", std::numeric_limits<int>::max()},
-                    Row{"FarBelow", "-99999999999999999999999", std::numeric_limits<int>::min()}),
+    testing::Values(
+        NumberRow{{"Largest"}, "2147483647", std::numeric_limits<int>::max()},
+        NumberRow{{"AboveLargest"}, "2147483648", std::numeric_limits<int>::max()},
+        NumberRow{{"Smallest"}, "-2147483648", std::numeric_limits<int>::min()},
+        NumberRow{{"BelowSmallest"}, "-2147483649", std::numeric_limits<int>::min()},
+        NumberRow{{"FarAbove"}, "99999999999999999999999", std::numeric_limits<int>::max()},
+        NumberRow{{"FarBelow"}, "-99999999999999999999999", std::numeric_limits<int>::min()}),
     support::rowName);

@@ -38,10 +38,7 @@ TEST(ExtractLongFromBuffer, ReadsTheHighestByteFirst) {
 
 namespace {
 
-using support::PrintTo;
-
-struct NumberRow {
-  const char* name;
+struct NumberRow : support::Row {
   unsigned int value;
   const char* stored;
 };
@@ -69,10 +66,10 @@ TEST_P(NumberOfLength, IsReadHighestByteFirst) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Lengths, NumberOfLength,
-                         testing::Values(NumberRow{"None", 0, ""}, NumberRow{"One", 0xF1, "F1"},
-                                         NumberRow{"Two", 0x1234, "12 34"},
-                                         NumberRow{"Three", 0xA1B2C3, "A1 B2 C3"},
-                                         NumberRow{"Four", 0xF1E2D3C4, "F1 E2 D3 C4"}),
+                         testing::Values(NumberRow{{"None"}, 0, ""}, NumberRow{{"One"}, 0xF1, "F1"},
+                                         NumberRow{{"Two"}, 0x1234, "12 34"},
+                                         NumberRow{{"Three"}, 0xA1B2C3, "A1 B2 C3"},
+                                         NumberRow{{"Four"}, 0xF1E2D3C4, "F1 E2 D3 C4"}),
                          support::rowName);
 
 TEST(IntToChar, DropsTheBytesAboveTheLength) {
@@ -87,14 +84,12 @@ TEST(IntToChar, DropsTheBytesAboveTheLength) {
 
 namespace {
 
-struct HexRow {
-  const char* name;
+struct HexRow : support::Row {
   std::string text;
   const char* expected;
 };
 
-struct BadHexRow {
-  const char* name;
+struct BadHexRow : support::Row {
   std::string text;
   int count;
   const char* message;
@@ -119,12 +114,13 @@ TEST_P(HexText, BecomesHalfAsManyBytes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, HexText,
-                         testing::Values(HexRow{"LowerCase", "a5000350e0", "A5 00 03 50 E0"},
-                                         HexRow{"UpperCase", "A5000350E0", "A5 00 03 50 E0"},
-                                         HexRow{"EveryDigit", "0123456789abcdefABCDEF",
+                         testing::Values(HexRow{{"LowerCase"}, "a5000350e0", "A5 00 03 50 E0"},
+                                         HexRow{{"UpperCase"}, "A5000350E0", "A5 00 03 50 E0"},
+                                         HexRow{{"EveryDigit"},
+                                                "0123456789abcdefABCDEF",
                                                 "01 23 45 67 89 AB CD EF AB CD EF"},
-                                         HexRow{"OddLastDigitIsDropped", "ABC", "AB"},
-                                         HexRow{"OneDigit", "7", ""}),
+                                         HexRow{{"OddLastDigitIsDropped"}, "ABC", "AB"},
+                                         HexRow{{"OneDigit"}, "7", ""}),
                          support::rowName);
 
 TEST_P(BadHexText, IsReportedAndSetsTheBufferToNull) {
@@ -140,18 +136,19 @@ TEST_P(BadHexText, IsReportedAndSetsTheBufferToNull) {
 
 INSTANTIATE_TEST_SUITE_P(
     Characters, BadHexText,
-    testing::Values(BadHexRow{"InTheMiddle", "A5G0", 2, "not valid Hex char?! '47'\n"},
-                    BadHexRow{"OnlyTheFirstIsReported", "A5GZ", 2, "not valid Hex char?! '47'\n"},
-                    BadHexRow{"LowerCaseIsShownAsUpperCase", "x", 0, "not valid Hex char?! '58'\n"},
-                    BadHexRow{"OddLast", "ABG", 1, "not valid Hex char?! '47'\n"},
-                    BadHexRow{"Blank", "A5 00", 2, "not valid Hex char?! '20'\n"},
-                    BadHexRow{"LineEnd", "\n", 0, "not valid Hex char?! 'A'\n"},
-                    BadHexRow{"BelowTheDigits", "/0", 1, "not valid Hex char?! '2F'\n"},
-                    BadHexRow{"AboveTheDigits", ":0", 1, "not valid Hex char?! '3A'\n"},
-                    BadHexRow{"BelowTheLetters", "@0", 1, "not valid Hex char?! '40'\n"},
-                    BadHexRow{"BelowTheSmallLetters", "`0", 1, "not valid Hex char?! '60'\n"},
-                    BadHexRow{"TopBitSet", "\x80", 0, "not valid Hex char?! 'FFFFFF80'\n"},
-                    BadHexRow{"AllBitsSet", "00\xFF", 1, "not valid Hex char?! 'FFFFFFFF'\n"}),
+    testing::Values(BadHexRow{{"InTheMiddle"}, "A5G0", 2, "not valid Hex char?! '47'\n"},
+                    BadHexRow{{"OnlyTheFirstIsReported"}, "A5GZ", 2, "not valid Hex char?! '47'\n"},
+                    BadHexRow{
+                        {"LowerCaseIsShownAsUpperCase"}, "x", 0, "not valid Hex char?! '58'\n"},
+                    BadHexRow{{"OddLast"}, "ABG", 1, "not valid Hex char?! '47'\n"},
+                    BadHexRow{{"Blank"}, "A5 00", 2, "not valid Hex char?! '20'\n"},
+                    BadHexRow{{"LineEnd"}, "\n", 0, "not valid Hex char?! 'A'\n"},
+                    BadHexRow{{"BelowTheDigits"}, "/0", 1, "not valid Hex char?! '2F'\n"},
+                    BadHexRow{{"AboveTheDigits"}, ":0", 1, "not valid Hex char?! '3A'\n"},
+                    BadHexRow{{"BelowTheLetters"}, "@0", 1, "not valid Hex char?! '40'\n"},
+                    BadHexRow{{"BelowTheSmallLetters"}, "`0", 1, "not valid Hex char?! '60'\n"},
+                    BadHexRow{{"TopBitSet"}, "\x80", 0, "not valid Hex char?! 'FFFFFF80'\n"},
+                    BadHexRow{{"AllBitsSet"}, "00\xFF", 1, "not valid Hex char?! 'FFFFFFFF'\n"}),
     support::rowName);
 
 TEST(GetHexValues, LeavesTheBufferAloneForAnEmptyText) {
@@ -165,8 +162,7 @@ TEST(GetHexValues, LeavesTheBufferAloneForAnEmptyText) {
 
 namespace {
 
-struct DumpRow {
-  const char* name;
+struct DumpRow : support::Row {
   Bytes data;
   std::string dump;
 };
@@ -185,31 +181,37 @@ TEST_P(Dump, GoesToStandardErrorInHexAndAsText) {
 
 INSTANTIATE_TEST_SUITE_P(
     Sizes, Dump,
-    testing::Values(DumpRow{"None", {}, ""}, DumpRow{"One", bytes("5A"), "5A |Z\n"},
-                    DumpRow{"Three", bytes("41 00 7F"), "41 00 7F |A..\n"},
-                    DumpRow{"Fifteen", Bytes(15, 'a'),
+    testing::Values(DumpRow{{"None"}, {}, ""}, DumpRow{{"One"}, bytes("5A"), "5A |Z\n"},
+                    DumpRow{{"Three"}, bytes("41 00 7F"), "41 00 7F |A..\n"},
+                    DumpRow{{"Fifteen"},
+                            Bytes(15, 'a'),
                             "61 61 61 61 61 61 61 61 61 61 61 61 61 61 61 |aaaaaaaaaaaaaaa\n"},
-                    DumpRow{"Sixteen", Bytes(16, 'a'),
+                    DumpRow{{"Sixteen"},
+                            Bytes(16, 'a'),
                             "61 61 61 61 61 61 61 61 61 61 61 61 61 61 61 61 |aaaaaaaaaaaaaaaa\n"},
-                    DumpRow{"Seventeen", Bytes(17, 'a'),
+                    DumpRow{{"Seventeen"},
+                            Bytes(17, 'a'),
                             "61 61 61 61 61 61 61 61 61 61 61 61 61 61 61 61 |aaaaaaaaaaaaaaaa\n"
                             "61 " +
                                 std::string(45, ' ') + "|a\n"},
-                    DumpRow{"Twenty", Bytes(20, 'b'),
+                    DumpRow{{"Twenty"},
+                            Bytes(20, 'b'),
                             "62 62 62 62 62 62 62 62 62 62 62 62 62 62 62 62 |bbbbbbbbbbbbbbbb\n"
                             "62 62 62 62 " +
                                 std::string(36, ' ') + "|bbbb\n"},
-                    DumpRow{"ThirtyTwo", Bytes(32, 0xFF),
+                    DumpRow{{"ThirtyTwo"},
+                            Bytes(32, 0xFF),
                             "FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF |................\n"
                             "FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF |................\n"}),
     support::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     Characters, Dump,
-    testing::Values(DumpRow{"FirstAndLastPrintable", bytes("1F 20 21 7D 7E 7F"),
+    testing::Values(DumpRow{{"FirstAndLastPrintable"},
+                            bytes("1F 20 21 7D 7E 7F"),
                             "1F 20 21 7D 7E 7F |. !}~.\n"},
-                    DumpRow{"TopBitSet", bytes("80 A5 C1 FF"), "80 A5 C1 FF |....\n"},
-                    DumpRow{"BarAndLineEnd", bytes("7C 0A"), "7C 0A ||.\n"}),
+                    DumpRow{{"TopBitSet"}, bytes("80 A5 C1 FF"), "80 A5 C1 FF |....\n"},
+                    DumpRow{{"BarAndLineEnd"}, bytes("7C 0A"), "7C 0A ||.\n"}),
     support::rowName);
 
 TEST(ShowBytes, WritesNothingForANegativeCount) {
