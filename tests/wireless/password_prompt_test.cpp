@@ -94,7 +94,7 @@ TEST(PasswordTerminal, DoesNotEchoWhatIsTypedAndEchoesAgainAfterwards) {
 
 TEST(PasswordTerminal, DiscardsWhatWasTypedBeforeTheEchoWasOff) {
   PseudoTerminal terminal;
-  terminal.type("early\n");
+  terminal.typeAhead("early\n");
   terminal.run(printPassword);
   ASSERT_TRUE(terminal.waitForSilence());
   terminal.type("late\n");
