@@ -92,7 +92,9 @@ struct usb_device* Library::addDevice(const std::string& bus, const std::string&
   }
   struct usb_device& device = storage.device;
   std::snprintf(device.filename, sizeof device.filename, "%s", name.c_str());
-  device.descriptor.bNumConfigurations = static_cast<std::uint8_t>(configurations.size());
+  // The device tells how many there are, also when they could not be read.
+  device.descriptor.bNumConfigurations =
+      static_cast<std::uint8_t>(std::max<std::size_t>(configurations.size(), 1));
   device.config = storage.configurations.empty() ? nullptr : storage.configurations.data();
 
   struct usb_bus** link = &m_FirstBus;

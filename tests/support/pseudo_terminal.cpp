@@ -82,6 +82,11 @@ void PseudoTerminal::type(const std::string& text) const {
           "cannot type");
 }
 
+void PseudoTerminal::typeAhead(const std::string& line) const {
+  type(line);
+  require(isReadable(m_Terminal, GiveUpMilliseconds), "the line was lost");
+}
+
 termios PseudoTerminal::attributes() const {
   termios result{};
   require(::tcgetattr(m_Terminal, &result) == 0, "no attributes");

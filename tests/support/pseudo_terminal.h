@@ -23,6 +23,9 @@ class PseudoTerminal {
   /// Types `text` at the terminal.
   void type(const std::string& text) const;
 
+  /// Types a line that nobody reads yet; returns when the terminal holds it ready for reading.
+  void typeAhead(const std::string& line) const;
+
   /// The terminal's attributes now.
   termios attributes() const;
   bool echoes() const { return (attributes().c_lflag & ECHO) != 0; }

@@ -103,6 +103,12 @@ TEST_F(Framing, WrapsAQuery) {
             bytes("A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 0A"));
 }
 
+TEST_F(Framing, WrapsAConfigurationPacketOfTwoObjects) {
+  // Of nine and six bytes.
+  const Bytes packet = bytes("A5 00 13 50 E0 DA 01 28 02 00 00 04 00 00 00 01 28 30 00 00 01 01");
+  EXPECT_EQ(wrapped(packet), joined({bytes("A5 00 1C 50 E0 63 02 00 16"), packet}));
+}
+
 TEST_F(Framing, WrapsAPacketOfMoreThan255Bytes) {
   const Bytes packet = pattern(300);
   EXPECT_EQ(wrapped(packet), joined({bytes("A5 01 32 50 E0 63 02 01 2C"), packet}));

@@ -4,8 +4,10 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <termios.h>
+#include <unistd.h>
 
 #include "support/output.h"
 #include "support/pseudo_terminal.h"
@@ -94,7 +96,7 @@ TEST(PasswordTerminal, DoesNotEchoWhatIsTypedAndEchoesAgainAfterwards) {
 
 TEST(PasswordTerminal, DiscardsWhatWasTypedBeforeTheEchoWasOff) {
   PseudoTerminal terminal;
-  terminal.type("early\n");
+  terminal.typeAhead("early\n");
   terminal.run(printPassword);
   ASSERT_TRUE(terminal.waitForSilence());
   terminal.type("late\n");
@@ -106,15 +108,14 @@ TEST(PasswordTerminal, DiscardsWhatWasTypedBehindThePassword) {
   PseudoTerminal terminal;
   terminal.run([] {
     printPassword();
-    printPassword();
+    int waiting = -1;
+    ::ioctl(STDIN_FILENO, FIONREAD, &waiting);
+    std::printf("%d waiting", waiting);
   });
   ASSERT_TRUE(terminal.waitForSilence());
   terminal.type("first\nlost\n");
-  EXPECT_TRUE(terminal.waitForOutput("[first]" + Prompt));
-  ASSERT_TRUE(terminal.waitForSilence());
-  terminal.type("second\n");
   EXPECT_TRUE(ended(terminal.wait()));
-  EXPECT_EQ(terminal.output(), Prompt + "\n\n[first]" + Prompt + "\n\n[second]");
+  EXPECT_EQ(terminal.output(), Prompt + "\n\n[first]0 waiting");
 }
 
 TEST(PasswordTerminal, TakesTheEndOfInputForTheEndOfThePassword) {
