@@ -10,7 +10,6 @@
 
 namespace {
 
-using support::lines;
 using support::PrinterRun;
 using support::runProcess;
 using support::runWithPrinter;

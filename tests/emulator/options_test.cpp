@@ -130,11 +130,12 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{
             {"ByteTooLarge"}, {"run", "--trouble-code=256"}, "'256' is no number from 0 to 255"},
         Mistake{
-            "ListThatEndsInAComma", {"run", "--auth-status=1,"}, "'' is no number from 0 to 255"},
+            {"ListThatEndsInAComma"}, {"run", "--auth-status=1,"}, "'' is no number from 0 to 255"},
         Mistake{{"AddressTooShort"}, {"run", "--ip=1.2.3"}, "'1.2.3' is no IP address"},
         Mistake{{"AddressTooLong"}, {"run", "--ip=1.2.3.4.5"}, "'4.5' is no number from 0 to 255"},
-        Mistake{
-            "AddressByteTooLarge", {"run", "--ip=1.2.3.256"}, "'256' is no number from 0 to 255"}),
+        Mistake{{"AddressByteTooLarge"},
+                {"run", "--ip=1.2.3.256"},
+                "'256' is no number from 0 to 255"}),
     support::rowName);
 
 TEST(HelpText, NamesEveryOption) {

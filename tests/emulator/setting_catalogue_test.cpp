@@ -42,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "security = 2 (WPA (1 or 2))",
                  "security = 2 (WPA (1 or 2))"},
         WordsRow{
-            "NumberWithoutName", {0x28, 0x22}, "00 00 01 02", "security = 258", "security = 258"},
+            {"NumberWithoutName"}, {0x28, 0x22}, "00 00 01 02", "security = 258", "security = 258"},
         WordsRow{{"NumberOfNoBytes"}, {0x28, 0x05}, "", "channel = ", "channel = "},
         WordsRow{{"NumberOfTooManyBytes"},
                  {0x28, 0x05},
@@ -55,8 +55,11 @@ INSTANTIATE_TEST_SUITE_P(
                  "IP address = 10.0.0.7",
                  "IP address = 10.0.0.7"},
         WordsRow{{"Key"}, {0x28, 0x09}, "61 62 00", "WEP key 1 = (3 bytes)", "WEP key 1 = \"ab\""},
-        WordsRow{
-            "Unknown", {0x28, 0xFE}, "61 62", "object 28 FE = (2 bytes)", "object 28 FE = 61 62"}),
+        WordsRow{{"Unknown"},
+                 {0x28, 0xFE},
+                 "61 62",
+                 "object 28 FE = (2 bytes)",
+                 "object 28 FE = 61 62"}),
     support::rowName);
 
 TEST(SettingsStore, KeepsTheLastValueOfEachSetting) {
