@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string_view>
 
@@ -32,14 +34,48 @@ constexpr std::uint8_t valueOf(char c) {
 }
 
 using Group = std::array<char, CharsPerGroup>;
+using Pair = std::array<char, 2>;
+
+/// The two characters for each twelve bits: half the look-ups of an alphabet of single ones.
+constexpr auto Pairs = [] {
+  std::array<Pair, 4096> pairs{};
+  for (std::size_t i = 0; i < pairs.size(); ++i) {
+    pairs[i] = {Alphabet[i >> 6U], Alphabet[i & 0x3FU]};
+  }
+  return pairs;
+}();
+
+/// The three bytes of a group as they lie in memory, and a fourth that is not zero when a character
+/// of the group is none of the alphabet.
+using GroupBytes = std::array<std::uint8_t, CharsPerGroup>;
+
+/// What each character contributes at each place of a group, to be joined by "or".
+constexpr auto Contributions = [] {
+  std::array<std::array<std::uint32_t, 256>, CharsPerGroup> places{};
+  for (std::size_t place = 0; place < places.size(); ++place) {
+    places[place].fill(std::bit_cast<std::uint32_t>(GroupBytes{0, 0, 0, Invalid}));
+    for (std::size_t i = 0; i < Alphabet.size(); ++i) {
+      const std::size_t bits = i << (18U - 6U * place);
+      places[place][static_cast<unsigned char>(Alphabet[i])] = std::bit_cast<std::uint32_t>(
+          GroupBytes{static_cast<std::uint8_t>(bits >> 16U), static_cast<std::uint8_t>(bits >> 8U),
+                     static_cast<std::uint8_t>(bits), 0});
+    }
+  }
+  return places;
+}();
+
+constexpr GroupBytes decodeWholeGroup(const char* four) {
+  return std::bit_cast<GroupBytes>(Contributions[0][static_cast<unsigned char>(four[0])] |
+                                   Contributions[1][static_cast<unsigned char>(four[1])] |
+                                   Contributions[2][static_cast<unsigned char>(four[2])] |
+                                   Contributions[3][static_cast<unsigned char>(four[3])]);
+}
 
 void encodeGroup(const unsigned char* three, char* four) {
   const std::uint32_t bits =
       std::uint32_t{three[0]} << 16U | std::uint32_t{three[1]} << 8U | std::uint32_t{three[2]};
-  four[0] = Alphabet[bits >> 18U];
-  four[1] = Alphabet[bits >> 12U & 0x3FU];
-  four[2] = Alphabet[bits >> 6U & 0x3FU];
-  four[3] = Alphabet[bits & 0x3FU];
+  std::memcpy(four, &Pairs[bits >> 12U], sizeof(Pair));
+  std::memcpy(four + sizeof(Pair), &Pairs[bits & 0xFFFU], sizeof(Pair));
 }
 
 /// Takes the next group out of `text`: whatever is neither of the alphabet nor padding is skipped,
@@ -65,19 +101,14 @@ std::size_t decodeWholeGroups(std::string_view& text, std::span<unsigned char>& 
   const std::size_t groups = std::min(text.size() / CharsPerGroup, out.size() / BytesPerGroup);
   std::size_t done = 0;
   for (; done < groups; ++done) {
-    const char* four = &text[done * CharsPerGroup];
-    const std::uint32_t a = valueOf(four[0]);
-    const std::uint32_t b = valueOf(four[1]);
-    const std::uint32_t c = valueOf(four[2]);
-    const std::uint32_t d = valueOf(four[3]);
-    if (((a | b | c | d) & 0xC0U) != 0) {
+    const GroupBytes bytes = decodeWholeGroup(text.data() + done * CharsPerGroup);
+    if (bytes[BytesPerGroup] != 0) {
       break;
     }
-    const std::uint32_t bits = a << 18U | b << 12U | c << 6U | d;
-    unsigned char* three = &out[done * BytesPerGroup];
-    three[0] = static_cast<unsigned char>(bits >> 16U);
-    three[1] = static_cast<unsigned char>(bits >> 8U & 0xFFU);
-    three[2] = static_cast<unsigned char>(bits & 0xFFU);
+    unsigned char* three = out.data() + done * BytesPerGroup;
+    three[0] = bytes[0];
+    three[1] = bytes[1];
+    three[2] = bytes[2];
   }
   text.remove_prefix(done * CharsPerGroup);
   out = out.subspan(done * BytesPerGroup);

@@ -75,7 +75,9 @@ attributes::Pairs::const_iterator attributes::at(unsigned int index) const {
 }
 
 std::string& attributes::valueOf(std::string_view name) {
-  const auto place = m_Pairs.lower_bound(name);
+  // Names that come in order are put at the end without a search.
+  const bool isLast = m_Pairs.empty() || m_Pairs.rbegin()->first < name;
+  const auto place = isLast ? m_Pairs.end() : m_Pairs.lower_bound(name);
   if (place != m_Pairs.end() && place->first == name) {
     return place->second;
   }

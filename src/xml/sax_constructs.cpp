@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 #include "xml/scan.h"
 #include "xml/simple_sax_parser.h"
@@ -49,10 +50,41 @@ ParseRetType skipPast(std::string_view token, std::string_view text, std::size_t
   return SimpleSAXParser::PARSE_OK;
 }
 
+/// An attribute as it stands in a tag, its entities not replaced.
+struct TagAttribute {
+  std::string_view name;
+  std::string_view value;
+};
+
 /// How a construct fails that starts with another character than the one at the position.
 ParseRetType doesNotStart(std::string_view text, std::size_t position) {
   return xml::isAt(xml::WhiteSpace, text, position) ? SimpleSAXParser::PARSE_WHITESPACE
                                                     : SimpleSAXParser::PARSE_ERROR;
+}
+
+/// Reads a value in double quotes, leaving the position on the closing one.
+ParseRetType takeValue(std::string_view text, std::size_t& position, std::string_view& value) {
+  if (!xml::standsAt(text, position, "\"")) {
+    return doesNotStart(text, position);
+  }
+  const std::size_t start = position + 1;
+  position = std::min(text.find('"', start), text.size());
+  value = text.substr(start, position - start);
+  return position < text.size() ? SimpleSAXParser::PARSE_OK : SimpleSAXParser::PARSE_ERROR;
+}
+
+ParseRetType takeAttribute(std::string_view text, std::size_t& position, TagAttribute& attribute) {
+  if (!xml::isAt(xml::NameStart, text, position)) {
+    return doesNotStart(text, position);
+  }
+  attribute.name = takeName(text, position);
+  xml::skipWhiteSpace(text, position);
+  if (!xml::standsAt(text, position, "=")) {
+    return SimpleSAXParser::PARSE_ERROR;
+  }
+  ++position;
+  xml::skipWhiteSpace(text, position);
+  return takeValue(text, position, attribute.value);
 }
 
 }  // namespace
@@ -68,16 +100,25 @@ ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& p
   if (parseName(text, position, name) != PARSE_OK) {
     return PARSE_ERROR;
   }
-  std::string value;
+  std::vector<TagAttribute> found;
   xml::skipWhiteSpace(text, position);
   while (position < text.size() && text[position] != '>' && !xml::standsAt(text, position, "/>")) {
-    std::string_view attribute;
-    if (parseAttribute(text, position, attribute, value) != PARSE_OK) {
+    if (takeAttribute(text, position, found.emplace_back()) != PARSE_OK) {
       return PARSE_ERROR;
     }
-    attrs.setAttribute(attribute, value);
     ++position;
     xml::skipWhiteSpace(text, position);
+  }
+  // Sorted names go to the end of the list one by one; in another order, each would be searched for
+  // all over a list that no cache holds once there are thousands.
+  if (!std::ranges::is_sorted(found, {}, &TagAttribute::name)) {
+    std::ranges::stable_sort(found, {}, &TagAttribute::name);
+  }
+  std::string value;
+  for (const TagAttribute& attribute : found) {
+    value = attribute.value;
+    replaceEntities(value);
+    attrs.setAttribute(attribute.name, value);
   }
   if (xml::standsAt(text, position, "/")) {
     isEmpty = true;
@@ -121,32 +162,25 @@ ParseRetType SimpleSAXParser::parseName(std::string_view text, std::size_t& posi
 
 ParseRetType SimpleSAXParser::parseAttribute(std::string_view text, std::size_t& position,
                                              std::string_view& name, std::string& value) const {
-  if (!xml::isAt(xml::NameStart, text, position)) {
-    return doesNotStart(text, position);
+  TagAttribute attribute;
+  const ParseRetType result = takeAttribute(text, position, attribute);
+  if (result == PARSE_OK) {
+    name = attribute.name;
+    value = attribute.value;
+    replaceEntities(value);
   }
-  name = takeName(text, position);
-  xml::skipWhiteSpace(text, position);
-  if (!xml::standsAt(text, position, "=")) {
-    return PARSE_ERROR;
-  }
-  ++position;
-  xml::skipWhiteSpace(text, position);
-  return parseAttrValue(text, position, value);
+  return result;
 }
 
 ParseRetType SimpleSAXParser::parseAttrValue(std::string_view text, std::size_t& position,
                                              std::string& value) const {
-  if (!xml::standsAt(text, position, "\"")) {
-    return doesNotStart(text, position);
+  std::string_view raw;
+  const ParseRetType result = takeValue(text, position, raw);
+  if (result == PARSE_OK) {
+    value = raw;
+    replaceEntities(value);
   }
-  const std::size_t start = position + 1;
-  position = std::min(text.find('"', start), text.size());
-  if (position == text.size()) {
-    return PARSE_ERROR;
-  }
-  value.assign(text, start, position - start);
-  replaceEntities(value);
-  return PARSE_OK;
+  return result;
 }
 
 ParseRetType SimpleSAXParser::skipProcessingInstruction(std::string_view text,

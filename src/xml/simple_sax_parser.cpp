@@ -176,13 +176,14 @@ SimpleSAXParser::ParseRetType SimpleSAXParser::parseText(std::string_view text,
                                                          std::size_t& position,
                                                          std::string& buffer) {
   xml::skipWhiteSpace(text, position);
-  const std::size_t length = std::min(text.find('<', position), text.size()) - position;
-  if (length > 0) {
-    buffer.assign(text, position, length);
-    position += length;
+  std::string_view run = text.substr(std::min(position, text.size()));
+  run = run.substr(0, run.find('<'));
+  if (!run.empty()) {
+    buffer = run;
+    position += run.size();
     replaceEntities(buffer);
     // The count is of the characters in the document: handlers go by the zero byte.
-    tell(&SimpleSAXHandler::characters, buffer.c_str(), static_cast<unsigned int>(length));
+    tell(&SimpleSAXHandler::characters, buffer.c_str(), static_cast<unsigned int>(run.size()));
     honourStop(text, position);
   }
   return PARSE_OK;
