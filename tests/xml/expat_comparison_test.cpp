@@ -88,7 +88,7 @@ class ExpatRecorder {
 
 TEST(ExpatComparison, FindsTheSameEventsInRandomDocuments) {
   std::size_t events = 0;
-  for (unsigned int seed = 1; seed <= 1500; ++seed) {
+  for (unsigned int seed = 1; seed <= 800; ++seed) {
     const std::string document = RandomDocument(seed, RandomDocument::Names::Any).text();
     SCOPED_TRACE("seed " + std::to_string(seed) + ": " + document);
     RecordingHandler handler;
@@ -99,5 +99,5 @@ TEST(ExpatComparison, FindsTheSameEventsInRandomDocuments) {
     ASSERT_EQ(handler.events, expected);
     events += expected.size();
   }
-  EXPECT_GT(events, 30'000U);
+  EXPECT_GT(events, 15'000U);
 }

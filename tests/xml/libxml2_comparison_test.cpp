@@ -88,13 +88,13 @@ std::string randomPath(std::mt19937& random, const RandomDocument& document, boo
 void compare(RandomDocument::Names names, bool hasPositions) {
   int found = 0;
   int missed = 0;
-  for (unsigned int seed = 1; seed <= 800; ++seed) {
+  for (unsigned int seed = 1; seed <= 400; ++seed) {
     const RandomDocument document(seed, names);
     const Libxml2Document tree(document.text());
     ASSERT_TRUE(tree.isParsed()) << "seed " << seed << ": " << document.text();
     simpleXPath xpath(document.text());
     std::mt19937 random(seed);
-    for (int i = 0; i < 10; ++i) {
+    for (int i = 0; i < 6; ++i) {
       const std::string path = randomPath(random, document, hasPositions);
       const std::string result = xpath.query(path);
       ASSERT_EQ(result, tree.query(path))
@@ -102,8 +102,8 @@ void compare(RandomDocument::Names names, bool hasPositions) {
       ++(result.empty() ? missed : found);
     }
   }
-  EXPECT_GT(found, 1000);
-  EXPECT_GT(missed, 1000);
+  EXPECT_GT(found, 300);
+  EXPECT_GT(missed, 300);
 }
 
 }  // namespace

@@ -196,10 +196,8 @@ TEST(XPathQuery, PathOfAMebibyte) {
 }
 
 TEST(XPathQuery, DepthOfAMillion) {
-  constexpr std::size_t depth = 1'000'000;
-  const std::string opened = repeat("<a>", depth);
-  EXPECT_EQ(query(opened + "x", "/a/a"), "");
-  EXPECT_EQ(query(opened + "x" + repeat("</a>", depth), "/a"), "");
+  EXPECT_EQ(query(repeat("<a>", 1'000'000) + "x", "/a/a"), "");
+  EXPECT_EQ(query("<a>1" + repeat("<a>", 100'000) + repeat("</a>", 100'001), "/a"), "1");
 }
 
 TEST(XPathQuery, DepthOfAPathAndADocument) {
