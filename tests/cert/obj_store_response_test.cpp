@@ -22,7 +22,7 @@ std::string status(const std::string& code) {
 }
 
 std::string reply(const std::string& children) {
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><response><MapElem>" + children +
+  return R"(<?xml version="1.0" encoding="UTF-8"?><response><MapElem>)" + children +
          "</MapElem></response>";
 }
 

@@ -47,7 +47,7 @@ class ExpatRecorder {
     }
     std::string event = std::string("<") + name;
     for (const auto& [key, value] : sorted) {
-      event += " " + key + "=\"" + value + "\"";
+      event.append(" ").append(key).append("=\"").append(value).append("\"");
     }
     self(data).m_Events.push_back(event);
   }

@@ -27,7 +27,7 @@ bool isReserved(const std::string& name) {
 
 RandomDocument::RandomDocument(unsigned int seed, Names names) : m_Random(seed), m_Names(names) {
   if (isOneIn(2)) {
-    m_Text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+    m_Text = R"(<?xml version="1.0" encoding="UTF-8"?>)";
   }
   addMisc();
   addElement(elementName(0), 0);

@@ -130,7 +130,7 @@ TEST(SaxBadInput, HundredThousandAttributes) {
 
 TEST(SaxBadInput, HundredThousandRepeatedAttributes) {
   LastHandler handler;
-  const std::string repeated = repeat(" b=\"1\" c=\"2\"", 50'000);
+  const std::string repeated = repeat(R"( b="1" c="2")", 50'000);
   EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a" + repeated + " b=\"last\"/>"), 0);
   EXPECT_EQ(handler.value, "last");
   char buffer[8];
@@ -140,7 +140,7 @@ TEST(SaxBadInput, HundredThousandRepeatedAttributes) {
 
 TEST(SaxBadInput, EveryPrefixOfAReply) {
   // A cut is a fault inside an end tag, an attribute, "/>" and what is skipped, and nowhere else.
-  const std::regex openTag("<([A-Za-z]+(\\s+[a-z]+=\"[^\"]*\")*\\s*)?");
+  const std::regex openTag(R"(<([A-Za-z]+(\s+[a-z]+="[^"]*")*\s*)?)");
   const std::string output = outputOf([&] {
     for (std::size_t size = 0; size <= Reply.size(); ++size) {
       const std::string prefix = Reply.substr(0, size);

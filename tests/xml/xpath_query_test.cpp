@@ -9,7 +9,7 @@
 
 namespace {
 
-const std::string TwoSiblings = "<r><a n=\"x\">1</a><a n=\"y\">2</a></r>";
+const std::string TwoSiblings = R"(<r><a n="x">1</a><a n="y">2</a></r>)";
 
 std::string query(const std::string& document, const std::string& path) {
   return simpleXPath(document).query(path);
@@ -113,7 +113,7 @@ TEST(XPathQuery, FirstToCloseIsFound) {
 
 TEST(XPathQuery, FiltersStandAtAnyStep) {
   const std::string document =
-      "<r><g n=\"1\"><a>x</a><a>y</a></g><g n=\"2\"><a k=\"q\">z</a><a>u</a></g></r>";
+      R"(<r><g n="1"><a>x</a><a>y</a></g><g n="2"><a k="q">z</a><a>u</a></g></r>)";
   EXPECT_EQ(query(document, "/r/g[@n='2']/a"), "z");
   EXPECT_EQ(query(document, "/r/g[@n='2']/a[2]"), "u");
   EXPECT_EQ(query(document, "/r/g[2]/a[@k='q']"), "z");
