@@ -42,7 +42,7 @@ std::string withLines(const std::string& text) {
 void encodeOurs(benchmark::State& state) {
   Bytes bytes = makeBytes(state);
   std::string text = encoded(bytes);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     Base64::encode(bytes.data(), bytes.size(), text.data(), text.size() + 1);
     benchmark::DoNotOptimize(text.data());
     benchmark::ClobberMemory();
@@ -54,7 +54,7 @@ void encodeTheirs(benchmark::State& state) {
   Bytes bytes = makeBytes(state);
   std::string text = encoded(bytes);
   auto* out = reinterpret_cast<unsigned char*>(text.data());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     EVP_EncodeBlock(out, bytes.data(), static_cast<int>(bytes.size()));
     benchmark::DoNotOptimize(text.data());
     benchmark::ClobberMemory();
@@ -66,7 +66,7 @@ void decodeOurs(benchmark::State& state) {
   Bytes bytes = makeBytes(state);
   const std::string text = encoded(bytes);
   Bytes out(bytes.size() + 3);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     if (Base64::decode(text.c_str(), out.data(), out.size()) != state.range(0)) {
       std::abort();
     }
@@ -80,7 +80,7 @@ void decodeTheirs(benchmark::State& state) {
   const std::string text = encoded(bytes);
   const auto* in = reinterpret_cast<const unsigned char*>(text.data());
   Bytes out(bytes.size() + 3);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     if (EVP_DecodeBlock(out.data(), in, static_cast<int>(text.size())) < state.range(0)) {
       std::abort();
     }
@@ -93,7 +93,7 @@ void decodeLinesOurs(benchmark::State& state) {
   Bytes bytes = makeBytes(state);
   const std::string text = withLines(encoded(bytes));
   Bytes out(bytes.size() + 3);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     if (Base64::decode(text.c_str(), out.data(), out.size()) != state.range(0)) {
       std::abort();
     }
@@ -109,7 +109,7 @@ void decodeLinesTheirs(benchmark::State& state) {
   const auto* in = reinterpret_cast<const unsigned char*>(text.data());
   Bytes out(bytes.size() + 3);
   EVP_ENCODE_CTX* context = EVP_ENCODE_CTX_new();
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     int size = 0;
     int rest = 0;
     EVP_DecodeInit(context);

@@ -42,7 +42,7 @@ std::string makeReply(std::size_t size) {
   };
   const std::string lastBegin = "<child name=\"last\"><StringElem>";
   const std::string lastEnd = "</StringElem></child></MapElem></response>";
-  std::string reply = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><response><MapElem>" +
+  std::string reply = R"(<?xml version="1.0" encoding="UTF-8"?><response><MapElem>)" +
                       child("status_code", element("IntegerElem", "1"));
   for (std::size_t i = 0;; i = (i + 1) % children.size()) {
     if (reply.size() + children[i].size() + lastBegin.size() + lastEnd.size() > size) {

@@ -123,14 +123,14 @@ void growthOfParse(const Document& document, benchmark::State& state) {
   const std::string text = document.make(sizeOf(state));
   SimpleSAXHandler handler;
   SimpleSAXParser parser(handler);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     benchmark::DoNotOptimize(parser.parseXMLString(text.c_str()));
   }
 }
 
 void growthOfQuery(const std::string& document, const std::string& path, benchmark::State& state) {
   simpleXPath xpath(document);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     benchmark::DoNotOptimize(xpath.query(path));
   }
 }
@@ -139,7 +139,7 @@ void growthOfBase64(bool isEncoding, benchmark::State& state) {
   std::vector<unsigned char> bytes(sizeOf(state), 0x5A);
   std::string text(bytes.size() * 2, '\0');
   Base64::encode(bytes.data(), bytes.size(), text.data(), text.size());
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     if (isEncoding) {
       Base64::encode(bytes.data(), bytes.size(), text.data(), text.size());
     } else {

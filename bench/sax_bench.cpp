@@ -102,7 +102,7 @@ void saxOurs(benchmark::State& state) {
   const std::string document = bench::makeReply(static_cast<std::size_t>(state.range(0)));
   checkSameTexts(document);
   Copies copies;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     copies.texts.clear();
     parseWithOurs(document, copies);
     benchmark::DoNotOptimize(copies.texts.data());
@@ -114,7 +114,7 @@ void saxOurs(benchmark::State& state) {
 void saxExpat(benchmark::State& state) {
   const std::string document = bench::makeReply(static_cast<std::size_t>(state.range(0)));
   Copies copies;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     copies.texts.clear();
     XML_Parser parser = XML_ParserCreate(nullptr);
     prepareExpat(parser, copies);
@@ -130,7 +130,7 @@ void saxExpatReused(benchmark::State& state) {
   const std::string document = bench::makeReply(static_cast<std::size_t>(state.range(0)));
   Copies copies;
   XML_Parser parser = XML_ParserCreate(nullptr);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     copies.texts.clear();
     XML_ParserReset(parser, nullptr);
     prepareExpat(parser, copies);

@@ -78,7 +78,8 @@ TEST(SaxNames, MustStartWithALetterColonOrUnderscore) {
 TEST(SaxNames, AreReservedBySevenSpellings) {
   for (const std::string prefix : {"xml", "XML", "Xml", "XMl", "xML", "xmL", "XmL"}) {
     for (const std::string rest : {"", "foo", ":a"}) {
-      EXPECT_EQ(parse("<" + prefix + rest + "/>").result, -1) << prefix + rest;
+      const std::string name = std::string(prefix).append(rest);
+      EXPECT_EQ(parse("<" + name + "/>").result, -1) << name;
     }
     EXPECT_EQ(parse("<a" + prefix + "/>").result, 0) << prefix;
     const std::string tag = withAttribute(prefix);
