@@ -38,7 +38,10 @@ install_packages() {
 }
 
 build_packages=(g++ cmake ninja-build libusb-dev)
-test_packages=(ccache clang clang-format clang-tidy faketime libgtest-dev)
+test_packages=(ccache clang clang-format clang-tidy faketime libexpat1-dev libgtest-dev libssl-dev
+  libxml2-dev)
+bench_packages=(libbenchmark-dev libexpat1-dev libssl-dev libxml2-dev)
+fuzz_packages=(clang libclang-rt-dev)
 
 # Configures (once) and builds a preset; further arguments go to the configuration.
 build_preset() {

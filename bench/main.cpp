@@ -1,0 +1,14 @@
+#include <benchmark/benchmark.h>
+
+#include "summary.h"
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+    return 1;
+  }
+  bench::Summary summary;
+  benchmark::RunSpecifiedBenchmarks(&summary);
+  summary.print();
+  return 0;
+}

@@ -1,0 +1,34 @@
+// Runs a target on every file of the folders given, without a fuzzing engine.
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "fuzz_target.h"
+
+namespace {
+
+void replay(const std::filesystem::path& path) {
+  std::fprintf(stderr, "%s\n", path.c_str());
+  std::ifstream file(path, std::ios::binary);
+  const std::string seed{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  // A copy of the exact size, so that a sanitizer sees a byte read too many.
+  const std::basic_string<std::uint8_t> bytes(seed.begin(), seed.end());
+  LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int count = 0;
+  for (int i = 1; i < argc; ++i) {
+    for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
+      replay(entry.path());
+      ++count;
+    }
+  }
+  std::fprintf(stderr, "%d seeds\n", count);
+  return count > 0 ? 0 : 1;
+}

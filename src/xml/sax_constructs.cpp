@@ -1,0 +1,237 @@
+// The constructs of a document: tags, names, attributes, entities, and what is skipped.
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "xml/scan.h"
+#include "xml/simple_sax_parser.h"
+
+namespace {
+
+using ParseRetType = SimpleSAXParser::ParseRetType;
+
+/// Elements must not start with these. The missing eighth spelling, "xMl", is allowed.
+constexpr std::array<std::string_view, 7> ReservedPrefixes = {"xml", "XML", "Xml", "XMl",
+                                                              "xML", "xmL", "XmL"};
+
+struct Entity {
+  std::string_view reference;
+  std::string_view character;
+};
+
+constexpr std::array<Entity, 5> Entities = {{
+    {"&amp;", "&"},
+    {"&quot;", "\""},
+    {"&apos;", "'"},
+    {"&lt;", "<"},
+    {"&gt;", ">"},
+}};
+
+bool isReserved(std::string_view name) {
+  return std::ranges::find(ReservedPrefixes, name.substr(0, 3)) != ReservedPrefixes.end();
+}
+
+/// Reads a name, reserved or not.
+std::string_view takeName(std::string_view text, std::size_t& position) {
+  const std::size_t start = position;
+  xml::skip(xml::NamePart, text, position);
+  return text.substr(start, position - start);
+}
+
+/// Moves past the next `token` from `position` on, or to the end of the text when there is none.
+ParseRetType skipPast(std::string_view token, std::string_view text, std::size_t& position) {
+  const std::size_t found = text.find(token, position);
+  if (found == std::string_view::npos) {
+    position = text.size();
+    return SimpleSAXParser::PARSE_ERROR;
+  }
+  position = found + token.size();
+  return SimpleSAXParser::PARSE_OK;
+}
+
+/// An attribute as it stands in a tag, its entities not replaced.
+struct TagAttribute {
+  std::string_view name;
+  std::string_view value;
+};
+
+/// How a construct fails that starts with another character than the one at the position.
+ParseRetType doesNotStart(std::string_view text, std::size_t position) {
+  return xml::isAt(xml::WhiteSpace, text, position) ? SimpleSAXParser::PARSE_WHITESPACE
+                                                    : SimpleSAXParser::PARSE_ERROR;
+}
+
+/// Reads a value in double quotes, leaving the position on the closing one.
+ParseRetType takeValue(std::string_view text, std::size_t& position, std::string_view& value) {
+  if (!xml::standsAt(text, position, "\"")) {
+    return doesNotStart(text, position);
+  }
+  const std::size_t start = position + 1;
+  position = std::min(text.find('"', start), text.size());
+  value = text.substr(start, position - start);
+  return position < text.size() ? SimpleSAXParser::PARSE_OK : SimpleSAXParser::PARSE_ERROR;
+}
+
+ParseRetType takeAttribute(std::string_view text, std::size_t& position, TagAttribute& attribute) {
+  if (!xml::isAt(xml::NameStart, text, position)) {
+    return doesNotStart(text, position);
+  }
+  attribute.name = takeName(text, position);
+  xml::skipWhiteSpace(text, position);
+  if (!xml::standsAt(text, position, "=")) {
+    return SimpleSAXParser::PARSE_ERROR;
+  }
+  ++position;
+  xml::skipWhiteSpace(text, position);
+  return takeValue(text, position, attribute.value);
+}
+
+}  // namespace
+
+ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& position,
+                                           std::string_view& name, attributes& attrs,
+                                           bool& isEmpty) const {
+  isEmpty = false;
+  if (!xml::standsAt(text, position, "<")) {
+    return doesNotStart(text, position);
+  }
+  ++position;
+  if (parseName(text, position, name) != PARSE_OK) {
+    return PARSE_ERROR;
+  }
+  std::vector<TagAttribute> found;
+  xml::skipWhiteSpace(text, position);
+  while (position < text.size() && text[position] != '>' && !xml::standsAt(text, position, "/>")) {
+    if (takeAttribute(text, position, found.emplace_back()) != PARSE_OK) {
+      return PARSE_ERROR;
+    }
+    ++position;
+    xml::skipWhiteSpace(text, position);
+  }
+  // Sorted names go to the end of the list one by one; in another order, each would be searched for
+  // all over a list that no cache holds once there are thousands.
+  if (!std::ranges::is_sorted(found, {}, &TagAttribute::name)) {
+    std::ranges::stable_sort(found, {}, &TagAttribute::name);
+  }
+  std::string value;
+  for (const TagAttribute& attribute : found) {
+    value = attribute.value;
+    replaceEntities(value);
+    attrs.setAttribute(attribute.name, value);
+  }
+  if (xml::standsAt(text, position, "/")) {
+    isEmpty = true;
+    ++position;
+  }
+  if (xml::standsAt(text, position, ">")) {
+    ++position;
+  }
+  return PARSE_OK;
+}
+
+ParseRetType SimpleSAXParser::parseCloseTag(std::string_view text, std::size_t& position,
+                                            std::string_view expected) const {
+  if (!xml::standsAt(text, position, "</")) {
+    return doesNotStart(text, position);
+  }
+  position += 2;
+  std::string_view name;
+  if (parseName(text, position, name) != PARSE_OK || name != expected) {
+    return PARSE_ERROR;
+  }
+  xml::skipWhiteSpace(text, position);
+  if (!xml::standsAt(text, position, ">")) {
+    return PARSE_ERROR;
+  }
+  ++position;
+  return PARSE_OK;
+}
+
+ParseRetType SimpleSAXParser::parseName(std::string_view text, std::size_t& position,
+                                        std::string_view& name) const {
+  if (!xml::isAt(xml::NameStart, text, position)) {
+    return doesNotStart(text, position);
+  }
+  if (isReserved(text.substr(position))) {
+    return PARSE_ERROR;
+  }
+  name = takeName(text, position);
+  return PARSE_OK;
+}
+
+ParseRetType SimpleSAXParser::parseAttribute(std::string_view text, std::size_t& position,
+                                             std::string_view& name, std::string& value) const {
+  TagAttribute attribute;
+  const ParseRetType result = takeAttribute(text, position, attribute);
+  if (result == PARSE_OK) {
+    name = attribute.name;
+    value = attribute.value;
+    replaceEntities(value);
+  }
+  return result;
+}
+
+ParseRetType SimpleSAXParser::parseAttrValue(std::string_view text, std::size_t& position,
+                                             std::string& value) const {
+  std::string_view raw;
+  const ParseRetType result = takeValue(text, position, raw);
+  if (result == PARSE_OK) {
+    value = raw;
+    replaceEntities(value);
+  }
+  return result;
+}
+
+ParseRetType SimpleSAXParser::skipProcessingInstruction(std::string_view text,
+                                                        std::size_t& position) const {
+  if (!xml::standsAt(text, position, "<?")) {
+    return doesNotStart(text, position);
+  }
+  // The "?" of "<?" may end the instruction too: "<?>" is complete.
+  ++position;
+  return skipPast("?>", text, position);
+}
+
+ParseRetType SimpleSAXParser::skipComment(std::string_view text, std::size_t& position) const {
+  if (!xml::standsAt(text, position, "<!")) {
+    return doesNotStart(text, position);
+  }
+  position += 2;
+  return skipPast("-->", text, position);
+}
+
+std::string_view SimpleSAXParser::translateEntityRef(std::string_view entity) const {
+  const auto found = std::ranges::find(Entities, entity, &Entity::reference);
+  return found == Entities.end() ? std::string_view() : found->character;
+}
+
+void SimpleSAXParser::replaceEntities(std::string& text) const {
+  const auto ampersandFrom = [&text](std::size_t position) {
+    return std::min(text.find('&', position), text.size());
+  };
+  std::size_t ampersand = ampersandFrom(0);
+  std::size_t written = ampersand;
+  std::size_t read = ampersand;
+  const auto keepUntil = [&text, &written, &read](std::size_t end) {
+    std::copy(&text[read], &text[end], &text[written]);
+    written += end - read;
+    read = end;
+  };
+  while (ampersand < text.size()) {
+    const std::size_t semicolon = text.find(';', ampersand);
+    if (semicolon == std::string::npos) {
+      break;
+    }
+    read = semicolon + 1;
+    const std::string_view character =
+        translateEntityRef(std::string_view(text).substr(ampersand, read - ampersand));
+    written += character.copy(&text[written], character.size());
+    // The search goes on one character behind the entity's place. When the entity vanished, that
+    // place holds the character that followed it, which therefore stays even if it is a "&".
+    ampersand = ampersandFrom(character.empty() ? read + 1 : read);
+    keepUntil(ampersand);
+  }
+  keepUntil(text.size());
+  text.resize(written);
+}

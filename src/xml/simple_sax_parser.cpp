@@ -1,0 +1,200 @@
+#include "xml/simple_sax_parser.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+#include <vector>
+
+#include "util/c_text.h"
+#include "xml/character_class.h"
+#include "xml/scan.h"
+
+/// The names of the open elements, outermost first, each with a zero byte behind it. One text holds
+/// them all, so that an element costs no allocation of its own.
+class SimpleSAXParser::OpenNames {
+ public:
+  bool isEmpty() const { return m_Starts.empty(); }
+
+  /// The innermost name; with nothing open an empty text, which is no element's name.
+  std::string_view innermost() const {
+    if (isEmpty()) {
+      return {};
+    }
+    const std::string_view names = m_Names;
+    return names.substr(m_Starts.back(), names.size() - m_Starts.back() - 1);
+  }
+
+  void push(std::string_view name) {
+    m_Starts.push_back(m_Names.size());
+    m_Names.append(name).push_back('\0');
+  }
+
+  void pop() {
+    m_Names.resize(m_Starts.back());
+    m_Starts.pop_back();
+  }
+
+ private:
+  std::string m_Names;
+  std::vector<std::size_t> m_Starts;
+};
+
+/// What the reading of an element's content keeps from one construct to the next.
+struct SimpleSAXParser::Content {
+  OpenNames open;
+  attributes attrs;
+  std::string buffer;
+};
+
+SimpleSAXParser::SimpleSAXParser(SimpleSAXHandler& handler) : m_Handler(&handler) {}
+
+SimpleSAXParser::~SimpleSAXParser() {
+  m_Handler = nullptr;
+}
+
+template <typename... Parameters, typename... Arguments>
+void SimpleSAXParser::tell(void (SimpleSAXHandler::*callback)(Parameters...),
+                           Arguments&&... arguments) {
+  if (m_Handler != nullptr) {
+    (m_Handler->*callback)(std::forward<Arguments>(arguments)...);
+  }
+}
+
+void SimpleSAXParser::honourStop(std::string_view text, std::size_t& position) const {
+  if (m_Handler != nullptr && m_Handler->m_Stop) {
+    position = text.size();
+  }
+}
+
+int SimpleSAXParser::parseXMLString(const std::string& xml) {
+  return parseXMLString(std::string(xml).c_str());
+}
+
+int SimpleSAXParser::parseXMLString(const char* xml) {
+  const std::string_view text = util::textOf(xml);
+  std::size_t position = 0;
+  tell(&SimpleSAXHandler::start);
+  honourStop(text, position);
+  int result = parseProlog(text, position);
+  if (result == PARSE_OK && position < text.size()) {
+    result = parseElement(text, position);
+  }
+  tell(&SimpleSAXHandler::end);
+  return result;
+}
+
+/// Skips all that stands before the first start tag.
+SimpleSAXParser::ParseRetType SimpleSAXParser::parseProlog(std::string_view text,
+                                                           std::size_t& position) const {
+  ParseRetType result = PARSE_OK;
+  while (position < text.size() && result == PARSE_OK) {
+    if (xml::standsAt(text, position, "<?")) {
+      result = skipProcessingInstruction(text, position);
+    } else if (xml::standsAt(text, position, "<!")) {
+      result = skipComment(text, position);
+    } else if (text[position] == '<' && xml::isAt(xml::NameStart, text, position + 1)) {
+      break;
+    } else {
+      ++position;
+    }
+  }
+  return result;
+}
+
+int SimpleSAXParser::parseElement(std::string_view text, std::size_t& position) {
+  Content content;
+  ParseRetType result = PARSE_OK;
+  while (position < text.size() && result == PARSE_OK) {
+    if (text[position] == '<') {
+      result = parseMarkup(content, text, position);
+    } else if (!content.open.isEmpty()) {
+      result = parseText(text, position, content.buffer);
+    } else if (xml::isAt(xml::WhiteSpace, text, position)) {
+      ++position;
+    } else {
+      std::puts("dunno what to do?!");
+      result = PARSE_ERROR;
+    }
+  }
+  if (result == PARSE_ERROR) {
+    showError(result, text, position);
+    return -1;
+  }
+  return 0;
+}
+
+/// Reads what starts with the "<" at the position.
+SimpleSAXParser::ParseRetType SimpleSAXParser::parseMarkup(Content& content, std::string_view text,
+                                                           std::size_t& position) {
+  if (xml::isAt(xml::NameStart, text, position + 1)) {
+    return openElement(content, text, position);
+  }
+  if (xml::standsAt(text, position, "</")) {
+    return closeElement(content, text, position);
+  }
+  if (xml::standsAt(text, position, "<?")) {
+    return skipProcessingInstruction(text, position);
+  }
+  if (xml::standsAt(text, position, "<!")) {
+    return skipComment(text, position);
+  }
+  ++position;
+  return PARSE_OK;
+}
+
+SimpleSAXParser::ParseRetType SimpleSAXParser::openElement(Content& content, std::string_view text,
+                                                           std::size_t& position) {
+  std::string_view name;
+  bool isEmpty = false;
+  content.attrs.clear();
+  const ParseRetType result = parseOpenTag(text, position, name, content.attrs, isEmpty);
+  if (result != PARSE_OK) {
+    return result;
+  }
+  content.open.push(name);
+  tell(&SimpleSAXHandler::startElement, content.open.innermost().data(), content.attrs);
+  if (isEmpty) {
+    tell(&SimpleSAXHandler::endElement, content.open.innermost().data());
+    content.open.pop();
+  }
+  honourStop(text, position);
+  return PARSE_OK;
+}
+
+SimpleSAXParser::ParseRetType SimpleSAXParser::closeElement(Content& content, std::string_view text,
+                                                            std::size_t& position) {
+  const ParseRetType result = parseCloseTag(text, position, content.open.innermost());
+  if (result == PARSE_OK) {
+    tell(&SimpleSAXHandler::endElement, content.open.innermost().data());
+    honourStop(text, position);
+    content.open.pop();
+  }
+  return result;
+}
+
+SimpleSAXParser::ParseRetType SimpleSAXParser::parseText(std::string_view text,
+                                                         std::size_t& position,
+                                                         std::string& buffer) {
+  xml::skipWhiteSpace(text, position);
+  std::string_view run = text.substr(std::min(position, text.size()));
+  run = run.substr(0, run.find('<'));
+  if (!run.empty()) {
+    buffer = run;
+    position += run.size();
+    replaceEntities(buffer);
+    // The count is of the characters in the document: handlers go by the zero byte.
+    tell(&SimpleSAXHandler::characters, buffer.c_str(), static_cast<unsigned int>(run.size()));
+    honourStop(text, position);
+  }
+  return PARSE_OK;
+}
+
+void SimpleSAXParser::showError(ParseRetType ret, std::string_view text,
+                                std::size_t position) const {
+  if (position >= text.size()) {
+    std::puts("<<end of string>>");
+  } else if (ret == PARSE_ERROR) {
+    std::printf("Parsing error at character %d, '%c'\n", static_cast<int>(position),
+                text[position]);
+  }
+}

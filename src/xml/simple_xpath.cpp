@@ -1,0 +1,168 @@
+#include "xml/simple_xpath.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "util/c_text.h"
+#include "util/decimal.h"
+#include "xml/simple_sax_parser.h"
+
+namespace {
+
+constexpr int LargestPosition = 9;
+constexpr std::size_t None = std::string_view::npos;
+
+}  // namespace
+
+simpleXPath::simpleXPath(const std::string& xml) : m_Xml(xml) {}
+
+std::string simpleXPath::query(const char* path) {
+  return query(std::string(util::textOf(path)));
+}
+
+std::string simpleXPath::query(const std::string& path) {
+  SimpleSAXParser parser(*this);
+  m_Path = parsePath(path);
+  m_Stop = false;
+  parser.parseXMLString(m_Xml.c_str());
+  m_Path.clear();
+  return m_Result;
+}
+
+void simpleXPath::start() {
+  m_Result.clear();
+  resetNode(m_Current);
+  resetNode(m_LastClosed);
+  m_Stack.clear();
+  m_MatchedSteps = 0;
+}
+
+void simpleXPath::startElement(const char* name, attributes& attrs) {
+  resetNode(m_Current);
+  m_Current.name = util::textOf(name);
+  m_Current.attrs = attrs;
+  m_Current.index = m_LastClosed.name == m_Current.name ? m_LastClosed.index + 1 : 1;
+
+  const std::size_t depth = m_Stack.size();
+  if (m_MatchedSteps == depth && depth < m_Path.size() && isStepMatch(m_Path[depth], m_Current)) {
+    ++m_MatchedSteps;
+  }
+  m_Stack.push_back(std::move(m_Current));
+}
+
+void simpleXPath::characters(const char* text, unsigned int /*len*/) {
+  if (!m_Stack.empty()) {
+    m_Stack.back().text += util::textOf(text);
+  }
+}
+
+void simpleXPath::endElement(const char* /*name*/) {
+  if (m_Stack.empty()) {
+    return;
+  }
+  if (m_MatchedSteps == m_Path.size() && isFindMatch(m_Path, m_Stack, m_Result)) {
+    m_Stop = true;
+  }
+  m_LastClosed = std::move(m_Stack.back());
+  m_Stack.pop_back();
+  m_MatchedSteps = std::min(m_MatchedSteps, m_Stack.size());
+}
+
+void simpleXPath::end() {}
+
+void simpleXPath::resetNode(nodeType& node) {
+  node.name.clear();
+  node.text.clear();
+  node.attrs.clear();
+  node.index = 0;
+  node.filterName.clear();
+  node.filterValue.clear();
+}
+
+std::vector<simpleXPath::nodeType> simpleXPath::parsePath(std::string_view path) {
+  std::vector<nodeType> steps;
+  std::size_t slash = path.find('/');
+  while (slash != None) {
+    const std::size_t start = slash + 1;
+    slash = path.find('/', start);
+    const std::string_view step = removeSpaces(path.substr(start, slash - start));
+    if (!step.empty()) {
+      steps.push_back(parseNode(step));
+    }
+  }
+  return steps;
+}
+
+simpleXPath::nodeType simpleXPath::parseNode(std::string_view step) {
+  nodeType node;
+  const std::size_t open = step.find('[');
+  const std::size_t close = step.find(']', std::min(open, step.size()));
+  node.name = removeSpaces(step.substr(0, open));
+  if (close == None) {
+    return node;
+  }
+  const std::string_view filter = step.substr(open + 1, close - open - 1);
+  const int position = util::toInt(removeSpaces(filter));
+  if (position >= 1 && position <= LargestPosition) {
+    node.filterName = IndexFilter;
+    node.filterValue = filter;
+    node.index = position;
+  } else {
+    parseFilterAttr(filter, node);
+  }
+  return node;
+}
+
+void simpleXPath::parseFilterAttr(std::string_view filter, nodeType& node) {
+  const std::size_t at = filter.find('@');
+  if (at == None) {
+    node.filterName = NoMatchFilter;
+    node.filterValue.clear();
+    return;
+  }
+  const std::size_t equals = filter.find('=', at);
+  if (equals == None) {
+    return;
+  }
+  const std::size_t quote = filter.find('\'', equals);
+  if (quote == None) {
+    return;
+  }
+  const std::size_t endQuote = filter.find('\'', quote + 1);
+  if (endQuote == None) {
+    return;
+  }
+  node.filterName = removeSpaces(filter.substr(at + 1, equals - at - 1));
+  node.filterValue = filter.substr(quote + 1, endQuote - quote - 1);
+}
+
+std::string_view simpleXPath::removeSpaces(std::string_view text) {
+  const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
+  text.remove_prefix(first);
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+bool simpleXPath::isFindMatch(const std::vector<nodeType>& path, const std::vector<nodeType>& stack,
+                              std::string& result) {
+  if (path.empty() || !std::ranges::equal(path, stack, isStepMatch)) {
+    return false;
+  }
+  result = stack.back().text;
+  return true;
+}
+
+bool simpleXPath::isStepMatch(const nodeType& step, const nodeType& element) {
+  if (step.name != element.name) {
+    return false;
+  }
+  if (step.filterName.empty()) {
+    return true;
+  }
+  if (step.filterName == NoMatchFilter) {
+    return false;
+  }
+  if (step.filterName == IndexFilter) {
+    return step.index == element.index;
+  }
+  return element.attrs.getAttribute(step.filterName.c_str()) == step.filterValue;
+}

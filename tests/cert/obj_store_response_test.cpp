@@ -1,0 +1,263 @@
+#include "cert/obj_store_response.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+std::string child(const std::string& name, const std::string& value) {
+  return "<child name=\"" + name + "\">" + value + "</child>";
+}
+
+std::string text(const std::string& value) {
+  return "<StringElem>" + value + "</StringElem>";
+}
+
+std::string status(const std::string& code) {
+  return child("status_code", "<IntegerElem>" + code + "</IntegerElem>");
+}
+
+std::string reply(const std::string& children) {
+  return R"(<?xml version="1.0" encoding="UTF-8"?><response><MapElem>)" + children +
+         "</MapElem></response>";
+}
+
+std::string list(const Names& names) {
+  std::string entries;
+  for (const std::string& name : names) {
+    entries += text(name);
+  }
+  return child("cert_list", "<ListElem>" + entries + "</ListElem>");
+}
+
+ObjStoreResponse responseOf(const std::string& xml) {
+  ObjStoreResponse response;
+  response.loadXML(xml.c_str());
+  return response;
+}
+
+Names friendlyNames(const ObjStoreResponse& response) {
+  Names names;
+  response.getCMFriendlyNameList(names);
+  return names;
+}
+
+Names commonNames(const ObjStoreResponse& response) {
+  Names names;
+  response.getCMCACommonNameList(names);
+  return names;
+}
+
+struct Defaults {
+  std::string o = "#";
+  std::string ou = "#";
+  std::string c = "#";
+  std::string st = "#";
+  std::string l = "#";
+  std::string cn = "#";
+  std::string an = "#";
+
+  bool read(const ObjStoreResponse& response) {
+    return response.getCMCertDefaults(o, ou, c, st, l, cn, an);
+  }
+  Names all() const { return {o, ou, c, st, l, cn, an}; }
+};
+
+}  // namespace
+
+TEST(ObjStoreResponse, OfNothingIsEmptyThroughout) {
+  const ObjStoreResponse response;
+  EXPECT_EQ(response.getCMStatusCode(), 0);
+  EXPECT_EQ(response.getStatusMesg(), "");
+  EXPECT_EQ(response.getCMCertFriendlyName(), "");
+  EXPECT_EQ(friendlyNames(response), Names{});
+  EXPECT_EQ(commonNames(response), Names{});
+  Defaults defaults;
+  EXPECT_FALSE(defaults.read(response));
+}
+
+TEST(ObjStoreResponse, LoadsReplaceTheTextBefore) {
+  ObjStoreResponse response = responseOf(reply(status("1")));
+  response.loadXML(reply(status("2")).c_str());
+  EXPECT_EQ(response.getCMStatusCode(), 2);
+  response.loadXML(nullptr);
+  EXPECT_EQ(response.getCMStatusCode(), 0);
+}
+
+TEST(ObjStoreResponse, KeepsACopyOfTheText) {
+  std::string xml = reply(status("1"));
+  const ObjStoreResponse response = responseOf(xml);
+  const std::unique_ptr<ObjStoreResponse> copy = std::make_unique<ObjStoreResponse>(response);
+  xml.assign(xml.size(), '?');
+  EXPECT_EQ(response.getCMStatusCode(), 1);
+  EXPECT_EQ(copy->getCMStatusCode(), 1);
+}
+
+TEST(ObjStoreStatus, IsReadLikeAtoi) {
+  EXPECT_EQ(responseOf(reply(status("1"))).getCMStatusCode(), 1);
+  EXPECT_EQ(responseOf(reply(status("-17"))).getCMStatusCode(), -17);
+  EXPECT_EQ(responseOf(reply(status(" 01x"))).getCMStatusCode(), 1);
+  EXPECT_EQ(responseOf(reply(status("x"))).getCMStatusCode(), 0);
+  EXPECT_EQ(responseOf(reply(status(""))).getCMStatusCode(), 0);
+  EXPECT_EQ(responseOf(reply("")).getCMStatusCode(), 0);
+  EXPECT_EQ(responseOf(reply(child("status_code", text("1")))).getCMStatusCode(), 0);
+}
+
+TEST(ObjStoreStatus, MessageAndFriendlyNameNeedNoSuccess) {
+  const ObjStoreResponse response =
+      responseOf(reply(status("7") + child("status_mesg", text("no &quot;such&quot; name")) +
+                       child("cert_friendly_name", text("Office"))));
+  EXPECT_EQ(response.getStatusMesg(), "no \"such\" name");
+  EXPECT_EQ(response.getCMCertFriendlyName(), "Office");
+}
+
+TEST(ObjStoreDefaults, AreAssignedInTheirOrder) {
+  const std::string xml =
+      reply(child("x509_AN", text("g")) + child("x509_CN", text("f")) + child("x509_L", text("e")) +
+            child("x509_ST", text("d")) + child("x509_C", text("c")) + child("x509_OU", text("b")) +
+            child("x509_O", text("a")) + status("1"));
+  Defaults defaults;
+  EXPECT_TRUE(defaults.read(responseOf(xml)));
+  EXPECT_EQ(defaults.all(), (Names{"a", "b", "c", "d", "e", "f", "g"}));
+}
+
+TEST(ObjStoreDefaults, ThatAreMissingAreEmpty) {
+  Defaults defaults;
+  EXPECT_TRUE(defaults.read(responseOf(reply(status("1") + child("x509_C", text("IE"))))));
+  EXPECT_EQ(defaults.all(), (Names{"", "", "IE", "", "", "", ""}));
+}
+
+TEST(ObjStoreDefaults, AreLeftAloneWithoutSuccess) {
+  for (const char* code : {"0", "2", "01", "1 ", "1x", "+1", ""}) {
+    Defaults defaults;
+    EXPECT_FALSE(defaults.read(responseOf(reply(status(code) + child("x509_O", text("a"))))))
+        << code;
+    EXPECT_EQ(defaults.all(), Names(7, "#")) << code;
+  }
+}
+
+TEST(ObjStoreDefaults, LeadingSpaceOfTheStatusIsDroppedByTheParser) {
+  Defaults defaults;
+  EXPECT_TRUE(defaults.read(responseOf(reply(status(" \n1")))));
+  EXPECT_FALSE(defaults.read(responseOf(reply(status("&no; 1")))));
+}
+
+TEST(ObjStoreCAInfo, IsAssignedOnSuccess) {
+  const std::string values = child("ca_file_name", text("root.pem")) +
+                             child("ca_dot_pem_path", text("/certs/root.pem")) +
+                             child("ca_common_name", text("RootCA"));
+  std::string fileName = "#";
+  std::string pemPath = "#";
+  std::string commonName = "#";
+  responseOf(reply(status("2") + values)).getCMCAInfo(fileName, pemPath, commonName);
+  EXPECT_EQ(fileName + pemPath + commonName, "###");
+  responseOf(reply(status("1") + values)).getCMCAInfo(fileName, pemPath, commonName);
+  EXPECT_EQ(fileName, "root.pem");
+  EXPECT_EQ(pemPath, "/certs/root.pem");
+  EXPECT_EQ(commonName, "RootCA");
+}
+
+TEST(ObjStoreLists, ComeInDocumentOrder) {
+  const ObjStoreResponse response = responseOf(reply(status("1") + list({"b", "a"})));
+  EXPECT_EQ(friendlyNames(response), (Names{"b", "a"}));
+  EXPECT_EQ(commonNames(response), (Names{"b", "a"}));
+}
+
+TEST(ObjStoreLists, ReplaceWhatTheVectorHeld) {
+  Names names = {"old", "older"};
+  responseOf(reply(status("1") + list({"new"}))).getCMFriendlyNameList(names);
+  EXPECT_EQ(names, Names{"new"});
+  responseOf(reply(status("1"))).getCMCACommonNameList(names);
+  EXPECT_EQ(names, Names{});
+}
+
+TEST(ObjStoreLists, AreLeftAloneWithoutSuccess) {
+  Names names = {"old"};
+  const ObjStoreResponse response = responseOf(reply(status("2") + list({"new"})));
+  response.getCMFriendlyNameList(names);
+  response.getCMCACommonNameList(names);
+  EXPECT_EQ(names, Names{"old"});
+  responseOf(reply(status("01") + list({"new"}))).getCMFriendlyNameList(names);
+  EXPECT_EQ(names, Names{"old"});
+}
+
+TEST(ObjStoreLists, HoldNineNamesAtMost) {
+  Names all;
+  for (int i = 1; i <= 12; ++i) {
+    all.push_back("name" + std::to_string(i));
+    const ObjStoreResponse response = responseOf(reply(status("1") + list(all)));
+    const Names expected(all.begin(), all.begin() + std::min(i, 9));
+    EXPECT_EQ(friendlyNames(response), expected);
+    EXPECT_EQ(commonNames(response), expected);
+  }
+}
+
+TEST(ObjStoreLists, EndAtAnEmptyEntry) {
+  EXPECT_EQ(friendlyNames(responseOf(reply(status("1") + list({"a", "", "c"})))), Names{"a"});
+  EXPECT_EQ(friendlyNames(responseOf(reply(status("1") + list({"", "b"})))), Names{});
+}
+
+TEST(ObjStoreLists, AreReadFromTheListChildAlone) {
+  const std::string other = child("other_list", "<ListElem>" + text("x") + "</ListElem>");
+  EXPECT_EQ(friendlyNames(responseOf(reply(status("1") + other + list({"a"})))), Names{"a"});
+}
+
+TEST(ObjStoreRequest, IsDecoded) {
+  const ObjStoreResponse response =
+      responseOf(reply(status("1") + child("cert_dot_csr_file", "<BinaryElem>QUJD</BinaryElem>")));
+  unsigned char buffer[8] = "#######";
+  EXPECT_EQ(response.getCMCertRequestData(buffer, sizeof(buffer)), 3U);
+  EXPECT_EQ(std::string(buffer, buffer + 8), std::string("ABC####\0", 8));
+  EXPECT_EQ(response.getCMCertRequestData(buffer, 3), 3U);
+}
+
+TEST(ObjStoreRequest, ThatDoesNotFitIsMinusOneUnsigned) {
+  const ObjStoreResponse response =
+      responseOf(reply(status("1") + child("cert_dot_csr_file", "<BinaryElem>QUJD</BinaryElem>")));
+  unsigned char buffer[3] = {};
+  EXPECT_EQ(response.getCMCertRequestData(buffer, 2), 0xFFFFFFFFU);
+  EXPECT_EQ(response.getCMCertRequestData(buffer, 0), 0xFFFFFFFFU);
+}
+
+TEST(ObjStoreRequest, IsNotTouchedWithoutSuccess) {
+  const ObjStoreResponse response =
+      responseOf(reply(status("2") + child("cert_dot_csr_file", "<BinaryElem>QUJD</BinaryElem>")));
+  unsigned char buffer[4] = "###";
+  EXPECT_EQ(response.getCMCertRequestData(buffer, sizeof(buffer)), 0U);
+  EXPECT_STREQ(reinterpret_cast<char*>(buffer), "###");
+}
+
+TEST(ObjStoreRequest, ThatIsMissingIsEmpty) {
+  unsigned char buffer[4] = "###";
+  EXPECT_EQ(responseOf(reply(status("1"))).getCMCertRequestData(buffer, sizeof(buffer)), 0U);
+  EXPECT_STREQ(reinterpret_cast<char*>(buffer), "###");
+}
+
+TEST(ObjStoreBadInput, EveryPrefixAndByteChangeOfAReply) {
+  const std::string whole = reply(status("1") + list({"a", "b"}) +
+                                  child("cert_dot_csr_file", "<BinaryElem>QUJD</BinaryElem>"));
+  const auto readAll = [](const std::string& xml) {
+    const ObjStoreResponse response = responseOf(xml);
+    unsigned char buffer[8];
+    const unsigned int count = response.getCMCertRequestData(buffer, sizeof(buffer));
+    EXPECT_TRUE(count <= sizeof(buffer) || count == 0xFFFFFFFFU) << xml;
+    EXPECT_LE(friendlyNames(response).size(), 9U) << xml;
+  };
+  testing::internal::CaptureStdout();
+  for (std::size_t size = 0; size <= whole.size(); ++size) {
+    readAll(whole.substr(0, size));
+  }
+  std::string changed = whole;
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    for (const char c : {'\0', '<', '>', '/', '"', '&', ' ', 'x', '\x80', '\xFF'}) {
+      changed[i] = c;
+      readAll(changed);
+    }
+    changed[i] = whole[i];
+  }
+  testing::internal::GetCapturedStdout();
+}

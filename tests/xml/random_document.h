@@ -1,0 +1,45 @@
+#pragma once
+
+#include <random>
+#include <string>
+#include <vector>
+
+/// Random well-formed documents out of what both our parser and complete XML parsers take, and
+/// understand alike.
+class RandomDocument {
+ public:
+  enum class Names {
+    Any,            ///< every kind of name, anywhere
+    SortedByDepth,  ///< few names, sorted among siblings and never the same at two depths, so that
+                    ///< counting runs of like names is counting siblings of the same name
+    Few,            ///< few names, anywhere
+  };
+
+  RandomDocument(unsigned int seed, Names names);
+
+  const std::string& text() const { return m_Text; }
+
+  /// The names from the root to each element, in document order.
+  const std::vector<std::vector<std::string>>& elements() const { return m_Elements; }
+
+ private:
+  std::size_t below(std::size_t limit) { return m_Random() % limit; }
+  bool isOneIn(std::size_t count) { return below(count) == 0; }
+  std::string pick(const std::vector<std::string>& pieces) { return pieces[below(pieces.size())]; }
+
+  std::string anyName();
+  std::string elementName(std::size_t depth);
+  std::string space(std::size_t least);
+  std::string pieces(const std::vector<std::string>& choice, std::size_t most);
+  void addSkipped();
+  void addMisc();
+  void addAttributes();
+  void addElement(const std::string& name, std::size_t depth);
+  void addContent(std::size_t depth);
+
+  std::mt19937 m_Random;
+  Names m_Names;
+  std::string m_Text;
+  std::vector<std::string> m_Open;
+  std::vector<std::vector<std::string>> m_Elements;
+};

@@ -1,0 +1,338 @@
+// The course of a parse: callbacks and their order, what surrounds elements, stopping, error lines.
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "xml/attributes.h"
+#include "xml/recording_handler.h"
+
+namespace {
+
+using Events = std::vector<std::string>;
+
+}  // namespace
+
+TEST(SaxParse, OfNothingMakesTheFirstAndTheLastCallback) {
+  RecordingHandler handler;
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString(""), 0);
+  EXPECT_EQ(handler.events, (Events{"start", "end"}));
+}
+
+TEST(SaxParse, OfANullPointerIsThatOfNothing) {
+  RecordingHandler handler;
+  const char* null = nullptr;
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString(null), 0);
+  EXPECT_EQ(handler.events, (Events{"start", "end"}));
+}
+
+TEST(SaxParse, ReportsAReplyInDocumentOrder) {
+  const Parsed parsed = parse(
+      "<?xml version=\"1.0\"?><response><MapElem>"
+      "<child name=\"status_code\"><IntegerElem>1</IntegerElem></child>"
+      "<child name=\"empty\"/></MapElem></response>");
+  EXPECT_EQ(parsed.result, 0);
+  EXPECT_EQ(parsed.output, "");
+  EXPECT_EQ(parsed.events, (Events{"<response", "<MapElem", "<child name=\"status_code\"",
+                                   "<IntegerElem", "\"1\" 1", ">IntegerElem", ">child",
+                                   "<child name=\"empty\"", ">child", ">MapElem", ">response"}));
+}
+
+TEST(SaxParse, WorksWithAHandlerThatOverridesNothing) {
+  SimpleSAXHandler handler;
+  EXPECT_FALSE(handler.m_Stop);
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a b=\"1\">x<c/></a>"), 0);
+}
+
+TEST(SaxParse, EndsAtTheFirstZeroByte) {
+  const Parsed parsed = parse(std::string("<a/>\0<b/>", 9));
+  EXPECT_EQ(parsed.result, 0);
+  EXPECT_EQ(parsed.events, (Events{"<a", ">a"}));
+}
+
+TEST(SaxParse, OfAStringIsNotDisturbedByChangesToIt) {
+  class Overwriting : public RecordingHandler {
+   public:
+    std::string document = "<a><b/></a>";
+    void startElement(const char* name, attributes& attrs) override {
+      RecordingHandler::startElement(name, attrs);
+      document.assign(document.size(), '?');
+    }
+  };
+  Overwriting handler;
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString(handler.document), 0);
+  EXPECT_EQ(handler.events, (Events{"start", "<a", "<b", ">b", ">a", "end"}));
+}
+
+TEST(SaxParse, KeepsNothingForTheNext) {
+  RecordingHandler handler;
+  SimpleSAXParser parser(handler);
+  const std::string output = outputOf([&] {
+    EXPECT_EQ(parser.parseXMLString("<a><b c=\"1\">x</d>"), -1);
+    handler.events.clear();
+    EXPECT_EQ(parser.parseXMLString("<a>y</a>"), 0);
+  });
+  EXPECT_EQ(handler.events, (Events{"start", "<a", "\"y\" 1", ">a", "end"}));
+  EXPECT_EQ(output, "Parsing error at character 16, '>'\n");
+}
+
+TEST(SaxParse, MayBeStartedInsideAnother) {
+  class Nesting : public RecordingHandler {
+   public:
+    SimpleSAXParser* parser = nullptr;
+    void startElement(const char* name, attributes& attrs) override {
+      RecordingHandler::startElement(name, attrs);
+      if (std::string(name) == "outer") {
+        EXPECT_EQ(parser->parseXMLString("<inner d=\"2\">text</inner>"), 0);
+      }
+    }
+  };
+  Nesting handler;
+  SimpleSAXParser parser(handler);
+  handler.parser = &parser;
+  EXPECT_EQ(parser.parseXMLString("<outer c=\"1\">x</outer>"), 0);
+  EXPECT_EQ(handler.events, (Events{"start", "<outer c=\"1\"", "start", "<inner d=\"2\"",
+                                    "\"text\" 4", ">inner", "end", "\"x\" 1", ">outer", "end"}));
+}
+
+TEST(SaxProlog, IsSkipped) {
+  const Parsed parsed =
+      parse("<?xml version=\"1.0\"?>\n<!-- a > comment -->\n\t <?more?> <!DOCTYPE a --><a/>");
+  EXPECT_EQ(parsed.result, 0);
+  EXPECT_EQ(parsed.events, (Events{"<a", ">a"}));
+}
+
+TEST(SaxProlog, MayHoldAnyTextAndStrayCharacters) {
+  const Parsed parsed = parse("text & ; > </b> <1 << < \x80 /> <a/>");
+  EXPECT_EQ(parsed.result, 0);
+  EXPECT_EQ(parsed.output, "");
+  EXPECT_EQ(parsed.events, (Events{"<a", ">a"}));
+}
+
+TEST(SaxProlog, MayBeAllThereIs) {
+  for (const char* document : {"text", "<", "<?p?>", "<!-- c -->", "</a>", " \n"}) {
+    const Parsed parsed = parse(document);
+    EXPECT_EQ(parsed.result, 0) << document;
+    EXPECT_EQ(parsed.events, Events{}) << document;
+  }
+}
+
+TEST(SaxProlog, FailsWithoutAMessageWhenUnterminated) {
+  for (const char* document : {"<?xml", "<?", "<!", "<!-- a -- ><a/>", "<!DOCTYPE a><a/>",
+                               "x<?xml version=\"1.0\"><a></a>"}) {
+    const Parsed parsed = parse(document);
+    EXPECT_EQ(parsed.result, -1) << document;
+    EXPECT_EQ(parsed.events, Events{}) << document;
+    EXPECT_EQ(parsed.output, "") << document;
+  }
+}
+
+TEST(SaxSkipped, AreInstructionsAndCommentsAnywhere) {
+  const Parsed parsed = parse("<a><?p <b> ?><!-- <c> & > --><!x -->y<?q?></a><!-- d --> <?r?>");
+  EXPECT_EQ(parsed.result, 0);
+  EXPECT_EQ(parsed.events, (Events{"<a", "\"y\" 1", ">a"}));
+}
+
+TEST(SaxSkipped, MayBeAsShortAsTheirEnds) {
+  // The "?" of "<?" and the "--" right behind "<!" count for the end.
+  EXPECT_EQ(parse("<?><a/>").events, (Events{"<a", ">a"}));
+  EXPECT_EQ(parse("<!--><a/>").events, (Events{"<a", ">a"}));
+  EXPECT_EQ(parse("<a><?><b/><!--><c/></a>").events, (Events{"<a", "<b", ">b", "<c", ">c", ">a"}));
+}
+
+TEST(SaxContent, MayHaveSeveralTopLevelElements) {
+  const Parsed parsed = parse("<a>1</a> \t\r\n<b/><c>2</c>");
+  EXPECT_EQ(parsed.result, 0);
+  EXPECT_EQ(parsed.events, (Events{"<a", "\"1\" 1", ">a", "<b", ">b", "<c", "\"2\" 1", ">c"}));
+}
+
+TEST(SaxContent, OutsideElementsMayOnlyBeWhiteSpace) {
+  const Parsed parsed = parse("<a/> x<b/>");
+  EXPECT_EQ(parsed.result, -1);
+  EXPECT_EQ(parsed.events, (Events{"<a", ">a"}));
+  EXPECT_EQ(parsed.output, "dunno what to do?!\nParsing error at character 5, 'x'\n");
+}
+
+TEST(SaxContent, StrayLessThanIsSkipped) {
+  EXPECT_EQ(parse("<a>x<1y< z<</a>").events,
+            (Events{"<a", "\"x\" 1", "\"1y\" 2", "\"z\" 1", ">a"}));
+  EXPECT_EQ(parse("<a/><<b/><").events, (Events{"<a", ">a", "<b", ">b"}));
+  EXPECT_EQ(parse("<a/><").result, 0);
+  EXPECT_EQ(parse("<a/><1").output, "dunno what to do?!\nParsing error at character 5, '1'\n");
+}
+
+TEST(SaxContent, ElementsOpenAtTheEndAreNotReported) {
+  const Parsed parsed = parse("<a><b>text");
+  EXPECT_EQ(parsed.result, 0);
+  EXPECT_EQ(parsed.output, "");
+  EXPECT_EQ(parsed.events, (Events{"<a", "<b", "\"text\" 4"}));
+}
+
+TEST(SaxText, LosesLeadingWhiteSpaceAlone) {
+  EXPECT_EQ(parse("<a> \t\r\nhi there \n</a>").events, (Events{"<a", "\"hi there \n\" 10", ">a"}));
+}
+
+TEST(SaxText, OfWhiteSpaceIsNotReported) {
+  EXPECT_EQ(parse("<a> \t\r\n</a>").events, (Events{"<a", ">a"}));
+  EXPECT_EQ(parse("<a> \t\r\n").events, (Events{"<a"}));
+}
+
+TEST(SaxText, WhiteSpaceIsOnlyTabLineFeedReturnAndSpace) {
+  EXPECT_EQ(parse("<a>\v</a>").events, (Events{"<a", "\"\v\" 1", ">a"}));
+  EXPECT_EQ(parse("<a>\f</a>").events, (Events{"<a", "\"\f\" 1", ">a"}));
+  EXPECT_EQ(parse("<a>\xA0</a>").events, (Events{"<a", "\"\xA0\" 1", ">a"}));
+}
+
+TEST(SaxText, IsOneRunUpToTheNextMarkup) {
+  EXPECT_EQ(parse("<a>x<!-- c --> y<?p?>z<b/> u</a>").events,
+            (Events{"<a", "\"x\" 1", "\"y\" 1", "\"z\" 1", "<b", ">b", "\"u\" 1", ">a"}));
+}
+
+TEST(SaxText, ComesWithTheCountOfDocumentCharacters) {
+  EXPECT_EQ(parse("<a>a&amp;b</a>").events, (Events{"<a", "\"a&b\" 7", ">a"}));
+  EXPECT_EQ(parse("<a>&no;</a>").events, (Events{"<a", "\"\" 4", ">a"}));
+  EXPECT_EQ(parse("<a> &lt; </a>").events, (Events{"<a", "\"< \" 5", ">a"}));
+}
+
+TEST(SaxText, KeepsBytesAbove127) {
+  std::string bytes;
+  for (int byte = 0x80; byte <= 0xFF; ++byte) {
+    bytes += static_cast<char>(byte);
+  }
+  EXPECT_EQ(parse("<a>" + bytes + "</a>").events, (Events{"<a", "\"" + bytes + "\" 128", ">a"}));
+}
+
+TEST(SaxStop, AtTheStartSkipsTheDocument) {
+  RecordingHandler handler;
+  handler.stopAt = "start";
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<?never ending <a></b>"), 0);
+  EXPECT_EQ(handler.events, (Events{"start", "end"}));
+}
+
+TEST(SaxStop, IsNotClearedByTheParser) {
+  RecordingHandler handler;
+  handler.m_Stop = true;
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a/>"), 0);
+  EXPECT_EQ(handler.events, (Events{"start", "end"}));
+  EXPECT_TRUE(handler.m_Stop);
+}
+
+TEST(SaxStop, AtAStartTagIsTheLastButForEnd) {
+  const Parsed parsed = parse("<a><b>x</b></wrong>", "<b");
+  EXPECT_EQ(parsed.result, 0);
+  EXPECT_EQ(parsed.output, "");
+  EXPECT_EQ(parsed.events, (Events{"<a", "<b"}));
+}
+
+TEST(SaxStop, AtAnEmptyElementLetsItEnd) {
+  const Parsed parsed = parse("<a><b/><c/></a>", "<b");
+  EXPECT_EQ(parsed.result, 0);
+  EXPECT_EQ(parsed.events, (Events{"<a", "<b", ">b"}));
+}
+
+TEST(SaxStop, AtTheEndOfAnEmptyElement) {
+  EXPECT_EQ(parse("<a><b/><c/></a>", ">b").events, (Events{"<a", "<b", ">b"}));
+}
+
+TEST(SaxStop, AtTextAndAtAnEndTag) {
+  EXPECT_EQ(parse("<a>x</b>", "\"x\" 1").events, (Events{"<a", "\"x\" 1"}));
+  EXPECT_EQ(parse("<a>x</b>", "\"x\" 1").result, 0);
+  EXPECT_EQ(parse("<a><b>x</b></wrong>", ">b").events, (Events{"<a", "<b", "\"x\" 1", ">b"}));
+  EXPECT_EQ(parse("<a><b>x</b></wrong>", ">b").result, 0);
+}
+
+namespace {
+
+struct Failure {
+  std::string document;
+  int position;  ///< -1: the end of the document
+  char character;
+};
+
+std::string errorLine(const Failure& failure) {
+  if (failure.position < 0) {
+    return "<<end of string>>\n";
+  }
+  return "Parsing error at character " + std::to_string(failure.position) + ", '" +
+         failure.character + "'\n";
+}
+
+}  // namespace
+
+TEST(SaxFailure, NamesTheCharacterAtWhichAConstructFailed) {
+  const std::vector<Failure> failures = {
+      // End tags
+      {"<a></b>", 6, '>'},
+      {"<a></b x>", 6, ' '},
+      {"<a></ab>", 7, '>'},
+      {"<a></ a>", 5, ' '},
+      {"<a></>", 5, '>'},
+      {"<a></1>", 5, '1'},
+      {"<a></xml>", 5, 'x'},
+      {"<a></a x>", 7, 'x'},
+      {"<a></a/>", 6, '/'},
+      {"<a></", -1, 0},
+      {"<a></a", -1, 0},
+      {"<a></a ", -1, 0},
+      {"<a></b", -1, 0},
+      {"<a/></a>", 7, '>'},
+      {"<a></a></a>", 10, '>'},
+      // Names
+      {"<xmlfoo/>", 1, 'x'},
+      {"<a><xml/></a>", 4, 'x'},
+      {"<a\xC3\xA9/>", 2, '\xC3'},
+      // Attributes
+      {"<a b='1'/>", 5, '\''},
+      {"<a b=1/>", 5, '1'},
+      {"<a b/>", 4, '/'},
+      {"<a b>", 4, '>'},
+      {"<a b c=\"1\">", 5, 'c'},
+      {"<a b= />", 6, '/'},
+      {"<a 1=\"1\">", 3, '1'},
+      {"<a =\"1\">", 3, '='},
+      {"<a b=\"1\" c='2'>", 11, '\''},
+      {R"(<a b="1"">)", 8, '"'},
+      {"<a /b>", 3, '/'},
+      {"<a / >", 3, '/'},
+      {"<a/", 2, '/'},
+      {"<a b=\"1\" /", 9, '/'},
+      {"<a<b>", 2, '<'},
+      {"<a b=\"1", -1, 0},
+      {"<a b=\"", -1, 0},
+      {"<a b=", -1, 0},
+      {"<a b= ", -1, 0},
+      {"<a b", -1, 0},
+      {"<a b ", -1, 0},
+      // What is skipped
+      {"<a><?p", -1, 0},
+      {"<a><?p>", -1, 0},
+      {"<a><!-- c", -1, 0},
+      {"<a><!-- c --", -1, 0},
+      {"<a><![CDATA[x]]></a>", -1, 0},
+      {"<a/><?", -1, 0},
+  };
+  for (const Failure& failure : failures) {
+    const Parsed parsed = parse(failure.document);
+    EXPECT_EQ(parsed.result, -1) << failure.document;
+    EXPECT_EQ(parsed.output, errorLine(failure)) << failure.document;
+  }
+}
+
+TEST(SaxFailure, LeavesTheCallbacksMadeSoFar) {
+  EXPECT_EQ(parse("<a b=\"1\">x<c></d>").events, (Events{"<a b=\"1\"", "\"x\" 1", "<c"}));
+  EXPECT_EQ(parse("<a><b c=\"1\" d='2'></b></a>").events, (Events{"<a"}));
+  EXPECT_EQ(parse("<a></a></a>").events, (Events{"<a", ">a"}));
+}
+
+TEST(SaxShowError, WritesForErrorsAndForTheEndAlone) {
+  RecordingHandler handler;
+  const SimpleSAXParser parser(handler);
+  using Parser = SimpleSAXParser;
+  EXPECT_EQ(outputOf([&] { parser.showError(Parser::PARSE_ERROR, "abc", 1); }),
+            "Parsing error at character 1, 'b'\n");
+  EXPECT_EQ(outputOf([&] { parser.showError(Parser::PARSE_ERROR, "abc", 3); }),
+            "<<end of string>>\n");
+  EXPECT_EQ(outputOf([&] { parser.showError(Parser::PARSE_OK, "abc", 3); }), "<<end of string>>\n");
+  EXPECT_EQ(outputOf([&] { parser.showError(Parser::PARSE_OK, "abc", 1); }), "");
+  EXPECT_EQ(outputOf([&] { parser.showError(Parser::PARSE_WHITESPACE, "abc", 1); }), "");
+}

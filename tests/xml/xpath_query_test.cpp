@@ -1,0 +1,223 @@
+// Queries on whole documents.
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "xml/recording_handler.h"
+#include "xml/simple_xpath.h"
+
+namespace {
+
+const std::string TwoSiblings = R"(<r><a n="x">1</a><a n="y">2</a></r>)";
+
+std::string query(const std::string& document, const std::string& path) {
+  return simpleXPath(document).query(path);
+}
+
+std::string repeat(const std::string& text, std::size_t count) {
+  std::string result;
+  for (std::size_t i = 0; i < count; ++i) {
+    result += text;
+  }
+  return result;
+}
+
+}  // namespace
+
+TEST(XPathQuery, PicksByNameAttributeAndPosition) {
+  simpleXPath xpath(TwoSiblings);
+  EXPECT_EQ(xpath.query("/r/a[@n='y']"), "2");
+  EXPECT_EQ(xpath.query("/r/a[2]"), "2");
+  EXPECT_EQ(xpath.query("/r/a"), "1");
+  EXPECT_EQ(xpath.query("/r/a[1]"), "1");
+  EXPECT_EQ(xpath.query("/r/a[3]"), "");
+}
+
+TEST(XPathQuery, TakesBothKindsOfText) {
+  simpleXPath xpath(TwoSiblings);
+  const std::string path = "/r/a[2]";
+  EXPECT_EQ(xpath.query(path), "2");
+  EXPECT_EQ(xpath.query(path.c_str()), "2");
+  const char* null = nullptr;
+  EXPECT_EQ(xpath.query(null), "");
+}
+
+TEST(XPathQuery, IsIndependentOfTheOneBefore) {
+  simpleXPath xpath(TwoSiblings);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(xpath.query("/r/a"), "1");
+    EXPECT_EQ(xpath.query("/r/b"), "");
+    EXPECT_EQ(xpath.query(""), "");
+    EXPECT_EQ(xpath.query("/r/a[2]"), "2");
+  }
+}
+
+TEST(XPathQuery, PathsAreAbsolute) {
+  EXPECT_EQ(query(TwoSiblings, "r/a"), "");
+  EXPECT_EQ(query(TwoSiblings, "/a"), "");
+  EXPECT_EQ(query("<a>1</a>", "r/a"), "1");
+  EXPECT_EQ(query("<r><b><a>1</a></b></r>", "/r/a"), "");
+  EXPECT_EQ(query("<r><a><a>1</a></a></r>", "/r/a/a"), "1");
+}
+
+TEST(XPathQuery, PositionsEndAtNine) {
+  const std::string document = "<r>" + repeat("<a>x</a>", 8) + "<a>9</a><a>10</a><a>11</a></r>";
+  EXPECT_EQ(query(document, "/r/a[9]"), "9");
+  EXPECT_EQ(query(document, "/r/a[10]"), "");
+  EXPECT_EQ(query(document, "/r/a[11]"), "");
+  EXPECT_EQ(query(document, "/r/a[0]"), "");
+  EXPECT_EQ(query(document, "/r/a[-1]"), "");
+}
+
+TEST(XPathQuery, PositionsAreReadLikeAtoi) {
+  EXPECT_EQ(query(TwoSiblings, "/r/a[2x]"), "2");
+  EXPECT_EQ(query(TwoSiblings, "/r/a[02]"), "2");
+  EXPECT_EQ(query(TwoSiblings, "/ r / a [ 2 ] "), "2");
+}
+
+TEST(XPathQuery, PositionsCountRunsOfLikeNames) {
+  const std::string document = "<r><a>1</a><a>2</a><b/><a>3</a><a>4</a></r>";
+  EXPECT_EQ(query(document, "/r/a[1]"), "1");
+  EXPECT_EQ(query(document, "/r/a[2]"), "2");
+  EXPECT_EQ(query(document, "/r/a[3]"), "");
+  EXPECT_EQ(query("<r><b/><a>1</a><b/><a>2</a><a>3</a></r>", "/r/a[2]"), "3");
+}
+
+TEST(XPathQuery, PositionsFollowTheLastClosedElementAtAnyDepth) {
+  // The inner element continues the count of the outer one that closed before it...
+  EXPECT_EQ(query("<r><a>1</a><b><a>2</a></b></r>", "/r/b/a[2]"), "2");
+  EXPECT_EQ(query("<r><a>1</a><b><a>2</a></b></r>", "/r/b/a[1]"), "");
+  // ...and an element that closes around it ends the count.
+  EXPECT_EQ(query("<r><b><a>1</a></b><a>2</a></r>", "/r/a[1]"), "2");
+  // An element of the same name inside the sibling counts on.
+  EXPECT_EQ(query("<r><a>1</a><a>2<a>3</a></a><a>4</a></r>", "/r/a[2]/a[2]"), "3");
+  EXPECT_EQ(query("<r><a>1<b/></a><a>2</a></r>", "/r/a[2]"), "2");
+}
+
+TEST(XPathQuery, TextIsTheElementsOwn) {
+  const std::string document = "<r>one<a>two</a> three<!-- c -->&lt;four<a/> five </r>";
+  EXPECT_EQ(query(document, "/r"), "onethree<fourfive ");
+  EXPECT_EQ(query(document, "/r/a"), "two");
+}
+
+TEST(XPathQuery, TextLosesLeadingSpaceAndEntities) {
+  EXPECT_EQ(query("<r> \n a &amp; b &no; c </r>", "/r"), "a & b  c ");
+}
+
+TEST(XPathQuery, FirstToCloseIsFound) {
+  EXPECT_EQ(query("<r><a></a><a>2</a></r>", "/r/a"), "");
+  EXPECT_EQ(query("<r>1</r><r>2</r>", "/r"), "1");
+  EXPECT_EQ(query("<r>1</r><r>2</r>", "/r[2]"), "2");
+}
+
+TEST(XPathQuery, FiltersStandAtAnyStep) {
+  const std::string document =
+      R"(<r><g n="1"><a>x</a><a>y</a></g><g n="2"><a k="q">z</a><a>u</a></g></r>)";
+  EXPECT_EQ(query(document, "/r/g[@n='2']/a"), "z");
+  EXPECT_EQ(query(document, "/r/g[@n='2']/a[2]"), "u");
+  EXPECT_EQ(query(document, "/r/g[2]/a[@k='q']"), "z");
+  EXPECT_EQ(query(document, "/r[1]/g[1]/a[2]"), "y");
+  EXPECT_EQ(query(document, "/r/g[@n='3']/a"), "");
+  EXPECT_EQ(query(document, "/r/g[@n='1']/a[@k='q']"), "");
+}
+
+TEST(XPathQuery, UnreadableFiltersAreDropped) {
+  EXPECT_EQ(query(TwoSiblings, "/r/a[@n=y]"), "1");
+  EXPECT_EQ(query(TwoSiblings, "/r/a[@n=\"y\"]"), "1");
+  EXPECT_EQ(query(TwoSiblings, "/r/a[@='y']"), "1");
+  EXPECT_EQ(query(TwoSiblings, "/r/a[@n='y'"), "1");
+}
+
+TEST(XPathQuery, FiltersWithoutAnAttributeMatchNothing) {
+  EXPECT_EQ(query(TwoSiblings, "/r/a[n='y']"), "");
+  EXPECT_EQ(query(TwoSiblings, "/r/a[]"), "");
+}
+
+TEST(XPathQuery, AbsentAttributesAreEmpty) {
+  EXPECT_EQ(query("<r><a n=\"x\">1</a><a>2</a></r>", "/r/a[@n='']"), "2");
+  EXPECT_EQ(query("<r><a>1</a></r>", "/r/a[@m='']"), "1");
+}
+
+TEST(XPathQuery, EmptyElementsMatchWithoutText) {
+  EXPECT_EQ(query("<r><a/><a>2</a></r>", "/r/a"), "");
+  EXPECT_EQ(query("<r><a/><a>2</a></r>", "/r/a[2]"), "2");
+}
+
+TEST(XPathQuery, StopsTheParseAtTheMatch) {
+  EXPECT_EQ(outputOf([] { EXPECT_EQ(query("<r><a>1</a></wrong>", "/r/a"), "1"); }), "");
+}
+
+TEST(XPathQuery, OfAMalformedDocumentIsEmpty) {
+  const std::string output =
+      outputOf([] { EXPECT_EQ(query("<r><b></wrong><a>1</a></r>", "/r/a"), ""); });
+  EXPECT_EQ(output, "Parsing error at character 13, '>'\n");
+}
+
+TEST(XPathQuery, OfAnEmptyDocumentIsEmpty) {
+  EXPECT_EQ(query("", "/a"), "");
+  EXPECT_EQ(query("text", "/text"), "");
+}
+
+TEST(XPathQuery, OfAnElementThatDoesNotCloseIsEmpty) {
+  EXPECT_EQ(query("<r><a>1", "/r/a"), "");
+}
+
+TEST(XPathQuery, EndsTheDocumentAtItsFirstZeroByte) {
+  EXPECT_EQ(query(std::string("<r>\0</r><r>1</r>", 16), "/r"), "");
+}
+
+TEST(XPathQuery, EmptyPathsFindNothing) {
+  for (const char* path : {"", "/", "//", "///", " / / ", "r", "[1]", "/[1]", "/]", "/[", "/["}) {
+    EXPECT_EQ(query("<r>1</r>", path), "") << path;
+  }
+}
+
+TEST(XPathQuery, UnbalancedBracketsAndQuotesDoNoHarm) {
+  for (const char* path :
+       {"/r[", "/r]", "/r[[", "/r]]", "/r][", "/r[@", "/r[@n", "/r[@n=", "/r[@n='", "/r[@n='x",
+        "/r[@n='x'", "/r[@]", "/r[@n=]", "/r[@n=']", "/r['", "/r[']", "/r[@'=]", "/r[='@"}) {
+    const std::string found = query("<r>1</r>", path);
+    EXPECT_TRUE(found.empty() || found == "1") << path;
+  }
+}
+
+TEST(XPathQuery, PathOfAMebibyte) {
+  constexpr std::size_t size = 1 << 20;
+  EXPECT_EQ(query("<r>1</r>", std::string(size, '/')), "");
+  EXPECT_EQ(query("<r>1</r>", std::string(size, '/') + "r"), "1");
+  EXPECT_EQ(query("<r>1</r>", std::string(size, ' ') + "/r"), "1");
+  EXPECT_EQ(query("<r>1</r>", "/r[" + std::string(size, '[')), "1");
+  EXPECT_EQ(query("<r>1</r>", "/r[" + std::string(size, '9') + "]"), "");
+  EXPECT_EQ(query("<r n=\"x\">1</r>", "/r[@n='" + std::string(size, 'x') + "']"), "");
+  EXPECT_EQ(query("<r>1</r>", repeat("/a", size / 2)), "");
+  const std::string name(size, 'n');
+  EXPECT_EQ(query("<" + name + ">1</" + name + ">", "/" + name), "1");
+}
+
+TEST(XPathQuery, DepthOfAMillion) {
+  EXPECT_EQ(query(repeat("<a>", 1'000'000) + "x", "/a/a"), "");
+  EXPECT_EQ(query("<a>1" + repeat("<a>", 100'000) + repeat("</a>", 100'001), "/a"), "1");
+}
+
+TEST(XPathQuery, DepthOfAPathAndADocument) {
+  constexpr std::size_t depth = 20'000;
+  const std::string document =
+      repeat("<a>", depth) + repeat("<a/>", depth) + "<a>x</a>" + repeat("</a>", depth);
+  EXPECT_EQ(query(document, repeat("/a", depth + 1)), "");
+  EXPECT_EQ(query(document, "/b" + repeat("/a", depth)), "");
+  EXPECT_EQ(query(document, repeat("/a", depth) + "/a[@n='x']"), "");
+}
+
+TEST(XPathHandler, MayBeCalledOutOfOrder) {
+  simpleXPath xpath("<r>1</r>");
+  attributes none;
+  xpath.endElement("a");
+  xpath.characters("text", 4);
+  xpath.startElement("a", none);
+  xpath.characters(nullptr, 0);
+  xpath.endElement("a");
+  xpath.end();
+  EXPECT_FALSE(xpath.m_Stop);
+  EXPECT_EQ(xpath.query("/r"), "1");
+}
