@@ -1,3 +1,5 @@
+#include "support/command_line.h"
+
 #include <csignal>
 #include <gtest/gtest.h>
 #include <string>
@@ -17,38 +19,17 @@ using support::TerminalProcess;
 
 constexpr int Aborted = 128 + SIGABRT;
 
-const std::string Help =
-    R"(
-  zvkconfig
-	Configures printer to connect to other wireless devices.
-
-  USAGE:
-        zvkconfig --ssid="<SSID>" --mode="[Ad-hoc|Managed]" --security="[None|WEP|WPA|WPA2|802.1x]" /
-        --channel="[1-6]" --passwd="<password>" [USB_PATH]
-
-  OPTIONS:
-      --ssid          Name of the network you want to connect.
-      --mode          Type of connection.
-      --security      Security of the network you are connecting.
-      --channel       Channel of the ad-hoc network you are connecting.
-      --password      Password of the network if security is equal to None
-
-      -h              displays this help.
-      USB_PATH        path of the usb where the printer you want to configure is connected.
-
-)";
-
 TEST(Help, IsPrintedWithoutArguments) {
   const auto result = runProcess({ZVKCONFIG});
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.out, Help);
+  EXPECT_EQ(result.out, support::HelpText);
   EXPECT_EQ(result.err, "");
 }
 
 TEST(Help, IsPrintedByTheSwitchWhichMakesAGenerator) {
   const auto result = runProcess({ZVKCONFIG, "-h"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.out, Help);
+  EXPECT_EQ(result.out, support::HelpText);
   EXPECT_EQ(result.err, "D [ZVK] Destroying last instance of usb transport.\n");
 }
 
