@@ -61,13 +61,14 @@ TEST(ZvkprinterRun, GivesTheCommandADeviceThatIsATerminalInRawMode) {
   EXPECT_NE(result.out.find("-opost"), std::string::npos) << result.out;
 }
 
-TEST(ZvkprinterRun, LeavesTheSystemsDevicesAsTheyAre) {
+// These look at the whole of /dev/usb, so they run alone.
+TEST(ZvkprinterDevices, AreTheSystemsAgainAfterARun) {
   const auto before = names("/dev/usb");
   EXPECT_EQ(runInPrinter({"test", "-c", "{}"}).status, 0);
   EXPECT_EQ(names("/dev/usb"), before);
 }
 
-TEST(ZvkprinterRun, LinksAFreeNameWhereThereIsNoNamespace) {
+TEST(ZvkprinterDevices, HaveALinkAtAFreeNameWhereThereIsNoNamespace) {
   const auto before = names("/dev/usb");
   const ProcessResult result = runProcess({ZVKPRINTER, "run", "--no-namespace", "--log=/dev/null",
                                            "--", "sh", "-c", "echo {}; test -c {}"});
@@ -84,6 +85,37 @@ TEST(ZvkprinterRun, LinksAFreeNameWhereThereIsNoNamespace) {
     EXPECT_NE(result.err.find("zvkprinter serve --link=PATH"), std::string::npos) << result.err;
   }
   EXPECT_EQ(names("/dev/usb"), before);
+}
+
+TEST(ZvkprinterRun, ServesAnOrdinaryUserToo) {
+  const TemporaryFolder folder;
+  const std::string printer = folder.path("zvkprinter");
+  fs::copy_file(ZVKPRINTER, printer);
+  fs::permissions(folder.path(""), fs::perms::owner_all | fs::perms::others_exec,
+                  fs::perm_options::add);
+  std::vector<std::string> command = {printer,
+                                      "run",
+                                      "--log=/dev/null",
+                                      "--",
+                                      "sh",
+                                      "-c",
+                                      "id -u; test -w {} && test {} = /dev/usb/lp0"};
+  const std::string nobody = "65534";
+  if (::geteuid() == 0) {
+    const std::vector<std::string> asNobody = {"setpriv", "--reuid=" + nobody, "--regid=" + nobody,
+                                               "--clear-groups"};
+    command.insert(command.begin(), asNobody.begin(), asNobody.end());
+  }
+  const ProcessResult result = runProcess(command);
+  if (result.status == 0) {
+    EXPECT_EQ(result.out, (::geteuid() == 0 ? nobody : std::to_string(::geteuid())) + "\n");
+    EXPECT_EQ(result.err, "");
+  } else {
+    // A system that permits no user namespaces: an ordinary user cannot do without.
+    EXPECT_EQ(result.status, 125);
+    EXPECT_NE(result.err.find("no private /dev/usb/lp0 here: "), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("permit user namespaces"), std::string::npos) << result.err;
+  }
 }
 
 TEST(ZvkprinterRun, MasksKeysInItsLog) {
