@@ -14,6 +14,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* PrinterFolder = "/dev/usb";
 constexpr int LargestNumber = 16;
+constexpr int LargestTries = 100;
 
 }  // namespace
 
@@ -31,26 +32,34 @@ DeviceLink::~DeviceLink() {
   }
 }
 
-FreeDeviceLink::FreeDeviceLink(const std::string& target)
-    : m_MadeFolder(fs::create_directory(PrinterFolder)) {
-  for (int number = LargestNumber;; --number) {
+FreeDeviceLink::FreeDeviceLink(const std::string& target) {
+  int number = LargestNumber;
+  int tries = LargestTries;
+  while (!m_Link) {
+    // Each time: another emulated printer that ends may just have removed the folder.
+    m_MadeFolder |= fs::create_directory(PrinterFolder);
     try {
       m_Link.emplace(PrinterFolder + std::string("/lp") + std::to_string(number), target);
-      return;
     } catch (const std::system_error& error) {
-      if (error.code() != std::errc::file_exists || number == 0) {
-        if (m_MadeFolder) {
-          ::rmdir(PrinterFolder);
-        }
+      const bool isTaken = error.code() == std::errc::file_exists && number > 0;
+      const bool isFolderGone = error.code() == std::errc::no_such_file_or_directory && --tries > 0;
+      if (!isTaken && !isFolderGone) {
+        removeFolder();
         throw;
       }
+      number -= isTaken ? 1 : 0;
     }
   }
 }
 
 FreeDeviceLink::~FreeDeviceLink() {
   m_Link.reset();
+  removeFolder();
+}
+
+void FreeDeviceLink::removeFolder() const {
   if (m_MadeFolder) {
+    // Stays when somebody else has put something there meanwhile.
     ::rmdir(PrinterFolder);
   }
 }

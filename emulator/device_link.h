@@ -35,7 +35,9 @@ class FreeDeviceLink {
   const std::string& path() const { return m_Link->path(); }
 
  private:
-  bool m_MadeFolder;
+  void removeFolder() const;
+
+  bool m_MadeFolder = false;
   std::optional<DeviceLink> m_Link;
 };
 
