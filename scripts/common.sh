@@ -43,12 +43,8 @@ test_packages=(ccache clang clang-format clang-tidy faketime libexpat1-dev libgt
 bench_packages=(libbenchmark-dev libexpat1-dev libssl-dev libxml2-dev)
 fuzz_packages=(clang libclang-rt-dev)
 
-# Configures (once) and builds a preset; further arguments go to the configuration.
+# Configures and builds a preset.
 build_preset() {
-  local preset=$1
-  shift
-  if [ ! -f "build/$preset/build.ninja" ]; then
-    cmake --preset "$preset" "$@" >/dev/null
-  fi
-  cmake --build --preset "$preset"
+  cmake --preset "$1" >/dev/null
+  cmake --build --preset "$1"
 }
