@@ -1,7 +1,6 @@
 #include "util/base64.h"
 
 #include <gtest/gtest.h>
-
 #include <limits>
 #include <string>
 #include <utility>
