@@ -5,16 +5,41 @@
 
 namespace {
 
-using Settings = CommandMode::Settings;
+using Input = CommandMode::Input;
+using Worker = CommandMode::Worker;
+
+constexpr CommandMode generated(std::string_view name, Input input,
+                                int (wnpaGenerator::*operation)(), bool retriesBare) {
+  return {name, input, Worker::Generator, operation, retriesBare};
+}
+
+constexpr CommandMode unavailable(std::string_view name) {
+  return {name, Input::DevicePath, Worker::Unavailable, nullptr, false};
+}
 
 constexpr std::array CommandModes = {
-    CommandMode{"-h", Settings::None, nullptr, false},
-    CommandMode{"-c", Settings::Options, &wnpaGenerator::configBasic, true},
+    CommandMode{"-h", Input::DevicePath, Worker::Help, nullptr, false},
+    generated("-r", Input::DevicePath, &wnpaGenerator::reset, false),
+    generated("-c", Input::Options, &wnpaGenerator::configBasic, true),
+    generated("-ip", Input::DevicePath, &wnpaGenerator::getIP, true),
+    generated("-t", Input::DevicePath, &wnpaGenerator::getTroubleCode, true),
+    generated("-a", Input::DevicePath, &wnpaGenerator::getAdapterDescriptor, false),
+    generated("-s", Input::DevicePath, &wnpaGenerator::getSSID, true),
+    generated("-802s", Input::DevicePath, &wnpaGenerator::get802AuthStatus, true),
+    CommandMode{"-npa", Input::NpaFile, Worker::RawSender, nullptr, false},
+    // Must not fall through to the default run, which would configure the printer.
+    unavailable("-ca"),
+    unavailable("-cer"),
+    unavailable("-icer"),
+    unavailable("-rcerdefs"),
+    unavailable("-csr"),
 };
+
+constexpr CommandMode DefaultRun = {{}, Input::DevicePath, Worker::DefaultRun, nullptr, false};
 
 }  // namespace
 
-const CommandMode* findCommandMode(std::string_view name) {
+const CommandMode& commandMode(std::string_view name) {
   const auto* const found = std::ranges::find(CommandModes, name, &CommandMode::name);
-  return found == CommandModes.end() ? nullptr : found;
+  return found == CommandModes.end() ? DefaultRun : *found;
 }

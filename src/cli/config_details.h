@@ -28,6 +28,15 @@ class configDetails {
   /// Returns 0.
   int parseUSB(int count, std::vector<std::string> args);
 
+  /// Sets the device path to `usbPath`, then reads options from the file `path`: one to a line, "#"
+  /// opening a comment, lines of more than 255 characters in pieces of 255. A file that cannot be
+  /// read counts as empty. Returns 0. (argument_files.cpp)
+  int parseFile(std::string path, std::string usbPath);
+
+  /// Replaces the NPA data by the hex digits of the file `path`, all other bytes skipped, and
+  /// prints it. Returns 0, or -1 when the file cannot be opened. (argument_files.cpp)
+  int parseNPAFile(const char* path);
+
   const std::string& getUSB() const { return value(Setting::Usb); }
   const std::string& getSSID() const { return value(Setting::Ssid); }
   const std::string& getChannel() const { return value(Setting::Channel); }

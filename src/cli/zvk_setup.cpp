@@ -1,15 +1,25 @@
 #include "cli/zvk_setup.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <span>
 
-#include "cli/command_mode.h"
+#include "util/debug_line.h"
+#include "util/utility.h"
 
 namespace {
 
-/// The generator's answer to a request that the adapter refused.
+/// What the generator answers when the adapter refused.
 constexpr int Refused = -1;
-constexpr int CommandUnavailable = 1;
+constexpr int StatusUnavailable = 2;
+constexpr int RawReplyTimeoutSeconds = 10;
+constexpr const char* DefaultDevice = "/dev/usb/lp0";
+
+// Positions in the argument list.
+constexpr std::size_t CommandIndex = 1;
+constexpr std::size_t FileSwitchIndex = 2;
+constexpr std::size_t FileNameIndex = 3;
+constexpr std::size_t FileDeviceIndex = 4;
 
 std::vector<std::string> copyOf(int argumentCount, char** arguments) {
   const std::span<char*> all(arguments, static_cast<std::size_t>(argumentCount));
@@ -21,43 +31,92 @@ std::vector<std::string> copyOf(int argumentCount, char** arguments) {
 zvkSetup::zvkSetup(int argumentCount, char** arguments)
     : m_ArgumentCount(argumentCount),
       m_Arguments(copyOf(argumentCount, arguments)),
-      m_Command(m_Arguments.at(1)),
+      m_Command(m_Arguments.at(CommandIndex)),
+      m_Mode(commandMode(m_Command)),
       m_Configuration(std::make_unique<configDetails>()),
       m_ReturnCode(setDevice()) {}
 
 int zvkSetup::setDevice() {
+  if (m_Mode.worker == CommandMode::Worker::Unavailable) {
+    std::fprintf(stderr, "zvkconfig: this version has no command '%s'\n", m_Command.c_str());
+    return StatusUnavailable;
+  }
   readSettings();
-  return runCommand();
+  m_Generator = std::make_unique<wnpaGenerator>(m_Configuration.get());
+  switch (m_Mode.worker) {
+    case CommandMode::Worker::Help:
+      return showHelp();
+    case CommandMode::Worker::RawSender:
+      return sendNpaData();
+    case CommandMode::Worker::Generator:
+      return runGenerator();
+    case CommandMode::Worker::DefaultRun:
+    case CommandMode::Worker::Unavailable:
+      break;
+  }
+  m_Generator->generate();
+  return 0;
 }
 
 void zvkSetup::readSettings() {
-  const CommandMode* const mode = findCommandMode(m_Command);
-  if (mode != nullptr && mode->settings == CommandMode::Settings::Options) {
-    m_Configuration->parseParm(m_ArgumentCount, m_Arguments);
-  } else {
-    m_Configuration->parseUSB(m_ArgumentCount, m_Arguments);
+  switch (m_Mode.input) {
+    case CommandMode::Input::Options:
+      readOptions();
+      break;
+    case CommandMode::Input::NpaFile:
+      readNpaFile();
+      break;
+    case CommandMode::Input::DevicePath:
+      m_Configuration->parseUSB(m_ArgumentCount, m_Arguments);
+      break;
   }
 }
 
-int zvkSetup::runCommand() {
-  const CommandMode* const mode = findCommandMode(m_Command);
-  if (mode == nullptr) {
-    std::fprintf(stderr, "zvkconfig: this version has no command '%s'\n", m_Command.c_str());
-    return CommandUnavailable;
+bool zvkSetup::wantsFile() const {
+  return m_Arguments.at(FileSwitchIndex) == "-file";
+}
+
+void zvkSetup::readOptions() {
+  if (!wantsFile()) {
+    m_Configuration->parseParm(m_ArgumentCount, m_Arguments);
+    return;
   }
-  m_Generator = std::make_unique<wnpaGenerator>(m_Configuration.get());
-  if (mode->operation == nullptr) {
-    return showHelp();
+  std::string device = DefaultDevice;
+  // With exactly four arguments this looks up a fifth, and the run ends: the device is required.
+  if (m_ArgumentCount > static_cast<int>(FileNameIndex)) {
+    device = m_Arguments.at(FileDeviceIndex);
   }
-  const auto run = [&] {
-    return (m_Generator.get()->*mode->operation)();
+  m_Configuration->parseFile(m_Arguments.at(FileNameIndex), device);
+}
+
+void zvkSetup::readNpaFile() {
+  if (wantsFile()) {
+    m_Configuration->parseUSB(m_ArgumentCount, m_Arguments);
+    m_Configuration->parseNPAFile(m_Arguments.at(FileNameIndex).c_str());
+  }
+}
+
+int zvkSetup::runGenerator() {
+  const auto run = [this] {
+    return (m_Generator.get()->*m_Mode.operation)();
   };
   const int result = run();
-  if (result != Refused || !mode->retriesBare) {
+  if (result != Refused || !m_Mode.retriesBare) {
     return result;
   }
   m_Generator->setWrapMode(false);
   return run();
+}
+
+int zvkSetup::sendNpaData() {
+  unsigned char* buffer = nullptr;
+  const int converted = Utility::getHexValues(m_Configuration->getNPAFileData().c_str(), buffer);
+  const std::unique_ptr<unsigned char[]> bytes(buffer);
+  // A text that is no hex has a length and no bytes.
+  const int count = bytes ? converted : 0;
+  util::debugLine("NPA data: %d bytes", count);
+  Utility::ShowBytes(bytes.get(), count);
+  return m_Generator->sendNPAData(bytes.get(), count, RawReplyTimeoutSeconds);
 }
 
 int zvkSetup::showHelp() {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/command_mode.h"
 #include "cli/config_details.h"
 #include "wireless/wnpa_generator.h"
 
@@ -29,11 +30,20 @@ class zvkSetup {
 
  private:
   void readSettings();
-  int runCommand();
+  void readOptions();
+  void readNpaFile();
+  bool wantsFile() const;
+
+  /// Runs the generator's operation, and once more with bare packets if it was refused and the
+  /// command is one to be repeated.
+  int runGenerator();
+  /// Sends the bytes of the NPA data as they stand.
+  int sendNpaData();
 
   int m_ArgumentCount;
   std::vector<std::string> m_Arguments;
   std::string m_Command;
+  const CommandMode& m_Mode;
   std::unique_ptr<configDetails> m_Configuration;
   // After the settings, which the generator reads: destroyed before them.
   std::unique_ptr<wnpaGenerator> m_Generator;

@@ -94,46 +94,12 @@ int lastTroubleCode(Reply reply) {
 
 namespace exchanges {
 
-constexpr Exchange SetConfig = {.bufferSize = 1000,
-                                .pauseAfterWrite = 5,
-                                .attempts = 1,
-                                .pauseBetween = 0,
-                                .judge = judgeSetConfig,
-                                .afterLastAttempt = noValidAnswer};
-
-constexpr Exchange ResetIna = {.bufferSize = 255,
-                               .pauseAfterWrite = 5,
-                               .attempts = 2,
-                               .pauseBetween = 50,
-                               .judge = judgeReset,
-                               .afterLastAttempt = noValidAnswer};
-
-constexpr Exchange GetAdapterDescriptor = {.bufferSize = 255,
-                                           .pauseAfterWrite = 0,
-                                           .attempts = 6,
-                                           .pauseBetween = 10,
-                                           .judge = judgeAdapterDescriptor,
-                                           .afterLastAttempt = noValidAnswer};
-
-constexpr Exchange GetTroubleCode = {.bufferSize = 255,
-                                     .pauseAfterWrite = 2,
-                                     .attempts = 4,
-                                     .pauseBetween = 0,
-                                     .judge = judgeTroubleCode,
-                                     .afterLastAttempt = lastTroubleCode};
-
-constexpr Exchange GetSsid = {.bufferSize = 512,
-                              .pauseAfterWrite = 2,
-                              .attempts = 7,
-                              .pauseBetween = 0,
-                              .judge = judgeSsid,
-                              .afterLastAttempt = noValidAnswer};
-
-constexpr Exchange GetIp = {.bufferSize = 255,
-                            .pauseAfterWrite = 3,
-                            .attempts = 7,
-                            .pauseBetween = 0,
-                            .judge = judgeIp,
-                            .afterLastAttempt = noValidAnswer};
+// Buffer size, pause after the write, attempts, pause between them, judge, verdict after the last.
+constexpr Exchange SetConfig = {1000, 5, 1, 0, judgeSetConfig, noValidAnswer};
+constexpr Exchange ResetIna = {255, 5, 2, 50, judgeReset, noValidAnswer};
+constexpr Exchange GetAdapterDescriptor = {255, 0, 6, 10, judgeAdapterDescriptor, noValidAnswer};
+constexpr Exchange GetTroubleCode = {255, 2, 4, 0, judgeTroubleCode, lastTroubleCode};
+constexpr Exchange GetSsid = {512, 2, 7, 0, judgeSsid, noValidAnswer};
+constexpr Exchange GetIp = {255, 3, 7, 0, judgeIp, noValidAnswer};
 
 }  // namespace exchanges

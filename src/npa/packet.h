@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 /// The layout of NPA packets, as data and pure functions. All numbers are big-endian.
 ///
@@ -64,6 +65,11 @@ constexpr Byte highByte(std::size_t number) {
 
 constexpr Byte lowByte(std::size_t number) {
   return static_cast<Byte>(number & 0xFFU);
+}
+
+/// The two-byte number at `offset`, which must lie inside `bytes` with the byte behind it.
+constexpr std::size_t numberAt(std::span<const Byte> bytes, std::size_t offset) {
+  return static_cast<std::size_t>(bytes[offset]) << 8U | bytes[offset + 1];
 }
 
 /// The header of one setting object whose value has `valueSize` bytes, at most `LengthLimit`.

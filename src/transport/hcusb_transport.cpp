@@ -180,6 +180,9 @@ long HCUSBTransport::writeRequest(std::span<unsigned char> request) {
   auto rest = request.subspan(static_cast<std::size_t>(taken));
   Patience patience(WriteLimitSeconds);
   while (!rest.empty() && !patience.isOver()) {
+    // Most errors leave the status as it was: make sure that it is no "try again" of an earlier
+    // try.
+    m_Connector->isWriteReady(0);
     const long count = CT_Write(rest.data(), rest.size(), 0);
     if (count > 0) {
       rest = rest.subspan(static_cast<std::size_t>(count));

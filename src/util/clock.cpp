@@ -9,8 +9,9 @@ constexpr useconds_t BriefPauseMicroseconds = 1000;
 }
 
 void pauseSeconds(unsigned int seconds) {
-  while (seconds > 0) {
-    seconds = ::sleep(seconds);
+  if (seconds > 0) {
+    // Nothing cuts it short: the program handles signals only at the password prompt.
+    ::sleep(seconds);
   }
 }
 

@@ -6,7 +6,7 @@
 /// counts them, and the short wait between tries of a device that is not ready.
 namespace util {
 
-/// Pauses for `seconds` seconds, also when a signal handler runs meanwhile.
+/// Pauses for `seconds` seconds.
 void pauseSeconds(unsigned int seconds);
 
 /// Pauses for about one millisecond.

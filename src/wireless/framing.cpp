@@ -43,6 +43,14 @@ int wnpaGenerator::constructWrapping(std::vector<unsigned char>& packet, int siz
   return size + static_cast<int>(header.size());
 }
 
+std::vector<unsigned char> wnpaGenerator::outgoing(std::span<const npa::Byte> packet) {
+  std::vector<unsigned char> bytes(packet.begin(), packet.end());
+  if (m_WrapMode) {
+    constructWrapping(bytes, static_cast<int>(bytes.size()));
+  }
+  return bytes;
+}
+
 int wnpaGenerator::sendNPAData(unsigned char* data, int length, int timeout) {
   unsigned char* reply = nullptr;
   const int count = m_Exchange.sendQuery(data, length, reply, timeout);

@@ -1,9 +1,14 @@
 #pragma once
 
+#include <span>
+#include <string>
 #include <vector>
 
 #include "cli/config_details.h"
+#include "npa/packet.h"
 #include "npa/send_config.h"
+
+struct StatusQuery;
 
 /// Builds configuration packets and status queries from the run's settings and exchanges them with
 /// the printer's wireless adapter.
@@ -67,6 +72,41 @@ class wnpaGenerator {
   /// Mode, security, channel, SSID and password.
   int configBasic();
 
+  /// The default run: shows the basic configuration's packet on standard error, configures, and
+  /// reports trouble code and IP address. Sends bare packets from the second try on when wrapped
+  /// ones are refused. A missing password is asked for twice, for the packet shown and for the one
+  /// sent. Returns the size of the packet shown.
+  int generate();
+
+  /// Resets the network adapter; returns the result of `sendConfig::resetINA`.
+  int reset();
+
+  // --- Status queries (status_queries.cpp) --------------------------------------------------
+  //
+  // Each asks for one setting. The first four return what the `sendConfig` operation of their name
+  // returns, which also prints the answer.
+
+  int getSSID();
+  int getIP();
+  int getTroubleCode();
+  int getAdapterDescriptor();
+
+  /// The 802.1x authentication status of the first record in the reply, or -1 without one.
+  int get802AuthStatus();
+
+  /// Whether 802.1x authentication is on (1), of the first record in the reply, or -1 without one.
+  int get802AuthEnabled();
+
+  /// Whether a certificate authority is installed (1), of the last record that has a value, or -1
+  /// without one.
+  int getCertAuthInstalled();
+
+  /// Dumps the reply to standard error. Returns -1, also when there was one.
+  int getAllSecuritySettings();
+
+  /// Dumps the reply to standard error. Returns -1, also when there was one.
+  int get802AuthCommonName();
+
  private:
   /// Appends an object with the text's bytes and a terminating zero byte.
   int appendText(unsigned char group, unsigned char number, const std::string& text);
@@ -74,8 +114,23 @@ class wnpaGenerator {
   int appendCode(unsigned char group, unsigned char number, unsigned int code);
   int appendObject(unsigned char group, unsigned char number, std::vector<char> value);
 
+  /// Clears the packet and encodes the settings of a basic configuration. Returns their size.
+  int encodeBasicSettings();
+
+  /// Frames the objects in the packet, `size` bytes, wrapped if wrap mode is on. Returns the size.
+  int frameBatch(int size);
+
   /// Frames the objects in the packet, `size` bytes, and sends them.
   int sendBatch(int size);
+
+  /// A request as it goes out: wrapped if wrap mode is on.
+  std::vector<unsigned char> outgoing(std::span<const npa::Byte> packet);
+
+  /// Sends the query for one setting through an operation of the exchange.
+  int runQuery(npa::Byte group, npa::Byte object, int (sendConfig::*exchange)(unsigned char*, int));
+
+  /// Sends a query and returns the collected reply, empty when there is none.
+  std::vector<unsigned char> collectReply(const StatusQuery& query);
 
   std::vector<unsigned char> m_Packet;
   configDetails* m_Configuration;

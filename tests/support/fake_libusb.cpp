@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <list>
+#include <utility>
 
 #include "support/virtual_system.h"
 
@@ -18,12 +19,12 @@ namespace {
 
 Library* currentLibrary = nullptr;
 
-void record(const char* name) {
-  currentLibrary->calls.emplace_back(std::string(name) + "()");
-}
-
-void record(const char* name, int argument) {
-  currentLibrary->calls.emplace_back(std::string(name) + "(" + std::to_string(argument) + ")");
+/// Records a call. Its text shows the first number, which tells the calls of a test apart.
+void record(const char* name, std::vector<long> numbers, std::vector<const void*> pointers) {
+  const std::string first = numbers.empty() ? "" : std::to_string(numbers.front());
+  currentLibrary->calls.emplace_back(std::string(name) + "(" + first + ")");
+  currentLibrary->lastNumbers = std::move(numbers);
+  currentLibrary->lastPointers = std::move(pointers);
 }
 
 void advanceClock(int milliseconds) {
@@ -52,6 +53,10 @@ Library::~Library() {
 
 Library* Library::current() {
   return currentLibrary;
+}
+
+std::ptrdiff_t Library::count(const std::string& call) const {
+  return std::ranges::count(calls, call);
 }
 
 struct usb_device* Library::addDevice(const std::string& bus, const std::string& name,
@@ -87,7 +92,9 @@ struct usb_device* Library::addDevice(const std::string& bus, const std::string&
   }
   struct usb_device& device = storage.device;
   std::snprintf(device.filename, sizeof device.filename, "%s", name.c_str());
-  device.descriptor.bNumConfigurations = static_cast<std::uint8_t>(configurations.size());
+  // The device tells how many there are, also when they could not be read.
+  device.descriptor.bNumConfigurations =
+      static_cast<std::uint8_t>(std::max<std::size_t>(configurations.size(), 1));
   device.config = storage.configurations.empty() ? nullptr : storage.configurations.data();
 
   struct usb_bus** link = &m_FirstBus;
@@ -124,26 +131,29 @@ using fake_libusb::record;
 extern "C" {
 
 void usb_init() {
-  record("usb_init");
+  record("usb_init", {}, {});
 }
 
 int usb_find_busses() {
-  record("usb_find_busses");
-  return 0;
+  record("usb_find_busses", {}, {});
+  return currentLibrary->idleResult;
 }
 
 int usb_find_devices() {
-  record("usb_find_devices");
-  return 0;
+  record("usb_find_devices", {}, {});
+  return currentLibrary->idleResult;
 }
 
 struct usb_bus* usb_get_busses() {
-  record("usb_get_busses");
+  record("usb_get_busses", {}, {});
   return currentLibrary->firstBus();
 }
 
 usb_dev_handle* usb_open(struct usb_device* dev) {
-  record("usb_open");
+  record("usb_open", {}, {dev});
+  if (currentLibrary->onOpen) {
+    currentLibrary->onOpen(dev);
+  }
   if (!currentLibrary->opens) {
     return nullptr;
   }
@@ -152,30 +162,31 @@ usb_dev_handle* usb_open(struct usb_device* dev) {
 }
 
 int usb_close(usb_dev_handle* dev) {
-  record("usb_close");
+  record("usb_close", {}, {dev});
   --currentLibrary->openHandles;
   delete dev;
-  return 0;
+  return currentLibrary->idleResult;
 }
 
-int usb_set_configuration(usb_dev_handle* /*dev*/, int configuration) {
-  record("usb_set_configuration", configuration);
-  return -EBUSY;
+int usb_set_configuration(usb_dev_handle* dev, int configuration) {
+  record("usb_set_configuration", {configuration}, {dev});
+  return currentLibrary->setConfiguration;
 }
 
-int usb_claim_interface(usb_dev_handle* /*dev*/, int interface) {
-  record("usb_claim_interface", interface);
+int usb_claim_interface(usb_dev_handle* dev, int interface) {
+  record("usb_claim_interface", {interface}, {dev});
   return currentLibrary->claim ? currentLibrary->claim(interface) : 0;
 }
 
-int usb_release_interface(usb_dev_handle* /*dev*/, int interface) {
-  record("usb_release_interface", interface);
-  return 0;
+int usb_release_interface(usb_dev_handle* dev, int interface) {
+  record("usb_release_interface", {interface}, {dev});
+  return currentLibrary->idleResult;
 }
 
-int usb_bulk_write(usb_dev_handle* /*dev*/, int ep, const char* bytes, int size, int timeout) {
-  record("usb_bulk_write", ep);
+int usb_bulk_write(usb_dev_handle* dev, int ep, const char* bytes, int size, int timeout) {
+  record("usb_bulk_write", {ep, size, timeout}, {dev, bytes});
   currentLibrary->chunkSizes.push_back(size);
+  currentLibrary->writeTimeouts.push_back(timeout);
   const auto* first = reinterpret_cast<const std::uint8_t*>(bytes);
   const int result =
       currentLibrary->bulkWrite ? currentLibrary->bulkWrite(Bytes(first, first + size)) : size;
@@ -188,8 +199,10 @@ int usb_bulk_write(usb_dev_handle* /*dev*/, int ep, const char* bytes, int size,
   return result;
 }
 
-int usb_bulk_read(usb_dev_handle* /*dev*/, int ep, char* bytes, int size, int timeout) {
-  record("usb_bulk_read", ep);
+int usb_bulk_read(usb_dev_handle* dev, int ep, char* bytes, int size, int timeout) {
+  record("usb_bulk_read", {ep, size, timeout}, {dev, bytes});
+  currentLibrary->readSizes.push_back(size);
+  currentLibrary->readTimeouts.push_back(timeout);
   if (currentLibrary->bulkRead) {
     return currentLibrary->bulkRead(bytes, size);
   }
@@ -204,31 +217,31 @@ int usb_bulk_read(usb_dev_handle* /*dev*/, int ep, char* bytes, int size, int ti
   return static_cast<int>(count);
 }
 
-int usb_clear_halt(usb_dev_handle* /*dev*/, unsigned int ep) {
-  record("usb_clear_halt", static_cast<int>(ep));
-  return 0;
+int usb_clear_halt(usb_dev_handle* dev, unsigned int ep) {
+  record("usb_clear_halt", {static_cast<long>(ep)}, {dev});
+  return currentLibrary->idleResult;
 }
 
-int usb_set_altinterface(usb_dev_handle* /*dev*/, int alternate) {
-  record("usb_set_altinterface", alternate);
-  return 41;
+int usb_set_altinterface(usb_dev_handle* dev, int alternate) {
+  record("usb_set_altinterface", {alternate}, {dev});
+  return currentLibrary->idleResult;
 }
 
-int usb_control_msg(usb_dev_handle* /*dev*/, int /*requesttype*/, int request, int /*value*/,
-                    int /*index*/, char* /*bytes*/, int /*size*/, int /*timeout*/) {
-  record("usb_control_msg", request);
-  return 42;
+int usb_control_msg(usb_dev_handle* dev, int requesttype, int request, int value, int index,
+                    char* bytes, int size, int timeout) {
+  record("usb_control_msg", {requesttype, request, value, index, size, timeout}, {dev, bytes});
+  return currentLibrary->idleResult;
 }
 
 char* usb_strerror() {
-  record("usb_strerror");
+  record("usb_strerror", {}, {});
   static char text[] = "no error";
   return text;
 }
 
-int usb_get_string_simple(usb_dev_handle* /*dev*/, int index, char* /*buf*/, size_t /*buflen*/) {
-  record("usb_get_string_simple", index);
-  return 43;
+int usb_get_string_simple(usb_dev_handle* dev, int index, char* buf, size_t buflen) {
+  record("usb_get_string_simple", {index, static_cast<long>(buflen)}, {dev, buf});
+  return currentLibrary->idleResult;
 }
 
 }  // extern "C"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -49,10 +50,14 @@ class Library {
   struct usb_device* addPrinter(const std::string& bus, const std::string& name);
 
   // What the calls answer.
-  bool opens = true;                                    ///< usb_open gives a handle
-  std::function<int(int interface)> claim;              ///< default 0
-  std::function<int(const Bytes&)> bulkWrite;           ///< default: all of it
-  std::function<int(char* buffer, int size)> bulkRead;  ///< default: a time-out
+  bool opens = true;                                     ///< usb_open gives a handle
+  std::function<void(const struct usb_device*)> onOpen;  ///< called by usb_open
+  std::function<int(int interface)> claim;               ///< default 0
+  std::function<int(const Bytes&)> bulkWrite;            ///< default: all of it
+  std::function<int(char* buffer, int size)> bulkRead;   ///< default: a time-out
+  int setConfiguration = 0;                              ///< usb_set_configuration
+  /// What the calls give that the program makes no use of.
+  int idleResult = 0;
   /// Bytes that arrive with the next bulk reads, at most one packet each.
   Bytes incoming;
 
@@ -60,7 +65,16 @@ class Library {
   std::vector<std::string> calls;  ///< e.g. "usb_claim_interface(0)"
   std::vector<Bytes> written;      ///< what each bulk write took
   std::vector<int> chunkSizes;     ///< what each bulk write was asked to take
+  std::vector<int> readSizes;      ///< what each bulk read had room for
+  std::vector<int> readTimeouts;   ///< milliseconds
+  std::vector<int> writeTimeouts;  ///< milliseconds
+  /// The arguments of the last call, numbers and pointers apart, each in order.
+  std::vector<long> lastNumbers;
+  std::vector<const void*> lastPointers;
   int openHandles = 0;
+
+  /// How often the call `call` was made, e.g. "usb_close()".
+  std::ptrdiff_t count(const std::string& call) const;
 
   static Library* current();
   struct usb_bus* firstBus() {

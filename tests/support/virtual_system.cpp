@@ -48,11 +48,18 @@ Device* System::openedAt(int descriptor) {
   return found == m_Open.end() ? nullptr : found->second;
 }
 
+void System::record(const std::string& event) {
+  if (event != "read" || events.empty() || events.back() != event) {
+    events.push_back(event);
+  }
+}
+
 bool System::owns(const char* path) const {
   return std::string_view(path).starts_with(DeviceFolder) || m_Devices.contains(path);
 }
 
 int System::open(const char* path, int flags) {
+  record("open");
   const auto found = m_Devices.find(path);
   if (found == m_Devices.end()) {
     errno = ENOENT;
@@ -67,12 +74,13 @@ int System::open(const char* path, int flags) {
     return -1;
   }
   device.isOpen = true;
-  const int descriptor = device.descriptor != 0 ? device.descriptor : m_NextDescriptor++;
+  const int descriptor = device.descriptor >= 0 ? device.descriptor : m_NextDescriptor++;
   m_Open[descriptor] = &device;
   return descriptor;
 }
 
 int System::close(int descriptor) {
+  record("close");
   Device& device = *m_Open.at(descriptor);
   ++device.closes;
   if (device.closeErrno != 0) {
@@ -87,6 +95,7 @@ int System::close(int descriptor) {
 namespace {
 
 ssize_t readDevice(Device& device, void* buffer, std::size_t size) {
+  currentSystem->record("read");
   ++device.reads;
   device.readSizes.push_back(size);
   if (const int error = device.readResult ? device.readResult() : 0; error != 0) {
@@ -108,6 +117,7 @@ ssize_t readDevice(Device& device, void* buffer, std::size_t size) {
 }
 
 ssize_t writeDevice(Device& device, const void* buffer, std::size_t size) {
+  currentSystem->record("write");
   const int result = device.writeResult ? device.writeResult(size) : static_cast<int>(size);
   if (result < 0) {
     errno = -result;
@@ -207,10 +217,16 @@ ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
 }
 
 int __wrap_select(int count, fd_set* reading, fd_set* writing, fd_set* failing, timeval* limit) {
-  Device* const device = virtualDevice(count - 1);
+  if (System::current() != nullptr) {
+    ++System::current()->selects;
+  }
+  const fd_set* const set = reading != nullptr ? reading : writing;
+  Device* const device =
+      set != nullptr && count > 0 && FD_ISSET(count - 1, set) ? virtualDevice(count - 1) : nullptr;
   if (device == nullptr) {
     return __real_select(count, reading, writing, failing, limit);
   }
+  device->lastLimit = *limit;
   const auto time = limit->tv_sec * virtual_system::Second + limit->tv_usec;
   return reading != nullptr ? virtual_system::selectForReading(*device, time)
                             : virtual_system::selectForWriting(*device, time);
@@ -220,16 +236,23 @@ unsigned int __wrap_sleep(unsigned int seconds) {
   if (System::current() == nullptr) {
     return __real_sleep(seconds);
   }
-  System::current()->sleeps.push_back(seconds);
-  System::current()->advance(seconds * virtual_system::Second);
-  return 0;
+  System& system = *System::current();
+  system.sleeps.push_back(seconds);
+  system.record("sleep " + std::to_string(seconds));
+  unsigned int slept = seconds;
+  if (!system.interruptedSleeps.empty()) {
+    slept = std::min(seconds, system.interruptedSleeps.front());
+    system.interruptedSleeps.pop_front();
+  }
+  system.advance(slept * virtual_system::Second);
+  return seconds - slept;
 }
 
 int __wrap_usleep(useconds_t microseconds) {
   if (System::current() == nullptr) {
     return __real_usleep(microseconds);
   }
-  ++System::current()->briefPauses;
+  System::current()->briefPauses.push_back(microseconds);
   System::current()->advance(microseconds);
   return 0;
 }

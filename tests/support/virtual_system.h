@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <sys/time.h>
 #include <vector>
 
 /// The operating system as the tests' programs see it: a clock that only moves when somebody
@@ -31,7 +32,7 @@ struct Device {
   // What the device does. Each hook may be left empty for the ordinary behaviour.
   int openErrno = 0;                            ///< open fails with this
   int closeErrno = 0;                           ///< close fails with this
-  int descriptor = 0;                           ///< open gives this one; 0: the next free one
+  int descriptor = -1;                          ///< open gives this one; -1: the next free one
   std::function<void(const Bytes&)> onWrite;    ///< called with what was taken
   std::function<int(std::size_t)> writeResult;  ///< count taken, or a negative errno
   std::function<int()> readResult;              ///< non-zero: a negative errno; 0: as ordinary
@@ -53,6 +54,7 @@ struct Device {
   std::vector<Bytes> writes;
   std::vector<std::size_t> readSizes;
   std::vector<long> selectLimits;  ///< microseconds
+  timeval lastLimit{};             ///< as the last select was given it
 
   std::deque<Arrival> arrivals;
 };
@@ -73,12 +75,24 @@ class System {
   Microseconds now() const { return m_Now; }
   void advance(Microseconds time) { m_Now += time; }
   /// Virtual time as `time` gives it.
-  std::int64_t wallClock() const { return ClockStart + m_Now / Second; }
+  std::int64_t wallClock() const { return ClockStart + m_Now / Second + clockShift; }
+
+  /// Seconds by which somebody has set the clock, without time passing.
+  std::int64_t clockShift = 0;
+  /// Whole-second pauses that a signal cuts short: each ends after this many seconds.
+  std::deque<unsigned int> interruptedSleeps;
 
   /// Each whole-second pause, in order.
   std::vector<unsigned int> sleeps;
-  /// Short pauses (usleep).
-  int briefPauses = 0;
+  /// Short pauses (usleep), in microseconds each.
+  std::vector<unsigned int> briefPauses;
+  /// What was done, over all devices, in order: "open", "write", "read", "close", "sleep 5". A run
+  /// of reads counts once; probes and short pauses are left out.
+  std::vector<std::string> events;
+  void record(const std::string& event);
+
+  /// Calls of select, on any descriptor.
+  int selects = 0;
 
   // The system calls, for the wrappers.
   Device* openedAt(int descriptor);

@@ -1,0 +1,179 @@
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <sys/wait.h>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "emulator/adapter.h"
+#include "emulator/command_process.h"
+#include "emulator/device_link.h"
+#include "emulator/message_log.h"
+#include "emulator/options.h"
+#include "emulator/private_devices.h"
+#include "emulator/pty_door.h"
+#include "emulator/signal_queue.h"
+
+namespace {
+
+using emulator::CommandProcess;
+using emulator::FreeDeviceLink;
+using emulator::Options;
+
+// As env(1) and timeout(1) have them.
+constexpr int StatusOwnFailure = 125;
+constexpr int StatusNotExecutable = 126;
+constexpr int StatusNotFound = 127;
+
+using StartError = CommandProcess::StartError;
+using LogStream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+void say(std::string_view text) {
+  std::fprintf(stderr, "zvkprinter: %.*s\n", static_cast<int>(text.size()), text.data());
+}
+
+LogStream openLog(const Options& options) {
+  if (!options.logFile) {
+    return {stderr, [](std::FILE*) {
+              return 0;
+            }};
+  }
+  LogStream stream(std::fopen(options.logFile->c_str(), "we"), std::fclose);
+  if (!stream) {
+    throw std::system_error(errno, std::generic_category(), *options.logFile);
+  }
+  return stream;
+}
+
+/// The arguments with the device's path for each {}.
+std::vector<std::string> withDevice(std::vector<std::string> command, const std::string& path) {
+  constexpr std::string_view placeholder = "{}";
+  for (std::string& argument : command) {
+    for (std::size_t at = argument.find(placeholder); at != std::string::npos;
+         at = argument.find(placeholder, at + path.size())) {
+      argument.replace(at, placeholder.size(), path);
+    }
+  }
+  return command;
+}
+
+/// A started command, and the link that it reaches the printer by, if it needs one.
+struct Started {
+  std::unique_ptr<FreeDeviceLink> link;
+  CommandProcess process;
+};
+
+/// Starts the command in a namespace of its own; nothing when that is not permitted.
+std::optional<Started> startInNamespace(const Options& options, const std::string& device,
+                                        const emulator::SignalQueue& signals) {
+  try {
+    return Started{nullptr,
+                   CommandProcess(withDevice(options.command, emulator::PrivateDevicePath), [&] {
+                     emulator::enterPrivateDevices(device);
+                     signals.restoreMask();
+                   })};
+  } catch (const StartError& error) {
+    if (error.step != StartError::Step::Preparation) {
+      throw;
+    }
+    say("no private /dev/usb/lp0 here: " + error.text);
+    return std::nullopt;
+  }
+}
+
+Started startWithLink(const Options& options, const std::string& device,
+                      const emulator::SignalQueue& signals) {
+  std::unique_ptr<FreeDeviceLink> link;
+  try {
+    link = std::make_unique<FreeDeviceLink>(device);
+  } catch (const std::system_error& error) {
+    throw std::runtime_error(
+        std::string("no link to the printer can be made: ") + error.what() +
+        "\nRun as root, or permit user namespaces (sysctl kernel.unprivileged_userns_clone=1), or "
+        "use 'zvkprinter serve --link=PATH' where you may write.");
+  }
+  say("the printer is at " + link->path() + " while the command runs ({} stands for it)");
+  CommandProcess process(withDevice(options.command, link->path()), [&] { signals.restoreMask(); });
+  return {std::move(link), process};
+}
+
+int run(const Options& options, emulator::PtyDoor& door) {
+  const emulator::SignalQueue signals;
+  std::optional<Started> started;
+  if (options.namespaces) {
+    started = startInNamespace(options, door.devicePath(), signals);
+  }
+  if (!started) {
+    started = startWithLink(options, door.devicePath(), signals);
+  }
+  CommandProcess& process = started->process;
+  door.carry(signals, [&](int signal) {
+    if (signal == SIGCHLD) {
+      return !process.hasEnded();
+    }
+    // The terminal sends these to the command as well, which decides what they mean.
+    if (signal != SIGINT && signal != SIGQUIT) {
+      process.signal(signal);
+    }
+    return true;
+  });
+  return process.exitStatus();
+}
+
+int serve(const Options& options, emulator::PtyDoor& door) {
+  const emulator::SignalQueue signals;
+  const emulator::DeviceLink link(options.link, door.devicePath());
+  std::printf("The printer is at %s\n", link.path().c_str());
+  std::fflush(stdout);
+  door.carry(signals, [](int signal) { return signal == SIGCHLD; });
+  return 0;
+}
+
+int serveOrRun(const Options& options) {
+  const LogStream logStream = openLog(options);
+  emulator::MessageLog log(
+      [&](std::string_view line) {
+        std::fprintf(logStream.get(), "zvkprinter: %.*s\n", static_cast<int>(line.size()),
+                     line.data());
+        std::fflush(logStream.get());
+      },
+      options.showSecrets);
+  emulator::Adapter adapter(options.personality, log);
+  emulator::PtyDoor door(adapter);
+  const int status =
+      options.action == Options::Action::Run ? run(options, door) : serve(options, door);
+  if (options.showSettings) {
+    for (const std::string& line : adapter.settings().describe(options.showSecrets)) {
+      std::printf("%s\n", line.c_str());
+    }
+  }
+  return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    const Options options = emulator::parseOptions({argv + 1, argv + argc});
+    if (options.action == Options::Action::Help) {
+      std::fputs(emulator::helpText().c_str(), stdout);
+      return 0;
+    }
+    return serveOrRun(options);
+  } catch (const emulator::UsageError& error) {
+    say(std::string(error.what()) + "; 'zvkprinter help' lists what there is");
+  } catch (const StartError& error) {
+    say(error.text + ": " + std::generic_category().message(error.error));
+    return error.error == ENOENT ? StatusNotFound : StatusNotExecutable;
+  } catch (const std::exception& error) {
+    say(error.what());
+  }
+  return StatusOwnFailure;
+}

@@ -1,0 +1,136 @@
+#include "emulator/message.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace emulator {
+
+namespace {
+
+using npa::Byte;
+using Kind = Message::Kind;
+
+constexpr std::size_t CommandOffset = 4;
+constexpr std::size_t DataOffset = 5;
+constexpr std::size_t ObjectsOffset = DataOffset + npa::DataKind{}.size();
+constexpr npa::DataKind DataSingleSettings = {0xD8, 0x01};
+constexpr npa::DataKind DataObjectStore = {0xC0, 0x03};
+
+bool opensWith(std::span<const Byte> packet, npa::DataKind kind) {
+  return packet.size() >= ObjectsOffset && packet[CommandOffset] == npa::RequestCommand &&
+         std::ranges::equal(packet.subspan(DataOffset, kind.size()), kind);
+}
+
+/// Reads the setting objects at the end of `packet`, which is the last `inner.size()` bytes of the
+/// message.
+bool parseSettings(Message& message, std::span<const Byte> inner) {
+  const std::size_t innerStart = message.packet.size() - inner.size();
+  const auto hideFrom = [&](std::size_t offset, std::size_t count) {
+    const auto first =
+        message.secretBytes.begin() + static_cast<std::ptrdiff_t>(innerStart + offset);
+    std::fill_n(first, count, true);
+  };
+  std::size_t offset = ObjectsOffset;
+  while (offset < inner.size()) {
+    const std::size_t left = inner.size() - offset;
+    const std::size_t valueSize =
+        left < npa::ObjectHeaderSize ? 0 : npa::numberAt(inner, offset + 3);
+    if (left < npa::ObjectHeaderSize + valueSize) {
+      hideFrom(offset, left);
+      return false;
+    }
+    const SettingKey key = {inner[offset], inner[offset + 1]};
+    offset += npa::ObjectHeaderSize;
+    const auto value = inner.subspan(offset, valueSize);
+    if (isSecret(key)) {
+      hideFrom(offset, valueSize);
+    }
+    message.settings.push_back({key, Bytes(value.begin(), value.end())});
+    offset += valueSize;
+  }
+  return true;
+}
+
+Kind parseInner(Message& message, std::span<const Byte> inner) {
+  if (opensWith(inner, npa::DataQuery)) {
+    if (inner.size() != npa::QuerySize) {
+      return Kind::Malformed;
+    }
+    message.asked = {inner[npa::QuerySize - 2], inner[npa::QuerySize - 1]};
+    return Kind::Query;
+  }
+  if (opensWith(inner, npa::DataSettings) || opensWith(inner, DataSingleSettings)) {
+    return parseSettings(message, inner) ? Kind::StoreSettings : Kind::Malformed;
+  }
+  if (opensWith(inner, DataObjectStore)) {
+    return Kind::ObjectStoreCall;
+  }
+  return std::ranges::equal(inner, npa::usbSniff) ? Kind::Sniff : Kind::Unknown;
+}
+
+/// The packet inside a wrapper; empty when its lengths contradict the wrapper's.
+std::span<const Byte> unwrap(std::span<const Byte> packet) {
+  if (packet.size() < npa::WrapHeaderSize + npa::LengthHeaderSize) {
+    return {};
+  }
+  const std::span<const Byte> inner = packet.subspan(npa::WrapHeaderSize);
+  const bool consistent = npa::numberAt(packet, ObjectsOffset) == inner.size() &&
+                          inner[0] == npa::StartByte &&
+                          npa::numberAt(inner, 1) + npa::LengthHeaderSize == inner.size();
+  return consistent ? inner : std::span<const Byte>();
+}
+
+std::string_view kindText(Kind kind) {
+  switch (kind) {
+    case Kind::Query:
+      return "query";
+    case Kind::StoreSettings:
+      return "store settings";
+    case Kind::Sniff:
+      return "sniff";
+    case Kind::ObjectStoreCall:
+      return "object-store call";
+    case Kind::Unknown:
+      return "unknown packet";
+    case Kind::Malformed:
+      return "malformed packet";
+  }
+  return {};
+}
+
+}  // namespace
+
+Message parseMessage(Bytes packet) {
+  Message message;
+  message.packet = std::move(packet);
+  message.secretBytes.assign(message.packet.size(), false);
+  std::span<const Byte> inner(message.packet);
+  message.wrapped = opensWith(inner, npa::DataWrapped);
+  if (message.wrapped) {
+    inner = unwrap(inner);
+    if (inner.empty()) {
+      message.kind = Kind::Malformed;
+      message.secretBytes.assign(message.packet.size(), true);
+      return message;
+    }
+  }
+  message.kind = parseInner(message, inner);
+  return message;
+}
+
+std::string describe(const Message& message, bool showSecrets) {
+  std::string text(kindText(message.kind));
+  text.append(message.wrapped ? ", wrapped" : "");
+  if (message.kind == Kind::Query) {
+    const SettingInfo* const info = findSetting(message.asked);
+    text.append(": ").append(info != nullptr ? info->name : "a setting that is not known");
+  }
+  const char* separator = ": ";
+  for (const Message::Setting& setting : message.settings) {
+    text.append(separator).append(describeSetting(setting.key, setting.value, showSecrets));
+    separator = ", ";
+  }
+  return text;
+}
+
+}  // namespace emulator

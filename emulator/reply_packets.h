@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "emulator/packet_reader.h"
+#include "emulator/setting_catalogue.h"
+
+/// The packets that an adapter answers with.
+namespace emulator {
+
+/// The refusal of a request.
+Bytes refusal();
+
+/// Bytes without a start byte, which no reader can take for a packet.
+Bytes garbage();
+
+/// The answer to settings; 0x01 says that they were accepted.
+Bytes settingsReply(npa::Byte result);
+
+/// The answer to a query as a packet of its own: the queried packet, the value's length, the value.
+Bytes recordPacket(SettingKey key, const Bytes& value);
+
+/// `packet` inside a wrapper.
+Bytes wrapped(const Bytes& packet);
+
+/// A reply of `count` packets, at least one. Each but the last holds `other`, and says that a
+/// further one follows; the last holds `content`. All are wrappers.
+Bytes packetSequence(const Bytes& other, const Bytes& content, std::size_t count);
+
+}  // namespace emulator

@@ -1,0 +1,122 @@
+#include "emulator/setting_catalogue.h"
+
+#include <algorithm>
+#include <array>
+
+#include "emulator/hex_text.h"
+
+namespace emulator {
+
+namespace {
+
+using Kind = SettingInfo::Kind;
+using Names = std::span<const std::string_view>;
+
+constexpr std::array<std::string_view, 2> ModeNames = {"managed", "ad-hoc"};
+constexpr std::array<std::string_view, 5> SecurityNames = {"none", "WEP", "WPA (1 or 2)", "802.1x",
+                                                           "WPA2 only"};
+
+constexpr std::array Catalogue = {
+    SettingInfo{settings::Reset, "adapter reset", Kind::Flag, false, {}},
+    SettingInfo{settings::Descriptor, "adapter descriptor", Kind::Text, false, {}},
+    SettingInfo{settings::IpAddress, "IP address", Kind::Address, false, {}},
+    SettingInfo{settings::Mode, "mode", Kind::Number, false, ModeNames},
+    SettingInfo{settings::Channel, "channel", Kind::Number, false, {}},
+    SettingInfo{settings::Ssid, "SSID", Kind::Text, false, {}},
+    SettingInfo{settings::WepKey1, "WEP key 1", Kind::Text, true, {}},
+    SettingInfo{settings::PreSharedKey, "pre-shared key", Kind::Text, true, {}},
+    SettingInfo{settings::TroubleCode, "trouble code", Kind::Number, false, {}},
+    SettingInfo{settings::Security, "security", Kind::Number, false, SecurityNames},
+    SettingInfo{settings::CaInstalled, "CA certificate installed", Kind::Flag, false, {}},
+    SettingInfo{settings::AuthEnabled, "802.1x authentication enabled", Kind::Flag, false, {}},
+    SettingInfo{settings::AuthCommonName, "802.1x common name", Kind::Text, false, {}},
+    SettingInfo{settings::AuthStatus, "802.1x authentication status", Kind::Number, false, {}},
+    SettingInfo{settings::AllSecurity, "all security settings", Kind::Text, false, {}},
+};
+
+/// A text without the zero bytes that end it.
+std::span<const npa::Byte> withoutTerminator(std::span<const npa::Byte> value) {
+  while (!value.empty() && value.back() == 0) {
+    value = value.first(value.size() - 1);
+  }
+  return value;
+}
+
+std::string describeNumber(std::span<const npa::Byte> value, Names names) {
+  constexpr std::size_t largest = 4;
+  if (value.empty() || value.size() > largest) {
+    return hexText(value);
+  }
+  std::size_t number = 0;
+  for (const npa::Byte byte : value) {
+    number = number << 8U | byte;
+  }
+  std::string text = std::to_string(number);
+  if (number < names.size()) {
+    text.append(" (").append(names[number]).append(")");
+  }
+  return text;
+}
+
+std::string describeAddress(std::span<const npa::Byte> value) {
+  std::string text;
+  for (const npa::Byte byte : value) {
+    text.append(text.empty() ? "" : ".").append(std::to_string(byte));
+  }
+  return text;
+}
+
+std::string describeValue(const SettingInfo& info, std::span<const npa::Byte> value) {
+  switch (info.kind) {
+    case Kind::Text:
+      return quoted(withoutTerminator(value));
+    case Kind::Number:
+    case Kind::Flag:
+      return describeNumber(value, info.numberNames);
+    case Kind::Address:
+      return describeAddress(value);
+  }
+  return {};
+}
+
+}  // namespace
+
+const SettingInfo* findSetting(SettingKey key) {
+  const auto* const found = std::ranges::find(Catalogue, key, &SettingInfo::key);
+  return found == Catalogue.end() ? nullptr : found;
+}
+
+bool isSecret(SettingKey key) {
+  const SettingInfo* const info = findSetting(key);
+  return info == nullptr || info->secret;
+}
+
+std::string describeSetting(SettingKey key, std::span<const npa::Byte> value, bool showSecrets) {
+  const SettingInfo* const info = findSetting(key);
+  std::string text;
+  if (info == nullptr) {
+    const std::array numbers = {key.group, key.object};
+    text.append("object ").append(hexText(numbers));
+  } else {
+    text.append(info->name);
+  }
+  text.append(" = ");
+  if (isSecret(key) && !showSecrets) {
+    return text.append("(").append(std::to_string(value.size())).append(" bytes)");
+  }
+  return text.append(info == nullptr ? hexText(value) : describeValue(*info, value));
+}
+
+std::string quoted(std::span<const npa::Byte> text) {
+  std::string result = "\"";
+  for (const npa::Byte byte : text) {
+    if (byte >= 0x20 && byte <= 0x7E) {
+      result.push_back(static_cast<char>(byte));
+    } else {
+      result.append("\\x").append(hexText(std::array{byte}));
+    }
+  }
+  return result.append("\"");
+}
+
+}  // namespace emulator

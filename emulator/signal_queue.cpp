@@ -1,0 +1,37 @@
+#include "emulator/signal_queue.h"
+
+#include <cerrno>
+#include <pthread.h>
+#include <sys/signalfd.h>
+#include <system_error>
+
+namespace emulator {
+
+SignalQueue::SignalQueue() {
+  sigset_t set{};
+  ::sigemptyset(&set);
+  for (const int signal : {SIGCHLD, SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
+    ::sigaddset(&set, signal);
+  }
+  ::pthread_sigmask(SIG_BLOCK, &set, &m_Previous);
+  m_Fd = UniqueFd(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
+  if (!m_Fd) {
+    throw std::system_error(errno, std::generic_category(), "signalfd");
+  }
+}
+
+SignalQueue::~SignalQueue() {
+  restoreMask();
+}
+
+int SignalQueue::next() const {
+  signalfd_siginfo info{};
+  const ssize_t size = ::read(m_Fd.get(), &info, sizeof info);
+  return size == static_cast<ssize_t>(sizeof info) ? static_cast<int>(info.ssi_signo) : 0;
+}
+
+void SignalQueue::restoreMask() const {
+  ::pthread_sigmask(SIG_SETMASK, &m_Previous, nullptr);
+}
+
+}  // namespace emulator

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <csignal>
+
+#include "emulator/unique_fd.h"
+
+namespace emulator {
+
+/// Turns the signals that end a program, and SIGCHLD, into a queue that can be polled. While it
+/// lives they are blocked.
+class SignalQueue {
+ public:
+  SignalQueue();
+  ~SignalQueue();
+  SignalQueue(const SignalQueue&) = delete;
+  SignalQueue& operator=(const SignalQueue&) = delete;
+
+  /// Readable when a signal waits.
+  int descriptor() const { return m_Fd.get(); }
+
+  /// Takes the next signal; 0 when none waits.
+  int next() const;
+
+  /// Unblocks the signals again; for a child before it runs another program.
+  void restoreMask() const;
+
+ private:
+  sigset_t m_Previous{};
+  UniqueFd m_Fd;
+};
+
+}  // namespace emulator

@@ -1,0 +1,54 @@
+# Shared by the scripts: where the project is, what it says, what it installs. Sourced, not run.
+
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+say() { printf '\n== %s\n' "$*"; }
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo "$@"
+  else
+    echo "This needs root: $*" >&2
+    echo "Run it as root, or install sudo, or install these packages yourself and try again." >&2
+    return 1
+  fi
+}
+
+is_installed() {
+  [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# Installs the packages that are missing, and says which.
+install_packages() {
+  local package missing=()
+  for package in "$@"; do
+    is_installed "$package" || missing+=("$package")
+  done
+  if [ "${#missing[@]}" -eq 0 ]; then
+    echo "All needed packages are installed."
+    return
+  fi
+  echo "Installing: ${missing[*]}"
+  as_root apt-get update -qq
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
+    "${missing[@]}" >/dev/null
+}
+
+build_packages=(g++ cmake ninja-build libusb-dev)
+test_packages=(ccache clang clang-format clang-tidy faketime libexpat1-dev libgtest-dev libssl-dev
+  libxml2-dev)
+bench_packages=(libbenchmark-dev libexpat1-dev libssl-dev libxml2-dev)
+fuzz_packages=(clang libclang-rt-dev)
+
+# Configures (once) and builds a preset; further arguments go to the configuration.
+build_preset() {
+  local preset=$1
+  shift
+  if [ ! -f "build/$preset/build.ninja" ]; then
+    cmake --preset "$preset" "$@" >/dev/null
+  fi
+  cmake --build --preset "$preset"
+}

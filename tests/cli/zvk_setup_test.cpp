@@ -1,0 +1,238 @@
+#include "cli/zvk_setup.h"
+
+#include <cerrno>
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/command_line.h"
+#include "support/fake_libusb.h"
+#include "support/output.h"
+#include "support/rows.h"
+#include "support/standard_input.h"
+#include "support/usblp_printer.h"
+
+using support::Bytes;
+using support::bytes;
+using support::CommandLine;
+using support::HelpText;
+using support::Output;
+using support::outputOf;
+using support::TransportGone;
+using virtual_system::Second;
+
+namespace {
+
+/// A whole run of the driver against a scripted printer.
+class Setup : public support::UsblpPrinter {
+ protected:
+  /// Runs the program with these arguments and returns its result; `output` gets what it wrote.
+  int run(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "/usr/bin/zvkconfig");
+    CommandLine line(std::move(arguments));
+    int result = -77;
+    output = outputOf([&] {
+      const zvkSetup setup(line.count(), line.vector());
+      result = setup.getReturnCode();
+    });
+    return result;
+  }
+
+  Output output;
+};
+
+const Bytes Accepted = bytes("A5 00 03 50 E0 01");
+const Bytes Refused = bytes("A5 00 03 D4 E0 01");
+
+// Default mode, security and channel, SSID "x".
+const Bytes BarePacket = bytes(
+    "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 "
+    "28 05 00 00 04 00 00 00 06 28 08 00 00 02 78 00");
+const Bytes WrappedPacket = support::joined({bytes("A5 00 2F 50 E0 63 02 00 29"), BarePacket});
+
+const std::string BasicLines =
+    "D [ZVK] Basic config...\n"
+    "D [ZVK] Mode = 'Managed'\n"
+    "D [ZVK] Security = 'None'\n"
+    "D [ZVK] Security mode: 0 (No Security)\n"
+    "D [ZVK] SSID = x\n";
+
+}  // namespace
+
+// --- Help ---------------------------------------------------------------------------------------
+
+TEST_F(Setup, PrintsTheHelpWithTheGeneratorMade) {
+  EXPECT_EQ(run({"-h"}), 0);
+  EXPECT_EQ(output, (Output{HelpText, TransportGone}));
+  EXPECT_EQ(device.opens, 0);
+}
+
+TEST_F(Setup, PrintsTheHelpWhateverFollows) {
+  EXPECT_EQ(run({"-h", "--ssid=x", "/dev/usb/lp1", "-c"}), 0);
+  EXPECT_EQ(output, (Output{HelpText, TransportGone}));
+}
+
+TEST(ShowHelp, PrintsTheHelpAlone) {
+  int result = -77;
+  EXPECT_EQ(outputOf([&] { result = zvkSetup::showHelp(); }), (Output{HelpText, ""}));
+  EXPECT_EQ(result, 0);
+}
+
+// --- Missing arguments --------------------------------------------------------------------------
+
+TEST_F(Setup, ThrowsWithoutACommand) {
+  CommandLine line({"zvkconfig"});
+  EXPECT_THROW(zvkSetup(line.count(), line.vector()), std::out_of_range);
+  EXPECT_THROW(zvkSetup(0, line.vector()), std::out_of_range);
+}
+
+TEST_F(Setup, ThrowsWhenAConfigurationHasNoSecondArgument) {
+  CommandLine line({"zvkconfig", "-c"});
+  EXPECT_THROW(zvkSetup(line.count(), line.vector()), std::out_of_range);
+  EXPECT_EQ(device.opens, 0);
+}
+
+TEST_F(Setup, NeedsNoSecondArgumentForHelp) {
+  EXPECT_EQ(run({"-h"}), 0);
+}
+
+// --- Basic configuration ------------------------------------------------------------------------
+
+TEST_F(Setup, ConfiguresTheDefaultDevice) {
+  answer({Accepted});
+  EXPECT_EQ(run({"-c", "--ssid=x"}), 0);
+  EXPECT_EQ(device.writes, std::vector<Bytes>{WrappedPacket});
+  EXPECT_EQ(output, (Output{"", BasicLines + "D [ZVK] Basic config ret = 0\n" + TransportGone}));
+  EXPECT_EQ(system.sleeps, std::vector<unsigned int>{5});
+}
+
+TEST_F(Setup, ConfiguresTheGivenDevice) {
+  auto& other = system.device("/dev/usb/lp1");
+  run({"-c", "--ssid=x", "/dev/usb/lp1"});
+  EXPECT_EQ(other.writes.at(0), WrappedPacket);
+  EXPECT_EQ(device.opens, 0);
+}
+
+TEST_F(Setup, TakesTheSwitchForAnOptionToo) {
+  // The switch is looked at like any other argument, and holds no key.
+  answer({Accepted});
+  EXPECT_EQ(run({"-c", "-c", "--ssid=x"}), 0);
+  EXPECT_EQ(device.writes, std::vector<Bytes>{WrappedPacket});
+}
+
+// --- The second try with bare packets -----------------------------------------------------------
+
+namespace {
+
+struct RetryRow : support::Row {
+  std::vector<Bytes> replies;
+  std::vector<Bytes> packets;
+  std::vector<int> results;  ///< of each try
+};
+
+class Retry : public Setup, public testing::WithParamInterface<RetryRow> {};
+
+}  // namespace
+
+TEST_P(Retry, FollowsARefusalAndNothingElse) {
+  answer(GetParam().replies);
+  EXPECT_EQ(run({"-c", "--ssid=x"}), GetParam().results.back());
+  EXPECT_EQ(device.writes, GetParam().packets);
+  std::string lines;
+  for (const int result : GetParam().results) {
+    lines += BasicLines + "D [ZVK] Basic config ret = " + std::to_string(result) + "\n";
+  }
+  EXPECT_EQ(output, (Output{"", lines + TransportGone}));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Replies, Retry,
+    testing::Values(
+        RetryRow{{"Accepted"}, {Accepted}, {WrappedPacket}, {0}},
+        RetryRow{{"NotAccepted"}, {bytes("00")}, {WrappedPacket}, {1}},
+        RetryRow{
+            {"RefusedThenAccepted"}, {Refused, Accepted}, {WrappedPacket, BarePacket}, {-1, 0}},
+        RetryRow{{"RefusedThenNotAccepted"},
+                 {Refused, bytes("00")},
+                 {WrappedPacket, BarePacket},
+                 {-1, 1}},
+        RetryRow{
+            {"RefusedTwice"}, {Refused, Refused, Accepted}, {WrappedPacket, BarePacket}, {-1, -1}},
+        RetryRow{{"SilentThenAccepted"}, {{}, Accepted}, {WrappedPacket, BarePacket}, {-1, 0}},
+        RetryRow{{"SilentTwice"}, {{}}, {WrappedPacket, BarePacket}, {-1, -1}}),
+    support::rowName);
+
+TEST_F(Setup, SendsBareWhatIsTooLargeToBeWrapped) {
+  answer({Accepted});
+  const std::string ssid(65498, 's');
+  EXPECT_EQ(run({"-c", "--ssid=" + ssid}), 0);
+  ASSERT_EQ(device.writes.size(), 1U);
+  EXPECT_EQ(Bytes(device.writes[0].begin(), device.writes[0].begin() + 7),
+            bytes("A5 FF FF 50 E0 DA 01"));
+}
+
+TEST_F(Setup, FailsWithoutSendingWhatIsTooLargeInEitherWay) {
+  EXPECT_EQ(run({"-c", "--ssid=" + std::string(65499, 's')}), -1);
+  EXPECT_EQ(device.opens, 0);
+}
+
+TEST_F(Setup, AsksForThePasswordInEachTry) {
+  answer({Refused, Accepted});
+  const support::StandardInput input("one\ntwo\n");
+  EXPECT_EQ(run({"-c", "--security=WPA"}), 0);
+  EXPECT_EQ(output.out, "Please provide the password:\n\nPlease provide the password:\n\n");
+  EXPECT_EQ(device.writes.size(), 2U);
+}
+
+// --- Bad devices --------------------------------------------------------------------------------
+
+namespace {
+
+struct DeviceRow : support::Row {
+  const char* path;
+};
+
+class SetupDevice : public Setup, public testing::WithParamInterface<DeviceRow> {};
+
+}  // namespace
+
+// Both tries run as usual, with their pauses, and no wait for a reply.
+TEST_P(SetupDevice, FailsAfterBothTries) {
+  fake_libusb::Library library;
+  EXPECT_EQ(run({"-c", "--ssid=x", GetParam().path}), -1);
+  EXPECT_EQ(system.now(), 10 * Second);
+  EXPECT_EQ(output, (Output{"", BasicLines + "D [ZVK] Basic config ret = -1\n" + BasicLines +
+                                    "D [ZVK] Basic config ret = -1\n" + TransportGone}));
+  EXPECT_EQ(device.opens, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Paths, SetupDevice,
+                         testing::Values(DeviceRow{{"NoPath"}, "printer"}, DeviceRow{{"Empty"}, ""},
+                                         DeviceRow{{"ColonAlone"}, ":"},
+                                         DeviceRow{{"BusAlone"}, "1:"},
+                                         DeviceRow{{"NumberTooLong"}, "99999999999:1"},
+                                         DeviceRow{{"FolderAlone"}, "/dev/usb/"},
+                                         DeviceRow{{"NumberTooHigh"}, "/dev/usb/lp99"},
+                                         DeviceRow{{"NoDevice"}, "/dev/usb/lp1"}),
+                         support::rowName);
+
+TEST_F(Setup, FailsWhenTheDeviceIsBusyOrForbidden) {
+  for (const int error : {EACCES, EBUSY, ENOENT}) {
+    device.openErrno = error;
+    EXPECT_EQ(run({"-c", "--ssid=x"}), -1);
+    EXPECT_TRUE(device.writes.empty());
+  }
+}
+
+// --- Over libusb --------------------------------------------------------------------------------
+
+TEST_F(Setup, ConfiguresOverLibUsb) {
+  fake_libusb::Library library;
+  library.addPrinter("002", "005");
+  library.incoming = Accepted;
+  EXPECT_EQ(run({"-c", "--ssid=x", "2:5"}), 0);
+  EXPECT_EQ(library.written, std::vector<Bytes>{WrappedPacket});
+  EXPECT_EQ(library.openHandles, 0);
+}

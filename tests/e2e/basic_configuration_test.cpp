@@ -1,0 +1,143 @@
+#include <chrono>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/printer_run.h"
+
+// The real program configures the emulated printer: what it says, how it ends, and the bytes that
+// arrive.
+
+namespace {
+
+using support::lines;
+using support::PrinterRun;
+using support::runWithPrinter;
+
+const std::string WrappedHome =
+    "A5 00 32 50 E0 63 02 00 2C A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 "
+    "00 00 00 28 05 00 00 04 00 00 00 06 28 08 00 00 05 68 6F 6D 65 00";
+const std::string BareHome =
+    "A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 28 05 00 00 04 00 "
+    "00 00 06 28 08 00 00 05 68 6F 6D 65 00";
+
+const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
+
+std::vector<std::string> basicConfig(const std::string& ssid, int result) {
+  return {"D [ZVK] Basic config...",   "D [ZVK] Mode = 'Managed'",
+          "D [ZVK] Security = 'None'", "D [ZVK] Security mode: 0 (No Security)",
+          "D [ZVK] SSID = " + ssid,    "D [ZVK] Basic config ret = " + std::to_string(result)};
+}
+
+/// What the program says when it tried once, or wrapped and then bare.
+std::string diagnostics(std::initializer_list<int> results) {
+  std::string text;
+  for (const int result : results) {
+    text += lines(basicConfig("home", result));
+  }
+  return text + lines({LastLine});
+}
+
+PrinterRun configureHome(std::vector<std::string> options) {
+  return runWithPrinter(std::move(options), {"-c", "--ssid=home", "--security=None", "{}"});
+}
+
+TEST(BasicConfiguration, IsStoredByThePrinter) {
+  const PrinterRun run = configureHome({"--show"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, lines({"adapter descriptor = \"Emulated wireless adapter -\"",
+                            "IP address = 192.168.1.20", "mode = 0 (managed)", "channel = 6",
+                            "SSID = \"home\"", "trouble code = 0", "security = 0 (none)"}));
+  EXPECT_EQ(run.err, diagnostics({0}));
+  EXPECT_EQ(run.received, std::vector{WrappedHome});
+}
+
+TEST(BasicConfiguration, TakesEveryBasicOption) {
+  const PrinterRun run = runWithPrinter(
+      {"--show"},
+      {"-c", "--ssid=x", "--mode=Ad-Hoc", "--security=WEP", "--channel=3", "--passwd=abcde", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out,
+            lines({"adapter descriptor = \"Emulated wireless adapter -\"",
+                   "IP address = 192.168.1.20", "mode = 1 (ad-hoc)", "channel = 3", "SSID = \"x\"",
+                   "WEP key 1 = \"abcde\"", "trouble code = 0", "security = 1 (WEP)"}));
+  EXPECT_EQ(run.received,
+            std::vector<std::string>{
+                "A5 00 3A 50 E0 63 02 00 34 A5 00 31 50 E0 DA 01 28 02 00 00 04 00 00 00 01 28 22 "
+                "00 00 04 00 00 00 01 28 05 00 00 04 00 00 00 03 28 08 00 00 02 78 00 28 09 00 00 "
+                "06 61 62 63 64 65 00"});
+}
+
+TEST(BasicConfiguration, IsRepeatedBareWhenWrappedPacketsAreRefused) {
+  const PrinterRun run = configureHome({"--refuse-wrapped", "--show"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.out.find("SSID = \"home\"\n"), std::string::npos);
+  EXPECT_EQ(run.err, diagnostics({-1, 0}));
+  EXPECT_EQ(run.received, (std::vector{WrappedHome, BareHome}));
+}
+
+TEST(BasicConfiguration, EndsWith255WhenTheAdapterRefusesBothForms) {
+  const PrinterRun run = configureHome({"--refuse-all", "--show"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.out.find("SSID"), std::string::npos);
+  EXPECT_EQ(run.err, diagnostics({-1, -1}));
+  EXPECT_EQ(run.received, (std::vector{WrappedHome, BareHome}));
+}
+
+TEST(BasicConfiguration, EndsWith255WhenTheAdapterIsSilent) {
+  const PrinterRun run = configureHome({"--silent"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.err, diagnostics({-1, -1}));
+  EXPECT_EQ(run.received, (std::vector{WrappedHome, BareHome}));
+}
+
+TEST(BasicConfiguration, EndsWith1WhenTheAnswerDoesNotEndIn01) {
+  for (const char* option : {"--result=00", "--result=02", "--garbage", "--cut=3"}) {
+    SCOPED_TRACE(option);
+    const PrinterRun run = configureHome({option});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, diagnostics({1}));
+    EXPECT_EQ(run.received, std::vector{WrappedHome});
+  }
+}
+
+TEST(BasicConfiguration, EndsWith255WhenNothingIsLeftOfTheAnswer) {
+  EXPECT_EQ(configureHome({"--cut=0"}).status, 255);
+}
+
+TEST(BasicConfiguration, ReadsAnAnswerInPieces) {
+  EXPECT_EQ(configureHome({"--pieces=1"}).status, 0);
+}
+
+TEST(BasicConfiguration, ReadsAnAnswerThatComesAfterThePause) {
+  const PrinterRun run = configureHome({"--late=7"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.received, std::vector{WrappedHome});
+}
+
+TEST(BasicConfiguration, WaitsFiveSecondsBeforeAndFiveAfterTheAnswerInRealTime) {
+  const auto start = std::chrono::steady_clock::now();
+  const PrinterRun run = support::runWithPrinterInRealTime({}, {"-c", "--ssid=home", "{}"});
+  const auto elapsed = std::chrono::steady_clock::now() - start;
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, diagnostics({0}));
+  // Whole seconds of the clock: the second wait may begin late in one.
+  EXPECT_GE(elapsed, std::chrono::seconds(9));
+  EXPECT_LT(elapsed, std::chrono::seconds(15));
+}
+
+class PathWithoutPrinter : public testing::TestWithParam<const char*> {};
+
+TEST_P(PathWithoutPrinter, FailsBothTriesAndEndsWith255) {
+  const PrinterRun run = runWithPrinter({}, {"-c", "--ssid=home", GetParam()});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, diagnostics({-1, -1}));
+  EXPECT_TRUE(run.received.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Paths, PathWithoutPrinter,
+                         testing::Values("", "printer", ":", "1:", "99999999999:1", "/dev/usb/",
+                                         "/dev/usb/lp9", "/dev/usb/lp99", "/dev/usb"));
+
+}  // namespace

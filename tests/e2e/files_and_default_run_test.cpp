@@ -1,0 +1,157 @@
+#include <csignal>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/printer_run.h"
+#include "support/process.h"
+
+// Options and raw packets from files, and the default run of an unknown switch.
+
+namespace {
+
+using support::lines;
+using support::PrinterRun;
+using support::runWithPrinter;
+using support::TemporaryFolder;
+using Words = std::vector<std::string>;
+
+const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
+
+class WithFile : public testing::Test {
+ protected:
+  std::string write(std::string_view content) {
+    const std::string path = m_Folder.path("file");
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
+  }
+
+  std::string folder() { return m_Folder.path(""); }
+
+ private:
+  TemporaryFolder m_Folder;
+};
+
+using ArgumentFile = WithFile;
+using NpaFile = WithFile;
+
+TEST_F(ArgumentFile, GivesTheOptionsOfAConfiguration) {
+  const std::string file = write(
+      "# my network\n"
+      "--ssid=\"My Net\"\r\n"
+      "--security=WPA\n"
+      "--mode=Managed\r\n"
+      "\n"
+      "--passwd=\"two words\"");
+  const PrinterRun run = runWithPrinter({}, {"-c", "-file", file, "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err,
+            lines({"D [ZVK] Basic config...", "D [ZVK] Mode = 'Managed\r'",
+                   "D [ZVK] Security = 'WPA'", "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))",
+                   "D [ZVK] SSID = My Net", "D [ZVK] Basic config ret = 0", LastLine}));
+  EXPECT_EQ(run.received,
+            Words{"A5 00 43 50 E0 63 02 00 3D A5 00 3A 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 "
+                  "22 00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 06 28 08 00 00 07 4D 79 20 4E "
+                  "65 74 00 28 11 00 00 0A 74 77 6F 20 77 6F 72 64 73 00"});
+}
+
+TEST_F(ArgumentFile, CountsAsEmptyWhenItCannotBeRead) {
+  for (const std::string& file : {folder(), folder() + "missing"}) {
+    const PrinterRun run = runWithPrinter({}, {"-c", "-file", file, "{}"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.err.find("D [ZVK] SSID = \n"), std::string::npos) << run.err;
+    EXPECT_EQ(run.received.size(), 1U);
+  }
+}
+
+TEST_F(ArgumentFile, NeedsTheDeviceBehindIt) {
+  const auto result = support::runProcess({ZVKCONFIG, "-c", "-file", write("--ssid=x\n")});
+  EXPECT_EQ(result.status, 128 + SIGABRT);
+}
+
+TEST_F(NpaFile, GoesOutAsItStands) {
+  const std::string file = write("A5 00 06 50 e0 d8 00 0A 02\n");
+  const PrinterRun run = runWithPrinter({}, {"-npa", "-file", file, "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "npaFileData: (18 bytes) A5000650e0d8000A02\n");
+  EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 9 bytes", "A5 00 06 50 E0 D8 00 0A 02 |...P.....",
+                            "D [ZVK] sendNPA response (11 bytes)",
+                            "E0 D8 00 0A 02 00 04 C0 A8 01 14 |...........", LastLine}));
+  EXPECT_EQ(run.received, Words{"A5 00 06 50 E0 D8 00 0A 02"});
+}
+
+TEST_F(NpaFile, LosesAnOddLastDigit) {
+  const PrinterRun run =
+      runWithPrinter({}, {"-npa", "-file", write("A500 0650 E0D8 000A 02F"), "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.received, Words{"A5 00 06 50 E0 D8 00 0A 02"});
+}
+
+TEST_F(NpaFile, SendsNothingWhenThereIsNone) {
+  const PrinterRun run = runWithPrinter({}, {"-npa", "-file", folder() + "missing", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err,
+            lines({"D [ZVK] NPA data: 0 bytes", "D [ZVK] sendNPA response (0 bytes)", LastLine}));
+  EXPECT_TRUE(run.received.empty());
+}
+
+TEST_F(NpaFile, IsTheDeviceWhenNoneStandsBehindIt) {
+  const std::string file = write("A5");
+  const PrinterRun run = runWithPrinter({}, {"-npa", "-file", file});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 1 bytes", "A5 |.",
+                            "D [ZVK] Failed to open usb device '" + file + "'!",
+                            "D [ZVK] sendNPA response (0 bytes)", LastLine}));
+}
+
+TEST(RawSending, NeedsASecondArgument) {
+  EXPECT_EQ(support::runProcess({ZVKCONFIG, "-npa"}).status, 128 + SIGABRT);
+}
+
+const std::string Progress =
+    "Configuring the printer....\n"
+    "Resetting the printer....\n"
+    "Connecting to wireless network....Acquiring network address....\n"
+    "IP-ADDRESS : ";
+
+TEST(DefaultRun, ConfiguresAndReportsTheAddress) {
+  const PrinterRun run = runWithPrinter({}, {"-x", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, Progress + "192.168.1.20\n");
+  EXPECT_TRUE(run.err.starts_with(
+      lines({"D [ZVK] Mode = 'Managed'", "D [ZVK] Security = 'None'",
+             "D [ZVK] Security mode: 0 (No Security)", "D [ZVK] SSID = "}) +
+      "a5 0 28 50 e0 63 2 0 22 a5 0 1f 50 e0 da 1 28 2 0 0 4 0 0 0 0 28 22 0 0 4 0 0 0 0 28 5 0 0 "
+      "4 0 0 0 6 D [ZVK] Basic config...\n"))
+      << run.err;
+  EXPECT_EQ(run.received,
+            (Words{"A5 00 28 50 E0 63 02 00 22 A5 00 1F 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 "
+                   "22 00 00 04 00 00 00 00 28 05 00 00 04 00 00 00 06",
+                   "A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 28 15",
+                   "A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 0A 02"}));
+}
+
+TEST(DefaultRun, GoesOnBareOnceWrappedIsRefusedAndAlwaysEndsWell) {
+  const PrinterRun run = runWithPrinter({"--refuse-wrapped"}, {"-x", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, Progress + "192.168.1.20\n");
+  ASSERT_EQ(run.received.size(), 4U);
+  EXPECT_EQ(run.received[2], "A5 00 06 50 E0 D8 00 28 15");
+  EXPECT_EQ(run.received[3], "A5 00 06 50 E0 D8 00 0A 02");
+  EXPECT_EQ(runWithPrinter({"--refuse-all"}, {"-x", "{}"}).status, 0);
+}
+
+TEST(UnavailableCommands, AreRefusedAndTouchNothing) {
+  for (const char* command : {"-ca", "-cer", "-icer", "-rcerdefs", "-csr"}) {
+    const PrinterRun run = runWithPrinter({}, {command, "{}"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "zvkconfig: this version has no command '" + std::string(command) + "'\n");
+    EXPECT_TRUE(run.received.empty());
+  }
+}
+
+}  // namespace

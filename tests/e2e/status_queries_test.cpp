@@ -1,0 +1,147 @@
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/printer_run.h"
+#include "support/rows.h"
+
+// The real program reads the emulated printer's state back.
+
+namespace {
+
+using support::lines;
+using support::PrinterRun;
+using support::runWithPrinter;
+using Words = std::vector<std::string>;
+
+const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
+const std::string Wrap = "A5 00 0F 50 E0 63 02 00 09 ";
+
+struct QueryRow : support::Row {
+  Words options;
+  const char* command;
+  /// The bare query; each that arrives, "w" for wrapped and "b" for bare.
+  const char* query;
+  const char* arrivals;
+  int status;
+  const char* out;
+};
+
+class StatusQuery : public testing::TestWithParam<QueryRow> {};
+
+TEST_P(StatusQuery, IsAskedAnsweredAndReported) {
+  const QueryRow& row = GetParam();
+  const PrinterRun run = runWithPrinter(row.options, {row.command, "{}"});
+  EXPECT_EQ(run.status, row.status);
+  EXPECT_EQ(run.out, row.out);
+  EXPECT_EQ(run.err, LastLine + "\n");
+  Words expected;
+  for (const char form : std::string(row.arrivals)) {
+    expected.push_back((form == 'w' ? Wrap : "") + row.query);
+  }
+  EXPECT_EQ(run.received, expected);
+}
+
+constexpr const char* Ssid = "A5 00 06 50 E0 D8 00 28 08";
+constexpr const char* Ip = "A5 00 06 50 E0 D8 00 0A 02";
+constexpr const char* Trouble = "A5 00 06 50 E0 D8 00 28 15";
+constexpr const char* Descriptor = "A5 00 06 50 E0 D8 00 06 1F";
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, StatusQuery,
+    testing::Values(
+        QueryRow{{"Ssid"}, {"--ssid=My Net"}, "-s", Ssid, "w", 0, "My Net\n"},
+        QueryRow{{"SsidBare"}, {"--refuse-wrapped", "--ssid=x"}, "-s", Ssid, "wb", 0, "x\n"},
+        QueryRow{{"SsidRefused"}, {"--refuse-all"}, "-s", Ssid, "wb", 255, ""},
+        QueryRow{{"SsidMissing"}, {}, "-s", Ssid, "wwwwwww", 1, ""},
+        QueryRow{{"Ip"}, {"--ip=10.0.0.255"}, "-ip", Ip, "w", 0, "10.0.0.255\n"},
+        QueryRow{{"IpBare"}, {"--refuse-wrapped"}, "-ip", Ip, "wb", 0, "192.168.1.20\n"},
+        QueryRow{{"IpAfterThreeQueries"}, {"--ip-after=3"}, "-ip", Ip, "wwww", 0, "192.168.1.20\n"},
+        QueryRow{{"IpAfterSomeSeconds"}, {"--ip-after=12s"}, "-ip", Ip, "www", 0, "192.168.1.20\n"},
+        QueryRow{{"IpNever"}, {"--ip=0.0.0.0"}, "-ip", Ip, "wwwwwww", 1, ""},
+        QueryRow{{"NoTrouble"}, {}, "-t", Trouble, "w", 0, ""},
+        QueryRow{{"NoTroubleBare"}, {"--refuse-wrapped"}, "-t", Trouble, "wb", 0, ""},
+        QueryRow{{"Trouble"}, {"--trouble-code=7"}, "-t", Trouble, "wwww", 7, ""},
+        QueryRow{{"TroubleThatIsOver"},
+                 {"--trouble-code=7", "--trouble-over-after=2"},
+                 "-t",
+                 Trouble,
+                 "www",
+                 0,
+                 ""},
+        QueryRow{{"Descriptor"}, {}, "-a", Descriptor, "w", 0, ""},
+        QueryRow{{"DescriptorInPieces"}, {"--pieces=7"}, "-a", Descriptor, "w", 0, ""},
+        QueryRow{{"DescriptorNeverRight"}, {"--descriptor=x"}, "-a", Descriptor, "wwwwww", 1, ""},
+        QueryRow{{"DescriptorRefused"}, {"--refuse-wrapped"}, "-a", Descriptor, "wwwwww", 1, ""}),
+    support::rowName);
+
+TEST(Reset, IsConfirmed) {
+  const PrinterRun run = runWithPrinter({}, {"-r", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, LastLine + "\n");
+  EXPECT_EQ(run.received,
+            Words{"A5 00 13 50 E0 63 02 00 0D A5 00 0A 50 E0 DA 01 06 14 00 00 01 01"});
+}
+
+TEST(Reset, IsTriedTwiceAndNeverBare) {
+  const PrinterRun run = runWithPrinter({"--refuse-wrapped"}, {"-r", "{}"});
+  EXPECT_EQ(run.status, 1);
+  const std::string wrapped = "A5 00 13 50 E0 63 02 00 0D A5 00 0A 50 E0 DA 01 06 14 00 00 01 01";
+  EXPECT_EQ(run.received, (Words{wrapped, wrapped}));
+}
+
+constexpr const char* AuthQuery = "A5 00 06 50 E0 D8 00 2A 1D";
+
+TEST(AuthenticationStatus, IsToldInWordsAndAsTheExitStatus) {
+  const PrinterRun run = runWithPrinter({"--auth-status=2"}, {"-802s", "{}"});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, lines({"D [ZVK] 802.1x Authentication status...",
+                            "D [ZVK] Auth status response (17 bytes)",
+                            "E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 |.c......P...*...",
+                            "02                                              |.",
+                            "D [ZVK] Status: 2 (Authenticated)", LastLine}));
+  EXPECT_EQ(run.received, Words{Wrap + AuthQuery});
+}
+
+TEST(AuthenticationStatus, IsOfTheFirstRecordInAReplyOfSeveralPackets) {
+  const PrinterRun run =
+      runWithPrinter({"--auth-status=11,3", "--other-first", "--packets=3"}, {"-802s", "{}"});
+  EXPECT_EQ(run.status, 11);
+  EXPECT_NE(run.err.find("D [ZVK] Status: 11 (CA Certificate Not Installed)\n"), std::string::npos)
+      << run.err;
+}
+
+TEST(AuthenticationStatus, HasNoTextAboveEleven) {
+  const PrinterRun run = runWithPrinter({"--auth-status=12"}, {"-802s", "{}"});
+  EXPECT_EQ(run.status, 12);
+  EXPECT_NE(run.err.find("D [ZVK] Status: 12 ()\n"), std::string::npos) << run.err;
+}
+
+TEST(AuthenticationStatus, IsUnknownWhenTheRecordIsCut) {
+  const PrinterRun run = runWithPrinter({"--cut-record=11"}, {"-802s", "{}"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.err.find("Status:"), std::string::npos) << run.err;
+  EXPECT_EQ(run.received, (Words{Wrap + AuthQuery, AuthQuery}));
+}
+
+TEST(AuthenticationStatus, IsAskedForBareWhenWrappedIsRefused) {
+  const PrinterRun run = runWithPrinter({"--refuse-wrapped", "--auth-status=0"}, {"-802s", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.err.find("D [ZVK] Auth status response (0 bytes)\n"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("D [ZVK] Status: 0 (802.1x not enabled)\n"), std::string::npos) << run.err;
+  EXPECT_EQ(run.received, (Words{Wrap + AuthQuery, AuthQuery}));
+}
+
+TEST(AuthenticationStatus, FailsWhenTheDeviceCannotBeOpened) {
+  const PrinterRun run = runWithPrinter({}, {"-802s", "/dev/usb/lp9"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.err, lines({"D [ZVK] 802.1x Authentication status...",
+                            "D [ZVK] Failed to open usb device '/dev/usb/lp9'!",
+                            "D [ZVK] Auth status response (0 bytes)",
+                            "D [ZVK] 802.1x Authentication status...",
+                            "D [ZVK] Failed to open usb device '/dev/usb/lp9'!",
+                            "D [ZVK] Auth status response (0 bytes)", LastLine}));
+}
+
+}  // namespace

@@ -1,0 +1,181 @@
+#include <array>
+#include <csignal>
+#include <cstdint>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "support/process.h"
+
+// The emulated printer as a program: how it runs commands and where it puts the device.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using support::fileContent;
+using support::ProcessResult;
+using support::runProcess;
+using support::TemporaryFolder;
+
+std::vector<std::string> names(const char* folder) {
+  std::vector<std::string> result;
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(folder, error)) {
+    result.push_back(entry.path().string());
+  }
+  return result;
+}
+
+ProcessResult runInPrinter(const std::vector<std::string>& command) {
+  std::vector<std::string> all = {ZVKPRINTER, "run", "--log=/dev/null", "--"};
+  all.insert(all.end(), command.begin(), command.end());
+  return runProcess(all);
+}
+
+TEST(ZvkprinterRun, EndsWithTheCommandsStatus) {
+  EXPECT_EQ(runInPrinter({"true"}).status, 0);
+  EXPECT_EQ(runInPrinter({"sh", "-c", "exit 7"}).status, 7);
+  EXPECT_EQ(runInPrinter({"sh", "-c", "kill -KILL $$"}).status, 128 + SIGKILL);
+}
+
+TEST(ZvkprinterRun, SaysWhyACommandCannotBeRun) {
+  const ProcessResult missing = runInPrinter({"/nonexistent/program"});
+  EXPECT_EQ(missing.status, 127);
+  EXPECT_NE(missing.err.find("zvkprinter: /nonexistent/program: No such file or directory\n"),
+            std::string::npos)
+      << missing.err;
+  const ProcessResult notExecutable = runInPrinter({"/etc/passwd"});
+  EXPECT_EQ(notExecutable.status, 126);
+}
+
+TEST(ZvkprinterRun, GivesTheCommandADeviceThatIsATerminalInRawMode) {
+  const ProcessResult result = runInPrinter({"sh", "-c", "test -c {} && stty -F {} -a"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.out.find("-icanon"), std::string::npos) << result.out;
+  EXPECT_NE(result.out.find("-echo "), std::string::npos) << result.out;
+  EXPECT_NE(result.out.find("-opost"), std::string::npos) << result.out;
+}
+
+// These look at the whole of /dev/usb, so they run alone.
+TEST(ZvkprinterDevices, AreTheSystemsAgainAfterARun) {
+  const auto before = names("/dev/usb");
+  EXPECT_EQ(runInPrinter({"test", "-c", "{}"}).status, 0);
+  EXPECT_EQ(names("/dev/usb"), before);
+}
+
+TEST(ZvkprinterDevices, HaveALinkAtAFreeNameWhereThereIsNoNamespace) {
+  const auto before = names("/dev/usb");
+  const ProcessResult result = runProcess({ZVKPRINTER, "run", "--no-namespace", "--log=/dev/null",
+                                           "--", "sh", "-c", "echo {}; test -c {}"});
+  if (::geteuid() == 0) {
+    EXPECT_EQ(result.status, 0);
+    EXPECT_TRUE(result.out.starts_with("/dev/usb/lp")) << result.out;
+    EXPECT_NE(result.err.find("the printer is at " + result.out.substr(0, result.out.size() - 1)),
+              std::string::npos)
+        << result.err;
+  } else {
+    EXPECT_EQ(result.status, 125);
+    EXPECT_NE(result.err.find("no link to the printer can be made: "), std::string::npos)
+        << result.err;
+    EXPECT_NE(result.err.find("zvkprinter serve --link=PATH"), std::string::npos) << result.err;
+  }
+  EXPECT_EQ(names("/dev/usb"), before);
+}
+
+TEST(ZvkprinterRun, ServesAnOrdinaryUserToo) {
+  const TemporaryFolder folder;
+  const std::string printer = folder.path("zvkprinter");
+  fs::copy_file(ZVKPRINTER, printer);
+  fs::permissions(folder.path(""), fs::perms::owner_all | fs::perms::others_exec,
+                  fs::perm_options::add);
+  std::vector<std::string> command = {printer,
+                                      "run",
+                                      "--log=/dev/null",
+                                      "--",
+                                      "sh",
+                                      "-c",
+                                      "id -u; test -w {} && test {} = /dev/usb/lp0"};
+  const std::string nobody = "65534";
+  if (::geteuid() == 0) {
+    const std::vector<std::string> asNobody = {"setpriv", "--reuid=" + nobody, "--regid=" + nobody,
+                                               "--clear-groups"};
+    command.insert(command.begin(), asNobody.begin(), asNobody.end());
+  }
+  const ProcessResult result = runProcess(command);
+  if (result.status == 0) {
+    EXPECT_EQ(result.out, (::geteuid() == 0 ? nobody : std::to_string(::geteuid())) + "\n");
+    EXPECT_EQ(result.err, "");
+  } else {
+    // A system that permits no user namespaces: an ordinary user cannot do without.
+    EXPECT_EQ(result.status, 125);
+    EXPECT_NE(result.err.find("no private /dev/usb/lp0 here: "), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("permit user namespaces"), std::string::npos) << result.err;
+  }
+}
+
+TEST(ZvkprinterRun, MasksKeysInItsLog) {
+  const TemporaryFolder folder;
+  const std::string request =
+      "\\245\\000\\015\\120\\340\\332\\001\\050\\021\\000\\000\\004key\\000";
+  runProcess({ZVKPRINTER, "run", "--log=" + folder.path("log"), "--", "sh", "-c",
+              "printf '" + request + "' > {}"});
+  EXPECT_EQ(fileContent(folder.path("log")),
+            "zvkprinter: <- A5 00 0D 50 E0 DA 01 28 11 00 00 04 ** ** ** **\n"
+            "zvkprinter:    store settings: pre-shared key = (4 bytes)\n"
+            "zvkprinter: -> A5 00 05 50 E0 DA 01 01\n"
+            "zvkprinter:    settings stored\n");
+}
+
+/// The reply to a query written to the device at `path`.
+std::string ask(const std::string& path, const std::string& request, std::size_t replySize) {
+  const int device = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  EXPECT_EQ(::write(device, request.data(), request.size()), static_cast<ssize_t>(request.size()));
+  std::string reply;
+  std::array<char, 64> buffer{};
+  while (reply.size() < replySize) {
+    const ssize_t count = ::read(device, buffer.data(), buffer.size());
+    if (count <= 0) {
+      break;
+    }
+    reply.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  ::close(device);
+  return reply;
+}
+
+TEST(ZvkprinterServe, AnswersAtItsLinkUntilItIsEnded) {
+  const TemporaryFolder folder;
+  const std::string link = folder.path("printer");
+  support::BackgroundProcess printer(
+      {ZVKPRINTER, "serve", "--link=" + link, "--ip=10.0.0.7", "--log=/dev/null"});
+  ASSERT_TRUE(support::eventually([&] { return fs::exists(link); }));
+  EXPECT_EQ(ask(link, std::string("\xA5\x00\x06\x50\xE0\xD8\x00\x0A\x02", 9), 15),
+            std::string("\xA5\x00\x0C\x50\xE0\xD8\x00\x0A\x02\x00\x04\x0A\x00\x00\x07", 15));
+  EXPECT_EQ(printer.endWith(SIGTERM), 0);
+  EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
+}
+
+TEST(ZvkprinterServe, NeverReplacesWhatIsThere) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("printer");
+  std::ofstream(path) << "mine";
+  const ProcessResult result = runProcess({ZVKPRINTER, "serve", "--link=" + path});
+  EXPECT_EQ(result.status, 125);
+  EXPECT_NE(result.err.find("File exists"), std::string::npos) << result.err;
+  EXPECT_EQ(fileContent(path), "mine");
+}
+
+TEST(Zvkprinter, SaysWhatIsWrongWithItsCommandLine) {
+  const ProcessResult result = runProcess({ZVKPRINTER, "run", "--ip=1.2.3"});
+  EXPECT_EQ(result.status, 125);
+  EXPECT_EQ(result.err,
+            "zvkprinter: '1.2.3' is no IP address; 'zvkprinter help' lists what there is\n");
+  EXPECT_EQ(runProcess({ZVKPRINTER, "help"}).status, 0);
+}
+
+}  // namespace

@@ -1,0 +1,148 @@
+#include "emulator/options.h"
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/rows.h"
+
+namespace {
+
+using emulator::Options;
+using emulator::parseOptions;
+using emulator::UsageError;
+using Words = std::vector<std::string>;
+
+Options parseRun(Words options) {
+  options.insert(options.begin(), "run");
+  options.insert(options.end(), {"--", "true"});
+  return parseOptions(options);
+}
+
+TEST(ParseOptions, IsHelpWithoutArguments) {
+  EXPECT_EQ(parseOptions({}).action, Options::Action::Help);
+  EXPECT_EQ(parseOptions({"--help"}).action, Options::Action::Help);
+}
+
+TEST(ParseOptions, TakesTheCommandBehindTheDashes) {
+  const Options options = parseOptions({"run", "--show", "--", "sh", "-c", "--", "x"});
+  EXPECT_EQ(options.action, Options::Action::Run);
+  EXPECT_TRUE(options.showSettings);
+  EXPECT_EQ(options.command, (Words{"sh", "-c", "--", "x"}));
+}
+
+TEST(ParseOptions, StartsFromAWellBehavedPrinter) {
+  const Options options = parseRun({});
+  EXPECT_FALSE(options.personality.refuseWrapped);
+  EXPECT_FALSE(options.personality.silent);
+  EXPECT_FALSE(options.personality.cutAt);
+  EXPECT_EQ(options.personality.settingsResult, 0x01);
+  EXPECT_TRUE(options.namespaces);
+  EXPECT_FALSE(options.logFile);
+}
+
+TEST(ParseOptions, TakesEveryOption) {
+  const Options options = parseRun({"--refuse-wrapped",
+                                    "--refuse-all",
+                                    "--silent",
+                                    "--garbage",
+                                    "--late=3",
+                                    "--cut=4",
+                                    "--pieces",
+                                    "5",
+                                    "--result=fe",
+                                    "--ip=1.2.3.255",
+                                    "--ip-after=2",
+                                    "--trouble-code=255",
+                                    "--trouble-over-after=20s",
+                                    "--ssid=a=b",
+                                    "--descriptor",
+                                    "x-",
+                                    "--auth-status=1,12",
+                                    "--other-first",
+                                    "--cut-record=11",
+                                    "--packets=2",
+                                    "--log=f",
+                                    "--show-secrets",
+                                    "--no-namespace"});
+  const emulator::Personality& printer = options.personality;
+  EXPECT_TRUE(printer.refuseWrapped);
+  EXPECT_TRUE(printer.refuseAll);
+  EXPECT_TRUE(printer.silent);
+  EXPECT_TRUE(printer.garbage);
+  EXPECT_EQ(printer.answerAfter, std::chrono::seconds(3));
+  EXPECT_EQ(printer.cutAt, 4U);
+  EXPECT_EQ(printer.pieceSize, 5U);
+  EXPECT_EQ(printer.settingsResult, 0xFE);
+  EXPECT_EQ(printer.ipAddress, (std::array<npa::Byte, 4>{1, 2, 3, 255}));
+  EXPECT_EQ(printer.addressAcquired.afterQueries, 2);
+  EXPECT_EQ(printer.troubleCode, 255);
+  ASSERT_TRUE(printer.troubleOver);
+  EXPECT_EQ(printer.troubleOver->afterTime, std::chrono::seconds(20));
+  EXPECT_EQ(printer.troubleOver->afterQueries, 0);
+  EXPECT_EQ(printer.ssid, "a=b");
+  EXPECT_EQ(printer.descriptor, "x-");
+  EXPECT_EQ(printer.authStatus, (std::vector<npa::Byte>{1, 12}));
+  EXPECT_TRUE(printer.otherRecordFirst);
+  EXPECT_EQ(printer.cutRecordAt, 11U);
+  EXPECT_EQ(printer.replyPackets, 2U);
+  EXPECT_EQ(options.logFile, "f");
+  EXPECT_TRUE(options.showSecrets);
+  EXPECT_FALSE(options.namespaces);
+}
+
+TEST(ParseOptions, TakesTheLinkOfServe) {
+  EXPECT_EQ(parseOptions({"serve", "--link=/tmp/x"}).link, "/tmp/x");
+}
+
+struct Mistake : support::Row {
+  Words arguments;
+  const char* reason;
+};
+
+class WrongOptions : public testing::TestWithParam<Mistake> {};
+
+TEST_P(WrongOptions, AreToldWithTheReason) {
+  try {
+    parseOptions(GetParam().arguments);
+    FAIL() << "accepted";
+  } catch (const UsageError& error) {
+    EXPECT_STREQ(error.what(), GetParam().reason);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Mistakes, WrongOptions,
+    testing::Values(
+        Mistake{{"UnknownAction"}, {"walk"}, "'walk' is none of run, serve and help"},
+        Mistake{{"RunWithoutDashes"}, {"run"}, "run needs a command behind --"},
+        Mistake{{"RunWithoutCommand"}, {"run", "--"}, "run needs a command behind --"},
+        Mistake{{"ServeWithoutLink"}, {"serve"}, "serve needs --link=PATH"},
+        Mistake{{"NoOption"}, {"run", "ls"}, "there is no option 'ls'"},
+        Mistake{{"UnknownOption"}, {"run", "--nonsense=1"}, "there is no option '--nonsense'"},
+        Mistake{{"SwitchWithValue"}, {"run", "--silent=1"}, "--silent takes no value"},
+        Mistake{{"OptionWithoutValue"}, {"run", "--late"}, "--late needs a value"},
+        Mistake{{"TextForANumber"}, {"run", "--late=x"}, "'x' is no number from 0 to 3600"},
+        Mistake{{"NothingForANumber"}, {"run", "--late="}, "'' is no number from 0 to 3600"},
+        Mistake{{"NumberTooLarge"}, {"run", "--late=3601"}, "'3601' is no number from 0 to 3600"},
+        Mistake{{"NumberNegative"}, {"run", "--late=-1"}, "'-1' is no number from 0 to 3600"},
+        Mistake{
+            {"ByteTooLarge"}, {"run", "--trouble-code=256"}, "'256' is no number from 0 to 255"},
+        Mistake{
+            {"ListThatEndsInAComma"}, {"run", "--auth-status=1,"}, "'' is no number from 0 to 255"},
+        Mistake{{"AddressTooShort"}, {"run", "--ip=1.2.3"}, "'1.2.3' is no IP address"},
+        Mistake{{"AddressTooLong"}, {"run", "--ip=1.2.3.4.5"}, "'4.5' is no number from 0 to 255"},
+        Mistake{{"AddressByteTooLarge"},
+                {"run", "--ip=1.2.3.256"},
+                "'256' is no number from 0 to 255"}),
+    support::rowName);
+
+TEST(HelpText, NamesEveryOption) {
+  const std::string help = emulator::helpText();
+  for (const char* option : {"--refuse-wrapped", "--packets=N", "--log=FILE", "--link=PATH"}) {
+    EXPECT_NE(help.find(option), std::string::npos) << option;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "transport/hcusb_transport.h"
+
+namespace support {
+
+/// A user of the process's transport, for the life of one test.
+class TransportUser {
+ public:
+  TransportUser() : m_Transport(HCUSBTransport::GetInstance()) {}
+  ~TransportUser() { HCUSBTransport::DestroyInstance(); }
+  TransportUser(const TransportUser&) = delete;
+  TransportUser& operator=(const TransportUser&) = delete;
+
+  HCUSBTransport* operator->() const { return m_Transport; }
+
+ private:
+  HCUSBTransport* m_Transport;
+};
+
+}  // namespace support

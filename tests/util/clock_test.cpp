@@ -1,0 +1,36 @@
+#include "util/clock.h"
+
+#include <gtest/gtest.h>
+
+#include "support/virtual_system.h"
+
+using virtual_system::Second;
+using virtual_system::System;
+
+TEST(PauseSeconds, SleepsOnceForTheWholeTime) {
+  System system;
+  util::pauseSeconds(50);
+  EXPECT_EQ(system.sleeps, std::vector<unsigned int>{50});
+  EXPECT_EQ(system.now(), 50 * Second);
+}
+
+TEST(PauseSeconds, DoesNotSleepForNoTime) {
+  System system;
+  util::pauseSeconds(0);
+  EXPECT_TRUE(system.sleeps.empty());
+}
+
+TEST(PauseBriefly, WaitsOneMillisecond) {
+  System system;
+  util::pauseBriefly();
+  EXPECT_EQ(system.briefPauses, std::vector<unsigned int>{1000});
+}
+
+TEST(NowInSeconds, CountsWholeSeconds) {
+  System system;
+  const std::time_t start = util::nowInSeconds();
+  system.advance(Second - 1);
+  EXPECT_EQ(util::nowInSeconds() - start, 0);
+  system.advance(1);
+  EXPECT_EQ(util::nowInSeconds() - start, 1);
+}

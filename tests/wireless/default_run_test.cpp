@@ -1,0 +1,155 @@
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/generator.h"
+#include "support/output.h"
+#include "support/standard_input.h"
+
+// generate(), the run of an unknown switch, and reset().
+
+namespace {
+
+using support::Bytes;
+using support::bytes;
+using support::joined;
+using support::Output;
+using support::outputOf;
+
+const Bytes Accepted = bytes("A5 00 03 50 E0 01");
+const Bytes Refused = bytes("A5 00 02 D4 E0");
+const Bytes NoTrouble = bytes("A5 00 03 50 E0 00");
+const Bytes Address = bytes("A5 00 06 50 E0 C0 A8 01 14");
+
+const Bytes BareSettings = bytes(
+    "A5 00 1F 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 28 05 00 00 04 "
+    "00 00 00 06");
+const Bytes WrappedSettings = joined({bytes("A5 00 28 50 E0 63 02 00 22"), BareSettings});
+const Bytes Wrapper = bytes("A5 00 0F 50 E0 63 02 00 09");
+const Bytes QueryTrouble = bytes("A5 00 06 50 E0 D8 00 28 15");
+const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
+
+class DefaultRun : public support::Generator {
+ protected:
+  int run() {
+    int result = -77;
+    output = outputOf([&] { result = generator->generate(); });
+    return result;
+  }
+
+  Output output;
+};
+
+TEST_F(DefaultRun, ShowsThePacketThenConfiguresAndReports) {
+  use({});
+  answer({Accepted, NoTrouble, Address});
+  EXPECT_EQ(run(), static_cast<int>(WrappedSettings.size()));
+  EXPECT_EQ(output.out,
+            "Configuring the printer....\n"
+            "Resetting the printer....\n"
+            "Connecting to wireless network....Acquiring network address....\n"
+            "IP-ADDRESS : 192.168.1.20\n");
+  const std::string encoding =
+      "D [ZVK] Mode = 'Managed'\n"
+      "D [ZVK] Security = 'None'\n"
+      "D [ZVK] Security mode: 0 (No Security)\n"
+      "D [ZVK] SSID = \n";
+  EXPECT_EQ(output.err,
+            encoding +
+                "a5 0 28 50 e0 63 2 0 22 a5 0 1f 50 e0 da 1 28 2 0 0 4 0 0 0 0 28 22 0 0 4 0 0 0 0 "
+                "28 5 0 0 4 0 0 0 6 D [ZVK] Basic config...\n" +
+                encoding + "D [ZVK] Basic config ret = 0\n");
+  EXPECT_EQ(device.writes, (std::vector<Bytes>{WrappedSettings, joined({Wrapper, QueryTrouble}),
+                                               joined({Wrapper, QueryIp})}));
+  EXPECT_EQ(system.sleeps, (std::vector<unsigned int>{5, 2, 3}));
+}
+
+TEST_F(DefaultRun, RepeatsTheConfigurationBareOnceAndStaysBare) {
+  use({});
+  answer({Refused, Accepted, NoTrouble, Address});
+  EXPECT_EQ(run(), static_cast<int>(WrappedSettings.size()));
+  EXPECT_FALSE(generator->getWrapMode());
+  EXPECT_EQ(device.writes,
+            (std::vector<Bytes>{WrappedSettings, BareSettings, QueryTrouble, QueryIp}));
+}
+
+TEST_F(DefaultRun, GoesOnWhenNothingIsAccepted) {
+  use({});
+  answer({Refused, Refused, Refused, Refused});
+  EXPECT_EQ(run(), static_cast<int>(WrappedSettings.size()));
+  EXPECT_EQ(device.writes.size(), 4U);
+  EXPECT_TRUE(output.out.ends_with("IP-ADDRESS : ")) << output.out;
+}
+
+TEST_F(DefaultRun, DoesNotRepeatAConfigurationThatWasNotAccepted) {
+  use({});
+  answer({NoTrouble, NoTrouble, Address});
+  run();
+  EXPECT_TRUE(generator->getWrapMode());
+  EXPECT_EQ(device.writes.size(), 3U);
+}
+
+TEST_F(DefaultRun, AsksTwiceForAMissingPassword) {
+  use({"--security=WPA"});
+  answer({Accepted, NoTrouble, Address});
+  const support::StandardInput input("one\ntwo\n");
+  run();
+  EXPECT_TRUE(
+      output.out.starts_with("Please provide the password:\n\nConfiguring the printer....\n"))
+      << output.out;
+  EXPECT_NE(output.err.find("28 11 0 0 4 6f 6e 65 0 D [ZVK] Basic config..."), std::string::npos)
+      << output.err;
+  EXPECT_EQ(Bytes(device.writes.at(0).end() - 9, device.writes.at(0).end()),
+            bytes("28 11 00 00 04 74 77 6F 00"));
+}
+
+TEST_F(DefaultRun, ShowsItsProgressBeforeItWaits) {
+  use({});
+  std::vector<std::string> shown;
+  testing::internal::CaptureStderr();
+  testing::internal::CaptureStdout();
+  // What has reached the descriptor when the printer is written to, buffers aside.
+  device.onWrite = [&](const Bytes&) {
+    shown.push_back(testing::internal::GetCapturedStdout());
+    testing::internal::CaptureStdout();
+    device.reply(shown.size() == 1 ? Accepted : shown.size() == 2 ? NoTrouble : Address);
+  };
+  generator->generate();
+  testing::internal::GetCapturedStdout();
+  testing::internal::GetCapturedStderr();
+  EXPECT_EQ(shown, (std::vector<std::string>{"Configuring the printer....\n"
+                                             "Resetting the printer....\n"
+                                             "Connecting to wireless network....",
+                                             "", "Acquiring network address....\nIP-ADDRESS : "}));
+}
+
+const Bytes BareReset = bytes("A5 00 0A 50 E0 DA 01 06 14 00 00 01 01");
+
+class Reset : public support::Generator {
+ protected:
+  Reset() { use({}); }
+};
+
+TEST_F(Reset, SendsTheWrappedPacket) {
+  answer({Accepted});
+  EXPECT_EQ(generator->reset(), 0);
+  EXPECT_EQ(device.writes,
+            std::vector<Bytes>{joined({bytes("A5 00 13 50 E0 63 02 00 0D"), BareReset})});
+  EXPECT_EQ(system.sleeps, std::vector<unsigned int>{5});
+}
+
+TEST_F(Reset, SendsTheBarePacketWithoutWrapMode) {
+  generator->setWrapMode(false);
+  answer({Accepted});
+  EXPECT_EQ(generator->reset(), 0);
+  EXPECT_EQ(device.writes, std::vector<Bytes>{BareReset});
+}
+
+TEST_F(Reset, TriesTwiceFiftySecondsApart) {
+  answer({Refused});
+  EXPECT_EQ(generator->reset(), 1);
+  EXPECT_EQ(device.writes.size(), 2U);
+  EXPECT_EQ(system.sleeps, (std::vector<unsigned int>{5, 50, 5}));
+}
+
+}  // namespace

@@ -1,0 +1,195 @@
+#include <algorithm>
+#include <cstddef>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/generator.h"
+#include "support/output.h"
+#include "support/rows.h"
+
+using support::Bytes;
+using support::bytes;
+using support::joined;
+using support::Output;
+using support::outputOf;
+using support::textBytes;
+
+namespace {
+
+/// configBasic in front of a scripted printer.
+class ConfigBasic : public support::Generator {
+ protected:
+  int run() {
+    int result = -77;
+    output = outputOf([&] { result = generator->configBasic(); });
+    return result;
+  }
+
+  Output output;
+};
+
+const Bytes AcceptedReply = bytes("A5 00 03 50 E0 01");
+
+// Mode "Ad-Hoc", security "None", channel 3, SSID "x".
+const std::vector<std::string> Example = {"--mode=Ad-Hoc", "--security=None", "--channel=3",
+                                          "--ssid=x"};
+const Bytes ExampleBare = bytes(
+    "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 01 28 22 00 00 04 00 00 00 00 "
+    "28 05 00 00 04 00 00 00 03 28 08 00 00 02 78 00");
+
+}  // namespace
+
+// --- The packet ---------------------------------------------------------------------------------
+
+TEST_F(ConfigBasic, SendsModeSecurityChannelAndSsidWrapped) {
+  use(Example);
+  answer({AcceptedReply});
+  EXPECT_EQ(run(), 0);
+  EXPECT_EQ(device.writes,
+            std::vector<Bytes>{joined({bytes("A5 00 2F 50 E0 63 02 00 29"), ExampleBare})});
+}
+
+TEST_F(ConfigBasic, SendsTheInnerPacketAloneWithoutWrapMode) {
+  use(Example);
+  answer({AcceptedReply});
+  generator->setWrapMode(false);
+  EXPECT_EQ(run(), 0);
+  EXPECT_EQ(device.writes, std::vector<Bytes>{ExampleBare});
+}
+
+TEST_F(ConfigBasic, SendsThePasswordLast) {
+  use({"--ssid=n", "--security=WPA2", "--passwd=key"});
+  generator->setWrapMode(false);
+  run();
+  EXPECT_EQ(device.writes,
+            std::vector<Bytes>{bytes("A5 00 2F 50 E0 DA 01 28 02 00 00 04 00 00 00 00 "
+                                     "28 22 00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 06 "
+                                     "28 08 00 00 02 6E 00 28 11 00 00 04 6B 65 79 00")});
+}
+
+TEST_F(ConfigBasic, LeavesOutEmptyModeAndSsid) {
+  use({"--mode=", "--ssid="});
+  generator->setWrapMode(false);
+  run();
+  EXPECT_EQ(device.writes,
+            std::vector<Bytes>{bytes("A5 00 16 50 E0 DA 01 28 22 00 00 04 00 00 00 00 "
+                                     "28 05 00 00 04 00 00 00 06")});
+}
+
+TEST_F(ConfigBasic, BuildsItsPacketAnewEachTime) {
+  use(Example);
+  Bytes rubbish = bytes("EE EE EE");
+  generator->appendDataToNPA(3, rubbish.data());
+  generator->setWrapMode(false);
+  run();
+  run();
+  EXPECT_EQ(device.writes, (std::vector<Bytes>{ExampleBare, ExampleBare}));
+}
+
+TEST_F(ConfigBasic, LogsItsCourseAndDumpsNothing) {
+  use({"--ssid=n", "--security=WPA2", "--passwd=key", "--mode=Ad-Hoc"});
+  answer({AcceptedReply});
+  run();
+  EXPECT_EQ(output, (Output{"",
+                            "D [ZVK] Basic config...\n"
+                            "D [ZVK] Mode = 'Ad-Hoc'\n"
+                            "D [ZVK] Security = 'WPA2'\n"
+                            "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))\n"
+                            "D [ZVK] SSID = n\n"
+                            "D [ZVK] Basic config ret = 0\n"}));
+}
+
+// --- The result ---------------------------------------------------------------------------------
+
+namespace {
+
+struct ResultRow : support::Row {
+  const char* reply;
+  int result;
+  const char* lastLine;
+};
+
+class ConfigBasicResult : public ConfigBasic, public testing::WithParamInterface<ResultRow> {};
+
+}  // namespace
+
+TEST_P(ConfigBasicResult, IsThatOfTheExchangeAndIsLogged) {
+  use(Example);
+  answer({bytes(GetParam().reply)});
+  EXPECT_EQ(run(), GetParam().result);
+  EXPECT_TRUE(output.err.ends_with(GetParam().lastLine)) << output.err;
+  EXPECT_EQ(device.writes.size(), 1U);
+  EXPECT_TRUE(generator->getWrapMode());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Replies, ConfigBasicResult,
+    testing::Values(
+        ResultRow{{"Accepted"}, "A5 00 03 50 E0 01", 0, "SSID = x\nD [ZVK] Basic config ret = 0\n"},
+        ResultRow{
+            {"Refused"}, "A5 00 03 D4 E0 01", -1, "SSID = x\nD [ZVK] Basic config ret = -1\n"},
+        ResultRow{{"Silence"}, "", -1, "SSID = x\nD [ZVK] Basic config ret = -1\n"},
+        ResultRow{
+            {"NotAccepted"}, "A5 00 03 50 E0 00", 1, "SSID = x\nD [ZVK] Basic config ret = 1\n"}),
+    support::rowName);
+
+// --- The largest packets
+// --------------------------------------------------------------------------
+
+namespace {
+
+// Sizes of an SSID that make the outermost length field just hold 65,535: what the other objects,
+// the SSID's header and zero, and the packet headers add to it.
+constexpr std::size_t LargestBareSsid = 65535 - 4 - 33;
+constexpr std::size_t LargestWrappedSsid = LargestBareSsid - 9;
+
+struct SizeRow : support::Row {
+  bool wrapMode;
+  std::size_t ssidSize;
+  const char* header;  ///< of what is sent; empty: nothing is sent
+};
+
+class ConfigBasicSize : public ConfigBasic, public testing::WithParamInterface<SizeRow> {};
+
+}  // namespace
+
+TEST_P(ConfigBasicSize, IsSentUpToALengthFieldOf65535) {
+  const std::string ssid(GetParam().ssidSize, 's');
+  use({"--ssid=" + ssid});
+  answer({AcceptedReply});
+  generator->setWrapMode(GetParam().wrapMode);
+  const Bytes header = bytes(GetParam().header);
+  if (header.empty()) {
+    EXPECT_EQ(run(), -1);
+    EXPECT_EQ(output.err.substr(output.err.size() - 30), "D [ZVK] Basic config ret = -1\n");
+    EXPECT_EQ(device.opens, 0);
+    EXPECT_EQ(system.now(), 0);
+  } else {
+    EXPECT_EQ(run(), 0);
+    const Bytes& sent = device.writes.at(0);
+    EXPECT_EQ(Bytes(sent.begin(), sent.begin() + static_cast<std::ptrdiff_t>(header.size())),
+              header);
+    EXPECT_EQ(sent.size(), 3U + header[1] * 256U + header[2]);
+    const Bytes end = joined({textBytes(ssid), bytes("00")});
+    EXPECT_TRUE(std::equal(end.rbegin(), end.rend(), sent.rbegin()));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Limits, ConfigBasicSize,
+    testing::Values(SizeRow{{"BareBelow"}, false, LargestBareSsid - 1, "A5 FF FE 50 E0 DA 01"},
+                    SizeRow{{"BareLargest"}, false, LargestBareSsid, "A5 FF FF 50 E0 DA 01"},
+                    SizeRow{{"BareAbove"}, false, LargestBareSsid + 1, ""},
+                    SizeRow{{"WrappedBelow"},
+                            true,
+                            LargestWrappedSsid - 1,
+                            "A5 FF FE 50 E0 63 02 FF F8 A5 FF F5 50 E0 DA 01"},
+                    SizeRow{{"WrappedLargest"},
+                            true,
+                            LargestWrappedSsid,
+                            "A5 FF FF 50 E0 63 02 FF F9 A5 FF F6 50 E0 DA 01"},
+                    SizeRow{{"WrappedAbove"}, true, LargestWrappedSsid + 1, ""},
+                    SizeRow{{"ObjectSizeAbove"}, false, 65536, ""},
+                    SizeRow{{"FarAbove"}, true, 200'000, ""}),
+    support::rowName);

@@ -1,0 +1,340 @@
+#include <cstddef>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/generator.h"
+#include "support/output.h"
+#include "support/rows.h"
+
+// The status queries: what goes out, and what is read from the collected reply.
+
+namespace {
+
+using support::Bytes;
+using support::bytes;
+using support::joined;
+using support::Output;
+using support::outputOf;
+using virtual_system::Second;
+using Query = int (wnpaGenerator::*)();
+
+const Bytes Wrapper = bytes("A5 00 0F 50 E0 63 02 00 09");
+
+/// A reply packet whose collected bytes are E0 and `records`.
+Bytes replyOf(const Bytes& records, std::uint8_t flag = 0x50) {
+  const auto length = static_cast<std::uint8_t>(records.size() + 2);
+  return joined({{0xA5, 0x00, length, flag, 0xE0}, records});
+}
+
+class StatusQueries : public support::Generator {
+ protected:
+  StatusQueries() { use({}); }
+
+  int run(Query query) {
+    int result = -77;
+    output = outputOf([&] { result = (generator.get()->*query)(); });
+    return result;
+  }
+
+  Output output;
+};
+
+// --- What goes out ------------------------------------------------------------------------------
+
+struct RequestRow : support::Row {
+  Query query;
+  const char* request;
+  std::vector<unsigned int> pauses;  ///< when nothing answers
+  const char* announcement;
+};
+
+class Request : public StatusQueries, public testing::WithParamInterface<RequestRow> {};
+
+TEST_P(Request, IsWrapped) {
+  run(GetParam().query);
+  EXPECT_EQ(device.writes.at(0), joined({Wrapper, bytes(GetParam().request)}));
+  EXPECT_EQ(system.sleeps, GetParam().pauses);
+}
+
+TEST_P(Request, IsBareWithoutWrapMode) {
+  generator->setWrapMode(false);
+  run(GetParam().query);
+  EXPECT_EQ(device.writes.at(0), bytes(GetParam().request));
+}
+
+TEST_P(Request, IsAnnounced) {
+  run(GetParam().query);
+  EXPECT_TRUE(output.err.starts_with(GetParam().announcement)) << output.err;
+  EXPECT_EQ(output.out, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Queries, Request,
+                         testing::Values(RequestRow{{"Ssid"},
+                                                    &wnpaGenerator::getSSID,
+                                                    "A5 00 06 50 E0 D8 00 28 08",
+                                                    std::vector<unsigned int>(7, 2),
+                                                    ""},
+                                         RequestRow{{"Ip"},
+                                                    &wnpaGenerator::getIP,
+                                                    "A5 00 06 50 E0 D8 00 0A 02",
+                                                    std::vector<unsigned int>(7, 3),
+                                                    ""},
+                                         RequestRow{{"TroubleCode"},
+                                                    &wnpaGenerator::getTroubleCode,
+                                                    "A5 00 06 50 E0 D8 00 28 15",
+                                                    std::vector<unsigned int>(4, 2),
+                                                    ""},
+                                         RequestRow{{"AdapterDescriptor"},
+                                                    &wnpaGenerator::getAdapterDescriptor,
+                                                    "A5 00 06 50 E0 D8 00 06 1F",
+                                                    std::vector<unsigned int>(5, 10),
+                                                    ""},
+                                         RequestRow{{"AuthStatus"},
+                                                    &wnpaGenerator::get802AuthStatus,
+                                                    "A5 00 06 50 E0 D8 00 2A 1D",
+                                                    {2},
+                                                    "D [ZVK] 802.1x Authentication status...\n"},
+                                         RequestRow{{"AuthEnabled"},
+                                                    &wnpaGenerator::get802AuthEnabled,
+                                                    "A5 00 06 50 E0 D8 00 2A 13",
+                                                    {2},
+                                                    "D [ZVK] 802.1x Auth enabled?...\n"},
+                                         RequestRow{
+                                             {"CertAuthInstalled"},
+                                             &wnpaGenerator::getCertAuthInstalled,
+                                             "A5 00 06 50 E0 D8 00 2A 11",
+                                             {2},
+                                             "D [ZVK] Certificate Authority installed?...\n"},
+                                         RequestRow{{"AllSecuritySettings"},
+                                                    &wnpaGenerator::getAllSecuritySettings,
+                                                    "A5 00 06 50 E0 D8 00 2A 25",
+                                                    {2},
+                                                    "D [ZVK] All security settings...\n"},
+                                         RequestRow{{"AuthCommonName"},
+                                                    &wnpaGenerator::get802AuthCommonName,
+                                                    "A5 00 06 50 E0 D8 00 2A 1B",
+                                                    {2},
+                                                    "D [ZVK] 802.1x Auth common name...\n"}),
+                         support::rowName);
+
+// --- The authentication status ------------------------------------------------------------------
+
+struct StatusRow : support::Row {
+  std::uint8_t status;
+  const char* text;
+};
+
+class AuthStatus : public StatusQueries, public testing::WithParamInterface<StatusRow> {};
+
+TEST_P(AuthStatus, HasAText) {
+  const Bytes record = joined({bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01"), {GetParam().status}});
+  answer({replyOf(record)});
+  EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), GetParam().status);
+  const std::string last =
+      "D [ZVK] Status: " + std::to_string(GetParam().status) + " (" + GetParam().text + ")\n";
+  EXPECT_TRUE(output.err.ends_with("\n" + last)) << output.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Codes, AuthStatus,
+    testing::Values(StatusRow{{"NotEnabled"}, 0, "802.1x not enabled"},
+                    StatusRow{{"NotAuthenticated"}, 1, "NOT authenticated (deprecated)"},
+                    StatusRow{{"Authenticated"}, 2, "Authenticated"},
+                    StatusRow{{"NotConnected"}, 3, "Not Connected"},
+                    StatusRow{{"NotYetValid"}, 4, "Server Cert Not Yet Valid"},
+                    StatusRow{{"Expired"}, 5, "Server Cert Expired"},
+                    StatusRow{{"OtherFailure"}, 6, "Other Server Cert Verification Failure"},
+                    StatusRow{{"ClientCert"}, 7, "Client Cert Verification Failed"},
+                    StatusRow{{"EapType"}, 8, "EAP Type Mismatch"},
+                    StatusRow{{"Failed"}, 9, "Authentication Failed (general)"},
+                    StatusRow{{"InProgress"}, 10, "Authentication in Progress"},
+                    StatusRow{{"NoCa"}, 11, "CA Certificate Not Installed"},
+                    StatusRow{{"FirstWithoutText"}, 12, ""}, StatusRow{{"Largest"}, 255, ""}),
+    support::rowName);
+
+TEST_F(StatusQueries, ShowTheWholeReplyAndItsSize) {
+  answer({replyOf(bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02"))});
+  EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
+  EXPECT_EQ(output, (Output{"",
+                            "D [ZVK] 802.1x Authentication status...\n"
+                            "D [ZVK] Auth status response (13 bytes)\n"
+                            "E0 A5 00 09 50 E0 D8 00 2A 1D 00 01 02 |....P...*....\n"
+                            "D [ZVK] Status: 2 (Authenticated)\n"}));
+}
+
+// --- The records of a reply ---------------------------------------------------------------------
+
+struct ScanRow : support::Row {
+  const char* records;  ///< group 2A, object 1D for the status, 13 and 11 for the other two
+  int authStatus;
+  int installed;
+  const char* installedLines;
+};
+
+class Scan : public StatusQueries, public testing::WithParamInterface<ScanRow> {
+ protected:
+  /// The records with another object number.
+  static Bytes recordsFor(std::uint8_t object) {
+    Bytes records = bytes(GetParam().records);
+    for (std::size_t i = 0; i + 1 < records.size(); ++i) {
+      if (records[i] == 0x2A && records[i + 1] == 0x1D) {
+        records[i + 1] = object;
+      }
+    }
+    return records;
+  }
+};
+
+TEST_P(Scan, GivesTheFirstStatus) {
+  answer({replyOf(recordsFor(0x1D))});
+  EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), GetParam().authStatus);
+}
+
+TEST_P(Scan, GivesTheFirstEnabledFlag) {
+  answer({replyOf(recordsFor(0x13))});
+  EXPECT_EQ(run(&wnpaGenerator::get802AuthEnabled), GetParam().authStatus);
+}
+
+TEST_P(Scan, GivesTheLastInstalledFlagAndTellsEach) {
+  answer({replyOf(recordsFor(0x11))});
+  EXPECT_EQ(run(&wnpaGenerator::getCertAuthInstalled), GetParam().installed);
+  std::string lines = output.err;
+  const std::size_t first = lines.find("D [ZVK] Status:");
+  EXPECT_EQ(first == std::string::npos ? "" : lines.substr(first), GetParam().installedLines);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Replies, Scan,
+    testing::Values(
+        ScanRow{{"OneRecord"},
+                "A5 00 09 50 E0 D8 00 2A 1D 00 01 01",
+                1,
+                1,
+                "D [ZVK] Status: 1 (yes)\n"},
+        ScanRow{{"TwoRecords"},
+                "A5 00 09 50 E0 D8 00 2A 1D 00 01 01 A5 00 09 50 E0 D8 00 2A 1D 00 01 02",
+                1,
+                2,
+                "D [ZVK] Status: 1 (yes)\nD [ZVK] Status: 2 (no)\n"},
+        ScanRow{{"AnotherSettingFirst"},
+                "A5 00 09 50 E0 D8 00 2A 26 00 01 09 A5 00 09 50 E0 D8 00 2A 1D 00 01 00",
+                0,
+                0,
+                "D [ZVK] Status: 0 (no)\n"},
+        ScanRow{{"AnotherGroup"}, "A5 00 09 50 E0 D8 00 28 1D 00 01 01", -1, -1, ""},
+        ScanRow{{"AnotherCommand"}, "A5 00 09 50 E0 DA 01 2A 1D 00 01 01", -1, -1, ""},
+        ScanRow{{"WithinTheLengthOfAnother"},
+                "A5 A5 00 09 50 E0 D8 00 2A 1D 00 01 04",
+                4,
+                4,
+                "D [ZVK] Status: 4 (no)\n"},
+        ScanRow{{"StatusBeyondTheReply"}, "A5 00 09 50 E0 D8 00 2A 1D 00 01", -1, -1, ""},
+        ScanRow{{"HeaderCut"}, "A5 00 09 50 E0 D8 00 2A 1D 00", -1, -1, ""},
+        ScanRow{{"ObjectCut"}, "A5 00 09 50 E0 D8 00 2A", -1, -1, ""},
+        ScanRow{{"StartByteAlone"}, "A5", -1, -1, ""},
+        ScanRow{{"OnlyStartBytes"}, "A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5", -1, -1, ""},
+        ScanRow{{"EmptyValueAtTheEnd"},
+                "A5 00 08 50 E0 D8 00 2A 1D 00 00",
+                -1,
+                -1,
+                "D [ZVK] Status: 0 (no)\n"},
+        ScanRow{{"EmptyValueAheadOfAnotherByte"},
+                "A5 00 08 50 E0 D8 00 2A 1D 00 00 07",
+                7,
+                -1,
+                "D [ZVK] Status: 0 (no)\n"},
+        ScanRow{{"EmptyValueBehindAnother"},
+                "A5 00 09 50 E0 D8 00 2A 1D 00 01 01 A5 00 08 50 E0 D8 00 2A 1D 00 00",
+                1,
+                1,
+                "D [ZVK] Status: 1 (yes)\nD [ZVK] Status: 0 (no)\n"},
+        ScanRow{{"LengthOfOnlyAHighByte"},
+                "A5 00 09 50 E0 D8 00 2A 1D 01 00 05",
+                5,
+                -1,
+                "D [ZVK] Status: 0 (no)\n"},
+        ScanRow{{"WrongLengthField"},
+                "A5 FF FF 50 E0 D8 00 2A 1D 00 01 03",
+                3,
+                3,
+                "D [ZVK] Status: 3 (no)\n"}),
+    support::rowName);
+
+TEST_F(StatusQueries, FindTheRecordInAFurtherPacket) {
+  answer({joined({replyOf(bytes("A5 00 09 50 E0 D8 00 2A 26 00 01 09"), 0x70),
+                  replyOf(bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02"))})});
+  EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
+}
+
+TEST_F(StatusQueries, PassOverAThousandTruncatedRecords) {
+  Bytes records;
+  for (int i = 0; i < 1000; ++i) {
+    records = joined({records, bytes("A5 00 09 50 E0 D8 00 2A")});
+  }
+  Bytes reply =
+      joined({bytes("A5 00 00 50 E0"), records, bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02")});
+  const std::size_t length = reply.size() - 3;
+  reply[1] = static_cast<std::uint8_t>(length >> 8U);
+  reply[2] = static_cast<std::uint8_t>(length & 0xFFU);
+  answer({reply});
+  EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
+}
+
+TEST_F(StatusQueries, HaveNoAnswerWhenOnlyStartBytesCome) {
+  // A length of A5A5, which the rest of the stream does not fill.
+  answer({Bytes(1000, 0xA5)});
+  EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), -1);
+  EXPECT_TRUE(output.err.ends_with("D [ZVK] Auth status response (0 bytes)\n")) << output.err;
+}
+
+// --- Flags and dumps ----------------------------------------------------------------------------
+
+TEST_F(StatusQueries, TellEnabledWithoutADump) {
+  answer({replyOf(bytes("A5 00 09 50 E0 D8 00 2A 13 00 01 01")),
+          replyOf(bytes("A5 00 09 50 E0 D8 00 2A 13 00 01 02"))});
+  EXPECT_EQ(run(&wnpaGenerator::get802AuthEnabled), 1);
+  EXPECT_EQ(output.err,
+            "D [ZVK] 802.1x Auth enabled?...\n"
+            "D [ZVK] Status: 1 (enabled)\n");
+  EXPECT_EQ(run(&wnpaGenerator::get802AuthEnabled), 2);
+  EXPECT_EQ(output.err,
+            "D [ZVK] 802.1x Auth enabled?...\n"
+            "D [ZVK] Status: 2 (disabled)\n");
+}
+
+TEST_F(StatusQueries, TellWhetherACertificateAuthorityIsInstalled) {
+  answer({replyOf(bytes("A5 00 09 50 E0 D8 00 2A 11 00 01 01"))});
+  EXPECT_EQ(run(&wnpaGenerator::getCertAuthInstalled), 1);
+  EXPECT_EQ(output.err,
+            "D [ZVK] Certificate Authority installed?...\n"
+            "D [ZVK] Cert auth installed (13 bytes)\n"
+            "E0 A5 00 09 50 E0 D8 00 2A 11 00 01 01 |....P...*....\n"
+            "D [ZVK] Status: 1 (yes)\n");
+}
+
+TEST_F(StatusQueries, DumpAllSecuritySettingsAndAnswerMinusOne) {
+  answer({replyOf(bytes("41 42"))});
+  EXPECT_EQ(run(&wnpaGenerator::getAllSecuritySettings), -1);
+  EXPECT_EQ(output.err,
+            "D [ZVK] All security settings...\n"
+            "D [ZVK] All security settings (3 bytes)\n"
+            "E0 41 42 |.AB\n");
+}
+
+TEST_F(StatusQueries, DumpTheCommonNameAndAnswerMinusOne) {
+  answer({replyOf(bytes("41"))});
+  EXPECT_EQ(run(&wnpaGenerator::get802AuthCommonName), -1);
+  EXPECT_EQ(output.err,
+            "D [ZVK] 802.1x Auth common name...\n"
+            "D [ZVK] Auth common name response (2 bytes)\n"
+            "E0 41 |.A\n");
+}
+
+TEST_F(StatusQueries, WaitThreeSecondsForAReplyBehindThePause) {
+  run(&wnpaGenerator::get802AuthStatus);
+  // The read that begins before the 3 seconds are over takes its own 5.
+  EXPECT_EQ(system.now(), 2 * Second + 5 * Second);
+}
+
+}  // namespace

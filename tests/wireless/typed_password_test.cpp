@@ -1,0 +1,74 @@
+// The password setting when it has to be typed.
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/generator.h"
+#include "support/output.h"
+#include "support/standard_input.h"
+
+using support::Bytes;
+using support::bytes;
+using support::Output;
+using support::outputOf;
+using support::StandardInput;
+using TypedPassword = support::Generator;
+
+namespace {
+
+const std::string Prompt = "Please provide the password:";
+
+}  // namespace
+
+TEST_F(TypedPassword, IsAskedForWhenItIsEmptyAndNotLogged) {
+  use({"--security=WPA"});
+  const StandardInput input("abc\n");
+  int total = 0;
+  int count = -77;
+  EXPECT_EQ(outputOf([&] { count = generator->constructPasswd(&total); }),
+            (Output{Prompt + "\n\n", ""}));
+  EXPECT_EQ(count, 9);
+}
+
+TEST_F(TypedPassword, IsSentAsTyped) {
+  use({"--security=WEP", "--mode="});
+  generator->setWrapMode(false);
+  const StandardInput input("a b\n");
+  outputOf([&] { generator->configBasic(); });
+  EXPECT_EQ(device.writes,
+            std::vector<Bytes>{bytes("A5 00 1F 50 E0 DA 01 28 22 00 00 04 00 00 00 01 "
+                                     "28 05 00 00 04 00 00 00 06 28 09 00 00 04 61 20 62 00")});
+}
+
+TEST_F(TypedPassword, IsEmptyAtTheEndOfInput) {
+  use({"--security=WPA", "--mode="});
+  generator->setWrapMode(false);
+  const StandardInput input("");
+  const Output output = outputOf([&] { generator->configBasic(); });
+  EXPECT_EQ(output.out, Prompt + "\n\n");
+  EXPECT_EQ(device.writes,
+            std::vector<Bytes>{bytes("A5 00 1C 50 E0 DA 01 28 22 00 00 04 00 00 00 02 "
+                                     "28 05 00 00 04 00 00 00 06 28 11 00 00 01 00")});
+}
+
+TEST_F(TypedPassword, IsAskedForWithAnEmptySecurity) {
+  use({"--security="});
+  const StandardInput input("x\n");
+  int total = 0;
+  const Output output = outputOf([&] { generator->constructPasswd(&total); });
+  EXPECT_EQ(output.out, Prompt + "\n\n");
+}
+
+TEST_F(TypedPassword, IsAskedForAgainInTheBareTry) {
+  use({"--security=WPA"});
+  const StandardInput input("one\ntwo\n");
+  const Output output = outputOf([&] {
+    generator->configBasic();
+    generator->setWrapMode(false);
+    generator->configBasic();
+  });
+  EXPECT_EQ(output.out, Prompt + "\n\n" + Prompt + "\n\n");
+  EXPECT_EQ(Bytes(device.writes[0].end() - 4, device.writes[0].end()), bytes("6F 6E 65 00"));
+  EXPECT_EQ(Bytes(device.writes[1].end() - 4, device.writes[1].end()), bytes("74 77 6F 00"));
+}
