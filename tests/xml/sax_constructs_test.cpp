@@ -1,7 +1,6 @@
-// Single constructs: tags, names, attributes, entities.
+// Single constructs: names, tags, attributes.
 
 #include <gtest/gtest.h>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,29 +24,10 @@ class SaxSteps : public testing::Test {
   std::string_view name;
   std::string value;
   bool isEmpty = false;
-
-  std::string replaced(std::string text) const {
-    parser.replaceEntities(text);
-    return text;
-  }
 };
 
 std::string withAttribute(const std::string& name) {
   return "<a " + name + "=\"1\"";
-}
-
-/// Entity replacement by the letter: find, replace, search on from one character further.
-std::string replacedOneByOne(const SimpleSAXParser& parser, std::string text) {
-  std::size_t ampersand = text.find('&');
-  while (ampersand != std::string::npos) {
-    const std::size_t semicolon = text.find(';', ampersand);
-    if (semicolon != std::string::npos) {
-      const std::size_t length = semicolon - ampersand + 1;
-      text.replace(ampersand, length, parser.translateEntityRef(text.substr(ampersand, length)));
-    }
-    ampersand = text.find('&', ampersand + 1);
-  }
-  return text;
 }
 
 }  // namespace
@@ -238,62 +218,4 @@ TEST_F(SaxSteps, SkipToTheEndWhenItIsMissing) {
   position = 0;
   EXPECT_EQ(parser.skipComment("<!-- ->", position), SimpleSAXParser::PARSE_ERROR);
   EXPECT_EQ(position, 7U);
-}
-
-TEST_F(SaxSteps, TranslateTheFivePredefinedEntities) {
-  EXPECT_EQ(parser.translateEntityRef("&amp;"), "&");
-  EXPECT_EQ(parser.translateEntityRef("&quot;"), "\"");
-  EXPECT_EQ(parser.translateEntityRef("&apos;"), "'");
-  EXPECT_EQ(parser.translateEntityRef("&lt;"), "<");
-  EXPECT_EQ(parser.translateEntityRef("&gt;"), ">");
-}
-
-TEST_F(SaxSteps, TranslateOtherEntitiesToNothing) {
-  for (const std::string_view entity :
-       {"&#65;", "&#x41;", "&nbsp;", "&AMP;", "& amp;", "&;", "&", "", "amp", "&amp", "&ampx;"}) {
-    EXPECT_EQ(parser.translateEntityRef(entity), "") << entity;
-  }
-}
-
-TEST_F(SaxSteps, ReplaceEntities) {
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"", ""},
-      {"plain", "plain"},
-      {"&lt;&gt;&quot;&apos;&amp;", "<>\"'&"},
-      {"a&amp;b&amp;", "a&b&"},
-      {"a & b; c", "a  c"},
-      {"&", "&"},
-      {"&&&", "&&&"},
-      {"&amp", "&amp"},
-      {";&", ";&"},
-      {"&;", ""},
-      {"&no;;", ";"},
-      {"&&amp;", ""},
-      {"&lt;&amp", "<&amp"},
-      // Replaced text is not looked at again.
-      {"&amp;lt;", "&lt;"},
-      {"&amp;amp;lt;", "&amp;lt;"},
-      // The character behind a vanished entity is not looked at.
-      {"&no;&amp;", "&amp;"},
-      {"&no;x&amp;", "x&"},
-      {"&no;&no;&no;", "&no;"},
-      {"&no;&&lt;", "&<"},
-      {"x&no;", "x"},
-  };
-  for (const auto& [text, result] : cases) {
-    EXPECT_EQ(replaced(text), result) << text;
-    EXPECT_EQ(replacedOneByOne(parser, text), result) << text;
-  }
-}
-
-TEST_F(SaxSteps, ReplaceEntitiesAsIfOneByOneInAnyText) {
-  const std::vector<std::string> pieces = {"&", ";", "&amp;", "&lt;", "&no;", "amp;", "x", " "};
-  for (unsigned int seed = 1; seed <= 5000; ++seed) {
-    std::mt19937 random(seed);
-    std::string text;
-    for (std::size_t count = random() % 20; count > 0; --count) {
-      text += pieces[random() % pieces.size()];
-    }
-    ASSERT_EQ(replaced(text), replacedOneByOne(parser, text)) << "seed " << seed << ": " << text;
-  }
 }
