@@ -141,6 +141,11 @@ TEST(SecretBytes, AreAllThatIsLeftOfASettingThatOverruns) {
   EXPECT_EQ(hiddenBytes("A5 00 0A 50 E0 DA 01 28 11 00 00 09 6B"), ".......******");
 }
 
+TEST(SecretBytes, AreAllOfAWrapperThatContradictsItself) {
+  EXPECT_EQ(hiddenBytes("A5 00 14 50 E0 63 02 00 0F A5 00 0B 50 E0 DA 01 28 09 00 00 02 6B 00"),
+            std::string(23, '*'));
+}
+
 TEST(DescribeMessage, ShowsSecretsWhenAsked) {
   const Message message = parseMessage(bytes("A5 00 0B 50 E0 DA 01 28 11 00 00 02 6B 00"));
   EXPECT_EQ(describe(message, true), "store settings: pre-shared key = \"k\"");

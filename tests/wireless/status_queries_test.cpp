@@ -223,7 +223,10 @@ INSTANTIATE_TEST_SUITE_P(
                 0,
                 "D [ZVK] Status: 0 (no)\n"},
         ScanRow{{"AnotherGroup"}, "A5 00 09 50 E0 D8 00 28 1D 00 01 01", -1, -1, ""},
-        ScanRow{{"AnotherCommand"}, "A5 00 09 50 E0 DA 01 2A 1D 00 01 01", -1, -1, ""},
+        ScanRow{{"AnotherStartByte"}, "A4 00 09 50 E0 D8 00 2A 1D 00 01 01", -1, -1, ""},
+        ScanRow{{"AnotherFlag"}, "A5 00 09 70 E0 D8 00 2A 1D 00 01 01", -1, -1, ""},
+        ScanRow{{"AnotherCommand"}, "A5 00 09 50 E1 D8 00 2A 1D 00 01 01", -1, -1, ""},
+        ScanRow{{"AnotherKind"}, "A5 00 09 50 E0 DA 01 2A 1D 00 01 01", -1, -1, ""},
         ScanRow{{"WithinTheLengthOfAnother"},
                 "A5 A5 00 09 50 E0 D8 00 2A 1D 00 01 04",
                 4,
@@ -331,10 +334,15 @@ TEST_F(StatusQueries, DumpTheCommonNameAndAnswerMinusOne) {
             "E0 41 |.A\n");
 }
 
-TEST_F(StatusQueries, WaitThreeSecondsForAReplyBehindThePause) {
-  run(&wnpaGenerator::get802AuthStatus);
-  // The read that begins before the 3 seconds are over takes its own 5.
-  EXPECT_EQ(system.now(), 2 * Second + 5 * Second);
+TEST_F(StatusQueries, ReadOnUntilThreeSecondsAfterThePause) {
+  // Each packet says that another follows. The last one arrives when the time is over.
+  device.onWrite = [this](const Bytes& /*request*/) {
+    device.reply(replyOf(bytes("01"), 0x70), 4 * Second);
+    device.reply(replyOf(bytes("02"), 0x70), 5 * Second);
+    device.reply(replyOf(bytes("03"), 0x70), 5 * Second + Second / 2);
+  };
+  run(&wnpaGenerator::getAllSecuritySettings);
+  EXPECT_TRUE(output.err.ends_with("(4 bytes)\nE0 01 E0 02 |....\n")) << output.err;
 }
 
 }  // namespace
