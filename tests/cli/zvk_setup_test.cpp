@@ -186,6 +186,37 @@ TEST_F(Setup, AsksForThePasswordInEachTry) {
   EXPECT_EQ(device.writes.size(), 2U);
 }
 
+// --- Raw packets and queries --------------------------------------------------------------------
+
+TEST_F(Setup, SendsNothingToTheDefaultDeviceWithoutAnNpaFile) {
+  auto& other = system.device("/dev/usb/lp1");
+  EXPECT_EQ(run({"-npa", "/dev/usb/lp1"}), 0);
+  EXPECT_EQ(device.opens, 1);
+  EXPECT_EQ(other.opens, 0);
+  EXPECT_EQ(output, (Output{"", "D [ZVK] NPA data: 0 bytes\nD [ZVK] sendNPA response (0 bytes)\n" +
+                                    TransportGone}));
+}
+
+TEST_F(Setup, ReadsTheAnswerToARawPacketForTenSeconds) {
+  // Each packet says that another follows. The second arrives in the last second behind the pause,
+  // the third when the time is over.
+  device.onWrite = [this](const Bytes& /*request*/) {
+    device.reply(bytes("A5 00 02 70 01"), 11 * Second);
+    device.reply(bytes("A5 00 02 70 02"), 12 * Second);
+    device.reply(bytes("A5 00 02 70 03"), 12 * Second + Second / 2);
+  };
+  run({"-npa", "/dev/usb/lp0"});
+  EXPECT_EQ(
+      output.err,
+      "D [ZVK] NPA data: 0 bytes\nD [ZVK] sendNPA response (2 bytes)\n01 02 |..\n" + TransportGone);
+}
+
+TEST_F(Setup, NeedsNoSecondArgumentForAQuery) {
+  answer({bytes("A5 00 14 50 E0 63 02 00 0E A5 00 0B 50 E0 D8 00 28 08 00 02 78 00")});
+  EXPECT_EQ(run({"-s"}), 0);
+  EXPECT_EQ(output, (Output{"x\n", TransportGone}));
+}
+
 // --- Bad devices --------------------------------------------------------------------------------
 
 namespace {
