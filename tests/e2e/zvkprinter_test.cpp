@@ -160,6 +160,28 @@ TEST(ZvkprinterServe, AnswersAtItsLinkUntilItIsEnded) {
   EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
 }
 
+TEST(ZvkprinterServe, RemovesItsLinkWhateverSignalEndsIt) {
+  for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
+    const TemporaryFolder folder;
+    const std::string link = folder.path("printer");
+    support::BackgroundProcess printer({ZVKPRINTER, "serve", "--link=" + link, "--log=/dev/null"});
+    ASSERT_TRUE(support::eventually([&] { return fs::exists(link); }));
+    EXPECT_EQ(printer.endWith(signal), 0);
+    EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
+  }
+}
+
+TEST(ZvkprinterServe, LeavesWhatTookThePlaceOfItsLink) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("printer");
+  support::BackgroundProcess printer({ZVKPRINTER, "serve", "--link=" + path, "--log=/dev/null"});
+  ASSERT_TRUE(support::eventually([&] { return fs::exists(path); }));
+  fs::remove(path);
+  std::ofstream(path) << "mine";
+  EXPECT_EQ(printer.endWith(SIGTERM), 0);
+  EXPECT_EQ(fileContent(path), "mine");
+}
+
 TEST(ZvkprinterServe, NeverReplacesWhatIsThere) {
   const TemporaryFolder folder;
   const std::string path = folder.path("printer");
