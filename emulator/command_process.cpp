@@ -80,7 +80,12 @@ void CommandProcess::signal(int number) const {
 
 bool CommandProcess::hasEnded() {
   int status = 0;
-  if (::waitpid(m_Pid, &status, WNOHANG) != m_Pid) {
+  const pid_t ended = ::waitpid(m_Pid, &status, WNOHANG);
+  if (ended < 0) {
+    // Somebody else has collected it, and its status with it.
+    return true;
+  }
+  if (ended != m_Pid) {
     return false;
   }
   m_ExitStatus = WIFSIGNALED(status) ? SignalStatusBase + WTERMSIG(status) : WEXITSTATUS(status);

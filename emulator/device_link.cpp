@@ -16,6 +16,12 @@ constexpr const char* PrinterFolder = "/dev/usb";
 constexpr int LargestNumber = 16;
 constexpr int LargestTries = 100;
 
+/// Removes the folder if nothing is in it. The system has it only while a printer is attached, so
+/// an empty one is ours or another emulated printer's.
+void removeEmptyFolder() {
+  ::rmdir(PrinterFolder);
+}
+
 }  // namespace
 
 DeviceLink::DeviceLink(std::string path, std::string target)
@@ -37,14 +43,14 @@ FreeDeviceLink::FreeDeviceLink(const std::string& target) {
   int tries = LargestTries;
   while (!m_Link) {
     // Each time: another emulated printer that ends may just have removed the folder.
-    m_MadeFolder |= fs::create_directory(PrinterFolder);
+    fs::create_directory(PrinterFolder);
     try {
       m_Link.emplace(PrinterFolder + std::string("/lp") + std::to_string(number), target);
     } catch (const std::system_error& error) {
       const bool isTaken = error.code() == std::errc::file_exists && number > 0;
       const bool isFolderGone = error.code() == std::errc::no_such_file_or_directory && --tries > 0;
       if (!isTaken && !isFolderGone) {
-        removeFolder();
+        removeEmptyFolder();
         throw;
       }
       number -= isTaken ? 1 : 0;
@@ -54,14 +60,7 @@ FreeDeviceLink::FreeDeviceLink(const std::string& target) {
 
 FreeDeviceLink::~FreeDeviceLink() {
   m_Link.reset();
-  removeFolder();
-}
-
-void FreeDeviceLink::removeFolder() const {
-  if (m_MadeFolder) {
-    // Stays when somebody else has put something there meanwhile.
-    ::rmdir(PrinterFolder);
-  }
+  removeEmptyFolder();
 }
 
 }  // namespace emulator

@@ -35,9 +35,6 @@ class FreeDeviceLink {
   const std::string& path() const { return m_Link->path(); }
 
  private:
-  void removeFolder() const;
-
-  bool m_MadeFolder = false;
   std::optional<DeviceLink> m_Link;
 };
 

@@ -77,7 +77,7 @@ std::optional<Started> startInNamespace(const Options& options, const std::strin
     return Started{nullptr,
                    CommandProcess(withDevice(options.command, emulator::PrivateDevicePath), [&] {
                      emulator::enterPrivateDevices(device);
-                     signals.restoreMask();
+                     signals.restore();
                    })};
   } catch (const StartError& error) {
     if (error.step != StartError::Step::Preparation) {
@@ -96,11 +96,10 @@ Started startWithLink(const Options& options, const std::string& device,
   } catch (const std::system_error& error) {
     throw std::runtime_error(
         std::string("no link to the printer can be made: ") + error.what() +
-        "\nRun as root, or permit user namespaces (sysctl kernel.unprivileged_userns_clone=1), or "
-        "use 'zvkprinter serve --link=PATH' where you may write.");
+        "\nRun it as root, or permit user namespaces (sysctl kernel.unprivileged_userns_clone=1).");
   }
   say("the printer is at " + link->path() + " while the command runs ({} stands for it)");
-  CommandProcess process(withDevice(options.command, link->path()), [&] { signals.restoreMask(); });
+  CommandProcess process(withDevice(options.command, link->path()), [&] { signals.restore(); });
   return {std::move(link), process};
 }
 

@@ -21,6 +21,11 @@ bool opensWith(std::span<const Byte> packet, npa::DataKind kind) {
          std::ranges::equal(packet.subspan(DataOffset, kind.size()), kind);
 }
 
+/// Hides the last `count` bytes of the packet.
+void hideEnd(Message& message, std::size_t count) {
+  std::fill_n(message.secretBytes.rbegin(), count, true);
+}
+
 /// Reads the setting objects at the end of `packet`, which is the last `inner.size()` bytes of the
 /// message.
 bool parseSettings(Message& message, std::span<const Byte> inner) {
@@ -36,7 +41,6 @@ bool parseSettings(Message& message, std::span<const Byte> inner) {
     const std::size_t valueSize =
         left < npa::ObjectHeaderSize ? 0 : npa::numberAt(inner, offset + 3);
     if (left < npa::ObjectHeaderSize + valueSize) {
-      hideFrom(offset, left);
       return false;
     }
     const SettingKey key = {inner[offset], inner[offset + 1]};
@@ -80,6 +84,11 @@ std::span<const Byte> unwrap(std::span<const Byte> packet) {
   return consistent ? inner : std::span<const Byte>();
 }
 
+/// Whether it is known where in a packet of the kind keys may stand; if not, they may anywhere.
+bool isUnderstood(Kind kind) {
+  return kind == Kind::Query || kind == Kind::StoreSettings || kind == Kind::Sniff;
+}
+
 std::string_view kindText(Kind kind) {
   switch (kind) {
     case Kind::Query:
@@ -110,11 +119,14 @@ Message parseMessage(Bytes packet) {
     inner = unwrap(inner);
     if (inner.empty()) {
       message.kind = Kind::Malformed;
-      message.secretBytes.assign(message.packet.size(), true);
+      hideEnd(message, message.packet.size());
       return message;
     }
   }
   message.kind = parseInner(message, inner);
+  if (!isUnderstood(message.kind) && inner.size() > DataOffset) {
+    hideEnd(message, inner.size() - DataOffset);
+  }
   return message;
 }
 

@@ -65,25 +65,21 @@ void bind(const fs::path& from, const fs::path& to) {
         "bind of " + to.string());
 }
 
-/// Covers /dev with a copy that has the same entries, to which others can be added: the system's
-/// own /dev is shared with everybody and must stay as it is.
+/// Covers /dev with a folder of links to its entries, to which others can be added: the system's
+/// own /dev is shared with everybody and must stay as it is. The entries cannot be bound one by
+/// one, since /dev/ptmx looks for the folder "pts" beside itself.
 void coverDev() {
-  const UniqueFd old(::open("/dev", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  check(old.get(), "/dev");
-  const fs::path oldDev = "/proc/self/fd/" + std::to_string(old.get());
+  // A copy from before, since a copy of /dev as it then is would have the cover on top.
+  const UniqueFd old(
+      ::open_tree(AT_FDCWD, "/dev", OPEN_TREE_CLONE | OPEN_TREE_CLOEXEC | AT_RECURSIVE));
+  check(old.get(), "copy of /dev");
   mountTmpfs("/dev");
-  for (const fs::directory_entry& entry : fs::directory_iterator(oldDev)) {
-    const fs::path copy = "/dev" / entry.path().filename();
-    if (entry.is_symlink()) {
-      fs::copy_symlink(entry.path(), copy);
-      continue;
-    }
-    if (entry.is_directory()) {
-      fs::create_directory(copy);
-    } else {
-      makeFile(copy);
-    }
-    bind(entry.path(), copy);
+  const fs::path all = "/dev/.all";
+  check(::mkdir(all.c_str(), FolderMode), all);
+  check(::move_mount(old.get(), "", AT_FDCWD, all.c_str(), MOVE_MOUNT_F_EMPTY_PATH), all);
+  for (const fs::directory_entry& entry : fs::directory_iterator(all)) {
+    const fs::path name = entry.path().filename();
+    fs::create_symlink(all.filename() / name, "/dev" / name);
   }
 }
 

@@ -14,6 +14,10 @@ SignalQueue::SignalQueue() {
     ::sigaddset(&set, signal);
   }
   ::pthread_sigmask(SIG_BLOCK, &set, &m_Previous);
+  // An ignored SIGCHLD, which is inherited, would never tell that a child has ended.
+  ::signal(SIGCHLD, SIG_DFL);
+  // A reader of our output that goes away must not end us before we have tidied up.
+  ::signal(SIGPIPE, SIG_IGN);
   m_Fd = UniqueFd(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
   if (!m_Fd) {
     throw std::system_error(errno, std::generic_category(), "signalfd");
@@ -21,7 +25,7 @@ SignalQueue::SignalQueue() {
 }
 
 SignalQueue::~SignalQueue() {
-  restoreMask();
+  restore();
 }
 
 int SignalQueue::next() const {
@@ -30,7 +34,8 @@ int SignalQueue::next() const {
   return size == static_cast<ssize_t>(sizeof info) ? static_cast<int>(info.ssi_signo) : 0;
 }
 
-void SignalQueue::restoreMask() const {
+void SignalQueue::restore() const {
+  ::signal(SIGPIPE, SIG_DFL);
   ::pthread_sigmask(SIG_SETMASK, &m_Previous, nullptr);
 }
 

@@ -7,7 +7,7 @@
 namespace emulator {
 
 /// Turns the signals that end a program, and SIGCHLD, into a queue that can be polled. While it
-/// lives they are blocked.
+/// lives they are blocked, and SIGPIPE is ignored.
 class SignalQueue {
  public:
   SignalQueue();
@@ -21,8 +21,8 @@ class SignalQueue {
   /// Takes the next signal; 0 when none waits.
   int next() const;
 
-  /// Unblocks the signals again; for a child before it runs another program.
-  void restoreMask() const;
+  /// Lets signals act again as programs expect; for a child before it runs another program.
+  void restore() const;
 
  private:
   sigset_t m_Previous{};

@@ -112,7 +112,7 @@ int zvkSetup::sendNpaData() {
   unsigned char* buffer = nullptr;
   const int converted = Utility::getHexValues(m_Configuration->getNPAFileData().c_str(), buffer);
   const std::unique_ptr<unsigned char[]> bytes(buffer);
-  // A text that is no hex has a length and no bytes.
+  // Whether there are bytes is told by the buffer, not by the count.
   const int count = bytes ? converted : 0;
   util::debugLine("NPA data: %d bytes", count);
   Utility::ShowBytes(bytes.get(), count);

@@ -78,6 +78,8 @@ class EchoOff {
 };
 
 std::string readLine() {
+  // The end of input at an earlier prompt is over: a terminal can be asked again.
+  std::clearerr(stdin);
   std::string line;
   for (int c = std::getchar(); c != '\n' && c != EOF; c = std::getchar()) {
     line.push_back(static_cast<char>(c));

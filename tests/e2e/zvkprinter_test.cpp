@@ -74,7 +74,8 @@ TEST(ZvkprinterDevices, HaveALinkAtAFreeNameWhereThereIsNoNamespace) {
                                            "--", "sh", "-c", "echo {}; test -c {}"});
   if (::geteuid() == 0) {
     EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(result.out.starts_with("/dev/usb/lp")) << result.out;
+    // The highest number, since the kernel counts real printers from 0.
+    EXPECT_EQ(result.out, "/dev/usb/lp16\n");
     EXPECT_NE(result.err.find("the printer is at " + result.out.substr(0, result.out.size() - 1)),
               std::string::npos)
         << result.err;
@@ -82,9 +83,35 @@ TEST(ZvkprinterDevices, HaveALinkAtAFreeNameWhereThereIsNoNamespace) {
     EXPECT_EQ(result.status, 125);
     EXPECT_NE(result.err.find("no link to the printer can be made: "), std::string::npos)
         << result.err;
-    EXPECT_NE(result.err.find("zvkprinter serve --link=PATH"), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("permit user namespaces"), std::string::npos) << result.err;
   }
   EXPECT_EQ(names("/dev/usb"), before);
+}
+
+TEST(ZvkprinterRun, EndsWithTheCommandEvenWhenStartedWithSigchldIgnored) {
+  // A shell that ignores a signal passes that on.
+  const ProcessResult result =
+      runProcess({"timeout", "20", "bash", "-c",
+                  "trap '' CHLD; exec " ZVKPRINTER " run --log=/dev/null -- sh -c 'exit 3'"});
+  EXPECT_EQ(result.status, 3);
+}
+
+TEST(ZvkprinterRun, LeavesTheInterruptToTheCommand) {
+  support::BackgroundProcess printer({ZVKPRINTER, "run", "--log=/dev/null", "--", "sh", "-c",
+                                      "trap 'exit 9' INT; sleep 0.5; exit 4"});
+  support::waitAMoment();
+  // As kill(1) sends it; from the terminal it would reach the command as well.
+  EXPECT_EQ(printer.endWith(SIGINT), 4);
+}
+
+TEST(ZvkprinterRun, ShowsTheCommandNoOtherPrinter) {
+  // The outer run's private folder gets a second printer, which the inner run covers.
+  const ProcessResult result =
+      runInPrinter({"sh", "-c",
+                    "if test {} = /dev/usb/lp0; then touch /dev/usb/lp5 && " ZVKPRINTER
+                    " run --log=/dev/null -- ls /dev/usb; else echo no namespaces; fi"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_TRUE(result.out == "lp0\n" || result.out == "no namespaces\n") << result.out;
 }
 
 TEST(ZvkprinterRun, ServesAnOrdinaryUserToo) {
@@ -116,6 +143,15 @@ TEST(ZvkprinterRun, ServesAnOrdinaryUserToo) {
     EXPECT_NE(result.err.find("no private /dev/usb/lp0 here: "), std::string::npos) << result.err;
     EXPECT_NE(result.err.find("permit user namespaces"), std::string::npos) << result.err;
   }
+}
+
+TEST(ZvkprinterRun, LeavesTheCommandItsOtherDevices) {
+  // The last one is a pseudo-terminal of the command's own.
+  const ProcessResult result = runInPrinter(
+      {"sh", "-c",
+       "echo x > /dev/null && head -c 4 /dev/zero | wc -c && script -qc tty /dev/null"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_TRUE(result.out.starts_with("4\n/dev/")) << result.out;
 }
 
 TEST(ZvkprinterRun, MasksKeysInItsLog) {
@@ -180,6 +216,18 @@ TEST(ZvkprinterServe, LeavesWhatTookThePlaceOfItsLink) {
   std::ofstream(path) << "mine";
   EXPECT_EQ(printer.endWith(SIGTERM), 0);
   EXPECT_EQ(fileContent(path), "mine");
+}
+
+TEST(ZvkprinterServe, RemovesItsLinkWhenNobodyReadsItsLogAnyMore) {
+  const TemporaryFolder folder;
+  const std::string link = folder.path("printer");
+  support::BackgroundProcess printer(
+      {"bash", "-c", "exec " ZVKPRINTER " serve --link=" + link + " > >(true) 2>&1"});
+  ASSERT_TRUE(support::eventually([&] { return fs::exists(link); }));
+  ask(link, std::string("\xA5\x00\x06\x50\xE0\xD8\x00\x0A\x02", 9), 15);
+  ask(link, std::string("\xA5\x00\x06\x50\xE0\xD8\x00\x0A\x02", 9), 15);
+  EXPECT_EQ(printer.endWith(SIGTERM), 0);
+  EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
 }
 
 TEST(ZvkprinterServe, NeverReplacesWhatIsThere) {

@@ -147,6 +147,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "00 FF 13 37 5A 80 7F 20 0A 99 C3 42",
                 false},
         MoodRow{{"Cut"}, {.cutAt = 3}, "A5 00 05", "A5 00 0E", true},
+        MoodRow{
+            {"CutTheLastByte"}, {.cutAt = 7}, "A5 00 05 50 E0 DA 01", "A5 00 0E 50 E0 63 02", true},
         MoodRow{{"CutBehindTheEnd"},
                 {.cutAt = 8},
                 "A5 00 05 50 E0 DA 01 01",

@@ -137,8 +137,21 @@ TEST(SecretBytes, AreFoundInsideAWrapper) {
             ".....................**");
 }
 
-TEST(SecretBytes, AreAllThatIsLeftOfASettingThatOverruns) {
-  EXPECT_EQ(hiddenBytes("A5 00 0A 50 E0 DA 01 28 11 00 00 09 6B"), ".......******");
+TEST(SecretBytes, AreAllDataOfAPacketThatIsNotUnderstood) {
+  // A setting that overruns the packet; settings under another command; a long query; a method
+  // call.
+  EXPECT_EQ(hiddenBytes("A5 00 0A 50 E0 DA 01 28 11 00 00 09 6B"), ".....********");
+  EXPECT_EQ(hiddenBytes("A5 00 0A 50 E1 DA 01 28 11 00 00 01 6B"), ".....********");
+  EXPECT_EQ(hiddenBytes("A5 00 07 50 E0 D8 00 28 08 6B"), ".....*****");
+  EXPECT_EQ(hiddenBytes("A5 00 07 50 E0 C0 03 00 01 6B"), ".....*****");
+  EXPECT_EQ(hiddenBytes("A5 00 02 50 E0"), ".....");
+  EXPECT_EQ(hiddenBytes("A5 00 00"), "...");
+}
+
+TEST(SecretBytes, AreNoneOfAQueryAndASniff) {
+  EXPECT_EQ(hiddenBytes("A5 00 06 50 E0 D8 00 28 08"), ".........");
+  EXPECT_EQ(hiddenBytes("A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E"),
+            std::string(19, '.'));
 }
 
 TEST(SecretBytes, AreAllOfAWrapperThatContradictsItself) {
