@@ -97,9 +97,11 @@ TEST(ZvkprinterRun, EndsWithTheCommandEvenWhenStartedWithSigchldIgnored) {
 }
 
 TEST(ZvkprinterRun, LeavesTheInterruptToTheCommand) {
+  const TemporaryFolder folder;
+  const std::string started = folder.path("started");
   support::BackgroundProcess printer({ZVKPRINTER, "run", "--log=/dev/null", "--", "sh", "-c",
-                                      "trap 'exit 9' INT; sleep 0.5; exit 4"});
-  support::waitAMoment();
+                                      "trap 'exit 9' INT; touch " + started + "; sleep 1; exit 4"});
+  ASSERT_TRUE(support::eventually([&] { return fs::exists(started); }));
   // As kill(1) sends it; from the terminal it would reach the command as well.
   EXPECT_EQ(printer.endWith(SIGINT), 4);
 }
