@@ -54,11 +54,11 @@ LogStream openLog(const Options& options) {
 
 /// The arguments with the device's path for each {}.
 std::vector<std::string> withDevice(std::vector<std::string> command, const std::string& path) {
-  constexpr std::string_view placeholder = "{}";
+  constexpr std::string_view mark = "{}";
   for (std::string& argument : command) {
-    for (std::size_t at = argument.find(placeholder); at != std::string::npos;
-         at = argument.find(placeholder, at + path.size())) {
-      argument.replace(at, placeholder.size(), path);
+    for (std::size_t at = argument.find(mark); at != std::string::npos;
+         at = argument.find(mark, at + path.size())) {
+      argument.replace(at, mark.size(), path);
     }
   }
   return command;

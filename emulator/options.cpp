@@ -70,7 +70,7 @@ std::vector<npa::Byte> parseBytes(std::string_view list) {
 /// One option: what it does with its value, which is empty for a switch.
 struct Option {
   std::string_view name;
-  std::string_view placeholder;  ///< of the value; empty for a switch
+  std::string_view valueName;  ///< of the value; empty for a switch
   std::string_view help;
   void (*apply)(Options& options, const std::string& value);
 };
@@ -192,8 +192,8 @@ void appendHelp(std::string& text, const std::array<Option, Count>& options) {
   constexpr std::size_t column = 31;
   for (const Option& option : options) {
     std::string line = "  " + std::string(option.name);
-    if (!option.placeholder.empty()) {
-      line.append("=").append(option.placeholder);
+    if (!option.valueName.empty()) {
+      line.append("=").append(option.valueName);
     }
     line.resize(std::max(column, line.size() + 1), ' ');
     text.append(line).append(option.help).append("\n");
@@ -238,7 +238,7 @@ Options parseOptions(const std::vector<std::string>& arguments) {
     if (option == nullptr) {
       throw UsageError("there is no option '" + name + "'");
     }
-    const bool takesValue = !option->placeholder.empty();
+    const bool takesValue = !option->valueName.empty();
     if (!takesValue && equals != std::string::npos) {
       throw UsageError(name + " takes no value");
     }

@@ -13,17 +13,22 @@
 #include "util/utility.h"
 #include "wireless/wnpa_generator.h"
 
-/// A query whose collected reply the generator looks at itself.
+/// A query for one setting. The texts are for those whose collected reply the generator looks at
+/// itself.
 struct StatusQuery {
   npa::Byte group;
   npa::Byte object;
-  const char* announcement;
+  const char* announcement = nullptr;
   /// Opens the line that tells the reply's size, with a dump behind it; null for no such line.
-  const char* responseName;
+  const char* responseName = nullptr;
 };
 
 namespace {
 
+constexpr StatusQuery Ssid = {npa::GroupWireless, 0x08};
+constexpr StatusQuery IpAddress = {npa::GroupNetworkAddress, 0x02};
+constexpr StatusQuery TroubleCode = {npa::GroupWireless, 0x15};
+constexpr StatusQuery AdapterDescriptor = {npa::GroupAdapter, 0x1F};
 constexpr StatusQuery AuthStatus = {npa::Group8021x, 0x1D, "802.1x Authentication status...",
                                     "Auth status response"};
 constexpr StatusQuery AuthEnabled = {npa::Group8021x, 0x13, "802.1x Auth enabled?...", nullptr};
@@ -107,26 +112,26 @@ int firstStatus(std::span<const unsigned char> reply, const StatusQuery& query,
 
 }  // namespace
 
-int wnpaGenerator::runQuery(npa::Byte group, npa::Byte object,
+int wnpaGenerator::runQuery(const StatusQuery& query,
                             int (sendConfig::*exchange)(unsigned char*, int)) {
-  std::vector<unsigned char> request = outgoing(npa::query(group, object));
+  std::vector<unsigned char> request = outgoing(npa::query(query.group, query.object));
   return (m_Exchange.*exchange)(request.data(), static_cast<int>(request.size()));
 }
 
 int wnpaGenerator::getSSID() {
-  return runQuery(npa::GroupWireless, 0x08, &sendConfig::getSSID);
+  return runQuery(Ssid, &sendConfig::getSSID);
 }
 
 int wnpaGenerator::getIP() {
-  return runQuery(npa::GroupNetworkAddress, 0x02, &sendConfig::getIP);
+  return runQuery(IpAddress, &sendConfig::getIP);
 }
 
 int wnpaGenerator::getTroubleCode() {
-  return runQuery(npa::GroupWireless, 0x15, &sendConfig::getTroubleCode);
+  return runQuery(TroubleCode, &sendConfig::getTroubleCode);
 }
 
 int wnpaGenerator::getAdapterDescriptor() {
-  return runQuery(npa::GroupAdapter, 0x1F, &sendConfig::getAdapterDescriptor);
+  return runQuery(AdapterDescriptor, &sendConfig::getAdapterDescriptor);
 }
 
 std::vector<unsigned char> wnpaGenerator::collectReply(const StatusQuery& query) {

@@ -127,7 +127,7 @@ class wnpaGenerator {
   std::vector<unsigned char> outgoing(std::span<const npa::Byte> packet);
 
   /// Sends the query for one setting through an operation of the exchange.
-  int runQuery(npa::Byte group, npa::Byte object, int (sendConfig::*exchange)(unsigned char*, int));
+  int runQuery(const StatusQuery& query, int (sendConfig::*exchange)(unsigned char*, int));
 
   /// Sends a query and returns the collected reply, empty when there is none.
   std::vector<unsigned char> collectReply(const StatusQuery& query);

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "support/judged_exchange.h"
 #include "support/rows.h"
-#include "support/special_exchange.h"
 
 using support::Bytes;
 using support::bytes;
-using support::SpecialExchange;
+using support::JudgedExchange;
 using virtual_system::Second;
 using Events = std::vector<std::string>;
 
@@ -26,7 +26,7 @@ struct CourseRow : support::Row {
   int resultOfSilence;
 };
 
-class ExchangeCourse : public SpecialExchange, public testing::WithParamInterface<CourseRow> {
+class ExchangeCourse : public JudgedExchange, public testing::WithParamInterface<CourseRow> {
  protected:
   /// The events of that many attempts.
   static Events attempts(int count) {

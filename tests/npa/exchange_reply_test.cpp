@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "support/judged_exchange.h"
 #include "support/rows.h"
-#include "support/special_exchange.h"
 
 using support::Bytes;
 using support::bytes;
 using support::joined;
-using support::SpecialExchange;
+using support::JudgedExchange;
 
 namespace {
 
@@ -30,7 +30,7 @@ struct JudgedRow : support::Row {
   std::size_t attempts;
 };
 
-class Judged : public SpecialExchange, public testing::WithParamInterface<JudgedRow> {};
+class Judged : public JudgedExchange, public testing::WithParamInterface<JudgedRow> {};
 
 }  // namespace
 
@@ -141,38 +141,38 @@ INSTANTIATE_TEST_SUITE_P(
 // --- Replies that change from attempt to attempt
 // ---------------------------------------------------
 
-TEST_F(SpecialExchange, GetTroubleCodeReturnsTheCodeOfTheFourthAttempt) {
+TEST_F(JudgedExchange, GetTroubleCodeReturnsTheCodeOfTheFourthAttempt) {
   answer({bytes("A5 00 03 50 E0 01"), bytes("A5 00 03 50 E0 02"), bytes("A5 00 03 50 E0 03"),
           bytes("A5 00 03 50 E0 04")});
   EXPECT_EQ(run(GetTroubleCode), 4);
 }
 
-TEST_F(SpecialExchange, GetTroubleCodeIsOverWhenTheTroubleIs) {
+TEST_F(JudgedExchange, GetTroubleCodeIsOverWhenTheTroubleIs) {
   answer({bytes("07"), bytes("07"), bytes("07"), bytes("00")});
   EXPECT_EQ(run(GetTroubleCode), 0);
   EXPECT_EQ(device.writes.size(), 4U);
 }
 
-TEST_F(SpecialExchange, GetIpRepeatsUntilTheAddressIsThere) {
+TEST_F(JudgedExchange, GetIpRepeatsUntilTheAddressIsThere) {
   answer({bytes("00 00 00 00"), bytes("00 00"), bytes("0A 00 00 01")});
   EXPECT_EQ(run(GetIp), 0);
   EXPECT_EQ(printed, "10.0.0.1\n");
   EXPECT_EQ(device.writes.size(), 3U);
 }
 
-TEST_F(SpecialExchange, GetIpForgetsTheReplyOfTheAttemptBefore) {
+TEST_F(JudgedExchange, GetIpForgetsTheReplyOfTheAttemptBefore) {
   answer({bytes("C0 A8 01"), bytes("00"), bytes("00"), bytes("00")});
   EXPECT_EQ(run(GetIp), 1);
   EXPECT_EQ(printed, "");
 }
 
-TEST_F(SpecialExchange, EachGetIpAttemptMayBeRefused) {
+TEST_F(JudgedExchange, EachGetIpAttemptMayBeRefused) {
   answer({bytes("00 00 00 00"), bytes("A5 00 01 D4")});
   EXPECT_EQ(run(GetIp), -1);
   EXPECT_EQ(device.writes.size(), 2U);
 }
 
-TEST_F(SpecialExchange, GetSsidPrintsAsMuchAsItsBufferHolds) {
+TEST_F(JudgedExchange, GetSsidPrintsAsMuchAsItsBufferHolds) {
   answer({joined({bytes("A5 00 06 00 04"), Bytes(600, 'x')})});
   EXPECT_EQ(run(GetSsid), 0);
   EXPECT_EQ(printed, std::string(512 - 5, 'x') + "\n");

@@ -12,7 +12,7 @@ namespace support {
 
 /// Tests of the operations of `sendConfig` that judge one reply for each attempt, against a
 /// scripted printer.
-class SpecialExchange : public UsblpPrinter {
+class JudgedExchange : public UsblpPrinter {
  protected:
   using Operation = int (sendConfig::*)(unsigned char*, int);
 
