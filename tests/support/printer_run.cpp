@@ -60,7 +60,7 @@ Words printerCommand(const Words& options, const Words& arguments) {
 }
 
 PrinterRun runWithPrinter(Words options, Words arguments, std::string_view input) {
-  return run({"faketime", "-f", "+0 x20"}, options, arguments, input);
+  return run({"faketime", "-f", "+0 x10"}, options, arguments, input);
 }
 
 PrinterRun runWithPrinterInRealTime(Words options, Words arguments) {

@@ -17,7 +17,7 @@ struct PrinterRun {
   std::vector<std::string> received;  ///< each message that reached the printer, in hex
 };
 
-/// Runs zvkconfig with `arguments` against a printer with `options`. Time goes 20 times as fast for
+/// Runs zvkconfig with `arguments` against a printer with `options`. Time goes 10 times as fast for
 /// both, so that the protocol's pauses take their course without being waited for.
 ///
 /// "{}" in an argument stands for the printer's path: "/dev/usb/lp0" where the system permits a
