@@ -23,7 +23,7 @@ class DeviceLink {
 
 /// Links a free printer device name to the emulated device: "/dev/usb/lp" and a number, the highest
 /// free one, since the kernel numbers real printers from 0. Makes the folder if it is missing, and
-/// removes it again.
+/// removes it when nothing else is in it.
 class FreeDeviceLink {
  public:
   /// Throws `std::system_error` when no link can be made.

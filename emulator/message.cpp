@@ -26,8 +26,7 @@ void hideEnd(Message& message, std::size_t count) {
   std::fill_n(message.secretBytes.rbegin(), count, true);
 }
 
-/// Reads the setting objects at the end of `packet`, which is the last `inner.size()` bytes of the
-/// message.
+/// Reads the setting objects of `inner`, which is the end of the message's packet or all of it.
 bool parseSettings(Message& message, std::span<const Byte> inner) {
   const std::size_t innerStart = message.packet.size() - inner.size();
   const auto hideFrom = [&](std::size_t offset, std::size_t count) {

@@ -81,6 +81,27 @@ TEST(PasswordPrompt, DoesNotShowWhatIsTyped) {
       << program.shown();
 }
 
+TEST(PasswordPrompt, CanBeAnsweredAgainAfterTheEndOfInputAtATerminal) {
+  const support::TemporaryFolder folder;
+  const std::string log = folder.path("log");
+  std::vector<std::string> command = {"faketime", "-f", "+0 x10"};
+  const auto run = support::printerCommand({"--refuse-wrapped", "--show-secrets", "--log=" + log},
+                                           {"-c", "--security=WPA", "--ssid=x", "{}"});
+  command.insert(command.end(), run.begin(), run.end());
+  TerminalProcess program(command);
+  ASSERT_TRUE(program.waitFor("Please provide the password:"));
+  ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
+  const std::string endOfInput = "\x04";
+  program.type(endOfInput);
+  ASSERT_TRUE(program.waitFor("Basic config ret = -1"));
+  ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
+  program.type("two\n");
+  EXPECT_EQ(program.waitForEnd(), 0);
+  const std::string messages = support::fileContent(log);
+  EXPECT_NE(messages.find(" 28 11 00 00 01 00\n"), std::string::npos) << messages;
+  EXPECT_NE(messages.find(" 28 11 00 00 04 74 77 6F 00\n"), std::string::npos) << messages;
+}
+
 TEST(PasswordPrompt, GivesTheTerminalItsEchoBackWhenInterrupted) {
   TerminalProcess program(promptingCommand());
   ASSERT_TRUE(program.waitFor("Please provide the password:"));
