@@ -17,12 +17,10 @@ namespace {
 using support::Bytes;
 using support::bytes;
 using support::failure;
-using support::joined;
 using support::outputOf;
 using support::replyPacket;
 using support::replyXml;
 using support::statusChildren;
-using support::textBytes;
 using support::TransportGone;
 using Names = std::vector<std::string>;
 

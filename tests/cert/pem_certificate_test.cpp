@@ -16,7 +16,6 @@
 namespace {
 
 using support::certificatePem;
-using support::CertificateText;
 using support::outputOf;
 
 // --- Dates --------------------------------------------------------------------------------------
