@@ -202,7 +202,8 @@ Adapter::Answer Adapter::answerCall(const ParsedCall& call) {
   if (given != nullptr && !given->status) {
     return {rawReply(given->bytes), "the bytes of " + given->file};
   }
-  const CallReply reply = given != nullptr ? CallReply(*given->status) : m_Certificates.answer(call);
+  const CallReply reply =
+      given != nullptr ? CallReply(*given->status) : m_Certificates.answer(call);
   std::string meaning = "status " + std::to_string(reply.status());
   if (reply.status() != static_cast<int>(CallStatus::Success)) {
     meaning.append(": ").append(reply.message());

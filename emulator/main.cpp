@@ -19,7 +19,7 @@
 #include "emulator/options.h"
 #include "emulator/private_devices.h"
 #include "emulator/pty_door.h"
-#include "emulator/reply_packets.h"
+#include "emulator/reply_files.h"
 #include "emulator/signal_queue.h"
 #include "emulator/state_folder.h"
 
@@ -52,23 +52,6 @@ FileStream openLog(const Options& options) {
     throw std::system_error(errno, std::generic_category(), *options.logFile);
   }
   return stream;
-}
-
-/// The content of a file, which is to fit in a packet.
-emulator::Bytes readReply(const std::string& path) {
-  const FileStream file(std::fopen(path.c_str(), "re"), std::fclose);
-  if (!file) {
-    throw std::system_error(errno, std::generic_category(), path);
-  }
-  emulator::Bytes bytes(emulator::LargestContent + 1);
-  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
-  if (std::ferror(file.get()) != 0) {
-    throw std::system_error(errno, std::generic_category(), path);
-  }
-  if (bytes.size() > emulator::LargestContent) {
-    throw std::runtime_error(path + ": more than fits in a packet");
-  }
-  return bytes;
 }
 
 /// The arguments with the device's path for each {}.
@@ -175,16 +158,6 @@ int show(const Options& options) {
   return 0;
 }
 
-/// The printer as the options have it, with the replies that are in files.
-emulator::Personality withFiles(emulator::Personality personality) {
-  for (emulator::ObjectAnswer& answer : personality.objectAnswers) {
-    if (!answer.status) {
-      answer.bytes = readReply(answer.file);
-    }
-  }
-  return personality;
-}
-
 int serveOrRun(const Options& options) {
   const FileStream logStream = openLog(options);
   emulator::MessageLog log(
@@ -194,7 +167,7 @@ int serveOrRun(const Options& options) {
         std::fflush(logStream.get());
       },
       options.showSecrets);
-  emulator::Adapter adapter(withFiles(options.personality), log);
+  emulator::Adapter adapter(emulator::withReplyFiles(options.personality), log);
   std::optional<emulator::StateFolder> folder;
   if (options.stateFolder) {
     folder.emplace(*options.stateFolder, emulator::StateFolder::Use::Keep);

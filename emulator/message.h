@@ -30,10 +30,10 @@ struct Message {
   Bytes packet;  ///< as it came
   Kind kind = Kind::Unknown;
   bool wrapped = false;
-  SettingKey asked{};             ///< of a query: what is asked for
-  std::vector<Setting> settings;  ///< of settings to be stored
+  SettingKey asked{};              ///< of a query: what is asked for
+  std::vector<Setting> settings;   ///< of settings to be stored
   std::optional<ParsedCall> call;  ///< of an object-store call
-  std::vector<bool> secretBytes;  ///< for each byte of the packet: not to be shown
+  std::vector<bool> secretBytes;   ///< for each byte of the packet: not to be shown
 };
 
 /// Takes a whole packet (as `PacketReader` cuts them) apart.

@@ -263,7 +263,7 @@ const Option* findOption(std::string_view name) {
 
 template <std::size_t Count>
 void appendHelp(std::string& text, const std::array<Option, Count>& options) {
-  constexpr std::size_t column = 31;
+  constexpr std::size_t column = 32;
   for (const Option& option : options) {
     std::string line = "  " + std::string(option.name);
     if (!option.valueName.empty()) {

@@ -78,7 +78,8 @@ Bytes objectStoreReply(std::string_view xml, std::size_t count) {
     return rawReply(head);
   }
   constexpr std::size_t largestSlice = LargestContent - 1;
-  const std::size_t needed = std::max<std::size_t>((xml.size() + largestSlice - 1) / largestSlice, 1);
+  const std::size_t needed =
+      std::max<std::size_t>((xml.size() + largestSlice - 1) / largestSlice, 1);
   const std::size_t slices = std::max(count, needed + 1) - 1;
   Bytes result = rawReply(head);
   std::size_t lastFlag = npa::FlagOffset;

@@ -29,8 +29,8 @@ Bytes wrapped(const Bytes& packet);
 /// further one follows; the last holds `content`. All are wrappers.
 Bytes packetSequence(const Bytes& other, const Bytes& content, std::size_t count);
 
-/// The reply to a method call in `count` packets, at least one, or in as many as it needs if they are
-/// more. Of several the first holds the head of the reply alone; each but the last says that a
+/// The reply to a method call in `count` packets, at least one, or in as many as it needs if they
+/// are more. Of several the first holds the head of the reply alone; each but the last says that a
 /// further one follows.
 Bytes objectStoreReply(std::string_view xml, std::size_t count);
 
