@@ -6,6 +6,9 @@
 #include <string_view>
 #include <utility>
 
+#include "emulator/certificate_object.h"
+#include "emulator/subject.h"
+
 namespace emulator {
 
 namespace {
@@ -13,6 +16,9 @@ namespace {
 constexpr std::size_t LargestCount = 65538;
 constexpr std::size_t LargestDelay = 3600;
 constexpr std::size_t LargestPacketCount = 100;
+constexpr std::size_t LargestStatus = 65535;
+constexpr std::size_t SmallestRsaKey = 1024;
+constexpr std::size_t LargestRsaKey = 4096;
 
 std::size_t parseNumber(std::string_view text, std::size_t largest, int base = 10) {
   std::size_t number = 0;
@@ -65,6 +71,49 @@ std::vector<npa::Byte> parseBytes(std::string_view list) {
     }
     list.remove_prefix(comma + 1);
   }
+}
+
+std::size_t parseKeyBits(const std::string& text) {
+  const std::size_t bits = parseNumber(text, LargestRsaKey);
+  if (bits > 0 && bits < SmallestRsaKey) {
+    throw UsageError("'" + text + "' is no size of an RSA key: " + std::to_string(SmallestRsaKey) +
+                     " to " + std::to_string(LargestRsaKey) + ", or 0");
+  }
+  return bits;
+}
+
+/// "CN=text" for one text of a subject.
+void parseSubjectText(Subject& subject, const std::string& text) {
+  const std::size_t equals = text.find('=');
+  const auto* const field =
+      std::ranges::find(SubjectFields, text.substr(0, equals), &SubjectField::name);
+  if (field == SubjectFields.end() || equals == std::string::npos) {
+    throw UsageError("'" + text + "' begins with none of O=, OU=, C=, ST=, L=, CN= and AN=");
+  }
+  subject.*field->text = text.substr(equals + 1);
+}
+
+/// The method's name ahead of a colon, and what is behind it; an empty name when there is none.
+std::pair<std::string, std::string> splitMethod(const std::string& text) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string::npos || !CertificateObject::hasMethod(text.substr(0, colon))) {
+    return {"", text};
+  }
+  return {text.substr(0, colon), text.substr(colon + 1)};
+}
+
+ObjectAnswer parseObjectReply(const std::string& text) {
+  auto [method, file] = splitMethod(text);
+  return {std::move(method), std::move(file)};
+}
+
+ObjectAnswer parseObjectStatus(const std::string& text) {
+  auto [method, code] = splitMethod(text);
+  if (code.find(':') != std::string::npos) {
+    throw UsageError("'" + text + "' names no method of the object store");
+  }
+  const auto status = static_cast<int>(parseNumber(code, LargestStatus));
+  return {std::move(method), {}, status};
 }
 
 /// One option: what it does with its value, which is empty for a switch.
@@ -146,9 +195,30 @@ constexpr std::array PersonalityOptions = {
            [](Options& o, const std::string& value) {
              o.personality.cutRecordAt = parseNumber(value, LargestCount);
            }},
-    Option{"--packets", "N", "802.1x: answer in so many packets",
+    Option{"--packets", "N", "802.1x and method calls: answer in so many packets",
            [](Options& o, const std::string& value) {
              o.personality.replyPackets = parseNumber(value, LargestPacketCount);
+           }},
+    Option{"--object-reply", "[METHOD:]FILE",
+           "method calls: answer with FILE's bytes behind the flag byte",
+           [](Options& o, const std::string& value) {
+             o.personality.objectAnswers.push_back(parseObjectReply(value));
+           }},
+    Option{"--object-status", "[METHOD:]CODE", "method calls: do nothing, answer with this status",
+           [](Options& o, const std::string& value) {
+             o.personality.objectAnswers.push_back(parseObjectStatus(value));
+           }},
+    Option{"--cert-default", "NAME=TEXT", "default of certificate requests for O, OU, C, ... AN",
+           [](Options& o, const std::string& value) {
+             parseSubjectText(o.personality.certificates.defaults, value);
+           }},
+    Option{"--key-bits", "N", "make RSA keys of so many bits (0: keys on the curve P-256)",
+           [](Options& o, const std::string& value) {
+             o.personality.certificates.rsaBits = parseKeyBits(value);
+           }},
+    Option{"--no-factory-certificate", "", "have no certificate from the factory",
+           [](Options& o, const std::string&) {
+             o.personality.certificates.factoryCertificate = false;
            }},
 };
 
@@ -157,9 +227,13 @@ constexpr std::array GeneralOptions = {
            [](Options& o, const std::string& value) {
              o.logFile = value;
            }},
-    Option{"--show", "", "print the settings that the printer holds in the end",
+    Option{"--show", "", "print what the printer holds in the end",
            [](Options& o, const std::string&) {
              o.showSettings = true;
+           }},
+    Option{"--state", "DIR", "keep settings and certificates in this folder from run to run",
+           [](Options& o, const std::string& value) {
+             o.stateFolder = value;
            }},
     Option{"--show-secrets", "", "do not mask keys and passwords",
            [](Options& o, const std::string&) {
@@ -189,7 +263,7 @@ const Option* findOption(std::string_view name) {
 
 template <std::size_t Count>
 void appendHelp(std::string& text, const std::array<Option, Count>& options) {
-  constexpr std::size_t column = 31;
+  constexpr std::size_t column = 32;
   for (const Option& option : options) {
     std::string line = "  " + std::string(option.name);
     if (!option.valueName.empty()) {
@@ -207,10 +281,13 @@ Options::Action parseAction(std::string_view text) {
   if (text == "serve") {
     return Options::Action::Serve;
   }
+  if (text == "show") {
+    return Options::Action::Show;
+  }
   if (text == "help" || text == "--help" || text == "-h") {
     return Options::Action::Help;
   }
-  throw UsageError("'" + std::string(text) + "' is none of run, serve and help");
+  throw UsageError("'" + std::string(text) + "' is none of run, serve, show and help");
 }
 
 void checkCompleteness(const Options& options) {
@@ -219,6 +296,9 @@ void checkCompleteness(const Options& options) {
   }
   if (options.action == Options::Action::Serve && options.link.empty()) {
     throw UsageError("serve needs --link=PATH");
+  }
+  if (options.action == Options::Action::Show && !options.stateFolder) {
+    throw UsageError("show needs --state=DIR");
   }
 }
 
@@ -271,6 +351,9 @@ std::string helpText() {
       "\n"
       "  zvkprinter serve --link=PATH [OPTION...]\n"
       "      Keeps the printer running with a link to it at PATH, until it is interrupted.\n"
+      "\n"
+      "  zvkprinter show --state=DIR [OPTION...]\n"
+      "      Says what the printer that keeps its state in DIR holds.\n"
       "\n"
       "How the printer behaves:\n";
   appendHelp(text, PersonalityOptions);

@@ -11,12 +11,13 @@ namespace emulator {
 
 /// The command line of zvkprinter, taken apart.
 struct Options {
-  enum class Action { Help, Run, Serve };
+  enum class Action { Help, Run, Serve, Show };
 
   Action action = Action::Help;
   Personality personality;
-  std::optional<std::string> logFile;  ///< standard error when there is none
-  bool showSettings = false;           ///< say at the end what the printer holds
+  std::optional<std::string> logFile;      ///< standard error when there is none
+  bool showSettings = false;               ///< say at the end what the printer holds
+  std::optional<std::string> stateFolder;  ///< keeps what the printer holds from run to run
   bool showSecrets = false;
   bool namespaces = true;            ///< try a private mount namespace first
   std::string link;                  ///< of `serve`
