@@ -15,7 +15,6 @@
 
 namespace {
 
-using emulator::ObjectAnswer;
 using emulator::Personality;
 using support::Bytes;
 using support::bytes;
