@@ -1,10 +1,10 @@
 #pragma once
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "emulator/option_values.h"
 #include "emulator/personality.h"
 
 namespace emulator {
@@ -22,11 +22,6 @@ struct Options {
   bool namespaces = true;            ///< try a private mount namespace first
   std::string link;                  ///< of `serve`
   std::vector<std::string> command;  ///< of `run`
-};
-
-/// A command line that makes no sense; the text says why.
-struct UsageError : std::runtime_error {
-  using std::runtime_error::runtime_error;
 };
 
 /// Reads the arguments behind the program's name; throws `UsageError`.

@@ -15,7 +15,6 @@
 
 namespace {
 
-using emulator::ObjectAnswer;
 using emulator::Personality;
 using support::Bytes;
 using support::bytes;
@@ -282,6 +281,15 @@ TEST(AdapterChanges, AreTold) {
   EXPECT_EQ(changes, 2);
   printer.ask(bytes("A5 00 0C 50 E0 DA 01 28 08 00 00 03 61 62 00"));
   EXPECT_EQ(changes, 3);
+  const support::Authority authority("CA");
+  printer.ask(request(support::uploadCaText("ca.pem", authority.pem())));
+  EXPECT_EQ(changes, 4);
+  printer.ask(request(support::deleteCaText("CA_Jan__5_2020_To_Dec_25_2030")));
+  EXPECT_EQ(changes, 5);
+  printer.ask(request(support::generateText("n")));
+  const std::string pem = printer.adapter.certificates().findDevice("n")->requestPem;
+  printer.ask(request(support::uploadSignedText("n", authority.sign(pem))));
+  EXPECT_EQ(changes, 7);
 }
 
 TEST(AdapterRestore, PutsWhatWasStoredOverWhatThePrinterHasFromTheStart) {

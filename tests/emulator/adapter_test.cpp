@@ -11,7 +11,6 @@
 
 namespace {
 
-using emulator::Adapter;
 using emulator::Bytes;
 using emulator::Personality;
 using Printer = support::EmulatedPrinter;

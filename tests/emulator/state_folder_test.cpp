@@ -185,6 +185,16 @@ TEST_F(StateFolderTest, SaysWhatCannotBeWritten) {
   EXPECT_EQ(files(), Names{"printer.xml"});
 }
 
+TEST_F(StateFolderTest, LeavesTheLastStateWhenOneCannotBeWrittenWhole) {
+  StateFolder folder(path(), Use::Keep);
+  folder.save(Settings, {});
+  fs::create_directories(file("request-2.pem/x"));
+  EXPECT_THROW(folder.save({}, filledPrinter().object.store()), std::system_error);
+  const PrinterState state = loaded();
+  EXPECT_EQ(state.settings, Settings);
+  EXPECT_TRUE(state.certificates.authorities().empty());
+}
+
 TEST_F(StateFolderTest, SaysWhichFileIsMissing) {
   for (const char* name : {"authority-1.pem", "key-2.pem", "request-2.pem", "certificate-2.pem"}) {
     keep(filledPrinter());
@@ -265,6 +275,14 @@ INSTANTIATE_TEST_SUITE_P(
                  "a wrong 'authority' element"}),
     support::rowName);
 
+TEST_F(StateFolderTest, RefusesACertificatesNameGivenTwice) {
+  keep(filledPrinter());
+  std::string index = fileContent(file("printer.xml"));
+  index.replace(index.find("name=\"../n\""), 11, "name=\"&lt;/printer&gt; 'x'\"");
+  write("printer.xml", index);
+  EXPECT_EQ(failure(), "FOLDER/printer.xml: a wrong 'device' element");
+}
+
 TEST_F(StateFolderTest, RefusesANumberAndANameGivenTwice) {
   keep(filledPrinter());
   const std::string index = fileContent(file("printer.xml"));
@@ -273,6 +291,10 @@ TEST_F(StateFolderTest, RefusesANumberAndANameGivenTwice) {
   write("printer.xml", std::string(index).insert(start, authority));
   EXPECT_EQ(failure(), "FOLDER/printer.xml: a wrong 'authority' element");
   std::string other = authority;
+  other.replace(other.find("name=\"RootCA"), 12, "name=\"OtherCA");
+  write("printer.xml", std::string(index).insert(start, other));
+  EXPECT_EQ(failure(), "FOLDER/printer.xml: a wrong 'authority' element");
+  other = authority;
   other.replace(other.find("number=\"1\""), 10, "number=\"9\"");
   fs::copy_file(file("authority-1.pem"), file("authority-9.pem"));
   write("printer.xml", std::string(index).insert(start, other));
