@@ -78,6 +78,16 @@ void checkParameters(const MethodCall& call, std::span<const ParameterRule> rule
 
 }  // namespace
 
+Subject usualSubject() {
+  return {.organization = "Example",
+          .unit = "Printing",
+          .country = "US",
+          .state = "State",
+          .locality = "City",
+          .commonName = "printer",
+          .altName = "printer.example"};
+}
+
 /// A method: the id that its requests carry, what it takes, and the member that carries it out.
 struct CertificateObject::Method {
   std::string_view name;

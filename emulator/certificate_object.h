@@ -12,16 +12,12 @@
 
 namespace emulator {
 
+/// What a printer proposes for a certificate request unless it is told otherwise.
+Subject usualSubject();
+
 /// How the printer deals with certificates.
 struct CertificateRules {
-  /// What it proposes for a certificate request.
-  Subject defaults = {.organization = "Example",
-                      .unit = "Printing",
-                      .country = "US",
-                      .state = "State",
-                      .locality = "City",
-                      .commonName = "printer",
-                      .altName = "printer.example"};
+  Subject defaults = usualSubject();
   /// Whether it has a certificate from the factory.
   bool factoryCertificate = true;
   /// The bits of the RSA keys that it makes. 0 stands for keys on the curve P-256, which take a
