@@ -37,10 +37,10 @@ install_packages() {
     "${missing[@]}" >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build libusb-dev)
-test_packages=(ccache clang clang-format clang-tidy faketime libexpat1-dev libgtest-dev libssl-dev
+build_packages=(g++ cmake ninja-build libssl-dev libusb-dev)
+test_packages=(ccache clang clang-format clang-tidy faketime libexpat1-dev libgtest-dev
   libxml2-dev)
-bench_packages=(libbenchmark-dev libexpat1-dev libssl-dev libxml2-dev)
+bench_packages=(libbenchmark-dev libexpat1-dev libxml2-dev)
 fuzz_packages=(clang libclang-rt-dev)
 
 # Configures and builds a preset.

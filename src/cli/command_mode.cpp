@@ -13,6 +13,10 @@ constexpr CommandMode generated(std::string_view name, Input input,
   return {name, input, Worker::Generator, operation, retriesBare};
 }
 
+constexpr CommandMode certificates(std::string_view name) {
+  return {name, Input::Options, Worker::Certificates, nullptr, false};
+}
+
 constexpr CommandMode unavailable(std::string_view name) {
   return {name, Input::DevicePath, Worker::Unavailable, nullptr, false};
 }
@@ -30,9 +34,9 @@ constexpr std::array CommandModes = {
     // Must not fall through to the default run, which would configure the printer.
     unavailable("-ca"),
     unavailable("-cer"),
-    unavailable("-icer"),
-    unavailable("-rcerdefs"),
-    unavailable("-csr"),
+    certificates("-icer"),
+    certificates("-rcerdefs"),
+    certificates("-csr"),
 };
 
 constexpr CommandMode DefaultRun = {{}, Input::DevicePath, Worker::DefaultRun, nullptr, false};

@@ -15,11 +15,12 @@ struct CommandMode {
 
   /// Who does the work.
   enum class Worker {
-    Generator,    ///< `operation`
-    DefaultRun,   ///< the generator's default run, whose result does not count
-    Help,         ///< the help text
-    RawSender,    ///< the NPA data goes out as it stands
-    Unavailable,  ///< nobody yet
+    Generator,     ///< `operation`
+    DefaultRun,    ///< the generator's default run, whose result does not count
+    Help,          ///< the help text
+    RawSender,     ///< the NPA data goes out as it stands
+    Certificates,  ///< the certificate commands, which have no generator
+    Unavailable,   ///< nobody yet
   };
 
   std::string_view name;

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <span>
 
+#include "cert/cert_proc.h"
 #include "util/debug_line.h"
 #include "util/utility.h"
 
@@ -42,6 +43,9 @@ int zvkSetup::setDevice() {
     return StatusUnavailable;
   }
   readSettings();
+  if (m_Mode.worker == CommandMode::Worker::Certificates) {
+    return CertProc().run(m_Command, *m_Configuration);
+  }
   m_Generator = std::make_unique<wnpaGenerator>(m_Configuration.get());
   switch (m_Mode.worker) {
     case CommandMode::Worker::Help:
@@ -51,6 +55,7 @@ int zvkSetup::setDevice() {
     case CommandMode::Worker::Generator:
       return runGenerator();
     case CommandMode::Worker::DefaultRun:
+    case CommandMode::Worker::Certificates:
     case CommandMode::Worker::Unavailable:
       break;
   }

@@ -102,6 +102,15 @@ constexpr std::array<Byte, QuerySize> query(Byte group, Byte object) {
           DataQuery[0], DataQuery[1],     group,           object};
 }
 
+/// The header of an object-store packet with `xmlSize` bytes of XML.
+constexpr std::array<Byte, 9> objStoreHeader(std::size_t xmlSize) {
+  const std::size_t length = xmlSize + ObjStoreNpaHeader.size() - LengthHeaderSize;
+  std::array<Byte, 9> header = ObjStoreNpaHeader;
+  header[1] = highByte(length);
+  header[2] = lowByte(length);
+  return header;
+}
+
 /// Whether a packet of `size` bytes, start byte and length field included, has a length that its
 /// length field can hold.
 constexpr bool canBeFramed(std::size_t size) {

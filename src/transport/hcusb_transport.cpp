@@ -11,6 +11,7 @@
 #include "util/clock.h"
 #include "util/debug_line.h"
 #include "util/decimal.h"
+#include "util/patience.h"
 
 namespace {
 
@@ -45,34 +46,6 @@ std::optional<std::pair<int, int>> libUsbAddress(std::string_view path) {
   }
   return std::pair(util::toInt(bus), util::toInt(device));
 }
-
-/// A period of waiting in short pauses. It is counted in pauses as well as by the clock, which is
-/// the time of day and may be set back meanwhile.
-class Patience {
- public:
-  explicit Patience(std::time_t seconds) : m_Seconds(seconds) { restart(); }
-
-  void restart() {
-    m_Start = util::nowInSeconds();
-    m_Pauses = 0;
-  }
-
-  bool isOver() const {
-    return m_Pauses >= m_Seconds * PausesPerSecond || util::nowInSeconds() - m_Start >= m_Seconds;
-  }
-
-  void pause() {
-    util::pauseBriefly();
-    ++m_Pauses;
-  }
-
- private:
-  static constexpr std::time_t PausesPerSecond = 1000;
-
-  std::time_t m_Seconds;
-  std::time_t m_Start = 0;
-  std::time_t m_Pauses = 0;
-};
 
 int narrowed(unsigned long len) {
   return static_cast<int>(
@@ -144,7 +117,7 @@ long HCUSBTransport::CT_Read(unsigned char* buf, unsigned long len) {
   }
   int got = std::max(first, 0);
   // An unplugged printer is ready for ever and never gives a byte.
-  Patience readyWithoutByte(SilenceLimitSeconds);
+  util::Patience readyWithoutByte(SilenceLimitSeconds);
   while (got < wanted && !readyWithoutByte.isOver()) {
     const std::time_t start = util::nowInSeconds();
     HCIOStatus status = m_Connector->isReadReady(ProbeTimeout);
@@ -178,7 +151,7 @@ long HCUSBTransport::writeRequest(std::span<unsigned char> request) {
     return taken;
   }
   auto rest = request.subspan(static_cast<std::size_t>(taken));
-  Patience patience(WriteLimitSeconds);
+  util::Patience patience(WriteLimitSeconds);
   while (!rest.empty() && !patience.isOver()) {
     // Most errors leave the status as it was: make sure that it is no "try again" of an earlier
     // try.

@@ -1,8 +1,11 @@
 // The encoders of wnpaGenerator for 802.1x authentication.
 
 #include <array>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "cert/cert_mgr.h"
 #include "npa/packet.h"
 #include "util/debug_line.h"
 #include "wireless/setting_encoding.h"
@@ -60,6 +63,18 @@ constexpr std::array AuthMethods = {
     AuthMethod{0x17, "PEAP"},    AuthMethod{0x18, "EAP-TLS"},  AuthMethod{0x19, "EAP-TTLS"},
 };
 
+constexpr npa::Byte ValidateCertObject = 0x24;
+
+/// The printer's own certificates must be more than one, of an authority's a single one is enough.
+bool holdsCertificates(CertMgr& certificates) {
+  std::vector<std::string> names;
+  if (certificates.getCertFriendlyNameList(names) == 0 && names.size() > 1) {
+    return true;
+  }
+  names.clear();
+  return certificates.getCACommonNameList(names) == 0 && !names.empty();
+}
+
 }  // namespace
 
 int wnpaGenerator::construct802EncryptMode() {
@@ -89,4 +104,11 @@ int wnpaGenerator::construct802AuthExtension() {
     size += appendFlag(npa::Group8021x, method.object, listed);
   }
   return size;
+}
+
+int wnpaGenerator::construct802ValidateCert() {
+  CertMgr certificates(m_Configuration->getUSB());
+  const bool validates = holdsCertificates(certificates);
+  util::debugLine("Validate certificate? %d", validates ? 1 : 0);
+  return appendFlag(npa::Group8021x, ValidateCertObject, validates);
 }

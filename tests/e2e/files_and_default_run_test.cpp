@@ -145,7 +145,7 @@ TEST(DefaultRun, GoesOnBareOnceWrappedIsRefusedAndAlwaysEndsWell) {
 }
 
 TEST(UnavailableCommands, AreRefusedAndTouchNothing) {
-  for (const char* command : {"-ca", "-cer", "-icer", "-rcerdefs", "-csr"}) {
+  for (const char* command : {"-ca", "-cer"}) {
     const PrinterRun run = runWithPrinter({}, {command, "{}"});
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.out, "");

@@ -1,0 +1,160 @@
+// CertMgr's method calls: the bytes of a request, and the text in a reply.
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <span>
+
+#include "cert/cert_mgr.h"
+#include "npa/packet.h"
+#include "util/c_text.h"
+
+namespace {
+
+/// The largest text that the packet's length field can count.
+constexpr std::size_t XmlLimit =
+    npa::LengthLimit + npa::LengthHeaderSize - npa::ObjStoreNpaHeader.size();
+
+/// The command byte of every reply packet.
+constexpr unsigned char ReplyCommand = 0xE0;
+/// What the object store's replies begin with. The last byte is the command of a second packet,
+/// or stands for it.
+constexpr std::array<unsigned char, 7> ReplyMarker = {ReplyCommand, 0xC0, 0x03,        0x00,
+                                                      0x01,         0x00, ReplyCommand};
+
+/// The XML text in a raw reply; nothing when the reply is none of the object store's.
+std::optional<std::string> xmlIn(std::span<const unsigned char> reply) {
+  if (reply.size() < ReplyMarker.size() ||
+      !std::ranges::equal(reply.first(ReplyMarker.size()), ReplyMarker)) {
+    return std::nullopt;
+  }
+  std::string text;
+  text.reserve(reply.size());
+  // Those inside the text go as well: that is known, and the printers' texts do without.
+  std::ranges::remove_copy(reply.subspan(ReplyMarker.size()), std::back_inserter(text),
+                           ReplyCommand);
+  return text;
+}
+
+std::span<const unsigned char> replyOf(const unsigned char* reply, int length) {
+  return reply == nullptr || length <= 0
+             ? std::span<const unsigned char>()
+             : std::span<const unsigned char>(reply, static_cast<std::size_t>(length));
+}
+
+std::string_view entityOf(char symbol) {
+  switch (symbol) {
+    case '&':
+      return "&amp;";
+    case '"':
+      return "&quot;";
+    case '\'':
+      return "&apos;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+unsigned int CertMgr::makeObjStoreCmd(const char* xml, unsigned char*& cmd) {
+  std::string text(util::textOf(xml));
+  if (text.size() > XmlLimit) {
+    return 0;
+  }
+  std::vector<unsigned char> bytes(npa::usbSniff.begin(), npa::usbSniff.end());
+  appendObjStoreCmd(bytes, reinterpret_cast<unsigned char*>(text.data()),
+                    static_cast<unsigned int>(text.size()));
+  return ByteArrayToUCharArray(bytes, cmd);
+}
+
+void CertMgr::appendObjStoreCmd(std::vector<unsigned char>& out, unsigned char* xml,
+                                unsigned int xmlLen) {
+  if (xmlLen > XmlLimit) {
+    return;
+  }
+  auto header = npa::objStoreHeader(xmlLen);
+  appendToArray(out, header.data(), static_cast<unsigned int>(header.size()));
+  appendToArray(out, xml, xmlLen);
+}
+
+void CertMgr::appendToArray(std::vector<unsigned char>& out, unsigned char* bytes, unsigned int n) {
+  out.insert(out.end(), bytes, bytes + n);
+}
+
+unsigned int CertMgr::ByteArrayToUCharArray(std::vector<unsigned char>& v, unsigned char*& out) {
+  if (!v.empty()) {
+    auto copy = std::make_unique<unsigned char[]>(v.size());
+    std::ranges::copy(v, copy.get());
+    out = copy.release();
+  }
+  return static_cast<unsigned int>(v.size());
+}
+
+void CertMgr::deleteByteArrayPtr(unsigned char*& p) {
+  delete[] p;
+  p = nullptr;
+}
+
+int CertMgr::getObjStoreResponse(const char* xml, char*& xmlOut, int timeoutSeconds) {
+  unsigned char* command = nullptr;
+  const unsigned int commandSize = makeObjStoreCmd(xml, command);
+  const std::unique_ptr<unsigned char[]> ownedCommand(command);
+  if (commandSize == 0) {
+    return -1;
+  }
+  unsigned char* reply = nullptr;
+  const int size =
+      m_Exchange.sendQuery(command, static_cast<int>(commandSize), reply, timeoutSeconds);
+  const std::unique_ptr<unsigned char[]> ownedReply(reply);
+  if (size > 0) {
+    const auto capacity = static_cast<unsigned int>(size);
+    auto text = std::make_unique<char[]>(capacity);
+    getXmlResponse(reply, size, text.get(), capacity);
+    xmlOut = text.release();
+  }
+  return size;
+}
+
+int CertMgr::getXmlResponse(unsigned char* reply, int replyLen, char* out, unsigned int outSize) {
+  const auto bytes = replyOf(reply, replyLen);
+  const auto text = xmlIn(bytes);
+  if (!text || bytes.size() > outSize) {
+    return 0;
+  }
+  std::fill_n(out, outSize, '\0');
+  std::ranges::copy(*text, out);
+  return static_cast<int>(std::strlen(out));
+}
+
+std::string CertMgr::getXmlResponse(unsigned char* reply, int replyLen) {
+  // Ends at its first zero byte, as in the other form.
+  return xmlIn(replyOf(reply, replyLen)).value_or(std::string()).c_str();
+}
+
+std::string CertMgr::symbolToEntities(const char* text) {
+  std::string result;
+  for (const char symbol : util::textOf(text)) {
+    const std::string_view entity = entityOf(symbol);
+    if (entity.empty()) {
+      result.push_back(symbol);
+    } else {
+      result.append(entity);
+    }
+  }
+  return result;
+}
+
+void CertMgr::showByteArray(const std::vector<unsigned char>& bytes) {
+  for (const unsigned char byte : bytes) {
+    std::fprintf(stderr, "%02X", byte);
+  }
+}

@@ -1,0 +1,159 @@
+// CertMgr's view of PEM certificates, and the only place that knows OpenSSL.
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <openssl/asn1.h>
+#include <openssl/bio.h>
+#include <openssl/err.h>
+#include <openssl/pem.h>
+#include <openssl/x509.h>
+
+#include "cert/cert_mgr.h"
+#include "util/c_text.h"
+#include "util/debug_line.h"
+#include "util/decimal.h"
+
+namespace {
+
+constexpr int Failed = -1;
+
+/// Of the subject on one line; components that do not fit are left out by OpenSSL.
+constexpr std::size_t SubjectSize = 256;
+constexpr std::size_t ValiditySize = 128;
+
+constexpr std::size_t ShortestDate = 13;
+constexpr std::size_t LongestDate = 20;
+/// Two-digit years above this one are those of the last century.
+constexpr int LastYearOfThisCentury = 49;
+
+constexpr std::array MonthNames = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+/// What a validity text with two-digit days takes at least, one byte short.
+constexpr int SizeTooSmall = 25;
+
+struct Release {
+  void operator()(BIO* bio) const { BIO_free(bio); }
+  void operator()(X509* certificate) const { X509_free(certificate); }
+};
+
+using Bio = std::unique_ptr<BIO, Release>;
+using Certificate = std::unique_ptr<X509, Release>;
+
+/// Reads the certificate in the file; says so when there is none.
+Certificate readCertificate(const char* path) {
+  const Bio bio(BIO_new_file(path, "r"));
+  if (!bio) {
+    util::debugLine("Failed to read Pem file '%s'?!", path);
+    return nullptr;
+  }
+  // No callback for a pass phrase, but an empty one: without, OpenSSL would ask at the terminal for
+  // that of an encrypted file.
+  std::array<char, 1> noPassPhrase = {};
+  Certificate certificate(PEM_read_bio_X509_AUX(bio.get(), nullptr, nullptr, noPassPhrase.data()));
+  if (!certificate) {
+    util::debugLine("PEM_read failed?!");
+  }
+  return certificate;
+}
+
+/// All that follows the first "CN=" of the subject on one line.
+std::string commonNameOf(const X509* certificate) {
+  std::array<char, SubjectSize> buffer = {};
+  X509_NAME_oneline(X509_get_subject_name(certificate), buffer.data(),
+                    static_cast<int>(buffer.size()));
+  constexpr std::string_view mark = "CN=";
+  const std::string_view subject(buffer.data());
+  const std::size_t at = subject.find(mark);
+  return std::string(at == std::string_view::npos ? std::string_view()
+                                                  : subject.substr(at + mark.size()));
+}
+
+struct Date {
+  int year = 0;
+  int month = 0;
+  int day = 0;
+};
+
+Date dateOf(const ASN1_TIME* time) {
+  Date date;
+  CertMgr::getASN1Date(const_cast<ASN1_TIME*>(time), date.year, date.month, date.day);
+  return date;
+}
+
+/// The validity text; empty when a date cannot be read.
+std::string validityOf(const X509* certificate) {
+  Date start = dateOf(X509_get0_notBefore(certificate));
+  Date end = dateOf(X509_get0_notAfter(certificate));
+  std::array<char, ValiditySize> text = {};
+  CertMgr::formatCMCADate(start.year, start.month, start.day, end.year, end.month, end.day,
+                          text.data(), static_cast<int>(text.size()));
+  return text.data();
+}
+
+bool isMonth(int month) {
+  return month >= 1 && month <= static_cast<int>(MonthNames.size());
+}
+
+/// A day with an underscore where others would put a zero: the printer has its names so.
+std::string dayText(int day) {
+  return (day > 9 ? "" : "_") + std::to_string(day);
+}
+
+}  // namespace
+
+int CertMgr::getPEMCommonName(const char* path, std::string& commonName, std::string& caName) {
+  const std::string file(util::textOf(path));
+  const Certificate certificate = readCertificate(file.c_str());
+  // Nobody asks OpenSSL why.
+  ERR_clear_error();
+  const std::string name = certificate ? commonNameOf(certificate.get()) : std::string();
+  if (name.empty()) {
+    return Failed;
+  }
+  commonName = name;
+  const std::string validity = validityOf(certificate.get());
+  if (validity.empty()) {
+    return Failed;
+  }
+  caName = name + "_" + validity;
+  return 0;
+}
+
+void CertMgr::getASN1Date(ASN1_TIME* t, int& year, int& month, int& day) {
+  if (t == nullptr || ASN1_STRING_length(t) < 0) {
+    return;
+  }
+  const auto size = static_cast<std::size_t>(ASN1_STRING_length(t));
+  if (size < ShortestDate || size > LongestDate) {
+    return;
+  }
+  std::string_view text(reinterpret_cast<const char*>(ASN1_STRING_get0_data(t)), size);
+  const auto next = [&text](std::size_t digits) {
+    const int number = util::toInt(text.substr(0, digits));
+    text.remove_prefix(digits);
+    return number;
+  };
+  if (size == ShortestDate) {
+    const int shortYear = next(2);
+    year = shortYear + (shortYear > LastYearOfThisCentury ? 1900 : 2000);
+  } else {
+    year = next(4);
+  }
+  month = next(2);
+  day = next(2);
+}
+
+int CertMgr::formatCMCADate(int& year1, int& month1, int& day1, int& year2, int& month2, int& day2,
+                            char* out, int outSize) {
+  if (outSize <= SizeTooSmall || !isMonth(month1) || !isMonth(month2)) {
+    return 0;
+  }
+  const auto monthName = [](int month) {
+    return MonthNames[static_cast<std::size_t>(month) - 1];
+  };
+  const int length = std::snprintf(
+      out, static_cast<std::size_t>(outSize), "%s_%s_%04d_To_%s_%s_%04d", monthName(month1),
+      dayText(day1).c_str(), year1, monthName(month2), dayText(day2).c_str(), year2);
+  return std::min(length, outSize - 1);
+}
