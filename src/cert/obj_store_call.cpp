@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstring>
 #include <iterator>
 #include <memory>
 #include <optional>
@@ -26,7 +25,8 @@ constexpr unsigned char ReplyCommand = 0xE0;
 constexpr std::array<unsigned char, 7> ReplyMarker = {ReplyCommand, 0xC0, 0x03,        0x00,
                                                       0x01,         0x00, ReplyCommand};
 
-/// The XML text in a raw reply; nothing when the reply is none of the object store's.
+/// The XML text in a raw reply, up to its first zero byte; nothing when the reply is none of the
+/// object store's.
 std::optional<std::string> xmlIn(std::span<const unsigned char> reply) {
   if (reply.size() < ReplyMarker.size() ||
       !std::ranges::equal(reply.first(ReplyMarker.size()), ReplyMarker)) {
@@ -37,6 +37,7 @@ std::optional<std::string> xmlIn(std::span<const unsigned char> reply) {
   // Those inside the text go as well: that is known, and the printers' texts do without.
   std::ranges::remove_copy(reply.subspan(ReplyMarker.size()), std::back_inserter(text),
                            ReplyCommand);
+  text.resize(std::min(text.find('\0'), text.size()));
   return text;
 }
 
@@ -132,12 +133,11 @@ int CertMgr::getXmlResponse(unsigned char* reply, int replyLen, char* out, unsig
   }
   std::fill_n(out, outSize, '\0');
   std::ranges::copy(*text, out);
-  return static_cast<int>(std::strlen(out));
+  return static_cast<int>(text->size());
 }
 
 std::string CertMgr::getXmlResponse(unsigned char* reply, int replyLen) {
-  // Ends at its first zero byte, as in the other form.
-  return xmlIn(replyOf(reply, replyLen)).value_or(std::string()).c_str();
+  return xmlIn(replyOf(reply, replyLen)).value_or(std::string());
 }
 
 std::string CertMgr::symbolToEntities(const char* text) {

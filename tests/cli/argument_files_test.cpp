@@ -1,11 +1,10 @@
-#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 
 #include "cli/config_details.h"
+#include "support/files.h"
 #include "support/output.h"
-#include "support/process.h"
 
 namespace {
 
@@ -13,11 +12,7 @@ using support::outputOf;
 
 class ArgumentFile : public testing::Test {
  protected:
-  std::string write(std::string_view content) {
-    const std::string path = folder.path("file");
-    std::ofstream(path, std::ios::binary) << content;
-    return path;
-  }
+  std::string write(std::string_view content) { return folder.write("file", content); }
 
   void parse(std::string_view content) {
     EXPECT_EQ(settings.parseFile(write(content), "/dev/usb/lp1"), 0);

@@ -9,6 +9,8 @@
 
 #include "support/command_line.h"
 #include "support/fake_libusb.h"
+#include "support/files.h"
+#include "support/object_store.h"
 #include "support/output.h"
 #include "support/rows.h"
 #include "support/standard_input.h"
@@ -266,4 +268,49 @@ TEST_F(Setup, ConfiguresOverLibUsb) {
   EXPECT_EQ(run({"-c", "--ssid=x", "2:5"}), 0);
   EXPECT_EQ(library.written, std::vector<Bytes>{WrappedPacket});
   EXPECT_EQ(library.openHandles, 0);
+}
+
+// --- Certificates -------------------------------------------------------------------------------
+
+TEST_F(Setup, ReadsCertificateDefaultsWithoutAGenerator) {
+  answer({support::success(support::textChild("x509_O", "Org"))});
+  EXPECT_EQ(run({"-rcerdefs", "/dev/usb/lp0"}), 0);
+  EXPECT_EQ(output, (Output{"cer-org=Org\ncer-unit=\ncer-state=\ncer-country=\ncer-city=\n"
+                            "cer-altname=\ncer-common=\n",
+                            TransportGone}));
+  EXPECT_EQ(run({"-icer", "/dev/usb/lp0"}), 1);
+  EXPECT_EQ(output, Output());
+}
+
+TEST_F(Setup, RunsACertificateCommandOnce) {
+  // A refusal, which other commands answer with one more try.
+  answer({bytes("A5 00 02 D4 E0")});
+  EXPECT_EQ(run({"-rcerdefs", "/dev/usb/lp0"}), 1);
+  EXPECT_EQ(device.writes.size(), 1U);
+}
+
+TEST_F(Setup, TakesTheOptionsOfACertificateCommandFromAFile) {
+  const support::TemporaryFolder folder;
+  const std::string absent = folder.path("absent");
+  const std::string file = folder.write("options", "--802-CA-cer-file=\"" + absent + "\"\n");
+  EXPECT_EQ(run({"-icer", "-file", file, "/dev/usb/lp0"}), 2);
+  EXPECT_EQ(output.err, "D [ZVK] File not found! ('" + absent + "')\n");
+}
+
+class CertificateSwitch : public Setup, public testing::WithParamInterface<const char*> {};
+
+TEST_P(CertificateSwitch, NeedsASecondArgumentAndADeviceForAFile) {
+  CommandLine alone({"zvkconfig", GetParam()});
+  EXPECT_THROW(zvkSetup(alone.count(), alone.vector()), std::out_of_range);
+  CommandLine withFile({"zvkconfig", GetParam(), "-file", "/dev/null"});
+  EXPECT_THROW(zvkSetup(withFile.count(), withFile.vector()), std::out_of_range);
+  EXPECT_EQ(device.opens, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Switches, CertificateSwitch,
+                         testing::Values("-rcerdefs", "-csr", "-icer"));
+
+TEST_F(Setup, EndsAbnormallyWithoutADeviceForCertificates) {
+  CommandLine line({"zvkconfig", "-rcerdefs", ""});
+  EXPECT_THROW(zvkSetup(line.count(), line.vector()), const char*);
 }

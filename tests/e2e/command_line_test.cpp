@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "support/files.h"
 #include "support/printer_run.h"
 #include "support/process.h"
 

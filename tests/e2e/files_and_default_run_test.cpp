@@ -1,10 +1,10 @@
 #include <csignal>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "support/files.h"
 #include "support/printer_run.h"
 #include "support/process.h"
 
@@ -22,11 +22,7 @@ const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.
 
 class WithFile : public testing::Test {
  protected:
-  std::string write(std::string_view content) {
-    const std::string path = m_Folder.path("file");
-    std::ofstream(path, std::ios::binary) << content;
-    return path;
-  }
+  std::string write(std::string_view content) { return m_Folder.write("file", content); }
 
   std::string folder() { return m_Folder.path(""); }
 

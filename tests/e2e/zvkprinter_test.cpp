@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "support/files.h"
 #include "support/process.h"
 
 // The emulated printer as a program: how it runs commands and where it puts the device.

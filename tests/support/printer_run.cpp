@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include "support/files.h"
+
 namespace support {
 
 namespace {

@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <poll.h>
@@ -19,6 +18,8 @@
 #include <thread>
 #include <unistd.h>
 #include <utmp.h>
+
+#include "support/files.h"
 
 namespace support {
 
@@ -147,23 +148,6 @@ int TerminalProcess::waitForEnd() {
   while (readMore()) {
   }
   return WIFSIGNALED(status) ? SignalStatusBase + WTERMSIG(status) : WEXITSTATUS(status);
-}
-
-TemporaryFolder::TemporaryFolder()
-    : m_Path((std::filesystem::temp_directory_path() / "zvk_test_XXXXXX").string()) {
-  if (::mkdtemp(m_Path.data()) == nullptr) {
-    throw std::system_error(errno, std::generic_category(), m_Path);
-  }
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(m_Path, ignored);
-}
-
-std::string fileContent(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void waitAMoment() {

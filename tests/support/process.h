@@ -62,23 +62,6 @@ class TerminalProcess {
   std::string m_Shown;
 };
 
-/// A folder of the test's own, removed with all that is in it.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::string path(std::string_view name) const { return m_Path + "/" + std::string(name); }
-
- private:
-  std::string m_Path;
-};
-
-/// The whole content of a file; empty when there is none.
-std::string fileContent(const std::string& path);
-
 /// Calls `condition` until it is true, for at most 20 seconds; returns whether it was.
 template <typename Condition>
 bool eventually(Condition condition);

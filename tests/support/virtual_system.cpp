@@ -131,6 +131,19 @@ ssize_t writeDevice(Device& device, const void* buffer, std::size_t size) {
   return result;
 }
 
+/// What a file may transfer of `size` bytes; -1 with errno set when that fails.
+ssize_t permittedTransfer(std::size_t size) {
+  if (currentSystem == nullptr || !currentSystem->fileTransfer) {
+    return static_cast<ssize_t>(size);
+  }
+  const ssize_t result = currentSystem->fileTransfer(size);
+  if (result >= 0) {
+    return result;
+  }
+  errno = static_cast<int>(-result);
+  return -1;
+}
+
 int selectForReading(Device& device, Microseconds limit) {
   ++device.readSelects;
   device.selectLimits.push_back(static_cast<long>(limit));
@@ -206,14 +219,20 @@ int __wrap_close(int descriptor) {
 
 ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size) {
   Device* const device = virtualDevice(descriptor);
-  return device != nullptr ? virtual_system::readDevice(*device, buffer, size)
-                           : __real_read(descriptor, buffer, size);
+  if (device != nullptr) {
+    return virtual_system::readDevice(*device, buffer, size);
+  }
+  const ssize_t permitted = virtual_system::permittedTransfer(size);
+  return permitted < 0 ? -1 : __real_read(descriptor, buffer, static_cast<std::size_t>(permitted));
 }
 
 ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
   Device* const device = virtualDevice(descriptor);
-  return device != nullptr ? virtual_system::writeDevice(*device, buffer, size)
-                           : __real_write(descriptor, buffer, size);
+  if (device != nullptr) {
+    return virtual_system::writeDevice(*device, buffer, size);
+  }
+  const ssize_t permitted = virtual_system::permittedTransfer(size);
+  return permitted < 0 ? -1 : __real_write(descriptor, buffer, static_cast<std::size_t>(permitted));
 }
 
 int __wrap_select(int count, fd_set* reading, fd_set* writing, fd_set* failing, timeval* limit) {

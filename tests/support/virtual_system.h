@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <sys/time.h>
+#include <sys/types.h>
 #include <vector>
 
 /// The operating system as the tests' programs see it: a clock that only moves when somebody
@@ -90,6 +91,10 @@ class System {
   /// of reads counts once; probes and short pauses are left out.
   std::vector<std::string> events;
   void record(const std::string& event);
+
+  /// When set: called before each read and write of a descriptor that is no device, with the size
+  /// asked for. Returns how much of it the system gets to see, or a negative errno.
+  std::function<ssize_t(std::size_t)> fileTransfer;
 
   /// Calls of select, on any descriptor.
   int selects = 0;

@@ -1,0 +1,204 @@
+#include <cerrno>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "cert/cert_mgr.h"
+#include "support/certificates.h"
+#include "support/files.h"
+#include "support/object_store.h"
+#include "support/output.h"
+#include "support/rows.h"
+
+// What each operation makes of a reply that says no success, or of none.
+
+namespace {
+
+using support::Bytes;
+using support::bytes;
+using support::failure;
+using support::outputOf;
+using support::replyPacket;
+using support::replyXml;
+using support::statusChildren;
+using support::TransportGone;
+using Names = std::vector<std::string>;
+
+/// What operations fill, and must leave alone when they fail.
+struct Values {
+  std::string file;
+  Names names = {"old"};
+  Names texts = Names(7, "old");
+};
+
+struct OperationRow : support::Row {
+  int (*run)(CertMgr& manager, Values& values);
+  const char* errorLine;  ///< a format for the status
+  const char* messageLine = "D [ZVK] why not\n";
+  /// Calls that go before the one that fails.
+  int callsAhead = 0;
+};
+
+const std::vector<OperationRow> Operations = {
+    {{"CreatCertRequest"},
+     [](CertMgr& manager, Values&) {
+       return manager.creatCertRequest("", "", "", "", "", "", "", nullptr);
+     },
+     "D [ZVK] Create Certificate Request error @\n",
+     "D [ZVK] why not\n",
+     1},
+    {{"GetCertRequestDefaults"},
+     [](CertMgr& manager, Values& v) {
+       return manager.getCertRequestDefaults(v.texts[0], v.texts[1], v.texts[2], v.texts[3],
+                                             v.texts[4], v.texts[5], v.texts[6]);
+     },
+     "D [ZVK] Get cert request defaults error @\n"},
+    {{"SaveCertRequest"},
+     [](CertMgr& manager, Values& v) { return manager.saveCertRequest(v.file.c_str(), nullptr); },
+     "D [ZVK] Save Cert Request error @\n\n",
+     "D [ZVK] why not\n\n"},
+    {{"InstallSignedCert"},
+     [](CertMgr& manager, Values& v) { return manager.installSignedCert(v.file.c_str(), nullptr); },
+     "D [ZVK] Install Signed Cert error @\n"},
+    {{"InstallCaCert"},
+     [](CertMgr& manager, Values& v) { return manager.installCACert(v.file.c_str()); },
+     "D [ZVK] Install CA Cert error @\n"},
+    {{"DeleteCert"},
+     [](CertMgr& manager, Values&) { return manager.deleteCert(nullptr); },
+     "D [ZVK] Delete signed cert error @\n"},
+    {{"DeleteCaCert"},
+     [](CertMgr& manager, Values&) { return manager.deleteCACert("x"); },
+     "D [ZVK] Delete CA cert error @\n"},
+    {{"GetCaInfo"},
+     [](CertMgr& manager, Values& v) {
+       return manager.getCAInfo("x", v.texts[0], v.texts[1], v.texts[2]);
+     },
+     "D [ZVK] getCAInfo error @\n"},
+    {{"GetCertFriendlyNameList"},
+     [](CertMgr& manager, Values& v) { return manager.getCertFriendlyNameList(v.names); },
+     "D [ZVK] Error getting list of friendly names @\n"},
+    {{"GetCaCommonNameList"},
+     [](CertMgr& manager, Values& v) { return manager.getCACommonNameList(v.names); },
+     "D [ZVK] getCACommonNameList error @\n"},
+};
+
+class FailedCall : public support::ObjectStorePrinter,
+                   public testing::WithParamInterface<OperationRow> {
+ protected:
+  /// Runs the operation with this reply to its own call, after success for those ahead of it.
+  /// Returns what was written about it; nothing that the operation fills may have changed.
+  std::string errorOf(const Bytes& reply) {
+    std::vector<Bytes> replies(static_cast<std::size_t>(GetParam().callsAhead), support::success());
+    replies.push_back(reply);
+    answer(replies);
+    Values values{.file = folder.write("f", "content")};
+    std::string err = outputOf([&] {
+                        CertMgr manager("/dev/usb/lp0");
+                        EXPECT_EQ(GetParam().run(manager, values), -1);
+                      }).err;
+    EXPECT_EQ(values.names, Names{"old"});
+    EXPECT_EQ(values.texts, Names(7, "old"));
+    EXPECT_EQ(support::fileContent(values.file), "content");
+    // What reading the file has to say is not the subject here.
+    for (const std::string& line : {"D [ZVK] Loading file " + values.file + ", 7 bytes\n",
+                                    std::string("D [ZVK] PEM_read failed?!\n")}) {
+      if (err.starts_with(line)) {
+        err.erase(0, line.size());
+      }
+    }
+    EXPECT_TRUE(err.ends_with(TransportGone)) << err;
+    return err.substr(0, err.size() - TransportGone.size());
+  }
+
+  static std::string errorLine(const std::string& status) {
+    std::string line = GetParam().errorLine;
+    return line.replace(line.find('@'), 1, status);
+  }
+
+  support::TemporaryFolder folder;
+};
+
+TEST_P(FailedCall, IsToldWithItsStatusAndThePrintersMessage) {
+  EXPECT_EQ(errorOf(failure("7", "why not")), errorLine("7") + GetParam().messageLine);
+  EXPECT_EQ(errorOf(failure("-12", "why not")), errorLine("-12") + GetParam().messageLine);
+}
+
+TEST_P(FailedCall, TakesTheMessageForNoFormat) {
+  std::string line = GetParam().messageLine;
+  EXPECT_EQ(errorOf(failure("7", "%s%n%d")), errorLine("7") + line.replace(8, 7, "%s%n%d"));
+}
+
+TEST_P(FailedCall, IsOneWithoutAStatus) {
+  std::string line = GetParam().messageLine;
+  line.replace(8, 7, "");
+  EXPECT_EQ(errorOf(replyPacket(replyXml(""))), errorLine("0") + line);
+  // No reply of the object store's at all.
+  EXPECT_EQ(errorOf(bytes("A5 00 03 50 E0 01")), errorLine("0") + line);
+  EXPECT_EQ(errorOf(bytes("A5 00 08 50 E0 C0 03 00 01 00 E1")), errorLine("0") + line);
+}
+
+TEST_P(FailedCall, SaysNothingWithoutAReply) {
+  EXPECT_EQ(errorOf(Bytes()), "");
+  EXPECT_EQ(errorOf(bytes("A5 00 02 D4 E0")), "");
+}
+
+TEST_P(FailedCall, AddsNothingWithoutAPrinter) {
+  device.openErrno = ENOENT;
+  std::string lines;
+  for (int i = 0; i <= GetParam().callsAhead; ++i) {
+    lines += "D [ZVK] Failed to open usb device '/dev/usb/lp0'!\n";
+  }
+  EXPECT_EQ(errorOf(Bytes()), lines);
+}
+
+TEST_P(FailedCall, IsOneWhereverTheReplyIsCut) {
+  const std::string xml = replyXml(statusChildren("1", "fine"));
+  // Behind the status it is a reply that succeeded, however it ends.
+  const std::size_t statusEnd = xml.find("</IntegerElem>");
+  for (std::size_t size = 0; size < statusEnd; size += 7) {
+    errorOf(replyPacket(xml.substr(0, size)));
+  }
+  errorOf(replyPacket(xml.substr(0, statusEnd - 1)));
+}
+
+TEST_P(FailedCall, DropsTheBytesE0OfTheMessage) {
+  EXPECT_EQ(errorOf(failure("7", "why\xE0 not\xE0")), errorLine("7") + GetParam().messageLine);
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, FailedCall, testing::ValuesIn(Operations), support::rowName);
+
+// --- The two tests of a status ------------------------------------------------------------------
+
+using StatusText = support::ObjectStorePrinter;
+
+TEST_F(StatusText, CountsAsANumberForMostOperations) {
+  for (const char* text : {" 1", "01", "1x", "+1"}) {
+    answer({replyPacket(replyXml(statusChildren(text)))});
+    outputOf([&] { EXPECT_EQ(CertMgr("/dev/usb/lp0").deleteCACert("x"), 0) << text; });
+  }
+}
+
+TEST_F(StatusText, LeavesAListAsItWasWhenItIsNotExactlyOne) {
+  answer({replyPacket(replyXml(statusChildren("01") + support::listChild({"new"})))});
+  Names names = {"old"};
+  const auto output =
+      outputOf([&] { EXPECT_EQ(CertMgr("/dev/usb/lp0").getCertFriendlyNameList(names), 0); });
+  EXPECT_EQ(names, Names{"old"});
+  EXPECT_EQ(output.err, "D [ZVK] List of friendly names (1):\nD [ZVK] [0] old\n" + TransportGone);
+}
+
+TEST_F(StatusText, MustBeExactlyOneForTheDefaultsOfARequest) {
+  answer({replyPacket(replyXml(statusChildren("01", "why not")))});
+  Names texts(7, "old");
+  const auto output = outputOf([&] {
+    EXPECT_EQ(CertMgr("/dev/usb/lp0")
+                  .getCertRequestDefaults(texts[0], texts[1], texts[2], texts[3], texts[4],
+                                          texts[5], texts[6]),
+              -1);
+  });
+  EXPECT_EQ(texts, Names(7, "old"));
+  EXPECT_EQ(output.err,
+            "D [ZVK] Get cert request defaults error 1\nD [ZVK] why not\n" + TransportGone);
+}
+
+}  // namespace

@@ -1,0 +1,271 @@
+#include <cerrno>
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+#include "cert/cert_mgr.h"
+#include "support/bytes.h"
+#include "support/files.h"
+#include "support/open_descriptors.h"
+#include "support/output.h"
+#include "support/virtual_system.h"
+
+namespace {
+
+using support::Bytes;
+using support::openDescriptors;
+using support::outputOf;
+using support::TemporaryFolder;
+
+constexpr unsigned int BufferSize = 16384;
+
+class HostFile : public testing::Test {
+ protected:
+  void SetUp() override {
+    // Loaded before descriptors are counted.
+    outputOf([] {});
+  }
+
+  /// Lets the next transfers of the file come out so: a count is what the system gets to see, a
+  /// negative number an error. Then all goes through.
+  void script(std::deque<ssize_t> results) {
+    system.fileTransfer = [results = std::move(results)](std::size_t size) mutable {
+      if (results.empty()) {
+        return static_cast<ssize_t>(size);
+      }
+      const ssize_t result = results.front();
+      results.pop_front();
+      return result;
+    };
+  }
+
+  int load(const std::string& path) {
+    buffer.assign(BufferSize, '#');
+    int result = -77;
+    const long before = openDescriptors();
+    err = outputOf([&] {
+            result = CertMgr::loadFromFile(buffer.data(), BufferSize, path.c_str());
+          }).err;
+    leftOpen = openDescriptors() - before;
+    return result;
+  }
+
+  bool save(const std::string& path, std::string content) {
+    bool result = false;
+    const long before = openDescriptors();
+    err = outputOf([&] {
+            result = CertMgr::saveToFile(reinterpret_cast<unsigned char*>(content.data()),
+                                         static_cast<unsigned int>(content.size()), path.c_str());
+          }).err;
+    leftOpen = openDescriptors() - before;
+    return result;
+  }
+
+  std::string loaded(std::size_t size) const {
+    return {buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(size)};
+  }
+
+  std::string loading(const std::string& path, std::size_t size) const {
+    return "D [ZVK] Loading file " + path + ", " + std::to_string(size) + " bytes\n";
+  }
+
+  virtual_system::System system;
+  TemporaryFolder folder;
+  Bytes buffer;
+  std::string err;
+  long leftOpen = 0;
+};
+
+using LoadFromFile = HostFile;
+using SaveToFile = HostFile;
+
+// --- Reading ------------------------------------------------------------------------------------
+
+TEST_F(LoadFromFile, ReadsTheWholeFileAndSaysItsSize) {
+  const std::string path = folder.write("f", "abc");
+  EXPECT_EQ(load(path), 3);
+  EXPECT_EQ(loaded(4), "abc#");
+  EXPECT_EQ(err, loading(path, 3));
+  EXPECT_EQ(leftOpen, 0);
+}
+
+TEST_F(LoadFromFile, GivesNothingOfAnEmptyFile) {
+  const std::string path = folder.write("f", "");
+  EXPECT_EQ(load(path), 0);
+  EXPECT_EQ(err, loading(path, 0));
+  EXPECT_EQ(leftOpen, 0);
+}
+
+TEST_F(LoadFromFile, ReadsAFileAsLargeAsTheBuffer) {
+  const std::string content(BufferSize, 'x');
+  EXPECT_EQ(load(folder.write("f", content)), 16384);
+  EXPECT_EQ(loaded(BufferSize), content);
+  EXPECT_EQ(leftOpen, 0);
+}
+
+TEST_F(LoadFromFile, RefusesALargerOneAndLeavesItOpen) {
+  const std::string path = folder.write("f", std::string(BufferSize + 1, 'x'));
+  EXPECT_EQ(load(path), -1);
+  EXPECT_EQ(loaded(1), "#");
+  EXPECT_EQ(err, loading(path, BufferSize + 1));
+  EXPECT_EQ(leftOpen, 1);
+}
+
+TEST_F(LoadFromFile, FailsSilentlyWhenTheFileCannotBeOpened) {
+  std::filesystem::create_symlink("nowhere", folder.path("dangling"));
+  for (const char* name : {"absent", "dangling", "absent/file"}) {
+    EXPECT_EQ(load(folder.path(name)), -1) << name;
+    EXPECT_EQ(err, "") << name;
+    EXPECT_EQ(leftOpen, 0) << name;
+  }
+  EXPECT_EQ(CertMgr::loadFromFile(buffer.data(), BufferSize, nullptr), -1);
+}
+
+TEST_F(LoadFromFile, SaysThatADirectoryCannotBeRead) {
+  const std::string path = folder.path("");
+  const std::size_t size = [&] {
+    struct stat status = {};
+    ::stat(path.c_str(), &status);
+    return static_cast<std::size_t>(status.st_size);
+  }();
+  ASSERT_GT(size, 0U);
+  EXPECT_EQ(load(path), -1);
+  EXPECT_EQ(err, loading(path, size) + "D [ZVK] loadFromFile error (1): " + std::to_string(EISDIR) +
+                     ", bytes=0, size=" + std::to_string(size) + "\n");
+  EXPECT_EQ(leftOpen, 0);
+}
+
+TEST_F(LoadFromFile, DoesNotWaitForTheWriterOfANamedPipe) {
+  const std::string path = folder.path("pipe");
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  EXPECT_EQ(load(path), 0);
+  EXPECT_EQ(leftOpen, 0);
+}
+
+TEST_F(LoadFromFile, ReadsOnAfterAShortRead) {
+  const std::string path = folder.write("f", "abcdef");
+  script({2, 1});
+  EXPECT_EQ(load(path), 6);
+  EXPECT_EQ(loaded(7), "abcdef#");
+  EXPECT_EQ(err, loading(path, 6));
+}
+
+TEST_F(LoadFromFile, ReadsOnAfterAFirstReadThatFailed) {
+  script({-EINTR});
+  EXPECT_EQ(load(folder.write("f", "abc")), 3);
+}
+
+TEST_F(LoadFromFile, EndsWhenTheFirstReadIsToBeTriedAgain) {
+  const std::string path = folder.write("f", "abc");
+  script({-EAGAIN});
+  EXPECT_EQ(load(path), -1);
+  EXPECT_EQ(err, loading(path, 3) + "D [ZVK] loadFromFile error (2): 11, bytes=0, size=3\n");
+  EXPECT_EQ(leftOpen, 0);
+}
+
+TEST_F(LoadFromFile, TriesTheRestAgain) {
+  script({1, -EAGAIN, 1, -EAGAIN});
+  EXPECT_EQ(load(folder.write("f", "abc")), 3);
+  EXPECT_EQ(loaded(4), "abc#");
+}
+
+TEST_F(LoadFromFile, TriesTheRestForFiveSeconds) {
+  const std::string path = folder.write("f", "abc");
+  bool isFirst = true;
+  system.fileTransfer = [&isFirst](std::size_t /*size*/) -> ssize_t {
+    return std::exchange(isFirst, false) ? 1 : -EAGAIN;
+  };
+  EXPECT_EQ(load(path), -1);
+  EXPECT_EQ(err, loading(path, 3));
+  EXPECT_GE(system.now(), 4 * virtual_system::Second);
+  EXPECT_LE(system.now(), 6 * virtual_system::Second);
+  EXPECT_EQ(leftOpen, 0);
+}
+
+TEST_F(LoadFromFile, EndsWhenTheRestCannotBeRead) {
+  const std::string path = folder.write("f", "abcdef");
+  script({2, 1, -EIO});
+  EXPECT_EQ(load(path), -1);
+  EXPECT_EQ(err, loading(path, 6) + "D [ZVK] loadFromFile error (1): 5, bytes=3, size=6\n");
+  EXPECT_EQ(leftOpen, 0);
+}
+
+TEST_F(LoadFromFile, EndsWhenTheFileGotShorterMeanwhile) {
+  const std::string path = folder.write("f", "abc");
+  script({2, 0});
+  EXPECT_EQ(load(path), -1);
+  EXPECT_EQ(err, loading(path, 3));
+  EXPECT_EQ(leftOpen, 0);
+}
+
+// --- Writing ------------------------------------------------------------------------------------
+
+TEST_F(SaveToFile, MakesAFile) {
+  const mode_t before = ::umask(0);
+  const std::string path = folder.path("f");
+  EXPECT_TRUE(save(path, std::string("a\0b", 3)));
+  ::umask(before);
+  EXPECT_EQ(support::fileContent(path), std::string("a\0b", 3));
+  EXPECT_EQ(err, "");
+  EXPECT_EQ(leftOpen, 0);
+  struct stat status = {};
+  ASSERT_EQ(::stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0644U);
+}
+
+TEST_F(SaveToFile, ReplacesWhatAFileHolds) {
+  const std::string path = folder.write("f", "something longer");
+  EXPECT_TRUE(save(path, "new"));
+  EXPECT_EQ(support::fileContent(path), "new");
+  EXPECT_TRUE(save(path, ""));
+  EXPECT_EQ(support::fileContent(path), "");
+}
+
+TEST_F(SaveToFile, FailsSilentlyWhenTheFileCannotBeOpened) {
+  for (const std::string& path : {folder.path(""), folder.path("absent/f"), std::string()}) {
+    EXPECT_FALSE(save(path, "x")) << path;
+    EXPECT_EQ(err, "") << path;
+    EXPECT_EQ(leftOpen, 0) << path;
+  }
+  EXPECT_FALSE(CertMgr::saveToFile(buffer.data(), 0, nullptr));
+}
+
+TEST_F(SaveToFile, SaysThatTheDiskIsFull) {
+  EXPECT_FALSE(save("/dev/full", "abc"));
+  EXPECT_EQ(err, "D [ZVK] saveToFile error (1): 28, bytes=0\n\n");
+  EXPECT_EQ(leftOpen, 0);
+}
+
+TEST_F(SaveToFile, WritesOnAfterAShortWrite) {
+  const std::string path = folder.path("f");
+  script({2, 1});
+  EXPECT_TRUE(save(path, "abcdef"));
+  EXPECT_EQ(support::fileContent(path), "abcdef");
+  EXPECT_EQ(err, "");
+}
+
+TEST_F(SaveToFile, EndsWhenTheFirstWriteIsToBeTriedAgain) {
+  script({-EAGAIN});
+  EXPECT_FALSE(save(folder.path("f"), "abc"));
+  EXPECT_EQ(err, "D [ZVK] saveToFile error (2): 11, bytes=0\n\n");
+  EXPECT_EQ(leftOpen, 0);
+}
+
+TEST_F(SaveToFile, TriesTheRestAgain) {
+  const std::string path = folder.path("f");
+  script({1, -EAGAIN, 1, -EAGAIN});
+  EXPECT_TRUE(save(path, "abc"));
+  EXPECT_EQ(support::fileContent(path), "abc");
+}
+
+TEST_F(SaveToFile, EndsWhenTheRestCannotBeWritten) {
+  script({2, 1, -ENOSPC});
+  EXPECT_FALSE(save(folder.path("f"), "abcdef"));
+  EXPECT_EQ(err, "D [ZVK] saveToFile error (1): 28, bytes=3\n\n");
+}
+
+}  // namespace
