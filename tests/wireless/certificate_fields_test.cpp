@@ -24,16 +24,16 @@ SettingRow countryRow(const char* name, const char* option, const char* object, 
 
 INSTANTIATE_TEST_SUITE_P(
     Country, CertificateField,
-    testing::Values(
-        countryRow("TwoLetters", "--cer-country=DE", "2A 09 00 00 02 44 45",
-                   "D [ZVK] Cer country = DE (2 bytes)\n"),
-        countryRow("OneLetter", "--cer-country=D", "2A 09 00 00 02 44 00",
-                   "D [ZVK] Cer country = D (1 bytes)\n"),
-        countryRow("ThreeLetters", "--cer-country=DEU", "2A 09 00 00 02 44 45",
-                   "D [ZVK] Cer country = DEU (3 bytes)\n"),
-        countryRow("HighBytes", "--cer-country=\xC3\x84\n", "2A 09 00 00 02 C3 84",
-                   "D [ZVK] Cer country = \xC3\x84\n (3 bytes)\n"),
-        countryRow("Empty", "--cer-country=", "", "D [ZVK] Cer country =  (0 bytes)\n")),
+    testing::Values(countryRow("TwoLetters", "--cer-country=DE", "2A 09 00 00 02 44 45",
+                               "D [ZVK] Cer country = DE (2 bytes)\n"),
+                    countryRow("OneLetter", "--cer-country=D", "2A 09 00 00 02 44 00",
+                               "D [ZVK] Cer country = D (1 bytes)\n"),
+                    countryRow("ThreeLetters", "--cer-country=DEU", "2A 09 00 00 02 44 45",
+                               "D [ZVK] Cer country = DEU (3 bytes)\n"),
+                    countryRow("HighBytes", "--cer-country=\xC3\x84\n", "2A 09 00 00 02 C3 84",
+                               "D [ZVK] Cer country = \xC3\x84\n (3 bytes)\n"),
+                    countryRow("Empty", "--cer-country=", "",
+                               "D [ZVK] Cer country =  (0 bytes)\n")),
     support::rowName);
 
 INSTANTIATE_TEST_SUITE_P(SignRequest, CertificateField,

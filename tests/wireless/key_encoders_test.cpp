@@ -82,18 +82,14 @@ INSTANTIATE_TEST_SUITE_P(
         SettingRow{
             {"OtherSecurity"}, Auth, {"--encryption=WEP", "--security=802.1x"}, Auth0, AutoLine},
         SettingRow{{"OtherCase"}, Auth, {"--encryption=WEP", "--security=open"}, Auth0, AutoLine},
-        SettingRow{
-            {"EmptySecurity"}, Auth, {"--encryption=WEP", "--security="}, Auth0, AutoLine},
+        SettingRow{{"EmptySecurity"}, Auth, {"--encryption=WEP", "--security="}, Auth0, AutoLine},
         SettingRow{{"OtherEncryption"},
                    Auth,
                    {"--encryption=WEP-STATIC", "--security=OPEN"},
                    Auth0,
                    AutoLine},
-        SettingRow{{"SmallLetters"},
-                   Auth,
-                   {"--encryption=wep", "--security=SHARED"},
-                   Auth0,
-                   AutoLine}),
+        SettingRow{
+            {"SmallLetters"}, Auth, {"--encryption=wep", "--security=SHARED"}, Auth0, AutoLine}),
     support::rowName);
 
 }  // namespace

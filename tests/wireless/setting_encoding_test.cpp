@@ -46,10 +46,10 @@ class TextSetting : public support::SettingEncoders, public testing::WithParamIn
   /// Expects the object of a text with this header.
   void expectText(const std::string& text, const Header& header) {
     const TextRow& row = GetParam();
-    expectObject(row.encoder, {row.option + text},
-                 joined({bytes(header.bytes), textBytes(text.substr(0, row.copied)),
-                         bytes(row.terminator)}),
-                 line(text, text.size()));
+    expectObject(
+        row.encoder, {row.option + text},
+        joined({bytes(header.bytes), textBytes(text.substr(0, row.copied)), bytes(row.terminator)}),
+        line(text, text.size()));
   }
 
   /// The header for a text of `size` bytes, which the row lists.
