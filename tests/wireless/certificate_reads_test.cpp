@@ -16,7 +16,6 @@ using support::bytes;
 using support::joined;
 using support::Output;
 using support::outputOf;
-using support::textBytes;
 using virtual_system::Second;
 using Read = int (wnpaGenerator::*)();
 
