@@ -30,13 +30,34 @@ Bytes textValue(const std::string& text, bool terminated) {
 }  // namespace
 
 Adapter::Adapter(Personality personality, MessageLog& log, std::function<Clock::time_point()> now)
-    : m_Personality(std::move(personality)), m_Log(log), m_Now(std::move(now)), m_Start(m_Now()) {
-  m_Settings.set(settings::Descriptor, textValue(m_Personality.descriptor, false));
-  m_Settings.set(settings::IpAddress, m_Personality.ipAddress);
-  m_Settings.set(settings::TroubleCode, std::array<Byte, 4>{0, 0, 0, m_Personality.troubleCode});
+    : m_Personality(std::move(personality)),
+      m_Log(log),
+      m_Certificates(m_Personality.certificates),
+      m_Now(std::move(now)),
+      m_Start(m_Now()) {
+  m_Settings.preset(settings::Descriptor, textValue(m_Personality.descriptor, false));
+  m_Settings.preset(settings::IpAddress, m_Personality.ipAddress);
+  m_Settings.preset(settings::TroubleCode, std::array<Byte, 4>{0, 0, 0, m_Personality.troubleCode});
   if (!m_Personality.ssid.empty()) {
-    m_Settings.set(settings::Ssid, textValue(m_Personality.ssid, true));
+    m_Settings.preset(settings::Ssid, textValue(m_Personality.ssid, true));
   }
+}
+
+void Adapter::restore(const SettingsStore::Values& settings, CertificateStore certificates) {
+  for (const auto& [key, value] : settings) {
+    m_Settings.set(key, value);
+  }
+  m_Certificates.restore(std::move(certificates));
+}
+
+std::vector<std::string> Adapter::describe(bool showSecrets) const {
+  std::vector<std::string> lines = m_Settings.describe(showSecrets);
+  std::ranges::move(m_Certificates.describe(), std::back_inserter(lines));
+  return lines;
+}
+
+unsigned long Adapter::revision() const {
+  return m_Settings.revision() + m_Certificates.store().revision();
 }
 
 std::vector<Adapter::Reply> Adapter::receive(std::span<const Byte> bytes) {
@@ -45,7 +66,11 @@ std::vector<Adapter::Reply> Adapter::receive(std::span<const Byte> bytes) {
   for (Bytes& packet : m_Reader.feed(bytes)) {
     const Message message = parseMessage(std::move(packet));
     m_Log.received(message);
+    const unsigned long revisionBefore = revision();
     Answer reply = answer(message);
+    if (m_Keep && revision() != revisionBefore) {
+      m_Keep();
+    }
     if (m_Personality.cutAt && reply.bytes.size() > *m_Personality.cutAt) {
       reply.bytes.resize(*m_Personality.cutAt);
     }
@@ -62,6 +87,9 @@ Adapter::Answer Adapter::answer(const Message& message) {
   if (m_Personality.silent) {
     return {{}, "no answer: silent"};
   }
+  if (message.kind == Kind::Sniff) {
+    return {{}, "no answer expected"};
+  }
   if (m_Personality.garbage) {
     return {garbage(), "garbage"};
   }
@@ -70,8 +98,6 @@ Adapter::Answer Adapter::answer(const Message& message) {
   }
   Answer result;
   switch (message.kind) {
-    case Kind::Sniff:
-      return {{}, "no answer expected"};
     case Kind::Query:
       result = answerQuery(message);
       break;
@@ -82,6 +108,9 @@ Adapter::Answer Adapter::answer(const Message& message) {
       result = {settingsReply(Rejected), "rejected: malformed"};
       break;
     case Kind::ObjectStoreCall:
+      return message.wrapped ? Answer{refusal(), "refused: a wrapped method call"}
+                             : answerCall(*message.call);
+    case Kind::Sniff:
     case Kind::Unknown:
       return {refusal(), "refused: not supported"};
   }

@@ -4,9 +4,11 @@
 #include <functional>
 #include <map>
 #include <span>
-#include <string_view>
+#include <string>
+#include <utility>
 #include <vector>
 
+#include "emulator/certificate_object.h"
 #include "emulator/message.h"
 #include "emulator/message_log.h"
 #include "emulator/packet_reader.h"
@@ -20,7 +22,7 @@ namespace emulator {
 ///
 /// A query is answered by the queried packet itself with the value's length and the value behind
 /// it; inside a wrapper when the request was wrapped, and always for 802.1x settings, which are
-/// looked for inside the data of a reply.
+/// looked for inside the data of a reply. Method calls go to the certificate object.
 class Adapter {
  public:
   /// A piece of a reply, to be sent `delay` after the request arrived.
@@ -39,12 +41,23 @@ class Adapter {
   /// answers to the packets that are complete now.
   std::vector<Reply> receive(std::span<const npa::Byte> bytes);
 
+  /// Has `keep` called whenever settings or certificates have changed, ahead of the reply that says
+  /// so.
+  void onChange(std::function<void()> keep) { m_Keep = std::move(keep); }
+
+  /// Takes over what was stored in an earlier run.
+  void restore(const SettingsStore::Values& settings, CertificateStore certificates);
+
   const SettingsStore& settings() const { return m_Settings; }
+  const CertificateStore& certificates() const { return m_Certificates.store(); }
+
+  /// One line in words for each setting, then for each certificate.
+  std::vector<std::string> describe(bool showSecrets) const;
 
  private:
   struct Answer {
     Bytes bytes;
-    std::string_view meaning;
+    std::string meaning;
   };
 
   bool isReached(const Readiness& readiness, int earlierQueries) const;
@@ -52,6 +65,10 @@ class Adapter {
   Answer answer(const Message& message);
   Answer answerQuery(const Message& message);
   Answer storeSettings(const Message& message);
+  Answer answerCall(const ParsedCall& call);
+  /// The answer that the personality has for a call, or null.
+  const ObjectAnswer* findObjectAnswer(const ParsedCall& call) const;
+  unsigned long revision() const;
   /// What a query for the setting gives now; `earlierQueries` went before it.
   Bytes currentValue(SettingKey key, int earlierQueries) const;
   /// The records of the reply to a query for an 802.1x setting.
@@ -62,6 +79,8 @@ class Adapter {
   MessageLog& m_Log;
   PacketReader m_Reader;
   SettingsStore m_Settings;
+  CertificateObject m_Certificates;
+  std::function<void()> m_Keep;
   std::map<SettingKey, int> m_Queries;
   std::function<Clock::time_point()> m_Now;
   Clock::time_point m_Start;

@@ -10,7 +10,7 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "emulator/unique_fd.h"
+#include "util/unique_fd.h"
 
 namespace emulator {
 
@@ -57,8 +57,8 @@ CommandProcess::CommandProcess(const std::vector<std::string>& command,
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
     throw StartError{StartError::Step::Preparation, errno, "pipe"};
   }
-  const UniqueFd readEnd(ends[0]);
-  UniqueFd writeEnd(ends[1]);
+  const util::UniqueFd readEnd(ends[0]);
+  util::UniqueFd writeEnd(ends[1]);
   m_Pid = ::fork();
   if (m_Pid < 0) {
     throw StartError{StartError::Step::Preparation, errno, "fork"};

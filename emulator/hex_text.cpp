@@ -1,6 +1,6 @@
 #include "emulator/hex_text.h"
 
-#include <string_view>
+#include <array>
 
 namespace emulator {
 
@@ -24,6 +24,27 @@ std::string hexText(std::span<const npa::Byte> bytes, const std::vector<bool>& h
     }
   }
   return text;
+}
+
+std::string escaped(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (const char character : text) {
+    if (character >= 0x20 && character <= 0x7E) {
+      result.push_back(character);
+    } else {
+      result.append("\\x").append(hexText(std::array{static_cast<npa::Byte>(character)}));
+    }
+  }
+  return result;
+}
+
+std::string quoted(std::string_view text) {
+  return "\"" + escaped(text) + "\"";
+}
+
+std::string quoted(std::span<const npa::Byte> text) {
+  return quoted(std::string(text.begin(), text.end()));
 }
 
 }  // namespace emulator

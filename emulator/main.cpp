@@ -19,7 +19,9 @@
 #include "emulator/options.h"
 #include "emulator/private_devices.h"
 #include "emulator/pty_door.h"
+#include "emulator/reply_files.h"
 #include "emulator/signal_queue.h"
+#include "emulator/state_folder.h"
 
 namespace {
 
@@ -33,19 +35,19 @@ constexpr int StatusNotExecutable = 126;
 constexpr int StatusNotFound = 127;
 
 using StartError = CommandProcess::StartError;
-using LogStream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+using FileStream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 void say(std::string_view text) {
   std::fprintf(stderr, "zvkprinter: %.*s\n", static_cast<int>(text.size()), text.data());
 }
 
-LogStream openLog(const Options& options) {
+FileStream openLog(const Options& options) {
   if (!options.logFile) {
     return {stderr, [](std::FILE*) {
               return 0;
             }};
   }
-  LogStream stream(std::fopen(options.logFile->c_str(), "we"), std::fclose);
+  FileStream stream(std::fopen(options.logFile->c_str(), "we"), std::fclose);
   if (!stream) {
     throw std::system_error(errno, std::generic_category(), *options.logFile);
   }
@@ -135,8 +137,29 @@ int serve(const Options& options, emulator::PtyDoor& door) {
   return 0;
 }
 
+void printState(const emulator::Adapter& adapter, const Options& options) {
+  for (const std::string& line : adapter.describe(options.showSecrets)) {
+    std::printf("%s\n", line.c_str());
+  }
+}
+
+/// Gives the printer what the folder keeps.
+void restore(emulator::Adapter& adapter, emulator::StateFolder& folder) {
+  emulator::PrinterState state = folder.load();
+  adapter.restore(state.settings, std::move(state.certificates));
+}
+
+int show(const Options& options) {
+  emulator::MessageLog log([](std::string_view) {}, false);
+  emulator::Adapter adapter(options.personality, log);
+  emulator::StateFolder folder(*options.stateFolder, emulator::StateFolder::Use::Look);
+  restore(adapter, folder);
+  printState(adapter, options);
+  return 0;
+}
+
 int serveOrRun(const Options& options) {
-  const LogStream logStream = openLog(options);
+  const FileStream logStream = openLog(options);
   emulator::MessageLog log(
       [&](std::string_view line) {
         std::fprintf(logStream.get(), "zvkprinter: %.*s\n", static_cast<int>(line.size()),
@@ -144,14 +167,18 @@ int serveOrRun(const Options& options) {
         std::fflush(logStream.get());
       },
       options.showSecrets);
-  emulator::Adapter adapter(options.personality, log);
+  emulator::Adapter adapter(emulator::withReplyFiles(options.personality), log);
+  std::optional<emulator::StateFolder> folder;
+  if (options.stateFolder) {
+    folder.emplace(*options.stateFolder, emulator::StateFolder::Use::Keep);
+    restore(adapter, *folder);
+    adapter.onChange([&] { folder->save(adapter.settings().stored(), adapter.certificates()); });
+  }
   emulator::PtyDoor door(adapter);
   const int status =
       options.action == Options::Action::Run ? run(options, door) : serve(options, door);
   if (options.showSettings) {
-    for (const std::string& line : adapter.settings().describe(options.showSecrets)) {
-      std::printf("%s\n", line.c_str());
-    }
+    printState(adapter, options);
   }
   return status;
 }
@@ -165,7 +192,7 @@ int main(int argc, char** argv) {
       std::fputs(emulator::helpText().c_str(), stdout);
       return 0;
     }
-    return serveOrRun(options);
+    return options.action == Options::Action::Show ? show(options) : serveOrRun(options);
   } catch (const emulator::UsageError& error) {
     say(std::string(error.what()) + "; 'zvkprinter help' lists what there is");
   } catch (const StartError& error) {

@@ -14,7 +14,13 @@ constexpr std::size_t CommandOffset = 4;
 constexpr std::size_t DataOffset = 5;
 constexpr std::size_t ObjectsOffset = DataOffset + npa::DataKind{}.size();
 constexpr npa::DataKind DataSingleSettings = {0xD8, 0x01};
-constexpr npa::DataKind DataObjectStore = {0xC0, 0x03};
+
+/// Whether the packet is a method call; its text follows the header.
+bool isObjectStoreCall(std::span<const Byte> packet) {
+  const std::span header = std::span(npa::ObjStoreNpaHeader).subspan(CommandOffset);
+  return packet.size() >= npa::ObjStoreNpaHeader.size() &&
+         std::ranges::equal(packet.subspan(CommandOffset, header.size()), header);
+}
 
 bool opensWith(std::span<const Byte> packet, npa::DataKind kind) {
   return packet.size() >= ObjectsOffset && packet[CommandOffset] == npa::RequestCommand &&
@@ -65,7 +71,9 @@ Kind parseInner(Message& message, std::span<const Byte> inner) {
   if (opensWith(inner, npa::DataSettings) || opensWith(inner, DataSingleSettings)) {
     return parseSettings(message, inner) ? Kind::StoreSettings : Kind::Malformed;
   }
-  if (opensWith(inner, DataObjectStore)) {
+  if (isObjectStoreCall(inner)) {
+    const auto text = inner.subspan(npa::ObjStoreNpaHeader.size());
+    message.call = parseMethodCall(std::string(text.begin(), text.end()));
     return Kind::ObjectStoreCall;
   }
   return std::ranges::equal(inner, npa::usbSniff) ? Kind::Sniff : Kind::Unknown;
@@ -83,9 +91,20 @@ std::span<const Byte> unwrap(std::span<const Byte> packet) {
   return consistent ? inner : std::span<const Byte>();
 }
 
-/// Whether it is known where in a packet of the kind keys may stand; if not, they may anywhere.
-bool isUnderstood(Kind kind) {
-  return kind == Kind::Query || kind == Kind::StoreSettings || kind == Kind::Sniff;
+/// Whether it is known where in the packet keys may stand; if not, they may anywhere.
+bool isUnderstood(const Message& message) {
+  switch (message.kind) {
+    case Kind::Query:
+    case Kind::StoreSettings:
+    case Kind::Sniff:
+      return true;
+    case Kind::ObjectStoreCall:
+      return std::holds_alternative<MethodCall>(*message.call);
+    case Kind::Unknown:
+    case Kind::Malformed:
+      return false;
+  }
+  return false;
 }
 
 std::string_view kindText(Kind kind) {
@@ -123,7 +142,7 @@ Message parseMessage(Bytes packet) {
     }
   }
   message.kind = parseInner(message, inner);
-  if (!isUnderstood(message.kind) && inner.size() > DataOffset) {
+  if (!isUnderstood(message) && inner.size() > DataOffset) {
     hideEnd(message, inner.size() - DataOffset);
   }
   return message;
@@ -135,6 +154,10 @@ std::string describe(const Message& message, bool showSecrets) {
   if (message.kind == Kind::Query) {
     const SettingInfo* const info = findSetting(message.asked);
     text.append(": ").append(info != nullptr ? info->name : "a setting that is not known");
+  }
+  if (message.kind == Kind::ObjectStoreCall) {
+    const auto* const call = std::get_if<MethodCall>(&*message.call);
+    text.append(": ").append(call != nullptr ? describe(*call) : "cannot be read");
   }
   const char* separator = ": ";
   for (const Message::Setting& setting : message.settings) {

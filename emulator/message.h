@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "emulator/method_call.h"
 #include "emulator/packet_reader.h"
 #include "emulator/setting_catalogue.h"
 
@@ -28,9 +30,10 @@ struct Message {
   Bytes packet;  ///< as it came
   Kind kind = Kind::Unknown;
   bool wrapped = false;
-  SettingKey asked{};             ///< of a query: what is asked for
-  std::vector<Setting> settings;  ///< of settings to be stored
-  std::vector<bool> secretBytes;  ///< for each byte of the packet: not to be shown
+  SettingKey asked{};              ///< of a query: what is asked for
+  std::vector<Setting> settings;   ///< of settings to be stored
+  std::optional<ParsedCall> call;  ///< of an object-store call
+  std::vector<bool> secretBytes;   ///< for each byte of the packet: not to be shown
 };
 
 /// Takes a whole packet (as `PacketReader` cuts them) apart.

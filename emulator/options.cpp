@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <string_view>
 #include <utility>
 
@@ -10,62 +9,7 @@ namespace emulator {
 
 namespace {
 
-constexpr std::size_t LargestCount = 65538;
-constexpr std::size_t LargestDelay = 3600;
 constexpr std::size_t LargestPacketCount = 100;
-
-std::size_t parseNumber(std::string_view text, std::size_t largest, int base = 10) {
-  std::size_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  if (error != std::errc() || end != text.data() + text.size() || number > largest) {
-    throw UsageError("'" + std::string(text) + "' is no number from 0 to " +
-                     std::to_string(largest));
-  }
-  return number;
-}
-
-npa::Byte parseByte(std::string_view text, int base = 10) {
-  return static_cast<npa::Byte>(parseNumber(text, 0xFF, base));
-}
-
-std::array<npa::Byte, 4> parseAddress(const std::string& text) {
-  std::array<npa::Byte, 4> address{};
-  std::string_view rest = text;
-  for (std::size_t i = 0; i < address.size(); ++i) {
-    const bool last = i + 1 == address.size();
-    const std::size_t dot = last ? rest.size() : rest.find('.');
-    if (dot == std::string_view::npos) {
-      throw UsageError("'" + text + "' is no IP address");
-    }
-    address[i] = parseByte(rest.substr(0, dot));
-    rest.remove_prefix(std::min(dot + 1, rest.size()));
-  }
-  return address;
-}
-
-/// "3" is after three queries, "20s" after twenty seconds.
-Readiness parseReadiness(const std::string& text) {
-  Readiness readiness;
-  if (text.ends_with('s')) {
-    const std::string_view seconds(text.data(), text.size() - 1);
-    readiness.afterTime = std::chrono::seconds(parseNumber(seconds, LargestDelay));
-  } else {
-    readiness.afterQueries = static_cast<int>(parseNumber(text, LargestCount));
-  }
-  return readiness;
-}
-
-std::vector<npa::Byte> parseBytes(std::string_view list) {
-  std::vector<npa::Byte> bytes;
-  while (true) {
-    const std::size_t comma = list.find(',');
-    bytes.push_back(parseByte(list.substr(0, comma)));
-    if (comma == std::string_view::npos) {
-      return bytes;
-    }
-    list.remove_prefix(comma + 1);
-  }
-}
 
 /// One option: what it does with its value, which is empty for a switch.
 struct Option {
@@ -146,9 +90,30 @@ constexpr std::array PersonalityOptions = {
            [](Options& o, const std::string& value) {
              o.personality.cutRecordAt = parseNumber(value, LargestCount);
            }},
-    Option{"--packets", "N", "802.1x: answer in so many packets",
+    Option{"--packets", "N", "802.1x and method calls: answer in so many packets",
            [](Options& o, const std::string& value) {
              o.personality.replyPackets = parseNumber(value, LargestPacketCount);
+           }},
+    Option{"--object-reply", "[METHOD:]FILE",
+           "method calls: answer with FILE's bytes behind the flag byte",
+           [](Options& o, const std::string& value) {
+             o.personality.objectAnswers.push_back(parseObjectReply(value));
+           }},
+    Option{"--object-status", "[METHOD:]CODE", "method calls: do nothing, answer with this status",
+           [](Options& o, const std::string& value) {
+             o.personality.objectAnswers.push_back(parseObjectStatus(value));
+           }},
+    Option{"--cert-default", "NAME=TEXT", "default of certificate requests for O, OU, C, ... AN",
+           [](Options& o, const std::string& value) {
+             parseSubjectText(o.personality.certificates.defaults, value);
+           }},
+    Option{"--key-bits", "N", "make RSA keys of so many bits (0: keys on the curve P-256)",
+           [](Options& o, const std::string& value) {
+             o.personality.certificates.rsaBits = parseKeyBits(value);
+           }},
+    Option{"--no-factory-certificate", "", "have no certificate from the factory",
+           [](Options& o, const std::string&) {
+             o.personality.certificates.factoryCertificate = false;
            }},
 };
 
@@ -157,9 +122,13 @@ constexpr std::array GeneralOptions = {
            [](Options& o, const std::string& value) {
              o.logFile = value;
            }},
-    Option{"--show", "", "print the settings that the printer holds in the end",
+    Option{"--show", "", "print what the printer holds in the end",
            [](Options& o, const std::string&) {
              o.showSettings = true;
+           }},
+    Option{"--state", "DIR", "keep settings and certificates in this folder from run to run",
+           [](Options& o, const std::string& value) {
+             o.stateFolder = value;
            }},
     Option{"--show-secrets", "", "do not mask keys and passwords",
            [](Options& o, const std::string&) {
@@ -189,7 +158,7 @@ const Option* findOption(std::string_view name) {
 
 template <std::size_t Count>
 void appendHelp(std::string& text, const std::array<Option, Count>& options) {
-  constexpr std::size_t column = 31;
+  constexpr std::size_t column = 32;
   for (const Option& option : options) {
     std::string line = "  " + std::string(option.name);
     if (!option.valueName.empty()) {
@@ -207,10 +176,13 @@ Options::Action parseAction(std::string_view text) {
   if (text == "serve") {
     return Options::Action::Serve;
   }
+  if (text == "show") {
+    return Options::Action::Show;
+  }
   if (text == "help" || text == "--help" || text == "-h") {
     return Options::Action::Help;
   }
-  throw UsageError("'" + std::string(text) + "' is none of run, serve and help");
+  throw UsageError("'" + std::string(text) + "' is none of run, serve, show and help");
 }
 
 void checkCompleteness(const Options& options) {
@@ -219,6 +191,9 @@ void checkCompleteness(const Options& options) {
   }
   if (options.action == Options::Action::Serve && options.link.empty()) {
     throw UsageError("serve needs --link=PATH");
+  }
+  if (options.action == Options::Action::Show && !options.stateFolder) {
+    throw UsageError("show needs --state=DIR");
   }
 }
 
@@ -271,6 +246,9 @@ std::string helpText() {
       "\n"
       "  zvkprinter serve --link=PATH [OPTION...]\n"
       "      Keeps the printer running with a link to it at PATH, until it is interrupted.\n"
+      "\n"
+      "  zvkprinter show --state=DIR [OPTION...]\n"
+      "      Says what the printer that keeps its state in DIR holds.\n"
       "\n"
       "How the printer behaves:\n";
   appendHelp(text, PersonalityOptions);

@@ -1,31 +1,27 @@
 #pragma once
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "emulator/option_values.h"
 #include "emulator/personality.h"
 
 namespace emulator {
 
 /// The command line of zvkprinter, taken apart.
 struct Options {
-  enum class Action { Help, Run, Serve };
+  enum class Action { Help, Run, Serve, Show };
 
   Action action = Action::Help;
   Personality personality;
-  std::optional<std::string> logFile;  ///< standard error when there is none
-  bool showSettings = false;           ///< say at the end what the printer holds
+  std::optional<std::string> logFile;      ///< standard error when there is none
+  bool showSettings = false;               ///< say at the end what the printer holds
+  std::optional<std::string> stateFolder;  ///< keeps what the printer holds from run to run
   bool showSecrets = false;
   bool namespaces = true;            ///< try a private mount namespace first
   std::string link;                  ///< of `serve`
   std::vector<std::string> command;  ///< of `run`
-};
-
-/// A command line that makes no sense; the text says why.
-struct UsageError : std::runtime_error {
-  using std::runtime_error::runtime_error;
 };
 
 /// Reads the arguments behind the program's name; throws `UsageError`.

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "emulator/certificate_object.h"
 #include "npa/packet.h"
 
 namespace emulator {
@@ -15,6 +16,16 @@ namespace emulator {
 struct Readiness {
   int afterQueries = 0;
   std::chrono::seconds afterTime{0};
+};
+
+/// What a method call is answered with instead of being carried out.
+struct ObjectAnswer {
+  std::string method;  ///< whose calls; empty for every call
+  std::string file;    ///< that `bytes` are read from
+  /// A status to reply with; without one the reply is `bytes`.
+  std::optional<int> status{};
+  /// All that follows the flag byte of the one packet that the reply is.
+  std::vector<npa::Byte> bytes{};
 };
 
 /// How an emulated printer answers. The defaults are a well-behaved adapter that is connected.
@@ -46,8 +57,12 @@ struct Personality {
   bool otherRecordFirst = false;
   /// Cuts the last record to this size, inside a packet that is whole (802.1x settings).
   std::optional<std::size_t> cutRecordAt{};
-  /// How many packets a reply has (802.1x settings).
+  /// How many packets a reply has (802.1x settings and method calls).
   std::size_t replyPackets = 1;
+
+  CertificateRules certificates{};
+  /// The last one for a method goes before the last one for every call.
+  std::vector<ObjectAnswer> objectAnswers{};
 };
 
 }  // namespace emulator

@@ -10,7 +10,7 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "emulator/unique_fd.h"
+#include "util/unique_fd.h"
 
 namespace emulator {
 
@@ -56,7 +56,7 @@ void mountTmpfs(const char* folder) {
 }
 
 void makeFile(const fs::path& path) {
-  const UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, FileMode));
+  const util::UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, FileMode));
   check(file.get(), path.string());
 }
 
@@ -70,7 +70,7 @@ void bind(const fs::path& from, const fs::path& to) {
 /// one, since /dev/ptmx looks for the folder "pts" beside itself.
 void coverDev() {
   // A copy from before, since a copy of /dev as it then is would have the cover on top.
-  const UniqueFd old(
+  const util::UniqueFd old(
       ::open_tree(AT_FDCWD, "/dev", OPEN_TREE_CLONE | OPEN_TREE_CLOEXEC | AT_RECURSIVE));
   check(old.get(), "copy of /dev");
   mountTmpfs("/dev");

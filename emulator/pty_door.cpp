@@ -46,7 +46,7 @@ PtyDoor::PtyDoor(Adapter& adapter)
   checked(::grantpt(m_Master.get()), "grantpt");
   checked(::unlockpt(m_Master.get()), "unlockpt");
   m_DevicePath = slavePath(m_Master.get());
-  m_Slave = UniqueFd(
+  m_Slave = util::UniqueFd(
       checked(::open(m_DevicePath.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC), m_DevicePath.c_str()));
   makeRaw(m_Slave.get());
 }

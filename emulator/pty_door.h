@@ -7,7 +7,7 @@
 
 #include "emulator/adapter.h"
 #include "emulator/signal_queue.h"
-#include "emulator/unique_fd.h"
+#include "util/unique_fd.h"
 
 namespace emulator {
 
@@ -40,9 +40,9 @@ class PtyDoor {
   int timeToNext() const;
 
   Adapter& m_Adapter;
-  UniqueFd m_Master;
+  util::UniqueFd m_Master;
   // Held open, so that the device keeps its raw mode while no program has it open.
-  UniqueFd m_Slave;
+  util::UniqueFd m_Slave;
   std::string m_DevicePath;
   std::deque<Outgoing> m_Outgoing;
   bool m_DeviceIsFull = false;

@@ -1,6 +1,7 @@
 #include "emulator/reply_packets.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 namespace emulator {
@@ -12,6 +13,9 @@ using npa::Byte;
 void append(Bytes& bytes, const auto& more) {
   std::ranges::copy(more, std::back_inserter(bytes));
 }
+
+/// What stands behind the command byte of the reply to a method call.
+constexpr std::array<Byte, 5> ObjectStoreHead = {0xC0, 0x03, 0x00, 0x01, 0x00};
 
 }  // namespace
 
@@ -62,6 +66,40 @@ Bytes packetSequence(const Bytes& other, const Bytes& content, std::size_t count
   }
   append(result, wrapped(content));
   return result;
+}
+
+Bytes objectStoreReply(std::string_view xml, std::size_t count) {
+  Bytes head = {npa::RequestCommand};
+  append(head, ObjectStoreHead);
+  if (count <= 1 && head.size() + 1 + xml.size() <= LargestContent) {
+    // The text follows a command byte here as well.
+    head.push_back(npa::RequestCommand);
+    append(head, xml);
+    return rawReply(head);
+  }
+  constexpr std::size_t largestSlice = LargestContent - 1;
+  const std::size_t needed =
+      std::max<std::size_t>((xml.size() + largestSlice - 1) / largestSlice, 1);
+  const std::size_t slices = std::max(count, needed + 1) - 1;
+  Bytes result = rawReply(head);
+  std::size_t lastFlag = npa::FlagOffset;
+  for (std::size_t i = 0; i < slices; ++i) {
+    result[lastFlag] |= npa::FlagMoreFollows;
+    lastFlag = result.size() + npa::FlagOffset;
+    const std::size_t start = xml.size() * i / slices;
+    const std::size_t end = xml.size() * (i + 1) / slices;
+    Bytes slice = {npa::RequestCommand};
+    append(slice, xml.substr(start, end - start));
+    append(result, rawReply(slice));
+  }
+  return result;
+}
+
+Bytes rawReply(const Bytes& content) {
+  const std::size_t length = content.size() + 1;
+  Bytes packet = {npa::StartByte, npa::highByte(length), npa::lowByte(length), npa::RequestFlag};
+  append(packet, content);
+  return packet;
 }
 
 }  // namespace emulator

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 #include "emulator/packet_reader.h"
@@ -27,5 +28,14 @@ Bytes wrapped(const Bytes& packet);
 /// A reply of `count` packets, at least one. Each but the last holds `other`, and says that a
 /// further one follows; the last holds `content`. All are wrappers.
 Bytes packetSequence(const Bytes& other, const Bytes& content, std::size_t count);
+
+/// The reply to a method call in `count` packets, at least one, or in as many as it needs if they
+/// are more. Of several the first holds the head of the reply alone; each but the last says that a
+/// further one follows.
+Bytes objectStoreReply(std::string_view xml, std::size_t count);
+
+/// A packet with `content`, at most `LargestContent` bytes, behind its flag byte.
+Bytes rawReply(const Bytes& content);
+inline constexpr std::size_t LargestContent = npa::LengthLimit - 1;
 
 }  // namespace emulator

@@ -144,16 +144,4 @@ std::string describeSetting(SettingKey key, std::span<const npa::Byte> value, bo
   return text.append(info == nullptr ? hexText(value) : describeValue(*info, value));
 }
 
-std::string quoted(std::span<const npa::Byte> text) {
-  std::string result = "\"";
-  for (const npa::Byte byte : text) {
-    if (byte >= 0x20 && byte <= 0x7E) {
-      result.push_back(static_cast<char>(byte));
-    } else {
-      result.append("\\x").append(hexText(std::array{byte}));
-    }
-  }
-  return result.append("\"");
-}
-
 }  // namespace emulator

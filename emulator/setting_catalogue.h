@@ -92,7 +92,4 @@ bool isSecret(SettingKey key);
 /// `pre-shared key = (8 bytes)`.
 std::string describeSetting(SettingKey key, std::span<const npa::Byte> value, bool showSecrets);
 
-/// Text in quotation marks; bytes that do not print are shown as \xNN.
-std::string quoted(std::span<const npa::Byte> text);
-
 }  // namespace emulator

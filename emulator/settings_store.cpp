@@ -2,19 +2,30 @@
 
 namespace emulator {
 
+void SettingsStore::preset(SettingKey key, std::span<const npa::Byte> value) {
+  m_Presets[key].assign(value.begin(), value.end());
+}
+
 void SettingsStore::set(SettingKey key, std::span<const npa::Byte> value) {
   m_Values[key].assign(value.begin(), value.end());
+  ++m_Revision;
 }
 
 Bytes SettingsStore::get(SettingKey key) const {
-  const auto found = m_Values.find(key);
-  return found == m_Values.end() ? Bytes() : found->second;
+  for (const Values* const values : {&m_Values, &m_Presets}) {
+    if (const auto found = values->find(key); found != values->end()) {
+      return found->second;
+    }
+  }
+  return {};
 }
 
 std::vector<std::string> SettingsStore::describe(bool showSecrets) const {
+  Values all = m_Values;
+  all.insert(m_Presets.begin(), m_Presets.end());
   std::vector<std::string> lines;
-  lines.reserve(m_Values.size());
-  for (const auto& [key, value] : m_Values) {
+  lines.reserve(all.size());
+  for (const auto& [key, value] : all) {
     lines.push_back(describeSetting(key, value, showSecrets));
   }
   return lines;

@@ -18,7 +18,7 @@ SignalQueue::SignalQueue() {
   ::signal(SIGCHLD, SIG_DFL);
   // A reader of our output that goes away must not end us before we have tidied up.
   ::signal(SIGPIPE, SIG_IGN);
-  m_Fd = UniqueFd(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
+  m_Fd = util::UniqueFd(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
   if (!m_Fd) {
     throw std::system_error(errno, std::generic_category(), "signalfd");
   }

@@ -2,7 +2,7 @@
 
 #include <csignal>
 
-#include "emulator/unique_fd.h"
+#include "util/unique_fd.h"
 
 namespace emulator {
 
@@ -26,7 +26,7 @@ class SignalQueue {
 
  private:
   sigset_t m_Previous{};
-  UniqueFd m_Fd;
+  util::UniqueFd m_Fd;
 };
 
 }  // namespace emulator

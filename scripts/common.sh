@@ -37,9 +37,9 @@ install_packages() {
     "${missing[@]}" >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build libssl-dev libusb-dev)
-test_packages=(ccache clang clang-format clang-tidy faketime libexpat1-dev libgtest-dev
-  libxml2-dev)
+build_packages=(g++ cmake ninja-build libpugixml-dev libssl-dev libusb-dev)
+test_packages=(ccache clang clang-format clang-tidy faketime libexpat1-dev libgtest-dev libxml2-dev
+  openssl)
 bench_packages=(libbenchmark-dev libexpat1-dev libxml2-dev)
 fuzz_packages=(clang libclang-rt-dev)
 

@@ -125,6 +125,13 @@ TEST_F(LoadFromFile, FailsSilentlyWhenTheFileCannotBeOpened) {
   EXPECT_EQ(CertMgr::loadFromFile(buffer.data(), BufferSize, nullptr), -1);
 }
 
+TEST_F(LoadFromFile, FailsSilentlyWithoutPermission) {
+  const std::string path = folder.write("f", "abc");
+  system.device(path).openErrno = EACCES;
+  EXPECT_EQ(load(path), -1);
+  EXPECT_EQ(err, "");
+}
+
 TEST_F(LoadFromFile, SaysThatADirectoryCannotBeRead) {
   const std::string path = folder.path("");
   const std::size_t size = [&] {
@@ -232,6 +239,13 @@ TEST_F(SaveToFile, FailsSilentlyWhenTheFileCannotBeOpened) {
     EXPECT_EQ(leftOpen, 0) << path;
   }
   EXPECT_FALSE(CertMgr::saveToFile(buffer.data(), 0, nullptr));
+}
+
+TEST_F(SaveToFile, FailsSilentlyWithoutPermission) {
+  const std::string path = folder.path("f");
+  system.device(path).openErrno = EACCES;
+  EXPECT_FALSE(save(path, "abc"));
+  EXPECT_EQ(err, "");
 }
 
 TEST_F(SaveToFile, SaysThatTheDiskIsFull) {

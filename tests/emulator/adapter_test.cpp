@@ -6,14 +6,14 @@
 #include <vector>
 
 #include "support/bytes.h"
+#include "support/emulated_printer.h"
 #include "support/rows.h"
 
 namespace {
 
-using emulator::Adapter;
 using emulator::Bytes;
-using emulator::MessageLog;
 using emulator::Personality;
+using Printer = support::EmulatedPrinter;
 using support::bytes;
 
 const Bytes QuerySsid = bytes("A5 00 06 50 E0 D8 00 28 08");
@@ -23,31 +23,6 @@ const Bytes QueryAuthStatus = bytes("A5 00 06 50 E0 D8 00 2A 1D");
 const Bytes StoreSsid = bytes("A5 00 0C 50 E0 DA 01 28 08 00 00 03 61 62 00");
 const Bytes Accepted = bytes("A5 00 05 50 E0 DA 01 01");
 const Bytes Refused = bytes("A5 00 02 D4 E0");
-
-/// An adapter, its log and its clock.
-class Printer {
- public:
-  explicit Printer(Personality personality = {})
-      : m_Log([this](std::string_view line) { log.emplace_back(line); }, false),
-        adapter(std::move(personality), m_Log, [this] { return now; }) {}
-
-  /// All bytes of the answer, in whatever pieces they come.
-  Bytes ask(const Bytes& request) {
-    Bytes all;
-    for (const Adapter::Reply& reply : adapter.receive(request)) {
-      all.insert(all.end(), reply.bytes.begin(), reply.bytes.end());
-    }
-    return all;
-  }
-
- private:
-  MessageLog m_Log;
-
- public:
-  std::vector<std::string> log;
-  Adapter::Clock::time_point now;
-  Adapter adapter;
-};
 
 TEST(Adapter, StoresSettingsAndGivesThemBack) {
   Printer printer;
@@ -105,7 +80,7 @@ TEST(Adapter, DoesNotAcceptMalformedSettings) {
 TEST(Adapter, RefusesWhatItDoesNotKnow) {
   Printer printer;
   EXPECT_EQ(printer.ask(bytes("A5 00 02 50 E0")), Refused);
-  EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 C0 03 00 01")), Refused);
+  EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 C0 03 00 02")), Refused);
 }
 
 TEST(Adapter, SaysNothingToASniff) {

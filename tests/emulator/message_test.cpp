@@ -5,6 +5,7 @@
 #include <string>
 
 #include "support/bytes.h"
+#include "support/method_call_text.h"
 #include "support/rows.h"
 
 namespace {
@@ -107,11 +108,21 @@ INSTANTIATE_TEST_SUITE_P(
                    Kind::Sniff,
                    false,
                    "sniff"},
-        MessageRow{{"ObjectStoreCall"},
+        MessageRow{{"EmptyObjectStoreCall"},
                    "A5 00 06 50 E0 C0 03 00 01",
                    Kind::ObjectStoreCall,
                    false,
-                   "object-store call"},
+                   "object-store call: cannot be read"},
+        MessageRow{{"ObjectStoreCallOfAnotherKind"},
+                   "A5 00 06 50 E0 C0 03 00 02",
+                   Kind::Unknown,
+                   false,
+                   "unknown packet"},
+        MessageRow{{"ObjectStoreCallCut"},
+                   "A5 00 05 50 E0 C0 03 00",
+                   Kind::Unknown,
+                   false,
+                   "unknown packet"},
         MessageRow{
             {"OtherCommand"}, "A5 00 06 50 E1 D8 00 28 08", Kind::Unknown, false, "unknown packet"},
         MessageRow{{"Nothing"}, "A5 00 00", Kind::Unknown, false, "unknown packet"}),
@@ -139,7 +150,7 @@ TEST(SecretBytes, AreFoundInsideAWrapper) {
 
 TEST(SecretBytes, AreAllDataOfAPacketThatIsNotUnderstood) {
   // A setting that overruns the packet; settings under another command; a long query; a method
-  // call.
+  // call that cannot be read.
   EXPECT_EQ(hiddenBytes("A5 00 0A 50 E0 DA 01 28 11 00 00 09 6B"), ".....********");
   EXPECT_EQ(hiddenBytes("A5 00 0A 50 E1 DA 01 28 11 00 00 01 6B"), ".....********");
   EXPECT_EQ(hiddenBytes("A5 00 07 50 E0 D8 00 28 08 6B"), ".....*****");
@@ -152,6 +163,14 @@ TEST(SecretBytes, AreNoneOfAQueryAndASniff) {
   EXPECT_EQ(hiddenBytes("A5 00 06 50 E0 D8 00 28 08"), ".........");
   EXPECT_EQ(hiddenBytes("A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E"),
             std::string(19, '.'));
+}
+
+TEST(SecretBytes, AreNoneOfAMethodCall) {
+  const std::string xml = support::callText("queryCAList", 420);
+  const Message message =
+      parseMessage(support::joined({bytes("A5 00 00 50 E0 C0 03 00 01"), support::textBytes(xml)}));
+  EXPECT_EQ(std::ranges::count(message.secretBytes, true), 0);
+  EXPECT_EQ(describe(message, false), "object-store call: queryCAList");
 }
 
 TEST(SecretBytes, AreAllOfAWrapperThatContradictsItself) {

@@ -40,6 +40,11 @@ TEST(ParseOptions, StartsFromAWellBehavedPrinter) {
   EXPECT_EQ(options.personality.settingsResult, 0x01);
   EXPECT_TRUE(options.namespaces);
   EXPECT_FALSE(options.logFile);
+  EXPECT_FALSE(options.stateFolder);
+  EXPECT_TRUE(options.personality.objectAnswers.empty());
+  EXPECT_TRUE(options.personality.certificates.factoryCertificate);
+  EXPECT_EQ(options.personality.certificates.rsaBits, 0U);
+  EXPECT_EQ(options.personality.certificates.defaults.commonName, "printer");
 }
 
 TEST(ParseOptions, TakesEveryOption) {
@@ -63,6 +68,15 @@ TEST(ParseOptions, TakesEveryOption) {
                                     "--other-first",
                                     "--cut-record=11",
                                     "--packets=2",
+                                    "--object-reply=queryCAList:a:b",
+                                    "--object-reply=x:y",
+                                    "--object-status=queryCertList:7",
+                                    "--object-status=65535",
+                                    "--cert-default=CN=a=b",
+                                    "--cert-default=AN=",
+                                    "--key-bits=2048",
+                                    "--no-factory-certificate",
+                                    "--state=d",
                                     "--log=f",
                                     "--show-secrets",
                                     "--no-namespace"});
@@ -87,6 +101,22 @@ TEST(ParseOptions, TakesEveryOption) {
   EXPECT_TRUE(printer.otherRecordFirst);
   EXPECT_EQ(printer.cutRecordAt, 11U);
   EXPECT_EQ(printer.replyPackets, 2U);
+  ASSERT_EQ(printer.objectAnswers.size(), 4U);
+  EXPECT_EQ(printer.objectAnswers[0].method, "queryCAList");
+  EXPECT_EQ(printer.objectAnswers[0].file, "a:b");
+  EXPECT_FALSE(printer.objectAnswers[0].status);
+  EXPECT_EQ(printer.objectAnswers[1].method, "");
+  EXPECT_EQ(printer.objectAnswers[1].file, "x:y");
+  EXPECT_EQ(printer.objectAnswers[2].method, "queryCertList");
+  EXPECT_EQ(printer.objectAnswers[2].status, 7);
+  EXPECT_EQ(printer.objectAnswers[3].method, "");
+  EXPECT_EQ(printer.objectAnswers[3].status, 65535);
+  EXPECT_EQ(printer.certificates.defaults.commonName, "a=b");
+  EXPECT_EQ(printer.certificates.defaults.altName, "");
+  EXPECT_EQ(printer.certificates.defaults.country, "US");
+  EXPECT_EQ(printer.certificates.rsaBits, 2048U);
+  EXPECT_FALSE(printer.certificates.factoryCertificate);
+  EXPECT_EQ(options.stateFolder, "d");
   EXPECT_EQ(options.logFile, "f");
   EXPECT_TRUE(options.showSecrets);
   EXPECT_FALSE(options.namespaces);
@@ -94,6 +124,12 @@ TEST(ParseOptions, TakesEveryOption) {
 
 TEST(ParseOptions, TakesTheLinkOfServe) {
   EXPECT_EQ(parseOptions({"serve", "--link=/tmp/x"}).link, "/tmp/x");
+}
+
+TEST(ParseOptions, TakesTheStateOfShow) {
+  const Options options = parseOptions({"show", "--state", "d", "--show-secrets"});
+  EXPECT_EQ(options.action, Options::Action::Show);
+  EXPECT_EQ(options.stateFolder, "d");
 }
 
 struct Mistake : support::Row {
@@ -115,10 +151,27 @@ TEST_P(WrongOptions, AreToldWithTheReason) {
 INSTANTIATE_TEST_SUITE_P(
     Mistakes, WrongOptions,
     testing::Values(
-        Mistake{{"UnknownAction"}, {"walk"}, "'walk' is none of run, serve and help"},
+        Mistake{{"UnknownAction"}, {"walk"}, "'walk' is none of run, serve, show and help"},
         Mistake{{"RunWithoutDashes"}, {"run"}, "run needs a command behind --"},
         Mistake{{"RunWithoutCommand"}, {"run", "--"}, "run needs a command behind --"},
         Mistake{{"ServeWithoutLink"}, {"serve"}, "serve needs --link=PATH"},
+        Mistake{{"ShowWithoutState"}, {"show"}, "show needs --state=DIR"},
+        Mistake{{"StatusOfNoMethod"},
+                {"run", "--object-status=queryCA:2"},
+                "'queryCA:2' names no method of the object store"},
+        Mistake{{"StatusOfNoNumber"},
+                {"run", "--object-status=queryCAList:x"},
+                "'x' is no number from 0 to 65535"},
+        Mistake{{"DefaultOfNoField"},
+                {"run", "--cert-default=X=1"},
+                "'X=1' begins with none of O=, OU=, C=, ST=, L=, CN= and AN="},
+        Mistake{{"DefaultWithoutText"},
+                {"run", "--cert-default=CN"},
+                "'CN' begins with none of O=, OU=, C=, ST=, L=, CN= and AN="},
+        Mistake{{"KeyTooSmall"},
+                {"run", "--key-bits=1023"},
+                "'1023' is no size of an RSA key: 1024 to 4096, or 0"},
+        Mistake{{"KeyTooLarge"}, {"run", "--key-bits=4097"}, "'4097' is no number from 0 to 4096"},
         Mistake{{"NoOption"}, {"run", "ls"}, "there is no option 'ls'"},
         Mistake{{"UnknownOption"}, {"run", "--nonsense=1"}, "there is no option '--nonsense'"},
         Mistake{{"SwitchWithValue"}, {"run", "--silent=1"}, "--silent takes no value"},

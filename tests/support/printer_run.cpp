@@ -43,12 +43,15 @@ PrinterRun run(const Words& prefix, const Words& options, const Words& arguments
   const Words logging = joined({"--show-secrets", "--log=" + log}, options);
   const ProcessResult result =
       runProcess(joined(prefix, printerCommand(logging, arguments)), input);
-  PrinterRun outcome{result.status, result.out, withoutPrinterLines(result.err), {}};
-  constexpr std::string_view received = "zvkprinter: <- ";
+  PrinterRun outcome{result.status, result.out, withoutPrinterLines(result.err), {}, {}};
   for (const std::string& line : splitLines(fileContent(log))) {
-    if (line.starts_with(received)) {
-      outcome.received.push_back(line.substr(received.size()));
-    }
+    const auto take = [&line](std::string_view mark, Words& destination) {
+      if (line.starts_with(mark)) {
+        destination.push_back(line.substr(mark.size()));
+      }
+    };
+    take("zvkprinter: <- ", outcome.received);
+    take("zvkprinter:    object-store call: ", outcome.calls);
   }
   return outcome;
 }

@@ -15,6 +15,7 @@ struct PrinterRun {
   std::string out;  ///< the program's standard output, and behind it what the printer then holds
   std::string err;  ///< the program's standard error
   std::vector<std::string> received;  ///< each message that reached the printer, in hex
+  std::vector<std::string> calls;     ///< each method call that it understood, in words
 };
 
 /// Runs zvkconfig with `arguments` against a printer with `options`. Time goes 10 times as fast for

@@ -1,0 +1,254 @@
+#include <csignal>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "support/files.h"
+#include "support/printer_run.h"
+#include "support/rows.h"
+
+// Certificate commands against files and replies that are no good.
+
+namespace {
+
+using support::lines;
+using support::PrinterRun;
+using support::runWithPrinter;
+using Words = std::vector<std::string>;
+
+const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
+
+class CertificateFaults : public testing::Test {
+ protected:
+  support::TemporaryFolder folder;
+};
+
+// --- Replies ------------------------------------------------------------------------------------
+
+const std::string Marker("\xE0\xC0\x03\x00\x01\x00\xE0", 7);
+
+std::string reply(const std::string& children) {
+  return Marker + R"(<?xml version="1.0" encoding="UTF-8"?><response><MapElem>)" + children +
+         "</MapElem></response>";
+}
+
+std::string status(const std::string& code) {
+  return R"(<child name="status_code"><IntegerElem>)" + code + "</IntegerElem></child>";
+}
+
+struct ReplyRow : support::Row {
+  std::string bytes;  ///< of the reply to exportPubKey
+  Words lines;        ///< what is said about it
+};
+
+class BadReply : public CertificateFaults, public testing::WithParamInterface<ReplyRow> {};
+
+TEST_P(BadReply, LeavesTheRequestFileAlone) {
+  const std::string request = folder.write("request", "before");
+  const std::string file = folder.write("reply", GetParam().bytes);
+  const PrinterRun run = runWithPrinter({"--object-reply=exportPubKey:" + file},
+                                        {"-csr", "--cer-path=" + request, "{}"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "");
+  Words expected = {"D [ZVK] Certificate Request successfully created! Now saving..."};
+  expected.insert(expected.end(), GetParam().lines.begin(), GetParam().lines.end());
+  expected.push_back("D [ZVK] Error saving Certificate Request to '" + request + "'!");
+  expected.push_back(LastLine);
+  EXPECT_TRUE(run.err.ends_with(lines(expected))) << run.err;
+  EXPECT_EQ(support::fileContent(request), "before");
+}
+
+/// What is said when there is no status to be found.
+Words missing() {
+  return {"D [ZVK] Save Cert Request error 0", "", "D [ZVK] ", ""};
+}
+
+std::string base64Of(std::size_t groups) {
+  std::string text;
+  for (std::size_t i = 0; i < groups; ++i) {
+    text.append("QUJD");
+  }
+  return text;
+}
+
+std::vector<ReplyRow> badReplies() {
+  const std::string whole = reply(
+      status("1") + R"(<child name="cert_dot_csr_file"><BinaryElem>QUJD</BinaryElem></child>)");
+  std::string wrongMarker = whole;
+  wrongMarker[6] = '\xE1';
+  return {
+      {{"MarkerMissing"}, "\xE0" + whole.substr(Marker.size()), missing()},
+      {{"MarkerWrongAtTheEnd"}, wrongMarker, missing()},
+      {{"ShorterThanTheMarker"}, whole.substr(0, 6), missing()},
+      {{"NothingButTheMarker"}, Marker, missing()},
+      {{"NothingButTheCommand"}, "\xE0", missing()},
+      {{"StatusOfAnother"},
+       reply(status("7") +
+             "<child name=\"status_mesg\"><StringElem>no %s\xE0 key</StringElem></child>"),
+       {"D [ZVK] Save Cert Request error 7", "", "D [ZVK] no %s key", ""}},
+      {{"StatusMissing"}, reply(""), missing()},
+      {{"NoXml"}, Marker + "junk < & >", missing()},
+      {{"CutInsideTheStatus"}, whole.substr(0, whole.find("1</IntegerElem>")), missing()},
+      {{"RequestTooLarge"},
+       reply(status("1") + R"(<child name="cert_dot_csr_file"><BinaryElem>)" + base64Of(5462) +
+             "</BinaryElem></child>"),
+       {}},
+  };
+}
+
+INSTANTIATE_TEST_SUITE_P(Replies, BadReply, testing::ValuesIn(badReplies()), support::rowName);
+
+TEST_F(CertificateFaults, BytesE0InsideATextAreDropped) {
+  const std::string file = folder.write(
+      "reply", reply(status("1") + "<child name=\"x509_O\"><StringElem>a\xE0\xE0z</StringElem>"
+                                   "</child>"));
+  const PrinterRun run = runWithPrinter({"--object-reply=" + file}, {"-rcerdefs", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "cer-org=az");
+}
+
+TEST_F(CertificateFaults, ASilentOrRefusingPrinterFailsWithoutAWordOfItsOwn) {
+  for (const char* option : {"--silent", "--refuse-all"}) {
+    const PrinterRun run = runWithPrinter({option}, {"-rcerdefs", "{}"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, lines({"D [ZVK] Failed to read certificate defaults!", LastLine}));
+    // No second try, as other commands have it.
+    EXPECT_EQ(run.received.size(), 2U);
+  }
+}
+
+TEST_F(CertificateFaults, ADeviceOfNoNameEndsTheRunAbnormally) {
+  const PrinterRun run = runWithPrinter({}, {"-rcerdefs", ""});
+  EXPECT_EQ(run.status, 128 + SIGABRT);
+  EXPECT_EQ(run.out, "");
+}
+
+TEST_F(CertificateFaults, ADeviceThatIsNotThereFails) {
+  const PrinterRun run = runWithPrinter({}, {"-rcerdefs", "/dev/usb/lp9"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, lines({"D [ZVK] Failed to open usb device '/dev/usb/lp9'!",
+                            "D [ZVK] Failed to read certificate defaults!", LastLine}));
+}
+
+// --- The request file ---------------------------------------------------------------------------
+
+TEST_F(CertificateFaults, AFullDiskIsTold) {
+  const PrinterRun run =
+      runWithPrinter({"--show"}, {"-csr", "--cer-common=x", "--cer-path=/dev/full", "{}"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(run.err.ends_with(
+      lines({"D [ZVK] Certificate Request successfully created! Now saving...",
+             "D [ZVK] saveToFile error (1): 28, bytes=0", "",
+             "D [ZVK] Error saving Certificate Request to '/dev/full'!", LastLine})))
+      << run.err;
+  // The request stays with the printer.
+  EXPECT_NE(run.out.find("certificate request = \"Quorvanthelisdorm\""), std::string::npos)
+      << run.out;
+}
+
+TEST_F(CertificateFaults, APlaceThatCannotBeWrittenIsTold) {
+  for (const std::string& path : {folder.path("absent/request"), folder.path(""), std::string()}) {
+    const PrinterRun run = runWithPrinter({}, {"-csr", "--cer-path=" + path, "{}"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.err.ends_with(
+        lines({"D [ZVK] Certificate Request successfully created! Now saving...",
+               "D [ZVK] Error saving Certificate Request to '" + path + "'!", LastLine})))
+        << run.err;
+  }
+}
+
+// --- Texts --------------------------------------------------------------------------------------
+
+TEST_F(CertificateFaults, ATextThatFitsNoRequestSendsNothing) {
+  for (const std::string& text : {std::string(4096, 'x'), std::string(4096, '%'),
+                                  std::string(600, '&'), std::string(65536, 'x')}) {
+    const PrinterRun run = runWithPrinter({}, {"-csr", "--cer-org=" + text, "{}"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(
+        run.err.ends_with(lines({"D [ZVK] Error creating Certificate Request!", LastLine})));
+    EXPECT_TRUE(run.received.empty());
+  }
+}
+
+TEST_F(CertificateFaults, TextsAreNoFormatsAndNoMarkup) {
+  const PrinterRun run = runWithPrinter(
+      {}, {"-csr", "--cer-org=%s%n%x", "--cer-unit=<a b='c'>&\"", "--cer-path=/dev/null", "{}"});
+  EXPECT_EQ(run.status, 0);
+  ASSERT_EQ(run.calls.size(), 3U);
+  EXPECT_NE(run.calls[1].find("x509_O=\"%s%n%x\""), std::string::npos) << run.calls[1];
+}
+
+// --- Files to install ---------------------------------------------------------------------------
+
+struct FileRow : support::Row {
+  std::string content;
+  Words lines;  ///< behind the one about loading
+};
+
+class BadFile : public CertificateFaults, public testing::WithParamInterface<FileRow> {};
+
+TEST_P(BadFile, FailsWithNothingSent) {
+  const std::string file = folder.write("file.pem", GetParam().content);
+  for (const char* option : {"--802-CA-cer-file=", "--802-signed-cer-file="}) {
+    const PrinterRun run = runWithPrinter({}, {"-icer", option + file, "{}"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, lines({"D [ZVK] Loading file " + file + ", " +
+                                  std::to_string(GetParam().content.size()) + " bytes",
+                              "D [ZVK] Error installing CA/Signed Certificate!", LastLine}));
+    EXPECT_TRUE(run.received.empty());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, BadFile,
+                         testing::Values(FileRow{{"Empty"}, "", {}},
+                                         FileRow{{"Of16384Bytes"}, std::string(16384, 'x'), {}},
+                                         FileRow{{"Of16385Bytes"}, std::string(16385, 'x'), {}},
+                                         FileRow{{"Of12000Bytes"}, std::string(12000, 'x'), {}}),
+                         support::rowName);
+
+TEST_F(CertificateFaults, AFileThatIsNotThereIsTold) {
+  const std::string file = folder.path("absent");
+  const PrinterRun run = runWithPrinter({}, {"-icer", "--802-CA-cer-file=" + file, "{}"});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err, lines({"D [ZVK] File not found! ('" + file + "')"}));
+  EXPECT_TRUE(run.received.empty());
+}
+
+TEST_F(CertificateFaults, AFileThatIsThereButCannotBeReadFails) {
+  std::filesystem::create_symlink("nowhere", folder.path("dangling"));
+  const PrinterRun run =
+      runWithPrinter({}, {"-icer", "--802-signed-cer-file=" + folder.path("dangling"), "{}"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, lines({"D [ZVK] Error installing CA/Signed Certificate!", LastLine}));
+  EXPECT_TRUE(run.received.empty());
+}
+
+TEST_F(CertificateFaults, ADirectoryFails) {
+  const PrinterRun run = runWithPrinter({}, {"-icer", "--802-CA-cer-file=/", "{}"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("D [ZVK] loadFromFile error (1): 21, bytes=0, size="), std::string::npos)
+      << run.err;
+  EXPECT_TRUE(run.received.empty());
+}
+
+TEST_F(CertificateFaults, AFileWithoutACertificateIsSentAndRefusedByThePrinter) {
+  const std::string file = folder.write("ca.pem", "no PEM at all");
+  const PrinterRun run = runWithPrinter({}, {"-icer", "--802-CA-cer-file=" + file, "{}"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.calls.size(), 1U);
+  EXPECT_NE(run.err.find("D [ZVK] PEM_read failed?!\nD [ZVK] Install CA Cert error "),
+            std::string::npos)
+      << run.err;
+}
+
+TEST_F(CertificateFaults, NoFileFailsWithoutAWord) {
+  const PrinterRun run = runWithPrinter({}, {"-icer", "{}"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out + run.err, "");
+  EXPECT_TRUE(run.received.empty());
+}
+
+}  // namespace
