@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
@@ -5,6 +6,7 @@
 
 #include "support/files.h"
 #include "support/printer_run.h"
+#include "support/process.h"
 #include "support/rows.h"
 
 // The real program configures the emulated printer for each security: what it says, how it ends,
@@ -249,6 +251,27 @@ TEST(Authentication, EndsWith0WhenWrappedPacketsAreRefused) {
   EXPECT_NE(run.err.find("D [ZVK] Setting 802.1x ret = -1\n"), std::string::npos) << run.err;
   EXPECT_TRUE(run.err.ends_with(lines({"D [ZVK] Adv 8021x ret = 0", LastLine}))) << run.err;
   EXPECT_EQ(run.out.find("SSID"), std::string::npos) << run.out;
+}
+
+TEST(Authentication, ValidatesTheServerOnceAnAuthorityIsInstalled) {
+  const support::TemporaryFolder folder;
+  const std::string authority = folder.path("ca.pem");
+  const auto made = support::runProcess(
+      {"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes",
+       "-keyout", folder.path("ca.key"), "-out", authority, "-subj", "/CN=TestCA", "-days", "30"});
+  ASSERT_EQ(made.status, 0) << made.err;
+  std::filesystem::create_directory(folder.path("printer"));
+  const Words options = {"--state=" + folder.path("printer")};
+  ASSERT_EQ(runWithPrinter(options, {"-icer", "--802-CA-cer-file=" + authority, "{}"}).status, 0);
+
+  const PrinterRun run = runWithPrinter(options, Credentials);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.err.find("D [ZVK] Validate certificate? 1\n"), std::string::npos) << run.err;
+  std::string validating = OptionPacket;
+  validating.back() = '1';
+  EXPECT_EQ(withoutCalls(run.received),
+            (Words{"A5 00 57 50 E0 63 02 00 51 " + validating,
+                   "A5 00 2F 50 E0 63 02 00 29 " + NetworkPacket, Query}));
 }
 
 }  // namespace
