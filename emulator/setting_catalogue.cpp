@@ -16,6 +16,11 @@ constexpr std::array<std::string_view, 2> ModeNames = {"managed", "ad-hoc"};
 constexpr std::array<std::string_view, 5> SecurityNames = {"none", "WEP", "WPA (1 or 2)", "802.1x",
                                                            "WPA2 only"};
 
+constexpr std::array<std::string_view, 3> WepAuthNames = {"auto", "open", "shared"};
+constexpr std::array<std::string_view, 5> EncryptionNames = {"none", "dynamic WEP", "static WEP",
+                                                             "TKIP", "AES"};
+constexpr std::array<std::string_view, 4> InnerAuthNames = {"CHAP", "MSCHAP", "MSCHAPv2", "PAP"};
+
 constexpr std::array Catalogue = {
     SettingInfo{settings::Reset, "adapter reset", Kind::Flag, false, {}},
     SettingInfo{settings::Descriptor, "adapter descriptor", Kind::Text, false, {}},
@@ -24,14 +29,46 @@ constexpr std::array Catalogue = {
     SettingInfo{settings::Channel, "channel", Kind::Number, false, {}},
     SettingInfo{settings::Ssid, "SSID", Kind::Text, false, {}},
     SettingInfo{settings::WepKey1, "WEP key 1", Kind::Text, true, {}},
+    SettingInfo{settings::WepKey2, "WEP key 2", Kind::Text, true, {}},
+    SettingInfo{settings::WepKey3, "WEP key 3", Kind::Text, true, {}},
+    SettingInfo{settings::WepKey4, "WEP key 4", Kind::Text, true, {}},
     SettingInfo{settings::PreSharedKey, "pre-shared key", Kind::Text, true, {}},
     SettingInfo{settings::TroubleCode, "trouble code", Kind::Number, false, {}},
+    SettingInfo{settings::WepTransmit, "WEP transmit key", Kind::Number, false, {}},
     SettingInfo{settings::Security, "security", Kind::Number, false, SecurityNames},
+    SettingInfo{settings::WepAuth, "WEP authentication", Kind::Number, false, WepAuthNames},
+    SettingInfo{settings::Encryption, "encryption", Kind::Number, false, EncryptionNames},
+    SettingInfo{settings::AuthUser, "802.1x user", Kind::Text, false, {}},
+    SettingInfo{settings::AuthPassword, "802.1x password", Kind::Text, true, {}},
+    SettingInfo{settings::CertOrganization, "certificate organisation", Kind::Text, false, {}},
+    SettingInfo{settings::CertUnit, "certificate unit", Kind::Text, false, {}},
+    SettingInfo{settings::CertState, "certificate state", Kind::Text, false, {}},
+    SettingInfo{settings::CertCountry, "certificate country", Kind::Text, false, {}},
+    SettingInfo{settings::CertCommonName, "certificate common name", Kind::Text, false, {}},
+    SettingInfo{settings::CertCity, "certificate city", Kind::Text, false, {}},
+    SettingInfo{settings::CertGenerate, "generate certificate", Kind::Flag, false, {}},
+    SettingInfo{
+        settings::CertGenerateStatus, "certificate generation status", Kind::Number, false, {}},
+    SettingInfo{settings::CertRequest, "certificate request", Kind::Text, false, {}},
+    SettingInfo{settings::Certificate, "certificate", Kind::Text, false, {}},
+    SettingInfo{settings::CaCertificate, "CA certificate", Kind::Text, false, {}},
     SettingInfo{settings::CaInstalled, "CA certificate installed", Kind::Flag, false, {}},
+    SettingInfo{settings::CertSignRequest, "make certificate request", Kind::Flag, false, {}},
     SettingInfo{settings::AuthEnabled, "802.1x authentication enabled", Kind::Flag, false, {}},
+    SettingInfo{settings::MethodMd5, "EAP-MD5 allowed", Kind::Flag, false, {}},
+    SettingInfo{settings::MethodMsChapV2, "MSCHAPv2 allowed", Kind::Flag, false, {}},
+    SettingInfo{settings::MethodLeap, "LEAP allowed", Kind::Flag, false, {}},
+    SettingInfo{settings::MethodPeap, "PEAP allowed", Kind::Flag, false, {}},
+    SettingInfo{settings::MethodTls, "EAP-TLS allowed", Kind::Flag, false, {}},
+    SettingInfo{settings::MethodTtls, "EAP-TTLS allowed", Kind::Flag, false, {}},
+    SettingInfo{settings::InnerAuth, "802.1x inner authentication", Kind::Number, false,
+                InnerAuthNames},
     SettingInfo{settings::AuthCommonName, "802.1x common name", Kind::Text, false, {}},
+    SettingInfo{settings::CertAlternateName, "certificate alternative name", Kind::Text, false, {}},
     SettingInfo{settings::AuthStatus, "802.1x authentication status", Kind::Number, false, {}},
+    SettingInfo{settings::ValidateCert, "validate server certificate", Kind::Flag, false, {}},
     SettingInfo{settings::AllSecurity, "all security settings", Kind::Text, false, {}},
+    SettingInfo{settings::CertFriendlyName, "certificate friendly name", Kind::Text, false, {}},
 };
 
 /// A text without the zero bytes that end it.

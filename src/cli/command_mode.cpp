@@ -17,23 +17,18 @@ constexpr CommandMode certificates(std::string_view name) {
   return {name, Input::Options, Worker::Certificates, nullptr, false};
 }
 
-constexpr CommandMode unavailable(std::string_view name) {
-  return {name, Input::DevicePath, Worker::Unavailable, nullptr, false};
-}
-
 constexpr std::array CommandModes = {
     CommandMode{"-h", Input::DevicePath, Worker::Help, nullptr, false},
     generated("-r", Input::DevicePath, &wnpaGenerator::reset, false),
     generated("-c", Input::Options, &wnpaGenerator::configBasic, true),
+    generated("-ca", Input::Options, &wnpaGenerator::configAdvanced, true),
     generated("-ip", Input::DevicePath, &wnpaGenerator::getIP, true),
     generated("-t", Input::DevicePath, &wnpaGenerator::getTroubleCode, true),
     generated("-a", Input::DevicePath, &wnpaGenerator::getAdapterDescriptor, false),
     generated("-s", Input::DevicePath, &wnpaGenerator::getSSID, true),
     generated("-802s", Input::DevicePath, &wnpaGenerator::get802AuthStatus, true),
+    generated("-cer", Input::Options, &wnpaGenerator::getCertSettings, true),
     CommandMode{"-npa", Input::NpaFile, Worker::RawSender, nullptr, false},
-    // Must not fall through to the default run, which would configure the printer.
-    unavailable("-ca"),
-    unavailable("-cer"),
     certificates("-icer"),
     certificates("-rcerdefs"),
     certificates("-csr"),

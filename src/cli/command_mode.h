@@ -20,7 +20,6 @@ struct CommandMode {
     Help,          ///< the help text
     RawSender,     ///< the NPA data goes out as it stands
     Certificates,  ///< the certificate commands, which have no generator
-    Unavailable,   ///< nobody yet
   };
 
   std::string_view name;

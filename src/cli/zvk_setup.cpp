@@ -12,7 +12,6 @@ namespace {
 
 /// What the generator answers when the adapter refused.
 constexpr int Refused = -1;
-constexpr int StatusUnavailable = 2;
 constexpr int RawReplyTimeoutSeconds = 10;
 constexpr const char* DefaultDevice = "/dev/usb/lp0";
 
@@ -38,10 +37,6 @@ zvkSetup::zvkSetup(int argumentCount, char** arguments)
       m_ReturnCode(setDevice()) {}
 
 int zvkSetup::setDevice() {
-  if (m_Mode.worker == CommandMode::Worker::Unavailable) {
-    std::fprintf(stderr, "zvkconfig: this version has no command '%s'\n", m_Command.c_str());
-    return StatusUnavailable;
-  }
   readSettings();
   if (m_Mode.worker == CommandMode::Worker::Certificates) {
     return CertProc().run(m_Command, *m_Configuration);
@@ -56,7 +51,6 @@ int zvkSetup::setDevice() {
       return runGenerator();
     case CommandMode::Worker::DefaultRun:
     case CommandMode::Worker::Certificates:
-    case CommandMode::Worker::Unavailable:
       break;
   }
   m_Generator->generate();

@@ -10,7 +10,7 @@
 ///     packet  = A5 length(2) flag command data      length counts flag, command and data
 ///     object  = group object 00 size(2) value       one setting
 ///     query   = packet with data D8 00 group object
-///     config  = packet with data DA 01 object...
+///     config  = packet with data DA 01 object...   stored as one group; D8 01: one by one
 ///     wrapped = packet with data 63 02 size(2) packet
 namespace npa {
 
@@ -48,6 +48,7 @@ inline constexpr std::size_t QuerySize = 9;
 using DataKind = std::array<Byte, 2>;
 inline constexpr DataKind DataQuery = {0xD8, 0x00};
 inline constexpr DataKind DataSettings = {0xDA, 0x01};
+inline constexpr DataKind DataSingleSettings = {0xD8, 0x01};
 inline constexpr DataKind DataWrapped = {0x63, 0x02};
 
 /// Head of an object-store packet; its length bytes are filled in per call.
@@ -79,10 +80,11 @@ constexpr std::array<Byte, ObjectHeaderSize> objectHeader(Byte group, Byte objec
 }
 
 /// The header that turns `objectsSize` bytes of setting objects into one configuration packet.
-constexpr std::array<Byte, GroupingHeaderSize> groupingHeader(std::size_t objectsSize) {
+constexpr std::array<Byte, GroupingHeaderSize> groupingHeader(std::size_t objectsSize,
+                                                              DataKind kind = DataSettings) {
   const std::size_t length = objectsSize + GroupingHeaderSize - LengthHeaderSize;
   return {StartByte,      highByte(length), lowByte(length), RequestFlag,
-          RequestCommand, DataSettings[0],  DataSettings[1]};
+          RequestCommand, kind[0],          kind[1]};
 }
 
 /// The header that wraps a packet of `packetSize` bytes in another.

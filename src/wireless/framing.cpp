@@ -31,10 +31,18 @@ int wnpaGenerator::appendDataToNPA(int count, unsigned char* bytes) {
   return 0;
 }
 
-int wnpaGenerator::constructAtomicGrouping(int size) {
-  const auto header = npa::groupingHeader(static_cast<std::size_t>(size));
+int wnpaGenerator::constructGrouping(int size, npa::DataKind kind) {
+  const auto header = npa::groupingHeader(static_cast<std::size_t>(size), kind);
   m_Packet.insert(m_Packet.begin(), header.begin(), header.end());
   return size + static_cast<int>(header.size());
+}
+
+int wnpaGenerator::constructAtomicGrouping(int size) {
+  return constructGrouping(size, npa::DataSettings);
+}
+
+int wnpaGenerator::constructLongNetwork(int size) {
+  return constructGrouping(size, npa::DataSingleSettings);
 }
 
 int wnpaGenerator::constructWrapping(std::vector<unsigned char>& packet, int size) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <vector>
@@ -8,13 +9,15 @@
 #include "npa/packet.h"
 #include "npa/send_config.h"
 
-struct StatusQuery;
+struct Section;
+struct SettingEncoding;
+struct SettingQuery;
 
 /// Builds configuration packets and status queries from the run's settings and exchanges them with
 /// the printer's wireless adapter.
 ///
 /// Its operations stand in one file per subject: packet framing, setting encoders, configuration
-/// sequences, status queries.
+/// sequences, status queries, certificate fields and reads.
 class wnpaGenerator {
  public:
   /// Keeps `configuration`, which the caller owns and which must outlive the generator; wrap mode
@@ -45,17 +48,26 @@ class wnpaGenerator {
   /// them as one group. Returns the packet's new size.
   int constructAtomicGrouping(int size);
 
+  /// The same for objects that are stored one by one. No sequence does so.
+  int constructLongNetwork(int size);
+
   /// Puts `packet` of `size` bytes inside another packet. Returns its new size.
   int constructWrapping(std::vector<unsigned char>& packet, int size);
+
+  /// The packet under construction.
+  std::span<const unsigned char> packet() const { return m_Packet; }
 
   /// Sends any bytes as they stand and dumps the reply, for which it waits `timeout` seconds, to
   /// standard error. Returns 0 whatever came of it.
   int sendNPAData(unsigned char* data, int length, int timeout);
 
-  // --- Setting encoders (encoders.cpp) ------------------------------------------------------
+  // --- Setting encoders ---------------------------------------------------------------------
   //
-  // Each appends one setting object to the packet under construction and returns its size, or
-  // appends nothing and returns 0. The running total is accepted and not looked at.
+  // Each appends the objects of one setting to the packet under construction and returns their
+  // size, or appends nothing and returns 0. Unknown texts are sent as 0, long ones cut. Each tells
+  // of its setting on standard error, secrets included, but for channel and password.
+  //
+  // Of every network (encoders.cpp); the running total is accepted and not looked at:
 
   int constructSSID(int* total);
   int constructMode(int* total);
@@ -64,6 +76,42 @@ class wnpaGenerator {
   /// Asks for the password on the terminal when none is configured and the security needs one.
   int constructPasswd(int* total);
 
+  // Keys (key_encoders.cpp), an empty one as a header alone:
+
+  int constructPSK();
+  int constructWEPKey1();
+  int constructWEPKey2();
+  int constructWEPKey3();
+  int constructWEPKey4();
+  /// Which of the WEP keys is used for sending.
+  int constructWEPTransmit();
+  int constructWEPAuth();
+
+  // 802.1x authentication (authentication_encoders.cpp):
+
+  int construct802EncryptMode();
+  int construct802AuthInner();
+  int construct802Username();
+  int construct802Passwd();
+  /// Six objects: for each method whether it may be used.
+  int construct802AuthExtension();
+  /// Whether the adapter is to validate the server's certificate: asks the printer whether it holds
+  /// more than one certificate of its own, or any of an authority. No, when it does not tell.
+  int construct802ValidateCert();
+
+  // Fields of a certificate request (certificate_fields.cpp):
+
+  int constructCertFriendlyName();
+  int constructCertAltName();
+  int constructCertCity();
+  int constructCertState();
+  int constructCertUnit();
+  int constructCertOrg();
+  int constructCertCommonName();
+  int constructCertCountry();
+  /// Has the printer make a request of the fields.
+  int constructCertSignRequest();
+
   // --- Configuration sequences (sequences.cpp) ----------------------------------------------
   //
   // Each sends one batch of settings and returns the result of `sendConfig::setConfig`, or -1 when
@@ -71,6 +119,21 @@ class wnpaGenerator {
 
   /// Mode, security, channel, SSID and password.
   int configBasic();
+
+  /// The configuration that the security asks for: "OPEN", "SHARED", "WPA-PER", "WPA-ENT" or
+  /// "802.1x". Any other sends nothing and gives 0.
+  int configAdvanced();
+  /// With WEP keys when the encryption is "WEP".
+  int configOpen();
+  int configShared();
+  int configWPAPersonal();
+  int configWPAEnt();
+
+  /// The 802.1x options, and, when those were accepted, a second packet with the network; then asks
+  /// for the authentication status. Returns the result of the second packet, 0 without one.
+  int config8021x();
+  /// With WEP keys when the encryption is "WEP-STATIC".
+  int set8021xOptions();
 
   /// The default run: shows the basic configuration's packet on standard error, configures, and
   /// reports trouble code and IP address. Sends bare packets from the second try on when wrapped
@@ -107,30 +170,68 @@ class wnpaGenerator {
   /// Dumps the reply to standard error. Returns -1, also when there was one.
   int get802AuthCommonName();
 
- private:
-  /// Appends an object with the text's bytes and a terminating zero byte.
-  int appendText(unsigned char group, unsigned char number, const std::string& text);
-  /// Appends an object with a four-byte number.
-  int appendCode(unsigned char group, unsigned char number, unsigned int code);
-  int appendObject(unsigned char group, unsigned char number, std::vector<char> value);
+  // --- Certificate reads and actions (certificate_reads.cpp) ---------------------------------
+  //
+  // Each dumps the reply to standard error and returns -1, also when there was one, where nothing
+  // else is said.
 
-  /// Clears the packet and encodes the settings of a basic configuration. Returns their size.
-  int encodeBasicSettings();
+  int getCertCert();
+  int getCertCA();
+  int getCertCommonName();
+  int getCertFriendlyName();
+  int getCertAlternateName();
+  int getCSR();
+  int generateCertStatus();
+  /// Has the adapter generate a certificate.
+  int generateCertificate();
+
+  /// Tells the organisation of each record in the reply. Returns 0 when there was one, else -1.
+  int getCertOrganization();
+
+  /// Reads organisation and common name. Returns 0 whatever came of it.
+  int getCertSettings();
+
+  /// Sends the common name as a batch of its own. Returns 0 whatever came of it.
+  int createCertSignRequest();
+
+ private:
+  /// Tells of a setting and appends its object.
+  int encode(const SettingEncoding& encoding);
+  /// Append an object with a four-byte number; with a one-byte flag; with any value. The size field
+  /// is that of the value, unless it is told.
+  int appendCode(npa::Byte group, npa::Byte number, npa::Byte code);
+  int appendFlag(npa::Byte group, npa::Byte number, bool flag);
+  int appendObject(npa::Byte group, npa::Byte number, const std::vector<npa::Byte>& value);
+  int appendObject(npa::Byte group, npa::Byte number, const std::vector<npa::Byte>& value,
+                   std::size_t sizeField);
+
+  int constructGrouping(int size, npa::DataKind kind);
+
+  /// Clears the packet and encodes the settings of a batch. Returns their size.
+  int encodeBatch(std::span<const Section> sections);
 
   /// Frames the objects in the packet, `size` bytes, wrapped if wrap mode is on. Returns the size.
   int frameBatch(int size);
 
-  /// Frames the objects in the packet, `size` bytes, and sends them.
-  int sendBatch(int size);
+  /// Frames the objects in the packet, `size` bytes, and sends them, dumped first if wanted.
+  int sendBatch(int size, bool dump);
+
+  /// Announces, encodes, dumps and sends a batch.
+  int configure(const char* announcement, std::span<const Section> sections);
 
   /// A request as it goes out: wrapped if wrap mode is on.
   std::vector<unsigned char> outgoing(std::span<const npa::Byte> packet);
 
   /// Sends the query for one setting through an operation of the exchange.
-  int runQuery(const StatusQuery& query, int (sendConfig::*exchange)(unsigned char*, int));
+  int runQuery(const SettingQuery& query, int (sendConfig::*exchange)(unsigned char*, int));
 
   /// Sends a query and returns the collected reply, empty when there is none.
-  std::vector<unsigned char> collectReply(const StatusQuery& query);
+  std::vector<unsigned char> collectReply(const SettingQuery& query);
+  /// The same for a request as it goes out. Tells of the reply under its name, unless it is null.
+  std::vector<unsigned char> collectReply(std::vector<unsigned char> request,
+                                          const char* responseName);
+  /// Sends a query that does nothing with the reply but dump it.
+  int dumpReply(const SettingQuery& query);
 
   std::vector<unsigned char> m_Packet;
   configDetails* m_Configuration;

@@ -188,6 +188,45 @@ TEST_F(Setup, AsksForThePasswordInEachTry) {
   EXPECT_EQ(device.writes.size(), 2U);
 }
 
+// --- Advanced configuration and certificate settings --------------------------------------------
+
+TEST_F(Setup, RepeatsAnAdvancedConfigurationBareWhenItIsRefused) {
+  answer({Refused, Accepted});
+  EXPECT_EQ(run({"-ca", "--security=OPEN", "--ssid=x"}), 0);
+  EXPECT_EQ(device.writes, (std::vector<Bytes>{WrappedPacket, BarePacket}));
+  EXPECT_TRUE(output.err.ends_with("D [ZVK] Adv OPEN ret = 0\n" + TransportGone)) << output.err;
+}
+
+TEST_F(Setup, DoesNotRepeatAnAdvancedConfigurationThatWasNotAccepted) {
+  answer({bytes("00")});
+  EXPECT_EQ(run({"-ca", "--security=OPEN", "--ssid=x"}), 1);
+  EXPECT_EQ(device.writes, std::vector<Bytes>{WrappedPacket});
+}
+
+TEST_F(Setup, SendsNothingForASecurityThatHasNoAdvancedConfiguration) {
+  EXPECT_EQ(run({"-ca", "--ssid=x"}), 0);
+  EXPECT_EQ(device.opens, 0);
+  EXPECT_EQ(output.err,
+            "D [ZVK] Advanced config...\nD [ZVK] Master security = 'None'\n" + TransportGone);
+}
+
+TEST_F(Setup, ReadsTheCertificateSettingsOnceWhateverComes) {
+  answer({Refused});
+  EXPECT_EQ(run({"-cer", "/dev/usb/lp0"}), 0);
+  EXPECT_EQ(device.writes,
+            (std::vector<Bytes>{bytes("A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 06"),
+                                bytes("A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 0A")}));
+}
+
+TEST_F(Setup, NeedsASecondArgumentForAdvancedConfigurationAndCertificateSettings) {
+  for (const char* command : {"-ca", "-cer"}) {
+    CommandLine line({"zvkconfig", command});
+    EXPECT_THROW(zvkSetup(line.count(), line.vector()), std::out_of_range);
+    CommandLine file({"zvkconfig", command, "-file", "options"});
+    EXPECT_THROW(zvkSetup(file.count(), file.vector()), std::out_of_range);
+  }
+}
+
 // --- Raw packets and queries --------------------------------------------------------------------
 
 TEST_F(Setup, SendsNothingToTheDefaultDeviceWithoutAnNpaFile) {

@@ -140,14 +140,4 @@ TEST(DefaultRun, GoesOnBareOnceWrappedIsRefusedAndAlwaysEndsWell) {
   EXPECT_EQ(runWithPrinter({"--refuse-all"}, {"-x", "{}"}).status, 0);
 }
 
-TEST(UnavailableCommands, AreRefusedAndTouchNothing) {
-  for (const char* command : {"-ca", "-cer"}) {
-    const PrinterRun run = runWithPrinter({}, {command, "{}"});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "zvkconfig: this version has no command '" + std::string(command) + "'\n");
-    EXPECT_TRUE(run.received.empty());
-  }
-}
-
 }  // namespace

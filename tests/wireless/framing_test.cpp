@@ -98,6 +98,22 @@ TEST_F(Framing, GroupingAddsSevenBytes) {
   EXPECT_EQ(generator->constructAtomicGrouping(0), 7);
 }
 
+TEST_F(Framing, PutsTheGroupingHeaderInFront) {
+  Bytes objects = bytes("28 02 00 00 04 00 00 00 01 28 30 00 00 01 01");
+  generator->appendDataToNPA(15, objects.data());
+  EXPECT_EQ(generator->constructAtomicGrouping(15), 22);
+  const auto packet = generator->packet();
+  EXPECT_EQ(Bytes(packet.begin(), packet.end()), joined({bytes("A5 00 13 50 E0 DA 01"), objects}));
+}
+
+TEST_F(Framing, PutsTheHeaderOfSingleSettingsInFront) {
+  Bytes objects = pattern(300);
+  generator->appendDataToNPA(300, objects.data());
+  EXPECT_EQ(generator->constructLongNetwork(300), 307);
+  const auto packet = generator->packet();
+  EXPECT_EQ(Bytes(packet.begin(), packet.end()), joined({bytes("A5 01 30 50 E0 D8 01"), objects}));
+}
+
 TEST_F(Framing, WrapsAQuery) {
   EXPECT_EQ(wrapped(bytes("A5 00 06 50 E0 D8 00 2A 0A")),
             bytes("A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 0A"));

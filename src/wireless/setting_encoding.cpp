@@ -1,0 +1,73 @@
+#include "wireless/setting_encoding.h"
+
+#include <algorithm>
+
+#include "util/debug_line.h"
+#include "wireless/wnpa_generator.h"
+
+npa::Byte codeOf(std::string_view text, std::span<const TextCode> codes) {
+  const auto row = std::ranges::find(codes, text, &TextCode::text);
+  return row == codes.end() ? npa::Byte{0} : row->code;
+}
+
+std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding, const std::string& text) {
+  using Value = SettingEncoding::Value;
+  if (encoding.value == Value::Code) {
+    return {0, 0, 0, codeOf(text, encoding.codes)};
+  }
+  const std::size_t terminator = encoding.value == Value::TerminatedText ? 1 : 0;
+  const std::string cut = text.substr(0, encoding.limit - terminator);
+  std::vector<npa::Byte> value(cut.begin(), cut.end());
+  value.resize(encoding.value == Value::PaddedText ? encoding.limit : value.size() + terminator);
+  return value;
+}
+
+void logSetting(const SettingEncoding& encoding, const std::string& text) {
+  const char* const quote = encoding.quote;
+  if (encoding.tellsSize) {
+    util::debugLine("%s = %s%s%s (%zu bytes)", encoding.label, quote, text.c_str(), quote,
+                    text.size());
+  } else {
+    util::debugLine("%s = %s%s%s", encoding.label, quote, text.c_str(), quote);
+  }
+}
+
+int wnpaGenerator::encode(const SettingEncoding& encoding) {
+  const std::string& text = encoding.source(*m_Configuration);
+  logSetting(encoding, text);
+  if (text.empty()) {
+    return encoding.whenEmpty == SettingEncoding::WhenEmpty::Nothing
+               ? 0
+               : appendObject(encoding.group, encoding.object, {});
+  }
+  const std::vector<npa::Byte> value = encodedValue(encoding, text);
+  const std::size_t sizeField = encoding.sizeField == SettingEncoding::SizeField::LowByteOnly
+                                    ? npa::lowByte(value.size())
+                                    : value.size();
+  return appendObject(encoding.group, encoding.object, value, sizeField);
+}
+
+int wnpaGenerator::appendObject(npa::Byte group, npa::Byte number,
+                                const std::vector<npa::Byte>& value) {
+  return appendObject(group, number, value, value.size());
+}
+
+int wnpaGenerator::appendObject(npa::Byte group, npa::Byte number,
+                                const std::vector<npa::Byte>& value, std::size_t sizeField) {
+  std::vector<unsigned char> object(npa::ObjectHeaderSize + value.size());
+  const int size = static_cast<int>(object.size());
+  std::vector<char> characters(value.begin(), value.end());
+  constructHeader(object.data(), static_cast<unsigned int>(sizeField), static_cast<char>(number),
+                  static_cast<char>(group));
+  mergeHeaderData(characters.data(), object.data(), size);
+  appendDataToNPA(size, object.data());
+  return size;
+}
+
+int wnpaGenerator::appendCode(npa::Byte group, npa::Byte number, npa::Byte code) {
+  return appendObject(group, number, {0, 0, 0, code});
+}
+
+int wnpaGenerator::appendFlag(npa::Byte group, npa::Byte number, bool flag) {
+  return appendObject(group, number, {static_cast<npa::Byte>(flag ? 1 : 0)});
+}

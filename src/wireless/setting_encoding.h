@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/config_details.h"
+#include "npa/packet.h"
+
+/// What the adapter is told for a text.
+struct TextCode {
+  std::string_view text;
+  npa::Byte code;
+};
+
+/// Returns the code of a text, compared exactly; 0 for one that is not in the list.
+npa::Byte codeOf(std::string_view text, std::span<const TextCode> codes);
+
+/// How the text of one setting becomes a setting object, and the line that tells of it.
+struct SettingEncoding {
+  enum class Value {
+    Text,            ///< the text
+    TerminatedText,  ///< the text and a zero byte
+    PaddedText,      ///< the text and zero bytes up to `limit`
+    Code,            ///< a four-byte number, that of the text in `codes`
+  };
+  enum class WhenEmpty { Nothing, HeaderAlone };
+  enum class SizeField { Whole, LowByteOnly };
+
+  static constexpr std::size_t Unlimited = std::numeric_limits<std::size_t>::max();
+
+  npa::Byte group;
+  npa::Byte object;
+  const std::string& (*source)(const configDetails&);
+  /// The line reads `label = text`, with `quote` on either side of the text.
+  const char* label;
+  const char* quote = "";
+  /// Whether the line ends in the size of the text as configured.
+  bool tellsSize = false;
+  Value value = Value::Text;
+  /// The size of the largest value; a longer text is cut.
+  std::size_t limit = Unlimited;
+  std::span<const TextCode> codes = {};
+  WhenEmpty whenEmpty = WhenEmpty::Nothing;
+  SizeField sizeField = SizeField::Whole;
+};
+
+/// The source of a setting that a getter without arguments gives: `from<&configDetails::getSSID>`.
+template <auto Getter>
+const std::string& from(const configDetails& configuration) {
+  return (configuration.*Getter)();
+}
+
+/// Returns the object's value for a text.
+std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding, const std::string& text);
+
+/// Writes the line that tells of a setting.
+void logSetting(const SettingEncoding& encoding, const std::string& text);

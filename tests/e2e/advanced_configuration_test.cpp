@@ -1,0 +1,277 @@
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/files.h"
+#include "support/printer_run.h"
+#include "support/process.h"
+#include "support/rows.h"
+
+// The real program configures the emulated printer for each security: what it says, how it ends,
+// and the bytes that arrive.
+
+namespace {
+
+using support::lines;
+using support::PrinterRun;
+using support::runWithPrinter;
+using Words = std::vector<std::string>;
+
+const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
+
+struct SecurityRow : support::Row {
+  Words options;
+  std::string wrapper;
+  std::string packet;
+  Words firstLines;  ///< up to the wrapped packet's dump
+  Words wrappedDump;
+  Words bareDump;
+  std::string shortName;  ///< in the last line
+  Words stored;           ///< of what the printer then holds, all that the basic settings are not
+};
+
+class AdvancedConfiguration : public testing::TestWithParam<SecurityRow> {
+ protected:
+  /// What the program says of one try.
+  static std::string said(const Words& dump, int result) {
+    return lines(GetParam().firstLines) + lines(dump) +
+           lines({"D [ZVK] Adv " + GetParam().shortName + " ret = " + std::to_string(result)});
+  }
+
+  static void expectStored(const std::string& shown) {
+    for (const std::string& line : GetParam().stored) {
+      EXPECT_NE(shown.find(line + "\n"), std::string::npos) << line << " in\n" << shown;
+    }
+  }
+
+  static std::string wrapped() { return GetParam().wrapper + " " + GetParam().packet; }
+
+  static Words commandLine() {
+    Words arguments = GetParam().options;
+    arguments.insert(arguments.begin(), "-ca");
+    arguments.emplace_back("{}");
+    return arguments;
+  }
+};
+
+TEST_P(AdvancedConfiguration, IsStoredByThePrinter) {
+  const PrinterRun run = runWithPrinter({"--show"}, commandLine());
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, said(GetParam().wrappedDump, 0) + LastLine + "\n");
+  EXPECT_EQ(run.received, Words{wrapped()});
+  expectStored(run.out);
+}
+
+TEST_P(AdvancedConfiguration, IsRepeatedBareWhenWrappedPacketsAreRefused) {
+  const PrinterRun run = runWithPrinter({"--refuse-wrapped", "--show"}, commandLine());
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err,
+            said(GetParam().wrappedDump, -1) + said(GetParam().bareDump, 0) + LastLine + "\n");
+  EXPECT_EQ(run.received, (Words{wrapped(), GetParam().packet}));
+  expectStored(run.out);
+}
+
+TEST_P(AdvancedConfiguration, TakesItsOptionsFromAFile) {
+  const support::TemporaryFolder folder;
+  const std::string file = folder.path("options");
+  std::ofstream(file) << lines(GetParam().options);
+  const PrinterRun run = runWithPrinter({}, {"-ca", "-file", file, "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, said(GetParam().wrappedDump, 0) + LastLine + "\n");
+  EXPECT_EQ(run.received, Words{wrapped()});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Securities, AdvancedConfiguration,
+    testing::Values(
+        SecurityRow{
+            {"Open"},
+            {"--security=OPEN", "--ssid=home"},
+            "A5 00 32 50 E0 63 02 00 2C",
+            "A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 28 "
+            "05 00 00 04 00 00 00 06 28 08 00 00 05 68 6F 6D 65 00",
+            {"D [ZVK] Advanced config...", "D [ZVK] Master security = 'OPEN'",
+             "D [ZVK] Configuring Open Mode...", "D [ZVK] Mode = 'Managed'",
+             "D [ZVK] Security = 'OPEN'", "D [ZVK] Security mode: 0 (No Security)",
+             "D [ZVK] SSID = home"},
+            {"A5 00 32 50 E0 63 02 00 2C A5 00 29 50 E0 DA 01 |..2P.c..,..)P...",
+             "28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 |(........(\".....",
+             "00 00 28 05 00 00 04 00 00 00 06 28 08 00 00 05 |..(........(....",
+             "68 6F 6D 65 00                                  |home."},
+            {"A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 |..)P...(........",
+             "28 22 00 00 04 00 00 00 00 28 05 00 00 04 00 00 |(\".......(......",
+             "00 06 28 08 00 00 05 68 6F 6D 65 00             |..(....home."},
+            "OPEN",
+            {"mode = 0 (managed)", "security = 0 (none)", "SSID = \"home\"", "channel = 6"}},
+        SecurityRow{{"Shared"},
+                    {"--security=SHARED", "--ssid=home", "--encryption=WEP", "--WEP-key1=abcde",
+                     "--WEP-transmit=1"},
+                    "A5 00 5D 50 E0 63 02 00 57",
+                    "A5 00 54 50 E0 DA 01 28 09 00 00 05 61 62 63 64 65 28 0B 00 00 00 28 0D 00 00 "
+                    "00 28 0F 00 00 00 28 1F 00 00 04 00 00 00 01 28 23 00 00 04 00 00 00 02 28 02 "
+                    "00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 01 28 05 00 00 04 00 00 00 06 28 "
+                    "08 00 00 05 68 6F 6D 65 00",
+                    {"D [ZVK] Advanced config...", "D [ZVK] Master security = 'SHARED'",
+                     "D [ZVK] Configuring Shared Mode...", "D [ZVK] WEP Key 1 = 'abcde' (5 bytes)",
+                     "D [ZVK] WEP Key 2 = '' (0 bytes)", "D [ZVK] WEP Key 3 = '' (0 bytes)",
+                     "D [ZVK] WEP Key 4 = '' (0 bytes)", "D [ZVK] WEP Transmit key = 1",
+                     "D [ZVK] WEP auth mode: 2 (Shared)", "D [ZVK] Mode = 'Managed'",
+                     "D [ZVK] Security = 'SHARED'", "D [ZVK] Security mode: 1 (WEP)",
+                     "D [ZVK] SSID = home"},
+                    {"A5 00 5D 50 E0 63 02 00 57 A5 00 54 50 E0 DA 01 |..]P.c..W..TP...",
+                     "28 09 00 00 05 61 62 63 64 65 28 0B 00 00 00 28 |(....abcde(....(",
+                     "0D 00 00 00 28 0F 00 00 00 28 1F 00 00 04 00 00 |....(....(......",
+                     "00 01 28 23 00 00 04 00 00 00 02 28 02 00 00 04 |..(#.......(....",
+                     "00 00 00 00 28 22 00 00 04 00 00 00 01 28 05 00 |....(\".......(..",
+                     "00 04 00 00 00 06 28 08 00 00 05 68 6F 6D 65 00 |......(....home."},
+                    {"A5 00 54 50 E0 DA 01 28 09 00 00 05 61 62 63 64 |..TP...(....abcd",
+                     "65 28 0B 00 00 00 28 0D 00 00 00 28 0F 00 00 00 |e(....(....(....",
+                     "28 1F 00 00 04 00 00 00 01 28 23 00 00 04 00 00 |(........(#.....",
+                     "00 02 28 02 00 00 04 00 00 00 00 28 22 00 00 04 |..(........(\"...",
+                     "00 00 00 01 28 05 00 00 04 00 00 00 06 28 08 00 |....(........(..",
+                     "00 05 68 6F 6D 65 00                            |..home."},
+                    "SHARED",
+                    {"security = 1 (WEP)", "WEP key 1 = \"abcde\"", "WEP transmit key = 1",
+                     "WEP authentication = 2 (shared)"}},
+        SecurityRow{{"WpaPersonal"},
+                    {"--security=WPA-PER", "--ssid=x", "--psk=secret88", "--encryption=AES"},
+                    "A5 00 45 50 E0 63 02 00 3F",
+                    "A5 00 3C 50 E0 DA 01 28 11 00 00 08 73 65 63 72 65 74 38 38 28 26 00 00 04 00 "
+                    "00 00 04 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 02 28 05 00 00 04 "
+                    "00 00 00 06 28 08 00 00 02 78 00",
+                    {"D [ZVK] Advanced config...", "D [ZVK] Master security = 'WPA-PER'",
+                     "D [ZVK] Configuring WPA Personal...",
+                     "D [ZVK] PSK (Pre-shared key) = secret88 (8 bytes)",
+                     "D [ZVK] Encryption (advanced) = AES", "D [ZVK] Mode = 'Managed'",
+                     "D [ZVK] Security = 'WPA-PER'",
+                     "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))", "D [ZVK] SSID = x"},
+                    {"A5 00 45 50 E0 63 02 00 3F A5 00 3C 50 E0 DA 01 |..EP.c..?..<P...",
+                     "28 11 00 00 08 73 65 63 72 65 74 38 38 28 26 00 |(....secret88(&.",
+                     "00 04 00 00 00 04 28 02 00 00 04 00 00 00 00 28 |......(........(",
+                     "22 00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 |\".......(.......",
+                     "06 28 08 00 00 02 78 00                         |.(....x."},
+                    {"A5 00 3C 50 E0 DA 01 28 11 00 00 08 73 65 63 72 |..<P...(....secr",
+                     "65 74 38 38 28 26 00 00 04 00 00 00 04 28 02 00 |et88(&.......(..",
+                     "00 04 00 00 00 00 28 22 00 00 04 00 00 00 02 28 |......(\".......(",
+                     "05 00 00 04 00 00 00 06 28 08 00 00 02 78 00    |........(....x."},
+                    "WPA-Personal",
+                    {"security = 2 (WPA (1 or 2))", "pre-shared key = \"secret88\"",
+                     "encryption = 4 (AES)"}},
+        SecurityRow{
+            {"WpaEnterprise"},
+            {"--security=WPA-ENT", "--ssid=x", "--mode=Ad-Hoc", "--channel=11"},
+            "A5 00 34 50 E0 63 02 00 2E",
+            "A5 00 2B 50 E0 DA 01 28 11 00 00 00 28 02 00 00 04 00 00 00 01 28 22 00 00 04 "
+            "00 00 00 02 28 05 00 00 04 00 00 00 0B 28 08 00 00 02 78 00",
+            {"D [ZVK] Advanced config...", "D [ZVK] Master security = 'WPA-ENT'",
+             "D [ZVK] Configuring WPA Enterprise...", "D [ZVK] PSK (Pre-shared key) =  (0 bytes)",
+             "D [ZVK] Encryption (advanced) = ", "D [ZVK] Mode = 'Ad-Hoc'",
+             "D [ZVK] Security = 'WPA-ENT'", "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))",
+             "D [ZVK] SSID = x"},
+            {"A5 00 34 50 E0 63 02 00 2E A5 00 2B 50 E0 DA 01 |..4P.c.....+P...",
+             "28 11 00 00 00 28 02 00 00 04 00 00 00 01 28 22 |(....(........(\"",
+             "00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 0B |.......(........",
+             "28 08 00 00 02 78 00                            |(....x."},
+            {"A5 00 2B 50 E0 DA 01 28 11 00 00 00 28 02 00 00 |..+P...(....(...",
+             "04 00 00 00 01 28 22 00 00 04 00 00 00 02 28 05 |.....(\".......(.",
+             "00 00 04 00 00 00 0B 28 08 00 00 02 78 00       |.......(....x."},
+            "WPA-Ent",
+            {"mode = 1 (ad-hoc)", "channel = 11", "security = 2 (WPA (1 or 2))"}}),
+    support::rowName);
+
+TEST(AdvancedConfigurationResult, Is255WhenBothFormsAreRefused) {
+  const PrinterRun run =
+      runWithPrinter({"--refuse-all"}, {"-ca", "--security=OPEN", "--ssid=x", "{}"});
+  EXPECT_EQ(run.status, 255);
+  EXPECT_EQ(run.received.size(), 2U);
+}
+
+TEST(AdvancedConfigurationResult, Is0AndNothingArrivesForAnotherSecurity) {
+  const PrinterRun run = runWithPrinter({}, {"-ca", "--security=WPA", "--ssid=x", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err,
+            lines({"D [ZVK] Advanced config...", "D [ZVK] Master security = 'WPA'", LastLine}));
+  EXPECT_TRUE(run.received.empty());
+}
+
+// --- 802.1x -------------------------------------------------------------------------------------
+
+const Words Credentials = {"-ca",          "--security=802.1x",    "--ssid=x",
+                           "--802-user=u", "--802-auth-ext=PEAP",  "--802-auth-inner=PAP",
+                           "--802-pwd=p",  "--encryption=WPA-AES", "{}"};
+const std::string OptionPacket =
+    "A5 00 4E 50 E0 DA 01 28 26 00 00 04 00 00 00 04 2A 14 00 00 01 00 2A 15 00 00 01 00 2A 16 00 "
+    "00 01 00 2A 17 00 00 01 01 2A 18 00 00 01 00 2A 19 00 00 01 00 2A 1A 00 00 04 00 00 00 03 2A "
+    "02 00 00 02 75 00 2A 03 00 00 02 70 00 2A 24 00 00 01 00";
+const std::string NetworkPacket =
+    "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 03 28 08 00 00 02 78 "
+    "00 28 05 00 00 04 00 00 00 06";
+const std::string StatusQuery = "A5 00 06 50 E0 D8 00 2A 1D";
+const std::string Query = "A5 00 0F 50 E0 63 02 00 09 " + StatusQuery;
+
+/// What arrived but for the calls to the printer's object store.
+Words withoutCalls(const Words& received) {
+  Words packets;
+  for (const std::string& packet : received) {
+    if (!packet.starts_with("A5 00 10 80 A4") && packet.find(" 50 E0 C0 03 ") != 8) {
+      packets.push_back(packet);
+    }
+  }
+  return packets;
+}
+
+TEST(Authentication, IsConfiguredInTwoPacketsAndItsStatusTold) {
+  const PrinterRun run = runWithPrinter({"--show", "--auth-status=2"}, Credentials);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(withoutCalls(run.received),
+            (Words{"A5 00 57 50 E0 63 02 00 51 " + OptionPacket,
+                   "A5 00 2F 50 E0 63 02 00 29 " + NetworkPacket, Query}));
+  EXPECT_NE(run.err.find("D [ZVK] 802.1x password = p (1 bytes)\n"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("D [ZVK] Validate certificate? 0\n"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("D [ZVK] Setting 802.1x ret = 0\n"), std::string::npos) << run.err;
+  EXPECT_TRUE(run.err.ends_with(
+      lines({"D [ZVK] Status: 2 (Authenticated)", "D [ZVK] Adv 8021x ret = 0", LastLine})))
+      << run.err;
+  for (const char* stored :
+       {"security = 3 (802.1x)\n", "SSID = \"x\"\n", "802.1x user = \"u\"\n",
+        "802.1x password = \"p\"\n", "PEAP allowed = 1\n", "EAP-TLS allowed = 0\n",
+        "802.1x inner authentication = 3 (PAP)\n", "validate server certificate = 0\n"}) {
+    EXPECT_NE(run.out.find(stored), std::string::npos) << stored << " in\n" << run.out;
+  }
+}
+
+// The failure of the first packet counts as success, so there is no second try with bare packets.
+TEST(Authentication, EndsWith0WhenWrappedPacketsAreRefused) {
+  const PrinterRun run = runWithPrinter({"--refuse-wrapped", "--show"}, Credentials);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(withoutCalls(run.received),
+            (Words{"A5 00 57 50 E0 63 02 00 51 " + OptionPacket, Query}));
+  EXPECT_NE(run.err.find("D [ZVK] Setting 802.1x ret = -1\n"), std::string::npos) << run.err;
+  EXPECT_TRUE(run.err.ends_with(lines({"D [ZVK] Adv 8021x ret = 0", LastLine}))) << run.err;
+  EXPECT_EQ(run.out.find("SSID"), std::string::npos) << run.out;
+}
+
+TEST(Authentication, ValidatesTheServerOnceAnAuthorityIsInstalled) {
+  const support::TemporaryFolder folder;
+  const std::string authority = folder.path("ca.pem");
+  const auto made = support::runProcess(
+      {"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes",
+       "-keyout", folder.path("ca.key"), "-out", authority, "-subj", "/CN=TestCA", "-days", "30"});
+  ASSERT_EQ(made.status, 0) << made.err;
+  std::filesystem::create_directory(folder.path("printer"));
+  const Words options = {"--state=" + folder.path("printer")};
+  ASSERT_EQ(runWithPrinter(options, {"-icer", "--802-CA-cer-file=" + authority, "{}"}).status, 0);
+
+  const PrinterRun run = runWithPrinter(options, Credentials);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.err.find("D [ZVK] Validate certificate? 1\n"), std::string::npos) << run.err;
+  std::string validating = OptionPacket;
+  validating.back() = '1';
+  EXPECT_EQ(withoutCalls(run.received),
+            (Words{"A5 00 57 50 E0 63 02 00 51 " + validating,
+                   "A5 00 2F 50 E0 63 02 00 29 " + NetworkPacket, Query}));
+}
+
+}  // namespace

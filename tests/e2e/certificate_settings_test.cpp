@@ -1,0 +1,59 @@
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/printer_run.h"
+#include "support/files.h"
+
+// The real program reads the certificate settings of the emulated printer.
+
+namespace {
+
+using support::lines;
+using support::PrinterRun;
+using support::runWithPrinter;
+using Words = std::vector<std::string>;
+
+const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
+const Words Queries = {"A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 06",
+                       "A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 0A"};
+
+// The printer holds neither.
+const std::string Answers =
+    lines({"D [ZVK] Certifcate settings...", "D [ZVK] Cert Organization...",
+           "D [ZVK] Cert org (16 bytes)",
+           "E0 63 02 00 0B A5 00 08 50 E0 D8 00 2A 06 00 00 |.c......P...*...",
+           "D [ZVK] Organization (0 bytes): ", "D [ZVK] Cert common name...",
+           "D [ZVK] Common name resp (16 bytes)",
+           "E0 63 02 00 0B A5 00 08 50 E0 D8 00 2A 0A 00 00 |.c......P...*...", LastLine});
+
+TEST(CertificateSettings, AreReadAndTold) {
+  const PrinterRun run = runWithPrinter({}, {"-cer", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, Answers);
+  EXPECT_EQ(run.received, Queries);
+}
+
+TEST(CertificateSettings, AreReadFromTheDeviceBehindAFile) {
+  const support::TemporaryFolder folder;
+  const std::string file = folder.path("options");
+  std::ofstream(file) << "# nothing\n";
+  const PrinterRun run = runWithPrinter({}, {"-cer", "-file", file, "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, Answers);
+  EXPECT_EQ(run.received, Queries);
+}
+
+// It always succeeds, so there is no second try with bare packets.
+TEST(CertificateSettings, EndWith0WhenTheyAreRefused) {
+  const PrinterRun run = runWithPrinter({"--refuse-wrapped"}, {"-cer", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, lines({"D [ZVK] Certifcate settings...", "D [ZVK] Cert Organization...",
+                            "D [ZVK] Cert org (0 bytes)", "D [ZVK] Cert common name...",
+                            "D [ZVK] Common name resp (0 bytes)", LastLine}));
+  EXPECT_EQ(run.received, Queries);
+}
+
+}  // namespace
