@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "emulator/authentication.h"
 #include "emulator/reply_packets.h"
 
 namespace emulator {
@@ -130,6 +131,10 @@ bool Adapter::isReached(const Readiness& readiness, int earlierQueries) const {
 }
 
 Bytes Adapter::currentValue(SettingKey key, int earlierQueries) const {
+  const Authentication authentication(m_Settings, m_Certificates.store());
+  if (const auto value = authentication.value(key)) {
+    return {*value};
+  }
   if (key == settings::IpAddress && !isReached(m_Personality.addressAcquired, earlierQueries)) {
     return {0, 0, 0, 0};
   }
@@ -146,7 +151,7 @@ Bytes Adapter::securityRecords(SettingKey key) const {
   if (m_Personality.otherRecordFirst) {
     records.push_back(recordPacket(OtherSetting, {0, 0, 0, 0}));
   }
-  if (key == settings::AuthStatus) {
+  if (key == settings::AuthStatus && !m_Personality.authStatus.empty()) {
     for (const Byte status : m_Personality.authStatus) {
       records.push_back(recordPacket(key, {status}));
     }

@@ -32,6 +32,16 @@ void hideEnd(Message& message, std::size_t count) {
   std::fill_n(message.secretBytes.rbegin(), count, true);
 }
 
+/// The size of a setting's value before `left` bytes. Where the length field holds but the low byte
+/// of it, 0 stands for 256: hosts leave such a setting out when it is empty.
+std::size_t sizeOfValue(SettingKey key, std::size_t sizeField, std::size_t left) {
+  constexpr std::size_t longest = 256;
+  const SettingInfo* const info = findSetting(key);
+  const bool isLongest =
+      sizeField == 0 && left >= longest && info != nullptr && info->sizeIsLowByte;
+  return isLongest ? longest : sizeField;
+}
+
 /// Reads the setting objects of `inner`, which is the end of the message's packet or all of it.
 bool parseSettings(Message& message, std::span<const Byte> inner) {
   const std::size_t innerStart = message.packet.size() - inner.size();
@@ -42,14 +52,17 @@ bool parseSettings(Message& message, std::span<const Byte> inner) {
   };
   std::size_t offset = ObjectsOffset;
   while (offset < inner.size()) {
-    const std::size_t left = inner.size() - offset;
-    const std::size_t valueSize =
-        left < npa::ObjectHeaderSize ? 0 : npa::numberAt(inner, offset + 3);
-    if (left < npa::ObjectHeaderSize + valueSize) {
+    if (inner.size() - offset < npa::ObjectHeaderSize) {
       return false;
     }
     const SettingKey key = {inner[offset], inner[offset + 1]};
+    const std::size_t sizeField = npa::numberAt(inner, offset + 3);
     offset += npa::ObjectHeaderSize;
+    const std::size_t left = inner.size() - offset;
+    const std::size_t valueSize = sizeOfValue(key, sizeField, left);
+    if (left < valueSize) {
+      return false;
+    }
     const auto value = inner.subspan(offset, valueSize);
     if (isSecret(key)) {
       hideFrom(offset, valueSize);
@@ -86,8 +99,7 @@ std::span<const Byte> unwrap(std::span<const Byte> packet) {
   }
   const std::span<const Byte> inner = packet.subspan(npa::WrapHeaderSize);
   const bool consistent = npa::numberAt(packet, ObjectsOffset) == inner.size() &&
-                          inner[0] == npa::StartByte &&
-                          npa::numberAt(inner, 1) + npa::LengthHeaderSize == inner.size();
+                          inner[0] == npa::StartByte && packetSize(inner) == inner.size();
   return consistent ? inner : std::span<const Byte>();
 }
 

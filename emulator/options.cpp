@@ -78,7 +78,7 @@ constexpr std::array PersonalityOptions = {
            [](Options& o, const std::string& value) {
              o.personality.descriptor = value;
            }},
-    Option{"--auth-status", "N[,N...]", "802.1x authentication status; of several a record each",
+    Option{"--auth-status", "N[,N...]", "802.1x status whatever is set; of several a record each",
            [](Options& o, const std::string& value) {
              o.personality.authStatus = parseBytes(value);
            }},

@@ -1,8 +1,26 @@
 #include "emulator/packet_reader.h"
 
 #include <algorithm>
+#include <array>
 
 namespace emulator {
+
+namespace {
+
+/// Stores the setting 2A 0C; the length field counts as if it were a query.
+constexpr std::array<npa::Byte, 9> GenerateHead = {0xA5, 0x00, 0x06, 0x50, 0xE0,
+                                                   0xDA, 0x01, 0x2A, 0x0C};
+/// What follows: the end of the object's header, and its value.
+constexpr std::size_t GenerateRest = 4;
+
+}  // namespace
+
+std::size_t packetSize(std::span<const npa::Byte> bytes) {
+  const std::size_t size = npa::LengthHeaderSize + npa::numberAt(bytes, 1);
+  const bool generates = bytes.size() >= GenerateHead.size() &&
+                         std::ranges::equal(bytes.first(GenerateHead.size()), GenerateHead);
+  return generates ? size + GenerateRest : size;
+}
 
 std::vector<Bytes> PacketReader::feed(std::span<const npa::Byte> bytes) {
   m_Pending.insert(m_Pending.end(), bytes.begin(), bytes.end());
@@ -16,7 +34,7 @@ std::vector<Bytes> PacketReader::feed(std::span<const npa::Byte> bytes) {
     if (rest.size() < npa::LengthHeaderSize) {
       break;
     }
-    const std::size_t size = npa::LengthHeaderSize + npa::numberAt(rest, 1);
+    const std::size_t size = packetSize(rest);
     if (rest.size() < size) {
       break;
     }

@@ -10,6 +10,11 @@ namespace emulator {
 
 using Bytes = std::vector<npa::Byte>;
 
+/// Returns how many bytes the packet has that `bytes`, at least three, begin with: what its length
+/// field says. One packet says 6 and has four bytes more, the one that has a certificate generated;
+/// its nine first bytes tell it.
+std::size_t packetSize(std::span<const npa::Byte> bytes);
+
 /// Cuts a stream of bytes, which may arrive in any pieces, into NPA packets.
 class PacketReader {
  public:

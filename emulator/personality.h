@@ -51,8 +51,9 @@ struct Personality {
   std::string ssid{};
   std::string descriptor = "Emulated wireless adapter -";
 
-  /// The 802.1x authentication status; of several each has a record in the reply.
-  std::vector<npa::Byte> authStatus = {0};
+  /// The 802.1x authentication status; of several each has a record in the reply. Without any it
+  /// comes from the settings and certificates that the printer holds.
+  std::vector<npa::Byte> authStatus{};
   /// Puts the record of another setting ahead of those asked for (802.1x settings).
   bool otherRecordFirst = false;
   /// Cuts the last record to this size, inside a packet that is whole (802.1x settings).

@@ -30,6 +30,8 @@ struct SettingInfo {
   bool secret;
   /// What the numbers from 0 on mean, where they are names.
   std::span<const std::string_view> numberNames;
+  /// Whether the object's length field holds only the low byte of the value's size.
+  bool sizeIsLowByte = false;
 };
 
 namespace settings {

@@ -253,6 +253,7 @@ TEST(Authentication, EndsWith0WhenWrappedPacketsAreRefused) {
   EXPECT_EQ(run.out.find("SSID"), std::string::npos) << run.out;
 }
 
+// The printer's own status: the authority's certificate is missing until it is installed.
 TEST(Authentication, ValidatesTheServerOnceAnAuthorityIsInstalled) {
   const support::TemporaryFolder folder;
   const std::string authority = folder.path("ca.pem");
@@ -262,16 +263,35 @@ TEST(Authentication, ValidatesTheServerOnceAnAuthorityIsInstalled) {
   ASSERT_EQ(made.status, 0) << made.err;
   std::filesystem::create_directory(folder.path("printer"));
   const Words options = {"--state=" + folder.path("printer")};
+  EXPECT_EQ(runWithPrinter(options, {"-802s", "{}"}).status, 0);
+  const PrinterRun missing = runWithPrinter(options, Credentials);
+  EXPECT_NE(missing.err.find("D [ZVK] Status: 11 (CA Certificate Not Installed)\n"),
+            std::string::npos)
+      << missing.err;
+  EXPECT_EQ(runWithPrinter(options, {"-802s", "{}"}).status, 11);
   ASSERT_EQ(runWithPrinter(options, {"-icer", "--802-CA-cer-file=" + authority, "{}"}).status, 0);
 
   const PrinterRun run = runWithPrinter(options, Credentials);
   EXPECT_EQ(run.status, 0);
   EXPECT_NE(run.err.find("D [ZVK] Validate certificate? 1\n"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("D [ZVK] Status: 2 (Authenticated)\n"), std::string::npos) << run.err;
   std::string validating = OptionPacket;
   validating.back() = '1';
   EXPECT_EQ(withoutCalls(run.received),
             (Words{"A5 00 57 50 E0 63 02 00 51 " + validating,
                    "A5 00 2F 50 E0 63 02 00 29 " + NetworkPacket, Query}));
+}
+
+TEST(Authentication, TakesAPasswordWhoseLengthFieldReads0) {
+  Words arguments = Credentials;
+  arguments.insert(arguments.begin() + 1, "--802-pwd=" + std::string(300, 'q'));
+  std::erase(arguments, "--802-pwd=p");
+  const PrinterRun run = runWithPrinter({"--show"}, arguments);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.err.find("D [ZVK] Setting 802.1x ret = 0\n"), std::string::npos) << run.err;
+  EXPECT_NE(run.out.find("802.1x password = \"" + std::string(255, 'q') + "\"\n"),
+            std::string::npos)
+      << run.out;
 }
 
 }  // namespace

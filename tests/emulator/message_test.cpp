@@ -41,6 +41,16 @@ INSTANTIATE_TEST_SUITE_P(
                    Kind::Query,
                    true,
                    "query, wrapped: IP address"},
+        MessageRow{{"GenerateCertificate"},
+                   "A5 00 06 50 E0 DA 01 2A 0C 00 00 01 01",
+                   Kind::StoreSettings,
+                   false,
+                   "store settings: generate certificate = 1"},
+        MessageRow{{"WrappedGenerateCertificate"},
+                   "A5 00 13 50 E0 63 02 00 0D A5 00 06 50 E0 DA 01 2A 0C 00 00 01 01",
+                   Kind::StoreSettings,
+                   true,
+                   "store settings, wrapped: generate certificate = 1"},
         MessageRow{{"UnknownQuery"},
                    "A5 00 06 50 E0 D8 00 28 FF",
                    Kind::Query,
@@ -171,6 +181,35 @@ TEST(SecretBytes, AreNoneOfAMethodCall) {
       parseMessage(support::joined({bytes("A5 00 00 50 E0 C0 03 00 01"), support::textBytes(xml)}));
   EXPECT_EQ(std::ranges::count(message.secretBytes, true), 0);
   EXPECT_EQ(describe(message, false), "object-store call: queryCAList");
+}
+
+/// Settings with a size field of 0 and `count` bytes behind it.
+Message withSizeOfZero(const char* key, std::size_t count) {
+  const std::size_t length = 4 + 5 + count;
+  emulator::Bytes packet = {0xA5, static_cast<npa::Byte>(length / 256),
+                            static_cast<npa::Byte>(length % 256)};
+  for (const emulator::Bytes& piece :
+       {bytes("50 E0 DA 01"), bytes(key), bytes("00 00 00"), emulator::Bytes(count, 'p')}) {
+    packet.insert(packet.end(), piece.begin(), piece.end());
+  }
+  return parseMessage(packet);
+}
+
+TEST(ParseMessage, TakesASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
+  for (const char* key : {"2A 03", "2A 0A"}) {
+    const Message message = withSizeOfZero(key, 256);
+    ASSERT_EQ(message.kind, Kind::StoreSettings) << key;
+    ASSERT_EQ(message.settings.size(), 1U) << key;
+    EXPECT_EQ(message.settings[0].value, emulator::Bytes(256, 'p')) << key;
+  }
+  EXPECT_EQ(withSizeOfZero("2A 03", 255).kind, Kind::Malformed);
+  EXPECT_EQ(withSizeOfZero("2A 02", 256).kind, Kind::Malformed);
+}
+
+TEST(SecretBytes, AreAll256OfALongPassword) {
+  const Message message = withSizeOfZero("2A 03", 256);
+  EXPECT_EQ(std::ranges::count(message.secretBytes, true), 256);
+  EXPECT_EQ(describe(message, false), "store settings: 802.1x password = (256 bytes)");
 }
 
 TEST(SecretBytes, AreAllOfAWrapperThatContradictsItself) {

@@ -56,4 +56,15 @@ TEST(PacketReader, TakesTheLongestPacket) {
   EXPECT_EQ(reader.feed(std::span(packet).last(1)), std::vector<Bytes>{packet});
 }
 
+TEST(PacketReader, TakesThePacketThatSays6AndHas10) {
+  const Bytes generate = bytes("A5 00 06 50 E0 DA 01 2A 0C 00 00 01 01");
+  PacketReader whole;
+  EXPECT_EQ(whole.feed(support::joined({generate, Query})), (std::vector<Bytes>{generate, Query}));
+  for (std::size_t cut = 1; cut < generate.size(); ++cut) {
+    PacketReader reader;
+    EXPECT_TRUE(reader.feed(std::span(generate).first(cut)).empty()) << cut;
+    EXPECT_EQ(reader.feed(std::span(generate).subspan(cut)), std::vector<Bytes>{generate}) << cut;
+  }
+}
+
 }  // namespace
