@@ -64,8 +64,9 @@ class wnpaGenerator {
   // --- Setting encoders ---------------------------------------------------------------------
   //
   // Each appends the objects of one setting to the packet under construction and returns their
-  // size, or appends nothing and returns 0. Unknown texts are sent as 0, long ones cut. Each tells
-  // of its setting on standard error, secrets included, but for channel and password.
+  // size, or appends nothing and returns 0. An unknown text is sent as 0 (channel: 6), one that is
+  // too long is cut. Each tells of its setting on standard error, secrets included, but for channel
+  // and password.
   //
   // Of every network (encoders.cpp); the running total is accepted and not looked at:
 
