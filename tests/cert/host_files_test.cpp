@@ -207,6 +207,16 @@ TEST_F(LoadFromFile, TriesLongerWhileBytesCome) {
   EXPECT_GE(system.now(), 9 * virtual_system::Second);
 }
 
+TEST_F(LoadFromFile, CountsTheTimeThatTriesTakeThemselves) {
+  bool isFirst = true;
+  system.fileTransfer = [&](std::size_t /*size*/) -> ssize_t {
+    system.advance(virtual_system::Second);
+    return std::exchange(isFirst, false) ? 1 : -EAGAIN;
+  };
+  EXPECT_EQ(load(folder.write("f", "abc")), -1);
+  EXPECT_LE(system.now(), 7 * virtual_system::Second);
+}
+
 TEST_F(LoadFromFile, TakesAnErrorFromBeforeForNone) {
   const std::string path = folder.write("f", "abcdef");
   script({2});
