@@ -193,6 +193,43 @@ TEST_F(LoadFromFile, TriesTheRestForFiveSeconds) {
   EXPECT_EQ(leftOpen, 0);
 }
 
+TEST_F(LoadFromFile, TriesLongerWhileBytesCome) {
+  auto next = system.now();
+  system.fileTransfer = [&](std::size_t /*size*/) -> ssize_t {
+    if (system.now() < next) {
+      return -EAGAIN;
+    }
+    next = system.now() + 3 * virtual_system::Second;
+    return 1;
+  };
+  EXPECT_EQ(load(folder.write("f", "abcd")), 4);
+  EXPECT_EQ(loaded(5), "abcd#");
+  EXPECT_GE(system.now(), 9 * virtual_system::Second);
+}
+
+TEST_F(LoadFromFile, CountsTheTimeThatTriesTakeThemselves) {
+  bool isFirst = true;
+  system.fileTransfer = [&](std::size_t /*size*/) -> ssize_t {
+    system.advance(virtual_system::Second);
+    return std::exchange(isFirst, false) ? 1 : -EAGAIN;
+  };
+  EXPECT_EQ(load(folder.write("f", "abc")), -1);
+  EXPECT_LE(system.now(), 7 * virtual_system::Second);
+}
+
+TEST_F(LoadFromFile, TakesAnErrorFromBeforeForNone) {
+  const std::string path = folder.write("f", "abcdef");
+  script({2});
+  buffer.assign(BufferSize, '#');
+  int result = -77;
+  outputOf([&] {
+    errno = EAGAIN;
+    result = CertMgr::loadFromFile(buffer.data(), BufferSize, path.c_str());
+  });
+  EXPECT_EQ(result, 6);
+  EXPECT_EQ(loaded(7), "abcdef#");
+}
+
 TEST_F(LoadFromFile, EndsWhenTheRestCannotBeRead) {
   const std::string path = folder.write("f", "abcdef");
   script({2, 1, -EIO});
@@ -274,6 +311,15 @@ TEST_F(SaveToFile, TriesTheRestAgain) {
   script({1, -EAGAIN, 1, -EAGAIN});
   EXPECT_TRUE(save(path, "abc"));
   EXPECT_EQ(support::fileContent(path), "abc");
+}
+
+TEST_F(SaveToFile, FailsWhenTheFileTakesNoMore) {
+  const std::string path = folder.path("f");
+  script({2, 0});
+  EXPECT_FALSE(save(path, "abc"));
+  EXPECT_EQ(support::fileContent(path), "ab");
+  EXPECT_EQ(err, "");
+  EXPECT_EQ(leftOpen, 0);
 }
 
 TEST_F(SaveToFile, EndsWhenTheRestCannotBeWritten) {

@@ -50,6 +50,7 @@ TEST(MakeObjStoreCmd, CountsLongTextsWithTheHighByteFirst) {
 
 TEST(MakeObjStoreCmd, BuildsNothingOfATextThatNoLengthFieldCounts) {
   const Bytes largest = command(std::string(65529, 'x').c_str());
+  ASSERT_EQ(largest.size(), 19U + 9U + 65529U);
   EXPECT_EQ(Bytes(largest.begin() + 19, largest.begin() + 22), bytes("A5 FF FF"));
   EXPECT_EQ(command(std::string(65530, 'x').c_str()), Bytes());
 }

@@ -3,6 +3,7 @@
 #include <memory>
 #include <openssl/asn1.h>
 #include <openssl/err.h>
+#include <regex>
 #include <string>
 #include <tuple>
 
@@ -98,6 +99,7 @@ TEST(FormatCMCADate, NamesEveryMonth) {
 
 TEST(FormatCMCADate, WritesYearsWithFourDigits) {
   EXPECT_EQ(validity({7, 1, 11}, {9999, 1, 11}), "Jan_11_0007_To_Jan_11_9999");
+  EXPECT_EQ(validity({7, 1, 11}, {80, 1, 11}), "Jan_11_0007_To_Jan_11_0080");
 }
 
 TEST(FormatCMCADate, WritesNothingInto25Bytes) {
@@ -178,6 +180,14 @@ TEST_F(GetPemCommonName, FailsWhenALongSubjectLeavesNoRoomForIt) {
   EXPECT_EQ(caName, "(none)");
 }
 
+TEST_F(GetPemCommonName, TakesASubjectOf255Characters) {
+  const std::string longest(255 - std::string("/CN=").size(), 'x');
+  EXPECT_EQ(nameContent(certificatePem({.subject = {{"CN", longest}}})), 0);
+  EXPECT_EQ(commonName, longest);
+  EXPECT_EQ(caName, longest + "_Jan__5_2020_To_Dec_25_2030");
+  EXPECT_EQ(nameContent(certificatePem({.subject = {{"CN", longest + "x"}}})), -1);
+}
+
 TEST_F(GetPemCommonName, LeavesOutTheComponentsThatDoNotFit) {
   EXPECT_EQ(nameContent(certificatePem({.subject = {{"CN", "y"}, {"O", std::string(300, 'x')}}})),
             0);
@@ -208,6 +218,16 @@ TEST_F(GetPemCommonName, SaysThatAFileHoldsNoPemCertificate) {
 TEST_F(GetPemCommonName, SkipsWhatStandsInFrontOfTheCertificate) {
   EXPECT_EQ(nameContent("garbage\n-----BEGIN\n\xFF\n" + certificatePem()), 0);
   EXPECT_EQ(commonName, "RootCA");
+}
+
+TEST_F(GetPemCommonName, ReadsTheOtherLabelsOfCertificatesToo) {
+  for (const char* label : {"TRUSTED CERTIFICATE", "X509 CERTIFICATE"}) {
+    const std::string pem =
+        std::regex_replace(certificatePem(), std::regex("CERTIFICATE(?=-----)"), label);
+    commonName.clear();
+    EXPECT_EQ(nameContent(pem), 0) << label;
+    EXPECT_EQ(commonName, "RootCA") << label;
+  }
 }
 
 TEST_F(GetPemCommonName, AsksForNoPassPhrase) {
