@@ -25,8 +25,10 @@ constexpr std::string_view DefaultFriendlyName = "Quorvanthelisdorm";
 /// What the printer's field holds beside the zero byte.
 constexpr std::size_t FriendlyNameLimit = 31;
 
-/// Of a file's content, of its Base64 text with the zero byte, and of a request from the printer.
-constexpr std::size_t FileBufferSize = 16384;
+/// Of a file's content, and of its Base64 text with the zero byte.
+constexpr std::size_t UploadBufferSize = 16384;
+/// Of a certificate request from the printer.
+constexpr std::size_t RequestBufferSize = 16384;
 
 const std::string& requireDevice(const std::string& usbDevice) {
   if (usbDevice.empty()) {
@@ -63,9 +65,9 @@ struct Upload {
 
 /// Reads a file and encodes it; nothing when it is empty, cannot be read or does not fit.
 std::optional<Upload> readUpload(const char* path) {
-  std::vector<unsigned char> content(FileBufferSize);
-  const int size = CertMgr::loadFromFile(content.data(), FileBufferSize, path);
-  std::vector<char> base64(FileBufferSize);
+  std::vector<unsigned char> content(UploadBufferSize);
+  const int size = CertMgr::loadFromFile(content.data(), UploadBufferSize, path);
+  std::vector<char> base64(UploadBufferSize);
   if (size <= 0 || Base64::encode(content.data(), static_cast<unsigned long>(size), base64.data(),
                                   base64.size()) == 0) {
     return std::nullopt;
@@ -150,10 +152,10 @@ int CertMgr::saveCertRequest(const char* path, const char* friendlyName) {
     return Failed;
   }
   return call(method_calls::ExportPubKey, {*name}, [path](const ObjStoreResponse& response) {
-    std::vector<unsigned char> request(FileBufferSize);
-    const unsigned int size = response.getCMCertRequestData(request.data(), FileBufferSize);
+    std::vector<unsigned char> request(RequestBufferSize);
+    const unsigned int size = response.getCMCertRequestData(request.data(), RequestBufferSize);
     // A request that does not fit is reported as -1, which is a large number here.
-    return size <= FileBufferSize && saveToFile(request.data(), size, path) ? 0 : Failed;
+    return size <= RequestBufferSize && saveToFile(request.data(), size, path) ? 0 : Failed;
   });
 }
 

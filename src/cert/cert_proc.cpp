@@ -15,7 +15,7 @@ namespace {
 constexpr int StatusFailed = 1;
 constexpr int StatusNoSuchFile = 2;
 
-int readDefaults(configDetails& config) {
+int readDefaults(const configDetails& config) {
   CertMgr manager(config.getUSB());
   std::string organisation;
   std::string unit;
@@ -37,7 +37,7 @@ int readDefaults(configDetails& config) {
   return 0;
 }
 
-int createRequest(configDetails& config) {
+int createRequest(const configDetails& config) {
   CertMgr manager(config.getUSB());
   const char* const organisation = config.getCerOrg().c_str();
   const char* const unit = config.getCerUnit().c_str();
@@ -70,7 +70,7 @@ int createRequest(configDetails& config) {
   return 0;
 }
 
-int install(configDetails& config) {
+int install(const configDetails& config) {
   const bool isCa = !config.get802CACertFile().empty();
   const char* const path =
       (isCa ? config.get802CACertFile() : config.get802SignedCertFile()).c_str();
@@ -93,7 +93,7 @@ int install(configDetails& config) {
 
 struct Command {
   std::string_view name;
-  int (*run)(configDetails& config);
+  int (*run)(const configDetails& config);
 };
 
 constexpr std::array Commands = {

@@ -16,20 +16,23 @@
 namespace {
 
 constexpr int Failed = -1;
+// Without waiting for the other end of a named pipe.
+constexpr int OpenFlags = O_CLOEXEC | O_NONBLOCK;
 constexpr mode_t NewFileMode = 0644;
 /// For how long a file may answer "try again" without a byte.
 constexpr std::time_t TryAgainLimitSeconds = 5;
 
 /// How far reading or writing a file came.
 struct Transfer {
-  enum class Trouble {
-    None,    ///< all was transferred, or the file gives or takes no more
-    Later,   ///< an error while the rest was transferred
-    AtOnce,  ///< the first try came short with "try again"
+  /// The diagnostic lines name trouble by its number.
+  enum Trouble {
+    None = 0,    ///< all was transferred, or the file gives or takes no more
+    Later = 1,   ///< an error while the rest was transferred
+    AtOnce = 2,  ///< the first try came short with "try again"
   };
 
   std::size_t done = 0;
-  Trouble trouble = Trouble::None;
+  Trouble trouble = None;
   int error = 0;
 };
 
@@ -50,7 +53,7 @@ Transfer transferAll(std::size_t size, Step step) {
   };
   take();
   if (result.done < size && result.error == EAGAIN) {
-    result.trouble = Transfer::Trouble::AtOnce;
+    result.trouble = Transfer::AtOnce;
     return result;
   }
   util::Patience tryAgain(TryAgainLimitSeconds);
@@ -61,24 +64,18 @@ Transfer transferAll(std::size_t size, Step step) {
     } else if (count < 0 && result.error == EAGAIN) {
       tryAgain.pause();
     } else {
-      result.trouble = count < 0 ? Transfer::Trouble::Later : Transfer::Trouble::None;
+      result.trouble = count < 0 ? Transfer::Later : Transfer::None;
       break;
     }
   }
   return result;
 }
 
-/// The number by which the diagnostic lines tell where the trouble was.
-int numberOf(Transfer::Trouble trouble) {
-  return trouble == Transfer::Trouble::Later ? 1 : 2;
-}
-
 }  // namespace
 
 int CertMgr::loadFromFile(unsigned char* buf, unsigned int bufSize, const char* path) {
   const std::string file(util::textOf(path));
-  // Without waiting for the writer of a named pipe, which has no size to be read.
-  util::UniqueFd descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  util::UniqueFd descriptor(::open(file.c_str(), O_RDONLY | OpenFlags));
   struct stat status = {};
   if (!descriptor || ::fstat(descriptor.get(), &status) != 0) {
     return Failed;
@@ -87,15 +84,15 @@ int CertMgr::loadFromFile(unsigned char* buf, unsigned int bufSize, const char* 
   util::debugLine("Loading file %s, %lld bytes", file.c_str(),
                   static_cast<long long>(status.st_size));
   if (size > bufSize) {
-    // Left open, as it always was: the run ends soon.
+    // Left open on purpose; the run ends soon.
     descriptor.release();
     return Failed;
   }
   const Transfer transfer = transferAll(
       size, [&](std::size_t done) { return ::read(descriptor.get(), buf + done, size - done); });
-  if (transfer.trouble != Transfer::Trouble::None) {
-    util::debugLine("loadFromFile error (%d): %d, bytes=%zu, size=%zu", numberOf(transfer.trouble),
-                    transfer.error, transfer.done, size);
+  if (transfer.trouble != Transfer::None) {
+    util::debugLine("loadFromFile error (%d): %d, bytes=%zu, size=%zu",
+                    static_cast<int>(transfer.trouble), transfer.error, transfer.done, size);
   }
   return transfer.done == size ? static_cast<int>(size) : Failed;
 }
@@ -103,14 +100,14 @@ int CertMgr::loadFromFile(unsigned char* buf, unsigned int bufSize, const char* 
 bool CertMgr::saveToFile(unsigned char* buf, unsigned int size, const char* path) {
   const std::string file(util::textOf(path));
   const util::UniqueFd descriptor(
-      ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, NewFileMode));
+      ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | OpenFlags, NewFileMode));
   if (!descriptor) {
     return false;
   }
   const Transfer transfer = transferAll(
       size, [&](std::size_t done) { return ::write(descriptor.get(), buf + done, size - done); });
-  if (transfer.trouble != Transfer::Trouble::None) {
-    util::debugLine("saveToFile error (%d): %d, bytes=%zu\n", numberOf(transfer.trouble),
+  if (transfer.trouble != Transfer::None) {
+    util::debugLine("saveToFile error (%d): %d, bytes=%zu\n", static_cast<int>(transfer.trouble),
                     transfer.error, transfer.done);
   }
   return transfer.done == size;

@@ -1,6 +1,7 @@
 #include "cert/method_call.h"
 
 #include <array>
+#include <cassert>
 
 namespace method_calls {
 
@@ -94,6 +95,7 @@ std::optional<std::string> requestText(const MethodCall& call,
           R"(</arg><arg name="params"><ListElem><ListElem>)"});
   if (call.shape == Shape::Map) {
     text.append("<MapElem>");
+    assert(values.size() == call.parameters.size());
     const auto* value = values.begin();
     for (const auto& [name, element] : call.parameters) {
       append(text, {R"(<child name=")", name, R"("><)", element, ">", *value++, "</", element,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstring>
 #include <iterator>
 #include <memory>
 #include <optional>
@@ -14,9 +15,9 @@
 
 namespace {
 
-/// The largest text that the packet's length field can count.
-constexpr std::size_t XmlLimit =
-    npa::LengthLimit + npa::LengthHeaderSize - npa::ObjStoreNpaHeader.size();
+bool fitsPacket(std::size_t xmlSize) {
+  return npa::canBeFramed(npa::ObjStoreNpaHeader.size() + xmlSize);
+}
 
 /// The command byte of every reply packet.
 constexpr unsigned char ReplyCommand = 0xE0;
@@ -25,8 +26,7 @@ constexpr unsigned char ReplyCommand = 0xE0;
 constexpr std::array<unsigned char, 7> ReplyMarker = {ReplyCommand, 0xC0, 0x03,        0x00,
                                                       0x01,         0x00, ReplyCommand};
 
-/// The XML text in a raw reply, up to its first zero byte; nothing when the reply is none of the
-/// object store's.
+/// The XML text in a raw reply; nothing when the reply is none of the object store's.
 std::optional<std::string> xmlIn(std::span<const unsigned char> reply) {
   if (reply.size() < ReplyMarker.size() ||
       !std::ranges::equal(reply.first(ReplyMarker.size()), ReplyMarker)) {
@@ -34,10 +34,9 @@ std::optional<std::string> xmlIn(std::span<const unsigned char> reply) {
   }
   std::string text;
   text.reserve(reply.size());
-  // Those inside the text go as well: that is known, and the printers' texts do without.
+  // Those inside a text go as well, on purpose.
   std::ranges::remove_copy(reply.subspan(ReplyMarker.size()), std::back_inserter(text),
                            ReplyCommand);
-  text.resize(std::min(text.find('\0'), text.size()));
   return text;
 }
 
@@ -68,7 +67,7 @@ std::string_view entityOf(char symbol) {
 
 unsigned int CertMgr::makeObjStoreCmd(const char* xml, unsigned char*& cmd) {
   std::string text(util::textOf(xml));
-  if (text.size() > XmlLimit) {
+  if (!fitsPacket(text.size())) {
     return 0;
   }
   std::vector<unsigned char> bytes(npa::usbSniff.begin(), npa::usbSniff.end());
@@ -79,7 +78,7 @@ unsigned int CertMgr::makeObjStoreCmd(const char* xml, unsigned char*& cmd) {
 
 void CertMgr::appendObjStoreCmd(std::vector<unsigned char>& out, unsigned char* xml,
                                 unsigned int xmlLen) {
-  if (xmlLen > XmlLimit) {
+  if (!fitsPacket(xmlLen)) {
     return;
   }
   auto header = npa::objStoreHeader(xmlLen);
@@ -133,11 +132,14 @@ int CertMgr::getXmlResponse(unsigned char* reply, int replyLen, char* out, unsig
   }
   std::fill_n(out, outSize, '\0');
   std::ranges::copy(*text, out);
-  return static_cast<int>(text->size());
+  return static_cast<int>(std::strlen(out));
 }
 
 std::string CertMgr::getXmlResponse(unsigned char* reply, int replyLen) {
-  return xmlIn(replyOf(reply, replyLen)).value_or(std::string());
+  std::string text = xmlIn(replyOf(reply, replyLen)).value_or(std::string());
+  // A text ends at its first zero byte, here as in the other form.
+  text.resize(std::min(text.find('\0'), text.size()));
+  return text;
 }
 
 std::string CertMgr::symbolToEntities(const char* text) {

@@ -1,6 +1,8 @@
 // CertMgr's view of PEM certificates, and the only place that knows OpenSSL.
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdio>
 #include <memory>
 #include <openssl/asn1.h>
@@ -8,6 +10,7 @@
 #include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/x509.h>
+#include <string_view>
 
 #include "cert/cert_mgr.h"
 #include "util/c_text.h"

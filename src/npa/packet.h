@@ -103,9 +103,9 @@ constexpr std::array<Byte, QuerySize> query(Byte group, Byte object) {
 }
 
 /// The header of an object-store packet with `xmlSize` bytes of XML.
-constexpr std::array<Byte, 9> objStoreHeader(std::size_t xmlSize) {
+constexpr auto objStoreHeader(std::size_t xmlSize) {
   const std::size_t length = xmlSize + ObjStoreNpaHeader.size() - LengthHeaderSize;
-  std::array<Byte, 9> header = ObjStoreNpaHeader;
+  auto header = ObjStoreNpaHeader;
   header[1] = highByte(length);
   header[2] = lowByte(length);
   return header;

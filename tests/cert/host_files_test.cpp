@@ -278,6 +278,14 @@ TEST_F(SaveToFile, FailsSilentlyWhenTheFileCannotBeOpened) {
   EXPECT_FALSE(CertMgr::saveToFile(buffer.data(), 0, nullptr));
 }
 
+TEST_F(SaveToFile, DoesNotWaitForTheReaderOfANamedPipe) {
+  const std::string path = folder.path("pipe");
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  EXPECT_FALSE(save(path, "abc"));
+  EXPECT_EQ(err, "");
+  EXPECT_EQ(leftOpen, 0);
+}
+
 TEST_F(SaveToFile, FailsSilentlyWithoutPermission) {
   const std::string path = folder.path("f");
   system.device(path).openErrno = EACCES;
