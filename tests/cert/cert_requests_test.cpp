@@ -1,0 +1,200 @@
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "cert/cert_mgr.h"
+#include "support/certificate_manager.h"
+
+// Certificate requests: made by the printer, their defaults, and saved to a file.
+
+namespace {
+
+using support::Bytes;
+using support::callXml;
+using support::CertManager;
+using support::DefaultFriendlyName;
+using support::deletionOf;
+using support::failure;
+using support::inMap;
+using support::Output;
+using support::parameter;
+using support::success;
+using support::textChild;
+using Names = std::vector<std::string>;
+
+// --- Requests -----------------------------------------------------------------------------------
+
+int createRequest(CertMgr& manager, const char* friendlyName = nullptr) {
+  return manager.creatCertRequest("o", "ou", "c", "st", "l", "cn", "an", friendlyName);
+}
+
+std::string generation(const std::string& friendlyName, const Names& texts) {
+  const Names names = {"x509_O", "x509_AN", "x509_C", "x509_CN", "x509_L", "x509_OU", "x509_ST"};
+  std::string children = parameter("cert_friendly_name", "StringElem", friendlyName);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    children += parameter(names[i], "StringElem", texts[i]);
+  }
+  return callXml(200, "generateNewCert", inMap(children));
+}
+
+const Names Subject = {"o", "an", "c", "cn", "l", "ou", "st"};
+
+TEST_F(CertManager, RemovesTheOldCertificateAndThenHasARequestMade) {
+  answer({success()});
+  EXPECT_EQ(run([](CertMgr& manager) { return createRequest(manager); }), 0);
+  EXPECT_EQ(calls(),
+            (Names{deletionOf(DefaultFriendlyName), generation(DefaultFriendlyName, Subject)}));
+  EXPECT_EQ(output, Output());
+}
+
+TEST_F(CertManager, MakesARequestAlsoWhenThereWasNothingToRemove) {
+  answer({failure("3", "no such certificate"), success()});
+  EXPECT_EQ(run([](CertMgr& manager) { return createRequest(manager); }), 0);
+  EXPECT_EQ(output.err,
+            "D [ZVK] Delete signed cert error 3\n"
+            "D [ZVK] no such certificate\n");
+}
+
+TEST_F(CertManager, MakesARequestAlsoWhenTheRemovalGetsNoReply) {
+  answer({Bytes(), success()});
+  EXPECT_EQ(run([](CertMgr& manager) { return createRequest(manager); }), 0);
+  EXPECT_EQ(calls().size(), 2U);
+}
+
+TEST_F(CertManager, EscapesTheSubjectButNotTheFriendlyName) {
+  answer({success()});
+  run([](CertMgr& manager) {
+    return manager.creatCertRequest("o&", "ou\"", "c'", "st<", "l>", "%s%n", "an&amp;", "a&b<c>");
+  });
+  EXPECT_EQ(calls(), (Names{deletionOf("a&b<c>"),
+                            generation("a&b<c>", {"o&amp;", "an&amp;amp;", "c&apos;", "%s%n",
+                                                  "l&gt;", "ou&quot;", "st&lt;"})}));
+}
+
+TEST_F(CertManager, TakesNullPointersForEmptyTexts) {
+  answer({success()});
+  run([](CertMgr& manager) {
+    return manager.creatCertRequest(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                    nullptr);
+  });
+  EXPECT_EQ(calls().at(1), generation(DefaultFriendlyName, Names(7)));
+}
+
+TEST_F(CertManager, SendsNothingWhenTheRequestDoesNotFit) {
+  answer({success()});
+  const std::size_t room = 3071 - generation(DefaultFriendlyName, Names(7)).size();
+  const auto create = [&](const std::string& organisation) {
+    return run([&](CertMgr& manager) {
+      return manager.creatCertRequest(organisation.c_str(), "", "", "", "", "", "", nullptr);
+    });
+  };
+  EXPECT_EQ(create(std::string(room + 1, 'x')), -1);
+  EXPECT_EQ(create(std::string(4096, '%')), -1);
+  // Five bytes each, once escaped.
+  EXPECT_EQ(create(std::string(room / 5 + 1, '&')), -1);
+  EXPECT_EQ(device.opens, 0);
+  EXPECT_EQ(output, Output());
+  EXPECT_EQ(create(std::string(room, 'x')), 0);
+  EXPECT_EQ(calls().at(1).size(), 3071U);
+}
+
+TEST_F(CertManager, WaitsLongerForTheCallsThatWorkOnKeys) {
+  const auto seconds = [&](auto operation) {
+    const auto start = system.now();
+    run(operation);
+    return (system.now() - start) / virtual_system::Second;
+  };
+  // Two exchanges: the removal and the request, each with two seconds ahead.
+  EXPECT_EQ(seconds([](CertMgr& manager) { return createRequest(manager); }), 7 + 12);
+  EXPECT_EQ(seconds([](CertMgr& manager) { return manager.saveCertRequest("", nullptr); }), 12);
+  EXPECT_EQ(seconds([](CertMgr& manager) { return manager.deleteCACert("x"); }), 7);
+}
+
+// --- The request's defaults ---------------------------------------------------------------------
+
+TEST_F(CertManager, ReadsTheDefaultsOfARequest) {
+  answer({success(textChild("x509_O", "Org") + textChild("x509_OU", "Unit") +
+                  textChild("x509_C", "DE") + textChild("x509_ST", "State") +
+                  textChild("x509_L", "City") + textChild("x509_CN", "printer") +
+                  textChild("x509_AN", "printer.example"))});
+  Names texts(7);
+  EXPECT_EQ(run([&](CertMgr& manager) {
+              return manager.getCertRequestDefaults(texts[0], texts[1], texts[2], texts[3],
+                                                    texts[4], texts[5], texts[6]);
+            }),
+            0);
+  EXPECT_EQ(texts, (Names{"Org", "Unit", "DE", "State", "City", "printer", "printer.example"}));
+  EXPECT_EQ(calls(), (Names{R"(<?xml version="1.0"?><method name="callMethod" requestID="100">)"
+                            R"(<arg name="objName">applications.certMgr</arg>)"
+                            R"(<arg name="method">readCertDefaults</arg>)"
+                            R"(<arg name="params"><ListElem><ListElem><MapElem></MapElem>)"
+                            R"(</ListElem></ListElem></arg></method>)"}));
+  EXPECT_EQ(output, Output());
+}
+
+// --- Saving the request -------------------------------------------------------------------------
+
+std::string requestChild(const std::string& base64) {
+  return R"(<child name="cert_dot_csr_file"><BinaryElem>)" + base64 + "</BinaryElem></child>";
+}
+
+class SaveCertRequest : public CertManager {
+ protected:
+  int save(const char* friendlyName = nullptr) {
+    return run(
+        [&](CertMgr& manager) { return manager.saveCertRequest(path.c_str(), friendlyName); });
+  }
+
+  std::string path = folder.path("request");
+};
+
+TEST_F(SaveCertRequest, WritesTheDecodedBytesAlone) {
+  answer({success(requestChild("QUJD"))});
+  EXPECT_EQ(save(), 0);
+  EXPECT_EQ(support::fileContent(path), "ABC");
+  EXPECT_EQ(
+      calls(),
+      (Names{callXml(210, "exportPubKey",
+                     inMap(parameter("cert_friendly_name", "StringElem", DefaultFriendlyName)))}));
+  EXPECT_EQ(output, Output());
+}
+
+TEST_F(SaveCertRequest, WritesAnEmptyFileForAnEmptyRequest) {
+  answer({success()});
+  EXPECT_EQ(save(), 0);
+  EXPECT_TRUE(std::filesystem::exists(path));
+  EXPECT_EQ(support::fileContent(path), "");
+}
+
+TEST_F(SaveCertRequest, TakesAReplyThatIsCutBehindItsStatusForOneWithoutARequest) {
+  const std::string whole = support::replyXml(support::statusChildren("1") + requestChild("QUJD"));
+  const std::size_t end = whole.find("</BinaryElem>");
+  answer({support::replyPacket(whole.substr(0, end))});
+  EXPECT_EQ(save(), 0);
+  EXPECT_EQ(support::fileContent(path), "");
+}
+
+TEST_F(SaveCertRequest, TakesARequestOf16384BytesAndNoLargerOne) {
+  folder.write("request", "before");
+  // 5461 groups of three bytes and one of one or two.
+  const std::string groups(std::size_t{4} * 5461, 'A');
+  answer({success(requestChild(groups + "AAA=")), success(requestChild(groups + "AA=="))});
+  EXPECT_EQ(save(), -1);
+  EXPECT_EQ(support::fileContent(path), "before");
+  EXPECT_EQ(output, Output());
+  EXPECT_EQ(save(), 0);
+  EXPECT_EQ(support::fileContent(path), std::string(16384, '\0'));
+}
+
+TEST_F(SaveCertRequest, FailsWhenTheFileCannotBeWritten) {
+  path = folder.path("absent/request");
+  answer({success(requestChild("QUJD"))});
+  EXPECT_EQ(save(), -1);
+  EXPECT_EQ(output, Output());
+  path = "/dev/full";
+  EXPECT_EQ(save(), -1);
+  EXPECT_EQ(output.err, "D [ZVK] saveToFile error (1): 28, bytes=0\n\n");
+}
+
+}  // namespace

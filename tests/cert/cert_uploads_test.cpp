@@ -1,0 +1,202 @@
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cert/cert_mgr.h"
+#include "support/certificate_manager.h"
+#include "support/certificates.h"
+
+// Uploads of certificates, and the CA certificate that goes before its successor comes.
+
+namespace {
+
+using support::callXml;
+using support::CertManager;
+using support::DefaultFriendlyName;
+using support::failure;
+using support::inMap;
+using support::listChild;
+using support::Output;
+using support::parameter;
+using support::success;
+using Names = std::vector<std::string>;
+
+const std::string CaQuery = callXml(420, "queryCAList", "");
+
+/// RootCA, valid from 2020-01-05 to 2030-12-25.
+constexpr const char* RootCaName = "RootCA_Jan__5_2020_To_Dec_25_2030";
+
+// --- Uploads ------------------------------------------------------------------------------------
+
+std::string signedUpload(const std::string& name, const std::string& size,
+                         const std::string& base64) {
+  return callXml(500, "uploadSignedCertFile",
+                 inMap(parameter("cert_friendly_name", "StringElem", name) +
+                       parameter("cert_syst_dot_pem_size", "IntegerElem", size) +
+                       parameter("cert_syst_dot_pem_file", "BinaryElem", base64)));
+}
+
+std::string caUpload(const std::string& name, const std::string& size, const std::string& base64) {
+  return callXml(400, "uploadNewCAFile",
+                 inMap(parameter("ca_file_name", "StringElem", name) +
+                       parameter("ca_dot_pem_size", "IntegerElem", size) +
+                       parameter("ca_dot_pem_file", "BinaryElem", base64)));
+}
+
+TEST_F(CertManager, UploadsASignedCertificateWithItsOwnSize) {
+  answer({success()});
+  const std::string path = folder.write("signed.pem", "ABCD");
+  EXPECT_EQ(run([&](CertMgr& manager) { return manager.installSignedCert(path.c_str(), nullptr); }),
+            0);
+  EXPECT_EQ(calls(), (Names{signedUpload(DefaultFriendlyName, "4", "QUJDRA==")}));
+  EXPECT_EQ(output.err, loading(path));
+}
+
+TEST_F(CertManager, UploadsACaCertificateUnderTheFilesOwnName) {
+  answer({success()});
+  const std::string path = folder.write("my ca.pem", "no PEM");
+  EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), 0);
+  EXPECT_EQ(calls(), (Names{caUpload("my ca.pem", "6", "bm8gUEVN")}));
+  EXPECT_EQ(output.err, loading(path) + "D [ZVK] PEM_read failed?!\n");
+}
+
+TEST_F(CertManager, UploadsFromAPathWithoutASlash) {
+  answer({success()});
+  const auto before = std::filesystem::current_path();
+  folder.write("ca.pem", "x");
+  std::filesystem::current_path(folder.path(""));
+  EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert("ca.pem"); }), 0);
+  std::filesystem::current_path(before);
+  EXPECT_EQ(calls(), (Names{caUpload("ca.pem", "1", "eA==")}));
+}
+
+TEST_F(CertManager, UploadsWhatFitsTheRequestAndNothingLarger) {
+  answer({success()});
+  // Base64 text comes in groups of four for three bytes.
+  const std::size_t room = (16383 - signedUpload(DefaultFriendlyName, "11111", "").size()) / 4 * 3;
+  const auto upload = [&](std::size_t size) {
+    const std::string path = folder.write("f", std::string(size, 'x'));
+    return std::pair(
+        run([&](CertMgr& manager) { return manager.installSignedCert(path.c_str(), nullptr); }),
+        run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }));
+  };
+  for (const std::size_t size : {room + 100, std::size_t{12285}, std::size_t{12286},
+                                 std::size_t{16384}, std::size_t{16385}}) {
+    EXPECT_EQ(upload(size), std::pair(-1, -1)) << size;
+    EXPECT_EQ(device.opens, 0);
+  }
+  const std::string path = folder.write("f", std::string(room + 1, 'x'));
+  EXPECT_EQ(run([&](CertMgr& manager) { return manager.installSignedCert(path.c_str(), nullptr); }),
+            -1);
+  EXPECT_EQ(device.opens, 0);
+  EXPECT_EQ(upload(room), std::pair(0, 0));
+}
+
+TEST_F(CertManager, RemovesNothingWhenTheCaUploadDoesNotFit) {
+  answer({success(listChild({RootCaName}))});
+  // Base64 of this size fits its own buffer, but not the request.
+  std::string content = support::certificatePem();
+  content.resize(12285, '\n');
+  const std::string path = folder.write("ca.pem", content);
+  EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), -1);
+  EXPECT_EQ(device.opens, 0);
+  EXPECT_EQ(output.err, loading(path));
+}
+
+TEST_F(CertManager, UploadsNothingOfAFileThatCannotBeRead) {
+  for (const std::string& path : {folder.path("absent"), folder.path(""), folder.write("f", "")}) {
+    EXPECT_EQ(
+        run([&](CertMgr& manager) { return manager.installSignedCert(path.c_str(), nullptr); }),
+        -1);
+    EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), -1);
+  }
+  EXPECT_EQ(device.opens, 0);
+}
+
+// --- A CA of the same name ----------------------------------------------------------------------
+
+class CaCertificate : public CertManager {
+ protected:
+  std::string path = folder.write("ca.pem", support::certificatePem());
+  std::string deletion = callXml(410, "deleteIndividualCA",
+                                 inMap(parameter("ca_common_name", "StringElem", RootCaName)));
+  std::string toMatch = "D [ZVK] CA Common name to match: '" + std::string(RootCaName) + "'\n";
+
+  int remove() {
+    return run([&](CertMgr& manager) { return manager.removeCAIfExist(path.c_str()); });
+  }
+};
+
+TEST_F(CaCertificate, IsReplacedByAnUpload) {
+  answer({success(listChild({"Other", RootCaName, RootCaName})), success()});
+  EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), 0);
+  const Names sent = calls();
+  ASSERT_EQ(sent.size(), 3U);
+  EXPECT_EQ(sent[0], CaQuery);
+  EXPECT_EQ(sent[1], deletion);
+  EXPECT_TRUE(sent[2].find("uploadNewCAFile") != std::string::npos);
+  EXPECT_EQ(output.err, loading(path) + toMatch + "D [ZVK] CA cert exist! Removing...\n");
+}
+
+TEST_F(CaCertificate, IsUploadedAlsoWhenTheRemovalFails) {
+  answer({success(listChild({RootCaName})), failure("4", "in use"), success()});
+  EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), 0);
+  EXPECT_EQ(calls().size(), 3U);
+}
+
+TEST_F(CaCertificate, IsUploadedAlsoWhenTheListFails) {
+  answer({failure("4", "no list"), success()});
+  EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), 0);
+  EXPECT_EQ(calls().size(), 2U);
+  EXPECT_EQ(output.err, loading(path) + toMatch +
+                            "D [ZVK] getCACommonNameList error 4\n"
+                            "D [ZVK] no list\n");
+}
+
+TEST_F(CaCertificate, IsRemovedWhenThereIsOne) {
+  answer({success(listChild({RootCaName})), success()});
+  EXPECT_EQ(remove(), 1);
+  EXPECT_EQ(calls(), (Names{CaQuery, deletion}));
+  EXPECT_EQ(output.err, toMatch + "D [ZVK] CA cert exist! Removing...\n");
+}
+
+TEST_F(CaCertificate, IsNotRemovedWhenTheNameDiffersAtAll) {
+  std::string otherCase = RootCaName;
+  otherCase[0] = 'r';
+  answer({success(listChild({otherCase, std::string(RootCaName) + " ", "RootCA"}))});
+  EXPECT_EQ(remove(), 0);
+  EXPECT_EQ(calls(), (Names{CaQuery}));
+  EXPECT_EQ(output.err, toMatch);
+}
+
+TEST_F(CaCertificate, IsFoundAmongTheFirstNineOnly) {
+  Names names = {"1", "2", "3", "4", "5", "6", "7", "8", RootCaName};
+  answer({success(listChild(names)), success()});
+  EXPECT_EQ(remove(), 1);
+  names.insert(names.begin(), "0");
+  answer({success(listChild(names)), success()});
+  EXPECT_EQ(remove(), 0);
+}
+
+TEST_F(CaCertificate, IsNotRemovedWhenThePrinterRefuses) {
+  answer({success(listChild({RootCaName})), failure("5", "in use")});
+  EXPECT_EQ(remove(), 0);
+  EXPECT_EQ(output.err, toMatch +
+                            "D [ZVK] CA cert exist! Removing...\n"
+                            "D [ZVK] Delete CA cert error 5\n"
+                            "D [ZVK] in use\n");
+}
+
+TEST_F(CaCertificate, IsNotAskedForWithoutACommonName) {
+  path = folder.write("ca.pem", support::certificatePem({.subject = {{"O", "Org"}}}));
+  EXPECT_EQ(remove(), 0);
+  EXPECT_EQ(device.opens, 0);
+  EXPECT_EQ(output, Output());
+  answer({success()});
+  EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), 0);
+  EXPECT_EQ(calls().size(), 1U);
+}
+
+}  // namespace
