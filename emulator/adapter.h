@@ -41,6 +41,9 @@ class Adapter {
   /// answers to the packets that are complete now.
   std::vector<Reply> receive(std::span<const npa::Byte> bytes);
 
+  /// Drops the part of a packet whose rest has not come.
+  void forgetPartialPacket() { m_Reader.dropPending(); }
+
   /// Has `keep` called whenever settings or certificates have changed, ahead of the reply that says
   /// so.
   void onChange(std::function<void()> keep) { m_Keep = std::move(keep); }

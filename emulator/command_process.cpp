@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -50,6 +51,17 @@ struct Report {
 }
 
 }  // namespace
+
+std::vector<std::string> withDevice(std::vector<std::string> command, const std::string& path) {
+  constexpr std::string_view mark = "{}";
+  for (std::string& argument : command) {
+    for (std::size_t at = argument.find(mark); at != std::string::npos;
+         at = argument.find(mark, at + path.size())) {
+      argument.replace(at, mark.size(), path);
+    }
+  }
+  return command;
+}
 
 CommandProcess::CommandProcess(const std::vector<std::string>& command,
                                const std::function<void()>& prepare) {

@@ -7,6 +7,9 @@
 
 namespace emulator {
 
+/// A command's arguments with the device's path for each {}.
+std::vector<std::string> withDevice(std::vector<std::string> command, const std::string& path);
+
 /// A program started as a child process.
 class CommandProcess {
  public:

@@ -22,6 +22,7 @@
 #include "emulator/reply_files.h"
 #include "emulator/signal_queue.h"
 #include "emulator/state_folder.h"
+#include "emulator/usb_command.h"
 
 namespace {
 
@@ -54,18 +55,6 @@ FileStream openLog(const Options& options) {
   return stream;
 }
 
-/// The arguments with the device's path for each {}.
-std::vector<std::string> withDevice(std::vector<std::string> command, const std::string& path) {
-  constexpr std::string_view mark = "{}";
-  for (std::string& argument : command) {
-    for (std::size_t at = argument.find(mark); at != std::string::npos;
-         at = argument.find(mark, at + path.size())) {
-      argument.replace(at, mark.size(), path);
-    }
-  }
-  return command;
-}
-
 /// A started command, and the link that it reaches the printer by, if it needs one.
 struct Started {
   std::unique_ptr<FreeDeviceLink> link;
@@ -76,11 +65,12 @@ struct Started {
 std::optional<Started> startInNamespace(const Options& options, const std::string& device,
                                         const emulator::SignalQueue& signals) {
   try {
-    return Started{nullptr,
-                   CommandProcess(withDevice(options.command, emulator::PrivateDevicePath), [&] {
-                     emulator::enterPrivateDevices(device);
-                     signals.restore();
-                   })};
+    return Started{
+        nullptr,
+        CommandProcess(emulator::withDevice(options.command, emulator::PrivateDevicePath), [&] {
+          emulator::enterPrivateDevices(device);
+          signals.restore();
+        })};
   } catch (const StartError& error) {
     if (error.step != StartError::Step::Preparation) {
       throw;
@@ -101,7 +91,8 @@ Started startWithLink(const Options& options, const std::string& device,
         "\nRun it as root, or permit user namespaces (sysctl kernel.unprivileged_userns_clone=1).");
   }
   say("the printer is at " + link->path() + " while the command runs ({} stands for it)");
-  CommandProcess process(withDevice(options.command, link->path()), [&] { signals.restore(); });
+  CommandProcess process(emulator::withDevice(options.command, link->path()),
+                         [&] { signals.restore(); });
   return {std::move(link), process};
 }
 
@@ -158,7 +149,16 @@ int show(const Options& options) {
   return 0;
 }
 
-int serveOrRun(const Options& options) {
+/// Has the printer behind the door that the options ask for, until the end.
+int open(const Options& options, emulator::Adapter& adapter, emulator::MessageLog& log) {
+  if (options.action == Options::Action::Usb) {
+    return emulator::beUsbPrinter(options, adapter, log);
+  }
+  emulator::PtyDoor door(adapter);
+  return options.action == Options::Action::Run ? run(options, door) : serve(options, door);
+}
+
+int keepPrinter(const Options& options) {
   const FileStream logStream = openLog(options);
   emulator::MessageLog log(
       [&](std::string_view line) {
@@ -174,9 +174,7 @@ int serveOrRun(const Options& options) {
     restore(adapter, *folder);
     adapter.onChange([&] { folder->save(adapter.settings().stored(), adapter.certificates()); });
   }
-  emulator::PtyDoor door(adapter);
-  const int status =
-      options.action == Options::Action::Run ? run(options, door) : serve(options, door);
+  const int status = open(options, adapter, log);
   if (options.showSettings) {
     printState(adapter, options);
   }
@@ -192,7 +190,7 @@ int main(int argc, char** argv) {
       std::fputs(emulator::helpText().c_str(), stdout);
       return 0;
     }
-    return options.action == Options::Action::Show ? show(options) : serveOrRun(options);
+    return options.action == Options::Action::Show ? show(options) : keepPrinter(options);
   } catch (const emulator::UsageError& error) {
     say(std::string(error.what()) + "; 'zvkprinter help' lists what there is");
   } catch (const StartError& error) {

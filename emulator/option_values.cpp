@@ -108,4 +108,33 @@ ObjectAnswer parseObjectStatus(const std::string& text) {
   return {std::move(method), {}, status};
 }
 
+UsbSpeed parseSpeed(const std::string& text) {
+  if (text != "full" && text != "high") {
+    throw UsageError("'" + text + "' is no speed: full or high");
+  }
+  return text == "full" ? UsbSpeed::Full : UsbSpeed::High;
+}
+
+std::size_t parseAlternates(const std::string& text) {
+  const std::size_t count = parseNumber(text, LargestAlternateCount);
+  if (count == 0) {
+    throw UsageError("a device has at least one alternate setting");
+  }
+  return count;
+}
+
+UsbFault parseUsbFault(UsbFault::Kind kind, const std::string& text) {
+  const std::size_t colon = text.find(':');
+  const std::string direction = text.substr(0, colon);
+  if (direction != "in" && direction != "out") {
+    throw UsageError("'" + direction + "' is no direction: in or out");
+  }
+  UsbFault fault{.kind = kind,
+                 .direction = direction == "in" ? UsbDirection::In : UsbDirection::Out};
+  if (colon != std::string::npos) {
+    fault.afterBytes = parseNumber(std::string_view(text).substr(colon + 1), LargestUsbCount);
+  }
+  return fault;
+}
+
 }  // namespace emulator

@@ -21,6 +21,8 @@ struct UsageError : std::runtime_error {
 /// The largest counts of bytes and of queries, and the longest time in seconds.
 inline constexpr std::size_t LargestCount = 65538;
 inline constexpr std::size_t LargestDelay = 3600;
+/// The largest count of bytes over many transfers.
+inline constexpr std::size_t LargestUsbCount = 1'000'000'000;
 
 /// A number from 0 to `largest` in digits of that base.
 std::size_t parseNumber(std::string_view text, std::size_t largest, int base = 10);
@@ -46,5 +48,14 @@ ObjectAnswer parseObjectReply(const std::string& text);
 
 /// "METHOD:CODE", or "CODE" for every method.
 ObjectAnswer parseObjectStatus(const std::string& text);
+
+/// "full" or "high".
+UsbSpeed parseSpeed(const std::string& text);
+
+/// How many alternate settings there are.
+std::size_t parseAlternates(const std::string& text);
+
+/// "in" or "out", and behind a colon after how many bytes; at once without.
+UsbFault parseUsbFault(UsbFault::Kind kind, const std::string& text);
 
 }  // namespace emulator

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,7 +12,7 @@ namespace emulator {
 
 /// The command line of zvkprinter, taken apart.
 struct Options {
-  enum class Action { Help, Run, Serve, Show };
+  enum class Action { Help, Run, Serve, Usb, Show };
 
   Action action = Action::Help;
   Personality personality;
@@ -19,9 +20,11 @@ struct Options {
   bool showSettings = false;               ///< say at the end what the printer holds
   std::optional<std::string> stateFolder;  ///< keeps what the printer holds from run to run
   bool showSecrets = false;
-  bool namespaces = true;            ///< try a private mount namespace first
-  std::string link;                  ///< of `serve`
-  std::vector<std::string> command;  ///< of `run`
+  bool namespaces = true;             ///< try a private mount namespace first
+  std::string link;                   ///< of `serve`
+  bool attach = false;                ///< `usb`: plug the printer into this machine
+  std::optional<std::uint16_t> port;  ///< `usb`: serve it there; 0 is any
+  std::vector<std::string> command;   ///< of `run`; of `usb`, where it may be missing
 };
 
 /// Reads the arguments behind the program's name; throws `UsageError`.

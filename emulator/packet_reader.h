@@ -20,6 +20,9 @@ class PacketReader {
   /// How many bytes of an incomplete packet wait for the rest.
   std::size_t pendingBytes() const { return m_Pending.size(); }
 
+  /// Drops them.
+  void dropPending() { m_Pending.clear(); }
+
   /// How many bytes stood outside any packet so far.
   std::size_t strayBytes() const { return m_StrayBytes; }
 

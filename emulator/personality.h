@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "emulator/certificate_object.h"
+#include "emulator/usb_traits.h"
 #include "npa/packet.h"
 
 namespace emulator {
@@ -63,6 +64,9 @@ struct Personality {
   CertificateRules certificates{};
   /// The last one for a method goes before the last one for every call.
   std::vector<ObjectAnswer> objectAnswers{};
+
+  /// Behind a USB door only.
+  UsbTraits usb{};
 };
 
 }  // namespace emulator

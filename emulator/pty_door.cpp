@@ -1,15 +1,12 @@
 #include "emulator/pty_door.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
-#include <poll.h>
 #include <span>
 #include <system_error>
 #include <termios.h>
-#include <utility>
 
 namespace emulator {
 
@@ -51,60 +48,39 @@ PtyDoor::PtyDoor(Adapter& adapter)
   makeRaw(m_Slave.get());
 }
 
-void PtyDoor::carry(const SignalQueue& signals, const std::function<bool(int signal)>& goOn) {
-  while (true) {
-    sendDue();
-    const short masterEvents = m_DeviceIsFull ? POLLIN | POLLOUT : POLLIN;
-    std::array<pollfd, 2> polled = {
-        {{m_Master.get(), masterEvents, 0}, {signals.descriptor(), POLLIN, 0}}};
-    if (::poll(polled.data(), polled.size(), timeToNext()) < 0 && errno != EINTR) {
-      throw std::system_error(errno, std::generic_category(), "poll");
-    }
-    receiveAll();
-    while (const int signal = signals.next()) {
-      if (!goOn(signal)) {
-        receiveAll();
-        return;
-      }
-    }
-  }
-}
-
 void PtyDoor::receiveAll() {
   std::array<npa::Byte, 4096> buffer{};
   ssize_t count = 0;
   while ((count = ::read(m_Master.get(), buffer.data(), buffer.size())) > 0) {
     const auto now = Clock::now();
     const std::span received(buffer.data(), static_cast<std::size_t>(count));
-    for (Adapter::Reply& reply : m_Adapter.receive(received)) {
-      m_Outgoing.push_back({now + reply.delay, std::move(reply.bytes)});
-    }
+    m_Outgoing.add(m_Adapter.receive(received), now);
   }
 }
 
 void PtyDoor::sendDue() {
   m_DeviceIsFull = false;
-  while (!m_Outgoing.empty() && m_Outgoing.front().due <= Clock::now()) {
-    Bytes& bytes = m_Outgoing.front().bytes;
-    const ssize_t count = ::write(m_Master.get(), bytes.data(), bytes.size());
+  while (ReplyQueue::Piece* const piece = m_Outgoing.due(Clock::now())) {
+    const std::span<const npa::Byte> rest = piece->rest();
+    const ssize_t count = ::write(m_Master.get(), rest.data(), rest.size());
     if (count < 0) {
       m_DeviceIsFull = true;
       return;
     }
-    bytes.erase(bytes.begin(), bytes.begin() + count);
-    if (bytes.empty()) {
-      m_Outgoing.pop_front();
+    piece->sent += static_cast<std::size_t>(count);
+    if (piece->rest().empty()) {
+      m_Outgoing.drop();
     }
   }
 }
 
-int PtyDoor::timeToNext() const {
-  using std::chrono::milliseconds;
-  if (m_Outgoing.empty() || m_DeviceIsFull) {
-    return -1;
-  }
-  const auto wait = std::chrono::ceil<milliseconds>(m_Outgoing.front().due - Clock::now());
-  return static_cast<int>(std::max<milliseconds::rep>(wait.count(), 0));
+std::vector<pollfd> PtyDoor::awaited() const {
+  const short events = m_DeviceIsFull ? POLLIN | POLLOUT : POLLIN;
+  return {{m_Master.get(), events, 0}};
+}
+
+std::optional<Door::Clock::time_point> PtyDoor::nextDue() const {
+  return m_DeviceIsFull ? std::nullopt : m_Outgoing.nextDue();
 }
 
 }  // namespace emulator

@@ -7,10 +7,13 @@
 
 namespace emulator {
 
-SignalQueue::SignalQueue() {
+SignalQueue::SignalQueue(std::initializer_list<int> more) {
   sigset_t set{};
   ::sigemptyset(&set);
   for (const int signal : {SIGCHLD, SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
+    ::sigaddset(&set, signal);
+  }
+  for (const int signal : more) {
     ::sigaddset(&set, signal);
   }
   ::pthread_sigmask(SIG_BLOCK, &set, &m_Previous);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <csignal>
+#include <initializer_list>
 
 #include "util/unique_fd.h"
 
@@ -10,7 +11,8 @@ namespace emulator {
 /// lives they are blocked, and SIGPIPE is ignored.
 class SignalQueue {
  public:
-  SignalQueue();
+  /// Takes the signals of `more` as well.
+  explicit SignalQueue(std::initializer_list<int> more = {});
   ~SignalQueue();
   SignalQueue(const SignalQueue&) = delete;
   SignalQueue& operator=(const SignalQueue&) = delete;

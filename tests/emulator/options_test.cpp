@@ -151,7 +151,7 @@ TEST_P(WrongOptions, AreToldWithTheReason) {
 INSTANTIATE_TEST_SUITE_P(
     Mistakes, WrongOptions,
     testing::Values(
-        Mistake{{"UnknownAction"}, {"walk"}, "'walk' is none of run, serve, show and help"},
+        Mistake{{"UnknownAction"}, {"walk"}, "'walk' is none of run, serve, usb, show and help"},
         Mistake{{"RunWithoutDashes"}, {"run"}, "run needs a command behind --"},
         Mistake{{"RunWithoutCommand"}, {"run", "--"}, "run needs a command behind --"},
         Mistake{{"ServeWithoutLink"}, {"serve"}, "serve needs --link=PATH"},
