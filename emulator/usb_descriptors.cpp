@@ -39,8 +39,9 @@ constexpr Byte TwoMilliampere = 1;
 
 /// Puts the length ahead, which counts itself.
 Bytes withLength(std::initializer_list<Byte> rest) {
-  Bytes bytes = {static_cast<Byte>(rest.size() + 1)};
-  bytes.insert(bytes.end(), rest);
+  Bytes bytes(rest.size() + 1);
+  bytes[0] = static_cast<Byte>(bytes.size());
+  std::ranges::copy(rest, bytes.begin() + 1);
   return bytes;
 }
 
@@ -72,22 +73,20 @@ Bytes endpointDescriptor(Byte address, std::size_t packet) {
 
 Bytes configuration(const UsbTraits& traits, Byte type, UsbSpeed speed) {
   constexpr std::size_t headSize = 9;
-  Bytes interfaces;
+  Bytes all(headSize);
   for (std::size_t alternate = 0; alternate < traits.alternates; ++alternate) {
     const bool isTwoWay = hasInEndpoint(traits, alternate);
-    append(interfaces,
-           withLength({DescriptorInterface, 0, npa::lowByte(alternate),
-                       static_cast<Byte>(isTwoWay ? 2 : 1), UsbPrinterClass, UsbPrinterSubclass,
-                       interfaceProtocol(traits, alternate), NoString}));
-    append(interfaces, endpointDescriptor(EndpointOut, bulkPacketSize(speed)));
+    append(all, withLength({DescriptorInterface, 0, npa::lowByte(alternate),
+                            static_cast<Byte>(isTwoWay ? 2 : 1), UsbPrinterClass,
+                            UsbPrinterSubclass, interfaceProtocol(traits, alternate), NoString}));
+    append(all, endpointDescriptor(EndpointOut, bulkPacketSize(speed)));
     if (isTwoWay) {
-      append(interfaces, endpointDescriptor(EndpointIn, bulkPacketSize(speed)));
+      append(all, endpointDescriptor(EndpointIn, bulkPacketSize(speed)));
     }
   }
-  const std::size_t total = headSize + interfaces.size();
-  Bytes all = withLength({type, npa::lowByte(total), npa::highByte(total), 1, UsbConfigurationValue,
-                          NoString, SelfPowered, TwoMilliampere});
-  append(all, interfaces);
+  const Bytes head = withLength({type, npa::lowByte(all.size()), npa::highByte(all.size()), 1,
+                                 UsbConfigurationValue, NoString, SelfPowered, TwoMilliampere});
+  std::ranges::copy(head, all.begin());
   return all;
 }
 
