@@ -129,6 +129,9 @@ UsbFault parseUsbFault(UsbFault::Kind kind, const std::string& text) {
   if (direction != "in" && direction != "out") {
     throw UsageError("'" + direction + "' is no direction: in or out");
   }
+  if (kind == UsbFault::Kind::Unplug && colon == std::string::npos) {
+    throw UsageError("'" + text + "' does not say after how many bytes, such as in:512");
+  }
   UsbFault fault{.kind = kind,
                  .direction = direction == "in" ? UsbDirection::In : UsbDirection::Out};
   if (colon != std::string::npos) {

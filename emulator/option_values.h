@@ -55,7 +55,7 @@ UsbSpeed parseSpeed(const std::string& text);
 /// How many alternate settings there are.
 std::size_t parseAlternates(const std::string& text);
 
-/// "in" or "out", and behind a colon after how many bytes; at once without.
+/// "in" or "out", and behind a colon after how many bytes; without, at once. An unplug needs them.
 UsbFault parseUsbFault(UsbFault::Kind kind, const std::string& text);
 
 }  // namespace emulator

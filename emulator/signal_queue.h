@@ -12,7 +12,7 @@ namespace emulator {
 class SignalQueue {
  public:
   /// Takes the signals of `more` as well.
-  explicit SignalQueue(std::initializer_list<int> more = {});
+  SignalQueue(std::initializer_list<int> more = {});
   ~SignalQueue();
   SignalQueue(const SignalQueue&) = delete;
   SignalQueue& operator=(const SignalQueue&) = delete;

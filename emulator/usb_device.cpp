@@ -121,7 +121,10 @@ std::optional<std::int32_t> UsbDevice::failure(UsbPipe& pipe) {
     return UsbStalled;
   }
   if (fault == FaultKind::ProtocolError) {
-    m_Log.note("USB: protocol error on " + std::string(name));
+    // Some hosts try again at once, thousands of times.
+    if (pipe.isNews(*fault)) {
+      m_Log.note("USB: protocol errors on " + std::string(name));
+    }
     return UsbProtocolFault;
   }
   return std::nullopt;

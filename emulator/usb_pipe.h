@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "emulator/usb_transfer.h"
@@ -32,6 +33,8 @@ class UsbPipe {
   std::optional<FaultKind> fault() const;
   /// How many bytes may be transferred until the next fault; at least one while there is none.
   std::size_t untilFault() const;
+  /// Whether this is another fault than at the last such question.
+  bool isNews(FaultKind kind) { return std::exchange(m_LastTold, kind) != kind; }
   void endFaults() { m_Faults.clear(); }
 
   bool isHalted() const { return m_IsHalted; }
@@ -46,6 +49,7 @@ class UsbPipe {
  private:
   std::deque<UsbTransfer> m_Transfers;
   std::vector<UsbFault> m_Faults;
+  std::optional<FaultKind> m_LastTold;
   std::size_t m_Counted = 0;
   std::size_t m_WaitingBytes = 0;
   bool m_IsHalted = false;

@@ -132,6 +132,50 @@ TEST(ParseOptions, TakesTheStateOfShow) {
   EXPECT_EQ(options.stateFolder, "d");
 }
 
+TEST(ParseOptions, StartsFromAUsbDeviceThatIsWell) {
+  const Options options = parseOptions({"usb", "--attach"});
+  EXPECT_EQ(options.action, Options::Action::Usb);
+  EXPECT_TRUE(options.attach);
+  EXPECT_FALSE(options.port);
+  EXPECT_TRUE(options.command.empty());
+  const emulator::UsbTraits& usb = options.personality.usb;
+  EXPECT_EQ(usb.speed, emulator::UsbSpeed::High);
+  EXPECT_EQ(usb.alternates, 1U);
+  EXPECT_TRUE(usb.faults.empty());
+  EXPECT_EQ(usb.outBytesPerSecond, 0U);
+  EXPECT_FALSE(usb.replugAfter);
+}
+
+TEST(ParseOptions, TakesEveryOptionOfUsb) {
+  using Kind = emulator::UsbFault::Kind;
+  using emulator::UsbDirection;
+  const Options options =
+      parseOptions({"usb", "--port=65535", "--speed=full", "--alternates=4", "--usb-stall=in",
+                    "--usb-protocol-error=out:5", "--usb-hold", "in:1000000000", "--usb-slow=64",
+                    "--usb-unplug-after=out:0", "--usb-replug-after=7", "--silent", "--", "true"});
+  EXPECT_FALSE(options.attach);
+  EXPECT_EQ(options.port, 65535);
+  EXPECT_EQ(options.command, Words{"true"});
+  EXPECT_TRUE(options.personality.silent);
+  const emulator::UsbTraits& usb = options.personality.usb;
+  EXPECT_EQ(usb.speed, emulator::UsbSpeed::Full);
+  EXPECT_EQ(usb.alternates, 4U);
+  EXPECT_EQ(usb.outBytesPerSecond, 64U);
+  EXPECT_EQ(usb.replugAfter, std::chrono::seconds(7));
+  const std::vector<emulator::UsbFault> expected = {{Kind::Stall, UsbDirection::In, 0},
+                                                    {Kind::ProtocolError, UsbDirection::Out, 5},
+                                                    {Kind::Hold, UsbDirection::In, 1'000'000'000},
+                                                    {Kind::Unplug, UsbDirection::Out, 0}};
+  ASSERT_EQ(usb.faults.size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_EQ(usb.faults[i].kind, expected[i].kind) << i;
+    EXPECT_EQ(usb.faults[i].direction, expected[i].direction) << i;
+    EXPECT_EQ(usb.faults[i].afterBytes, expected[i].afterBytes) << i;
+  }
+  EXPECT_EQ(parseOptions({"usb", "--attach", "--speed=high"}).personality.usb.speed,
+            emulator::UsbSpeed::High);
+}
+
 struct Mistake : support::Row {
   Words arguments;
   const char* reason;
@@ -156,6 +200,23 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{{"RunWithoutCommand"}, {"run", "--"}, "run needs a command behind --"},
         Mistake{{"ServeWithoutLink"}, {"serve"}, "serve needs --link=PATH"},
         Mistake{{"ShowWithoutState"}, {"show"}, "show needs --state=DIR"},
+        Mistake{{"UsbWithoutPlace"}, {"usb"}, "usb needs one of --attach and --port=N"},
+        Mistake{{"UsbWithTwoPlaces"},
+                {"usb", "--attach", "--port=0"},
+                "usb needs one of --attach and --port=N"},
+        Mistake{{"PortTooLarge"}, {"usb", "--port=65536"}, "'65536' is no number from 0 to 65535"},
+        Mistake{{"UnknownSpeed"}, {"usb", "--speed=low"}, "'low' is no speed: full or high"},
+        Mistake{{"NoAlternate"},
+                {"usb", "--alternates=0"},
+                "a device has at least one alternate setting"},
+        Mistake{{"TooManyAlternates"}, {"usb", "--alternates=5"}, "'5' is no number from 0 to 4"},
+        Mistake{{"NoDirection"}, {"usb", "--usb-stall=5"}, "'5' is no direction: in or out"},
+        Mistake{{"NoCountBehindTheDirection"},
+                {"usb", "--usb-hold=in:"},
+                "'' is no number from 0 to 1000000000"},
+        Mistake{{"UnplugWithoutCount"},
+                {"usb", "--usb-unplug-after=in"},
+                "'in' does not say after how many bytes, such as in:512"},
         Mistake{{"StatusOfNoMethod"},
                 {"run", "--object-status=queryCA:2"},
                 "'queryCA:2' names no method of the object store"},
@@ -193,7 +254,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(HelpText, NamesEveryOption) {
   const std::string help = emulator::helpText();
-  for (const char* option : {"--refuse-wrapped", "--packets=N", "--log=FILE", "--link=PATH"}) {
+  for (const char* option : {"--refuse-wrapped", "--packets=N", "--log=FILE", "--link=PATH",
+                             "--attach", "--usb-hold=in|out[:BYTES]"}) {
     EXPECT_NE(help.find(option), std::string::npos) << option;
   }
 }

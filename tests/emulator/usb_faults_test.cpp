@@ -109,8 +109,9 @@ TEST(UsbProtocolError, FailsEachTransferFromThenOn) {
   EXPECT_EQ(ends(in), Texts{"4: -71 after 0"});
   ReadyUsbPrinter out(with(Kind::ProtocolError, Out));
   out.write(1, QueryIp);
-  EXPECT_EQ(ends(out), Texts{"1: -71 after 0"});
-  EXPECT_EQ(out.log, Texts{"   USB: protocol error on OUT"});
+  out.write(2, QueryIp);
+  EXPECT_EQ(ends(out), (Texts{"1: -71 after 0", "2: -71 after 0"}));
+  EXPECT_EQ(out.log, Texts{"   USB: protocol errors on OUT"});
 }
 
 TEST(UsbHold, CompletesNothingButTakesTransfersBack) {

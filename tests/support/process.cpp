@@ -77,8 +77,12 @@ BackgroundProcess::~BackgroundProcess() {
   }
 }
 
-int BackgroundProcess::endWith(int signal) {
-  ::kill(m_Pid, signal);
+void BackgroundProcess::signal(int number) const {
+  ::kill(m_Pid, number);
+}
+
+int BackgroundProcess::endWith(int number) {
+  signal(number);
   const int status = waitForStatus(m_Pid);
   m_Pid = -1;
   return status;

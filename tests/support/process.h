@@ -25,8 +25,10 @@ class BackgroundProcess {
   BackgroundProcess(const BackgroundProcess&) = delete;
   BackgroundProcess& operator=(const BackgroundProcess&) = delete;
 
-  /// Sends a signal, waits for the end and returns the exit status.
-  int endWith(int signal);
+  /// Sends a signal.
+  void signal(int number) const;
+  /// The same, then waits for the end and returns the exit status.
+  int endWith(int number);
 
  private:
   pid_t m_Pid;

@@ -1,0 +1,24 @@
+// The input is the XML of a method call, as the emulated printer gets it.
+
+#include "emulator/method_call.h"
+
+#include <string>
+#include <variant>
+
+#include "emulator/certificate_object.h"
+#include "fuzz_target.h"
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string xml = fuzz::textOf(data, size);
+  const emulator::ParsedCall parsed = emulator::parseMethodCall(xml);
+  if (const auto* const call = std::get_if<emulator::MethodCall>(&parsed)) {
+    // What is said about a call is text for a terminal.
+    for (const char c : emulator::describe(*call)) {
+      fuzz::require(c >= ' ' && c != '\x7F');
+    }
+    for (const emulator::MethodCall::Parameter& parameter : call->parameters) {
+      fuzz::require(parameter.value.size() <= size);
+    }
+  }
+  return 0;
+}

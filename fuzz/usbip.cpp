@@ -1,0 +1,112 @@
+// The input is what a host sends to the USB door, in hex with any white space; "#" begins a comment
+// that goes to the end of the line. Its first byte says how: bit 0 begins with transfers instead of
+// requests, bits 1 and 2 choose faults, the rest is the size of the pieces that it comes in.
+
+#include <algorithm>
+#include <cctype>
+#include <chrono>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "emulator/adapter.h"
+#include "emulator/usb_device.h"
+#include "emulator/usbip_session.h"
+#include "fuzz_target.h"
+
+namespace {
+
+using emulator::Adapter;
+using emulator::Bytes;
+using emulator::UsbipError;
+using emulator::UsbipSession;
+using emulator::UsbTraits;
+
+/// What is in the text; other characters than hex digits are skipped.
+Bytes readHex(std::string_view text) {
+  Bytes bytes;
+  std::string digits;
+  bool isComment = false;
+  for (const char c : text) {
+    isComment = c != '\n' && (isComment || c == '#');
+    if (isComment || std::isxdigit(static_cast<unsigned char>(c)) == 0) {
+      continue;
+    }
+    digits.push_back(c);
+    if (digits.size() == 2) {
+      bytes.push_back(static_cast<npa::Byte>(std::stoul(digits, nullptr, 16)));
+      digits.clear();
+    }
+  }
+  return bytes;
+}
+
+UsbTraits traits(unsigned mode) {
+  using Kind = emulator::UsbFault::Kind;
+  using emulator::UsbDirection;
+  UsbTraits result;
+  if ((mode & 2U) != 0) {
+    result.speed = emulator::UsbSpeed::Full;
+    result.faults = {{Kind::Stall, UsbDirection::Out, 40}, {Kind::Stall, UsbDirection::In, 5}};
+  }
+  if ((mode & 4U) != 0) {
+    result.outBytesPerSecond = 64;
+    result.faults.push_back({Kind::Unplug, UsbDirection::In, 20});
+  }
+  return result;
+}
+
+/// Everything that is sent back, up to an error or an unplug; the time goes on a second at a time.
+Bytes talk(const Bytes& input, unsigned mode, std::size_t pieceSize) {
+  emulator::MessageLog log([](std::string_view) {}, false);
+  Adapter::Clock::time_point now;
+  const auto tell = [&now] {
+    return now;
+  };
+  Adapter adapter({}, log, tell);
+  emulator::UsbDevice device(adapter, traits(mode), log, tell);
+  const auto phase =
+      (mode & 1U) != 0 ? UsbipSession::Phase::Transfers : UsbipSession::Phase::Requests;
+  UsbipSession session(device, phase);
+  Bytes output;
+  const auto take = [&] {
+    const Bytes more = session.takeOutput();
+    output.insert(output.end(), more.begin(), more.end());
+  };
+  try {
+    for (std::size_t start = 0; start < input.size(); start += pieceSize) {
+      session.receive(std::span(input).subspan(start, std::min(pieceSize, input.size() - start)));
+      take();
+    }
+  } catch (const UsbipError&) {
+    return output;
+  }
+  for (int second = 0; second < 10; ++second) {
+    now += std::chrono::seconds(1);
+    take();
+  }
+  fuzz::require(device.waiting() <= UsbipSession::MostTransfers);
+  device.unplug();
+  fuzz::require(device.waiting() == 0 && device.waitingBytes() == 0);
+  return output;
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Bytes input = readHex({reinterpret_cast<const char*>(data), size});
+  if (input.empty()) {
+    return 0;
+  }
+  const unsigned mode = input.front();
+  input.erase(input.begin());
+  const std::size_t pieceSize = mode >> 3U;
+  const Bytes whole = talk(input, mode, input.size() + 1);
+  const Bytes inPieces = talk(input, mode, std::max<std::size_t>(pieceSize, 1));
+  // An error in a later command does not take back what was said before it, which a host that sent
+  // all at once no longer hears.
+  fuzz::require(inPieces.size() >= whole.size() &&
+                std::equal(whole.begin(), whole.end(), inPieces.begin()));
+  return 0;
+}
