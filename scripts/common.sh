@@ -42,6 +42,7 @@ test_packages=(ccache clang clang-format clang-tidy faketime libexpat1-dev libgt
   openssl)
 bench_packages=(libbenchmark-dev libexpat1-dev libxml2-dev)
 fuzz_packages=(clang libclang-rt-dev)
+kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl xz-utils)
 
 # Configures and builds a preset.
 build_preset() {

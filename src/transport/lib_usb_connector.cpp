@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "transport/luu.h"
+#include "util/clock.h"
 #include "util/decimal.h"
 
 namespace {
@@ -186,6 +187,10 @@ HCIOStatus LibUsbConnector::isReadReady(unsigned int timeout) {
   const int received =
       luu_usb_bulk_read(m_Handle.get(), m_InEndpoint, reinterpret_cast<char*>(packet.data()),
                         m_InMaxPacket, waitLimit(timeout));
+  if (received == 0) {
+    // An empty packet, or an error that libusb keeps to itself and that comes at once each time.
+    util::pauseBriefly();
+  }
   if (received == 0 || received == -ETIMEDOUT) {
     return setStatus(IO_TIMEOUT);
   }

@@ -63,6 +63,22 @@ INSTANTIATE_TEST_SUITE_P(Results, LibUsbPollResult,
                                          TransferRow{{"Unplugged"}, -19, IO_FAILED}),
                          support::rowName);
 
+TEST_F(LibUsbTransfer, PollPausesBrieflyWhenNothingComesAtOnce) {
+  open();
+  library.bulkRead = [](char*, int) {
+    return 0;
+  };
+  EXPECT_EQ(connector.isReadReady(1000), IO_TIMEOUT);
+  EXPECT_EQ(system.briefPauses.size(), 1U);
+}
+
+TEST_F(LibUsbTransfer, PollDoesNotPauseBehindItsTimeLimit) {
+  open();
+  EXPECT_EQ(connector.isReadReady(1000), IO_TIMEOUT);
+  EXPECT_TRUE(system.briefPauses.empty());
+  EXPECT_EQ(system.now(), Second);
+}
+
 TEST_F(LibUsbTransfer, PollDropsAPacketThatWouldLeaveNoFreeByte) {
   open();
   fillRing(RingCapacity - 64);
