@@ -72,6 +72,7 @@ class UsbDevice {
   std::optional<Bytes> softReset(const UsbSetup& setup);
 
   bool isInterface(const UsbSetup& setup) const;
+  bool hasAlternate(std::size_t number) const;
   /// The pipe of an endpoint address, or null where there is none now.
   UsbPipe* pipeAt(unsigned address);
   void clearHalts();

@@ -62,6 +62,10 @@ bool UsbDevice::isInterface(const UsbSetup& setup) const {
   return m_Configuration != 0 && setup.index == 0;
 }
 
+bool UsbDevice::hasAlternate(std::size_t number) const {
+  return m_Configuration != 0 && number < m_Traits.alternates;
+}
+
 UsbPipe* UsbDevice::pipeAt(unsigned address) {
   if (m_Configuration == 0) {
     return nullptr;
@@ -100,7 +104,7 @@ std::optional<Bytes> UsbDevice::getInterface(const UsbSetup& setup) {
 }
 
 std::optional<Bytes> UsbDevice::setInterface(const UsbSetup& setup) {
-  if (!isInterface(setup) || setup.value >= m_Traits.alternates) {
+  if (!isInterface(setup) || !hasAlternate(setup.value)) {
     return std::nullopt;
   }
   m_Alternate = npa::lowByte(setup.value);
@@ -149,9 +153,7 @@ std::optional<Bytes> UsbDevice::setHalt(const UsbSetup& setup) {
 // The index has the interface in its high byte and the alternate setting in the low one; the value
 // counts configurations from 0.
 std::optional<Bytes> UsbDevice::getDeviceId(const UsbSetup& setup) {
-  const bool isKnown =
-      m_Configuration != 0 && setup.value == 0 && setup.index < m_Traits.alternates;
-  return isKnown ? std::optional(deviceId()) : std::nullopt;
+  return setup.value == 0 && hasAlternate(setup.index) ? std::optional(deviceId()) : std::nullopt;
 }
 
 std::optional<Bytes> UsbDevice::getPortStatus(const UsbSetup& setup) {

@@ -10,7 +10,6 @@ namespace {
 using emulator::Bytes;
 using emulator::usbDescriptor;
 using emulator::UsbSpeed;
-using emulator::UsbTraits;
 using support::bytes;
 
 TEST(UsbDescriptor, OfTheDeviceNamesItsVersionNumbersAndStrings) {

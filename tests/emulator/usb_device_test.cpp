@@ -137,6 +137,18 @@ INSTANTIATE_TEST_SUITE_P(Speeds, UsbTransfersOfWholePackets,
                                          WholePackets{UsbSpeed::High, 512},
                                          WholePackets{UsbSpeed::High, 1024}));
 
+TEST(UsbTransfers, GiveTheEmptyPacketToAReadWithoutRoom) {
+  ReadyUsbPrinter printer({}, withReplyOf(512));
+  printer.write(1, support::joined({QuerySsid, QueryIp}));
+  printer.read(2, 512);
+  printer.read(3, 0);
+  printer.read(4, 512);
+  const Ends ends = printer.device.advance();
+  ASSERT_EQ(ends.size(), 4U);
+  EXPECT_EQ(ends[2], given(3, {}));
+  EXPECT_EQ(ends[3], given(4, Ip));
+}
+
 TEST(UsbTransfers, EndAtHighSpeedWithAPacketThatIsWholeAtFullSpeed) {
   ReadyUsbPrinter printer({}, withReplyOf(64));
   printer.write(1, QuerySsid);

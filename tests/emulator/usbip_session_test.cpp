@@ -19,7 +19,6 @@ using support::bytes;
 using support::controlCommand;
 using support::joined;
 using support::readCommand;
-using support::SubmitFields;
 using support::submitHeader;
 using support::submitReply;
 using support::unlinkCommand;
