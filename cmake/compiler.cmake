@@ -13,6 +13,12 @@ if(ZVK_SANITIZERS)
   add_compile_options(-fsanitize=${ZVK_SANITIZERS} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZVK_SANITIZERS})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND NOT ZVK_FUZZ)
+    # As g++ does by itself: linked in, clang's runtime and a preloaded clock wait for each other.
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-runtime-dir
+      OUTPUT_VARIABLE runtime_folder OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    add_link_options(-shared-libsan "LINKER:-rpath,${runtime_folder}")
+  endif()
 endif()
 
 find_program(CCACHE_PROGRAM ccache)
