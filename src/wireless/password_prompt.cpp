@@ -1,6 +1,7 @@
 #include "wireless/password_prompt.h"
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <cstdio>
@@ -10,7 +11,11 @@
 
 namespace {
 
-constexpr std::array SignalsThatEnd = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+constexpr std::array SignalsThatEndOrStop = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP};
+
+/// More than passwords have. Enough for the text to live in heap memory, which the program clears
+/// when it releases it, and never in the string object itself.
+constexpr std::size_t PasswordReserve = 256;
 
 // What a signal handler must reach: the terminal as it was, and whether it is to be restored.
 termios savedTerminal;
@@ -23,30 +28,48 @@ void restoreEcho() {
   }
 }
 
-/// Restores the echo and lets the signal do what it does by default. The handler was installed for
-/// one shot, so that it is the default action that the signal meets when this returns.
-extern "C" void restoreEchoAndEnd(int signal) {
+void switchEchoOff() {
+  termios silent = savedTerminal;
+  silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+  echoIsOff = 1;
+  ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+}
+
+extern "C" void restoreEchoForSignal(int signal);
+
+/// Has the next such signal restore the echo first. That one meets the default action afterwards,
+/// and is not held back while the handler runs.
+void handleOnce(int signal) {
+  struct sigaction action {};
+  action.sa_handler = restoreEchoForSignal;
+  action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_NODEFER | SA_RESTART;
+  ::sigemptyset(&action.sa_mask);
+  ::sigaction(signal, &action, nullptr);
+}
+
+/// Restores the echo and lets the signal do what it does by default. Only a stop returns: when the
+/// program goes on, the password is still to be typed.
+extern "C" void restoreEchoForSignal(int signal) {
+  const int error = errno;
   restoreEcho();
   ::raise(signal);
+  handleOnce(signal);
+  switchEchoOff();
+  errno = error;
 }
 
 /// Handles one signal for as long as it lives; leaves an ignored signal (nohup) ignored.
-class EndingSignal {
+class HandledSignal {
  public:
-  explicit EndingSignal(int signal) : m_Signal(signal) {
+  explicit HandledSignal(int signal) : m_Signal(signal) {
     ::sigaction(m_Signal, nullptr, &m_Previous);
-    if (m_Previous.sa_handler == SIG_IGN) {
-      return;
+    if (m_Previous.sa_handler != SIG_IGN) {
+      handleOnce(m_Signal);
     }
-    struct sigaction action {};
-    action.sa_handler = restoreEchoAndEnd;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    ::sigemptyset(&action.sa_mask);
-    ::sigaction(m_Signal, &action, nullptr);
   }
-  ~EndingSignal() { ::sigaction(m_Signal, &m_Previous, nullptr); }
-  EndingSignal(const EndingSignal&) = delete;
-  EndingSignal& operator=(const EndingSignal&) = delete;
+  ~HandledSignal() { ::sigaction(m_Signal, &m_Previous, nullptr); }
+  HandledSignal(const HandledSignal&) = delete;
+  HandledSignal& operator=(const HandledSignal&) = delete;
 
  private:
   int m_Signal;
@@ -62,27 +85,25 @@ class EchoOff {
       return;
     }
     for (std::size_t i = 0; i < m_Signals.size(); ++i) {
-      m_Signals[i].emplace(SignalsThatEnd[i]);
+      m_Signals[i].emplace(SignalsThatEndOrStop[i]);
     }
-    termios silent = savedTerminal;
-    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-    echoIsOff = 1;
-    ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+    switchEchoOff();
   }
   ~EchoOff() { restoreEcho(); }
   EchoOff(const EchoOff&) = delete;
   EchoOff& operator=(const EchoOff&) = delete;
 
  private:
-  std::array<std::optional<EndingSignal>, SignalsThatEnd.size()> m_Signals;
+  std::array<std::optional<HandledSignal>, SignalsThatEndOrStop.size()> m_Signals;
 };
 
+/// Byte by byte from the descriptor: a buffered stream would keep a copy.
 std::string readLine() {
-  // The end of input at an earlier prompt is over: a terminal can be asked again.
-  std::clearerr(stdin);
   std::string line;
-  for (int c = std::getchar(); c != '\n' && c != EOF; c = std::getchar()) {
-    line.push_back(static_cast<char>(c));
+  line.reserve(PasswordReserve);
+  char c = 0;
+  while (::read(STDIN_FILENO, &c, 1) == 1 && c != '\n') {
+    line.push_back(c);
   }
   return line;
 }

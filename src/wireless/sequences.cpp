@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "npa/packet.h"
 #include "util/debug_line.h"
@@ -101,7 +102,8 @@ void showProgress(const char* text) {
 }  // namespace
 
 int wnpaGenerator::encodeBatch(std::span<const Section> sections) {
-  m_Packet.clear();
+  // Not only emptied: the memory of the packet before, keys included, is released and so cleared.
+  m_Packet = std::vector<unsigned char>();
   int size = 0;
   for (const Section& section : sections) {
     if (section.encryption.empty() || section.encryption == m_Configuration->get802Encryption()) {

@@ -1,6 +1,7 @@
 #include "wireless/setting_encoding.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "util/debug_line.h"
 #include "wireless/wnpa_generator.h"
@@ -16,7 +17,7 @@ std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding, const std::
     return {0, 0, 0, codeOf(text, encoding.codes)};
   }
   const std::size_t terminator = encoding.value == Value::TerminatedText ? 1 : 0;
-  const std::string cut = text.substr(0, encoding.limit - terminator);
+  const std::string_view cut = std::string_view(text).substr(0, encoding.limit - terminator);
   std::vector<npa::Byte> value(cut.begin(), cut.end());
   value.resize(encoding.value == Value::PaddedText ? encoding.limit : value.size() + terminator);
   return value;

@@ -33,11 +33,13 @@ bool isReadable(int descriptor, int milliseconds) {
 }
 
 [[noreturn]] void beChild(int terminal, int outputEnd, const std::function<void()>& action) {
-  for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP}) {
     std::signal(number, SIG_DFL);
   }
   const rlimit noCore{.rlim_cur = 0, .rlim_max = 0};
   ::setrlimit(RLIMIT_CORE, &noCore);
+  // A group of its own, with a parent that could continue it: only such a one can be stopped.
+  ::setpgid(0, 0);
   ::dup2(terminal, STDIN_FILENO);
   ::dup2(outputEnd, STDOUT_FILENO);
   action();
@@ -137,6 +139,11 @@ bool PseudoTerminal::waitForOutput(const std::string& text) {
 
 void PseudoTerminal::signal(int number) const {
   require(::kill(m_Child, number) == 0, "no child to signal");
+}
+
+bool PseudoTerminal::waitForStop() const {
+  int status = 0;
+  return ::waitpid(m_Child, &status, WUNTRACED) == m_Child && WIFSTOPPED(status);
 }
 
 int PseudoTerminal::wait() {

@@ -46,6 +46,9 @@ class PseudoTerminal {
 
   void signal(int number) const;
 
+  /// Waits until a signal has stopped the child. Returns whether it did before it ended.
+  bool waitForStop() const;
+
   /// Waits for the child's end and returns its status as `waitpid` gives it.
   int wait();
 

@@ -139,6 +139,23 @@ TEST(PasswordTerminal, StaysSilentWhenItWasSilent) {
   EXPECT_FALSE(terminal.echoes());
 }
 
+TEST(PasswordTerminal, EchoesWhileTheProgramIsStoppedAndIsSilentWhenItGoesOn) {
+  PseudoTerminal terminal;
+  terminal.run(printPassword);
+  for (int stop = 0; stop < 2; ++stop) {
+    ASSERT_TRUE(terminal.waitForSilence());
+    terminal.signal(SIGTSTP);
+    ASSERT_TRUE(terminal.waitForStop());
+    EXPECT_TRUE(terminal.echoes());
+    terminal.signal(SIGCONT);
+  }
+  ASSERT_TRUE(terminal.waitForSilence());
+  terminal.type("secret\n");
+  EXPECT_TRUE(ended(terminal.wait()));
+  EXPECT_EQ(terminal.output(), Prompt + "\n\n[secret]");
+  EXPECT_TRUE(terminal.echoes());
+}
+
 // --- Signals ------------------------------------------------------------------------------------
 
 namespace {

@@ -1,0 +1,98 @@
+// What the running program's memory holds of a password that was typed.
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/files.h"
+#include "support/printer_run.h"
+#include "support/process.h"
+
+namespace {
+
+using support::TerminalProcess;
+
+const std::string Prompt = "Please provide the password:";
+
+/// Short enough for a string object to hold it itself, were it let to.
+constexpr std::string_view ShortPassword = "kQ7-vT2x9";
+const std::string LongPassword = "wZ8-" + std::string(300, 'y') + "-mR3";
+
+/// The process that runs zvkconfig with `word` among its arguments; 0 when there is none.
+pid_t programWith(std::string_view word) {
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream file(entry.path() / "cmdline", std::ios::binary);
+    std::string arguments;
+    std::getline(file, arguments, '\0');
+    if (arguments != ZVKCONFIG) {
+      continue;
+    }
+    while (std::getline(file, arguments, '\0')) {
+      if (arguments.find(word) != std::string::npos) {
+        return static_cast<pid_t>(std::stol(entry.path().filename()));
+      }
+    }
+  }
+  return 0;
+}
+
+/// Whether the text stands anywhere in the memory that the process can write.
+bool memoryHolds(pid_t process, std::string_view text) {
+  const std::string folder = "/proc/" + std::to_string(process);
+  std::ifstream maps(folder + "/maps");
+  std::ifstream memory(folder + "/mem", std::ios::binary);
+  EXPECT_TRUE(maps.is_open() && memory.is_open());
+  for (std::string line; std::getline(maps, line);) {
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+    char dash = 0;
+    std::string access;
+    std::istringstream(line) >> std::hex >> begin >> dash >> end >> access;
+    if (!access.starts_with("rw")) {
+      continue;
+    }
+    std::string content(end - begin, '\0');
+    memory.clear();
+    memory.seekg(static_cast<std::streamoff>(begin));
+    memory.read(content.data(), static_cast<std::streamsize>(content.size()));
+    if (content.find(text) != std::string::npos) {
+      return true;
+    }
+  }
+  return false;
+}
+
+class PasswordInMemory : public testing::TestWithParam<std::string> {};
+
+TEST_P(PasswordInMemory, IsGoneWhenTheRequestIsOver) {
+  const support::TemporaryFolder folder;
+  const std::string ssid = folder.path("s");  // no other run has it
+  std::vector<std::string> command = {"faketime", "-f", "+0 x2"};
+  const auto run = support::printerCommand({"--refuse-wrapped", "--log=/dev/null"},
+                                           {"-c", "--security=WPA", "--ssid=" + ssid, "{}"});
+  command.insert(command.end(), run.begin(), run.end());
+  TerminalProcess program(command);
+  ASSERT_TRUE(program.waitFor(Prompt));
+  ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
+  const pid_t process = programWith(ssid);
+  ASSERT_GT(process, 0);
+  program.type(GetParam() + "\n");
+  ASSERT_TRUE(support::eventually([&] { return memoryHolds(process, GetParam()); }));
+
+  ASSERT_TRUE(program.waitFor("Basic config ret = -1"));
+  ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
+  EXPECT_FALSE(memoryHolds(process, GetParam()));
+  EXPECT_FALSE(memoryHolds(process, std::string_view(GetParam()).substr(0, 8)));
+  program.type("other\n");
+  EXPECT_EQ(program.waitForEnd(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Passwords, PasswordInMemory,
+                         testing::Values(std::string(ShortPassword), LongPassword));
+
+}  // namespace
