@@ -21,6 +21,23 @@ if(ZVK_SANITIZERS)
   endif()
 endif()
 
+# Programs that are shipped: a mistake that gets past everything else ends the program instead of
+# being made use of. The sanitizers have checks of their own, which these would hide.
+option(ZVK_HARDENING "Harden the programs against memory errors (not in Debug builds)" ON)
+if(ZVK_HARDENING AND NOT ZVK_SANITIZERS AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+  add_compile_options(-fstack-protector-strong -fstack-clash-protection)
+  add_compile_definitions(_FORTIFY_SOURCE=2 _GLIBCXX_ASSERTIONS)
+  add_link_options(LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+  include(CheckCXXCompilerFlag)
+  check_cxx_compiler_flag(-fcf-protection ZVK_HAS_CF_PROTECTION)  # x86 only
+  if(ZVK_HAS_CF_PROTECTION)
+    add_compile_options(-fcf-protection)
+  endif()
+endif()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
