@@ -9,11 +9,15 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   add_compile_options(-Wno-restrict)
 endif()
 
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  add_compile_options(-Wthread-safety -Wthread-safety-beta)
+endif()
+
 if(ZVK_SANITIZERS)
   add_compile_options(-fsanitize=${ZVK_SANITIZERS} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZVK_SANITIZERS})
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND NOT ZVK_FUZZ)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND ZVK_SANITIZERS MATCHES "address" AND NOT ZVK_FUZZ)
     # As g++ does by itself: linked in, clang's runtime and a preloaded clock wait for each other.
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-runtime-dir
       OUTPUT_VARIABLE runtime_folder OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)

@@ -54,7 +54,7 @@ class CircularBuffer {
 
   std::unique_ptr<unsigned char, Free> m_Buffer;
   unsigned long m_Capacity;
-  unsigned long m_ReadPos = 0;
-  unsigned long m_WritePos = 0;
   PosixMutex m_Mutex{PosixMutex::Kind::ErrorChecking};
+  unsigned long m_ReadPos ZVK_GUARDED_BY(m_Mutex) = 0;
+  unsigned long m_WritePos ZVK_GUARDED_BY(m_Mutex) = 0;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 /// The outcome of a connector's last operation.
 enum HCIOStatus : int {
   IO_OK = 0,                ///< open, close or a complete write succeeded
@@ -66,6 +68,7 @@ class HCIOConnector {
   }
 
  private:
-  int m_LastError = IO_OK;
+  /// Of whichever thread was last, where one reads and another writes.
+  std::atomic<int> m_LastError = IO_OK;
   HCDeviceLocTypes m_Type = HC_LOC_NONE;
 };

@@ -72,6 +72,6 @@ class LibUsbConnector : public HCIOConnector {
   int m_OutEndpoint = 0;
   int m_InMaxPacket = 32;
   std::unique_ptr<usb_dev_handle, CloseHandle> m_Handle;
-  PosixMutex m_WriteMutex;
+  PosixMutex m_WriteMutex ZVK_ACQUIRED_BEFORE(m_ReadMutex);
   PosixMutex m_ReadMutex;
 };

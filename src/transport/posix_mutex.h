@@ -2,8 +2,10 @@
 
 #include <pthread.h>
 
+#include "transport/thread_safety.h"
+
 /// A POSIX mutex with its attributes, and the lock that holds it for a scope.
-class PosixMutex {
+class ZVK_CAPABILITY("mutex") PosixMutex {
  public:
   enum class Kind {
     Default,
@@ -28,11 +30,11 @@ class PosixMutex {
   /// Locks for the rest of the scope, and unlocks only what it locked itself: an operation that is
   /// called by another under the same error-checking mutex runs on under the caller's lock and
   /// leaves the unlocking to it.
-  class Lock {
+  class ZVK_SCOPED_CAPABILITY Lock {
    public:
-    explicit Lock(PosixMutex& mutex)
+    explicit Lock(PosixMutex& mutex) ZVK_ACQUIRE(mutex)
         : m_Mutex(&mutex.m_Mutex), m_Locked(pthread_mutex_lock(m_Mutex) == 0) {}
-    ~Lock() {
+    ~Lock() ZVK_RELEASE() {
       if (m_Locked) {
         pthread_mutex_unlock(m_Mutex);
       }

@@ -51,6 +51,6 @@ class USBLPConnector : public HCIOConnector {
 
   std::array<char, 64> m_DevicePath{};
   int m_Fd = -1;
-  PosixMutex m_WriteMutex;
+  PosixMutex m_WriteMutex ZVK_ACQUIRED_BEFORE(m_ReadMutex);
   PosixMutex m_ReadMutex;
 };
