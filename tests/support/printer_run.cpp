@@ -1,5 +1,7 @@
 #include "support/printer_run.h"
 
+#include <cstdlib>
+#include <iterator>
 #include <sstream>
 
 #include "support/files.h"
@@ -22,6 +24,11 @@ Words splitLines(const std::string& text) {
     result.push_back(line);
   }
   return result;
+}
+
+Words splitWords(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), {}};
 }
 
 /// What zvkprinter itself says stands between the program's lines where it had to do without a
@@ -60,7 +67,10 @@ PrinterRun run(const Words& prefix, const Words& options, const Words& arguments
 
 Words printerCommand(const Words& options, const Words& arguments) {
   Words command = joined({ZVKPRINTER, "run"}, options);
-  command.insert(command.end(), {"--", ZVKCONFIG});
+  command.emplace_back("--");
+  const char* const supervisor = std::getenv("ZVK_RUN_UNDER");
+  command = joined(command, splitWords(supervisor == nullptr ? "" : supervisor));
+  command.emplace_back(ZVKCONFIG);
   return joined(command, arguments);
 }
 

@@ -23,6 +23,8 @@ struct PrinterRun {
 ///
 /// "{}" in an argument stands for the printer's path: "/dev/usb/lp0" where the system permits a
 /// private one.
+///
+/// The environment's ZVK_RUN_UNDER is a command that the program is run by, such as a debugger.
 PrinterRun runWithPrinter(std::vector<std::string> options, std::vector<std::string> arguments,
                           std::string_view input = {});
 
