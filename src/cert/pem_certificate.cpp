@@ -7,6 +7,7 @@
 #include <memory>
 #include <openssl/asn1.h>
 #include <openssl/bio.h>
+#include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/x509.h>
@@ -45,6 +46,9 @@ using Certificate = std::unique_ptr<X509, Release>;
 
 /// Reads the certificate in the file; says so when there is none.
 Certificate readCertificate(const char* path) {
+  // No configuration file: it, and the modules that it may load, could come from the environment of
+  // whoever calls a program that runs as root.
+  OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
   const Bio bio(BIO_new_file(path, "r"));
   if (!bio) {
     util::debugLine("Failed to read Pem file '%s'?!", path);
