@@ -141,7 +141,7 @@ Outcome perform(const Operation& operation, const std::vector<Bytes>& replies) {
     CertMgr manager("/dev/usb/lp0");
     outcome.result = operation.run({manager, file});
   });
-  constexpr virtual_system::Microseconds longestCall = 2 + 10 + 3 * 6;
+  constexpr virtual_system::Microseconds longestCall = 30;
   printer.requireOver(operation.calls,
                       static_cast<virtual_system::Microseconds>(operation.calls) * longestCall);
   fuzz::require(std::ranges::all_of(printer.device.writes, isMethodCall));

@@ -32,7 +32,8 @@ Date dateOf(const std::string& text) {
 
 /// The number in `count` characters from `start` on.
 int numberIn(const std::string& text, std::size_t start, std::size_t count) {
-  return std::atoi(text.substr(start, count).c_str());
+  constexpr int decimal = 10;
+  return static_cast<int>(std::strtol(text.substr(start, count).c_str(), nullptr, decimal));
 }
 
 Date expectedDate(const std::string& text) {
@@ -62,9 +63,9 @@ bool isMonth(int month) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string text = fuzz::textOf(data, size);
-  const Date date = dateOf(text);
-  fuzz::require(date == expectedDate(text));
+  const std::string input = fuzz::textOf(data, size);
+  const Date date = dateOf(input);
+  fuzz::require(date == expectedDate(input));
 
   constexpr Date other = {2030, 12, 25};
   int count = 0;
@@ -78,7 +79,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     } else {
       const int length = std::min(static_cast<int>(written.size()), room - 1);
       fuzz::require(count == length);
-      fuzz::require(out.c_str() == written.substr(0, static_cast<std::size_t>(length)));
+      const std::string text = written.substr(0, static_cast<std::size_t>(length));
+      fuzz::require(out.substr(0, out.find('\0')) == text);
     }
   }
   return 0;

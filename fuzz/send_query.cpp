@@ -27,7 +27,7 @@ constexpr std::array<Microseconds, 4> Delays = {0, 20'000, Second, 6 * Second};
 constexpr Microseconds Silence = 5 * Second;
 constexpr Microseconds PauseAfterRequest = 2;
 /// The silent reads of the last pass: start byte, length, rest.
-constexpr Microseconds LongestLastPass = 3 * 6;
+constexpr Microseconds LongestLastPass = 18;
 
 struct How {
   explicit How(unsigned first, unsigned second)
