@@ -17,6 +17,7 @@ inline void require(bool promise) {
   }
 }
 
+/// The input as it stands.
 inline std::string textOf(const std::uint8_t* data, std::size_t size) {
   return {data, data + size};
 }

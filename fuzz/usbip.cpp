@@ -1,12 +1,10 @@
-// The input is what a host sends to the USB door, in hex with any white space; "#" begins a comment
-// that goes to the end of the line. Its first byte says how: bit 0 begins with transfers instead of
-// requests, bits 1 and 2 choose faults, the rest is the size of the pieces that it comes in.
+// The input is what a host sends to the USB door, in hex. Its first byte says how: bit 0 begins
+// with transfers instead of requests, bits 1 and 2 choose faults, the rest is the size of the
+// pieces that it comes in.
 
 #include <algorithm>
-#include <cctype>
 #include <chrono>
 #include <cstddef>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -14,6 +12,7 @@
 #include "emulator/usb_device.h"
 #include "emulator/usbip_session.h"
 #include "fuzz_target.h"
+#include "hex_input.h"
 
 namespace {
 
@@ -22,25 +21,6 @@ using emulator::Bytes;
 using emulator::UsbipError;
 using emulator::UsbipSession;
 using emulator::UsbTraits;
-
-/// What is in the text; other characters than hex digits are skipped.
-Bytes readHex(std::string_view text) {
-  Bytes bytes;
-  std::string digits;
-  bool isComment = false;
-  for (const char c : text) {
-    isComment = c != '\n' && (isComment || c == '#');
-    if (isComment || std::isxdigit(static_cast<unsigned char>(c)) == 0) {
-      continue;
-    }
-    digits.push_back(c);
-    if (digits.size() == 2) {
-      bytes.push_back(static_cast<npa::Byte>(std::stoul(digits, nullptr, 16)));
-      digits.clear();
-    }
-  }
-  return bytes;
-}
 
 UsbTraits traits(unsigned mode) {
   using Kind = emulator::UsbFault::Kind;
@@ -95,12 +75,8 @@ Bytes talk(const Bytes& input, unsigned mode, std::size_t pieceSize) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  Bytes input = readHex({reinterpret_cast<const char*>(data), size});
-  if (input.empty()) {
-    return 0;
-  }
-  const unsigned mode = input.front();
-  input.erase(input.begin());
+  Bytes input = fuzz::readHex(fuzz::textOf(data, size));
+  const unsigned mode = fuzz::takeByte(input);
   const std::size_t pieceSize = mode >> 3U;
   const Bytes whole = talk(input, mode, input.size() + 1);
   const Bytes inPieces = talk(input, mode, std::max<std::size_t>(pieceSize, 1));

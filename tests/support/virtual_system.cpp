@@ -13,7 +13,8 @@ namespace virtual_system {
 
 namespace {
 
-System* currentSystem = nullptr;
+// The thread's own: a fuzzer watches its memory from another one, by the real clock.
+thread_local System* currentSystem = nullptr;
 
 constexpr std::string_view DeviceFolder = "/dev/usb/";
 

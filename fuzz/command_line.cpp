@@ -1,0 +1,170 @@
+// The first line of the input says in letters what is peculiar about the printer: silent "s",
+// refusing "r", refusing wrapped packets "w", sending garbage "g", cutting its replies "c". Each
+// further line up to an empty one is an argument; the rest is the content of a file, whose path
+// stands for the argument behind "-file" and in the options that "@ca" and "@signed" stand for.
+// "@csr" is the option with the path of another file. No argument names any file of the host.
+
+#include "support/command_line.h"
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "cli/zvk_setup.h"
+#include "emulator/adapter.h"
+#include "emulator/message_log.h"
+#include "fuzz_target.h"
+#include "memory_file.h"
+#include "outputs.h"
+#include "scripted_printer.h"
+#include "support/fake_libusb.h"
+
+namespace {
+
+using fuzz::MemoryFile;
+using Arguments = std::vector<std::string>;
+
+struct Command {
+  std::string_view name;
+  int lowest;
+  int highest;
+};
+
+/// The exit statuses of the commands, the last ones those of anything else.
+constexpr std::array Commands = {
+    Command{"-h", 0, 0},   Command{"-r", 0, 1},        Command{"-c", -1, 1},
+    Command{"-ca", -1, 1}, Command{"-ip", -1, 1},      Command{"-t", -1, 255},
+    Command{"-a", 0, 1},   Command{"-s", -1, 1},       Command{"-802s", -1, 255},
+    Command{"-cer", 0, 0}, Command{"-npa", 0, 0},      Command{"-icer", 0, 2},
+    Command{"-csr", 0, 1}, Command{"-rcerdefs", 0, 1}, Command{"", 0, 0},
+};
+
+const Command& commandOf(const std::string& name) {
+  const auto* const found = std::ranges::find(Commands, name, &Command::name);
+  return found == Commands.end() ? Commands.back() : *found;
+}
+
+/// Status of a run that an exception ended, which is allowed where an argument is missing or empty.
+constexpr int EndedByException = 1000;
+
+struct Input {
+  std::string traits;
+  Arguments arguments = {"zvkconfig"};
+  std::string file;
+};
+
+Input takeApart(const std::string& text) {
+  Input input;
+  std::istringstream stream(text);
+  std::getline(stream, input.traits);
+  for (std::string line; std::getline(stream, line) && !line.empty();) {
+    input.arguments.push_back(line.substr(0, line.find('\0')));
+  }
+  std::getline(stream, input.file, '\xFF');
+  return input;
+}
+
+emulator::Personality personality(const std::string& traits) {
+  const auto has = [&traits](char trait) {
+    return traits.find(trait) != std::string::npos;
+  };
+  emulator::Personality result;
+  result.ssid = "Home";
+  result.silent = has('s');
+  result.refuseAll = has('r');
+  result.refuseWrapped = has('w');
+  result.garbage = has('g');
+  if (has('c')) {
+    result.cutAt = 11;
+  }
+  return result;
+}
+
+/// The arguments with paths of files in memory.
+Arguments withPaths(Arguments arguments, const std::string& path, const std::string& otherPath) {
+  for (std::string& argument : arguments) {
+    if (argument == "@ca") {
+      argument = "--802-CA-cer-file=" + path;
+    } else if (argument == "@signed") {
+      argument = "--802-signed-cer-file=" + path;
+    } else if (argument == "@csr") {
+      argument = "--cer-path=" + otherPath;
+    }
+  }
+  if (arguments.size() > 3 && arguments[2] == "-file") {
+    arguments[3] = path;
+  }
+  return arguments;
+}
+
+int statusOf(const Arguments& arguments) {
+  support::CommandLine line(arguments);
+  try {
+    return zvkSetup(line.count(), line.vector()).getReturnCode();
+  } catch (const std::out_of_range&) {
+    fuzz::require(arguments.size() <= 4);
+  } catch (const char* reason) {
+    fuzz::require(std::string_view(reason) == "Error: No USB device is specified!");
+    fuzz::require(std::ranges::find(arguments, "") != arguments.end());
+  }
+  return EndedByException;
+}
+
+struct Outcome {
+  int status = 0;
+  fuzz::Output output;
+  std::size_t requests = 0;
+  virtual_system::Microseconds time = 0;
+
+  bool operator==(const Outcome&) const = default;
+};
+
+Outcome run(const Input& input) {
+  fuzz::ScriptedPrinter printer;
+  emulator::MessageLog log([](std::string_view) {}, false);
+  emulator::Adapter adapter(personality(input.traits), log,
+                            [] { return emulator::Adapter::Clock::time_point(); });
+  printer.device.onWrite = [&](const fuzz::Bytes& request) {
+    for (emulator::Adapter::Reply& reply : adapter.receive(request)) {
+      printer.device.reply(std::move(reply.bytes));
+    }
+  };
+  fake_libusb::Library libusb;
+  libusb.addPrinter("001", "002");
+  const MemoryFile file(input.file);
+  const MemoryFile other("");
+  const Arguments arguments = withPaths(input.arguments, file.path(), other.path());
+  Outcome outcome;
+  outcome.output = fuzz::outputOf([&] { outcome.status = statusOf(arguments); });
+  // The default run without an answer: two configurations, trouble code and address.
+  constexpr std::size_t mostRequests = 13;
+  constexpr virtual_system::Microseconds longest = 240;
+  printer.requireOver(mostRequests, longest);
+  fuzz::require(libusb.openHandles == 0);
+  fuzz::require(file.content() == input.file);
+  outcome.requests = printer.device.writes.size();
+  outcome.time = printer.system.now();
+  return outcome;
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text = fuzz::textOf(data, size);
+  if (text.find("cer-path=") != std::string::npos || text.find("cer-file=") != std::string::npos) {
+    return 0;
+  }
+  const Input input = takeApart(text);
+  const Outcome outcome = run(input);
+  if (outcome.status != EndedByException) {
+    const Command& command = commandOf(input.arguments.at(1));
+    fuzz::require(outcome.status >= command.lowest && outcome.status <= command.highest);
+  }
+  fuzz::require(run(input) == outcome);
+  return 0;
+}

@@ -1,0 +1,90 @@
+// The input, in hex, is two bytes that say how, and what a host writes to the emulated printer. Of
+// the first byte bits 0 to 4 each choose a peculiarity of the printer. The second byte is the size
+// of the pieces in which the host writes, 0 for one byte each.
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "emulator/adapter.h"
+#include "emulator/message_log.h"
+#include "emulator/packet_reader.h"
+#include "fuzz_target.h"
+#include "hex_input.h"
+
+namespace {
+
+using emulator::Adapter;
+using emulator::Bytes;
+
+emulator::Personality personality(unsigned mode) {
+  emulator::Personality result;
+  result.otherRecordFirst = (mode & 1U) != 0;
+  result.replyPackets = (mode & 2U) != 0 ? 3 : 1;
+  result.refuseWrapped = (mode & 4U) != 0;
+  if ((mode & 8U) != 0) {
+    result.pieceSize = 5;
+  }
+  if ((mode & 16U) != 0) {
+    result.settingsResult = 0;
+  }
+  return result;
+}
+
+bool isPrintable(std::string_view text) {
+  return std::ranges::none_of(text, [](char c) { return c >= '\0' && (c < ' ' || c == '\x7F'); });
+}
+
+/// What became of the host's writes.
+struct Outcome {
+  Bytes replies;
+  std::vector<std::string> state;
+  bool hasMadeKeys = false;
+};
+
+Outcome talk(const Bytes& input, unsigned mode, std::size_t pieceSize) {
+  Outcome outcome;
+  emulator::MessageLog log([](std::string_view line) { fuzz::require(isPrintable(line)); }, false);
+  Adapter adapter(personality(mode), log, [] { return Adapter::Clock::time_point(); });
+  for (std::size_t start = 0; start < input.size(); start += pieceSize) {
+    const std::size_t count = std::min(pieceSize, input.size() - start);
+    for (const Adapter::Reply& reply : adapter.receive(std::span(input).subspan(start, count))) {
+      fuzz::require(!reply.bytes.empty());
+      outcome.replies.insert(outcome.replies.end(), reply.bytes.begin(), reply.bytes.end());
+    }
+  }
+  outcome.state = adapter.describe(true);
+  fuzz::require(std::ranges::all_of(outcome.state, isPrintable));
+  outcome.hasMadeKeys = !adapter.certificates().devices().empty();
+  return outcome;
+}
+
+/// All replies are whole packets with a flag byte that says nothing but what is meant.
+void requirePackets(const Bytes& replies) {
+  emulator::PacketReader reader;
+  for (const Bytes& packet : reader.feed(replies)) {
+    fuzz::require(packet.size() > npa::FlagOffset);
+    const npa::Byte flag = packet[npa::FlagOffset];
+    fuzz::require(flag == npa::FlagRefused || (flag & ~npa::FlagMoreFollows) == npa::RequestFlag);
+  }
+  fuzz::require(reader.strayBytes() == 0 && reader.pendingBytes() == 0);
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Bytes input = fuzz::readHex(fuzz::textOf(data, size));
+  const unsigned mode = fuzz::takeByte(input);
+  const std::size_t pieceSize = fuzz::takeByte(input);
+  const Outcome whole = talk(input, mode, input.size() + 1);
+  const Outcome inPieces = talk(input, mode, std::max<std::size_t>(pieceSize, 1));
+  requirePackets(whole.replies);
+  requirePackets(inPieces.replies);
+  // Keys are new each time, and a request shows them.
+  fuzz::require(inPieces.replies == whole.replies || whole.hasMadeKeys || inPieces.hasMadeKeys);
+  fuzz::require(inPieces.state.size() == whole.state.size());
+  fuzz::require(inPieces.state == whole.state || whole.hasMadeKeys);
+  return 0;
+}

@@ -1,0 +1,56 @@
+#include "outputs.h"
+
+#include "fuzz_target.h"
+
+namespace fuzz {
+
+namespace {
+
+/// Has `stream` lead somewhere else for as long as it lives.
+class Exchanged {
+ public:
+  Exchanged(std::FILE*& stream, std::FILE* other) : m_Stream(stream), m_Original(stream) {
+    require(other != nullptr);
+    m_Stream = other;
+  }
+  ~Exchanged() {
+    std::fclose(m_Stream);
+    m_Stream = m_Original;
+  }
+  Exchanged(const Exchanged&) = delete;
+  Exchanged& operator=(const Exchanged&) = delete;
+
+ private:
+  std::FILE*& m_Stream;
+  std::FILE* m_Original;
+};
+
+/// A stream's text, complete when the stream is closed.
+struct Text {
+  ~Text() { std::free(start); }
+  Text() = default;
+  Text(const Text&) = delete;
+  Text& operator=(const Text&) = delete;
+
+  std::FILE* open() { return ::open_memstream(&start, &size); }
+  std::string copy() const { return {start, size}; }
+
+  char* start = nullptr;
+  std::size_t size = 0;
+};
+
+}  // namespace
+
+Output outputOf(const std::function<void()>& action) {
+  Text out;
+  Text err;
+  {
+    const Exchanged input(stdin, std::fopen("/dev/null", "re"));
+    const Exchanged output(stdout, out.open());
+    const Exchanged errors(stderr, err.open());
+    action();
+  }
+  return {out.copy(), err.copy()};
+}
+
+}  // namespace fuzz

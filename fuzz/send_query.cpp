@@ -1,0 +1,145 @@
+// The input, in hex, is two bytes that say how, and what the printer sends after a request. Of the
+// first byte bits 0 and 1 choose the time limit, bits 2 and 3 the time between two pieces, and bit
+// 4 has the printer unplugged behind the last one. The second byte is the size of the pieces, 0 for
+// one piece.
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <memory>
+#include <optional>
+
+#include "fuzz_target.h"
+#include "hex_input.h"
+#include "npa/send_config.h"
+#include "outputs.h"
+#include "scripted_printer.h"
+
+namespace {
+
+using fuzz::Bytes;
+using virtual_system::Microseconds;
+using virtual_system::Second;
+
+constexpr std::array TimeLimits = {0, 3, 5, 10};
+constexpr std::array<Microseconds, 4> Delays = {0, 20'000, Second, 6 * Second};
+/// A pause of this length between two bytes ends a read.
+constexpr Microseconds Silence = 5 * Second;
+constexpr Microseconds PauseAfterRequest = 2;
+/// The silent reads of the last pass: start byte, length, rest.
+constexpr Microseconds LongestLastPass = 18;
+
+struct How {
+  explicit How(unsigned first, unsigned second)
+      : timeLimit(TimeLimits[first & 3U]),
+        delay(Delays[first >> 2U & 3U]),
+        isUnplugged((first & 0x10U) != 0),
+        pieceSize(second) {}
+
+  int timeLimit;
+  Microseconds delay;
+  bool isUnplugged;
+  std::size_t pieceSize;
+};
+
+/// Lets the pieces arrive after the request, and the printer go away behind them.
+void script(fuzz::ScriptedPrinter& printer, const Bytes& stream, const How& how) {
+  virtual_system::Device& device = printer.device;
+  device.onWrite = [&device, &stream, how](const Bytes& /*request*/) {
+    Microseconds at = 0;
+    for (const Bytes& piece : fuzz::inPieces(stream, how.pieceSize)) {
+      device.reply(piece, at);
+      at += how.delay;
+    }
+  };
+  if (how.isUnplugged) {
+    device.readResult = [&device] {
+      return device.arrivals.empty() ? -ENODEV : 0;
+    };
+    // Ready for ever; each look costs a second here, too.
+    device.readSelectResult = [&printer, ordinary = device.readSelectResult] {
+      if (!printer.device.arrivals.empty()) {
+        return ordinary();
+      }
+      printer.system.advance(Second);
+      return 1;
+    };
+  }
+}
+
+/// What sendQuery collects.
+Bytes collected(const Bytes& stream, const How& how) {
+  fuzz::ScriptedPrinter printer;
+  script(printer, stream, how);
+  Bytes request = {0xA5, 0x00, 0x06, 0x50, 0xE0, 0xD8, 0x00, 0x2A, 0x0A};
+  const Bytes sent = request;
+  unsigned char marker = 0;
+  unsigned char* reply = &marker;
+  int count = -1;
+  fuzz::outputOf([&] {
+    sendConfig exchange("/dev/usb/lp0");
+    count =
+        exchange.sendQuery(request.data(), static_cast<int>(request.size()), reply, how.timeLimit);
+  });
+  const auto pieces = static_cast<Microseconds>(fuzz::inPieces(stream, how.pieceSize).size());
+  printer.requireOver(
+      1, PauseAfterRequest + how.timeLimit + pieces * how.delay / Second + LongestLastPass);
+  fuzz::require(printer.device.opens == 1);
+  fuzz::require(printer.device.writes == std::vector<Bytes>{sent});
+  fuzz::require(count >= 0);
+  fuzz::require((count == 0) == (reply == &marker));
+  if (count == 0) {
+    return {};
+  }
+  const std::unique_ptr<unsigned char[]> owned(reply);
+  return {reply, reply + count};
+}
+
+/// What is in a stream that all came in time, after so many passes or fewer.
+Bytes contents(const Bytes& stream, std::optional<int> passes) {
+  Bytes result;
+  for (std::size_t at = 0; at < stream.size() && (!passes || (*passes)-- > 0);) {
+    if (stream[at] != 0xA5) {
+      ++at;
+      continue;
+    }
+    if (stream.size() - at < 3) {
+      break;
+    }
+    const std::size_t size = stream[at + 1] * 256U + stream[at + 2];
+    at += 3;
+    if (size == 0) {
+      continue;
+    }
+    if (stream.size() - at < size || (stream[at] & 0x80U) != 0) {
+      break;
+    }
+    const auto first = stream.begin() + static_cast<std::ptrdiff_t>(at);
+    result.insert(result.end(), first + 1, first + static_cast<std::ptrdiff_t>(size));
+    if ((stream[at] & 0x20U) == 0) {
+      break;
+    }
+    at += size;
+  }
+  return result;
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Bytes stream = fuzz::readHex(fuzz::textOf(data, size));
+  const unsigned first = fuzz::takeByte(stream);
+  const How how(first, fuzz::takeByte(stream));
+  const Bytes result = collected(stream, how);
+  fuzz::require(collected(stream, how) == result);
+  fuzz::require(result.size() <= stream.size());
+  if (how.delay >= Silence) {
+    return 0;
+  }
+  // However it is cut, the same arrives; time only ends it early.
+  const Bytes whole = contents(stream, how.timeLimit > 0 ? std::nullopt : std::optional(1));
+  fuzz::require(result.size() <= whole.size() &&
+                std::equal(result.begin(), result.end(), whole.begin()));
+  fuzz::require(how.delay > 0 || result == whole);
+  return 0;
+}

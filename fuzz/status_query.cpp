@@ -1,0 +1,113 @@
+// The input, in hex, is a byte that says what is asked and the replies to the requests with
+// semicolons between them, the last one for all that follow. Of the byte bits 0 to 4 choose the
+// query, bit 5 switches the wrapper off, and bit 6 has the replies sent as they stand; else each is
+// the content of a packet.
+
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/config_details.h"
+#include "fuzz_target.h"
+#include "hex_input.h"
+#include "outputs.h"
+#include "scripted_printer.h"
+#include "wireless/wnpa_generator.h"
+
+namespace {
+
+using fuzz::Bytes;
+using G = wnpaGenerator;
+
+/// An operation, the lowest and the highest of its results, and how many requests it sends at most.
+struct Query {
+  int (G::*operation)();
+  int lowest;
+  int highest;
+  std::size_t requests;
+  /// The object whose first record's status is the result, with its group; 0 where that is not so.
+  std::uint8_t statusOf = 0;
+};
+
+constexpr std::array Queries = {
+    Query{&G::get802AuthStatus, -1, 255, 1, 0x1D},
+    Query{&G::get802AuthEnabled, -1, 255, 1, 0x13},
+    Query{&G::getCertAuthInstalled, -1, 255, 1},
+    Query{&G::getAllSecuritySettings, -1, -1, 1},
+    Query{&G::get802AuthCommonName, -1, -1, 1},
+    Query{&G::getCertOrganization, -1, 0, 1},
+    Query{&G::getCertSettings, 0, 0, 2},
+    Query{&G::getCertCert, -1, -1, 1},
+    Query{&G::getCertCA, -1, -1, 1},
+    Query{&G::getCertCommonName, -1, -1, 1},
+    Query{&G::getCertFriendlyName, -1, -1, 1},
+    Query{&G::getCertAlternateName, -1, -1, 1},
+    Query{&G::getCSR, -1, -1, 1},
+    Query{&G::generateCertStatus, -1, -1, 1},
+    Query{&G::generateCertificate, -1, -1, 1},
+    Query{&G::createCertSignRequest, 0, 0, 1},
+    Query{&G::construct802ValidateCert, 0, 9, 2},
+    Query{&G::getSSID, -1, 1, 7},
+    Query{&G::getIP, -1, 1, 7},
+    Query{&G::getTroubleCode, -1, 255, 4},
+    Query{&G::getAdapterDescriptor, 0, 1, 6},
+};
+
+struct Outcome {
+  int result = 0;
+  fuzz::Output output;
+
+  bool operator==(const Outcome&) const = default;
+};
+
+Outcome ask(const Query& query, const std::vector<Bytes>& replies, bool isWrapped) {
+  fuzz::ScriptedPrinter printer;
+  printer.answer(replies);
+  configDetails configuration;
+  Outcome outcome;
+  outcome.output = fuzz::outputOf([&] {
+    wnpaGenerator generator(&configuration);
+    generator.setWrapMode(isWrapped);
+    outcome.result = (generator.*query.operation)();
+  });
+  constexpr virtual_system::Microseconds longest = 120;
+  printer.requireOver(query.requests, longest);
+  fuzz::require(!printer.device.writes.empty());
+  fuzz::require(outcome.result >= query.lowest && outcome.result <= query.highest);
+  return outcome;
+}
+
+/// The status of the first record of an 802.1x setting that has one, else -1.
+int firstStatus(const Bytes& reply, std::uint8_t object) {
+  const std::string text(reply.begin(), reply.end());
+  const std::string key = {'\x50', '\xE0', '\xD8', '\0', '\x2A', static_cast<char>(object)};
+  for (std::size_t at = text.find(key, 3); at != std::string::npos; at = text.find(key, at + 1)) {
+    if (reply[at - 3] == 0xA5 && at + 8 < reply.size()) {
+      return reply[at + 8];
+    }
+  }
+  return -1;
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  std::vector<Bytes> replies = fuzz::readHexParts(fuzz::textOf(data, size));
+  const unsigned mode = fuzz::takeByte(replies.front());
+  const Query& query = Queries[(mode & 0x1FU) % Queries.size()];
+  const bool isWrapped = (mode & 0x20U) == 0;
+  const bool isContent = (mode & 0x40U) == 0;
+  // The command byte belongs to what is collected.
+  const int expected = firstStatus(replies.front(), query.statusOf);
+  if (isContent) {
+    for (Bytes& reply : replies) {
+      reply = fuzz::replyPacket(reply);
+    }
+  }
+  const Outcome outcome = ask(query, replies, isWrapped);
+  fuzz::require(ask(query, replies, isWrapped) == outcome);
+  fuzz::require(!isContent || query.statusOf == 0 || outcome.result == expected);
+  return 0;
+}

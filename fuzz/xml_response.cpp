@@ -1,0 +1,57 @@
+// The input, in hex, is the raw reply to a method call.
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "cert/cert_mgr.h"
+#include "fuzz_target.h"
+#include "hex_input.h"
+
+namespace {
+
+using fuzz::Bytes;
+
+constexpr std::array<std::uint8_t, 7> Marker = {0xE0, 0xC0, 0x03, 0x00, 0x01, 0x00, 0xE0};
+
+bool hasMarker(const Bytes& reply) {
+  return reply.size() >= Marker.size() && std::equal(Marker.begin(), Marker.end(), reply.begin());
+}
+
+std::string expectedText(const Bytes& reply) {
+  std::string text;
+  for (std::size_t i = Marker.size(); hasMarker(reply) && i < reply.size(); ++i) {
+    if (reply[i] != Marker[0]) {
+      text.push_back(static_cast<char>(reply[i]));
+    }
+  }
+  return text.substr(0, text.find('\0'));
+}
+
+/// The text that is written into `room` bytes.
+void requireWritten(Bytes& reply, std::size_t room, const std::string& expected) {
+  std::string out(room, '#');
+  const int count = CertMgr::getXmlResponse(reply.data(), static_cast<int>(reply.size()),
+                                            out.data(), static_cast<unsigned int>(room));
+  const bool isWritten = hasMarker(reply) && reply.size() <= room;
+  fuzz::require(count == (isWritten ? static_cast<int>(expected.size()) : 0));
+  if (!isWritten) {
+    fuzz::require(out == std::string(room, '#'));
+    return;
+  }
+  fuzz::require(out.compare(0, expected.size() + 1, expected.c_str(), expected.size() + 1) == 0);
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Bytes reply = fuzz::readHex(fuzz::textOf(data, size));
+  const std::string expected = expectedText(reply);
+  fuzz::require(CertMgr::getXmlResponse(reply.data(), static_cast<int>(reply.size())) == expected);
+  requireWritten(reply, reply.size(), expected);
+  requireWritten(reply, reply.size() + 3, expected);
+  if (!reply.empty()) {
+    requireWritten(reply, reply.size() - 1, expected);
+  }
+  return 0;
+}
