@@ -81,7 +81,7 @@ double longestWait(const Command& command, Wiring wiring) {
 void expectOrderlyEnd(const Command& command, Wiring wiring, const Outcome& outcome) {
   EXPECT_TRUE(outcome.ended);
   EXPECT_LE(outcome.seconds, longestWait(command, wiring));
-  EXPECT_EQ(std::ranges::count(command.statuses, outcome.status), 1) << outcome.status;
+  EXPECT_GE(std::ranges::count(command.statuses, outcome.status), 1) << outcome.status;
   EXPECT_EQ(outcome.openDevices, 0);
   EXPECT_EQ(outcome.openDescriptors, 0);
   EXPECT_TRUE(outcome.echoes);

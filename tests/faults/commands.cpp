@@ -1,6 +1,7 @@
 #include "faults/commands.h"
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
 #include <string_view>
 
@@ -91,6 +92,13 @@ const std::vector<Command>& commands() {
       {{"NoArguments"}, {}, Always, {}},
   };
   return all;
+}
+
+std::vector<Command> talkingCommands() {
+  std::vector<Command> result;
+  std::ranges::copy_if(commands(), std::back_inserter(result),
+                       [](const Command& candidate) { return candidate.longestWait.writes > 0; });
+  return result;
 }
 
 const Command& command(const std::string& name) {

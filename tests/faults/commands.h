@@ -29,6 +29,9 @@ struct Command : support::Row {
 /// Every command, and each security of the advanced configuration.
 const std::vector<Command>& commands();
 
+/// Those that talk to the printer.
+std::vector<Command> talkingCommands();
+
 /// The command of that name.
 const Command& command(const std::string& name);
 
