@@ -16,14 +16,18 @@ constexpr std::array SignalsThatEndOrStop = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, S
 /// More than passwords have. Enough for the text to live in heap memory, which the program clears
 /// when it releases it, and never in the string object itself.
 constexpr std::size_t PasswordReserve = 256;
+constexpr int RestoreTries = 3;
 
 // What a signal handler must reach: the terminal as it was, and whether it is to be restored.
 termios savedTerminal;
 volatile std::sig_atomic_t echoIsOff = 0;
 
+/// Tries again when that fails: a terminal that is left silent is worse than one that is late.
 void restoreEcho() {
   if (echoIsOff != 0) {
-    ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &savedTerminal);
+    int tries = RestoreTries;
+    while (::tcsetattr(STDIN_FILENO, TCSAFLUSH, &savedTerminal) != 0 && --tries > 0) {
+    }
     echoIsOff = 0;
   }
 }

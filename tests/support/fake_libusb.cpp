@@ -4,8 +4,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <list>
+#include <optional>
 #include <utility>
 
+#include "support/disturbance.h"
 #include "support/virtual_system.h"
 
 /// A handle only has to be something to point at.
@@ -127,34 +129,56 @@ struct usb_device* Library::addPrinter(const std::string& bus, const std::string
 using fake_libusb::Bytes;
 using fake_libusb::currentLibrary;
 using fake_libusb::record;
+using support::OutsideCall;
+
+namespace {
+
+/// What a bulk transfer that is to fail returns; else nothing, and `size` is cut to what it may
+/// move.
+std::optional<int> cut(const OutsideCall& call, int& size, int timeout) {
+  auto most = static_cast<std::size_t>(size);
+  const auto failure = call.cut(most);
+  size = static_cast<int>(most);
+  if (call.result() == -ETIMEDOUT) {
+    fake_libusb::advanceClock(timeout);
+  }
+  return failure ? std::optional(call.result()) : std::nullopt;
+}
+
+}  // namespace
 
 extern "C" {
 
 void usb_init() {
+  const OutsideCall call("usb_init");
   record("usb_init", {}, {});
 }
 
 int usb_find_busses() {
+  const OutsideCall call("usb_find_busses");
   record("usb_find_busses", {}, {});
-  return currentLibrary->idleResult;
+  return call.fails() ? call.result() : currentLibrary->idleResult;
 }
 
 int usb_find_devices() {
+  const OutsideCall call("usb_find_devices");
   record("usb_find_devices", {}, {});
-  return currentLibrary->idleResult;
+  return call.fails() ? call.result() : currentLibrary->idleResult;
 }
 
 struct usb_bus* usb_get_busses() {
+  const OutsideCall call("usb_get_busses");
   record("usb_get_busses", {}, {});
-  return currentLibrary->firstBus();
+  return call.fails() ? nullptr : currentLibrary->firstBus();
 }
 
 usb_dev_handle* usb_open(struct usb_device* dev) {
+  const OutsideCall call("usb_open");
   record("usb_open", {}, {dev});
   if (currentLibrary->onOpen) {
     currentLibrary->onOpen(dev);
   }
-  if (!currentLibrary->opens) {
+  if (!currentLibrary->opens || call.fails()) {
     return nullptr;
   }
   ++currentLibrary->openHandles;
@@ -162,31 +186,42 @@ usb_dev_handle* usb_open(struct usb_device* dev) {
 }
 
 int usb_close(usb_dev_handle* dev) {
+  const OutsideCall call("usb_close");
   record("usb_close", {}, {dev});
   --currentLibrary->openHandles;
   delete dev;
-  return currentLibrary->idleResult;
+  return call.fails() ? call.result() : currentLibrary->idleResult;
 }
 
 int usb_set_configuration(usb_dev_handle* dev, int configuration) {
+  const OutsideCall call("usb_set_configuration");
   record("usb_set_configuration", {configuration}, {dev});
-  return currentLibrary->setConfiguration;
+  return call.fails() ? call.result() : currentLibrary->setConfiguration;
 }
 
 int usb_claim_interface(usb_dev_handle* dev, int interface) {
+  const OutsideCall call("usb_claim_interface");
   record("usb_claim_interface", {interface}, {dev});
+  if (call.fails()) {
+    return call.result();
+  }
   return currentLibrary->claim ? currentLibrary->claim(interface) : 0;
 }
 
 int usb_release_interface(usb_dev_handle* dev, int interface) {
+  const OutsideCall call("usb_release_interface");
   record("usb_release_interface", {interface}, {dev});
-  return currentLibrary->idleResult;
+  return call.fails() ? call.result() : currentLibrary->idleResult;
 }
 
 int usb_bulk_write(usb_dev_handle* dev, int ep, const char* bytes, int size, int timeout) {
+  const OutsideCall call("usb_bulk_write");
   record("usb_bulk_write", {ep, size, timeout}, {dev, bytes});
   currentLibrary->chunkSizes.push_back(size);
   currentLibrary->writeTimeouts.push_back(timeout);
+  if (const auto failure = cut(call, size, timeout)) {
+    return *failure;
+  }
   const auto* first = reinterpret_cast<const std::uint8_t*>(bytes);
   const int result =
       currentLibrary->bulkWrite ? currentLibrary->bulkWrite(Bytes(first, first + size)) : size;
@@ -200,9 +235,13 @@ int usb_bulk_write(usb_dev_handle* dev, int ep, const char* bytes, int size, int
 }
 
 int usb_bulk_read(usb_dev_handle* dev, int ep, char* bytes, int size, int timeout) {
+  const OutsideCall call("usb_bulk_read");
   record("usb_bulk_read", {ep, size, timeout}, {dev, bytes});
   currentLibrary->readSizes.push_back(size);
   currentLibrary->readTimeouts.push_back(timeout);
+  if (const auto failure = cut(call, size, timeout)) {
+    return *failure;
+  }
   if (currentLibrary->bulkRead) {
     return currentLibrary->bulkRead(bytes, size);
   }
@@ -218,8 +257,9 @@ int usb_bulk_read(usb_dev_handle* dev, int ep, char* bytes, int size, int timeou
 }
 
 int usb_clear_halt(usb_dev_handle* dev, unsigned int ep) {
+  const OutsideCall call("usb_clear_halt");
   record("usb_clear_halt", {static_cast<long>(ep)}, {dev});
-  return currentLibrary->idleResult;
+  return call.fails() ? call.result() : currentLibrary->idleResult;
 }
 
 int usb_set_altinterface(usb_dev_handle* dev, int alternate) {

@@ -9,6 +9,8 @@
 #include <sys/select.h>
 #include <unistd.h>
 
+#include "support/disturbance.h"
+
 namespace virtual_system {
 
 namespace {
@@ -175,6 +177,7 @@ int selectForWriting(Device& device, Microseconds limit) {
 
 // --- The wrapped calls ------------------------------------------------------------------------
 
+using support::OutsideCall;
 using virtual_system::Device;
 using virtual_system::System;
 
@@ -200,6 +203,10 @@ int __real_usleep(useconds_t microseconds);
 std::time_t __real_time(std::time_t* result);
 
 int __wrap_open(const char* path, int flags, ...) {
+  const OutsideCall call("open");
+  if (call.fails()) {
+    return -1;
+  }
   if (System::current() != nullptr && System::current()->owns(path)) {
     return System::current()->open(path, flags);
   }
@@ -214,11 +221,18 @@ int __wrap_open(const char* path, int flags, ...) {
 }
 
 int __wrap_close(int descriptor) {
-  return virtualDevice(descriptor) != nullptr ? System::current()->close(descriptor)
-                                              : __real_close(descriptor);
+  const OutsideCall call("close");
+  const int result = virtualDevice(descriptor) != nullptr ? System::current()->close(descriptor)
+                                                          : __real_close(descriptor);
+  // The system closes the descriptor, whatever it says.
+  return call.fails() ? -1 : result;
 }
 
 ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size) {
+  const OutsideCall call("read");
+  if (const auto failure = call.cut(size)) {
+    return *failure;
+  }
   Device* const device = virtualDevice(descriptor);
   if (device != nullptr) {
     return virtual_system::readDevice(*device, buffer, size);
@@ -228,6 +242,10 @@ ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size) {
 }
 
 ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
+  const OutsideCall call("write");
+  if (const auto failure = call.cut(size)) {
+    return *failure;
+  }
   Device* const device = virtualDevice(descriptor);
   if (device != nullptr) {
     return virtual_system::writeDevice(*device, buffer, size);
@@ -237,6 +255,10 @@ ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
 }
 
 int __wrap_select(int count, fd_set* reading, fd_set* writing, fd_set* failing, timeval* limit) {
+  const OutsideCall call("select");
+  if (call.fails()) {
+    return -1;
+  }
   if (System::current() != nullptr) {
     ++System::current()->selects;
   }
@@ -248,11 +270,16 @@ int __wrap_select(int count, fd_set* reading, fd_set* writing, fd_set* failing, 
   }
   device->lastLimit = *limit;
   const auto time = limit->tv_sec * virtual_system::Second + limit->tv_usec;
+  if (call.fault() != nullptr) {
+    System::current()->advance(time);
+    return 0;
+  }
   return reading != nullptr ? virtual_system::selectForReading(*device, time)
                             : virtual_system::selectForWriting(*device, time);
 }
 
 unsigned int __wrap_sleep(unsigned int seconds) {
+  const OutsideCall call("sleep");
   if (System::current() == nullptr) {
     return __real_sleep(seconds);
   }
@@ -269,6 +296,7 @@ unsigned int __wrap_sleep(unsigned int seconds) {
 }
 
 int __wrap_usleep(useconds_t microseconds) {
+  const OutsideCall call("usleep");
   if (System::current() == nullptr) {
     return __real_usleep(microseconds);
   }

@@ -1,0 +1,224 @@
+#include <algorithm>
+#include <functional>
+#include <gtest/gtest.h>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "faults/bench.h"
+
+// A printer that answers late, with an old answer first, without an end, or with refusals.
+
+namespace faults {
+namespace {
+
+using support::Bytes;
+using support::bytes;
+using support::joined;
+
+class Answers : public testing::Test {
+ protected:
+  ~Answers() override { RecordProperty("runs", runs); }
+
+  Outcome run(Bench& bench, const Command& command) {
+    ++runs;
+    Outcome outcome = bench.run(command, files);
+    expectOrderlyEnd(command, Wiring::Usblp, outcome);
+    return outcome;
+  }
+
+  CommandFiles files;
+  int runs = 0;
+};
+
+// --- Late ---------------------------------------------------------------------------------------
+
+struct LateRow : support::Row {
+  int window;    ///< seconds from a request in which the first attempt takes a reply
+  int period;    ///< seconds from one attempt to the next
+  int attempts;  ///< of both ways to pack the request
+  int inTime;    ///< status
+  int tooLate;   ///< status
+};
+
+class LateAnswers : public Answers, public testing::WithParamInterface<LateRow> {};
+
+TEST_P(LateAnswers, AreTakenByTheAttemptTheyReach) {
+  const LateRow& row = GetParam();
+  const int end = row.window + (row.attempts - 1) * row.period;
+  for (int delay = 0; delay <= end + 1; ++delay) {
+    SCOPED_TRACE(std::to_string(delay) + " seconds late");
+    Bench bench(Wiring::Usblp);
+    bench.device.onWrite = [&](const Bytes& request) {
+      bench.device.reply(bench.printer.ask(request), delay * virtual_system::Second);
+    };
+    const Outcome outcome = run(bench, command(row.name));
+    EXPECT_EQ(outcome.status, delay <= end ? row.inTime : row.tooLate);
+    const int missed = (std::max(delay - row.window, 0) + row.period - 1) / row.period;
+    EXPECT_EQ(static_cast<int>(bench.device.writes.size()), std::min(missed + 1, row.attempts));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, LateAnswers,
+    testing::Values(LateRow{{"Basic"}, 10, 10, 2, 0, 255}, LateRow{{"Prompt"}, 10, 10, 2, 0, 255},
+                    LateRow{{"Ssid"}, 7, 7, 7, 0, 1}, LateRow{{"Ip"}, 8, 8, 7, 0, 1},
+                    LateRow{{"TroubleCode"}, 7, 7, 4, 0, 1},
+                    LateRow{{"Descriptor"}, 5, 15, 6, 0, 1}, LateRow{{"Reset"}, 10, 60, 2, 0, 1},
+                    LateRow{{"AuthStatus"}, 7, 7, 2, 3, 255},
+                    LateRow{{"RawPacket"}, 12, 12, 1, 0, 0},
+                    LateRow{{"RequestDefaults"}, 7, 7, 1, 0, 1},
+                    LateRow{{"InstallSigned"}, 7, 7, 1, 0, 1}),
+    support::rowName);
+
+// --- Refused ------------------------------------------------------------------------------------
+
+const Bytes Refusal = bytes("A5 00 02 D4 E0");
+
+struct RefusalRow : support::Row {
+  int attempts;  ///< of one way to pack the request
+  int good;      ///< status
+  int refused;   ///< status, when the last word is a refusal
+  /// Whether a refusal has the request repeated without its wrapper.
+  bool goesBare;
+};
+
+class Refusals : public Answers, public testing::WithParamInterface<RefusalRow> {
+ protected:
+  /// Runs the command with refusals from one attempt to another, silence before and answers behind
+  /// them.
+  void refuse(int from, int to, int status, int writes) {
+    SCOPED_TRACE("refusals from " + std::to_string(from) + " to " + std::to_string(to));
+    Bench bench(Wiring::Usblp);
+    int attempt = 0;
+    bench.device.onWrite = [&](const Bytes& request) {
+      const Bytes reply = bench.printer.ask(request);
+      ++attempt;
+      if (attempt >= from) {
+        bench.device.reply(attempt <= to ? Refusal : reply);
+      }
+    };
+    EXPECT_EQ(run(bench, command(GetParam().name)).status, status);
+    EXPECT_EQ(static_cast<int>(bench.device.writes.size()), writes);
+  }
+};
+
+TEST_P(Refusals, AreAnsweredAtWhateverAttemptTheyCome) {
+  const RefusalRow& row = GetParam();
+  for (int attempt = 1; attempt <= row.attempts; ++attempt) {
+    const bool isLast = attempt == row.attempts && !row.goesBare;
+    refuse(attempt, attempt, isLast ? row.refused : row.good, isLast ? attempt : attempt + 1);
+    refuse(attempt, 1000, row.refused, row.goesBare ? attempt + 1 : row.attempts);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, Refusals,
+                         testing::Values(RefusalRow{{"Basic"}, 1, 0, 255, true},
+                                         RefusalRow{{"Shared"}, 1, 0, 255, true},
+                                         RefusalRow{{"Ssid"}, 7, 0, 255, true},
+                                         RefusalRow{{"Ip"}, 7, 0, 255, true},
+                                         RefusalRow{{"TroubleCode"}, 4, 0, 255, true},
+                                         RefusalRow{{"AuthStatus"}, 1, 3, 255, true},
+                                         RefusalRow{{"Descriptor"}, 6, 0, 1, false},
+                                         RefusalRow{{"Reset"}, 2, 0, 1, false},
+                                         RefusalRow{{"RequestDefaults"}, 1, 0, 1, false}),
+                         support::rowName);
+
+// --- Old ----------------------------------------------------------------------------------------
+
+struct OldRow : support::Row {
+  int status;
+  std::size_t writes;
+};
+
+class OldAnswers : public Answers, public testing::WithParamInterface<OldRow> {};
+
+/// To a query that somebody made before.
+const Bytes OldAnswer = bytes("A5 00 0C 50 E0 D8 00 28 08 00 04 6F 6C 64 00");
+
+TEST_P(OldAnswers, StandBeforeThoseAskedFor) {
+  Bench bench(Wiring::Usblp);
+  bench.device.reply(OldAnswer);
+  EXPECT_EQ(run(bench, command(GetParam().name)).status, GetParam().status);
+  EXPECT_EQ(bench.device.writes.size(), GetParam().writes);
+}
+
+// A configuration and a query go by the end of what has come; who collects a reply takes the first
+// packet for it.
+INSTANTIATE_TEST_SUITE_P(Commands, OldAnswers,
+                         testing::Values(OldRow{{"Basic"}, 0, 1}, OldRow{{"Open"}, 0, 1},
+                                         OldRow{{"Ip"}, 0, 1}, OldRow{{"TroubleCode"}, 0, 1},
+                                         OldRow{{"Descriptor"}, 0, 1}, OldRow{{"Reset"}, 0, 1},
+                                         OldRow{{"AuthStatus"}, 3, 2},
+                                         OldRow{{"RequestDefaults"}, 1, 1},
+                                         OldRow{{"InstallSigned"}, 1, 1}),
+                         support::rowName);
+
+// --- Without an end -----------------------------------------------------------------------------
+
+struct Stream {
+  const char* name;
+  Bytes bytes;
+};
+
+class EndlessAnswers : public testing::TestWithParam<std::tuple<Command, Wiring>> {};
+
+/// A thousand bytes of a stream arrive in each millisecond at most.
+constexpr virtual_system::Microseconds PieceTime = 1000;
+
+void sendForEver(Bench& bench, const Bytes& piece) {
+  bench.device.readResult = [&bench, &piece] {
+    if (bench.device.arrivals.empty()) {
+      bench.device.reply(piece, PieceTime);
+    }
+    return 0;
+  };
+  bench.library.bulkRead = [&bench, &piece](char* buffer, int size) {
+    bench.system.advance(PieceTime);
+    const auto count = std::min(piece.size(), static_cast<std::size_t>(size));
+    std::copy_n(piece.begin(), count, reinterpret_cast<std::uint8_t*>(buffer));
+    return static_cast<int>(count);
+  };
+}
+
+TEST_P(EndlessAnswers, EndTheRunInOrder) {
+  Command command = std::get<0>(GetParam());
+  const Wiring wiring = std::get<1>(GetParam());
+  if (std::string(command.name) == "TroubleCode") {
+    // The code is whatever byte comes last.
+    command.statuses = {0, 1, 255, 0x20, 0xA5, 0xE0, 0x02, 0xFF, 0xD4};
+  }
+  const std::vector<Stream> streams = {
+      {"Zeros", Bytes(64)},
+      {"LargePackets", bytes("A5 FF FF 50 E0")},
+      {"MoreFollows", bytes("A5 00 02 20 E0")},
+      {"NoPackets", bytes("FF")},
+      {"Refusals", Refusal},
+      {"HalfAHeader", bytes("A5 00")},
+  };
+  for (const Stream& stream : streams) {
+    SCOPED_TRACE(stream.name);
+    Bench bench(wiring);
+    const CommandFiles files;
+    sendForEver(bench, stream.bytes);
+    expectOrderlyEnd(command, wiring, bench.run(command, files));
+  }
+  RecordProperty("runs", static_cast<int>(streams.size()));
+}
+
+constexpr auto commandName = [](const auto& test) {
+  return std::string(std::get<0>(test.param).name);
+};
+
+INSTANTIATE_TEST_SUITE_P(Usblp, EndlessAnswers,
+                         testing::Combine(testing::ValuesIn(talkingCommands()),
+                                          testing::Values(Wiring::Usblp)),
+                         commandName);
+
+INSTANTIATE_TEST_SUITE_P(LibUsb, EndlessAnswers,
+                         testing::Combine(testing::ValuesIn(talkingCommands()),
+                                          testing::Values(Wiring::LibUsb)),
+                         commandName);
+
+}  // namespace
+}  // namespace faults

@@ -1,0 +1,90 @@
+#include "faults/bench.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "faults/virtual_terminal.h"
+#include "support/command_line.h"
+#include "support/open_descriptors.h"
+
+/// The program's `main`, which goes by this name in the tests.
+int programMain(int argc, char** argv);
+
+namespace faults {
+
+namespace {
+
+/// A printer that takes what it is given, also a certificate that does not belong to its key.
+emulator::Personality obligingPrinter() {
+  emulator::Personality personality;
+  personality.ssid = "home";
+  personality.authStatus = {3};
+  personality.objectAnswers = {{.method = "uploadSignedCertFile", .file = {}, .status = 1}};
+  return personality;
+}
+
+}  // namespace
+
+Bench::Bench(Wiring wiring) : printer(obligingPrinter()), m_Wiring(wiring) {
+  device.onWrite = [this](const support::Bytes& request) {
+    if (support::Bytes answer = reply(request); !answer.empty()) {
+      device.reply(std::move(answer));
+    }
+  };
+  library.addPrinter("001", "005");
+  library.bulkWrite = [this](const support::Bytes& request) {
+    const support::Bytes answer = reply(request);
+    library.incoming.insert(library.incoming.end(), answer.begin(), answer.end());
+    return static_cast<int>(request.size());
+  };
+}
+
+support::Bytes Bench::reply(const support::Bytes& request) {
+  printer.now = emulator::Adapter::Clock::time_point(std::chrono::microseconds(system.now()));
+  return printer.ask(request);
+}
+
+Outcome Bench::run(const Command& command, const CommandFiles& files,
+                   const support::Disturbance::Plan& plan) {
+  Outcome outcome;
+  const bool atUsblp = m_Wiring == Wiring::Usblp;
+  support::CommandLine line(files.fill(command, atUsblp ? "/dev/usb/lp0" : "1:5"));
+  const VirtualTerminal terminal(command.input);
+  const long before = support::openDescriptors();
+  outcome.output = support::outputOf([&] {
+    support::Disturbance disturbance(plan);
+    try {
+      outcome.status = programMain(line.count(), line.vector()) & 0xFF;
+    } catch (const support::Endless&) {
+      outcome.ended = false;
+    }
+    callCount = disturbance.count();
+    wasReached = disturbance.wasReached();
+  });
+  outcome.openDescriptors = support::openDescriptors() - before;
+  outcome.openDevices = library.openHandles + (device.isOpen ? 1 : 0);
+  outcome.seconds = static_cast<double>(system.now()) / virtual_system::Second;
+  outcome.echoes = terminal.echoes();
+  return outcome;
+}
+
+double longestWait(const Command& command, Wiring wiring) {
+  // A write waits 5 seconds for usblp, and 25 times 5 for libusb. A read ends after 5 seconds of
+  // silence, but 5 may have passed before it without a byte from a printer that says it has some;
+  // libusb adds up to 10 seconds of its own, and as much behind an answer.
+  const double write = wiring == Wiring::Usblp ? 5 : 125;
+  const double read = wiring == Wiring::Usblp ? 11 : 26;
+  const LongestWait& wait = command.longestWait;
+  return wait.pauses + wait.writes * write + wait.reads * read;
+}
+
+void expectOrderlyEnd(const Command& command, Wiring wiring, const Outcome& outcome) {
+  EXPECT_TRUE(outcome.ended);
+  EXPECT_LE(outcome.seconds, longestWait(command, wiring));
+  EXPECT_GE(std::ranges::count(command.statuses, outcome.status), 1) << outcome.status;
+  EXPECT_EQ(outcome.openDevices, 0);
+  EXPECT_EQ(outcome.openDescriptors, 0);
+  EXPECT_TRUE(outcome.echoes);
+}
+
+}  // namespace faults

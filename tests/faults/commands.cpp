@@ -1,0 +1,135 @@
+#include "faults/commands.h"
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+#include <string_view>
+
+#include "support/certificates.h"
+
+namespace faults {
+
+namespace {
+
+using Statuses = std::vector<int>;
+
+/// What a configuration ends with, and a query that the adapter can refuse.
+const Statuses AcceptedOrNot = {0, 1, 255};
+const Statuses DoneOrNot = {0, 1};
+const Statuses Always = {0};
+
+// Two attempts of a configuration: a wrapped and a bare one.
+constexpr LongestWait Configuration = {.pauses = 10, .writes = 2, .reads = 2};
+// An exchange that collects a reply waits 2 seconds and then reads to a deadline; a packet that has
+// begun by then takes three reads at most. Of certificates the deadline is 5 or 10 seconds, else 3.
+constexpr LongestWait TwoQueries = {.pauses = 10, .writes = 2, .reads = 6};
+// Both lists of certificates (5 seconds each), the options, the network and the status; twice.
+constexpr LongestWait Authentication = {.pauses = 58, .writes = 10, .reads = 22};
+
+}  // namespace
+
+const std::vector<Command>& commands() {
+  static const std::vector<Command> all = {
+      {{"Basic"}, {"-c", "--ssid=home", "--security=None", "{}"}, AcceptedOrNot, Configuration},
+      {{"BasicFile"}, {"-c", "-file", "{options}", "{}"}, AcceptedOrNot, Configuration},
+      {{"Prompt"},
+       {"-c", "--ssid=home", "--security=WPA", "{}"},
+       AcceptedOrNot,
+       Configuration,
+       "correct-horse\nonce more\n"},
+      {{"Open"}, {"-ca", "--security=OPEN", "--ssid=home", "{}"}, AcceptedOrNot, Configuration},
+      {{"OpenWep"},
+       {"-ca", "--security=OPEN", "--encryption=WEP", "--WEP-key1=0123456789", "{}"},
+       AcceptedOrNot,
+       Configuration},
+      {{"Shared"},
+       {"-ca", "--security=SHARED", "--encryption=WEP", "--WEP-key1=0123456789", "{}"},
+       AcceptedOrNot,
+       Configuration},
+      {{"WpaPersonal"},
+       {"-ca", "--security=WPA-PER", "--psk=correct-horse", "--encryption=AES", "{}"},
+       AcceptedOrNot,
+       Configuration},
+      {{"WpaEnterprise"},
+       {"-ca", "--security=WPA-ENT", "--psk=correct-horse", "{}"},
+       AcceptedOrNot,
+       Configuration},
+      {{"Authenticated"},
+       {"-ca", "--security=802.1x", "--802-user=u", "--802-pwd=p", "--802-auth-ext=PEAP", "{}"},
+       AcceptedOrNot,
+       Authentication},
+      {{"AdvancedFile"}, {"-ca", "-file", "{advanced}", "{}"}, AcceptedOrNot, Configuration},
+      {{"Ssid"}, {"-s", "{}"}, AcceptedOrNot, {.pauses = 28, .writes = 14, .reads = 14}},
+      {{"Ip"}, {"-ip", "{}"}, AcceptedOrNot, {.pauses = 42, .writes = 14, .reads = 14}},
+      {{"TroubleCode"}, {"-t", "{}"}, AcceptedOrNot, {.pauses = 16, .writes = 8, .reads = 8}},
+      {{"Descriptor"}, {"-a", "{}"}, DoneOrNot, {.pauses = 50, .writes = 6, .reads = 6}},
+      // The printer's own status is 3: it is not connected.
+      {{"AuthStatus"}, {"-802s", "{}"}, {3, 255}, TwoQueries},
+      {{"Certificate"}, {"-cer", "{}"}, Always, TwoQueries},
+      {{"CertificateFile"}, {"-cer", "-file", "{options}", "{}"}, Always, TwoQueries},
+      {{"Reset"}, {"-r", "{}"}, DoneOrNot, {.pauses = 60, .writes = 2, .reads = 2}},
+      {{"RawPacket"},
+       {"-npa", "-file", "{packet}", "{}"},
+       Always,
+       {.pauses = 12, .writes = 1, .reads = 3}},
+      {{"RequestDefaults"}, {"-rcerdefs", "{}"}, DoneOrNot, {.pauses = 7, .writes = 1, .reads = 3}},
+      {{"Request"},
+       {"-csr", "--cer-common=hall", "--cer-path={request}", "{}"},
+       DoneOrNot,
+       // And 5 seconds for a file that says "try again".
+       {.pauses = 36, .writes = 3, .reads = 9}},
+      {{"InstallAuthority"},
+       {"-icer", "--802-CA-cer-file={ca}", "{}"},
+       DoneOrNot,
+       {.pauses = 26, .writes = 3, .reads = 9}},
+      {{"InstallSigned"},
+       {"-icer", "--802-signed-cer-file={ca}", "{}"},
+       DoneOrNot,
+       {.pauses = 12, .writes = 1, .reads = 3}},
+      {{"InstallNothing"}, {"-icer", "--802-CA-cer-file={none}", "{}"}, {2}, {}},
+      {{"DefaultRun"}, {"-x", "{}"}, Always, {.pauses = 39, .writes = 13, .reads = 13}},
+      {{"Help"}, {"-h", "{}"}, Always, {}},
+      {{"NoArguments"}, {}, Always, {}},
+  };
+  return all;
+}
+
+std::vector<Command> talkingCommands() {
+  std::vector<Command> result;
+  std::ranges::copy_if(commands(), std::back_inserter(result),
+                       [](const Command& candidate) { return candidate.longestWait.writes > 0; });
+  return result;
+}
+
+const Command& command(const std::string& name) {
+  const auto found = std::ranges::find(commands(), name, &Command::name);
+  if (found == commands().end()) {
+    throw std::runtime_error("no command " + name);
+  }
+  return *found;
+}
+
+CommandFiles::CommandFiles() {
+  m_Folder.write("options", "--ssid=home\n# comment\n--security=None\n");
+  m_Folder.write("advanced", "--security=\"WPA-PER\"\n--psk=correct-horse\n");
+  m_Folder.write("packet", "A5 00 06 50 E0 D8 00 28 08");
+  static const std::string certificate = support::certificatePem();
+  m_Folder.write("ca", certificate);
+}
+
+std::vector<std::string> CommandFiles::fill(const Command& command,
+                                            const std::string& device) const {
+  std::vector<std::string> filled = {"zvkconfig"};
+  for (std::string argument : command.arguments) {
+    const std::size_t open = argument.find('{');
+    if (open != std::string::npos) {
+      const std::size_t close = argument.find('}', open);
+      const std::string name = argument.substr(open + 1, close - open - 1);
+      argument.replace(open, close - open + 1, name.empty() ? device : m_Folder.path(name));
+    }
+    filled.push_back(argument);
+  }
+  return filled;
+}
+
+}  // namespace faults
