@@ -125,10 +125,6 @@ long HCUSBTransport::CT_Read(unsigned char* buf, unsigned long len) {
       status = m_Connector->isReadReady(ProbeTimeout);
       readyWithoutByte.restart();
     }
-    if (status == IO_FAILED) {
-      // It comes at once each time, and whoever collects a reply reads again until its deadline.
-      util::pauseBriefly();
-    }
     if (status != IO_READ_READY) {
       break;
     }

@@ -187,8 +187,9 @@ HCIOStatus LibUsbConnector::isReadReady(unsigned int timeout) {
   const int received =
       luu_usb_bulk_read(m_Handle.get(), m_InEndpoint, reinterpret_cast<char*>(packet.data()),
                         m_InMaxPacket, waitLimit(timeout));
-  if (received == 0) {
-    // An empty packet, or an error that libusb keeps to itself and that comes at once each time.
+  if (received <= 0 && received != -ETIMEDOUT) {
+    // An empty packet, or an error, which libusb may keep to itself: it comes at once each time,
+    // and whoever collects a reply reads again until its deadline.
     util::pauseBriefly();
   }
   if (received == 0 || received == -ETIMEDOUT) {

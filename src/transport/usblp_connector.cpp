@@ -9,6 +9,8 @@
 #include <sys/select.h>
 #include <unistd.h>
 
+#include "util/clock.h"
+
 namespace {
 
 constexpr std::size_t PrefixLimit = 63;
@@ -108,7 +110,12 @@ HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) {
   if (ready > 0) {
     return reading ? IO_READ_READY : IO_WRITE_READY;
   }
-  return ready == 0 ? IO_TIMEOUT : IO_FAILED;
+  if (ready == 0) {
+    return IO_TIMEOUT;
+  }
+  // It comes at once each time, and whoever collects a reply reads again until its deadline.
+  util::pauseBriefly();
+  return IO_FAILED;
 }
 
 void USBLPConnector::setStatusFromErrno() {

@@ -40,7 +40,7 @@ TEST_F(MainWithPrinter, GivesTheCommandsResult) {
   EXPECT_EQ(status, -1);
 }
 
-TEST_F(MainWithPrinter, CatchesNothing) {
+TEST_F(MainWithPrinter, LeavesAMissingArgumentUncaught) {
   CommandLine line({"zvkconfig", "-c"});
   EXPECT_THROW(programMain(line.count(), line.vector()), std::out_of_range);
 }

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <tuple>
@@ -14,7 +13,6 @@ namespace {
 
 using support::Bytes;
 using support::bytes;
-using support::joined;
 
 class Answers : public testing::Test {
  protected:

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <gtest/gtest.h>
-#include <optional>
 #include <string>
 #include <tuple>
 #include <vector>

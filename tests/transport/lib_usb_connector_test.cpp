@@ -82,6 +82,14 @@ TEST_F(LibUsb, ReadsTheNamesAsNumbers) {
   expectOpened(2, 5);
 }
 
+TEST_F(LibUsb, ClosesTheDeviceBeforeItOpensAnother) {
+  library.addPrinter("001", "002");
+  library.addPrinter("001", "003");
+  expectOpened(1, 2);
+  expectOpened(1, 3);
+  EXPECT_EQ(library.count("usb_close()"), 1);
+}
+
 TEST_F(LibUsb, FindsNothingOnAnEmptySystem) {
   expectNotOpened(2, 5);
 }

@@ -100,6 +100,14 @@ TEST_F(LibUsbTransfer, PollKeepsAPacketThatLeavesOneFreeByte) {
 
 // --- Buffered read ------------------------------------------------------------------------------
 
+TEST_F(LibUsbTransfer, ReadOfNothingDoesNotPoll) {
+  unsigned char byte = 0x55;
+  EXPECT_EQ(connector.read(&byte, 0), 0);
+  EXPECT_EQ(connector.read(&byte, -1), 0);
+  EXPECT_EQ(library.readSizes.size(), 0U);
+  EXPECT_EQ(byte, 0x55);
+}
+
 TEST_F(LibUsbTransfer, ReadTakesStoredBytesWithoutPolling) {
   open();
   fillRing(10);

@@ -131,6 +131,14 @@ TEST_F(OpenUsblp, ClosesOnce) {
   EXPECT_EQ(device.closes, 1);
 }
 
+TEST_F(OpenUsblp, ClosesTheDeviceBeforeItOpensItAgain) {
+  EXPECT_EQ(connector.open(), 0);
+  EXPECT_EQ(device.opens, 2);
+  EXPECT_EQ(device.closes, 1);
+  EXPECT_EQ(connector.close(), 0);
+  EXPECT_EQ(device.closes, 2);
+}
+
 TEST_F(OpenUsblp, KeepsTheDescriptorOfAFailedClose) {
   device.closeErrno = EIO;
   EXPECT_EQ(connector.close(), 1);

@@ -1,0 +1,73 @@
+#include <cerrno>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/files.h"
+#include "support/printer_run.h"
+#include "support/rows.h"
+
+// The real program, one of whose calls of the system fails.
+
+namespace {
+
+using support::PrinterRun;
+using support::runWithPrinter;
+using Words = std::vector<std::string>;
+
+struct FaultRow : support::Row {
+  const char* call;  ///< and which, with a "+" for all from then on
+  int error;
+  Words arguments;
+  int status;
+  std::size_t received;  ///< messages that reached the printer, two for a method call
+};
+
+class FailingCall : public testing::TestWithParam<FaultRow> {
+ protected:
+  FailingCall() {
+    ::setenv("LD_PRELOAD", FAILING_CALLS, 1);
+    ::setenv("ZVK_FAULT",
+             (std::string(GetParam().call) + " " + std::to_string(GetParam().error)).c_str(), 1);
+  }
+  ~FailingCall() override {
+    ::unsetenv("LD_PRELOAD");
+    ::unsetenv("ZVK_FAULT");
+  }
+};
+
+TEST_P(FailingCall, EndsTheRunInOrder) {
+  const FaultRow& row = GetParam();
+  const support::TemporaryFolder folder;
+  Words arguments = row.arguments;
+  if (arguments.front() == "-csr") {
+    arguments.push_back("--cer-path=" + folder.path("request"));
+  }
+  arguments.emplace_back("{}");
+  const PrinterRun run = runWithPrinter({"--ssid=home"}, arguments);
+  EXPECT_EQ(run.status, row.status);
+  EXPECT_EQ(run.received.size(), row.received);
+  EXPECT_TRUE(run.err.ends_with("D [ZVK] Destroying last instance of usb transport.\n")) << run.err;
+}
+
+const Words Configure = {"-c", "--ssid=home", "--security=None"};
+const Words MakeRequest = {"-csr", "--cer-common=hall"};
+
+INSTANTIATE_TEST_SUITE_P(
+    Calls, FailingCall,
+    testing::Values(FaultRow{{"OpenOnce"}, "open 1", EACCES, {"-s"}, 0, 1},
+                    FaultRow{{"OpenAlways"}, "open 1+", ENODEV, Configure, 255, 0},
+                    FaultRow{{"OpenOfTheRequestFile"}, "open 4", EACCES, MakeRequest, 1, 6},
+                    FaultRow{{"WriteOnce"}, "write 1", EIO, {"-ip"}, 0, 1},
+                    FaultRow{{"WriteInterrupted"}, "write 1", EINTR, Configure, 0, 1},
+                    FaultRow{{"WriteAlways"}, "write 1+", ENODEV, Configure, 255, 0},
+                    FaultRow{{"WriteOfTheRequestFile"}, "write 4+", ENOSPC, MakeRequest, 1, 6},
+                    FaultRow{{"ReadOnce"}, "read 1", EIO, {"-ip"}, 0, 1},
+                    FaultRow{{"ReadAlways"}, "read 1+", ENODEV, {"-t"}, 1, 4},
+                    FaultRow{{"SelectInterrupted"}, "select 1", EINTR, {"-s"}, 0, 1},
+                    FaultRow{{"SelectAlways"}, "select 1+", EBADF, {"-rcerdefs"}, 0, 2},
+                    FaultRow{{"CloseOnce"}, "close 1", EIO, {"-t"}, 0, 1}),
+    support::rowName);
+
+}  // namespace
