@@ -101,6 +101,7 @@ TEST_F(LibUsbTransfer, PollKeepsAPacketThatLeavesOneFreeByte) {
 // --- Buffered read ------------------------------------------------------------------------------
 
 TEST_F(LibUsbTransfer, ReadOfNothingDoesNotPoll) {
+  open();
   unsigned char byte = 0x55;
   EXPECT_EQ(connector.read(&byte, 0), 0);
   EXPECT_EQ(connector.read(&byte, -1), 0);
