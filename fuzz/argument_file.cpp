@@ -1,7 +1,9 @@
 // The input is the content of an argument file.
 
 #include <algorithm>
+#include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/config_details.h"
@@ -13,72 +15,100 @@ namespace {
 constexpr std::size_t LongestPiece = 255;
 constexpr const char* Device = "/dev/usb/lp3";
 
-/// The pieces that the file is read in, without those that hold no option.
-std::vector<std::string> optionsIn(const std::string& content) {
-  std::vector<std::string> options = {"zvkconfig"};
+/// The lines of the file, long ones in pieces, without comments.
+std::vector<std::string> linesOf(const std::string& content) {
+  std::vector<std::string> lines;
   for (std::size_t start = 0; start < content.size();) {
     std::string piece = content.substr(start, LongestPiece);
     piece.resize(std::min(piece.find('\n'), piece.size() - 1) + 1);
     start += piece.size();
     // A text ends at its first zero byte.
-    std::string line = piece.substr(0, piece.find_first_of(std::string("\n\0", 2)));
-    // No key is without a "-", and on a command line such a text would be the device's path.
-    if (!line.starts_with('#') && line.find('-') != std::string::npos) {
-      options.push_back(std::move(line));
+    const std::string line = piece.substr(0, piece.find_first_of(std::string("\n\0", 2)));
+    if (!line.starts_with('#')) {
+      lines.push_back(line);
     }
   }
-  return options;
+  return lines;
 }
 
-std::vector<std::string> valuesOf(const configDetails& settings) {
-  std::vector<std::string> values = {settings.getSSID(),
-                                     settings.getChannel(),
-                                     settings.getMode(),
-                                     settings.getSecurity(),
-                                     settings.getPasswd(),
-                                     settings.get802Encryption(),
-                                     settings.get802AuthExt(),
-                                     settings.get802AuthInner(),
-                                     settings.get802Username(),
-                                     settings.get802Password(),
-                                     settings.get802CACertFile(),
-                                     settings.get802SignedCertFile(),
-                                     settings.getWEPTransmit(),
-                                     settings.getPSK(),
-                                     settings.getCerCommonName(),
-                                     settings.getCerOrg(),
-                                     settings.getCerUnit(),
-                                     settings.getCerState(),
-                                     settings.getCerCountry(),
-                                     settings.getCerCity(),
-                                     settings.getCerAltName(),
-                                     settings.getCerFriendlyName(),
-                                     settings.getCerFilePath(),
-                                     settings.getNPAFileData(),
-                                     settings.getUSB()};
-  for (int i = 0; i < 4; ++i) {
-    values.push_back(settings.getWEPKey(i));
+/// What a line with the key says: what stands between the first two quotation marks, or behind the
+/// only one, or all from the position that is the key's length on.
+std::string valueIn(const std::string& line, std::string_view key) {
+  const std::size_t open = line.find('"');
+  if (open == std::string::npos) {
+    return line.substr(key.size());
   }
-  return values;
+  const std::string rest = line.substr(open + 1);
+  return rest.substr(0, rest.find('"'));
 }
+
+using Getter = std::string (*)(const configDetails& settings);
+
+template <auto Get>
+std::string value(const configDetails& settings) {
+  return (settings.*Get)();
+}
+
+template <int Index>
+std::string wepKey(const configDetails& settings) {
+  return settings.getWEPKey(Index);
+}
+
+struct Option {
+  std::string_view key;
+  Getter get;
+};
+
+using C = configDetails;
+
+constexpr std::array Options = {
+    Option{"--ssid=", value<&C::getSSID>},
+    Option{"--channel=", value<&C::getChannel>},
+    Option{"--mode=", value<&C::getMode>},
+    Option{"--security=", value<&C::getSecurity>},
+    Option{"--passwd=", value<&C::getPasswd>},
+    Option{"--encryption=", value<&C::get802Encryption>},
+    Option{"--802-auth-ext=", value<&C::get802AuthExt>},
+    Option{"--802-auth-inner=", value<&C::get802AuthInner>},
+    Option{"--802-user=", value<&C::get802Username>},
+    Option{"--802-pwd=", value<&C::get802Password>},
+    Option{"--802-CA-cer-file=", value<&C::get802CACertFile>},
+    Option{"--802-signed-cer-file=", value<&C::get802SignedCertFile>},
+    Option{"--WEP-key1=", wepKey<0>},
+    Option{"--WEP-key2=", wepKey<1>},
+    Option{"--WEP-key3=", wepKey<2>},
+    Option{"--WEP-key4=", wepKey<3>},
+    Option{"--WEP-transmit=", value<&C::getWEPTransmit>},
+    Option{"--psk=", value<&C::getPSK>},
+    Option{"--cer-common=", value<&C::getCerCommonName>},
+    Option{"--cer-org=", value<&C::getCerOrg>},
+    Option{"--cer-unit=", value<&C::getCerUnit>},
+    Option{"--cer-state=", value<&C::getCerState>},
+    Option{"--cer-country=", value<&C::getCerCountry>},
+    Option{"--cer-city=", value<&C::getCerCity>},
+    Option{"--cer-altname=", value<&C::getCerAltName>},
+    Option{"--cer-friendly-name=", value<&C::getCerFriendlyName>},
+    Option{"--cer-path=", value<&C::getCerFilePath>},
+};
 
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string content = fuzz::textOf(data, size);
   const fuzz::MemoryFile file(content);
-  configDetails fromFile;
-  fuzz::require(fromFile.parseFile(file.path(), Device) == 0);
+  configDetails settings;
+  fuzz::require(settings.parseFile(file.path(), Device) == 0);
 
-  std::vector<std::string> options = optionsIn(content);
-  options.emplace_back(Device);
-  configDetails fromOptions;
-  const int count = static_cast<int>(options.size());
-  fuzz::require(fromOptions.parseParm(count, std::move(options)) == 0);
-  fuzz::require(valuesOf(fromFile) == valuesOf(fromOptions));
-  for (const std::string& value : valuesOf(fromFile)) {
-    fuzz::require(value.size() <= LongestPiece);
-    fuzz::require(value.find('\n') == std::string::npos);
+  const std::vector<std::string> lines = linesOf(content);
+  for (const Option& option : Options) {
+    std::string expected = option.get(configDetails());
+    for (const std::string& line : lines) {
+      if (line.find(option.key) != std::string::npos) {
+        expected = valueIn(line, option.key);
+      }
+    }
+    fuzz::require(option.get(settings) == expected);
   }
+  fuzz::require(settings.getUSB() == Device);
   return 0;
 }

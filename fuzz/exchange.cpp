@@ -130,6 +130,7 @@ Outcome outcomeOf(const Promise& promise, const std::vector<Bytes>& replies,
     sendConfig exchange("/dev/usb/lp0");
     outcome.result =
         (exchange.*promise.operation)(request.data(), static_cast<int>(request.size()));
+    fuzz::require(!printer.device.isOpen);
   });
   constexpr virtual_system::Microseconds longest = 140;
   printer.requireOver(promise.attempts, longest);

@@ -1,42 +1,42 @@
 #include "hex_input.h"
 
-#include <optional>
+#include <algorithm>
 
 namespace fuzz {
 
 namespace {
 
-std::optional<std::uint8_t> digitValue(char c) {
+constexpr unsigned int NoDigit = 16;
+
+unsigned int digitValue(char c) {
   constexpr std::string_view digits = "0123456789ABCDEFabcdef";
-  const std::size_t position = digits.find(c);
-  if (position == std::string_view::npos) {
-    return std::nullopt;
+  constexpr unsigned int lowerCaseCount = 6;
+  const auto position = static_cast<unsigned int>(std::min(digits.find(c), digits.size()));
+  if (position == digits.size()) {
+    return NoDigit;
   }
-  constexpr std::size_t firstLowerCase = 16;
-  constexpr std::size_t lowerCaseCount = 6;
-  return static_cast<std::uint8_t>(position < firstLowerCase ? position
-                                                             : position - lowerCaseCount);
+  return position < NoDigit ? position : position - lowerCaseCount;
 }
 
 }  // namespace
 
 std::vector<Bytes> readHexParts(std::string_view text) {
   std::vector<Bytes> parts(1);
-  std::optional<std::uint8_t> highHalf;
+  unsigned int highHalf = NoDigit;
   bool isComment = false;
   for (const char c : text) {
     isComment = c != '\n' && (isComment || c == '#');
     if (isComment) {
       continue;
     }
-    const std::optional<std::uint8_t> digit = digitValue(c);
+    const unsigned int digit = digitValue(c);
     if (c == ';') {
       parts.emplace_back();
-      highHalf.reset();
-    } else if (digit && highHalf) {
-      parts.back().push_back(static_cast<std::uint8_t>(*highHalf << 4U | *digit));
-      highHalf.reset();
-    } else if (digit) {
+      highHalf = NoDigit;
+    } else if (digit != NoDigit && highHalf != NoDigit) {
+      parts.back().push_back(static_cast<std::uint8_t>(highHalf << 4U | digit));
+      highHalf = NoDigit;
+    } else if (digit != NoDigit) {
       highHalf = digit;
     }
   }

@@ -80,6 +80,7 @@ Bytes collected(const Bytes& stream, const How& how) {
     sendConfig exchange("/dev/usb/lp0");
     count =
         exchange.sendQuery(request.data(), static_cast<int>(request.size()), reply, how.timeLimit);
+    fuzz::require(!printer.device.isOpen);
   });
   const auto pieces = static_cast<Microseconds>(fuzz::inPieces(stream, how.pieceSize).size());
   printer.requireOver(
