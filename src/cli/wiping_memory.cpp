@@ -4,9 +4,9 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <malloc.h>
 #include <new>
-#include <string.h>
 
 void* operator new(std::size_t size) {
   // A block of no bytes has an address of its own, too.
