@@ -171,7 +171,7 @@ void sendForEver(Bench& bench, const Bytes& piece) {
     }
     return 0;
   };
-  bench.library.bulkRead = [&bench, &piece](char* buffer, int size) {
+  bench.libusb.bulkRead = [&bench, &piece](char* buffer, int size) {
     bench.system.advance(PieceTime);
     const auto count = std::min(piece.size(), static_cast<std::size_t>(size));
     std::copy_n(piece.begin(), count, reinterpret_cast<std::uint8_t*>(buffer));

@@ -31,10 +31,10 @@ Bench::Bench(Wiring wiring) : printer(obligingPrinter()), m_Wiring(wiring) {
       device.reply(std::move(answer));
     }
   };
-  library.addPrinter("001", "005");
-  library.bulkWrite = [this](const support::Bytes& request) {
+  libusb.addPrinter("001", "005");
+  libusb.bulkWrite = [this](const support::Bytes& request) {
     const support::Bytes answer = reply(request);
-    library.incoming.insert(library.incoming.end(), answer.begin(), answer.end());
+    libusb.incoming.insert(libusb.incoming.end(), answer.begin(), answer.end());
     return static_cast<int>(request.size());
   };
 }
@@ -62,7 +62,7 @@ Outcome Bench::run(const Command& command, const CommandFiles& files,
     wasReached = disturbance.wasReached();
   });
   outcome.openDescriptors = support::openDescriptors() - before;
-  outcome.openDevices = library.openHandles + (device.isOpen ? 1 : 0);
+  outcome.openDevices = libusb.openHandles + (device.isOpen ? 1 : 0);
   outcome.seconds = static_cast<double>(system.now()) / virtual_system::Second;
   outcome.echoes = terminal.echoes();
   return outcome;

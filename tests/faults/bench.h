@@ -42,7 +42,7 @@ class Bench {
 
   virtual_system::System system;
   virtual_system::Device& device = system.device("/dev/usb/lp0");
-  fake_libusb::Library library;
+  fake_libusb::Library libusb;
   support::EmulatedPrinter printer;
 
  private:

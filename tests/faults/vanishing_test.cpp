@@ -45,17 +45,17 @@ class VanishingPrinter {
     device.readResult = [this] {
       return readUsblp();
     };
-    bench.library.onOpen = [this](const struct usb_device* /*device*/) {
+    bench.libusb.onOpen = [this](const struct usb_device* /*device*/) {
       ++m_Opens;
     };
-    bench.library.bulkWrite = [this](Bytes request) {
+    bench.libusb.bulkWrite = [this](Bytes request) {
       const int count = taken(m_Opens, request.size());
       request.resize(static_cast<std::size_t>(std::max(count, 0)));
       const Bytes reply = replyTo(request);
-      bench.library.incoming.insert(bench.library.incoming.end(), reply.begin(), reply.end());
+      bench.libusb.incoming.insert(bench.libusb.incoming.end(), reply.begin(), reply.end());
       return count;
     };
-    bench.library.bulkRead = [this](char* buffer, int size) {
+    bench.libusb.bulkRead = [this](char* buffer, int size) {
       return readLibUsb(buffer, size);
     };
   }
@@ -72,7 +72,7 @@ class VanishingPrinter {
     m_Gone = true;
     if (!m_Moment.comesBack) {
       bench.device.openErrno = ENODEV;
-      bench.library.opens = false;
+      bench.libusb.opens = false;
     }
     bench.device.readyForEver = true;
   }
@@ -83,7 +83,7 @@ class VanishingPrinter {
       m_Gone = false;
       bench.device.readyForEver = false;
       bench.device.arrivals.clear();
-      bench.library.incoming.clear();
+      bench.libusb.incoming.clear();
       bench.printer.adapter.forgetPartialPacket();
     }
     sizes.resize(std::max(sizes.size(), static_cast<std::size_t>(exchange)));
@@ -129,7 +129,7 @@ class VanishingPrinter {
   }
 
   int readLibUsb(char* buffer, int size) {
-    Bytes& incoming = bench.library.incoming;
+    Bytes& incoming = bench.libusb.incoming;
     if (incoming.empty()) {
       if (m_IsLast && isIt(m_Opens)) {
         vanish();
@@ -137,7 +137,7 @@ class VanishingPrinter {
       if (m_Gone) {
         return -ENODEV;
       }
-      bench.system.advance(bench.library.readTimeouts.back() * 1000LL);
+      bench.system.advance(bench.libusb.readTimeouts.back() * 1000LL);
       return -ETIMEDOUT;
     }
     const auto count = std::min<std::size_t>(incoming.size(), static_cast<std::size_t>(size));
