@@ -14,7 +14,7 @@ _zvkconfig_values() {  # OPTION SWITCH
       ;;
     --encryption) values=(TKIP AES WEP NONE WEP-DYNAMIC WEP-STATIC WPA-TKIP WPA-AES) ;;
     --802-auth-ext)
-      compset -P '*|'
+      compset -P '*\|'
       values=(EAP-MD5 MSCHAPv2 LEAP PEAP EAP-TLS EAP-TTLS)
       ;;
     --802-auth-inner) values=(CHAP MSCHAP MSCHAPv2 PAP) ;;

@@ -56,6 +56,14 @@ configDetails::configDetails() {
   value(Setting::Security) = "None";
 }
 
+std::vector<std::string> configDetails::optionKeys() {
+  std::vector<std::string> keys;
+  for (const Option& option : Options) {
+    keys.emplace_back(option.key);
+  }
+  return keys;
+}
+
 int configDetails::getParmValue(std::string text, std::string key, std::string* value) {
   if (text.find(key) == std::string::npos) {
     return 0;

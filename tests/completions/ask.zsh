@@ -1,14 +1,12 @@
 # zsh ask.zsh COMPLETION_FILE LINE: prints what can stand at the end of the line. Completion functions
-# work in the line editor only, so a shell of its own gets the line typed, on a pseudo-terminal.
-zmodload zsh/zpty
+# work in the line editor only, so a shell of its own gets the line there, on a pseudo-terminal.
 folder=$(mktemp -d)
 cp $1 $folder/_${${1:t}%.zsh}
-export LINE_TO_COMPLETE=$2 OFFERS=$folder/offers
+export ZDOTDIR=$folder LINE_TO_COMPLETE=$2 OFFERS=$folder/offers
 cat >$folder/.zshrc <<'END'
 fpath=($ZDOTDIR $fpath)
 autoload -Uz compinit && compinit -u -d $ZDOTDIR/dump
-zstyle ':completion:*' verbose no
-# Keeps what is offered. Calls that ask for no offer but for the list of them go through untouched.
+# Keeps what is offered. Calls that only sort out what fits go through untouched.
 compadd() {
   if [[ -z ${(M)@:#-[OAD]} ]]; then
     local -a offered
@@ -24,7 +22,6 @@ zle-line-init() {
 }
 zle -N zle-line-init
 END
-ZDOTDIR=$folder zpty shell zsh -d -i
-while zpty -r shell; do :; done >$folder/terminal
+script --quiet --command "zsh -d -i" $folder/terminal >/dev/null </dev/null
 [[ ! -e $OFFERS ]] || cat $OFFERS
 rm -rf $folder
