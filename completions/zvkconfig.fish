@@ -15,8 +15,10 @@ function __zvkconfig_takes_options
 end
 
 function __zvkconfig_takes_file
-    __zvkconfig_switch -c -ca -cer -csr -icer -rcerdefs -npa; and begin
-        __zvkconfig_at 2; or __zvkconfig_at 3
+    set -l words (commandline -opc)
+    __zvkconfig_switch -c -ca -cer -csr -icer -rcerdefs -npa; or return
+    __zvkconfig_at 2; or begin
+        __zvkconfig_at 3; and test $words[3] = -file
     end
 end
 

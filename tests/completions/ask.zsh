@@ -1,11 +1,15 @@
 # zsh ask.zsh COMPLETION_FILE LINE: prints what can stand at the end of the line. Completion functions
-# work in the line editor only, so a shell of its own gets the line there, on a pseudo-terminal.
-folder=$(mktemp -d)
-cp $1 $folder/_${${1:t}%.zsh}
-export ZDOTDIR=$folder LINE_TO_COMPLETE=$2 OFFERS=$folder/offers
-cat >$folder/.zshrc <<'END'
+# work in the line editor only, so a shell of its own gets the line there, on a pseudo-terminal. What it
+# needs is kept in the home folder for the next time.
+export ZDOTDIR=$HOME/zsh LINE_TO_COMPLETE=$2 OFFERS=$HOME/zsh/offers
+if [[ ! -d $ZDOTDIR ]]; then
+  mkdir $ZDOTDIR
+  for file in ${1:h}/*.zsh; do
+    cp $file $ZDOTDIR/_${${file:t}%.zsh}
+  done
+  cat >$ZDOTDIR/.zshrc <<'END'
 fpath=($ZDOTDIR $fpath)
-autoload -Uz compinit && compinit -u -d $ZDOTDIR/dump
+autoload -Uz compinit && compinit -C -d $ZDOTDIR/dump
 # Keeps what is offered. Calls that only sort out what fits go through untouched.
 compadd() {
   if [[ -z ${(M)@:#-[OAD]} ]]; then
@@ -22,6 +26,7 @@ zle-line-init() {
 }
 zle -N zle-line-init
 END
-script --quiet --command "zsh -d -i" $folder/terminal >/dev/null </dev/null
-[[ ! -e $OFFERS ]] || cat $OFFERS
-rm -rf $folder
+fi
+: >$OFFERS
+script --quiet --command "zsh -d -i" $ZDOTDIR/terminal >/dev/null </dev/null
+cat $OFFERS
