@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC1090  # which file is told by the caller
 # bash ask.bash COMPLETION_FILE LINE: prints what can stand at the end of the line.
 . "$1"
 line=$2
