@@ -58,6 +58,7 @@ configDetails::configDetails() {
 
 std::vector<std::string> configDetails::optionKeys() {
   std::vector<std::string> keys;
+  keys.reserve(Options.size());
   for (const Option& option : Options) {
     keys.emplace_back(option.key);
   }
