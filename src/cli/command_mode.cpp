@@ -42,3 +42,7 @@ const CommandMode& commandMode(std::string_view name) {
   const auto* const found = std::ranges::find(CommandModes, name, &CommandMode::name);
   return found == CommandModes.end() ? DefaultRun : *found;
 }
+
+std::span<const CommandMode> commandModes() {
+  return CommandModes;
+}

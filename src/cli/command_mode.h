@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "wireless/wnpa_generator.h"
@@ -33,3 +34,6 @@ struct CommandMode {
 /// Returns the mode of a command switch, compared exactly. Every text has one: one that is no
 /// switch runs the generator's default run.
 const CommandMode& commandMode(std::string_view name);
+
+/// The modes of all switches.
+std::span<const CommandMode> commandModes();

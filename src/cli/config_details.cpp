@@ -56,6 +56,15 @@ configDetails::configDetails() {
   value(Setting::Security) = "None";
 }
 
+std::vector<std::string> configDetails::optionKeys() {
+  std::vector<std::string> keys;
+  keys.reserve(Options.size());
+  for (const Option& option : Options) {
+    keys.emplace_back(option.key);
+  }
+  return keys;
+}
+
 int configDetails::getParmValue(std::string text, std::string key, std::string* value) {
   if (text.find(key) == std::string::npos) {
     return 0;

@@ -14,6 +14,9 @@ class configDetails {
   /// Channel "6", mode "Managed", security "None", device "/dev/usb/lp0"; all else empty.
   configDetails();
 
+  /// The keys of all options, in the order in which they are tried.
+  static std::vector<std::string> optionKeys();
+
   /// Extracts the value of option `key` from `text` into `*value`. Nothing happens when the key
   /// occurs nowhere in the text. Else the value is what stands between the first two quotation
   /// marks, or behind the only one, or, without any, from the position that is the key's length:

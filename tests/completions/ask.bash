@@ -1,0 +1,20 @@
+# shellcheck shell=bash disable=SC1090  # which file is told by the caller
+# bash ask.bash COMPLETION_FILE LINE: prints what can stand at the end of the line.
+. "$1"
+line=$2
+# As readline takes a line apart: at blanks, and at "=" outside quotation marks.
+pattern='^("[^"]*"?|=|[^ ="]+)'
+COMP_WORDS=()
+rest=$line
+while [[ $rest ]]; do
+  if [[ $rest == " "* ]]; then
+    rest=${rest#" "}
+    [[ $rest ]] || COMP_WORDS+=("")
+  elif [[ $rest =~ $pattern ]]; then
+    COMP_WORDS+=("${BASH_REMATCH[0]}")
+    rest=${rest:${#BASH_REMATCH[0]}}
+  fi
+done
+COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+"_${COMP_WORDS[0]}"
+((${#COMPREPLY[@]} == 0)) || printf '%s\n' "${COMPREPLY[@]}"

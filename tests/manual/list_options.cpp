@@ -1,0 +1,26 @@
+// Prints the switches and options of both programs as their own tables have them, for the tests of
+// what is written about them: the program, a blank, the name, and "=" where a value follows.
+
+#include <cstdio>
+#include <string>
+
+#include "cli/command_mode.h"
+#include "cli/config_details.h"
+#include "emulator/option_table.h"
+
+int main() {
+  for (const CommandMode& mode : commandModes()) {
+    std::printf("zvkconfig %s\n", std::string(mode.name).c_str());
+  }
+  for (const std::string& key : configDetails::optionKeys()) {
+    std::printf("zvkconfig %s\n", key.c_str());
+  }
+  for (const auto options :
+       {emulator::personalityOptions(), emulator::usbOptions(), emulator::generalOptions()}) {
+    for (const emulator::Option& option : options) {
+      std::printf("zvkprinter %s%s\n", std::string(option.name).c_str(),
+                  option.valueName.empty() ? "" : "=");
+    }
+  }
+  return 0;
+}
