@@ -136,6 +136,10 @@ int wnpaGenerator::configure(const char* announcement, std::span<const Section> 
   return sendBatch(encodeBatch(sections), true);
 }
 
+int wnpaGenerator::constructBasic() {
+  return frameBatch(encodeBatch(Basic));
+}
+
 int wnpaGenerator::configBasic() {
   util::debugLine("Basic config...");
   const int result = sendBatch(encodeBatch(Basic), false);
@@ -190,7 +194,7 @@ int wnpaGenerator::set8021xOptions() {
 }
 
 int wnpaGenerator::generate() {
-  const int size = frameBatch(encodeBatch(Basic));
+  const int size = constructBasic();
   for (const unsigned char byte : m_Packet) {
     std::fprintf(stderr, "%x ", byte);
   }

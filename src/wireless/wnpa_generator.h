@@ -121,6 +121,9 @@ class wnpaGenerator {
   /// Mode, security, channel, SSID and password.
   int configBasic();
 
+  /// Builds the packet of that batch, as it goes out, without sending it. Returns its size.
+  int constructBasic();
+
   /// The configuration that the security asks for: "OPEN", "SHARED", "WPA-PER", "WPA-ENT" or
   /// "802.1x". Any other sends nothing and gives 0.
   int configAdvanced();
