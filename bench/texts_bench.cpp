@@ -26,7 +26,7 @@ std::string textWith(const std::string& mark, std::size_t size) {
 }
 
 auto copyOf(std::string text) {
-  return [text = std::move(text), copy = std::vector<char>(text.size())]() mutable {
+  return [copy = std::vector<char>(text.size()), text = std::move(text)]() mutable {
     std::memcpy(copy.data(), text.data(), text.size());
     benchmark::DoNotOptimize(copy.data());
   };

@@ -4,10 +4,10 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <span>
+#include <string_view>
 
 #include "cert/cert_mgr.h"
 #include "npa/packet.h"
@@ -32,11 +32,16 @@ std::optional<std::string> xmlIn(std::span<const unsigned char> reply) {
       !std::ranges::equal(reply.first(ReplyMarker.size()), ReplyMarker)) {
     return std::nullopt;
   }
+  std::string_view rest(reinterpret_cast<const char*>(reply.data()), reply.size());
+  rest.remove_prefix(ReplyMarker.size());
   std::string text;
-  text.reserve(reply.size());
+  text.reserve(rest.size());
   // Those inside a text go as well, on purpose.
-  std::ranges::remove_copy(reply.subspan(ReplyMarker.size()), std::back_inserter(text),
-                           ReplyCommand);
+  while (!rest.empty()) {
+    const std::string_view run = rest.substr(0, rest.find(static_cast<char>(ReplyCommand)));
+    text.append(run);
+    rest.remove_prefix(std::min(run.size() + 1, rest.size()));
+  }
   return text;
 }
 
@@ -61,6 +66,31 @@ std::string_view entityOf(char symbol) {
     default:
       return {};
   }
+}
+
+constexpr bool isSymbol(char c) {
+  return c == '&' || c == '"' || c == '\'' || c == '<' || c == '>';
+}
+
+/// Where the first symbol of `text` is, or its end.
+std::size_t symbolIn(std::string_view text) {
+  // Whole blocks are looked at without a branch for each character.
+  constexpr std::size_t block = 16;
+  std::size_t position = 0;
+  while (text.size() - position >= block) {
+    bool hasSymbol = false;
+    for (std::size_t i = 0; i < block; ++i) {
+      hasSymbol |= isSymbol(text.data()[position + i]);
+    }
+    if (hasSymbol) {
+      break;
+    }
+    position += block;
+  }
+  while (position < text.size() && !isSymbol(text[position])) {
+    ++position;
+  }
+  return position;
 }
 
 }  // namespace
@@ -143,13 +173,16 @@ std::string CertMgr::getXmlResponse(unsigned char* reply, int replyLen) {
 }
 
 std::string CertMgr::symbolToEntities(const char* text) {
+  std::string_view rest = util::textOf(text);
   std::string result;
-  for (const char symbol : util::textOf(text)) {
-    const std::string_view entity = entityOf(symbol);
-    if (entity.empty()) {
-      result.push_back(symbol);
-    } else {
-      result.append(entity);
+  result.reserve(rest.size() + rest.size() / 8);
+  while (!rest.empty()) {
+    const std::string_view run = rest.substr(0, symbolIn(rest));
+    result.append(run);
+    rest.remove_prefix(run.size());
+    if (!rest.empty()) {
+      result.append(entityOf(rest.front()));
+      rest.remove_prefix(1);
     }
   }
   return result;

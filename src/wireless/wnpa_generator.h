@@ -205,8 +205,8 @@ class wnpaGenerator {
   /// is that of the value, unless it is told.
   int appendCode(npa::Byte group, npa::Byte number, npa::Byte code);
   int appendFlag(npa::Byte group, npa::Byte number, bool flag);
-  int appendObject(npa::Byte group, npa::Byte number, const std::vector<npa::Byte>& value);
-  int appendObject(npa::Byte group, npa::Byte number, const std::vector<npa::Byte>& value,
+  int appendObject(npa::Byte group, npa::Byte number, std::span<npa::Byte> value);
+  int appendObject(npa::Byte group, npa::Byte number, std::span<npa::Byte> value,
                    std::size_t sizeField);
 
   int constructGrouping(int size, npa::DataKind kind);
