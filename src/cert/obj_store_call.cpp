@@ -69,7 +69,8 @@ std::string_view entityOf(char symbol) {
 }
 
 constexpr bool isSymbol(char c) {
-  return c == '&' || c == '"' || c == '\'' || c == '<' || c == '>';
+  return (static_cast<int>(c == '&') | static_cast<int>(c == '"') | static_cast<int>(c == '\'') |
+          static_cast<int>(c == '<') | static_cast<int>(c == '>')) != 0;
 }
 
 /// Where the first symbol of `text` is, or its end.
