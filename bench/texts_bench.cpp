@@ -16,11 +16,16 @@ namespace {
 
 constexpr std::size_t Mebi = 1 << 20;
 
-/// A text of a size in which `mark` stands at every 64th place.
+/// How far apart marks are: what a pass over the bytes costs, and what each mark costs beyond it.
+constexpr std::size_t Far = 1024;
+constexpr std::size_t Near = 64;
+
+/// A text of a size in which `mark` ends every piece of so many characters.
+template <std::size_t Distance>
 std::string textWith(const std::string& mark, std::size_t size) {
   std::string text;
-  while (text.size() + 64 <= size) {
-    text += std::string(64 - mark.size(), 'x') + mark;
+  while (text.size() + Distance <= size) {
+    text += std::string(Distance - mark.size(), 'x') + mark;
   }
   return text + std::string(size - text.size(), 'x');
 }
@@ -32,15 +37,17 @@ auto copyOf(std::string text) {
   };
 }
 
+template <std::size_t Distance>
 auto escapingOf(std::size_t size) {
-  return [text = textWith("&", size)] {
+  return [text = textWith<Distance>("&", size)] {
     benchmark::DoNotOptimize(CertMgr::symbolToEntities(text.c_str()));
   };
 }
 
 /// Replaces in a copy, since the replacement uses its text up.
+template <std::size_t Distance>
 auto replacementOf(std::size_t size) {
-  return [text = textWith("&amp;", size), copy = std::string()]() mutable {
+  return [text = textWith<Distance>("&amp;", size), copy = std::string()]() mutable {
     SimpleSAXHandler handler;
     const SimpleSAXParser parser(handler);
     copy = text;
@@ -49,15 +56,17 @@ auto replacementOf(std::size_t size) {
   };
 }
 
-/// The bytes of a reply whose text has the command byte of a further packet every 64 bytes.
+/// The bytes of a reply whose text holds the command byte of further packets now and then.
+template <std::size_t Distance>
 std::string rawReply(std::size_t size) {
   const std::string begin =
       "\xE0\xC0\x03" + std::string(1, '\0') + "\x01" + std::string(1, '\0') + "\xE0";
-  return begin + textWith("\xE0", size - begin.size());
+  return begin + textWith<Distance>("\xE0", size - begin.size());
 }
 
+template <std::size_t Distance>
 auto extractionOf(std::size_t size) {
-  return [reply = rawReply(size)]() mutable {
+  return [reply = rawReply<Distance>(size)]() mutable {
     auto* bytes = reinterpret_cast<unsigned char*>(reply.data());
     if (CertMgr::getXmlResponse(bytes, static_cast<int>(reply.size())).empty()) {
       std::abort();
@@ -65,20 +74,27 @@ auto extractionOf(std::size_t size) {
   };
 }
 
-[[maybe_unused]] const bool AreAdded = [] {
+template <std::size_t Distance>
+void addAll() {
   const std::string peer = "one memcpy pass";
-  bench::contest("symbolToEntities", bench::Ours, {Mebi}, escapingOf);
-  bench::contest("symbolToEntities", peer, {Mebi},
-                 [](std::size_t size) { return copyOf(textWith("&", size)); });
-  bench::growth("symbolToEntities", 16 << 10, escapingOf);
-  bench::contest("replaceEntities", bench::Ours, {Mebi}, replacementOf);
-  bench::contest("replaceEntities", peer, {Mebi},
-                 [](std::size_t size) { return copyOf(textWith("&amp;", size)); });
-  bench::growth("replaceEntities", 16 << 10, replacementOf);
-  bench::contest("getXmlResponse", bench::Ours, {Mebi}, extractionOf);
-  bench::contest("getXmlResponse", peer, {Mebi},
-                 [](std::size_t size) { return copyOf(rawReply(size)); });
-  bench::growth("getXmlResponse", 16 << 10, extractionOf);
+  const std::string density = ", 1 in " + std::to_string(Distance);
+  const auto copy = [](std::size_t size) {
+    return copyOf(textWith<Distance>("&", size));
+  };
+  bench::contest("symbolToEntities" + density, bench::Ours, {Mebi}, escapingOf<Distance>);
+  bench::contest("symbolToEntities" + density, peer, {Mebi}, copy);
+  bench::contest("replaceEntities" + density, bench::Ours, {Mebi}, replacementOf<Distance>);
+  bench::contest("replaceEntities" + density, peer, {Mebi}, copy);
+  bench::contest("getXmlResponse" + density, bench::Ours, {Mebi}, extractionOf<Distance>);
+  bench::contest("getXmlResponse" + density, peer, {Mebi}, copy);
+}
+
+[[maybe_unused]] const bool AreAdded = [] {
+  addAll<Near>();
+  addAll<Far>();
+  bench::growth("symbolToEntities", 16 << 10, escapingOf<Near>);
+  bench::growth("replaceEntities", 16 << 10, replacementOf<Near>);
+  bench::growth("getXmlResponse", 16 << 10, extractionOf<Near>);
   return true;
 }();
 
