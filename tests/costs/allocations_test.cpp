@@ -103,7 +103,7 @@ class Query : public support::UsblpPrinter {
 
 TEST_F(Query, TakesNoMoreBlocksForALongerReply) {
   // The printer's own lists grow now and then.
-  for (const std::size_t size : {64, 512, 4096}) {
+  for (const std::size_t size : {64U, 512U, 4096U}) {
     SCOPED_TRACE(size);
     EXPECT_LE(blocks(size), 17U);
   }

@@ -54,8 +54,8 @@ struct Row : support::Row {
   int silences;  ///< waits that end without a byte
   int pauses;
   int exchanges;  ///< the device is opened, read and closed
-  int reads;
-  int writes;  ///< requests, lines of the log, and the output
+  int reads;      ///< at most: an answer may be there at the first try or not
+  int writes;     ///< requests, lines of the log, and the output
 };
 
 class SystemCalls : public testing::TestWithParam<Row> {};
@@ -69,31 +69,35 @@ TEST_P(SystemCalls, AreAsMany) {
   ::unsetenv("ZVK_RUN_UNDER");
   Counts calls = callsOf(log);
   const int probes = calls[Probe];
+  const int reads = calls["read"];
   calls.erase(Probe);
+  calls.erase("read");
   Counts expected = {{"openat", GetParam().exchanges},
                      {"close", GetParam().exchanges},
-                     {"read", GetParam().reads},
                      {"write", GetParam().writes},
                      {"exit_group", 1}};
   if (GetParam().pauses > 0) {
     expected["clock_nanosleep"] = GetParam().pauses;
   }
   EXPECT_EQ(calls, expected);
+  EXPECT_GE(reads, GetParam().exchanges);
+  EXPECT_LE(reads, GetParam().reads);
   EXPECT_GE(probes, GetParam().silences);
-  EXPECT_LE(probes, GetParam().silences * ProbesPerWait);
+  // One wait more for an answer that is late.
+  EXPECT_LE(probes, (GetParam().silences + 1) * ProbesPerWait);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, SystemCalls,
-    // silences, pauses, exchanges, reads, writes
-    testing::Values(Row{{"BasicConfiguration"}, {"-c", "--ssid=home", "{}"}, 1, 1, 1, 1, 3},
-                    Row{{"Ssid"}, {"-s", "{}"}, 1, 1, 1, 1, 3},
-                    Row{{"Address"}, {"-ip", "{}"}, 1, 1, 1, 1, 3},
-                    Row{{"TroubleCode"}, {"-t", "{}"}, 1, 1, 1, 1, 2},
-                    Row{{"Descriptor"}, {"-a", "{}"}, 1, 0, 1, 1, 2},
-                    Row{{"AuthenticationStatus"}, {"-802s", "{}"}, 0, 1, 1, 3, 5},
-                    Row{{"Reset"}, {"-r", "{}"}, 1, 1, 1, 1, 2},
-                    Row{{"DefaultRun"}, {"-x", "{}"}, 3, 3, 3, 3, 7}),
+    // Numbers: silences, pauses, exchanges, reads, writes.
+    testing::Values(Row{{"BasicConfiguration"}, {"-c", "--ssid=home", "{}"}, 1, 1, 1, 2, 3},
+                    Row{{"Ssid"}, {"-s", "{}"}, 1, 1, 1, 2, 3},
+                    Row{{"Address"}, {"-ip", "{}"}, 1, 1, 1, 2, 3},
+                    Row{{"TroubleCode"}, {"-t", "{}"}, 1, 1, 1, 2, 2},
+                    Row{{"Descriptor"}, {"-a", "{}"}, 1, 0, 1, 2, 2},
+                    Row{{"AuthenticationStatus"}, {"-802s", "{}"}, 0, 1, 1, 4, 5},
+                    Row{{"Reset"}, {"-r", "{}"}, 1, 1, 1, 2, 2},
+                    Row{{"DefaultRun"}, {"-x", "{}"}, 3, 3, 3, 6, 7}),
     support::rowName);
 
 }  // namespace
