@@ -79,7 +79,7 @@ const std::vector<Document>& documents() {
        [](Size n) {
          return "<a>" + std::string(n, '&') + "</a>";
        }},
-      {"text", 128 << 10,
+      {"text", 16 << 10,
        [](Size n) {
          return "<a>" + std::string(n, 'x') + "</a>";
        }},
@@ -87,7 +87,7 @@ const std::vector<Document>& documents() {
        [](Size n) {
          return "<" + std::string(n, 'a') + "/>";
        }},
-      {"value", 128 << 10,
+      {"value", 16 << 10,
        [](Size n) {
          return "<a b=\"" + std::string(n, 'x') + "\"/>";
        }},
