@@ -21,9 +21,7 @@ void debugLine(const char* format, ...) {
   std::array<char, 256> line;
   Prefix.copy(line.data(), Prefix.size());
   std::va_list arguments;
-  std::va_list again;
   va_start(arguments, format);
-  va_copy(again, arguments);
   const int length =
       std::vsnprintf(line.data() + Prefix.size(), line.size() - Prefix.size(), format, arguments);
   va_end(arguments);
@@ -33,10 +31,11 @@ void debugLine(const char* format, ...) {
     std::fwrite(line.data(), 1, size + 1, stderr);
   } else {
     std::fwrite(Prefix.data(), 1, Prefix.size(), stderr);
-    std::vfprintf(stderr, format, again);
+    va_start(arguments, format);
+    std::vfprintf(stderr, format, arguments);
+    va_end(arguments);
     std::fputc('\n', stderr);
   }
-  va_end(again);
   // Lines tell secrets.
   ::explicit_bzero(line.data(), line.size());
 }

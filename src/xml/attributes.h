@@ -15,7 +15,9 @@ class attributes {
   virtual ~attributes() = default;
   attributes(const attributes& other) : m_Pairs(other.m_Pairs) {}
   attributes& operator=(const attributes& other) {
-    m_Pairs = other.m_Pairs;
+    if (this != &other) {
+      m_Pairs = other.m_Pairs;
+    }
     return *this;
   }
   attributes(attributes&&) noexcept = default;
