@@ -1,134 +1,151 @@
-// Base64 beside OpenSSL's block functions.
+// Base64 beside OpenSSL's block functions and GLib.
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
+#include <glib.h>
+#include <memory>
 #include <openssl/evp.h>
 #include <string>
 #include <vector>
 
+#include "contest.h"
+#include "documents.h"
 #include "util/base64.h"
 
 namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-Bytes makeBytes(const benchmark::State& state) {
-  Bytes bytes(static_cast<std::size_t>(state.range(0)));
-  unsigned int random = 1;
-  for (unsigned char& byte : bytes) {
-    random = random * 1664525U + 1013904223U;
-    byte = static_cast<unsigned char>(random >> 24U);
-  }
-  return bytes;
-}
+const bench::Sizes Sizes = {48, 12 << 10, 1 << 20};
 
-std::string encoded(Bytes& bytes) {
-  std::string text(4 * ((bytes.size() + 2) / 3), '\0');
-  if (Base64::encode(bytes.data(), bytes.size(), text.data(), text.size() + 1) != 1) {
+/// Bytes, their text, and room for what comes of either.
+struct Job {
+  explicit Job(std::size_t size) : bytes(bench::randomBytes(size)), out(size + 3) {
+    text.resize(4 * ((size + 2) / 3));
+    Base64::encode(bytes.data(), size, text.data(), text.size() + 1);
+    encoded.resize(text.size() + 4);
+  }
+
+  char* room() { return encoded.data(); }
+  unsigned char* roomAsBytes() { return reinterpret_cast<unsigned char*>(encoded.data()); }
+  const unsigned char* textAsBytes() const {
+    return reinterpret_cast<const unsigned char*>(text.data());
+  }
+  int textSize() const { return static_cast<int>(text.size()); }
+
+  Bytes bytes;
+  std::string text;
+  Bytes out;
+  std::string encoded;
+};
+
+/// Ends the program when a contestant did not do the work: the figures would say nothing.
+void expect(bool good) {
+  if (!good) {
     std::abort();
   }
-  return text;
 }
 
-/// With a line break behind every 64 characters, as PEM files have it.
-std::string withLines(const std::string& text) {
-  std::string lines;
-  for (std::size_t i = 0; i < text.size(); i += 64) {
-    lines += text.substr(i, 64) + "\n";
-  }
-  return lines;
+using Work = void (*)(Job&);
+
+void encodeOurs(Job& job) {
+  expect(Base64::encode(job.bytes.data(), job.bytes.size(), job.room(), job.encoded.size()) == 1);
 }
 
-void encodeOurs(benchmark::State& state) {
-  Bytes bytes = makeBytes(state);
-  std::string text = encoded(bytes);
-  while (state.KeepRunning()) {
-    Base64::encode(bytes.data(), bytes.size(), text.data(), text.size() + 1);
-    benchmark::DoNotOptimize(text.data());
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * state.range(0));
+void encodeOpenssl(Job& job) {
+  EVP_EncodeBlock(job.roomAsBytes(), job.bytes.data(), static_cast<int>(job.bytes.size()));
 }
 
-void encodeTheirs(benchmark::State& state) {
-  Bytes bytes = makeBytes(state);
-  std::string text = encoded(bytes);
-  auto* out = reinterpret_cast<unsigned char*>(text.data());
-  while (state.KeepRunning()) {
-    EVP_EncodeBlock(out, bytes.data(), static_cast<int>(bytes.size()));
-    benchmark::DoNotOptimize(text.data());
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * state.range(0));
+void encodeGlib(Job& job) {
+  int state = 0;
+  int save = 0;
+  const gsize size =
+      g_base64_encode_step(job.bytes.data(), job.bytes.size(), FALSE, job.room(), &state, &save);
+  g_base64_encode_close(FALSE, job.room() + size, &state, &save);
 }
 
-void decodeOurs(benchmark::State& state) {
-  Bytes bytes = makeBytes(state);
-  const std::string text = encoded(bytes);
-  Bytes out(bytes.size() + 3);
-  while (state.KeepRunning()) {
-    if (Base64::decode(text.c_str(), out.data(), out.size()) != state.range(0)) {
-      std::abort();
-    }
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * state.range(0));
+void decodeOurs(Job& job) {
+  expect(Base64::decode(job.text.c_str(), job.out.data(), job.out.size()) ==
+         static_cast<long>(job.bytes.size()));
 }
 
-void decodeTheirs(benchmark::State& state) {
-  Bytes bytes = makeBytes(state);
-  const std::string text = encoded(bytes);
-  const auto* in = reinterpret_cast<const unsigned char*>(text.data());
-  Bytes out(bytes.size() + 3);
-  while (state.KeepRunning()) {
-    if (EVP_DecodeBlock(out.data(), in, static_cast<int>(text.size())) < state.range(0)) {
-      std::abort();
-    }
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * state.range(0));
+/// Tells the size without counting the padding.
+void decodeOpenssl(Job& job) {
+  expect(EVP_DecodeBlock(job.out.data(), job.textAsBytes(), job.textSize()) >=
+         static_cast<int>(job.bytes.size()));
 }
 
-void decodeLinesOurs(benchmark::State& state) {
-  Bytes bytes = makeBytes(state);
-  const std::string text = withLines(encoded(bytes));
-  Bytes out(bytes.size() + 3);
-  while (state.KeepRunning()) {
-    if (Base64::decode(text.c_str(), out.data(), out.size()) != state.range(0)) {
-      std::abort();
-    }
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(state.iterations() * state.range(0));
+void decodeGlib(Job& job) {
+  int state = 0;
+  guint save = 0;
+  expect(g_base64_decode_step(job.text.data(), job.text.size(), job.out.data(), &state, &save) ==
+         job.bytes.size());
 }
 
 /// EVP_DecodeBlock cannot skip line breaks; the streaming functions can.
-void decodeLinesTheirs(benchmark::State& state) {
-  Bytes bytes = makeBytes(state);
-  const std::string text = withLines(encoded(bytes));
-  const auto* in = reinterpret_cast<const unsigned char*>(text.data());
-  Bytes out(bytes.size() + 3);
-  EVP_ENCODE_CTX* context = EVP_ENCODE_CTX_new();
-  while (state.KeepRunning()) {
-    int size = 0;
-    int rest = 0;
-    EVP_DecodeInit(context);
-    EVP_DecodeUpdate(context, out.data(), &size, in, static_cast<int>(text.size()));
-    EVP_DecodeFinal(context, out.data() + size, &rest);
-    if (size + rest != state.range(0)) {
-      std::abort();
-    }
-    benchmark::ClobberMemory();
-  }
-  EVP_ENCODE_CTX_free(context);
-  state.SetBytesProcessed(state.iterations() * state.range(0));
+void decodeOpensslStream(Job& job) {
+  const std::unique_ptr<EVP_ENCODE_CTX, decltype(&EVP_ENCODE_CTX_free)> context(
+      EVP_ENCODE_CTX_new(), EVP_ENCODE_CTX_free);
+  int size = 0;
+  int rest = 0;
+  EVP_DecodeInit(context.get());
+  EVP_DecodeUpdate(context.get(), job.out.data(), &size, job.textAsBytes(), job.textSize());
+  EVP_DecodeFinal(context.get(), job.out.data() + size, &rest);
+  expect(size + rest == static_cast<int>(job.bytes.size()));
 }
 
-}  // namespace
+/// With a line break behind every 64 characters, as PEM files have it.
+void breakLines(Job& job) {
+  std::string lines;
+  for (std::size_t i = 0; i < job.text.size(); i += 64) {
+    lines += job.text.substr(i, 64) + "\n";
+  }
+  job.text = std::move(lines);
+}
 
-BENCHMARK(encodeOurs)->Name("encode/zvkconfig")->Arg(12 << 10)->Arg(1 << 20);
-BENCHMARK(encodeTheirs)->Name("encode/openssl")->Arg(12 << 10)->Arg(1 << 20);
-BENCHMARK(decodeOurs)->Name("decode/zvkconfig")->Arg(12 << 10)->Arg(1 << 20);
-BENCHMARK(decodeTheirs)->Name("decode/openssl")->Arg(12 << 10)->Arg(1 << 20);
-BENCHMARK(decodeLinesOurs)->Name("decode lines/zvkconfig")->Arg(12 << 10)->Arg(1 << 20);
-BENCHMARK(decodeLinesTheirs)->Name("decode lines/openssl")->Arg(12 << 10)->Arg(1 << 20);
+void none(Job& /*job*/) {}
+
+struct Contestant {
+  const char* work;
+  const char* name;
+  Work run;
+  Work prepare = none;
+};
+
+constexpr const char* Encode = "Base64 encode";
+constexpr const char* Decode = "Base64 decode";
+constexpr const char* DecodeLines = "Base64 decode, lines of 64";
+
+constexpr Contestant Contestants[] = {
+    {Encode, bench::Ours, encodeOurs},
+    {Encode, "OpenSSL", encodeOpenssl},
+    {Encode, "GLib", encodeGlib},
+    {Decode, bench::Ours, decodeOurs},
+    {Decode, "OpenSSL", decodeOpenssl},
+    {Decode, "GLib", decodeGlib},
+    {DecodeLines, bench::Ours, decodeOurs, breakLines},
+    {DecodeLines, "OpenSSL", decodeOpensslStream, breakLines},
+    {DecodeLines, "GLib", decodeGlib, breakLines},
+};
+
+/// A job of a size and what is done with it.
+auto jobOf(Work work, Work prepare) {
+  return [work, prepare](std::size_t size) {
+    Job job(size);
+    prepare(job);
+    return [work, job = std::move(job)]() mutable {
+      work(job);
+    };
+  };
+}
+
+[[maybe_unused]] const bool AreAdded = [] {
+  for (const auto& [work, name, run, prepare] : Contestants) {
+    bench::contest(work, name, Sizes, jobOf(run, prepare));
+  }
+  bench::growth("Base64 encode, bytes", 16 << 10, jobOf(encodeOurs, none));
+  bench::growth("Base64 decode, bytes", 16 << 10, jobOf(decodeOurs, none));
+  return true;
+}();
+
+}  // namespace

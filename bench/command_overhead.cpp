@@ -6,18 +6,15 @@
 //
 // Usage, with the emulated printer in front: zvkprinter run -- command_overhead ZVKCONFIG {}
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <fcntl.h>
-#include <spawn.h>
 #include <string>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
+
+#include "process_run.h"
+#include "results.h"
 
 namespace {
 
@@ -27,6 +24,7 @@ using Seconds = std::chrono::duration<double>;
 constexpr double SilenceSeconds = 5;
 constexpr double WallBarMilliseconds = 20;
 constexpr double CpuBarPercent = 2;
+constexpr double PeakBarMebibytes = 16;
 
 /// A wait of the protocol.
 struct Wait {
@@ -52,10 +50,11 @@ struct Command {
 };
 
 struct Cost {
-  double wallMilliseconds;
+  double waitsMilliseconds;
   double beyondMilliseconds;
   double cpuMilliseconds;
-  long peakKibibytes;
+  double cpuPercent;
+  double peakMebibytes;
   bool ended;
 };
 
@@ -81,35 +80,20 @@ void alignToSecond() {
   ::usleep(static_cast<useconds_t>(wait * 1e6));
 }
 
-double seconds(const timeval& time) {
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-}
-
 Cost measure(const std::string& program, const Command& command, const std::string& device) {
   std::vector<std::string> words = {program};
   words.insert(words.end(), command.arguments.begin(), command.arguments.end());
   words.push_back(device);
-  std::vector<char*> arguments(words.size() + 1, nullptr);
-  std::ranges::transform(words, arguments.begin(), [](std::string& word) { return word.data(); });
-  posix_spawn_file_actions_t actions;
-  ::posix_spawn_file_actions_init(&actions);
-  ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-  ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-
   alignToSecond();
   const double start = nowInSeconds();
-  pid_t pid = -1;
-  ::posix_spawn(&pid, program.c_str(), &actions, nullptr, arguments.data(), environ);
-  int status = 0;
-  rusage usage{};
-  ::wait4(pid, &status, 0, &usage);
+  const bench::ProcessCost cost = bench::runProcess(words);
   const double end = nowInSeconds();
-  ::posix_spawn_file_actions_destroy(&actions);
-  return {.wallMilliseconds = (end - start) * 1e3,
+  return {.waitsMilliseconds = (expectedEnd(start, command.waits) - start) * 1e3,
           .beyondMilliseconds = (end - expectedEnd(start, command.waits)) * 1e3,
-          .cpuMilliseconds = (seconds(usage.ru_utime) + seconds(usage.ru_stime)) * 1e3,
-          .peakKibibytes = usage.ru_maxrss,
-          .ended = WIFEXITED(status) && WEXITSTATUS(status) == 0};
+          .cpuMilliseconds = cost.cpuSeconds * 1e3,
+          .cpuPercent = cost.cpuSeconds / (end - start) * 100,
+          .peakMebibytes = static_cast<double>(cost.peakKibibytes) / 1024,
+          .ended = cost.ended};
 }
 
 }  // namespace
@@ -130,28 +114,23 @@ int main(int argc, char** argv) {
       {"-r", {"-r"}, {pause(5), Silence}},
       {"default run", {"-x"}, {pause(5), Silence, pause(2), Silence, pause(3), Silence}},
   };
-  std::printf("%-12s %12s %18s %10s %8s %12s\n", "command", "wall (ms)", "beyond waits (ms)",
-              "CPU (ms)", "CPU (%)", "peak (KiB)");
-  int met = 0;
-  int missed = 0;
   for (const Command& command : commands) {
     const Cost cost = measure(argv[1], command, argv[2]);
-    const double percent = cost.cpuMilliseconds / cost.wallMilliseconds * 100;
-    std::printf("%-12s %12.1f %18.2f %10.2f %8.2f %12ld%s\n", command.name, cost.wallMilliseconds,
-                cost.beyondMilliseconds, cost.cpuMilliseconds, percent, cost.peakKibibytes,
-                cost.ended ? "" : "   FAILED");
-    const auto count = [&](bool good) {
-      ++(good ? met : missed);
-    };
-    count(cost.ended && cost.beyondMilliseconds < WallBarMilliseconds);
+    if (!cost.ended) {
+      std::fprintf(stderr, "%s failed\n", command.name);
+      return 1;
+    }
+    const std::string work = std::string("command ") + command.name;
+    const std::string waits = bench::timeText(cost.waitsMilliseconds * 1e6);
+    bench::addRow({work, "its waits; ms beyond them",
+                   bench::timeText(cost.beyondMilliseconds * 1e6), waits, cost.beyondMilliseconds,
+                   WallBarMilliseconds});
     // Without a wait there is no time for the share to be one of.
     if (!command.waits.empty()) {
-      count(cost.ended && percent < CpuBarPercent);
+      bench::addRow({work, "CPU, % of the time", bench::timeText(cost.cpuMilliseconds * 1e6), "",
+                     cost.cpuPercent, CpuBarPercent});
     }
-    std::fflush(stdout);
+    bench::addRow({work, "peak memory, MiB", "", "", cost.peakMebibytes, PeakBarMebibytes});
   }
-  std::printf("\nBars: under %.0f ms beyond the waits, under %.0f %% CPU while waiting.\n",
-              WallBarMilliseconds, CpuBarPercent);
-  std::printf("%d bars met, %d missed\n", met, missed);
-  return missed == 0 ? 0 : 1;
+  return 0;
 }

@@ -16,6 +16,16 @@ std::string element(const std::string& name, const std::string& text) {
   return "<" + name + ">" + text + "</" + name + ">";
 }
 
+std::vector<unsigned char> randomBytes(std::size_t size) {
+  std::vector<unsigned char> bytes(size);
+  unsigned int random = 1;
+  for (unsigned char& byte : bytes) {
+    random = random * 1664525U + 1013904223U;
+    byte = static_cast<unsigned char>(random >> 24U);
+  }
+  return bytes;
+}
+
 std::string repeat(const std::string& text, std::size_t count) {
   std::string result;
   result.reserve(text.size() * count);

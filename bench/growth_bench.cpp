@@ -1,22 +1,18 @@
-// How the cost grows: each shape of input at six sizes, each the double of the one before.
+// How the cost of parsing and querying grows, for each shape of input.
 
 #include <benchmark/benchmark.h>
-#include <cstdint>
 #include <functional>
-#include <numeric>
 #include <string>
 #include <vector>
 
+#include "contest.h"
 #include "documents.h"
-#include "util/base64.h"
 #include "xml/simple_sax_parser.h"
 #include "xml/simple_xpath.h"
 
 namespace {
 
 using Size = std::size_t;
-
-constexpr int Sizes = 6;
 
 /// A tag with `count` attributes, the names being numbers from `first` on that are taken `step`
 /// apart, modulo `count`.
@@ -83,7 +79,7 @@ const std::vector<Document>& documents() {
        [](Size n) {
          return "<a>" + std::string(n, '&') + "</a>";
        }},
-      {"text", 128 << 10,
+      {"text", 16 << 10,
        [](Size n) {
          return "<a>" + std::string(n, 'x') + "</a>";
        }},
@@ -91,7 +87,7 @@ const std::vector<Document>& documents() {
        [](Size n) {
          return "<" + std::string(n, 'a') + "/>";
        }},
-      {"value", 128 << 10,
+      {"value", 16 << 10,
        [](Size n) {
          return "<a b=\"" + std::string(n, 'x') + "\"/>";
        }},
@@ -107,64 +103,32 @@ const std::vector<Document>& documents() {
   return all;
 }
 
-void addDoublings(const std::string& name, Size smallest,
-                  const std::function<void(benchmark::State&)>& run) {
-  auto* added = benchmark::RegisterBenchmark(("growth: " + name).c_str(), run);
-  for (int i = 0; i < Sizes; ++i) {
-    added->Arg(static_cast<std::int64_t>(smallest << static_cast<unsigned int>(i)));
-  }
+/// The work of parsing a document of a size.
+auto parseOf(const Document& document) {
+  return [&document](Size size) {
+    return [text = document.make(size)] {
+      SimpleSAXHandler handler;
+      SimpleSAXParser parser(handler);
+      benchmark::DoNotOptimize(parser.parseXMLString(text.c_str()));
+    };
+  };
 }
 
-Size sizeOf(const benchmark::State& state) {
-  return static_cast<Size>(state.range(0));
-}
-
-void growthOfParse(const Document& document, benchmark::State& state) {
-  const std::string text = document.make(sizeOf(state));
-  SimpleSAXHandler handler;
-  SimpleSAXParser parser(handler);
-  while (state.KeepRunning()) {
-    benchmark::DoNotOptimize(parser.parseXMLString(text.c_str()));
-  }
-}
-
-void growthOfQuery(const std::string& document, const std::string& path, benchmark::State& state) {
-  simpleXPath xpath(document);
-  while (state.KeepRunning()) {
+auto queryOf(const std::string& document, const std::string& path) {
+  return [xpath = simpleXPath(document), path]() mutable {
     benchmark::DoNotOptimize(xpath.query(path));
-  }
-}
-
-void growthOfBase64(bool isEncoding, benchmark::State& state) {
-  std::vector<unsigned char> bytes(sizeOf(state), 0x5A);
-  std::string text(bytes.size() * 2, '\0');
-  Base64::encode(bytes.data(), bytes.size(), text.data(), text.size());
-  while (state.KeepRunning()) {
-    if (isEncoding) {
-      Base64::encode(bytes.data(), bytes.size(), text.data(), text.size());
-    } else {
-      Base64::decode(text.c_str(), bytes.data(), bytes.size());
-    }
-    benchmark::ClobberMemory();
-  }
+  };
 }
 
 [[maybe_unused]] const bool AreAdded = [] {
   for (const Document& document : documents()) {
-    addDoublings("parse, " + std::string(document.name), document.smallest,
-                 [&document](benchmark::State& state) { growthOfParse(document, state); });
+    bench::growth("parse, " + std::string(document.name), document.smallest, parseOf(document));
   }
-  addDoublings("query, reply, bytes", 32 << 10, [](benchmark::State& state) {
-    growthOfQuery(bench::makeReply(sizeOf(state)), "/response/MapElem/child[@name='last']/a",
-                  state);
+  bench::growth("query, reply, bytes", 32 << 10, [](Size size) {
+    return queryOf(bench::makeReply(size), "/response/MapElem/child[@name='last']/a");
   });
-  addDoublings("query, depth and steps", 1024, [](benchmark::State& state) {
-    growthOfQuery(deepSiblings(sizeOf(state)), "/b" + pathOf(sizeOf(state)), state);
-  });
-  addDoublings("encode, bytes", 64 << 10,
-               [](benchmark::State& state) { growthOfBase64(true, state); });
-  addDoublings("decode, bytes", 64 << 10,
-               [](benchmark::State& state) { growthOfBase64(false, state); });
+  bench::growth("query, depth and steps", 1024,
+                [](Size size) { return queryOf(deepSiblings(size), "/b" + pathOf(size)); });
   return true;
 }();
 

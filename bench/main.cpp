@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include "packet_bench.h"
 #include "summary.h"
 
 int main(int argc, char** argv) {
@@ -9,6 +10,7 @@ int main(int argc, char** argv) {
   }
   bench::Summary summary;
   benchmark::RunSpecifiedBenchmarks(&summary);
-  summary.print();
+  summary.addRows();
+  bench::addPacketAllocations();
   return 0;
 }

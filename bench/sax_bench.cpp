@@ -1,13 +1,17 @@
-// SAX parsing beside expat, with callbacks that copy the same texts.
+// SAX parsing beside expat, libxml2 and the tree of pugixml, with copies of the same texts.
 
 #include <array>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstdlib>
 #include <expat.h>
+#include <libxml/parser.h>
+#include <pugixml.hpp>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "contest.h"
 #include "documents.h"
 #include "xml/simple_sax_parser.h"
 
@@ -76,73 +80,124 @@ void prepareExpat(XML_Parser parser, Copies& copies) {
   XML_SetCharacterDataHandler(parser, expatText);
 }
 
-void parseWithExpat(XML_Parser parser, const std::string& document) {
+void parseOnce(XML_Parser parser, const std::string& document) {
   if (XML_Parse(parser, document.data(), static_cast<int>(document.size()), XML_TRUE) !=
       XML_STATUS_OK) {
     std::abort();
   }
 }
 
-/// Both parsers must report the same texts, or comparing their times says nothing.
-void checkSameTexts(const std::string& document) {
+void parseWithExpat(const std::string& document, Copies& copies) {
+  XML_Parser parser = XML_ParserCreate(nullptr);
+  prepareExpat(parser, copies);
+  parseOnce(parser, document);
+  XML_ParserFree(parser);
+}
+
+std::string_view textOf(const xmlChar* begin, std::size_t size) {
+  return {reinterpret_cast<const char*>(begin), size};
+}
+
+std::string_view textOf(const xmlChar* text) {
+  return reinterpret_cast<const char*>(text);
+}
+
+/// An attribute is five pointers: name, prefix, URI, and the value's begin and end.
+void libxmlStart(void* data, const xmlChar* name, const xmlChar* /*prefix*/, const xmlChar* /*uri*/,
+                 int /*namespaceCount*/, const xmlChar** /*namespaces*/, int count,
+                 int /*defaultedCount*/, const xmlChar** parts) {
+  auto& copies = *static_cast<Copies*>(data);
+  copies.add(textOf(name));
+  for (int i = 0; i < count; ++i, parts += 5) {
+    copies.add(textOf(parts[0]));
+    copies.add(textOf(parts[3], static_cast<std::size_t>(parts[4] - parts[3])));
+  }
+}
+
+void libxmlEnd(void* data, const xmlChar* name, const xmlChar* /*prefix*/, const xmlChar* /*uri*/) {
+  static_cast<Copies*>(data)->add(textOf(name));
+}
+
+void libxmlText(void* data, const xmlChar* text, int length) {
+  static_cast<Copies*>(data)->texts.append(textOf(text, static_cast<std::size_t>(length)));
+}
+
+void parseWithLibxml(const std::string& document, Copies& copies) {
+  xmlSAXHandler handler{};
+  handler.initialized = XML_SAX2_MAGIC;
+  handler.startElementNs = libxmlStart;
+  handler.endElementNs = libxmlEnd;
+  handler.characters = libxmlText;
+  if (xmlSAXUserParseMemory(&handler, &copies, document.data(),
+                            static_cast<int>(document.size())) != 0) {
+    std::abort();
+  }
+}
+
+void copyTree(pugi::xml_node parent, Copies& copies) {
+  for (const pugi::xml_node node : parent.children()) {
+    if (node.type() != pugi::node_element) {
+      copies.texts += node.value();
+      continue;
+    }
+    copies.add(node.name());
+    for (const pugi::xml_attribute attribute : node.attributes()) {
+      copies.add(attribute.name());
+      copies.add(attribute.value());
+    }
+    copyTree(node, copies);
+    copies.add(node.name());
+  }
+}
+
+void parseWithPugixml(const std::string& document, Copies& copies) {
+  pugi::xml_document tree;
+  if (!tree.load_buffer(document.data(), document.size())) {
+    std::abort();
+  }
+  copyTree(tree, copies);
+}
+
+using Parse = void (*)(const std::string&, Copies&);
+
+/// All parsers must report the same texts, or comparing their times says nothing.
+void checkSameTexts(const std::string& document, Parse parse) {
   Copies ours;
   parseWithOurs(document, ours);
   Copies theirs;
-  XML_Parser parser = XML_ParserCreate(nullptr);
-  prepareExpat(parser, theirs);
-  parseWithExpat(parser, document);
-  XML_ParserFree(parser);
+  parse(document, theirs);
   if (ours.texts != theirs.texts) {
     std::fputs("The parsers disagree about the document.\n", stderr);
     std::abort();
   }
 }
 
-void saxOurs(benchmark::State& state) {
-  const std::string document = bench::makeReply(static_cast<std::size_t>(state.range(0)));
-  checkSameTexts(document);
-  Copies copies;
-  while (state.KeepRunning()) {
-    copies.texts.clear();
-    parseWithOurs(document, copies);
-    benchmark::DoNotOptimize(copies.texts.data());
-  }
-  state.SetBytesProcessed(state.iterations() * state.range(0));
-}
-
-/// A new parser for each document, as ours.
-void saxExpat(benchmark::State& state) {
-  const std::string document = bench::makeReply(static_cast<std::size_t>(state.range(0)));
-  Copies copies;
-  while (state.KeepRunning()) {
-    copies.texts.clear();
-    XML_Parser parser = XML_ParserCreate(nullptr);
-    prepareExpat(parser, copies);
-    parseWithExpat(parser, document);
-    XML_ParserFree(parser);
-    benchmark::DoNotOptimize(copies.texts.data());
-  }
-  state.SetBytesProcessed(state.iterations() * state.range(0));
+void add(const char* contestant, Parse parse) {
+  bench::contest("SAX parse", contestant, {2048, 1 << 20}, [parse](std::size_t size) {
+    std::string document = bench::makeReply(size);
+    checkSameTexts(document, parse);
+    return [parse, document = std::move(document), copies = Copies()]() mutable {
+      copies.texts.clear();
+      parse(document, copies);
+    };
+  });
 }
 
 /// One parser for all documents, which spares expat its setting up.
-void saxExpatReused(benchmark::State& state) {
-  const std::string document = bench::makeReply(static_cast<std::size_t>(state.range(0)));
-  Copies copies;
-  XML_Parser parser = XML_ParserCreate(nullptr);
-  while (state.KeepRunning()) {
-    copies.texts.clear();
-    XML_ParserReset(parser, nullptr);
-    prepareExpat(parser, copies);
-    parseWithExpat(parser, document);
-    benchmark::DoNotOptimize(copies.texts.data());
-  }
-  XML_ParserFree(parser);
-  state.SetBytesProcessed(state.iterations() * state.range(0));
+void parseWithReusedExpat(const std::string& document, Copies& copies) {
+  static XML_Parser parser = XML_ParserCreate(nullptr);
+  XML_ParserReset(parser, nullptr);
+  prepareExpat(parser, copies);
+  parseOnce(parser, document);
 }
 
-}  // namespace
+[[maybe_unused]] const bool AreAdded = [] {
+  add(bench::Ours, parseWithOurs);
+  add("expat", parseWithExpat);
+  add("expat, reused", parseWithReusedExpat);
+  add("libxml2", parseWithLibxml);
+  add("pugixml, tree", parseWithPugixml);
+  return true;
+}();
 
-BENCHMARK(saxOurs)->Name("sax/zvkconfig")->Arg(2048)->Arg(1 << 20);
-BENCHMARK(saxExpat)->Name("sax/expat")->Arg(2048)->Arg(1 << 20);
-BENCHMARK(saxExpatReused)->Name("sax/expat reused")->Arg(2048)->Arg(1 << 20);
+}  // namespace

@@ -1,16 +1,75 @@
 #include "summary.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <iterator>
 #include <string_view>
+
+#include "contest.h"
+#include "results.h"
 
 namespace bench {
 
 namespace {
 
-constexpr const char* Ours = "/zvkconfig";
-constexpr const char* Growth = "growth: ";
+constexpr double NoBar = 0;
+constexpr double ExponentBar = 1.1;
+
+/// The largest ratio of our time to a peer's, for works that begin with `work`, from a size on.
+struct Bar {
+  std::string_view work;
+  std::string_view peer;
+  double ratio;
+  long smallest = 0;
+  long largest = 1L << 40U;
+};
+
+constexpr Bar Bars[] = {
+    {"SAX parse", "expat", 1},
+    {"SAX parse", "expat, reused", 1},
+    {"SAX parse", "libxml2", 1},
+    {"SAX parse", "pugixml, tree", 2},
+    {"query", "libxml2", 1},
+    {"query", "pugixml", 1},
+    {"Base64", "OpenSSL", 1},
+    {"hex text", "OpenSSL", 1},
+    {"packet dump", "xxd", 0.1},
+    {"ring buffer", "Boost and a mutex", 1, 64},
+    {"ring buffer", "lock calls alone", 2, 64, 64},
+    {"symbolToEntities", "one memcpy pass", 10},
+    {"replaceEntities", "one memcpy pass", 10},
+    {"getXmlResponse", "one memcpy pass", 10},
+};
+
+/// Bars without a peer, in nanoseconds.
+constexpr Bar AbsoluteBars[] = {{"packet building", "", 2000}};
+
+double limitOf(std::string_view work, std::string_view peer, long size) {
+  const auto* const bar = std::ranges::find_if(Bars, [&](const Bar& candidate) {
+    return work.starts_with(candidate.work) && peer == candidate.peer &&
+           size >= candidate.smallest && size <= candidate.largest;
+  });
+  return bar == std::end(Bars) ? NoBar : bar->ratio;
+}
+
+/// The exponent of the power of the size that fits the times best, by least squares of logarithms.
+double fittedExponent(const std::map<long, double>& times) {
+  const auto count = static_cast<double>(times.size());
+  double sumX = 0;
+  double sumY = 0;
+  double sumXX = 0;
+  double sumXY = 0;
+  for (const auto& [size, time] : times) {
+    const double x = std::log2(static_cast<double>(size));
+    const double y = std::log2(time);
+    sumX += x;
+    sumY += y;
+    sumXX += x * x;
+    sumXY += x * y;
+  }
+  return (count * sumXY - sumX * sumY) / (count * sumXX - sumX * sumX);
+}
 
 }  // namespace
 
@@ -20,52 +79,50 @@ void Summary::ReportRuns(const std::vector<Run>& runs) {
       continue;
     }
     const std::string& name = run.run_name.function_name;
+    const std::size_t slash = name.find('/');
     const long size = std::strtol(run.run_name.args.c_str(), nullptr, 10);
-    m_Times[name][size] = run.GetAdjustedCPUTime();
+    const bool isManual = !run.run_name.time_type.empty();
+    m_Works[name.substr(0, slash)][name.substr(slash + 1)][size] =
+        isManual ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
   }
   ConsoleReporter::ReportRuns(runs);
 }
 
-void Summary::print() const {
-  printComparisons();
-  printGrowth();
+void Summary::addRows() const {
+  for (const auto& [work, contestants] : m_Works) {
+    if (!work.starts_with(GrowthMark)) {
+      addComparisons(work, contestants);
+    }
+  }
+  for (const auto& [work, contestants] : m_Works) {
+    if (work.starts_with(GrowthMark)) {
+      addGrowth(work, contestants.at(Ours));
+    }
+  }
 }
 
-void Summary::printComparisons() const {
-  std::printf("\n%-14s %-14s %9s %14s %14s %8s\n", "subject", "peer", "size", "zvkconfig ns",
-              "peer ns", "peer/we");
-  for (const auto& [ours, times] : m_Times) {
-    if (!ours.ends_with(Ours)) {
-      continue;
-    }
-    const std::string subject = ours.substr(0, ours.find('/'));
-    for (const auto& [theirs, theirTimes] : m_Times) {
-      if (theirs == ours || !theirs.starts_with(subject + "/")) {
-        continue;
+void Summary::addComparisons(const std::string& work, const Contestants& contestants) {
+  for (const auto& [size, time] : contestants.at(Ours)) {
+    const std::string sized = work + ", " + sizeText(size);
+    for (const auto& [peer, times] : contestants) {
+      if (peer != Ours) {
+        const double theirs = times.at(size);
+        addRow({sized, peer, timeText(time), timeText(theirs), time / theirs,
+                limitOf(work, peer, size)});
       }
-      const std::string peer = theirs.substr(subject.size() + 1);
-      for (const auto& [size, time] : times) {
-        const double theirTime = theirTimes.at(size);
-        std::printf("%-14s %-14s %9ld %14.0f %14.0f %8.2f\n", subject.c_str(), peer.c_str(), size,
-                    time, theirTime, theirTime / time);
+    }
+    for (const Bar& bar : AbsoluteBars) {
+      if (work == bar.work) {
+        addRow({sized, "-, ns", timeText(time), "", time, bar.ratio});
       }
     }
   }
 }
 
-void Summary::printGrowth() const {
-  std::printf("\n%-34s %9s %14s  time for each doubling\n", "growth", "smallest", "ns there");
-  for (const auto& [name, times] : m_Times) {
-    if (!name.starts_with(Growth)) {
-      continue;
-    }
-    std::printf("%-34s %9ld %14.0f ", name.c_str() + std::string_view(Growth).size(),
-                times.begin()->first, times.begin()->second);
-    for (auto larger = std::next(times.begin()); larger != times.end(); ++larger) {
-      std::printf(" %5.2f", larger->second / std::prev(larger)->second);
-    }
-    std::printf("\n");
-  }
+void Summary::addGrowth(const std::string& work, const Times& times) {
+  const auto& [smallest, timeThere] = *times.begin();
+  addRow({work, "from " + sizeText(smallest) + ", exponent", timeText(timeThere), "",
+          fittedExponent(times), ExponentBar});
 }
 
 }  // namespace bench

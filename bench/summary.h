@@ -7,25 +7,25 @@
 
 namespace bench {
 
-/// The usual report, and from it two tables: each of our benchmarks beside its peers, named
-/// "subject/peer/size", and the ratio from one size to the next of those named "growth: ...".
+/// Collects medians and makes the rows of the table from them: our time for each work beside each
+/// peer's, and the exponent with which a work's cost grows.
 class Summary : public benchmark::ConsoleReporter {
  public:
   Summary() : ConsoleReporter(OO_Tabular) {}
 
   void ReportRuns(const std::vector<Run>& runs) override;
 
-  /// Prints the tables.
-  void print() const;
+  void addRows() const;
 
  private:
-  /// Median CPU time in nanoseconds by size, under "subject/peer".
-  using Times = std::map<std::string, std::map<long, double>>;
+  /// Median time in nanoseconds by size, under contestants, under works.
+  using Times = std::map<long, double>;
+  using Contestants = std::map<std::string, Times>;
 
-  void printComparisons() const;
-  void printGrowth() const;
+  static void addComparisons(const std::string& work, const Contestants& contestants);
+  static void addGrowth(const std::string& work, const Times& times);
 
-  Times m_Times;
+  std::map<std::string, Contestants> m_Works;
 };
 
 }  // namespace bench

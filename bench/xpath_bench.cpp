@@ -1,70 +1,152 @@
-// One path query on a reply beside libxml2's parser and XPath.
+// Path queries on a reply beside libxml2's and pugixml's XPath, parsing included.
 
+#include <algorithm>
 #include <array>
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
+#include <pugixml.hpp>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "cert/obj_store_response.h"
+#include "contest.h"
 #include "documents.h"
 #include "xml/simple_xpath.h"
 
 namespace {
 
-constexpr std::size_t ReplySize = 2048;
+using Texts = std::vector<std::string>;
+using Find = Texts (*)(const std::string& document, const std::string& path);
 
-/// The value at the front of the reply, the one at its end, and one that is not there.
-constexpr std::array<const char*, 3> Paths = {
-    "/response/MapElem/child[@name='status_code']/IntegerElem",
-    "/response/MapElem/child[@name='last']/StringElem",
-    "/response/MapElem/child[@name='absent']/StringElem",
-};
+constexpr std::size_t ReplySize = 2048;
 
 const xmlChar* asXml(const char* text) {
   return reinterpret_cast<const xmlChar*>(text);
 }
 
-std::string queryLibxml(const std::string& document, const char* path) {
+Texts findWithOurs(const std::string& document, const std::string& path) {
+  return {simpleXPath(document).query(path)};
+}
+
+constexpr const char* StatusPath = "/response/MapElem/child[@name='status_code']/IntegerElem";
+
+/// The texts at a path: the first alone, or all, when the reply's status is one.
+template <bool IsList>
+Texts findWithLibxml(const std::string& document, const std::string& path) {
   xmlDocPtr tree = xmlReadMemory(document.data(), static_cast<int>(document.size()), nullptr,
                                  nullptr, XML_PARSE_NONET);
   xmlXPathContextPtr context = xmlXPathNewContext(tree);
-  xmlXPathObjectPtr found = xmlXPathEvalExpression(asXml(path), context);
-  std::string result;
-  if (found->nodesetval != nullptr && found->nodesetval->nodeNr > 0) {
-    xmlChar* text = xmlNodeGetContent(found->nodesetval->nodeTab[0]);
-    result = reinterpret_cast<const char*>(text);
+  if (IsList) {
+    xmlXPathObjectPtr status = xmlXPathEvalExpression(asXml(StatusPath), context);
+    if (xmlXPathCastToNumber(status) != 1) {
+      std::abort();
+    }
+    xmlXPathFreeObject(status);
+  }
+  xmlXPathObjectPtr found = xmlXPathEvalExpression(asXml(path.c_str()), context);
+  Texts result;
+  const int count = found->nodesetval == nullptr ? 0 : found->nodesetval->nodeNr;
+  for (int i = 0; i < (IsList ? count : std::min(count, 1)); ++i) {
+    xmlChar* text = xmlNodeGetContent(found->nodesetval->nodeTab[i]);
+    result.emplace_back(reinterpret_cast<const char*>(text));
     xmlFree(text);
   }
   xmlXPathFreeObject(found);
   xmlXPathFreeContext(context);
   xmlFreeDoc(tree);
+  if (result.empty()) {
+    result.emplace_back();
+  }
   return result;
 }
 
-const char* pathOf(const benchmark::State& state) {
-  return Paths.at(static_cast<std::size_t>(state.range(0)));
-}
-
-void queryOurs(benchmark::State& state) {
-  const std::string document = bench::makeReply(ReplySize);
-  const char* path = pathOf(state);
-  if (simpleXPath(document).query(path) != queryLibxml(document, path)) {
+template <bool IsList>
+Texts findWithPugixml(const std::string& document, const std::string& path) {
+  pugi::xml_document tree;
+  tree.load_buffer(document.data(), document.size());
+  if (!IsList) {
+    return {tree.select_node(path.c_str()).node().text().get()};
+  }
+  if (tree.select_node(StatusPath).node().text().as_int() != 1) {
     std::abort();
   }
-  while (state.KeepRunning()) {
-    benchmark::DoNotOptimize(simpleXPath(document).query(path));
+  Texts result;
+  for (const pugi::xpath_node& found : tree.select_nodes(path.c_str())) {
+    result.emplace_back(found.node().text().get());
   }
+  return result;
 }
 
-void queryTheirs(benchmark::State& state) {
-  const std::string document = bench::makeReply(ReplySize);
-  while (state.KeepRunning()) {
-    benchmark::DoNotOptimize(queryLibxml(document, pathOf(state)));
-  }
+Texts listWithOurs(const std::string& document, const std::string& /*path*/) {
+  ObjStoreResponse response;
+  response.loadXML(document.c_str());
+  Texts names;
+  response.getCMFriendlyNameList(names);
+  return names;
 }
+
+/// A reply to the call for the list of certificates, with nine names, filled up to the size by its
+/// message.
+std::string listReply(std::size_t size) {
+  std::string names;
+  for (int i = 1; i <= 9; ++i) {
+    names += bench::element("StringElem",
+                            "Certificate_" + std::to_string(i) + "_Jan__5_2020_To_Dec_25_2030");
+  }
+  const std::string begin = R"(<?xml version="1.0" encoding="UTF-8"?><response><MapElem>)"
+                            R"(<child name="status_code"><IntegerElem>1</IntegerElem></child>)"
+                            R"(<child name="status_mesg"><StringElem>)";
+  const std::string end = R"(</StringElem></child><child name="cert_list">)" +
+                          bench::element("ListElem", names) + "</child></MapElem></response>";
+  return begin + std::string(size - begin.size() - end.size(), 'x') + end;
+}
+
+void add(const std::string& work, const std::string& contestant, std::string path, Find find,
+         Find reference, std::string (*makeDocument)(std::size_t)) {
+  bench::contest(work, contestant, {ReplySize}, [=, path = std::move(path)](std::size_t size) {
+    std::string document = makeDocument(size);
+    if (find(document, path) != reference(document, path)) {
+      std::abort();
+    }
+    return [=, document = std::move(document)] {
+      benchmark::DoNotOptimize(find(document, path));
+    };
+  });
+}
+
+struct Value {
+  const char* work;
+  const char* path;
+};
+
+constexpr std::array<Value, 3> Values = {{
+    {"query, first value", StatusPath},
+    {"query, last value", "/response/MapElem/child[@name='last']/StringElem"},
+    {"query, no such value", "/response/MapElem/child[@name='absent']/StringElem"},
+}};
+
+constexpr const char* ListPath = "/response/MapElem/child[@name='cert_list']/ListElem/StringElem";
+
+[[maybe_unused]] const bool AreAdded = [] {
+  for (const auto& [work, path] : Values) {
+    add(work, bench::Ours, path, findWithOurs, findWithOurs, bench::makeReply);
+    add(work, "libxml2", path, findWithLibxml<false>, findWithOurs, bench::makeReply);
+    add(work, "pugixml", path, findWithPugixml<false>, findWithOurs, bench::makeReply);
+  }
+  const std::string list = "query, list of nine names";
+  add(list, bench::Ours, ListPath, listWithOurs, listWithOurs, listReply);
+  add(list, "libxml2", ListPath, findWithLibxml<true>, listWithOurs, listReply);
+  add(list, "pugixml", ListPath, findWithPugixml<true>, listWithOurs, listReply);
+  // The time goes into the message ahead of the list.
+  bench::growth("list of nine names, bytes", 2048, [](std::size_t size) {
+    return [document = listReply(size)] {
+      benchmark::DoNotOptimize(listWithOurs(document, ListPath));
+    };
+  });
+  return true;
+}();
 
 }  // namespace
-
-BENCHMARK(queryOurs)->Name("query/zvkconfig")->DenseRange(0, 2);
-BENCHMARK(queryTheirs)->Name("query/libxml2")->DenseRange(0, 2);

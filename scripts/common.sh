@@ -40,7 +40,8 @@ install_packages() {
 build_packages=(g++ cmake ninja-build libpugixml-dev libssl-dev libusb-dev)
 test_packages=(binutils ccache clang clang-format clang-tidy faketime fish groff libclang-rt-dev
   libexpat1-dev libgtest-dev libxml2-dev man-db mandoc openssl scdoc strace valgrind zsh)
-bench_packages=(libbenchmark-dev libexpat1-dev libxml2-dev)
+bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
+  pkg-config xxd)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl xz-utils)
 

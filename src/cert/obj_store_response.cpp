@@ -18,7 +18,6 @@ constexpr const char* CAFileName = "/response/MapElem/child[@name='ca_file_name'
 constexpr const char* CAPemPath = "/response/MapElem/child[@name='ca_dot_pem_path']/StringElem";
 constexpr const char* CACommonName = "/response/MapElem/child[@name='ca_common_name']/StringElem";
 constexpr const char* RequestFile = "/response/MapElem/child[@name='cert_dot_csr_file']/BinaryElem";
-/// A position in brackets follows.
 constexpr const char* ListEntry = "/response/MapElem/child[@name='cert_list']/ListElem/StringElem";
 
 constexpr const char* SuccessText = "1";
@@ -76,15 +75,7 @@ void ObjStoreResponse::getCMFriendlyNameList(std::vector<std::string>& names) co
   if (!isSuccess()) {
     return;
   }
-  names.clear();
-  for (int position = 1;; ++position) {
-    // The query's own limit ends the loop at the latest: positions above 9 find nothing.
-    std::string name = query(std::string(ListEntry) + "[" + std::to_string(position) + "]");
-    if (name.empty()) {
-      return;
-    }
-    names.push_back(std::move(name));
-  }
+  names = simpleXPath(m_Xml).queryList(ListEntry);
 }
 
 void ObjStoreResponse::getCMCACommonNameList(std::vector<std::string>& names) const {

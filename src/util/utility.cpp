@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <optional>
 #include <span>
 
 namespace {
@@ -15,19 +14,39 @@ constexpr unsigned int NumberBytes = 4;
 constexpr std::array<char, 16> HexDigits = {'0', '1', '2', '3', '4', '5', '6', '7',
                                             '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
 
+constexpr unsigned char NoDigit = 0xFF;
+
 char toUpper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-std::optional<unsigned char> hexDigitValue(char upperCase) {
-  if (upperCase >= '0' && upperCase <= '9') {
-    return static_cast<unsigned char>(upperCase - '0');
+/// The value of each character as a hex digit.
+constexpr auto DigitValues = [] {
+  std::array<unsigned char, 256> values{};
+  values.fill(NoDigit);
+  for (std::size_t i = 0; i < HexDigits.size(); ++i) {
+    const auto digit = static_cast<unsigned char>(HexDigits[i]);
+    values[digit] = static_cast<unsigned char>(i);
+    if (digit >= 'A') {
+      values[digit - 'A' + 'a'] = static_cast<unsigned char>(i);
+    }
   }
-  if (upperCase >= 'A' && upperCase <= 'F') {
-    return static_cast<unsigned char>(upperCase - 'A' + 10);
-  }
-  return std::nullopt;
+  return values;
+}();
+
+unsigned char digitValue(char c) {
+  return DigitValues[static_cast<unsigned char>(c)];
 }
+
+/// A byte as the dump shows it: two digits and a blank. The zero behind them makes a size that is
+/// copied at once.
+constexpr auto DumpedBytes = [] {
+  std::array<std::array<char, 4>, 256> texts{};
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    texts[i] = {HexDigits[i >> 4U], HexDigits[i & 0x0FU], ' ', '\0'};
+  }
+  return texts;
+}();
 
 /// Collects whole dump lines and hands them to standard error in blocks: the stream is unbuffered,
 /// and a call for each byte would dominate the cost of a long dump.
@@ -44,28 +63,24 @@ class DumpWriter {
     if (m_Text.size() - m_Used < LongestLine) {
       flush();
     }
+    char* out = m_Text.data() + m_Used;
     for (const unsigned char byte : bytes) {
-      put(HexDigits[byte >> 4U]);
-      put(HexDigits[byte & 0x0FU]);
-      put(' ');
+      // The next text lies over the fourth character.
+      std::memcpy(out, DumpedBytes[byte].data(), DumpedBytes[byte].size());
+      out += DumpedWidth;
     }
-    for (std::size_t missing = bytes.size(); missing < m_LineWidth; ++missing) {
-      put(' ');
-      put(' ');
-      put(' ');
-    }
-    put('|');
-    for (const unsigned char byte : bytes) {
-      const bool printable = byte >= 0x20 && byte <= 0x7E;
-      put(printable ? static_cast<char>(byte) : '.');
-    }
-    put('\n');
+    out = std::fill_n(out, (m_LineWidth - bytes.size()) * DumpedWidth, ' ');
+    *out++ = '|';
+    out = std::transform(bytes.begin(), bytes.end(), out, [](unsigned char byte) {
+      return byte >= 0x20 && byte <= 0x7E ? static_cast<char>(byte) : '.';
+    });
+    *out++ = '\n';
+    m_Used = static_cast<std::size_t>(out - m_Text.data());
   }
 
  private:
-  static constexpr std::size_t LongestLine = BytesPerLine * 4 + 2;
-
-  void put(char c) { m_Text[m_Used++] = c; }
+  static constexpr std::size_t DumpedWidth = 3;
+  static constexpr std::size_t LongestLine = BytesPerLine * (DumpedWidth + 1) + 2;
 
   void flush() {
     std::fwrite(m_Text.data(), 1, m_Used, stderr);
@@ -128,19 +143,24 @@ int Utility::getHexValues(const char* text, unsigned char*& buffer) {
   }
   const std::size_t count = length / 2;
   auto bytes = std::make_unique<unsigned char[]>(count);
-  for (std::size_t i = 0; i < length; ++i) {
-    const char c = toUpper(text[i]);
-    const std::optional<unsigned char> digit = hexDigitValue(c);
-    if (!digit) {
-      // Shown as a signed character widened to an integer: a byte of 0x80 prints as FFFFFF80.
-      const auto byte = static_cast<unsigned char>(c);
-      std::printf("not valid Hex char?! '%X'\n", byte < 0x80 ? byte : 0xFFFFFF00U | byte);
-      buffer = nullptr;
-      return static_cast<int>(count);
+  std::size_t read = 0;
+  for (unsigned char* byte = bytes.get(); read + 1 < length; read += 2) {
+    const unsigned char high = digitValue(text[read]);
+    const unsigned char low = digitValue(text[read + 1]);
+    if ((high | low) == NoDigit) {
+      break;
     }
-    if (i / 2 < count) {
-      bytes[i / 2] = static_cast<unsigned char>(bytes[i / 2] << 4U | *digit);
-    }
+    *byte++ = static_cast<unsigned char>(high << 4U | low);
+  }
+  // What is left is a pair with something else in it, or the odd digit at the end.
+  const char* const invalid =
+      std::find_if(text + read, text + length, [](char c) { return digitValue(c) == NoDigit; });
+  if (invalid != text + length) {
+    // Shown as a signed character widened to an integer: a byte of 0x80 prints as FFFFFF80.
+    const auto byte = static_cast<unsigned char>(toUpper(*invalid));
+    std::printf("not valid Hex char?! '%X'\n", byte < 0x80 ? byte : 0xFFFFFF00U | byte);
+    buffer = nullptr;
+    return static_cast<int>(count);
   }
   buffer = bytes.release();
   return static_cast<int>(count);

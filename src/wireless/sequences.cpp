@@ -89,6 +89,9 @@ constexpr std::array AdvancedModes = {
     AdvancedMode{"WPA-ENT", &G::configWPAEnt, "WPA-Ent"},
 };
 
+/// What no batch without certificates exceeds, so that its memory is taken at once.
+constexpr std::size_t UsualPacketSize = 512;
+
 /// Stores one setting, the adapter's reset, as 1.
 constexpr std::array<npa::Byte, 13> ResetPacket = {0xA5, 0x00, 0x0A, 0x50, 0xE0, 0xDA, 0x01,
                                                    0x06, 0x14, 0x00, 0x00, 0x01, 0x01};
@@ -104,6 +107,7 @@ void showProgress(const char* text) {
 int wnpaGenerator::encodeBatch(std::span<const Section> sections) {
   // Not only emptied: the memory of the packet before, keys included, is released and so cleared.
   m_Packet = std::vector<unsigned char>();
+  m_Packet.reserve(UsualPacketSize);
   int size = 0;
   for (const Section& section : sections) {
     if (section.encryption.empty() || section.encryption == m_Configuration->get802Encryption()) {
@@ -134,6 +138,10 @@ int wnpaGenerator::sendBatch(int size, bool dump) {
 int wnpaGenerator::configure(const char* announcement, std::span<const Section> sections) {
   util::debugLine("%s", announcement);
   return sendBatch(encodeBatch(sections), true);
+}
+
+int wnpaGenerator::constructBasic() {
+  return frameBatch(encodeBatch(Basic));
 }
 
 int wnpaGenerator::configBasic() {
@@ -190,7 +198,7 @@ int wnpaGenerator::set8021xOptions() {
 }
 
 int wnpaGenerator::generate() {
-  const int size = frameBatch(encodeBatch(Basic));
+  const int size = constructBasic();
   for (const unsigned char byte : m_Packet) {
     std::fprintf(stderr, "%x ", byte);
   }

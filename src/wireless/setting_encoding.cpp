@@ -1,6 +1,7 @@
 #include "wireless/setting_encoding.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "util/debug_line.h"
@@ -41,34 +42,33 @@ int wnpaGenerator::encode(const SettingEncoding& encoding) {
                ? 0
                : appendObject(encoding.group, encoding.object, {});
   }
-  const std::vector<npa::Byte> value = encodedValue(encoding, text);
+  std::vector<npa::Byte> value = encodedValue(encoding, text);
   const std::size_t sizeField = encoding.sizeField == SettingEncoding::SizeField::LowByteOnly
                                     ? npa::lowByte(value.size())
                                     : value.size();
   return appendObject(encoding.group, encoding.object, value, sizeField);
 }
 
-int wnpaGenerator::appendObject(npa::Byte group, npa::Byte number,
-                                const std::vector<npa::Byte>& value) {
+int wnpaGenerator::appendObject(npa::Byte group, npa::Byte number, std::span<npa::Byte> value) {
   return appendObject(group, number, value, value.size());
 }
 
-int wnpaGenerator::appendObject(npa::Byte group, npa::Byte number,
-                                const std::vector<npa::Byte>& value, std::size_t sizeField) {
-  std::vector<unsigned char> object(npa::ObjectHeaderSize + value.size());
-  const int size = static_cast<int>(object.size());
-  std::vector<char> characters(value.begin(), value.end());
-  constructHeader(object.data(), static_cast<unsigned int>(sizeField), static_cast<char>(number),
+int wnpaGenerator::appendObject(npa::Byte group, npa::Byte number, std::span<npa::Byte> value,
+                                std::size_t sizeField) {
+  std::array<unsigned char, npa::ObjectHeaderSize> header{};
+  constructHeader(header.data(), static_cast<unsigned int>(sizeField), static_cast<char>(number),
                   static_cast<char>(group));
-  mergeHeaderData(characters.data(), object.data(), size);
-  appendDataToNPA(size, object.data());
-  return size;
+  appendDataToNPA(static_cast<int>(header.size()), header.data());
+  appendDataToNPA(static_cast<int>(value.size()), value.data());
+  return static_cast<int>(header.size() + value.size());
 }
 
 int wnpaGenerator::appendCode(npa::Byte group, npa::Byte number, npa::Byte code) {
-  return appendObject(group, number, {0, 0, 0, code});
+  std::array<npa::Byte, 4> value = {0, 0, 0, code};
+  return appendObject(group, number, value);
 }
 
 int wnpaGenerator::appendFlag(npa::Byte group, npa::Byte number, bool flag) {
-  return appendObject(group, number, {static_cast<npa::Byte>(flag ? 1 : 0)});
+  std::array<npa::Byte, 1> value = {static_cast<npa::Byte>(flag ? 1 : 0)};
+  return appendObject(group, number, value);
 }

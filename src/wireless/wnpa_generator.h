@@ -121,6 +121,9 @@ class wnpaGenerator {
   /// Mode, security, channel, SSID and password.
   int configBasic();
 
+  /// Builds the packet of that batch, as it goes out, without sending it. Returns its size.
+  int constructBasic();
+
   /// The configuration that the security asks for: "OPEN", "SHARED", "WPA-PER", "WPA-ENT" or
   /// "802.1x". Any other sends nothing and gives 0.
   int configAdvanced();
@@ -202,8 +205,8 @@ class wnpaGenerator {
   /// is that of the value, unless it is told.
   int appendCode(npa::Byte group, npa::Byte number, npa::Byte code);
   int appendFlag(npa::Byte group, npa::Byte number, bool flag);
-  int appendObject(npa::Byte group, npa::Byte number, const std::vector<npa::Byte>& value);
-  int appendObject(npa::Byte group, npa::Byte number, const std::vector<npa::Byte>& value,
+  int appendObject(npa::Byte group, npa::Byte number, std::span<npa::Byte> value);
+  int appendObject(npa::Byte group, npa::Byte number, std::span<npa::Byte> value,
                    std::size_t sizeField);
 
   int constructGrouping(int size, npa::DataKind kind);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <span>
+#include <utility>
 
 #include "util/c_text.h"
 
@@ -23,7 +24,10 @@ int copyCut(std::string_view text, std::span<char> destination) {
 }  // namespace
 
 void attributes::clear() {
-  m_Pairs.clear();
+  if (!m_Pairs.empty()) {
+    m_Spare = m_Pairs.extract(m_Pairs.begin());
+    m_Pairs.clear();
+  }
 }
 
 bool attributes::isAttrExist(const char* name) const {
@@ -81,5 +85,10 @@ std::string& attributes::valueOf(std::string_view name) {
   if (place != m_Pairs.end() && place->first == name) {
     return place->second;
   }
-  return m_Pairs.emplace_hint(place, name, std::string())->second;
+  if (m_Spare.empty()) {
+    return m_Pairs.emplace_hint(place, name, std::string())->second;
+  }
+  m_Spare.key() = name;
+  m_Spare.mapped().clear();
+  return m_Pairs.insert(place, std::move(m_Spare))->second;
 }

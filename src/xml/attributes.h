@@ -13,8 +13,13 @@ class attributes {
  public:
   attributes() = default;
   virtual ~attributes() = default;
-  attributes(const attributes&) = default;
-  attributes& operator=(const attributes&) = default;
+  attributes(const attributes& other) : m_Pairs(other.m_Pairs) {}
+  attributes& operator=(const attributes& other) {
+    if (this != &other) {
+      m_Pairs = other.m_Pairs;
+    }
+    return *this;
+  }
   attributes(attributes&&) noexcept = default;
   attributes& operator=(attributes&&) noexcept = default;
 
@@ -56,4 +61,6 @@ class attributes {
   std::string& valueOf(std::string_view name);
 
   Pairs m_Pairs;
+  /// One pair that was removed, for the next one: most tags have one attribute or none.
+  Pairs::node_type m_Spare;
 };

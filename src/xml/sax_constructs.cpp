@@ -29,7 +29,8 @@ constexpr std::array<Entity, 5> Entities = {{
 }};
 
 bool isReserved(std::string_view name) {
-  return std::ranges::find(ReservedPrefixes, name.substr(0, 3)) != ReservedPrefixes.end();
+  return (name.starts_with('x') || name.starts_with('X')) &&
+         std::ranges::find(ReservedPrefixes, name.substr(0, 3)) != ReservedPrefixes.end();
 }
 
 /// Reads a name, reserved or not.
@@ -89,6 +90,17 @@ ParseRetType takeAttribute(std::string_view text, std::size_t& position, TagAttr
 
 }  // namespace
 
+void SimpleSAXParser::store(std::string_view name, std::string_view value,
+                            attributes& attrs) const {
+  if (value.find('&') == std::string_view::npos) {
+    attrs.setAttribute(name, value);
+    return;
+  }
+  std::string replaced(value);
+  replaceEntities(replaced);
+  attrs.setAttribute(name, replaced);
+}
+
 ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& position,
                                            std::string_view& name, attributes& attrs,
                                            bool& isEmpty) const {
@@ -100,25 +112,29 @@ ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& p
   if (parseName(text, position, name) != PARSE_OK) {
     return PARSE_ERROR;
   }
-  std::vector<TagAttribute> found;
+  // Sorted names go to the end of the list one by one. Once they come in another order they are
+  // sorted first: each would be searched for all over a list that no cache holds once there are
+  // thousands.
+  std::vector<TagAttribute> unsorted;
+  std::string_view previous;
   xml::skipWhiteSpace(text, position);
   while (position < text.size() && text[position] != '>' && !xml::standsAt(text, position, "/>")) {
-    if (takeAttribute(text, position, found.emplace_back()) != PARSE_OK) {
+    TagAttribute attribute;
+    if (takeAttribute(text, position, attribute) != PARSE_OK) {
       return PARSE_ERROR;
+    }
+    if (unsorted.empty() && previous < attribute.name) {
+      store(attribute.name, attribute.value, attrs);
+      previous = attribute.name;
+    } else {
+      unsorted.push_back(attribute);
     }
     ++position;
     xml::skipWhiteSpace(text, position);
   }
-  // Sorted names go to the end of the list one by one; in another order, each would be searched for
-  // all over a list that no cache holds once there are thousands.
-  if (!std::ranges::is_sorted(found, {}, &TagAttribute::name)) {
-    std::ranges::stable_sort(found, {}, &TagAttribute::name);
-  }
-  std::string value;
-  for (const TagAttribute& attribute : found) {
-    value = attribute.value;
-    replaceEntities(value);
-    attrs.setAttribute(attribute.name, value);
+  std::ranges::stable_sort(unsorted, {}, &TagAttribute::name);
+  for (const TagAttribute& attribute : unsorted) {
+    store(attribute.name, attribute.value, attrs);
   }
   if (xml::standsAt(text, position, "/")) {
     isEmpty = true;

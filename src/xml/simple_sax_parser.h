@@ -100,6 +100,9 @@ class SimpleSAXParser {
   ParseRetType openElement(Content& content, std::string_view text, std::size_t& position);
   ParseRetType closeElement(Content& content, std::string_view text, std::size_t& position);
 
+  /// Stores an attribute with the entities of its value replaced.
+  void store(std::string_view name, std::string_view value, attributes& attrs) const;
+
   /// Makes one callback.
   template <typename... Parameters, typename... Arguments>
   void tell(void (SimpleSAXHandler::*callback)(Parameters...), Arguments&&... arguments);

@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr int LargestPosition = 9;
 constexpr std::size_t None = std::string_view::npos;
 
 }  // namespace
@@ -21,37 +20,62 @@ std::string simpleXPath::query(const char* path) {
 }
 
 std::string simpleXPath::query(const std::string& path) {
+  m_IsListing = false;
+  run(path);
+  return m_Result;
+}
+
+std::vector<std::string> simpleXPath::queryList(const std::string& path) {
+  m_IsListing = true;
+  m_Entries.fill(std::nullopt);
+  run(path + "[1]");
+  std::vector<std::string> texts;
+  for (std::optional<std::string>& entry : m_Entries) {
+    if (!entry || entry->empty()) {
+      break;
+    }
+    texts.push_back(std::move(*entry));
+  }
+  return texts;
+}
+
+void simpleXPath::run(std::string_view path) {
   SimpleSAXParser parser(*this);
   m_Path = parsePath(path);
   m_Stop = false;
   parser.parseXMLString(m_Xml.c_str());
   m_Path.clear();
-  return m_Result;
 }
 
 void simpleXPath::start() {
   m_Result.clear();
-  resetNode(m_Current);
   resetNode(m_LastClosed);
   m_Stack.clear();
   m_MatchedSteps = 0;
 }
 
 void simpleXPath::startElement(const char* name, attributes& attrs) {
-  resetNode(m_Current);
-  m_Current.name = util::textOf(name);
-  m_Current.attrs = attrs;
-  m_Current.index = m_LastClosed.name == m_Current.name ? m_LastClosed.index + 1 : 1;
-
+  const std::string_view text = util::textOf(name);
+  const std::int32_t index = m_LastClosed.name == text ? m_LastClosed.index + 1 : 1;
   const std::size_t depth = m_Stack.size();
-  if (m_MatchedSteps == depth && depth < m_Path.size() && isStepMatch(m_Path[depth], m_Current)) {
+  nodeType& element = m_Stack.emplace_back();
+  element.name = text;
+  element.index = index;
+  if (m_MatchedSteps != depth || depth >= m_Path.size()) {
+    return;
+  }
+  nodeType& step = m_Path[depth];
+  if (m_IsListing && depth + 1 == m_Path.size() && index <= LargestPosition) {
+    step.index = index;
+  }
+  if (passes(step, text, index, attrs)) {
+    element.attrs = attrs;
     ++m_MatchedSteps;
   }
-  m_Stack.push_back(std::move(m_Current));
 }
 
 void simpleXPath::characters(const char* text, unsigned int /*len*/) {
-  if (!m_Stack.empty()) {
+  if (!m_Stack.empty() && isAtPath()) {
     m_Stack.back().text += util::textOf(text);
   }
 }
@@ -60,12 +84,34 @@ void simpleXPath::endElement(const char* /*name*/) {
   if (m_Stack.empty()) {
     return;
   }
+  nodeType& element = m_Stack.back();
   if (m_MatchedSteps == m_Path.size() && isFindMatch(m_Path, m_Stack, m_Result)) {
-    m_Stop = true;
+    if (m_IsListing) {
+      takeEntry(element);
+    } else {
+      m_Stop = true;
+    }
   }
-  m_LastClosed = std::move(m_Stack.back());
+  m_LastClosed.name.swap(element.name);
+  m_LastClosed.index = element.index;
   m_Stack.pop_back();
   m_MatchedSteps = std::min(m_MatchedSteps, m_Stack.size());
+}
+
+void simpleXPath::takeEntry(const nodeType& entry) {
+  std::optional<std::string>& place = m_Entries[static_cast<std::size_t>(entry.index) - 1];
+  if (!place) {
+    place = entry.text;
+  }
+  for (const std::optional<std::string>& known : m_Entries) {
+    if (!known) {
+      return;
+    }
+    if (known->empty()) {
+      m_Stop = true;
+      return;
+    }
+  }
 }
 
 void simpleXPath::end() {}
@@ -152,7 +198,12 @@ bool simpleXPath::isFindMatch(const std::vector<nodeType>& path, const std::vect
 }
 
 bool simpleXPath::isStepMatch(const nodeType& step, const nodeType& element) {
-  if (step.name != element.name) {
+  return passes(step, element.name, element.index, element.attrs);
+}
+
+bool simpleXPath::passes(const nodeType& step, std::string_view name, std::int32_t index,
+                         const attributes& attrs) {
+  if (step.name != name) {
     return false;
   }
   if (step.filterName.empty()) {
@@ -162,7 +213,7 @@ bool simpleXPath::isStepMatch(const nodeType& step, const nodeType& element) {
     return false;
   }
   if (step.filterName == IndexFilter) {
-    return step.index == element.index;
+    return step.index == index;
   }
-  return element.attrs.getAttribute(step.filterName.c_str()) == step.filterValue;
+  return attrs.getAttribute(step.filterName.c_str()) == step.filterValue;
 }

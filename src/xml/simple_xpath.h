@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,8 +24,9 @@ class simpleXPath : public SimpleSAXHandler {
   /// One element: a step of a path, or an element that is open in the document.
   struct nodeType {
     std::string name;         ///< of the element; for a step, of the elements that it matches
-    std::string text;         ///< open element: its own text, without that of elements inside it
-    attributes attrs;         ///< open element: its attributes
+    std::string text;         ///< open element: its own text, without that of elements inside it,
+                              ///< if it lies at the path
+    attributes attrs;         ///< open element: its attributes, if it matches its step
     std::int32_t index = 0;   ///< open element: see `startElement`; step: the wanted position
     std::string filterName;   ///< step: no filter if empty, `IndexFilter`, `NoMatchFilter`, or an
                               ///< attribute's name
@@ -42,6 +45,10 @@ class simpleXPath : public SimpleSAXHandler {
   /// is malformed before it; then the parser has written its error line.
   std::string query(const std::string& path);
   std::string query(const char* path);
+
+  /// Returns the texts at the positions 1, 2... 9 of `path`, as queries with "[1]", "[2]"... behind
+  /// it would one after the other, up to the first empty one; in a single parse.
+  std::vector<std::string> queryList(const std::string& path);
 
   // --- The parser's callbacks ---------------------------------------------------------------
 
@@ -79,15 +86,30 @@ class simpleXPath : public SimpleSAXHandler {
                           std::string& result);
 
  private:
+  static constexpr std::int32_t LargestPosition = 9;
+
   static bool isStepMatch(const nodeType& step, const nodeType& element);
+  static bool passes(const nodeType& step, std::string_view name, std::int32_t index,
+                     const attributes& attrs);
+
+  /// Parses the document with the steps of a path.
+  void run(std::string_view path);
+  /// Whether the innermost open element lies at the path.
+  bool isAtPath() const {
+    return m_MatchedSteps == m_Path.size() && m_Stack.size() == m_Path.size();
+  }
+  /// Takes the text of a list's entry; stops when no later entry can change the list.
+  void takeEntry(const nodeType& entry);
 
   std::string m_Xml;
   std::vector<nodeType> m_Path;
   std::vector<nodeType> m_Stack;
   std::string m_Result;
-  nodeType m_Current;     ///< the element being opened
-  nodeType m_LastClosed;  ///< the element that closed last, at any depth
+  nodeType m_LastClosed;  ///< name and index of the element that closed last, at any depth
   /// How many of the outermost open elements match their steps without a gap. Kept as elements open
   /// and close, it spares comparing the whole path at every end tag.
   std::size_t m_MatchedSteps = 0;
+  /// Whether a list is asked for, the last step then matching at any position; and its entries.
+  bool m_IsListing = false;
+  std::array<std::optional<std::string>, LargestPosition> m_Entries;
 };

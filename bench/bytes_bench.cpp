@@ -1,0 +1,104 @@
+// Hex text to bytes beside OpenSSL and nettle; the packet dump beside xxd.
+
+#include <array>
+#include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <nettle/base16.h>
+#include <openssl/crypto.h>
+#include <string>
+#include <vector>
+
+#include "contest.h"
+#include "documents.h"
+#include "process_run.h"
+#include "silence.h"
+#include "util/utility.h"
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+std::string hexText(std::size_t size) {
+  constexpr const char* digits = "0123456789abcdefABCDEF";
+  std::string text;
+  for (const unsigned char byte : bench::randomBytes(size)) {
+    text += digits[byte % 22];
+  }
+  return text;
+}
+
+void convertOurs(const std::string& text) {
+  unsigned char* buffer = nullptr;
+  const int count = Utility::getHexValues(text.c_str(), buffer);
+  const std::unique_ptr<unsigned char[]> bytes(buffer);
+  if (!bytes || static_cast<std::size_t>(count) != text.size() / 2) {
+    std::abort();
+  }
+}
+
+void convertOpenssl(const std::string& text) {
+  long count = 0;
+  unsigned char* bytes = OPENSSL_hexstr2buf(text.c_str(), &count);
+  if (bytes == nullptr || static_cast<std::size_t>(count) != text.size() / 2) {
+    std::abort();
+  }
+  OPENSSL_free(bytes);
+}
+
+void convertNettle(const std::string& text) {
+  base16_decode_ctx context{};
+  base16_decode_init(&context);
+  Bytes bytes(BASE16_DECODE_LENGTH(text.size()));
+  std::size_t count = bytes.size();
+  if (base16_decode_update(&context, &count, bytes.data(), text.size(), text.data()) != 1 ||
+      count != text.size() / 2) {
+    std::abort();
+  }
+}
+
+template <auto Convert>
+auto conversionOf(std::size_t size) {
+  return [text = hexText(size)] {
+    Convert(text);
+  };
+}
+
+auto dumpOf(std::size_t size) {
+  return
+      [bytes = bench::randomBytes(size), silence = std::make_unique<bench::Silence>()]() mutable {
+        Utility::ShowBytes(bytes.data(), static_cast<int>(bytes.size()));
+      };
+}
+
+/// The whole process: its CPU time, which other processes disturb less than the time on the clock.
+void dumpWithXxd(benchmark::State& state) {
+  const std::string path = "/tmp/zvkbench-" + std::to_string(::getpid());
+  const Bytes bytes = bench::randomBytes(static_cast<std::size_t>(state.range(0)));
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(bytes.data()),
+             static_cast<std::streamsize>(bytes.size()));
+  while (state.KeepRunning()) {
+    const bench::ProcessCost cost = bench::runProcess({"/usr/bin/xxd", path});
+    if (!cost.ended) {
+      std::abort();
+    }
+    state.SetIterationTime(cost.cpuSeconds);
+  }
+  ::unlink(path.c_str());
+}
+
+[[maybe_unused]] const bool AreAdded = [] {
+  constexpr long mebi = 1 << 20;
+  bench::contest("hex text to bytes", bench::Ours, {mebi}, conversionOf<convertOurs>);
+  bench::contest("hex text to bytes", "OpenSSL", {mebi}, conversionOf<convertOpenssl>);
+  bench::contest("hex text to bytes", "nettle", {mebi}, conversionOf<convertNettle>);
+  bench::growth("hex text to bytes", 16 << 10, conversionOf<convertOurs>);
+  bench::contest("packet dump", bench::Ours, {mebi}, dumpOf);
+  benchmark::RegisterBenchmark("packet dump/xxd", dumpWithXxd)->Arg(mebi)->UseManualTime();
+  bench::growth("packet dump", 16 << 10, dumpOf);
+  return true;
+}();
+
+}  // namespace

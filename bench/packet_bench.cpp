@@ -1,0 +1,65 @@
+// Building the packet of a basic configuration, with the lines that tell of it, which go to
+// /dev/null: their writing is part of the time.
+
+#include "packet_bench.h"
+
+#include <benchmark/benchmark.h>
+#include <memory>
+#include <string>
+
+#include "cli/config_details.h"
+#include "contest.h"
+#include "counted_memory.h"
+#include "results.h"
+#include "silence.h"
+#include "wireless/wnpa_generator.h"
+
+namespace {
+
+constexpr std::size_t UsualSsid = 20;
+constexpr double AllocationBar = 8;
+
+/// A generator for a network whose name has so many characters.
+class Building {
+ public:
+  explicit Building(std::size_t ssidSize) {
+    m_Settings.parseParm(4, {"zvkconfig", "--ssid=" + std::string(ssidSize, 'n'), "--security=WPA",
+                             "--passwd=a passphrase of usual size"});
+    m_Generator = std::make_unique<wnpaGenerator>(&m_Settings);
+  }
+
+  void run() { m_Generator->constructBasic(); }
+
+ private:
+  bench::Silence m_Silence;
+  configDetails m_Settings;
+  std::unique_ptr<wnpaGenerator> m_Generator;
+};
+
+auto buildingOf(std::size_t ssidSize) {
+  return [building = std::make_unique<Building>(ssidSize)] {
+    building->run();
+  };
+}
+
+[[maybe_unused]] const bool AreAdded = [] {
+  bench::contest("packet building", bench::Ours, {UsualSsid}, buildingOf);
+  bench::growth("packet building, bytes of SSID", 512, buildingOf);
+  return true;
+}();
+
+}  // namespace
+
+namespace bench {
+
+void addPacketAllocations() {
+  Building building(UsualSsid);
+  building.run();
+  const std::size_t before = allocations();
+  building.run();
+  const auto count = static_cast<double>(allocations() - before);
+  addRow({"packet building", "-, allocations", std::to_string(allocations() - before), "", count,
+          AllocationBar});
+}
+
+}  // namespace bench

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace bench {
+
+/// Adds the row that tells how often the building of a packet allocates.
+void addPacketAllocations();
+
+}  // namespace bench

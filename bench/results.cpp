@@ -1,0 +1,47 @@
+#include "results.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+
+namespace bench {
+
+namespace {
+
+std::string number(double value, int places, const char* unit) {
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%.*f %s", places, value, unit);
+  return text.data();
+}
+
+}  // namespace
+
+void addRow(const Row& row) {
+  const char* const path = std::getenv("ZVK_BENCH_ROWS");
+  if (path == nullptr) {
+    return;
+  }
+  std::ofstream file(path, std::ios::app);
+  file << row.work << '\t' << row.peer << '\t' << row.ours << '\t' << row.theirs << '\t'
+       << row.value << '\t' << row.limit << '\n';
+}
+
+std::string timeText(double nanoseconds) {
+  if (nanoseconds < 1e3) {
+    return number(nanoseconds, 1, "ns");
+  }
+  return nanoseconds < 1e6 ? number(nanoseconds / 1e3, 2, "us")
+                           : number(nanoseconds / 1e6, 2, "ms");
+}
+
+std::string sizeText(long bytes) {
+  constexpr long kibi = 1024;
+  if (bytes >= kibi * kibi && bytes % (kibi * kibi) == 0) {
+    return std::to_string(bytes / (kibi * kibi)) + " MiB";
+  }
+  return bytes >= kibi && bytes % kibi == 0 ? std::to_string(bytes / kibi) + " KiB"
+                                            : std::to_string(bytes) + " B";
+}
+
+}  // namespace bench

@@ -1,0 +1,100 @@
+// The byte queue beside Boost's ring buffer under a mutex, and beside its lock calls alone.
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <boost/circular_buffer.hpp>
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "contest.h"
+#include "documents.h"
+#include "transport/circular_buffer.h"
+#include "transport/posix_mutex.h"
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+constexpr unsigned long Capacity = 65536;
+
+/// All or nothing, as ours.
+class BoostQueue {
+ public:
+  explicit BoostQueue(unsigned long capacity) : m_Bytes(capacity) {}
+
+  bool writeBytes(const unsigned char* source, unsigned long count) {
+    const std::lock_guard lock(m_Mutex);
+    if (m_Bytes.reserve() < count) {
+      return false;
+    }
+    m_Bytes.insert(m_Bytes.end(), source, source + count);
+    return true;
+  }
+
+  bool readBytes(unsigned char* destination, unsigned long count) {
+    const std::lock_guard lock(m_Mutex);
+    if (m_Bytes.size() < count) {
+      return false;
+    }
+    const auto [first, firstSize] = m_Bytes.array_one();
+    const unsigned long fromFirst = std::min(count, firstSize);
+    std::copy_n(first, fromFirst, destination);
+    std::copy_n(m_Bytes.array_two().first, count - fromFirst, destination + fromFirst);
+    m_Bytes.erase_begin(count);
+    return true;
+  }
+
+ private:
+  boost::circular_buffer<unsigned char> m_Bytes;
+  std::mutex m_Mutex;
+};
+
+/// Locks as often as ours: a write asks for the space, which asks whether it is empty; a read asks
+/// for the bytes, which asks for the space.
+class LocksAlone {
+ public:
+  explicit LocksAlone(unsigned long /*capacity*/) {}
+
+  bool writeBytes(const unsigned char* /*source*/, unsigned long /*count*/) {
+    const PosixMutex::Lock write(m_Mutex);
+    const PosixMutex::Lock space(m_Mutex);
+    const PosixMutex::Lock empty(m_Mutex);
+    return true;
+  }
+
+  bool readBytes(unsigned char* /*destination*/, unsigned long /*count*/) {
+    const PosixMutex::Lock read(m_Mutex);
+    const PosixMutex::Lock bytes(m_Mutex);
+    const PosixMutex::Lock space(m_Mutex);
+    const PosixMutex::Lock empty(m_Mutex);
+    return true;
+  }
+
+ private:
+  PosixMutex m_Mutex{PosixMutex::Kind::ErrorChecking};
+};
+
+/// Writes and reads so many bytes.
+template <typename Queue>
+auto exchangeOf(std::size_t count) {
+  return [queue = std::make_unique<Queue>(Capacity), source = bench::randomBytes(count),
+          destination = Bytes(count)]() mutable {
+    if (!queue->writeBytes(source.data(), source.size()) ||
+        !queue->readBytes(destination.data(), destination.size())) {
+      std::abort();
+    }
+  };
+}
+
+[[maybe_unused]] const bool AreAdded = [] {
+  const bench::Sizes sizes = {1, 64, 512, 4096};
+  bench::contest("ring buffer", bench::Ours, sizes, exchangeOf<CircularBuffer>);
+  bench::contest("ring buffer", "Boost and a mutex", sizes, exchangeOf<BoostQueue>);
+  bench::contest("ring buffer", "lock calls alone", sizes, exchangeOf<LocksAlone>);
+  bench::growth("ring buffer, bytes at a time", 1024, exchangeOf<CircularBuffer>);
+  return true;
+}();
+
+}  // namespace

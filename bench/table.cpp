@@ -1,0 +1,56 @@
+// Prints the rows of a file as one table and counts the bars. Ends with 1 when one is missed.
+//
+// Usage: bench_table FILE
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+enum Column { Work, Peer, Ours, Theirs, Value, Limit, Columns };
+
+std::vector<std::string> cells(const std::string& line) {
+  std::vector<std::string> result;
+  std::istringstream stream(line);
+  for (std::string cell; std::getline(stream, cell, '\t');) {
+    result.push_back(cell);
+  }
+  return result;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fputs("usage: bench_table FILE\n", stderr);
+    return 2;
+  }
+  constexpr const char* format = "%-36s %-28s %12s %12s %9s %8s  %s\n";
+  std::printf(format, "work", "peer", "zvkconfig", "peer", "ratio", "bar", "");
+  int met = 0;
+  int missed = 0;
+  std::ifstream file(argv[1]);
+  for (std::string line; std::getline(file, line);) {
+    const std::vector<std::string> row = cells(line);
+    if (row.size() != Columns) {
+      std::fprintf(stderr, "This is no row: %s\n", line.c_str());
+      return 2;
+    }
+    const double value = std::atof(row[Value].c_str());
+    const double limit = std::atof(row[Limit].c_str());
+    const bool hasBar = limit > 0;
+    const bool isMet = value <= limit;
+    if (hasBar) {
+      ++(isMet ? met : missed);
+    }
+    std::printf(format, row[Work].c_str(), row[Peer].c_str(), row[Ours].c_str(),
+                row[Theirs].c_str(), row[Value].c_str(), hasBar ? row[Limit].c_str() : "-",
+                !hasBar ? "" : (isMet ? "met" : "MISSED"));
+  }
+  std::printf("%d bars met, %d missed\n", met, missed);
+  return missed == 0 && met > 0 ? 0 : 1;
+}

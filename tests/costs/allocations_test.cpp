@@ -1,0 +1,110 @@
+// How often the usual work allocates. A count that falls may be lowered here; one that rises has to
+// be worth it.
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cert/cert_mgr.h"
+#include "cert/obj_store_response.h"
+#include "costs/counted_memory.h"
+#include "npa/send_config.h"
+#include "support/generator.h"
+#include "support/output.h"
+#include "support/rows.h"
+#include "xml/simple_sax_parser.h"
+#include "xml/simple_xpath.h"
+
+namespace {
+
+using support::bytes;
+using support::outputOf;
+
+/// Counts the allocations of an action whose output does not matter.
+std::size_t silentAllocationsOf(const std::function<void()>& action) {
+  std::size_t count = 0;
+  outputOf([&] { count = allocationsOf(action); });
+  return count;
+}
+
+/// An object-store reply of some 2 KiB: a status and 36 values.
+std::string reply() {
+  std::string text = R"(<?xml version="1.0" encoding="UTF-8"?><response><MapElem>)"
+                     R"(<child name="status_code"><IntegerElem>1</IntegerElem></child>)";
+  for (int i = 10; i < 46; ++i) {
+    text += R"(<child name="x509_)" + std::to_string(i) +
+            R"("><StringElem>Corner &amp; Co</StringElem></child>)";
+  }
+  return text + "</MapElem></response>";
+}
+
+}  // namespace
+
+TEST(AllocationCount, CountsEachBlock) {
+  EXPECT_EQ(allocationsOf([] {
+              const std::vector<int> first(10);
+              const std::string second(100, 'x');
+            }),
+            2U);
+  EXPECT_EQ(allocationsOf([] {}), 0U);
+}
+
+TEST(SaxParse, AllocatesOnceForAnElementNotForEach) {
+  SimpleSAXHandler handler;
+  SimpleSAXParser parser(handler);
+  const std::string document = reply();
+  ASSERT_GT(document.size(), 2000U);
+  int result = -1;
+  EXPECT_EQ(allocationsOf([&] { result = parser.parseXMLString(document.c_str()); }), 6U);
+  EXPECT_EQ(result, 0);
+}
+
+TEST(PathQuery, DoesNotAllocateForEachElement) {
+  simpleXPath xpath(reply());
+  const std::string path = "/response/MapElem/child[@name='x509_45']/StringElem";
+  std::string text;
+  EXPECT_EQ(allocationsOf([&] { text = xpath.query(path); }), 13U);
+  EXPECT_EQ(text, "Corner & Co");
+}
+
+TEST(Escaping, TakesRoomOnce) {
+  EXPECT_EQ(allocationsOf([&] { CertMgr::symbolToEntities("Corner & Co, at the bridge"); }), 1U);
+}
+
+class PacketBuilding : public support::Generator {};
+
+TEST_F(PacketBuilding, TakesABlockForThePacketAndTwoForEachLongText) {
+  use({"--ssid=home of the corner bakery", "--security=WPA", "--passwd=a long enough password"});
+  EXPECT_EQ(silentAllocationsOf([&] { generator->constructBasic(); }), 7U);
+}
+
+class Query : public support::UsblpPrinter {
+ protected:
+  /// The blocks that a query takes for a reply of so many bytes, those of the scripted printer
+  /// included.
+  std::size_t blocks(std::size_t size) {
+    support::Bytes packet = bytes("A5 00 00 50 E0");
+    packet.resize(size, 0x42);
+    packet[1] = static_cast<unsigned char>((size - 3) >> 8U);
+    packet[2] = static_cast<unsigned char>((size - 3) & 0xFFU);
+    answer({packet});
+    support::Bytes request = bytes("A5 00 06 50 E0 D8 00 2A 0A");
+    std::unique_ptr<unsigned char[]> owned;
+    return silentAllocationsOf([&] {
+      sendConfig exchange("/dev/usb/lp0");
+      unsigned char* reply = nullptr;
+      const int length = static_cast<int>(request.size());
+      EXPECT_EQ(exchange.sendQuery(request.data(), length, reply, 3), static_cast<int>(size) - 4);
+      owned.reset(reply);
+    });
+  }
+};
+
+TEST_F(Query, TakesNoMoreBlocksForALongerReply) {
+  // The printer's own lists grow now and then.
+  for (const std::size_t size : {64U, 512U, 4096U}) {
+    SCOPED_TRACE(size);
+    EXPECT_LE(blocks(size), 17U);
+  }
+}

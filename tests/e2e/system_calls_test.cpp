@@ -1,0 +1,103 @@
+// How many calls of the system each command makes, from its first look at the device on: the
+// program's own work, without the start that the loader has. Only the probes for input, one after
+// the other as long as the wait lasts, depend on time.
+
+#include <array>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/files.h"
+#include "support/printer_run.h"
+#include "support/process.h"
+#include "support/rows.h"
+
+namespace {
+
+using Counts = std::map<std::string, int>;
+
+constexpr const char* Probe = "pselect6";
+/// What no wait of 5 seconds can need: a probe takes a millisecond.
+constexpr int ProbesPerWait = 5100;
+
+/// What the library asks for on its own account: memory, and what kind of file its output is.
+constexpr std::array LibraryCalls = {"brk", "mmap", "munmap", "newfstatat", "ioctl", "getrandom"};
+
+/// The calls by name, from the first that names the device in an opening on.
+Counts callsOf(const std::string& log) {
+  Counts counts;
+  bool isOpen = false;
+  std::istringstream stream(support::fileContent(log));
+  for (std::string line; std::getline(stream, line);) {
+    std::istringstream words(line);
+    std::string process;
+    std::string call;
+    words >> process;
+    std::getline(words, call, '(');
+    const std::string name = call.substr(call.find_first_not_of(' '));
+    isOpen = isOpen || (name == "openat" && line.find("\"/dev/usb/lp") != std::string::npos);
+    if (isOpen && line.find("---") == std::string::npos) {
+      ++counts[name];
+    }
+  }
+  for (const char* const name : LibraryCalls) {
+    counts.erase(name);
+  }
+  return counts;
+}
+
+struct Row : support::Row {
+  std::vector<std::string> arguments;
+  int silences;  ///< waits that end without a byte
+  int pauses;
+  int exchanges;  ///< the device is opened, read and closed
+  int reads;      ///< at most: an answer may be there at the first try or not
+  int writes;     ///< requests, lines of the log, and the output
+};
+
+class SystemCalls : public testing::TestWithParam<Row> {};
+
+TEST_P(SystemCalls, AreAsMany) {
+  const support::TemporaryFolder folder;
+  const std::string log = folder.path("calls");
+  const std::string strace = "strace -f -qq -o " + log;
+  ::setenv("ZVK_RUN_UNDER", strace.c_str(), 1);
+  support::runWithPrinter({"--ssid=home"}, GetParam().arguments);
+  ::unsetenv("ZVK_RUN_UNDER");
+  Counts calls = callsOf(log);
+  const int probes = calls[Probe];
+  const int reads = calls["read"];
+  calls.erase(Probe);
+  calls.erase("read");
+  Counts expected = {{"openat", GetParam().exchanges},
+                     {"close", GetParam().exchanges},
+                     {"write", GetParam().writes},
+                     {"exit_group", 1}};
+  if (GetParam().pauses > 0) {
+    expected["clock_nanosleep"] = GetParam().pauses;
+  }
+  EXPECT_EQ(calls, expected);
+  EXPECT_GE(reads, GetParam().exchanges);
+  EXPECT_LE(reads, GetParam().reads);
+  EXPECT_GE(probes, GetParam().silences);
+  // One wait more for an answer that is late.
+  EXPECT_LE(probes, (GetParam().silences + 1) * ProbesPerWait);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, SystemCalls,
+    // Numbers: silences, pauses, exchanges, reads, writes.
+    testing::Values(Row{{"BasicConfiguration"}, {"-c", "--ssid=home", "{}"}, 1, 1, 1, 2, 3},
+                    Row{{"Ssid"}, {"-s", "{}"}, 1, 1, 1, 2, 3},
+                    Row{{"Address"}, {"-ip", "{}"}, 1, 1, 1, 2, 3},
+                    Row{{"TroubleCode"}, {"-t", "{}"}, 1, 1, 1, 2, 2},
+                    Row{{"Descriptor"}, {"-a", "{}"}, 1, 0, 1, 2, 2},
+                    Row{{"AuthenticationStatus"}, {"-802s", "{}"}, 0, 1, 1, 4, 5},
+                    Row{{"Reset"}, {"-r", "{}"}, 1, 1, 1, 2, 2},
+                    Row{{"DefaultRun"}, {"-x", "{}"}, 3, 3, 3, 6, 7}),
+    support::rowName);
+
+}  // namespace
