@@ -50,18 +50,16 @@ void simpleXPath::run(std::string_view path) {
 void simpleXPath::start() {
   m_Result.clear();
   resetNode(m_LastClosed);
+  m_Open.clear();
   m_Stack.clear();
-  m_MatchedSteps = 0;
 }
 
 void simpleXPath::startElement(const char* name, attributes& attrs) {
   const std::string_view text = util::textOf(name);
   const std::int32_t index = m_LastClosed.name == text ? m_LastClosed.index + 1 : 1;
-  const std::size_t depth = m_Stack.size();
-  nodeType& element = m_Stack.emplace_back();
-  element.name = text;
-  element.index = index;
-  if (m_MatchedSteps != depth || depth >= m_Path.size()) {
+  const std::size_t depth = m_Open.size();
+  m_Open.push_back(index);
+  if (m_Stack.size() != depth || depth >= m_Path.size()) {
     return;
   }
   nodeType& step = m_Path[depth];
@@ -69,33 +67,36 @@ void simpleXPath::startElement(const char* name, attributes& attrs) {
     step.index = index;
   }
   if (passes(step, text, index, attrs)) {
+    nodeType& element = m_Stack.emplace_back();
+    element.name = text;
     element.attrs = attrs;
-    ++m_MatchedSteps;
+    element.index = index;
   }
 }
 
 void simpleXPath::characters(const char* text, unsigned int /*len*/) {
-  if (!m_Stack.empty() && isAtPath()) {
+  if (isAtPath()) {
     m_Stack.back().text += util::textOf(text);
   }
 }
 
-void simpleXPath::endElement(const char* /*name*/) {
-  if (m_Stack.empty()) {
+void simpleXPath::endElement(const char* name) {
+  if (m_Open.empty()) {
     return;
   }
-  nodeType& element = m_Stack.back();
-  if (m_MatchedSteps == m_Path.size() && isFindMatch(m_Path, m_Stack, m_Result)) {
+  if (isAtPath() && isFindMatch(m_Path, m_Stack, m_Result)) {
     if (m_IsListing) {
-      takeEntry(element);
+      takeEntry(m_Stack.back());
     } else {
       m_Stop = true;
     }
   }
-  m_LastClosed.name.swap(element.name);
-  m_LastClosed.index = element.index;
-  m_Stack.pop_back();
-  m_MatchedSteps = std::min(m_MatchedSteps, m_Stack.size());
+  m_LastClosed.name = util::textOf(name);
+  m_LastClosed.index = m_Open.back();
+  if (m_Stack.size() == m_Open.size()) {
+    m_Stack.pop_back();
+  }
+  m_Open.pop_back();
 }
 
 void simpleXPath::takeEntry(const nodeType& entry) {

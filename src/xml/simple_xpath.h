@@ -21,12 +21,13 @@
 /// document and the path.
 class simpleXPath : public SimpleSAXHandler {
  public:
-  /// One element: a step of a path, or an element that is open in the document.
+  /// One element: a step of a path, or an element that is open in the document and matches its
+  /// step.
   struct nodeType {
     std::string name;         ///< of the element; for a step, of the elements that it matches
     std::string text;         ///< open element: its own text, without that of elements inside it,
                               ///< if it lies at the path
-    attributes attrs;         ///< open element: its attributes, if it matches its step
+    attributes attrs;         ///< open element: its attributes
     std::int32_t index = 0;   ///< open element: see `startElement`; step: the wanted position
     std::string filterName;   ///< step: no filter if empty, `IndexFilter`, `NoMatchFilter`, or an
                               ///< attribute's name
@@ -96,19 +97,19 @@ class simpleXPath : public SimpleSAXHandler {
   void run(std::string_view path);
   /// Whether the innermost open element lies at the path.
   bool isAtPath() const {
-    return m_MatchedSteps == m_Path.size() && m_Stack.size() == m_Path.size();
+    return !m_Path.empty() && m_Stack.size() == m_Path.size() && m_Open.size() == m_Path.size();
   }
   /// Takes the text of a list's entry; stops when no later entry can change the list.
   void takeEntry(const nodeType& entry);
 
   std::string m_Xml;
   std::vector<nodeType> m_Path;
+  /// The positions of the open elements, outermost first; and those elements themselves, as far as
+  /// they match their steps without a gap. No other can be, or have in it, what is looked for.
+  std::vector<std::int32_t> m_Open;
   std::vector<nodeType> m_Stack;
   std::string m_Result;
   nodeType m_LastClosed;  ///< name and index of the element that closed last, at any depth
-  /// How many of the outermost open elements match their steps without a gap. Kept as elements open
-  /// and close, it spares comparing the whole path at every end tag.
-  std::size_t m_MatchedSteps = 0;
   /// Whether a list is asked for, the last step then matching at any position; and its entries.
   bool m_IsListing = false;
   std::array<std::optional<std::string>, LargestPosition> m_Entries;
