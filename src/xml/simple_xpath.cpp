@@ -10,6 +10,8 @@
 namespace {
 
 constexpr std::size_t None = std::string_view::npos;
+/// What no reply's elements exceed, so that the memory for them is taken at once.
+constexpr std::size_t UsualDepth = 16;
 
 }  // namespace
 
@@ -42,6 +44,8 @@ std::vector<std::string> simpleXPath::queryList(const std::string& path) {
 void simpleXPath::run(std::string_view path) {
   SimpleSAXParser parser(*this);
   m_Path = parsePath(path);
+  m_Stack.reserve(m_Path.size());
+  m_Open.reserve(UsualDepth);
   m_Stop = false;
   parser.parseXMLString(m_Xml.c_str());
   m_Path.clear();
