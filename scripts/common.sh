@@ -43,6 +43,15 @@ test_packages=(binutils ccache clang clang-format clang-tidy faketime fish groff
 bench_packages=(libbenchmark-dev libexpat1-dev libxml2-dev)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl xz-utils)
+package_packages=(debhelper dpkg-dev lintian scdoc)
+root_packages=(mmdebstrap proot)
+
+# Ends a lane that cannot run on this machine, which is not the same as one that failed.
+readonly StatusCannotRun=77
+cannot_run() {
+  echo "$(basename "$0") CANNOT RUN here: $*" >&2
+  exit "$StatusCannotRun"
+}
 
 # Configures and builds a preset.
 build_preset() {
