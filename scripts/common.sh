@@ -44,6 +44,15 @@ bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxm
   pkg-config xxd)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl xz-utils)
+package_packages=(debhelper dpkg-dev lintian scdoc)
+root_packages=(mmdebstrap proot)
+
+# Ends a lane that cannot run on this machine, which is not the same as one that failed.
+readonly StatusCannotRun=77
+cannot_run() {
+  echo "$(basename "$0") CANNOT RUN here: $*" >&2
+  exit "$StatusCannotRun"
+}
 
 # Configures and builds a preset.
 build_preset() {
