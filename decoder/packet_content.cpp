@@ -65,8 +65,10 @@ Content readQuery(Data data) {
   const std::size_t sizeField = npa::numberAt(data, 0);
   data = data.subspan(SizeFieldSize);
   if (emulator::sizeOfValue(key, sizeField, data.size()) != data.size()) {
-    return malformed(
-        "a value of " + countOf(sizeField) + " is told, there are " + countOf(data.size()), data);
+    Content wrong = malformed(
+        "a value should have " + countOf(sizeField) + ", has " + std::to_string(data.size()), data);
+    wrong.settings = std::move(content.settings);
+    return wrong;
   }
   content.kind = Kind::Value;
   content.settings.back().value = Bytes(data.begin(), data.end());
@@ -189,7 +191,8 @@ std::size_t readWrapper(Data data, std::vector<Content>& contents) {
   const Data inside = data.subspan(head);
   if (size > inside.size()) {
     contents.push_back(malformed(
-        "a wrapper tells of " + countOf(size) + ", there are " + countOf(inside.size()), inside));
+        "a wrapper should hold " + countOf(size) + ", holds " + std::to_string(inside.size()),
+        inside));
     return data.size();
   }
   if (size == 0) {
