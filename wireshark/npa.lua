@@ -4,7 +4,7 @@
 --     wireshark -X lua_script:npa.lua CAPTURE        (or in Wireshark's folder of personal plugins)
 --
 -- The tables are those of the program: `zvknpa --objects` lists them, and so does
--- `tshark -X lua_script:npa.lua -X lua_script1:objects -G fields`; a test compares the two.
+-- `tshark -G currentprefs -X lua_script:npa.lua -X lua_script1:objects`; a test compares the two.
 
 local groups = {
   [0x06] = "adapter", [0x0A] = "network address", [0x28] = "wireless network", [0x2A] = "802.1x",
@@ -133,8 +133,13 @@ local function without_end(text)
   return (text:gsub("%z+$", ""))
 end
 
+-- `range` is nil where there are no bytes left.
 local function add_kind(tree, range, kind, infos)
-  tree:add(f.kind, range, kind)
+  if range then
+    tree:add(f.kind, range, kind)
+  else
+    tree:add(f.kind, kind)
+  end
   infos[#infos + 1] = kind
 end
 
@@ -209,7 +214,7 @@ end
 -- What follows "DA 01" and "D8 01": settings, or whether they were accepted.
 local function add_settings(range, tree, infos)
   if range == nil then
-    return tree:add(f.kind, "store settings")
+    return add_kind(tree, nil, "store settings", infos)
   end
   if range:len() == 1 then
     add_kind(tree, range, range:uint() == 1 and "settings accepted" or "settings not accepted", infos)
