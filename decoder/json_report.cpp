@@ -1,8 +1,10 @@
 #include "decoder/json_report.h"
 
+#include <array>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "decoder/call_text.h"
 #include "decoder/words.h"
@@ -29,6 +31,10 @@ Json placeOf(const Stream& stream, Place place) {
     json["device"] = stream.device;
   }
   return json;
+}
+
+std::string textOf(const Json& json) {
+  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 /// Adds a value to a setting's object.
@@ -141,38 +147,51 @@ Json packetOf(const Packet& packet, bool showSecrets) {
 
 }  // namespace
 
-struct JsonReport::Document {
-  Json inputs = Json::array();
-};
-
-JsonReport::JsonReport(bool showSecrets)
-    : m_Document(std::make_unique<Document>()), m_ShowSecrets(showSecrets) {}
-
-JsonReport::~JsonReport() = default;
+JsonReport::JsonReport(Sink sink, bool showSecrets)
+    : m_Sink(std::move(sink)), m_ShowSecrets(showSecrets) {}
 
 void JsonReport::beginInput(const std::string& name) {
-  m_Document->inputs.push_back(
-      {{"input", name}, {"packets", Json::array()}, {"problems", Json::array()}});
+  endInput();
+  ++m_Inputs;
+  m_Sink((m_Inputs == 1 ? "{\"inputs\": [\n{\"input\": " : ",\n{\"input\": ") + textOf(name) +
+         ", \"packets\": [");
 }
 
 void JsonReport::packet(const Packet& packet) {
   const bool showSecrets = m_ShowSecrets && !packet.stream.hasHiddenBytes;
-  m_Document->inputs.back()["packets"].push_back(packetOf(packet, showSecrets));
+  m_Sink((m_Packets == 0 ? "\n" : ",\n") + textOf(packetOf(packet, showSecrets)));
+  ++m_Packets;
 }
 
 void JsonReport::problem(const Problem& problem) {
   Json json = placeOf(problem.stream, problem.place);
   json["text"] = problem.text;
-  m_Document->inputs.back()["problems"].push_back(std::move(json));
+  m_Problems.push_back(textOf(json));
 }
 
 void JsonReport::unreadable(const std::string& reason) {
-  m_Document->inputs.back()["unreadable"] = reason;
+  m_Unreadable = reason;
 }
 
-std::string JsonReport::text() const {
-  const Json document = {{"inputs", m_Document->inputs}};
-  return document.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+void JsonReport::endInput() {
+  if (m_Inputs == 0) {
+    return;
+  }
+  m_Sink("], \"problems\": [");
+  const char* separator = "\n";
+  for (const std::string& problem : m_Problems) {
+    m_Sink(separator + problem);
+    separator = ",\n";
+  }
+  m_Sink(m_Unreadable.empty() ? "]}" : "], \"unreadable\": " + textOf(m_Unreadable) + "}");
+  m_Packets = 0;
+  m_Problems.clear();
+  m_Unreadable.clear();
+}
+
+void JsonReport::finish() {
+  endInput();
+  m_Sink(m_Inputs == 0 ? "{\"inputs\": []}\n" : "\n]}\n");
 }
 
 }  // namespace decoder

@@ -80,9 +80,9 @@ int decodeInputs(const Options& options, decoder::Report& report) {
 
 int decodeAll(const Options& options) {
   if (options.json) {
-    decoder::JsonReport report(options.showSecrets);
+    decoder::JsonReport report(print, options.showSecrets);
     const int status = decodeInputs(options, report);
-    print(report.text());
+    report.finish();
     return status;
   }
   decoder::WordsReport report(print, options.showSecrets, options.inputs.size() > 1);

@@ -9,17 +9,26 @@ namespace {
 
 using nlohmann::json;
 
+/// The document of what is reported by `fill`.
+std::string textOf(const std::function<void(decoder::Report&)>& fill, bool showSecrets = false) {
+  std::string text;
+  decoder::JsonReport report([&](std::string_view piece) { text.append(piece); }, showSecrets);
+  fill(report);
+  report.finish();
+  return text;
+}
+
 json documentOf(std::string_view input, const decoder::Options& options = {}) {
-  decoder::JsonReport report(options.showSecrets);
-  report.beginInput("log");
-  decoder::decode(input, options, report);
-  const std::string text = report.text();
-  EXPECT_TRUE(text.ends_with("}\n"));
-  return json::parse(text);
+  return json::parse(textOf(
+      [&](decoder::Report& report) {
+        report.beginInput("log");
+        decoder::decode(input, options, report);
+      },
+      options.showSecrets));
 }
 
 TEST(JsonReport, IsADocumentWithoutAnyInput) {
-  EXPECT_EQ(decoder::JsonReport(false).text(), "{\n  \"inputs\": []\n}\n");
+  EXPECT_EQ(textOf([](decoder::Report&) {}), "{\"inputs\": []}\n");
 }
 
 TEST(JsonReport, HasEachInputWithItsPacketsAndProblems) {
@@ -31,13 +40,33 @@ TEST(JsonReport, HasEachInputWithItsPacketsAndProblems) {
     "problems": [{"line": 1, "text": "2 bytes outside any packet"}]}]})"));
 }
 
+TEST(JsonReport, HasALineForEachPacketAndEachProblem) {
+  EXPECT_EQ(textOf([](decoder::Report& report) {
+              for (const char* name : {"a", "b"}) {
+                report.beginInput(name);
+                decoder::decode("A5 00 02 D4 E0 A5 00 02 D4 E0\n\nFF\n\nFF", {}, report);
+              }
+            }),
+            [] {
+              const std::string packet =
+                  "{\"line\":1,\"role\":\"reply\",\"size\":5,\"wrapped\":false,\"flag\":\"D4\","
+                  "\"more_follows\":false,\"contents\":[{\"kind\":\"refused\"}]}";
+              const std::string text = "\"text\":\"1 byte outside any packet\"}";
+              const std::string rest = "\"packets\": [\n" + packet + ",\n" + packet +
+                                       "], \"problems\": [\n{\"line\":3," + text +
+                                       ",\n{\"line\":5," + text + "]}";
+              return "{\"inputs\": [\n{\"input\": \"a\", " + rest + ",\n{\"input\": \"b\", " +
+                     rest + "\n]}\n";
+            }());
+}
+
 TEST(JsonReport, TellsOfAnInputThatCannotBeRead) {
-  decoder::JsonReport report(false);
-  report.beginInput("missing");
-  report.unreadable("No such file");
-  report.beginInput("b");
-  const json document = json::parse(report.text());
-  EXPECT_EQ(document["inputs"][0]["unreadable"], "No such file");
+  const json document = json::parse(textOf([](decoder::Report& report) {
+    report.beginInput("missing");
+    report.unreadable("No such \"file\" \xFF");
+    report.beginInput("b");
+  }));
+  EXPECT_EQ(document["inputs"][0]["unreadable"], "No such \"file\" \uFFFD");
   EXPECT_EQ(document["inputs"][1]["input"], "b");
 }
 
