@@ -113,24 +113,27 @@ npa.experts = { malformed, unknown }
 
 local START, COMMAND, REFUSED = 0xA5, 0xE0, 0xD4
 local OBJECT_HEADER = 5
-local GENERATE = "a5000650e0da012a0c"
+local GENERATE = "\xA5\x00\x06\x50\xE0\xDA\x01\x2A\x0C"
 local SNIFF = "a5001080a45ba45b10efa45b11ee00ff13ec2e"
 
 local function hex_of(range, size)
   return range:len() < size and "" or tostring(range(0, size):bytes()):lower()
 end
 
--- Start byte and length field included. One packet has four bytes more than it says.
-local function packet_size(range)
-  return 3 + range(1, 2):uint() + (hex_of(range, 9) == GENERATE and 4 or 0)
+-- Of the packet that begins at the offset (from 1), start byte and length field included; nothing when
+-- its end is not there. One packet has four bytes more than it says.
+local function packet_size(bytes, offset)
+  if #bytes - offset < 2 then return nil end
+  local high, low = bytes:byte(offset + 1, offset + 2)
+  local size = 3 + high * 256 + low
+  if bytes:sub(offset, offset + #GENERATE - 1) == GENERATE then
+    size = size + 4
+  end
+  return offset + size - 1 <= #bytes and size or nil
 end
 
 local function flag(byte, bit)
   return math.floor(byte / bit) % 2 == 1
-end
-
-local function without_end(text)
-  return (text:gsub("%z+$", ""))
 end
 
 -- `range` is nil where there are no bytes left.
@@ -162,12 +165,10 @@ end
 
 local function add_value(item, range, info)
   local size = range:len()
-  if size == 0 then
-    return
-  end
+  if size == 0 then return end
   item:add(f.value, range)
   if info.kind == "text" then
-    local text = without_end(range:string())
+    local text = range:string():gsub("%z+$", "")
     item:add(f.text, range, text)
     item:append_text(": " .. text)
     if info.name == "SSID" then
@@ -194,14 +195,10 @@ end
 -- What follows "D8 00": a query, or the answer to one.
 local function add_query(range, tree, infos)
   local size = range:len()
-  if size < 2 or size == 3 then
-    return add_malformed(tree, range, "query that is cut", infos)
-  end
+  if size < 2 or size == 3 then return add_malformed(tree, range, "query that is cut", infos) end
   add_kind(tree, range, size == 2 and "query" or "value", infos)
   local item, info = add_setting(tree, range, infos)
-  if size == 2 then
-    return
-  end
+  if size == 2 then return end
   item:add(f.size, range(2, 2))
   if range(2, 2):uint() ~= size - 4 then
     item:add_proto_expert_info(malformed, "The value has another size")
@@ -213,9 +210,7 @@ end
 
 -- What follows "DA 01" and "D8 01": settings, or whether they were accepted.
 local function add_settings(range, tree, infos)
-  if range == nil then
-    return add_kind(tree, nil, "store settings", infos)
-  end
+  if range == nil then return add_kind(tree, nil, "store settings", infos) end
   if range:len() == 1 then
     add_kind(tree, range, range:uint() == 1 and "settings accepted" or "settings not accepted", infos)
     tree:add(f.status, range)
@@ -263,9 +258,7 @@ end
 
 -- What follows "C0 03 00 01".
 local function add_call(range, tree, infos, is_reply)
-  if range == nil then
-    return add_malformed(tree, nil, "method call without text", infos)
-  end
+  if range == nil then return add_malformed(tree, nil, "method call without text", infos) end
   if not is_reply then
     add_kind(tree, range, "method call", infos)
     return add_xml(tree, range, range:raw(), infos)
@@ -310,9 +303,7 @@ end
 local function add_packet(range, parent, infos, is_wrapped, joined)
   local tree = parent:add(npa, range)
   tree:add(f.length, range(1, 2))
-  if range:len() < 4 then
-    return add_malformed(tree, range, "packet without flags", infos)
-  end
+  if range:len() < 4 then return add_malformed(tree, range, "packet without flags", infos) end
   local flags = range(3, 1):uint()
   local item = tree:add(f.flags, range(3, 1))
   item:add(f.ends, range(3, 1))
@@ -337,14 +328,13 @@ end
 
 -- Packets inside a wrapper.
 function add_packets(range, tree, infos)
-  local offset = 0
-  while offset < range:len() do
-    local rest = range(offset)
-    if rest:len() < 3 or rest(0, 1):uint() ~= START or packet_size(rest) > rest:len() then
-      return tree:add(f.data, rest):add_proto_expert_info(malformed, "Packet that is cut")
+  local bytes, offset = range:raw(), 0
+  while offset < #bytes do
+    local size = bytes:byte(offset + 1) == START and packet_size(bytes, offset + 1)
+    if not size then
+      return tree:add(f.data, range(offset)):add_proto_expert_info(malformed, "Packet that is cut")
     end
-    local size = packet_size(rest)
-    add_packet(rest(0, size), tree, infos, true)
+    add_packet(range(offset, size), tree, infos, true)
     offset = offset + size
   end
 end
@@ -380,9 +370,7 @@ local function join(stream, packet)
     return nil
   end
   stream.parts[#stream.parts + 1] = body
-  if more then
-    return ""
-  end
+  if more then return "" end
   local text = table.concat(stream.parts)
   stream.parts = nil
   return text
@@ -399,17 +387,8 @@ local function cut(stream, data)
       found[#found + 1] = { offset = offset, bytes = all:sub(offset, start - 1), stray = true }
       offset = start
     end
-    if #all - offset < 2 then
-      break
-    end
-    local high, low = all:byte(offset + 1, offset + 2)
-    local size = 3 + high * 256 + low
-    if all:sub(offset, offset + 8) == "\xA5\x00\x06\x50\xE0\xDA\x01\x2A\x0C" then
-      size = size + 4
-    end
-    if #all - offset + 1 < size then
-      break
-    end
+    local size = packet_size(all, offset)
+    if not size then break end
     local packet = all:sub(offset, offset + size - 1)
     found[#found + 1] = { offset = offset, bytes = packet, joined = join(stream, packet) }
     offset = offset + size
@@ -421,9 +400,7 @@ end
 
 local function range_of(tvb, found, piece)
   local offset = piece.offset - 1 - found.before
-  if offset >= 0 then
-    return tvb(offset, #piece.bytes)
-  end
+  if offset >= 0 then return tvb(offset, #piece.bytes) end
   return ByteArray.new(piece.bytes, true):tvb("NPA packet of several transfers")()
 end
 
@@ -432,9 +409,7 @@ function npa.dissector(tvb, pinfo, tree)
     frames[pinfo.number] = cut(stream_of(pinfo), tvb:raw())
   end
   local found = frames[pinfo.number]
-  if not found then
-    return 0
-  end
+  if not found then return 0 end
   pinfo.cols.protocol = "NPA"
   local infos = {}
   for _, piece in ipairs(found) do
@@ -457,26 +432,16 @@ end
 -- A transfer that begins like a packet, or goes on with one.
 local function is_npa(tvb, pinfo)
   local length = tvb:len()
-  if length == 0 then
-    return false
-  end
-  if pinfo.visited then
-    return frames[pinfo.number] ~= nil
-  end
-  if stream_of(pinfo).waiting ~= "" then
-    return true
-  end
-  if tvb(0, 1):uint() ~= START then
-    return false
-  end
+  if length == 0 then return false end
+  if pinfo.visited then return frames[pinfo.number] ~= nil end
+  if stream_of(pinfo).waiting ~= "" then return true end
+  if tvb(0, 1):uint() ~= START then return false end
   local flags = length > 3 and tvb(3, 1):uint() or 0x50
   return flags == 0x50 or flags == 0x70 or flag(flags, 0x80)
 end
 
 npa:register_heuristic("usb.bulk", function(tvb, pinfo, tree)
-  if not is_npa(tvb, pinfo) then
-    return false
-  end
+  if not is_npa(tvb, pinfo) then return false end
   npa.dissector(tvb, pinfo, tree)
   return true
 end)
