@@ -22,7 +22,7 @@ using Words = std::vector<std::string>;
 ProcessResult zvknpa(const Words& arguments, std::string_view input = {}) {
   Words command = {ZVKNPA};
   command.insert(command.end(), arguments.begin(), arguments.end());
-  return runProcess(command, input);
+  return runProcess(support::supervised(command), input);
 }
 
 /// The standard error of a run, as "zvkconfig ... 2>log" keeps it.
