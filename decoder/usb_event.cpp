@@ -34,8 +34,7 @@ std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> record, std::siz
   event.device = header.device_address;
   event.endpoint = header.endpoint_number;
   event.length = header.urb_len;
-  event.hasData = header.data_flag == 0;
-  if (event.hasData) {
+  if (header.data_flag == 0) {
     const auto behind = record.subspan(headerSize);
     const std::size_t told = std::min<std::size_t>(header.data_len, header.urb_len);
     event.data = behind.first(std::min(told, behind.size()));

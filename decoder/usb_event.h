@@ -20,7 +20,6 @@ struct UsbEvent {
   std::uint8_t device = 0;
   std::uint8_t endpoint = 0;  ///< bit 7: to the host
   std::size_t length = 0;     ///< submitted: wanted, completed: gone through
-  bool hasData = false;
   std::span<const npa::Byte> data;  ///< as much of it as was captured
 
   bool toHost() const { return (endpoint & 0x80U) != 0; }

@@ -21,6 +21,7 @@ struct UsbRecord {
   std::uint8_t device = 5;
   std::uint16_t bus = 1;
   std::uint8_t type = URB_BULK;
+  bool deniesData = false;  ///< whether the header says that there is none all the same
 };
 
 /// Writes a capture file with libpcap.
