@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "emulator/setting_objects.h"
+
 namespace emulator {
 
 namespace {
@@ -13,7 +15,6 @@ using Kind = Message::Kind;
 constexpr std::size_t CommandOffset = 4;
 constexpr std::size_t DataOffset = 5;
 constexpr std::size_t ObjectsOffset = DataOffset + npa::DataKind{}.size();
-constexpr npa::DataKind DataSingleSettings = {0xD8, 0x01};
 
 /// Whether the packet is a method call; its text follows the header.
 bool isObjectStoreCall(std::span<const Byte> packet) {
@@ -32,45 +33,20 @@ void hideEnd(Message& message, std::size_t count) {
   std::fill_n(message.secretBytes.rbegin(), count, true);
 }
 
-/// The size of a setting's value before `left` bytes. Where the length field holds but the low byte
-/// of it, 0 stands for 256: hosts leave such a setting out when it is empty.
-std::size_t sizeOfValue(SettingKey key, std::size_t sizeField, std::size_t left) {
-  constexpr std::size_t longest = 256;
-  const SettingInfo* const info = findSetting(key);
-  const bool isLongest =
-      sizeField == 0 && left >= longest && info != nullptr && info->sizeIsLowByte;
-  return isLongest ? longest : sizeField;
-}
-
 /// Reads the setting objects of `inner`, which is the end of the message's packet or all of it.
 bool parseSettings(Message& message, std::span<const Byte> inner) {
   const std::size_t innerStart = message.packet.size() - inner.size();
-  const auto hideFrom = [&](std::size_t offset, std::size_t count) {
-    const auto first =
-        message.secretBytes.begin() + static_cast<std::ptrdiff_t>(innerStart + offset);
-    std::fill_n(first, count, true);
-  };
-  std::size_t offset = ObjectsOffset;
-  while (offset < inner.size()) {
-    if (inner.size() - offset < npa::ObjectHeaderSize) {
-      return false;
+  std::vector<SettingObject> objects;
+  const bool isWhole = readSettingObjects(inner.subspan(ObjectsOffset), objects);
+  for (const SettingObject& object : objects) {
+    if (isSecret(object.key)) {
+      const auto offset = innerStart + static_cast<std::size_t>(object.value.data() - inner.data());
+      std::fill_n(message.secretBytes.begin() + static_cast<std::ptrdiff_t>(offset),
+                  object.value.size(), true);
     }
-    const SettingKey key = {inner[offset], inner[offset + 1]};
-    const std::size_t sizeField = npa::numberAt(inner, offset + 3);
-    offset += npa::ObjectHeaderSize;
-    const std::size_t left = inner.size() - offset;
-    const std::size_t valueSize = sizeOfValue(key, sizeField, left);
-    if (left < valueSize) {
-      return false;
-    }
-    const auto value = inner.subspan(offset, valueSize);
-    if (isSecret(key)) {
-      hideFrom(offset, valueSize);
-    }
-    message.settings.push_back({key, Bytes(value.begin(), value.end())});
-    offset += valueSize;
+    message.settings.push_back({object.key, Bytes(object.value.begin(), object.value.end())});
   }
-  return true;
+  return isWhole;
 }
 
 Kind parseInner(Message& message, std::span<const Byte> inner) {
@@ -81,7 +57,7 @@ Kind parseInner(Message& message, std::span<const Byte> inner) {
     message.asked = {inner[npa::QuerySize - 2], inner[npa::QuerySize - 1]};
     return Kind::Query;
   }
-  if (opensWith(inner, npa::DataSettings) || opensWith(inner, DataSingleSettings)) {
+  if (opensWith(inner, npa::DataSettings) || opensWith(inner, npa::DataSingleSettings)) {
     return parseSettings(message, inner) ? Kind::StoreSettings : Kind::Malformed;
   }
   if (isObjectStoreCall(inner)) {

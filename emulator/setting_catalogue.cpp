@@ -4,6 +4,7 @@
 #include <array>
 
 #include "emulator/hex_text.h"
+#include "npa/status_texts.h"
 
 namespace emulator {
 
@@ -65,40 +66,21 @@ constexpr std::array Catalogue = {
                 InnerAuthNames},
     SettingInfo{settings::AuthCommonName, "802.1x common name", Kind::Text, false, {}},
     SettingInfo{settings::CertAlternateName, "certificate alternative name", Kind::Text, false, {}},
-    SettingInfo{settings::AuthStatus, "802.1x authentication status", Kind::Number, false, {}},
+    SettingInfo{settings::AuthStatus, "802.1x authentication status", Kind::Number, false,
+                npa::AuthStatusTexts},
     SettingInfo{settings::ValidateCert, "validate server certificate", Kind::Flag, false, {}},
     SettingInfo{settings::AllSecurity, "all security settings", Kind::Text, false, {}},
     SettingInfo{settings::CertFriendlyName, "certificate friendly name", Kind::Text, false, {}},
 };
 
-/// A text without the zero bytes that end it.
-std::span<const npa::Byte> withoutTerminator(std::span<const npa::Byte> value) {
-  while (!value.empty() && value.back() == 0) {
-    value = value.first(value.size() - 1);
-  }
-  return value;
-}
-
 std::string describeNumber(std::span<const npa::Byte> value, Names names) {
-  constexpr std::size_t largest = 4;
-  if (value.empty() || value.size() > largest) {
+  const std::optional<std::size_t> number = numberOf(value);
+  if (!number) {
     return hexText(value);
   }
-  std::size_t number = 0;
-  for (const npa::Byte byte : value) {
-    number = number << 8U | byte;
-  }
-  std::string text = std::to_string(number);
-  if (number < names.size()) {
-    text.append(" (").append(names[number]).append(")");
-  }
-  return text;
-}
-
-std::string describeAddress(std::span<const npa::Byte> value) {
-  std::string text;
-  for (const npa::Byte byte : value) {
-    text.append(text.empty() ? "" : ".").append(std::to_string(byte));
+  std::string text = std::to_string(*number);
+  if (*number < names.size()) {
+    text.append(" (").append(names[*number]).append(")");
   }
   return text;
 }
@@ -111,12 +93,31 @@ std::string describeValue(const SettingInfo& info, std::span<const npa::Byte> va
     case Kind::Flag:
       return describeNumber(value, info.numberNames);
     case Kind::Address:
-      return describeAddress(value);
+      return addressText(value);
   }
   return {};
 }
 
 }  // namespace
+
+std::span<const SettingInfo> settingCatalogue() {
+  return Catalogue;
+}
+
+std::string_view groupName(npa::Byte group) {
+  switch (group) {
+    case npa::GroupAdapter:
+      return "adapter";
+    case npa::GroupNetworkAddress:
+      return "network address";
+    case npa::GroupWireless:
+      return "wireless network";
+    case npa::Group8021x:
+      return "802.1x";
+    default:
+      return {};
+  }
+}
 
 const SettingInfo* findSetting(SettingKey key) {
   const auto* const found = std::ranges::find(Catalogue, key, &SettingInfo::key);
@@ -126,6 +127,33 @@ const SettingInfo* findSetting(SettingKey key) {
 bool isSecret(SettingKey key) {
   const SettingInfo* const info = findSetting(key);
   return info == nullptr || info->secret;
+}
+
+std::span<const npa::Byte> withoutTerminator(std::span<const npa::Byte> value) {
+  while (!value.empty() && value.back() == 0) {
+    value = value.first(value.size() - 1);
+  }
+  return value;
+}
+
+std::optional<std::size_t> numberOf(std::span<const npa::Byte> value) {
+  constexpr std::size_t largest = 4;
+  if (value.empty() || value.size() > largest) {
+    return std::nullopt;
+  }
+  std::size_t number = 0;
+  for (const npa::Byte byte : value) {
+    number = number << 8U | byte;
+  }
+  return number;
+}
+
+std::string addressText(std::span<const npa::Byte> value) {
+  std::string text;
+  for (const npa::Byte byte : value) {
+    text.append(text.empty() ? "" : ".").append(std::to_string(byte));
+  }
+  return text;
 }
 
 std::string describeSetting(SettingKey key, std::span<const npa::Byte> value, bool showSecrets) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -84,11 +86,26 @@ inline constexpr SettingKey CertFriendlyName = {npa::Group8021x, 0x27};
 
 }  // namespace settings
 
+/// All that is known of settings, in the order of their numbers.
+std::span<const SettingInfo> settingCatalogue();
+
+/// The name of a group of settings, empty for one that is not known.
+std::string_view groupName(npa::Byte group);
+
 /// Returns what is known of a setting, or null.
 const SettingInfo* findSetting(SettingKey key);
 
 /// Whether a setting's value must not be shown: keys and passwords, and whatever is not known.
 bool isSecret(SettingKey key);
+
+/// A text without the zero bytes that end it.
+std::span<const npa::Byte> withoutTerminator(std::span<const npa::Byte> value);
+
+/// The number in a value of one to four bytes; nothing for any other.
+std::optional<std::size_t> numberOf(std::span<const npa::Byte> value);
+
+/// The bytes of an address with points between them.
+std::string addressText(std::span<const npa::Byte> value);
 
 /// The setting and its value in words, such as `channel = 6`, `SSID = "home"` or, masked,
 /// `pre-shared key = (8 bytes)`.

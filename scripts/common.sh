@@ -37,9 +37,10 @@ install_packages() {
     "${missing[@]}" >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build libpugixml-dev libssl-dev libusb-dev)
+build_packages=(g++ cmake ninja-build libpcap-dev libpugixml-dev libssl-dev libusb-dev
+  nlohmann-json3-dev)
 test_packages=(binutils ccache clang clang-format clang-tidy faketime fish groff libclang-rt-dev
-  libexpat1-dev libgtest-dev libxml2-dev man-db mandoc openssl scdoc strace valgrind zsh)
+  libexpat1-dev libgtest-dev libxml2-dev man-db mandoc openssl scdoc strace tshark valgrind zsh)
 bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
   pkg-config xxd)
 fuzz_packages=(clang libclang-rt-dev)

@@ -1,9 +1,9 @@
 // The status queries of wnpaGenerator.
 
-#include <array>
 #include <optional>
 
 #include "npa/packet.h"
+#include "npa/status_texts.h"
 #include "util/debug_line.h"
 #include "wireless/setting_query.h"
 #include "wireless/wnpa_generator.h"
@@ -26,24 +26,9 @@ constexpr SettingQuery AuthCommonName = {npa::Group8021x, 0x1B, "802.1x Auth com
 
 constexpr int NoAnswer = -1;
 
-/// The texts of the 802.1x authentication status, by its code.
-constexpr std::array AuthStatusTexts = {
-    "802.1x not enabled",
-    "NOT authenticated (deprecated)",
-    "Authenticated",
-    "Not Connected",
-    "Server Cert Not Yet Valid",
-    "Server Cert Expired",
-    "Other Server Cert Verification Failure",
-    "Client Cert Verification Failed",
-    "EAP Type Mismatch",
-    "Authentication Failed (general)",
-    "Authentication in Progress",
-    "CA Certificate Not Installed",
-};
-
+/// The texts are literals, and so end in a zero byte.
 const char* authStatusText(npa::Byte status) {
-  return status < AuthStatusTexts.size() ? AuthStatusTexts[status] : "";
+  return status < npa::AuthStatusTexts.size() ? npa::AuthStatusTexts[status].data() : "";
 }
 
 /// The status of a record, which is its value's first byte; nothing when it did not arrive.

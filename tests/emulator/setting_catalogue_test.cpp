@@ -118,11 +118,23 @@ INSTANTIATE_TEST_SUITE_P(
         plainRow("AuthCommonName", {0x2A, 0x1B}, "61", "802.1x common name = \"a\""),
         plainRow("CertAlternateName", {0x2A, 0x1C}, "61 00",
                  "certificate alternative name = \"a\""),
-        plainRow("AuthStatus", {0x2A, 0x1D}, "02", "802.1x authentication status = 2"),
+        plainRow("AuthStatus", {0x2A, 0x1D}, "02",
+                 "802.1x authentication status = 2 (Authenticated)"),
         plainRow("ValidateCert", {0x2A, 0x24}, "01", "validate server certificate = 1"),
         plainRow("AllSecurity", {0x2A, 0x25}, "61", "all security settings = \"a\""),
         plainRow("CertFriendlyName", {0x2A, 0x27}, "61 00", "certificate friendly name = \"a\"")),
     support::rowName);
+
+TEST(SettingCatalogue, IsInTheOrderOfNumbersAndKnowsEachGroup) {
+  const auto catalogue = emulator::settingCatalogue();
+  EXPECT_EQ(catalogue.size(), 45U);
+  for (std::size_t i = 0; i < catalogue.size(); ++i) {
+    EXPECT_FALSE(emulator::groupName(catalogue[i].key.group).empty()) << catalogue[i].name;
+    EXPECT_TRUE(i == 0 || catalogue[i - 1].key < catalogue[i].key) << catalogue[i].name;
+  }
+  EXPECT_EQ(emulator::groupName(0x28), "wireless network");
+  EXPECT_EQ(emulator::groupName(0x29), "");
+}
 
 TEST(SettingsStore, KeepsTheLastValueOfEachSetting) {
   emulator::SettingsStore store;

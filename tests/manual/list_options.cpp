@@ -1,4 +1,4 @@
-// Prints the switches and options of both programs as their own tables have them, for the tests of
+// Prints the switches and options of the programs as their own tables have them, for the tests of
 // what is written about them: the program, a blank, the name, and "=" where a value follows.
 
 #include <cstdio>
@@ -6,6 +6,7 @@
 
 #include "cli/command_mode.h"
 #include "cli/config_details.h"
+#include "decoder/options.h"
 #include "emulator/option_table.h"
 
 int main() {
@@ -21,6 +22,10 @@ int main() {
       std::printf("zvkprinter %s%s\n", std::string(option.name).c_str(),
                   option.valueName.empty() ? "" : "=");
     }
+  }
+  for (const decoder::Option& option : decoder::optionTable()) {
+    std::printf("zvknpa %s%s\n", std::string(option.name).c_str(),
+                option.valueName.empty() ? "" : "=");
   }
   return 0;
 }

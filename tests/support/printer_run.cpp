@@ -68,10 +68,12 @@ PrinterRun run(const Words& prefix, const Words& options, const Words& arguments
 Words printerCommand(const Words& options, const Words& arguments) {
   Words command = joined({ZVKPRINTER, "run"}, options);
   command.emplace_back("--");
+  return joined(command, supervised(joined({ZVKCONFIG}, arguments)));
+}
+
+Words supervised(const Words& command) {
   const char* const supervisor = std::getenv("ZVK_RUN_UNDER");
-  command = joined(command, splitWords(supervisor == nullptr ? "" : supervisor));
-  command.emplace_back(ZVKCONFIG);
-  return joined(command, arguments);
+  return joined(splitWords(supervisor == nullptr ? "" : supervisor), command);
 }
 
 PrinterRun runWithPrinter(Words options, Words arguments, std::string_view input) {

@@ -36,6 +36,9 @@ PrinterRun runWithPrinterInRealTime(std::vector<std::string> options,
 std::vector<std::string> printerCommand(const std::vector<std::string>& options,
                                         const std::vector<std::string>& arguments);
 
+/// A program's command line with that command in front of it.
+std::vector<std::string> supervised(const std::vector<std::string>& command);
+
 /// Each line with its end.
 std::string lines(const std::vector<std::string>& texts);
 

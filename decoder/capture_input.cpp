@@ -1,0 +1,193 @@
+#include "decoder/capture_input.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <pcap/pcap.h>
+#include <pcap/usb.h>
+#include <system_error>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "decoder/stream_decoder.h"
+#include "decoder/usb_event.h"
+
+namespace decoder {
+
+namespace {
+
+/// As they stand at the start of a file, in either byte order: pcap with microseconds, with
+/// nanoseconds, pcapng.
+constexpr std::array<std::string_view, 5> Magics = {"\xD4\xC3\xB2\xA1", "\xA1\xB2\xC3\xD4",
+                                                    "\x4D\x3C\xB2\xA1", "\xA1\xB2\x3C\x4D",
+                                                    "\x0A\x0D\x0D\x0A"};
+
+struct CloseCapture {
+  void operator()(::pcap_t* capture) const { ::pcap_close(capture); }
+};
+using Capture = std::unique_ptr<::pcap_t, CloseCapture>;
+
+Capture openCapture(std::string_view bytes) {
+  if (bytes.empty()) {
+    throw CaptureError("it is empty");
+  }
+  // Opened for reading only, so that the bytes stay as they are.
+  auto* const memory = const_cast<char*>(bytes.data());
+  std::FILE* const file = ::fmemopen(memory, bytes.size(), "rb");
+  if (file == nullptr) {
+    throw CaptureError(std::generic_category().message(errno));
+  }
+  std::array<char, PCAP_ERRBUF_SIZE> error{};
+  Capture capture(::pcap_fopen_offline(file, error.data()));
+  if (!capture) {
+    std::fclose(file);
+    throw CaptureError(error.data());
+  }
+  return capture;
+}
+
+std::size_t headerSizeOf(::pcap_t* capture) {
+  switch (const int type = ::pcap_datalink(capture); type) {
+    case DLT_USB_LINUX:
+      return sizeof(::pcap_usb_header);
+    case DLT_USB_LINUX_MMAPPED:
+      return sizeof(::pcap_usb_header_mmapped);
+    default:
+      const char* const name = ::pcap_datalink_val_to_name(type);
+      throw CaptureError("its link type is " +
+                         (name == nullptr ? std::to_string(type) : std::string(name)) +
+                         ", not usbmon's USB_LINUX or USB_LINUX_MMAPPED");
+  }
+}
+
+/// The endpoints of a capture and what went through them.
+class Endpoints {
+ public:
+  explicit Endpoints(Report& report) : m_Report(report) {}
+
+  void take(const UsbEvent& event, std::size_t frame) {
+    if (event.toHost()) {
+      if (event.kind == UsbEvent::Kind::Complete) {
+        pass(event, event.data, event.length, frame);
+      }
+      return;
+    }
+    const auto submitted = m_Submitted.find(event.transfer);
+    switch (event.kind) {
+      case UsbEvent::Kind::Submit:
+        if (submitted != m_Submitted.end()) {
+          // Its completion is not in the capture.
+          passWhole(submitted->second);
+        }
+        m_Submitted.insert_or_assign(event.transfer, submissionOf(event, frame));
+        break;
+      case UsbEvent::Kind::Complete:
+        if (submitted == m_Submitted.end()) {
+          pass(event, {}, event.length, frame);
+        } else {
+          const Submission& out = submitted->second;
+          pass(out.event, out.data, event.length, out.frame);
+        }
+        [[fallthrough]];
+      case UsbEvent::Kind::Error:
+        m_Submitted.erase(event.transfer);
+        break;
+    }
+  }
+
+  void finish() {
+    std::vector<const Submission*> open;
+    for (const auto& [transfer, submission] : m_Submitted) {
+      open.push_back(&submission);
+    }
+    std::ranges::sort(open, {}, &Submission::frame);
+    for (const Submission* const submission : open) {
+      passWhole(*submission);
+    }
+    for (auto& [key, decoder] : m_Decoders) {
+      decoder.finish();
+    }
+  }
+
+ private:
+  using Key = std::tuple<std::uint16_t, std::uint8_t, std::uint8_t>;
+
+  /// A transfer to the printer that is not completed yet.
+  struct Submission {
+    UsbEvent event;  ///< without data: that is in a record which is gone
+    Bytes data;
+    std::size_t frame;
+  };
+
+  static Submission submissionOf(const UsbEvent& event, std::size_t frame) {
+    Submission result{event, {event.data.begin(), event.data.end()}, frame};
+    result.event.data = {};
+    return result;
+  }
+
+  void passWhole(const Submission& submission) {
+    pass(submission.event, submission.data, submission.event.length, submission.frame);
+  }
+
+  /// Hands on a transfer of `length` bytes, as much as there is of them.
+  void pass(const UsbEvent& event, std::span<const npa::Byte> data, std::size_t length,
+            std::size_t frame) {
+    if (length == 0) {
+      return;
+    }
+    StreamDecoder& decoder = decoderOf(event);
+    const std::size_t there = std::min(length, data.size());
+    decoder.feed(data.first(there), frame);
+    if (there < length) {
+      decoder.skip(length - there, frame);
+    }
+  }
+
+  StreamDecoder& decoderOf(const UsbEvent& event) {
+    const auto direction =
+        event.toHost() ? Stream::Direction::FromPrinter : Stream::Direction::ToPrinter;
+    const Key key = {event.bus, event.device, event.endpoint};
+    return m_Decoders
+        .try_emplace(key, Stream{Stream::Unit::Frame, direction, event.deviceName(), false},
+                     m_Report)
+        .first->second;
+  }
+
+  Report& m_Report;
+  std::map<Key, StreamDecoder> m_Decoders;
+  std::map<std::uint64_t, Submission> m_Submitted;
+};
+
+}  // namespace
+
+bool isCapture(std::string_view bytes) {
+  return std::ranges::any_of(Magics, [&](auto magic) { return bytes.starts_with(magic); });
+}
+
+void decodeCapture(std::string_view bytes, const std::string& device, Report& report) {
+  const Capture capture = openCapture(bytes);
+  const std::size_t headerSize = headerSizeOf(capture.get());
+  Endpoints endpoints(report);
+  ::pcap_pkthdr* header = nullptr;
+  const unsigned char* data = nullptr;
+  std::size_t frame = 1;
+  int result = 0;
+  for (; (result = ::pcap_next_ex(capture.get(), &header, &data)) == 1; ++frame) {
+    const auto event = readUsbEvent({data, header->caplen}, headerSize);
+    if (event && (device.empty() || event->deviceName() == device)) {
+      endpoints.take(*event, frame);
+    }
+  }
+  endpoints.finish();
+  if (result == PCAP_ERROR) {
+    report.problem({{Stream::Unit::Frame, Stream::Direction::Unknown, {}, false},
+                    {frame, frame},
+                    std::string("the capture cannot be read on: ") + ::pcap_geterr(capture.get())});
+  }
+}
+
+}  // namespace decoder

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+#include "decoder/options.h"
+#include "decoder/packet.h"
+
+namespace decoder {
+
+/// Decodes the bytes of one input in the form that it has, or that the options force. Throws
+/// `CaptureError` when a capture cannot be read at all.
+void decode(std::string_view bytes, const Options& options, Report& report);
+
+}  // namespace decoder

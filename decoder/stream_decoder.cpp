@@ -1,0 +1,154 @@
+#include "decoder/stream_decoder.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "decoder/packet_content.h"
+
+namespace decoder {
+
+namespace {
+
+using Kind = Content::Kind;
+
+constexpr std::size_t CommandOffset = npa::FlagOffset + 1;
+
+std::string countOf(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " byte" : " bytes");
+}
+
+}  // namespace
+
+StreamDecoder::StreamDecoder(Stream stream, Report& report)
+    : m_Stream(std::move(stream)), m_Report(report) {}
+
+void StreamDecoder::feed(std::span<const npa::Byte> bytes, std::size_t place) {
+  if (bytes.empty()) {
+    return;
+  }
+  m_Waiting.insert(m_Waiting.end(), bytes.begin(), bytes.end());
+  m_Segments.push_back({place, bytes.size()});
+  const std::size_t taken = takePackets();
+  m_Waiting.erase(m_Waiting.begin(), m_Waiting.begin() + static_cast<std::ptrdiff_t>(taken));
+}
+
+std::size_t StreamDecoder::takePackets() {
+  std::span<const npa::Byte> rest(m_Waiting);
+  while (!rest.empty()) {
+    const auto start =
+        static_cast<std::size_t>(std::ranges::find(rest, npa::StartByte) - rest.begin());
+    takeStray(start);
+    rest = rest.subspan(start);
+    if (rest.size() < npa::LengthHeaderSize || rest.size() < emulator::packetSize(rest)) {
+      break;
+    }
+    const std::size_t size = emulator::packetSize(rest);
+    reportStray();
+    takePacket(rest.first(size));
+    rest = rest.subspan(size);
+  }
+  return m_Waiting.size() - rest.size();
+}
+
+Place StreamDecoder::takePlace(std::size_t count) {
+  Place place = {m_Segments.front().place, m_Segments.front().place};
+  while (count > 0) {
+    Segment& segment = m_Segments.front();
+    const std::size_t part = std::min(count, segment.size);
+    place.last = segment.place;
+    segment.size -= part;
+    count -= part;
+    if (segment.size == 0) {
+      m_Segments.pop_front();
+    }
+  }
+  return place;
+}
+
+void StreamDecoder::takeStray(std::size_t count) {
+  if (count == 0) {
+    return;
+  }
+  const Place place = takePlace(count);
+  if (m_StrayBytes == 0) {
+    m_StrayPlace = place;
+  }
+  m_StrayPlace.last = place.last;
+  m_StrayBytes += count;
+}
+
+void StreamDecoder::reportStray() {
+  if (m_StrayBytes > 0) {
+    complain(m_StrayPlace, countOf(m_StrayBytes) + " outside any packet");
+    m_StrayBytes = 0;
+  }
+}
+
+void StreamDecoder::takePacket(std::span<const npa::Byte> bytes) {
+  const Place place = takePlace(bytes.size());
+  Packet packet = readPacket(bytes);
+  packet.stream = m_Stream;
+  packet.place = place;
+  joinReply(packet, bytes);
+  m_Report.packet(packet);
+}
+
+void StreamDecoder::joinReply(Packet& packet, std::span<const npa::Byte> bytes) {
+  Content& content = packet.contents.front();
+  const bool more = hasMoreFollowing(packet);
+  if (!m_ReplyText) {
+    if (content.kind == Kind::MethodReply && more) {
+      m_ReplyText = std::move(content.xml);
+      m_ReplyPlace = packet.place;
+      content.xml.clear();
+      content.kind = Kind::MethodReplyPart;
+    }
+    return;
+  }
+  const bool goesOn = content.kind == Kind::Unknown && bytes.size() > CommandOffset &&
+                      bytes[CommandOffset] == npa::RequestCommand;
+  if (!goesOn) {
+    endReply(packet.place);
+    return;
+  }
+  m_ReplyText->append(bytes.begin() + CommandOffset + 1, bytes.end());
+  content = Content();
+  content.kind = Kind::MethodReplyPart;
+  if (!more) {
+    content.kind = Kind::MethodReply;
+    content.xml = *std::exchange(m_ReplyText, std::nullopt);
+  }
+}
+
+void StreamDecoder::endReply(Place place) {
+  if (m_ReplyText) {
+    m_ReplyText.reset();
+    complain({m_ReplyPlace.first, place.last}, "the last packet of a reply is missing");
+  }
+}
+
+void StreamDecoder::complain(Place place, std::string text) {
+  m_Report.problem({m_Stream, place, std::move(text)});
+}
+
+void StreamDecoder::skip(std::size_t count, std::size_t place) {
+  finish();
+  complain({place, place}, countOf(count) + " missing in the capture");
+}
+
+void StreamDecoder::finish() {
+  reportStray();
+  Place last = m_ReplyPlace;
+  if (!m_Waiting.empty()) {
+    const std::size_t count = m_Waiting.size();
+    last = takePlace(count);
+    complain(last, count < npa::LengthHeaderSize
+                       ? "a packet that is cut: " + countOf(count)
+                       : "a packet that is cut: " + std::to_string(count) + " of " +
+                             countOf(emulator::packetSize(m_Waiting)));
+    m_Waiting.clear();
+  }
+  endReply(last);
+}
+
+}  // namespace decoder

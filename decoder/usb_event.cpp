@@ -1,0 +1,45 @@
+#include "decoder/usb_event.h"
+
+#include <algorithm>
+#include <cstring>
+#include <pcap/usb.h>
+
+namespace decoder {
+
+std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> record, std::size_t headerSize) {
+  ::pcap_usb_header header{};
+  if (headerSize < sizeof header || record.size() < headerSize) {
+    return std::nullopt;
+  }
+  std::memcpy(&header, record.data(), sizeof header);
+  if (header.transfer_type != URB_BULK) {
+    return std::nullopt;
+  }
+  UsbEvent event;
+  switch (header.event_type) {
+    case URB_SUBMIT:
+      event.kind = UsbEvent::Kind::Submit;
+      break;
+    case URB_COMPLETE:
+      event.kind = UsbEvent::Kind::Complete;
+      break;
+    case URB_ERROR:
+      event.kind = UsbEvent::Kind::Error;
+      break;
+    default:
+      return std::nullopt;
+  }
+  event.transfer = header.id;
+  event.bus = header.bus_id;
+  event.device = header.device_address;
+  event.endpoint = header.endpoint_number;
+  event.length = header.urb_len;
+  if (header.data_flag == 0) {
+    const auto behind = record.subspan(headerSize);
+    const std::size_t told = std::min<std::size_t>(header.data_len, header.urb_len);
+    event.data = behind.first(std::min(told, behind.size()));
+  }
+  return event;
+}
+
+}  // namespace decoder

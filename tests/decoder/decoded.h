@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "decoder/decode.h"
+#include "decoder/tally.h"
+#include "decoder/words.h"
+
+/// What comes out for an input.
+struct Decoded {
+  std::string words;
+  int status = 0;
+};
+
+/// Decodes an input as the options say.
+inline Decoded decodedWith(const decoder::Options& options, std::string_view input) {
+  Decoded result;
+  decoder::WordsReport words([&](std::string_view text) { result.words.append(text); },
+                             options.showSecrets);
+  decoder::Tally tally(words);
+  tally.beginInput("input");
+  decoder::decode(input, options, tally);
+  result.status = tally.status();
+  return result;
+}
+
+inline Decoded decoded(std::string_view input) {
+  return decodedWith({}, input);
+}
+
+inline std::string wordsOf(std::string_view input) {
+  return decoded(input).words;
+}
