@@ -18,8 +18,8 @@ struct UsbEvent {
   std::uint64_t transfer = 0;  ///< the same for submission and completion
   std::uint16_t bus = 0;
   std::uint8_t device = 0;
-  std::uint8_t endpoint = 0;  ///< bit 7: to the host
-  std::size_t length = 0;     ///< submitted: wanted, completed: gone through
+  std::uint8_t endpoint = 0;        ///< bit 7: to the host
+  std::size_t length = 0;           ///< submitted: wanted, completed: gone through
   std::span<const npa::Byte> data;  ///< as much of it as was captured
 
   bool toHost() const { return (endpoint & 0x80U) != 0; }
