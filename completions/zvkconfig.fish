@@ -96,7 +96,7 @@ complete -c zvkconfig -n __zvkconfig_takes_file -o file -r -F -d 'Read the optio
 complete -c zvkconfig -n __zvkconfig_takes_options -a '(__zvkconfig_options)'
 
 function __zvkconfig_add_switch
-    complete -c zvkconfig -n '__zvkconfig_at 1' -o $argv[1] -d $argv[2]
+    complete -c zvkconfig -n '__zvkconfig_at 1' -a "-$argv[1]" -d $argv[2]
 end
 
 __zvkconfig_add_switch c 'Basic configuration'

@@ -76,7 +76,7 @@ _zvkconfig() {
   esac
 
   if (( CURRENT == 2 )); then
-    _describe -o switch switches
+    _describe switch switches
   elif [[ $words[3] == -file && -n $takes_file ]] && (( CURRENT > 3 )); then
     if (( CURRENT == 4 )); then _files; else compadd -a devices; fi
   elif [[ -n $takes_options && $PREFIX == --*=* ]]; then

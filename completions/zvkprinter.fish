@@ -24,7 +24,14 @@ function __zvkprinter_options
     end
 end
 
+# What the command behind "--" would complete by itself.
+function __zvkprinter_command
+    set -l words (commandline -opc)
+    set -l first (math (contains -i -- -- $words) + 1)
+    __fish_complete_subcommand --commandline $words[$first..-1] (commandline -ct)
+end
+
 complete -c zvkprinter -f
 complete -c zvkprinter -n 'test (count (commandline -opc)) -eq 1' -a 'run serve usb show help'
 complete -c zvkprinter -n __zvkprinter_in_options -a '(__zvkprinter_options)'
-complete -c zvkprinter -n 'contains -- -- (commandline -opc)' -a '(__fish_complete_subcommand --fcs-skip=(contains -i -- -- (commandline -opc)))'
+complete -c zvkprinter -n 'contains -- -- (commandline -opc)' -a '(__zvkprinter_command)'

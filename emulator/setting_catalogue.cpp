@@ -69,7 +69,7 @@ constexpr std::array Catalogue = {
     SettingInfo{settings::AuthStatus, "802.1x authentication status", Kind::Number, false,
                 npa::AuthStatusTexts},
     SettingInfo{settings::ValidateCert, "validate server certificate", Kind::Flag, false, {}},
-    SettingInfo{settings::AllSecurity, "all security settings", Kind::Text, false, {}},
+    SettingInfo{settings::AllSecurity, "all security settings", Kind::Text, true, {}},
     SettingInfo{settings::CertFriendlyName, "certificate friendly name", Kind::Text, false, {}},
 };
 

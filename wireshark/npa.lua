@@ -168,7 +168,10 @@ local function add_value(item, range, info)
   if size == 0 then return end
   item:add(f.value, range)
   if info.kind == "text" then
-    local text = range:string():gsub("%z+$", "")
+    local text = range:string()
+    local last = #text  -- a pattern would begin anew at each of many zeros
+    while last > 0 and text:byte(last) == 0 do last = last - 1 end
+    text = text:sub(1, last)
     item:add(f.text, range, text)
     item:append_text(": " .. text)
     if info.name == "SSID" then

@@ -1,5 +1,7 @@
 # fish ask.fish COMPLETION_FILE LINE: prints what can stand at the end of the line.
-source $argv[1]
+for file in (path dirname $argv[1])/*.fish
+    source $file
+end
 for candidate in (complete -C $argv[2])
     string split -m 1 -f 1 \t -- $candidate
 end

@@ -121,7 +121,8 @@ INSTANTIATE_TEST_SUITE_P(
         plainRow("AuthStatus", {0x2A, 0x1D}, "02",
                  "802.1x authentication status = 2 (Authenticated)"),
         plainRow("ValidateCert", {0x2A, 0x24}, "01", "validate server certificate = 1"),
-        plainRow("AllSecurity", {0x2A, 0x25}, "61", "all security settings = \"a\""),
+        secretRow("AllSecurity", {0x2A, 0x25}, "61", "all security settings = (1 bytes)",
+                  "all security settings = \"a\""),
         plainRow("CertFriendlyName", {0x2A, 0x27}, "61 00", "certificate friendly name = \"a\"")),
     support::rowName);
 
