@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -34,10 +35,17 @@ std::string keptLog(const Words& options, const Words& arguments) {
   return runProcess(command).err;
 }
 
-/// The same without the printer's log: what the program itself dumps.
+/// The same without the printer's log, nor its word on where it is: what the program itself dumps.
 std::string ownLog(Words options, const Words& arguments) {
   options.insert(options.begin(), "--log=/dev/null");
-  return keptLog(options, arguments);
+  std::istringstream log(keptLog(options, arguments));
+  std::string own;
+  for (std::string line; std::getline(log, line);) {
+    if (!line.starts_with("zvkprinter: ")) {
+      own += line + "\n";
+    }
+  }
+  return own;
 }
 
 /// What is said of packets, without the lines that they stand in.
