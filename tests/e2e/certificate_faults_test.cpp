@@ -127,9 +127,9 @@ TEST_F(CertificateFaults, ADeviceOfNoNameEndsTheRunAbnormally) {
 }
 
 TEST_F(CertificateFaults, ADeviceThatIsNotThereFails) {
-  const PrinterRun run = runWithPrinter({}, {"-rcerdefs", "/dev/usb/lp9"});
+  const PrinterRun run = runWithPrinter({}, {"-rcerdefs", "/dev/usb/lp5"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, lines({"D [ZVK] Failed to open usb device '/dev/usb/lp9'!",
+  EXPECT_EQ(run.err, lines({"D [ZVK] Failed to open usb device '/dev/usb/lp5'!",
                             "D [ZVK] Failed to read certificate defaults!", LastLine}));
 }
 

@@ -134,13 +134,13 @@ TEST(AuthenticationStatus, IsAskedForBareWhenWrappedIsRefused) {
 }
 
 TEST(AuthenticationStatus, FailsWhenTheDeviceCannotBeOpened) {
-  const PrinterRun run = runWithPrinter({}, {"-802s", "/dev/usb/lp9"});
+  const PrinterRun run = runWithPrinter({}, {"-802s", "/dev/usb/lp5"});
   EXPECT_EQ(run.status, 255);
   EXPECT_EQ(run.err, lines({"D [ZVK] 802.1x Authentication status...",
-                            "D [ZVK] Failed to open usb device '/dev/usb/lp9'!",
+                            "D [ZVK] Failed to open usb device '/dev/usb/lp5'!",
                             "D [ZVK] Auth status response (0 bytes)",
                             "D [ZVK] 802.1x Authentication status...",
-                            "D [ZVK] Failed to open usb device '/dev/usb/lp9'!",
+                            "D [ZVK] Failed to open usb device '/dev/usb/lp5'!",
                             "D [ZVK] Auth status response (0 bytes)", LastLine}));
 }
 
