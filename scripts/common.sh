@@ -45,7 +45,7 @@ bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxm
   pkg-config xxd)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl xz-utils)
-package_packages=(debhelper dpkg-dev lintian scdoc)
+package_packages=(build-essential debhelper dpkg-dev lintian scdoc)
 package_lane_packages=(faketime mmdebstrap proot)
 
 # Ends a lane that cannot run on this machine, which is not the same as one that failed.
