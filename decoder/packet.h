@@ -29,6 +29,11 @@ struct Place {
   std::size_t last = 0;
 };
 
+/// "1 byte", "2 bytes".
+inline std::string countOf(std::size_t bytes) {
+  return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
+}
+
 /// A setting that is spoken of, with its value unless it is only asked for.
 struct Setting {
   emulator::SettingKey key;

@@ -42,10 +42,6 @@ Content unknown(Data data) {
   return content;
 }
 
-std::string countOf(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " byte" : " bytes");
-}
-
 /// `data` is what follows the kind.
 Content readQuery(Data data) {
   if (data.size() < KeySize) {

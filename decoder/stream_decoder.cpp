@@ -13,10 +13,6 @@ using Kind = Content::Kind;
 
 constexpr std::size_t CommandOffset = npa::FlagOffset + 1;
 
-std::string countOf(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " byte" : " bytes");
-}
-
 }  // namespace
 
 StreamDecoder::StreamDecoder(Stream stream, Report& report)

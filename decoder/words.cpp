@@ -27,16 +27,12 @@ std::string placeText(const Stream& stream, Place place) {
   return stream.device.empty() ? text : text.append(" (").append(stream.device).append(")");
 }
 
-std::string sizeText(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " byte" : " bytes");
-}
-
 std::string headText(const Packet& packet) {
   std::string text = placeText(packet.stream, packet.place);
   text.append(": ").append(roleText(packet)).append(packet.isWrapped ? ", wrapped" : ", bare");
   text.append(packet.isCollected ? ", collected" : "");
   text.append(hasMoreFollowing(packet) ? ", more follows" : "");
-  return text.append(", ").append(sizeText(packet.size));
+  return text.append(", ").append(countOf(packet.size));
 }
 
 /// "wireless network 28 08: SSID = "home"".
@@ -105,7 +101,7 @@ std::string contentText(const Content& content, bool showSecrets) {
   }
   if (!content.data.empty()) {
     appendLine(text, "data = " + (showSecrets ? emulator::hexText(content.data)
-                                              : "(" + sizeText(content.data.size()) + ")"));
+                                              : "(" + countOf(content.data.size()) + ")"));
   }
   return text;
 }
