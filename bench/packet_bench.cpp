@@ -7,10 +7,10 @@
 #include <memory>
 #include <string>
 
-#include "cli/config_details.h"
 #include "contest.h"
 #include "counted_memory.h"
 #include "results.h"
+#include "settings/config_details.h"
 #include "silence.h"
 #include "wireless/wnpa_generator.h"
 

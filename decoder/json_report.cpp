@@ -6,19 +6,19 @@
 #include <string_view>
 #include <utility>
 
+#include "catalogue/hex_text.h"
 #include "decoder/call_text.h"
 #include "decoder/words.h"
-#include "emulator/hex_text.h"
 
 namespace decoder {
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-using ValueKind = emulator::SettingInfo::Kind;
+using ValueKind = catalogue::SettingInfo::Kind;
 
 std::string hexByte(npa::Byte byte) {
-  return emulator::hexText(std::array{byte});
+  return catalogue::hexText(std::array{byte});
 }
 
 Json placeOf(const Stream& stream, Place place) {
@@ -38,25 +38,25 @@ std::string textOf(const Json& json) {
 }
 
 /// Adds a value to a setting's object.
-void addValue(Json& json, const emulator::SettingInfo* info, const Bytes& value) {
+void addValue(Json& json, const catalogue::SettingInfo* info, const Bytes& value) {
   if (info == nullptr) {
-    json["bytes"] = emulator::hexText(value);
+    json["bytes"] = catalogue::hexText(value);
     return;
   }
   switch (info->kind) {
     case ValueKind::Text: {
-      const auto text = emulator::withoutTerminator(value);
+      const auto text = catalogue::withoutTerminator(value);
       json["value"] = std::string(text.begin(), text.end());
       break;
     }
     case ValueKind::Address:
-      json["value"] = emulator::addressText(value);
+      json["value"] = catalogue::addressText(value);
       break;
     case ValueKind::Number:
     case ValueKind::Flag: {
-      const std::optional<std::size_t> number = emulator::numberOf(value);
+      const std::optional<std::size_t> number = catalogue::numberOf(value);
       if (!number) {
-        json["bytes"] = emulator::hexText(value);
+        json["bytes"] = catalogue::hexText(value);
         break;
       }
       json["value"] = *number;
@@ -69,9 +69,9 @@ void addValue(Json& json, const emulator::SettingInfo* info, const Bytes& value)
 }
 
 Json settingOf(const Setting& setting, bool showSecrets) {
-  const emulator::SettingInfo* const info = emulator::findSetting(setting.key);
+  const catalogue::SettingInfo* const info = catalogue::findSetting(setting.key);
   Json json = {{"group", hexByte(setting.key.group)}, {"object", hexByte(setting.key.object)}};
-  if (const auto group = emulator::groupName(setting.key.group); !group.empty()) {
+  if (const auto group = catalogue::groupName(setting.key.group); !group.empty()) {
     json["group_name"] = group;
   }
   if (info != nullptr) {
@@ -81,7 +81,7 @@ Json settingOf(const Setting& setting, bool showSecrets) {
     return json;
   }
   json["size"] = setting.value->size();
-  if (emulator::isSecret(setting.key) && !showSecrets) {
+  if (catalogue::isSecret(setting.key) && !showSecrets) {
     json["masked"] = true;
   } else {
     addValue(json, info, *setting.value);
@@ -119,7 +119,7 @@ Json contentOf(const Content& content, bool showSecrets) {
   if (!content.data.empty()) {
     json["size"] = content.data.size();
     if (showSecrets) {
-      json["bytes"] = emulator::hexText(content.data);
+      json["bytes"] = catalogue::hexText(content.data);
     } else {
       json["masked"] = true;
     }

@@ -4,8 +4,8 @@
 #include <array>
 #include <cstddef>
 
-#include "emulator/hex_text.h"
-#include "emulator/setting_catalogue.h"
+#include "catalogue/hex_text.h"
+#include "catalogue/setting_catalogue.h"
 
 namespace decoder {
 
@@ -64,8 +64,8 @@ constexpr std::array OptionTable = {
            }},
 };
 
-std::string_view valueText(emulator::SettingInfo::Kind kind) {
-  using Kind = emulator::SettingInfo::Kind;
+std::string_view valueText(catalogue::SettingInfo::Kind kind) {
+  using Kind = catalogue::SettingInfo::Kind;
   switch (kind) {
     case Kind::Text:
       return "text";
@@ -149,12 +149,12 @@ std::string helpText() {
 
 std::string objectsText() {
   std::string text;
-  for (const emulator::SettingInfo& info : emulator::settingCatalogue()) {
-    text.append(emulator::hexText(std::array{info.key.group})).append("\t");
-    text.append(emulator::hexText(std::array{info.key.object})).append("\t");
+  for (const catalogue::SettingInfo& info : catalogue::settingCatalogue()) {
+    text.append(catalogue::hexText(std::array{info.key.group})).append("\t");
+    text.append(catalogue::hexText(std::array{info.key.object})).append("\t");
     text.append(valueText(info.kind)).append("\t");
     text.append(info.secret ? "secret" : "plain").append("\t");
-    text.append(emulator::groupName(info.key.group)).append("\t");
+    text.append(catalogue::groupName(info.key.group)).append("\t");
     text.append(info.name).append("\t");
     for (std::size_t i = 0; i < info.numberNames.size(); ++i) {
       text.append(i == 0 ? "" : "; ").append(std::to_string(i)).append("=");

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "emulator/packet_reader.h"
-#include "emulator/setting_catalogue.h"
+#include "catalogue/packet_reader.h"
+#include "catalogue/setting_catalogue.h"
 
 namespace decoder {
 
-using emulator::Bytes;
+using npa::Bytes;
 
 /// Where bytes come from.
 struct Stream {
@@ -36,7 +36,7 @@ inline std::string countOf(std::size_t bytes) {
 
 /// A setting that is spoken of, with its value unless it is only asked for.
 struct Setting {
-  emulator::SettingKey key;
+  npa::SettingKey key;
   std::optional<Bytes> value;
 };
 

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <utility>
 
-#include "emulator/setting_objects.h"
+#include "catalogue/setting_objects.h"
 
 namespace decoder {
 
@@ -47,7 +47,7 @@ Content readQuery(Data data) {
   if (data.size() < KeySize) {
     return malformed("a query without a setting", data);
   }
-  const emulator::SettingKey key = {data[0], data[1]};
+  const npa::SettingKey key = {data[0], data[1]};
   data = data.subspan(KeySize);
   Content content;
   content.kind = Kind::Query;
@@ -60,7 +60,7 @@ Content readQuery(Data data) {
   }
   const std::size_t sizeField = npa::numberAt(data, 0);
   data = data.subspan(SizeFieldSize);
-  if (emulator::sizeOfValue(key, sizeField, data.size()) != data.size()) {
+  if (catalogue::sizeOfValue(key, sizeField, data.size()) != data.size()) {
     Content wrong = malformed(
         "a value should have " + countOf(sizeField) + ", has " + std::to_string(data.size()), data);
     wrong.settings = std::move(content.settings);
@@ -78,11 +78,11 @@ Content readSettings(Data data, Kind kind) {
     content.result = data[0];
     return content;
   }
-  std::vector<emulator::SettingObject> objects;
+  std::vector<catalogue::SettingObject> objects;
   content.kind = kind;
-  const bool isWhole = emulator::readSettingObjects(data, objects);
+  const bool isWhole = catalogue::readSettingObjects(data, objects);
   std::size_t used = 0;
-  for (const emulator::SettingObject& object : objects) {
+  for (const catalogue::SettingObject& object : objects) {
     content.settings.push_back({object.key, Bytes(object.value.begin(), object.value.end())});
     used += npa::ObjectHeaderSize + object.value.size();
   }
@@ -166,7 +166,7 @@ void readInside(Data inside, std::vector<Content>& contents) {
       return;
     }
     const std::size_t size =
-        inside.size() < npa::LengthHeaderSize ? inside.size() + 1 : emulator::packetSize(inside);
+        inside.size() < npa::LengthHeaderSize ? inside.size() + 1 : catalogue::packetSize(inside);
     if (size > inside.size()) {
       contents.push_back(malformed("a packet that is cut inside a wrapper", inside));
       return;

@@ -35,10 +35,10 @@ std::size_t StreamDecoder::takePackets() {
         static_cast<std::size_t>(std::ranges::find(rest, npa::StartByte) - rest.begin());
     takeStray(start);
     rest = rest.subspan(start);
-    if (rest.size() < npa::LengthHeaderSize || rest.size() < emulator::packetSize(rest)) {
+    if (rest.size() < npa::LengthHeaderSize || rest.size() < catalogue::packetSize(rest)) {
       break;
     }
-    const std::size_t size = emulator::packetSize(rest);
+    const std::size_t size = catalogue::packetSize(rest);
     reportStray();
     takePacket(rest.first(size));
     rest = rest.subspan(size);
@@ -141,7 +141,7 @@ void StreamDecoder::finish() {
     complain(last, count < npa::LengthHeaderSize
                        ? "a packet that is cut: " + countOf(count)
                        : "a packet that is cut: " + std::to_string(count) + " of " +
-                             countOf(emulator::packetSize(m_Waiting)));
+                             countOf(catalogue::packetSize(m_Waiting)));
     m_Waiting.clear();
   }
   endReply(last);

@@ -5,8 +5,8 @@
 #include <optional>
 #include <utility>
 
+#include "catalogue/hex_text.h"
 #include "decoder/call_text.h"
-#include "emulator/hex_text.h"
 
 namespace decoder {
 
@@ -37,14 +37,14 @@ std::string headText(const Packet& packet) {
 
 /// "wireless network 28 08: SSID = "home"".
 std::string settingText(const Setting& setting, bool showSecrets) {
-  const emulator::SettingKey key = setting.key;
-  std::string text(emulator::groupName(key.group));
+  const npa::SettingKey key = setting.key;
+  std::string text(catalogue::groupName(key.group));
   text.append(text.empty() ? "" : " ");
-  text.append(emulator::hexText(std::array{key.group, key.object})).append(": ");
+  text.append(catalogue::hexText(std::array{key.group, key.object})).append(": ");
   if (setting.value) {
-    return text.append(emulator::describeSetting(key, *setting.value, showSecrets));
+    return text.append(catalogue::describeSetting(key, *setting.value, showSecrets));
   }
-  const emulator::SettingInfo* const info = emulator::findSetting(key);
+  const catalogue::SettingInfo* const info = catalogue::findSetting(key);
   return text.append(info == nullptr ? "a setting that is not known" : info->name);
 }
 
@@ -56,7 +56,7 @@ void appendLine(std::string& text, std::string_view line) {
 void appendLines(std::string& text, std::string_view lines) {
   while (!lines.empty()) {
     const std::size_t end = std::min(lines.find('\n'), lines.size());
-    appendLine(text, emulator::escaped(lines.substr(0, end)));
+    appendLine(text, catalogue::escaped(lines.substr(0, end)));
     lines.remove_prefix(std::min(end + 1, lines.size()));
   }
 }
@@ -65,14 +65,14 @@ void appendLines(std::string& text, std::string_view lines) {
 std::string callSummary(const CallText& call) {
   std::string text;
   if (!call.method.empty()) {
-    text.append(" ").append(emulator::escaped(call.method));
+    text.append(" ").append(catalogue::escaped(call.method));
   }
   if (!call.requestId.empty()) {
-    text.append(" (").append(emulator::escaped(call.requestId)).append(")");
+    text.append(" (").append(catalogue::escaped(call.requestId)).append(")");
   }
   if (!call.status.empty()) {
-    text.append(", status ").append(emulator::escaped(call.status));
-    text.append(" (").append(emulator::escaped(call.message)).append(")");
+    text.append(", status ").append(catalogue::escaped(call.status));
+    text.append(" (").append(catalogue::escaped(call.message)).append(")");
   }
   return text;
 }
@@ -84,7 +84,7 @@ std::string contentText(const Content& content, bool showSecrets) {
   const std::optional<CallText> call = hasXml ? readCallText(content.xml) : std::nullopt;
   if (content.kind == Kind::Stored) {
     text.append(content.result == 1 ? " accepted (" : " not accepted (");
-    text.append(emulator::hexText(std::array{content.result})).append(")");
+    text.append(catalogue::hexText(std::array{content.result})).append(")");
   } else if (call) {
     text.append(callSummary(*call));
   } else if (hasXml) {
@@ -100,7 +100,7 @@ std::string contentText(const Content& content, bool showSecrets) {
     appendLines(text, call ? call->indented : content.xml);
   }
   if (!content.data.empty()) {
-    appendLine(text, "data = " + (showSecrets ? emulator::hexText(content.data)
+    appendLine(text, "data = " + (showSecrets ? catalogue::hexText(content.data)
                                               : "(" + countOf(content.data.size()) + ")"));
   }
   return text;
@@ -185,7 +185,7 @@ WordsReport::WordsReport(Sink sink, bool showSecrets, bool namesInputs)
 
 void WordsReport::beginInput(const std::string& name) {
   if (m_NamesInputs) {
-    m_Sink(emulator::escaped(name) + ":\n");
+    m_Sink(catalogue::escaped(name) + ":\n");
   }
 }
 
@@ -204,7 +204,7 @@ void WordsReport::packet(const Packet& packet) {
 }
 
 void WordsReport::problem(const Problem& problem) {
-  m_Sink(placeText(problem.stream, problem.place) + ": " + emulator::escaped(problem.text) + "\n");
+  m_Sink(placeText(problem.stream, problem.place) + ": " + catalogue::escaped(problem.text) + "\n");
 }
 
 }  // namespace decoder

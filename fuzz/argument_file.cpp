@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/config_details.h"
 #include "fuzz_target.h"
 #include "memory_file.h"
+#include "settings/config_details.h"
 
 namespace {
 

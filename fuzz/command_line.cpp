@@ -4,7 +4,7 @@
 // stands for the argument behind "-file" and in the options that "@ca" and "@signed" stand for.
 // "@csr" is the option with the path of another file. No argument names any file of the host.
 
-#include "support/command_line.h"
+#include "testing/command_line.h"
 
 #include <algorithm>
 #include <array>
@@ -16,13 +16,13 @@
 #include <vector>
 
 #include "cli/zvk_setup.h"
-#include "emulator/adapter.h"
-#include "emulator/message_log.h"
+#include "emulator/adapter/adapter.h"
+#include "emulator/adapter/message_log.h"
 #include "fuzz_target.h"
 #include "memory_file.h"
 #include "outputs.h"
 #include "scripted_printer.h"
-#include "support/fake_libusb.h"
+#include "testing/fake_libusb.h"
 
 namespace {
 

@@ -8,16 +8,16 @@
 #include <string_view>
 #include <vector>
 
-#include "emulator/adapter.h"
-#include "emulator/message_log.h"
-#include "emulator/packet_reader.h"
+#include "catalogue/packet_reader.h"
+#include "emulator/adapter/adapter.h"
+#include "emulator/adapter/message_log.h"
 #include "fuzz_target.h"
 #include "hex_input.h"
 
 namespace {
 
 using emulator::Adapter;
-using emulator::Bytes;
+using npa::Bytes;
 
 emulator::Personality personality(unsigned mode) {
   emulator::Personality result;
@@ -63,7 +63,7 @@ Outcome talk(const Bytes& input, unsigned mode, std::size_t pieceSize) {
 
 /// All replies are whole packets with a flag byte that says nothing but what is meant.
 void requirePackets(const Bytes& replies) {
-  emulator::PacketReader reader;
+  catalogue::PacketReader reader;
   for (const Bytes& packet : reader.feed(replies)) {
     fuzz::require(packet.size() > npa::FlagOffset);
     const npa::Byte flag = packet[npa::FlagOffset];

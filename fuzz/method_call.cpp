@@ -1,11 +1,11 @@
 // The input is the XML of a method call, as the emulated printer gets it.
 
-#include "emulator/method_call.h"
+#include "emulator/certificates/method_call.h"
 
 #include <string>
 #include <variant>
 
-#include "emulator/certificate_object.h"
+#include "emulator/certificates/certificate_object.h"
 #include "fuzz_target.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

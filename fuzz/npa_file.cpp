@@ -3,11 +3,11 @@
 #include <memory>
 #include <string>
 
-#include "cli/config_details.h"
 #include "fuzz_target.h"
 #include "hex_input.h"
 #include "memory_file.h"
 #include "outputs.h"
+#include "settings/config_details.h"
 #include "util/utility.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

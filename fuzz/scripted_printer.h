@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "hex_input.h"
-#include "support/virtual_system.h"
+#include "testing/virtual_system.h"
 
 namespace fuzz {
 

@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "cli/config_details.h"
 #include "fuzz_target.h"
 #include "hex_input.h"
 #include "outputs.h"
 #include "scripted_printer.h"
+#include "settings/config_details.h"
 #include "wireless/wnpa_generator.h"
 
 namespace {

@@ -8,19 +8,19 @@
 #include <string_view>
 #include <vector>
 
-#include "emulator/adapter.h"
-#include "emulator/usb_device.h"
-#include "emulator/usbip_session.h"
+#include "emulator/adapter/adapter.h"
+#include "emulator/usb/usb_device.h"
+#include "emulator/usb/usbip_session.h"
 #include "fuzz_target.h"
 #include "hex_input.h"
 
 namespace {
 
 using emulator::Adapter;
-using emulator::Bytes;
 using emulator::UsbipError;
 using emulator::UsbipSession;
 using emulator::UsbTraits;
+using npa::Bytes;
 
 UsbTraits traits(unsigned mode) {
   using Kind = emulator::UsbFault::Kind;

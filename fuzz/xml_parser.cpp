@@ -1,7 +1,7 @@
 // The input is a document.
 
 #include "fuzz_target.h"
-#include "xml/checking_handler.h"
+#include "testing/checking_handler.h"
 #include "xml/simple_sax_parser.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

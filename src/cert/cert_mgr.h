@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "cert/obj_store_response.h"
-#include "cli/config_details.h"
 #include "npa/send_config.h"
+#include "settings/config_details.h"
 
 // As OpenSSL has it, whose headers are the business of one file.
 struct asn1_string_st;

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "cli/config_details.h"
+#include "settings/config_details.h"
 
 /// Carries out the commands that work on the printer's certificates, each with a `CertMgr` of its
 /// own for the configured printer.

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "cli/command_mode.h"
-#include "cli/config_details.h"
+#include "settings/config_details.h"
 #include "wireless/wnpa_generator.h"
 
 /// One run of the program: fills the settings from the command line, runs the one command that the

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 /// The layout of NPA packets, as data and pure functions. All numbers are big-endian.
 ///
@@ -15,6 +16,7 @@
 namespace npa {
 
 using Byte = std::uint8_t;
+using Bytes = std::vector<Byte>;
 
 inline constexpr Byte StartByte = 0xA5;
 inline constexpr Byte RequestFlag = 0x50;

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/config_details.h"
 #include "npa/packet.h"
+#include "settings/config_details.h"
 
 /// What the adapter is told for a text.
 struct TextCode {

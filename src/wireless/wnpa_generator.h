@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "cli/config_details.h"
 #include "npa/packet.h"
 #include "npa/send_config.h"
+#include "settings/config_details.h"
 
 struct Section;
 struct SettingEncoding;

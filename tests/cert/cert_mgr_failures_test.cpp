@@ -4,11 +4,11 @@
 #include <vector>
 
 #include "cert/cert_mgr.h"
-#include "support/certificates.h"
-#include "support/files.h"
-#include "support/object_store.h"
-#include "support/output.h"
-#include "support/rows.h"
+#include "testing/certificates.h"
+#include "testing/files.h"
+#include "testing/object_store.h"
+#include "testing/output.h"
+#include "testing/rows.h"
 
 // What each operation makes of a reply that says no success, or of none.
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "support/certificate_manager.h"
-#include "support/rows.h"
+#include "testing/certificate_manager.h"
+#include "testing/rows.h"
 
 // Construction, deletions, lists, information and friendly names.
 

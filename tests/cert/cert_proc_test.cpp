@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "support/files.h"
-#include "support/object_store.h"
-#include "support/output.h"
-#include "support/settings.h"
+#include "testing/files.h"
+#include "testing/object_store.h"
+#include "testing/output.h"
+#include "testing/settings.h"
 
 namespace {
 

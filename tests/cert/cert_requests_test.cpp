@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "cert/cert_mgr.h"
-#include "support/certificate_manager.h"
+#include "testing/certificate_manager.h"
 
 // Certificate requests: made by the printer, their defaults, and saved to a file.
 

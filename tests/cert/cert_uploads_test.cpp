@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "cert/cert_mgr.h"
-#include "support/certificate_manager.h"
-#include "support/certificates.h"
+#include "testing/certificate_manager.h"
+#include "testing/certificates.h"
 
 // Uploads of certificates, and the CA certificate that goes before its successor comes.
 

@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "cert/cert_mgr.h"
-#include "support/bytes.h"
-#include "support/files.h"
-#include "support/open_descriptors.h"
-#include "support/output.h"
-#include "support/virtual_system.h"
+#include "testing/bytes.h"
+#include "testing/files.h"
+#include "testing/open_descriptors.h"
+#include "testing/output.h"
+#include "testing/virtual_system.h"
 
 namespace {
 

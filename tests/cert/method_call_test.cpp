@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "support/rows.h"
+#include "testing/rows.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "cert/cert_mgr.h"
-#include "support/object_store.h"
-#include "support/output.h"
+#include "testing/object_store.h"
+#include "testing/output.h"
 
 namespace {
 

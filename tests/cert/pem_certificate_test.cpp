@@ -8,11 +8,11 @@
 #include <tuple>
 
 #include "cert/cert_mgr.h"
-#include "support/certificates.h"
-#include "support/files.h"
-#include "support/open_descriptors.h"
-#include "support/output.h"
-#include "support/rows.h"
+#include "testing/certificates.h"
+#include "testing/files.h"
+#include "testing/open_descriptors.h"
+#include "testing/output.h"
+#include "testing/rows.h"
 
 namespace {
 

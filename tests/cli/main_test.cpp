@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "support/command_line.h"
-#include "support/output.h"
-#include "support/usblp_printer.h"
+#include "testing/command_line.h"
+#include "testing/output.h"
+#include "testing/usblp_printer.h"
 
 using support::bytes;
 using support::CommandLine;

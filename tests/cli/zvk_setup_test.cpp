@@ -7,14 +7,14 @@
 #include <utility>
 #include <vector>
 
-#include "support/command_line.h"
-#include "support/fake_libusb.h"
-#include "support/files.h"
-#include "support/object_store.h"
-#include "support/output.h"
-#include "support/rows.h"
-#include "support/standard_input.h"
-#include "support/usblp_printer.h"
+#include "testing/command_line.h"
+#include "testing/fake_libusb.h"
+#include "testing/files.h"
+#include "testing/object_store.h"
+#include "testing/output.h"
+#include "testing/rows.h"
+#include "testing/standard_input.h"
+#include "testing/usblp_printer.h"
 
 using support::Bytes;
 using support::bytes;

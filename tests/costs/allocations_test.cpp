@@ -10,9 +10,9 @@
 #include "cert/obj_store_response.h"
 #include "costs/counted_memory.h"
 #include "npa/send_config.h"
-#include "support/generator.h"
-#include "support/output.h"
-#include "support/rows.h"
+#include "testing/generator.h"
+#include "testing/output.h"
+#include "testing/rows.h"
 #include "xml/simple_sax_parser.h"
 #include "xml/simple_xpath.h"
 

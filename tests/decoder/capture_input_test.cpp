@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "decoder/decoded.h"
-#include "support/usb_capture.h"
+#include "testing/usb_capture.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/bytes.h"
-#include "support/rows.h"
+#include "testing/bytes.h"
+#include "testing/rows.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "decoder/decoded.h"
-#include "support/bytes.h"
-#include "support/rows.h"
+#include "testing/bytes.h"
+#include "testing/rows.h"
 
 namespace {
 

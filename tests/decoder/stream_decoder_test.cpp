@@ -4,8 +4,8 @@
 #include <string>
 
 #include "decoder/words.h"
-#include "emulator/reply_packets.h"
-#include "support/bytes.h"
+#include "emulator/adapter/reply_packets.h"
+#include "testing/bytes.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "support/files.h"
-#include "support/printer_run.h"
-#include "support/process.h"
-#include "support/rows.h"
+#include "testing/files.h"
+#include "testing/printer_run.h"
+#include "testing/process.h"
+#include "testing/rows.h"
 
 // The real program configures the emulated printer for each security: what it says, how it ends,
 // and the bytes that arrive.

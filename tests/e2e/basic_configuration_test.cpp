@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "support/printer_run.h"
+#include "testing/printer_run.h"
 
 // The real program configures the emulated printer: what it says, how it ends, and the bytes that
 // arrive.

@@ -5,9 +5,9 @@
 #include <unistd.h>
 #include <vector>
 
-#include "support/files.h"
-#include "support/printer_run.h"
-#include "support/rows.h"
+#include "testing/files.h"
+#include "testing/printer_run.h"
+#include "testing/rows.h"
 
 // Certificate commands against files and replies that are no good.
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "support/files.h"
-#include "support/printer_run.h"
+#include "testing/files.h"
+#include "testing/printer_run.h"
 
 // The real program reads the certificate settings of the emulated printer.
 

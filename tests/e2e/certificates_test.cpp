@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "support/files.h"
-#include "support/printer_run.h"
-#include "support/process.h"
+#include "testing/files.h"
+#include "testing/printer_run.h"
+#include "testing/process.h"
 
 // What an administrator of an 802.1x network does, with a real certificate authority: the request
 // comes from the printer, openssl(1) signs it, and both certificates go to the printer.

@@ -1,13 +1,13 @@
-#include "support/command_line.h"
+#include "testing/command_line.h"
 
 #include <csignal>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
-#include "support/files.h"
-#include "support/printer_run.h"
-#include "support/process.h"
+#include "testing/files.h"
+#include "testing/printer_run.h"
+#include "testing/process.h"
 
 // The real program's command line: the help text, missing arguments, the password prompt.
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "support/files.h"
-#include "support/printer_run.h"
-#include "support/rows.h"
+#include "testing/files.h"
+#include "testing/printer_run.h"
+#include "testing/rows.h"
 
 // The real program, one of whose calls of the system fails.
 

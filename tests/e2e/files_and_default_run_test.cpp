@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "support/files.h"
-#include "support/printer_run.h"
-#include "support/process.h"
+#include "testing/files.h"
+#include "testing/printer_run.h"
+#include "testing/process.h"
 
 // Options and raw packets from files, and the default run of an unknown switch.
 

@@ -8,11 +8,11 @@
 #include <sys/stat.h>
 #include <vector>
 
-#include "support/certificates.h"
-#include "support/files.h"
-#include "support/printer_run.h"
-#include "support/process.h"
-#include "support/rows.h"
+#include "testing/certificates.h"
+#include "testing/files.h"
+#include "testing/printer_run.h"
+#include "testing/process.h"
+#include "testing/rows.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 #include <string>
 #include <vector>
 
-#include "support/printer_run.h"
-#include "support/rows.h"
+#include "testing/printer_run.h"
+#include "testing/rows.h"
 
 // The real program reads the emulated printer's state back.
 

@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "support/files.h"
-#include "support/printer_run.h"
-#include "support/process.h"
-#include "support/rows.h"
+#include "testing/files.h"
+#include "testing/printer_run.h"
+#include "testing/process.h"
+#include "testing/rows.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <memory>
 #include <string>
 
-#include "support/bytes.h"
-#include "support/files.h"
-#include "support/loopback_client.h"
-#include "support/process.h"
-#include "support/usbip_host.h"
+#include "testing/bytes.h"
+#include "testing/files.h"
+#include "testing/loopback_client.h"
+#include "testing/process.h"
+#include "testing/usbip_host.h"
 
 // `zvkprinter usb` as a program. What a kernel makes of the printer is beyond these.
 

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "support/bytes.h"
-#include "support/files.h"
-#include "support/printer_run.h"
-#include "support/process.h"
-#include "support/usb_capture.h"
+#include "testing/bytes.h"
+#include "testing/files.h"
+#include "testing/printer_run.h"
+#include "testing/process.h"
+#include "testing/usb_capture.h"
 
 // The real zvknpa reads what the real zvkconfig and the emulated printer have said.
 

@@ -9,8 +9,8 @@
 #include <unistd.h>
 #include <vector>
 
-#include "support/files.h"
-#include "support/process.h"
+#include "testing/files.h"
+#include "testing/process.h"
 
 // The emulated printer as a program: how it runs commands and where it puts the device.
 

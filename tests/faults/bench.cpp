@@ -4,8 +4,8 @@
 #include <chrono>
 
 #include "faults/virtual_terminal.h"
-#include "support/command_line.h"
-#include "support/open_descriptors.h"
+#include "testing/command_line.h"
+#include "testing/open_descriptors.h"
 
 /// The program's `main`, which goes by this name in the tests.
 int programMain(int argc, char** argv);

@@ -4,11 +4,11 @@
 #include <string>
 
 #include "faults/commands.h"
-#include "support/disturbance.h"
-#include "support/emulated_printer.h"
-#include "support/fake_libusb.h"
-#include "support/output.h"
-#include "support/virtual_system.h"
+#include "testing/disturbance.h"
+#include "testing/emulated_printer.h"
+#include "testing/fake_libusb.h"
+#include "testing/output.h"
+#include "testing/virtual_system.h"
 
 namespace faults {
 

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "support/certificates.h"
+#include "testing/certificates.h"
 
 namespace faults {
 

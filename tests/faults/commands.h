@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "support/files.h"
-#include "support/rows.h"
+#include "testing/files.h"
+#include "testing/rows.h"
 
 namespace faults {
 

@@ -8,7 +8,7 @@
 #include <termios.h>
 
 #include "faults/virtual_terminal.h"
-#include "support/disturbance.h"
+#include "testing/disturbance.h"
 
 namespace faults {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <termios.h>
 
-#include "support/standard_input.h"
+#include "testing/standard_input.h"
 
 namespace faults {
 

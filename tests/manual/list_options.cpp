@@ -5,9 +5,9 @@
 #include <string>
 
 #include "cli/command_mode.h"
-#include "cli/config_details.h"
 #include "decoder/options.h"
-#include "emulator/option_table.h"
+#include "emulator/run/option_table.h"
+#include "settings/config_details.h"
 
 int main() {
   for (const CommandMode& mode : commandModes()) {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "support/judged_exchange.h"
-#include "support/rows.h"
+#include "testing/judged_exchange.h"
+#include "testing/rows.h"
 
 using support::Bytes;
 using support::bytes;

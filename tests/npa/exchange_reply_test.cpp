@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "support/judged_exchange.h"
-#include "support/rows.h"
+#include "testing/judged_exchange.h"
+#include "testing/rows.h"
 
 using support::Bytes;
 using support::bytes;

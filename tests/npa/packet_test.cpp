@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <gtest/gtest.h>
 
-#include "support/bytes.h"
+#include "testing/bytes.h"
 
 using support::Bytes;
 using support::bytes;

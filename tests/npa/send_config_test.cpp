@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "support/output.h"
-#include "support/usblp_printer.h"
+#include "testing/output.h"
+#include "testing/usblp_printer.h"
 
 using support::bytes;
 using support::Output;

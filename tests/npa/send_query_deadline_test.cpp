@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "support/send_query.h"
+#include "testing/send_query.h"
 
 using support::Bytes;
 using support::bytes;

@@ -1,4 +1,4 @@
-#include "support/send_query.h"
+#include "testing/send_query.h"
 
 #include <algorithm>
 #include <cerrno>

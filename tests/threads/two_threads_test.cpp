@@ -17,7 +17,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "support/files.h"
+#include "testing/files.h"
 #include "threads/loopback_libusb.h"
 #include "transport/circular_buffer.h"
 #include "transport/lib_usb_connector.h"

@@ -6,9 +6,9 @@
 #include <limits>
 #include <string>
 
-#include "support/bytes.h"
-#include "support/mutex_journal.h"
-#include "support/rows.h"
+#include "testing/bytes.h"
+#include "testing/mutex_journal.h"
+#include "testing/rows.h"
 
 using support::Bytes;
 using support::bytes;

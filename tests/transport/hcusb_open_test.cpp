@@ -2,12 +2,12 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "support/bytes.h"
-#include "support/fake_libusb.h"
-#include "support/output.h"
-#include "support/rows.h"
-#include "support/transport_user.h"
-#include "support/virtual_system.h"
+#include "testing/bytes.h"
+#include "testing/fake_libusb.h"
+#include "testing/output.h"
+#include "testing/rows.h"
+#include "testing/transport_user.h"
+#include "testing/virtual_system.h"
 
 using support::Output;
 using support::outputOf;

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "support/bytes.h"
-#include "support/output.h"
-#include "support/transport_user.h"
-#include "support/virtual_system.h"
+#include "testing/bytes.h"
+#include "testing/output.h"
+#include "testing/transport_user.h"
+#include "testing/virtual_system.h"
 
 using support::bytes;
 using support::Output;

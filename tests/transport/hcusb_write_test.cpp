@@ -4,9 +4,9 @@
 #include <limits>
 #include <vector>
 
-#include "support/bytes.h"
-#include "support/fake_libusb.h"
-#include "support/usblp_channel.h"
+#include "testing/bytes.h"
+#include "testing/fake_libusb.h"
+#include "testing/usblp_channel.h"
 
 using support::Bytes;
 using support::bytes;

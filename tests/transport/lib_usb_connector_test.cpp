@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "support/bytes.h"
-#include "support/fake_libusb.h"
-#include "support/mutex_journal.h"
+#include "testing/bytes.h"
+#include "testing/fake_libusb.h"
+#include "testing/mutex_journal.h"
 #include "transport/luu.h"
 
 using fake_libusb::Alternate;

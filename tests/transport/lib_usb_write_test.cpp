@@ -2,9 +2,9 @@
 #include <string>
 #include <vector>
 
-#include "support/bytes.h"
-#include "support/lib_usb_transfer.h"
-#include "support/rows.h"
+#include "testing/bytes.h"
+#include "testing/lib_usb_transfer.h"
+#include "testing/rows.h"
 
 using support::Bulk;
 using support::Bytes;

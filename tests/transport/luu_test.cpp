@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "support/fake_libusb.h"
+#include "testing/fake_libusb.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "support/mutex_journal.h"
-#include "support/open_usblp.h"
-#include "support/rows.h"
-#include "support/virtual_system.h"
+#include "testing/mutex_journal.h"
+#include "testing/open_usblp.h"
+#include "testing/rows.h"
+#include "testing/virtual_system.h"
 
 using support::OpenUsblp;
 using virtual_system::Device;

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 #include <sys/select.h>
 
-#include "support/bytes.h"
-#include "support/open_usblp.h"
-#include "support/rows.h"
-#include "support/virtual_system.h"
+#include "testing/bytes.h"
+#include "testing/open_usblp.h"
+#include "testing/rows.h"
+#include "testing/virtual_system.h"
 #include "transport/usblp_connector.h"
 
 using support::bytes;

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "support/bytes.h"
-#include "support/open_usblp.h"
-#include "support/rows.h"
+#include "testing/bytes.h"
+#include "testing/open_usblp.h"
+#include "testing/rows.h"
 
 using support::Bytes;
 using support::bytes;

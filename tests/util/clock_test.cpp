@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/virtual_system.h"
+#include "testing/virtual_system.h"
 
 using virtual_system::Second;
 using virtual_system::System;

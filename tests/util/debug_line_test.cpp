@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "support/output.h"
+#include "testing/output.h"
 
 using support::Output;
 using support::outputOf;

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-#include "support/rows.h"
+#include "testing/rows.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "support/bytes.h"
-#include "support/output.h"
-#include "support/rows.h"
+#include "testing/bytes.h"
+#include "testing/output.h"
+#include "testing/rows.h"
 
 using support::Bytes;
 using support::bytes;

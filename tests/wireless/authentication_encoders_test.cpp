@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "support/setting_encoder.h"
+#include "testing/setting_encoder.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "support/setting_encoder.h"
+#include "testing/setting_encoder.h"
 
 // The certificate fields that are no plain texts; those are tested with all other texts.
 

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "support/generator.h"
-#include "support/output.h"
-#include "support/rows.h"
+#include "testing/generator.h"
+#include "testing/output.h"
+#include "testing/rows.h"
 
 // The reads of the printer's certificate settings: what goes out and what is told of the reply.
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "support/encoder.h"
+#include "testing/encoder.h"
 
 using support::Bytes;
 using support::bytes;

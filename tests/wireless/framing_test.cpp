@@ -2,8 +2,8 @@
 #include <string>
 #include <vector>
 
-#include "support/generator.h"
-#include "support/output.h"
+#include "testing/generator.h"
+#include "testing/output.h"
 
 using support::Bytes;
 using support::bytes;

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "support/setting_encoder.h"
+#include "testing/setting_encoder.h"
 
 // The settings of WEP beside the keys themselves, whose texts are tested with all others.
 

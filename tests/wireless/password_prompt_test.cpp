@@ -9,10 +9,10 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include "support/output.h"
-#include "support/pseudo_terminal.h"
-#include "support/rows.h"
-#include "support/standard_input.h"
+#include "testing/output.h"
+#include "testing/pseudo_terminal.h"
+#include "testing/rows.h"
+#include "testing/standard_input.h"
 
 using support::Output;
 using support::outputOf;

@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "support/encoder.h"
+#include "testing/encoder.h"
 
 using support::EncoderRow;
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "support/generator.h"
-#include "support/output.h"
-#include "support/rows.h"
+#include "testing/generator.h"
+#include "testing/output.h"
+#include "testing/rows.h"
 
 using support::Bytes;
 using support::bytes;

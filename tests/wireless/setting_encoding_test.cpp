@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "support/setting_encoder.h"
+#include "testing/setting_encoder.h"
 
 // What all text settings have in common: limits, terminators, size fields, lines.
 

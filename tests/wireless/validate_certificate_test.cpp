@@ -2,10 +2,10 @@
 #include <string>
 #include <vector>
 
-#include "support/generator.h"
-#include "support/object_store.h"
-#include "support/output.h"
-#include "support/rows.h"
+#include "testing/generator.h"
+#include "testing/object_store.h"
+#include "testing/output.h"
+#include "testing/rows.h"
 
 // Whether the adapter is to validate the server's certificate follows from what the printer holds.
 

@@ -13,7 +13,7 @@
 #include <string>
 
 #include "decoder/hex_line.h"
-#include "support/usb_capture.h"
+#include "testing/usb_capture.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <regex>
 #include <string>
 
+#include "testing/checking_handler.h"
 #include "xml/attributes.h"
-#include "xml/checking_handler.h"
 #include "xml/recording_handler.h"
 
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "support/output.h"
-#include "support/rows.h"
+#include "testing/output.h"
+#include "testing/rows.h"
 #include "xml/simple_xpath.h"
 
 using support::Output;

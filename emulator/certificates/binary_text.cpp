@@ -1,0 +1,53 @@
+#include "emulator/certificates/binary_text.h"
+
+#include <algorithm>
+#include <limits>
+#include <openssl/evp.h>
+#include <stdexcept>
+
+namespace emulator {
+
+namespace {
+
+/// libcrypto counts in int and writes unsigned characters.
+constexpr std::size_t LargestSize = std::numeric_limits<int>::max() / 2;
+
+const unsigned char* asBytes(std::string_view text) {
+  return reinterpret_cast<const unsigned char*>(text.data());
+}
+
+unsigned char* asBytes(std::string& text) {
+  return reinterpret_cast<unsigned char*>(text.data());
+}
+
+}  // namespace
+
+std::optional<std::string> fromBase64(std::string_view text) {
+  constexpr std::size_t charactersInGroup = 4;
+  constexpr std::size_t bytesInGroup = 3;
+  constexpr std::size_t largestPadding = 2;
+  if (text.size() % charactersInGroup != 0 || text.size() > LargestSize) {
+    return std::nullopt;
+  }
+  std::string bytes(text.size() / charactersInGroup * bytesInGroup, '\0');
+  if (::EVP_DecodeBlock(asBytes(bytes), asBytes(text), static_cast<int>(text.size())) < 0) {
+    return std::nullopt;
+  }
+  const std::size_t dataEnd = text.find_last_not_of('=') + 1;
+  bytes.resize(bytes.size() - std::min({text.size() - dataEnd, bytes.size(), largestPadding}));
+  // The decoder lets blanks, line ends, misplaced padding and stray bits pass.
+  return toBase64(bytes) == text ? std::optional(bytes) : std::nullopt;
+}
+
+std::string toBase64(std::string_view bytes) {
+  if (bytes.size() > LargestSize) {
+    throw std::length_error("too many bytes for Base64");
+  }
+  // One byte more than the text: the encoder ends it with a zero.
+  std::string text((bytes.size() + 2) / 3 * 4 + 1, '\0');
+  const int size = ::EVP_EncodeBlock(asBytes(text), asBytes(bytes), static_cast<int>(bytes.size()));
+  text.resize(static_cast<std::size_t>(size));
+  return text;
+}
+
+}  // namespace emulator

@@ -1,0 +1,66 @@
+#include "emulator/run/device_link.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace emulator {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* PrinterFolder = "/dev/usb";
+constexpr int LargestNumber = 16;
+constexpr int LargestTries = 100;
+
+/// Removes the folder if nothing is in it. The system has it only while a printer is attached, so
+/// an empty one is ours or another emulated printer's.
+void removeEmptyFolder() {
+  ::rmdir(PrinterFolder);
+}
+
+}  // namespace
+
+DeviceLink::DeviceLink(std::string path, std::string target)
+    : m_Path(std::move(path)), m_Target(std::move(target)) {
+  if (::symlink(m_Target.c_str(), m_Path.c_str()) != 0) {
+    throw std::system_error(errno, std::generic_category(), m_Path);
+  }
+}
+
+DeviceLink::~DeviceLink() {
+  std::error_code error;
+  if (fs::read_symlink(m_Path, error) == m_Target) {
+    fs::remove(m_Path, error);
+  }
+}
+
+FreeDeviceLink::FreeDeviceLink(const std::string& target) {
+  int number = LargestNumber;
+  int tries = LargestTries;
+  while (!m_Link) {
+    // Each time: another emulated printer that ends may just have removed the folder.
+    fs::create_directory(PrinterFolder);
+    try {
+      m_Link.emplace(PrinterFolder + std::string("/lp") + std::to_string(number), target);
+    } catch (const std::system_error& error) {
+      const bool isTaken = error.code() == std::errc::file_exists && number > 0;
+      const bool isFolderGone = error.code() == std::errc::no_such_file_or_directory && --tries > 0;
+      if (!isTaken && !isFolderGone) {
+        removeEmptyFolder();
+        throw;
+      }
+      number -= isTaken ? 1 : 0;
+    }
+  }
+}
+
+FreeDeviceLink::~FreeDeviceLink() {
+  m_Link.reset();
+  removeEmptyFolder();
+}
+
+}  // namespace emulator

@@ -1,0 +1,204 @@
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <sys/wait.h>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "emulator/adapter/adapter.h"
+#include "emulator/adapter/message_log.h"
+#include "emulator/run/command_process.h"
+#include "emulator/run/device_link.h"
+#include "emulator/run/options.h"
+#include "emulator/run/private_devices.h"
+#include "emulator/run/reply_files.h"
+#include "emulator/run/usb_command.h"
+#include "emulator/state/state_folder.h"
+#include "emulator/transport/pty_transport.h"
+#include "emulator/transport/signal_queue.h"
+
+namespace {
+
+using emulator::CommandProcess;
+using emulator::FreeDeviceLink;
+using emulator::Options;
+
+// As env(1) and timeout(1) have them.
+constexpr int StatusOwnFailure = 125;
+constexpr int StatusNotExecutable = 126;
+constexpr int StatusNotFound = 127;
+
+using StartError = CommandProcess::StartError;
+using FileStream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+void say(std::string_view text) {
+  std::fprintf(stderr, "zvkprinter: %.*s\n", static_cast<int>(text.size()), text.data());
+}
+
+FileStream openLog(const Options& options) {
+  if (!options.logFile) {
+    return {stderr, [](std::FILE*) {
+              return 0;
+            }};
+  }
+  FileStream stream(std::fopen(options.logFile->c_str(), "we"), std::fclose);
+  if (!stream) {
+    throw std::system_error(errno, std::generic_category(), *options.logFile);
+  }
+  return stream;
+}
+
+/// A started command, and the link that it reaches the printer by, if it needs one.
+struct Started {
+  std::unique_ptr<FreeDeviceLink> link;
+  CommandProcess process;
+};
+
+/// Starts the command in a namespace of its own; nothing when that is not permitted.
+std::optional<Started> startInNamespace(const Options& options, const std::string& device,
+                                        const emulator::SignalQueue& signals) {
+  try {
+    return Started{
+        nullptr,
+        CommandProcess(emulator::withDevice(options.command, emulator::PrivateDevicePath), [&] {
+          emulator::enterPrivateDevices(device);
+          signals.restore();
+        })};
+  } catch (const StartError& error) {
+    if (error.step != StartError::Step::Preparation) {
+      throw;
+    }
+    say("no private /dev/usb/lp0 here: " + error.text);
+    return std::nullopt;
+  }
+}
+
+Started startWithLink(const Options& options, const std::string& device,
+                      const emulator::SignalQueue& signals) {
+  std::unique_ptr<FreeDeviceLink> link;
+  try {
+    link = std::make_unique<FreeDeviceLink>(device);
+  } catch (const std::system_error& error) {
+    throw std::runtime_error(
+        std::string("no link to the printer can be made: ") + error.what() +
+        "\nRun it as root, or permit user namespaces (sysctl kernel.unprivileged_userns_clone=1).");
+  }
+  say("the printer is at " + link->path() + " while the command runs ({} stands for it)");
+  CommandProcess process(emulator::withDevice(options.command, link->path()),
+                         [&] { signals.restore(); });
+  return {std::move(link), process};
+}
+
+int run(const Options& options, emulator::PtyTransport& transport) {
+  const emulator::SignalQueue signals;
+  std::optional<Started> started;
+  if (options.namespaces) {
+    started = startInNamespace(options, transport.devicePath(), signals);
+  }
+  if (!started) {
+    started = startWithLink(options, transport.devicePath(), signals);
+  }
+  CommandProcess& process = started->process;
+  transport.carry(signals, [&](int signal) {
+    if (signal == SIGCHLD) {
+      return !process.hasEnded();
+    }
+    // The terminal sends these to the command as well, which decides what they mean.
+    if (signal != SIGINT && signal != SIGQUIT) {
+      process.signal(signal);
+    }
+    return true;
+  });
+  return process.exitStatus();
+}
+
+int serve(const Options& options, emulator::PtyTransport& transport) {
+  const emulator::SignalQueue signals;
+  const emulator::DeviceLink link(options.link, transport.devicePath());
+  std::printf("The printer is at %s\n", link.path().c_str());
+  std::fflush(stdout);
+  transport.carry(signals, [](int signal) { return signal == SIGCHLD; });
+  return 0;
+}
+
+void printState(const emulator::Adapter& adapter, const Options& options) {
+  for (const std::string& line : adapter.describe(options.showSecrets)) {
+    std::printf("%s\n", line.c_str());
+  }
+}
+
+/// Gives the printer what the folder keeps.
+void restore(emulator::Adapter& adapter, emulator::StateFolder& folder) {
+  emulator::PrinterState state = folder.load();
+  adapter.restore(state.settings, std::move(state.certificates));
+}
+
+int show(const Options& options) {
+  emulator::MessageLog log([](std::string_view) {}, false);
+  emulator::Adapter adapter(options.personality, log);
+  emulator::StateFolder folder(*options.stateFolder, emulator::StateFolder::Use::Look);
+  restore(adapter, folder);
+  printState(adapter, options);
+  return 0;
+}
+
+/// Has the printer behind the transport that the options ask for, until the end.
+int open(const Options& options, emulator::Adapter& adapter, emulator::MessageLog& log) {
+  if (options.action == Options::Action::Usb) {
+    return emulator::beUsbPrinter(options, adapter, log);
+  }
+  emulator::PtyTransport transport(adapter);
+  return options.action == Options::Action::Run ? run(options, transport)
+                                                : serve(options, transport);
+}
+
+int keepPrinter(const Options& options) {
+  const FileStream logStream = openLog(options);
+  emulator::MessageLog log(
+      [&](std::string_view line) {
+        std::fprintf(logStream.get(), "zvkprinter: %.*s\n", static_cast<int>(line.size()),
+                     line.data());
+        std::fflush(logStream.get());
+      },
+      options.showSecrets);
+  emulator::Adapter adapter(emulator::withReplyFiles(options.personality), log);
+  std::optional<emulator::StateFolder> folder;
+  if (options.stateFolder) {
+    folder.emplace(*options.stateFolder, emulator::StateFolder::Use::Keep);
+    restore(adapter, *folder);
+    adapter.onChange([&] { folder->save(adapter.settings().stored(), adapter.certificates()); });
+  }
+  const int status = open(options, adapter, log);
+  if (options.showSettings) {
+    printState(adapter, options);
+  }
+  return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    const Options options = emulator::parseOptions({argv + 1, argv + argc});
+    if (options.action == Options::Action::Help) {
+      std::fputs(emulator::helpText().c_str(), stdout);
+      return 0;
+    }
+    return options.action == Options::Action::Show ? show(options) : keepPrinter(options);
+  } catch (const emulator::UsageError& error) {
+    say(std::string(error.what()) + "; 'zvkprinter help' lists what there is");
+  } catch (const StartError& error) {
+    say(error.text + ": " + std::generic_category().message(error.error));
+    return error.error == ENOENT ? StatusNotFound : StatusNotExecutable;
+  } catch (const std::exception& error) {
+    say(error.what());
+  }
+  return StatusOwnFailure;
+}

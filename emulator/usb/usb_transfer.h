@@ -1,0 +1,49 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "catalogue/packet_reader.h"
+#include "emulator/usb/usb_traits.h"
+
+namespace emulator {
+
+/// A request on the control endpoint (USB 2.0, 9.3); its numbers are little-endian on the wire.
+struct UsbSetup {
+  npa::Byte type = 0;
+  npa::Byte request = 0;
+  std::uint16_t value = 0;
+  std::uint16_t index = 0;
+  std::uint16_t length = 0;
+};
+
+/// How transfers end, as negative error numbers of Linux, which USB/IP uses on every system.
+inline constexpr std::int32_t UsbDone = 0;
+inline constexpr std::int32_t UsbStalled = -32;        ///< EPIPE
+inline constexpr std::int32_t UsbProtocolFault = -71;  ///< EPROTO
+inline constexpr std::int32_t UsbTooMuch = -75;        ///< EOVERFLOW: a packet had more than fits
+inline constexpr std::int32_t UsbUnlinked = -104;      ///< ECONNRESET
+inline constexpr std::int32_t UsbShort = -121;         ///< EREMOTEIO: less than was insisted on
+
+/// What a host wants transferred.
+struct UsbTransfer {
+  std::uint32_t id = 0;  ///< by which the host knows it
+  std::uint32_t endpoint = 0;
+  UsbDirection direction = UsbDirection::Out;
+  UsbSetup setup{};
+  std::size_t length = 0;   ///< of the host's buffer
+  npa::Bytes data{};        ///< OUT: as long as `length`. IN: what came so far
+  bool mustBeFull = false;  ///< IN: less than `length` is an error
+  std::size_t done = 0;     ///< bytes transferred so far
+};
+
+/// A transfer that has ended.
+struct UsbCompletion {
+  std::uint32_t id = 0;
+  std::int32_t status = UsbDone;
+  std::size_t done = 0;
+  npa::Bytes data{};  ///< IN: `done` bytes
+};
+
+}  // namespace emulator

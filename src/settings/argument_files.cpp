@@ -1,0 +1,61 @@
+// The files of configDetails: options, and NPA data as hex text.
+
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "settings/config_details.h"
+
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+/// A line's piece of at most 255 characters and its end.
+using LineBuffer = std::array<char, 256>;
+
+bool isHexDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+}
+
+}  // namespace
+
+int configDetails::parseFile(std::string path, std::string usbPath) {
+  value(Setting::Usb) = usbPath;
+  const File file(std::fopen(path.c_str(), "re"));
+  if (!file) {
+    return 0;
+  }
+  LineBuffer buffer{};
+  while (std::fgets(buffer.data(), buffer.size(), file.get()) != nullptr) {
+    const std::string line(buffer.data(), std::strcspn(buffer.data(), "\n"));
+    if (!line.starts_with('#')) {
+      applyOptions(line);
+    }
+  }
+  return 0;
+}
+
+int configDetails::parseNPAFile(const char* path) {
+  const File file(path == nullptr ? nullptr : std::fopen(path, "re"));
+  if (!file) {
+    return -1;
+  }
+  std::string& digits = value(Setting::NpaFileData);
+  digits.clear();
+  std::array<char, 4096> block{};
+  std::size_t count = 0;
+  while ((count = std::fread(block.data(), 1, block.size(), file.get())) > 0) {
+    for (std::size_t i = 0; i < count; ++i) {
+      if (isHexDigit(block[i])) {
+        digits.push_back(block[i]);
+      }
+    }
+  }
+  std::printf("npaFileData: (%d bytes) %s\n", static_cast<int>(digits.size()), digits.c_str());
+  return 0;
+}

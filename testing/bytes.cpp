@@ -1,0 +1,46 @@
+#include "testing/bytes.h"
+
+#include <charconv>
+#include <cstddef>
+#include <stdexcept>
+
+namespace support {
+
+Bytes bytes(std::string_view hexPairs) {
+  Bytes result;
+  while (!hexPairs.empty()) {
+    std::uint8_t byte = 0;
+    const char* const pairEnd = hexPairs.data() + 2;
+    const bool wellFormed = (hexPairs.size() == 2 || (hexPairs.size() > 3 && hexPairs[2] == ' ')) &&
+                            std::from_chars(hexPairs.data(), pairEnd, byte, 16).ptr == pairEnd;
+    if (!wellFormed) {
+      throw std::invalid_argument("not hex pairs with single blanks between");
+    }
+    result.push_back(byte);
+    hexPairs.remove_prefix(hexPairs.size() == 2 ? 2 : 3);
+  }
+  return result;
+}
+
+Bytes textBytes(std::string_view text) {
+  return {text.begin(), text.end()};
+}
+
+Bytes joined(std::initializer_list<Bytes> pieces) {
+  Bytes result;
+  for (const Bytes& piece : pieces) {
+    result.insert(result.end(), piece.begin(), piece.end());
+  }
+  return result;
+}
+
+Bytes pattern(std::size_t count) {
+  constexpr std::size_t period = 251;  // prime, so that no packet size divides it
+  Bytes result(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    result[i] = static_cast<std::uint8_t>(i % period);
+  }
+  return result;
+}
+
+}  // namespace support

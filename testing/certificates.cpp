@@ -1,0 +1,73 @@
+#include "testing/certificates.h"
+
+#include <memory>
+#include <openssl/evp.h>
+#include <openssl/pem.h>
+#include <openssl/x509.h>
+#include <stdexcept>
+
+namespace support {
+
+namespace {
+
+struct Release {
+  void operator()(X509* certificate) const { X509_free(certificate); }
+  void operator()(EVP_PKEY* key) const { EVP_PKEY_free(key); }
+  void operator()(BIO* bio) const { BIO_free(bio); }
+};
+
+using Certificate = std::unique_ptr<X509, Release>;
+
+void require(bool success) {
+  if (!success) {
+    throw std::runtime_error("OpenSSL failed to make a certificate");
+  }
+}
+
+void setTime(ASN1_TIME* time, const std::string& text) {
+  constexpr std::size_t utcTimeSize = 13;
+  time->type = text.size() == utcTimeSize ? V_ASN1_UTCTIME : V_ASN1_GENERALIZEDTIME;
+  require(ASN1_STRING_set(time, text.data(), static_cast<int>(text.size())) == 1);
+}
+
+Certificate makeCertificate(const CertificateText& text) {
+  static const std::unique_ptr<EVP_PKEY, Release> key(EVP_EC_gen("P-256"));
+  Certificate certificate(X509_new());
+  require(key && certificate);
+  X509_set_version(certificate.get(), X509_VERSION_3);
+  ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), 1);
+  X509_NAME* const name = X509_get_subject_name(certificate.get());
+  for (const auto& [field, value] : text.subject) {
+    // As UTF-8, so that OpenSSL's limits for the fields do not apply.
+    require(X509_NAME_add_entry_by_NID(name, OBJ_txt2nid(field.c_str()), V_ASN1_UTF8STRING,
+                                       reinterpret_cast<const unsigned char*>(value.data()),
+                                       static_cast<int>(value.size()), -1, 0) == 1);
+  }
+  X509_set_issuer_name(certificate.get(), name);
+  setTime(X509_getm_notBefore(certificate.get()), text.from);
+  setTime(X509_getm_notAfter(certificate.get()), text.to);
+  X509_set_pubkey(certificate.get(), key.get());
+  require(X509_sign(certificate.get(), key.get(), EVP_sha256()) > 0);
+  return certificate;
+}
+
+template <typename Write>
+std::string written(const CertificateText& text, Write write) {
+  const std::unique_ptr<BIO, Release> memory(BIO_new(BIO_s_mem()));
+  require(write(memory.get(), makeCertificate(text).get()) == 1);
+  char* data = nullptr;
+  const long size = BIO_get_mem_data(memory.get(), &data);
+  return {data, static_cast<std::size_t>(size)};
+}
+
+}  // namespace
+
+std::string certificatePem(const CertificateText& text) {
+  return written(text, PEM_write_bio_X509);
+}
+
+std::string certificateDer(const CertificateText& text) {
+  return written(text, i2d_X509_bio);
+}
+
+}  // namespace support

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "emulator/adapter/adapter.h"
+#include "testing/bytes.h"
+
+namespace support {
+
+/// An adapter, its log and its clock.
+class EmulatedPrinter {
+ public:
+  explicit EmulatedPrinter(emulator::Personality personality = {})
+      : m_Log([this](std::string_view line) { log.emplace_back(line); }, false),
+        adapter(std::move(personality), m_Log, [this] { return now; }) {}
+
+  /// All bytes of the answer, in whatever pieces they come.
+  Bytes ask(const Bytes& request) {
+    Bytes all;
+    for (const emulator::Adapter::Reply& reply : adapter.receive(request)) {
+      all.insert(all.end(), reply.bytes.begin(), reply.bytes.end());
+    }
+    return all;
+  }
+
+ private:
+  emulator::MessageLog m_Log;
+
+ public:
+  std::vector<std::string> log;
+  emulator::Adapter::Clock::time_point now;
+  emulator::Adapter adapter;
+};
+
+}  // namespace support

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <utility>
+#include <vector>
+
+#include "testing/bytes.h"
+#include "testing/fake_libusb.h"
+#include "testing/rows.h"
+#include "testing/virtual_system.h"
+#include "transport/lib_usb_connector.h"
+
+namespace support {
+
+/// The transfer types of an endpoint's attributes.
+inline constexpr std::uint8_t Bulk = 2;
+inline constexpr std::uint8_t Interrupt = 3;
+
+/// A result of a bulk transfer and what becomes of it.
+struct TransferRow : Row {
+  int result;
+  HCIOStatus status;
+};
+
+/// Tests of bulk transfers; each opens the connector and may name the endpoints.
+class LibUsbTransfer : public testing::Test {
+ protected:
+  void open(std::vector<fake_libusb::Endpoint> endpoints = {{0x81, Bulk, 64}, {0x02, Bulk, 512}}) {
+    library.addDevice("001", "002", {{1, {{{7, 0, std::move(endpoints)}}}}});
+    ASSERT_EQ(connector.open(1, 2), 0);
+    library.calls.clear();
+  }
+
+  int write(const Bytes& data) {
+    Bytes copy = data;
+    return connector.write(copy.data(), static_cast<int>(copy.size()));
+  }
+
+  /// What a read of `len` bytes gives.
+  Bytes read(int len) {
+    Bytes buffer(static_cast<std::size_t>(len));
+    const int count = connector.read(buffer.data(), len);
+    EXPECT_LE(count, len);
+    buffer.resize(static_cast<std::size_t>(count));
+    return buffer;
+  }
+
+  /// Answers each bulk write with the next of `results`; the last one stays. 64 means all.
+  void answerWrites(std::vector<int> results) {
+    library.bulkWrite = [results, next = std::size_t{0}](const Bytes& chunk) mutable {
+      const int result = results[next];
+      next = std::min(next + 1, results.size() - 1);
+      return result == 64 ? static_cast<int>(chunk.size()) : result;
+    };
+  }
+
+  /// Fills the ring up to `stored` bytes.
+  void fillRing(int stored) {
+    library.incoming = pattern(static_cast<std::size_t>(stored));
+    while (!library.incoming.empty()) {
+      ASSERT_EQ(connector.isReadReady(0), IO_READ_READY);
+    }
+  }
+
+  virtual_system::System system;
+  fake_libusb::Library library;
+  LibUsbConnector connector{7};
+};
+
+}  // namespace support

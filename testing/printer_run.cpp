@@ -1,0 +1,95 @@
+#include "testing/printer_run.h"
+
+#include <cstdlib>
+#include <iterator>
+#include <sstream>
+
+#include "testing/files.h"
+
+namespace support {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+Words joined(Words first, const Words& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+Words splitLines(const std::string& text) {
+  Words result;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) {
+    result.push_back(line);
+  }
+  return result;
+}
+
+Words splitWords(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), {}};
+}
+
+/// What zvkprinter itself says stands between the program's lines where it had to do without a
+/// private device.
+std::string withoutPrinterLines(const std::string& text) {
+  std::string result;
+  for (const std::string& line : splitLines(text)) {
+    if (!line.starts_with("zvkprinter: ")) {
+      result.append(line).append("\n");
+    }
+  }
+  return result;
+}
+
+PrinterRun run(const Words& prefix, const Words& options, const Words& arguments,
+               std::string_view input) {
+  const TemporaryFolder folder;
+  const std::string log = folder.path("log");
+  const Words logging = joined({"--show-secrets", "--log=" + log}, options);
+  const ProcessResult result =
+      runProcess(joined(prefix, printerCommand(logging, arguments)), input);
+  PrinterRun outcome{result.status, result.out, withoutPrinterLines(result.err), {}, {}};
+  for (const std::string& line : splitLines(fileContent(log))) {
+    const auto take = [&line](std::string_view mark, Words& destination) {
+      if (line.starts_with(mark)) {
+        destination.push_back(line.substr(mark.size()));
+      }
+    };
+    take("zvkprinter: <- ", outcome.received);
+    take("zvkprinter:    object-store call: ", outcome.calls);
+  }
+  return outcome;
+}
+
+}  // namespace
+
+Words printerCommand(const Words& options, const Words& arguments) {
+  Words command = joined({ZVKPRINTER, "run"}, options);
+  command.emplace_back("--");
+  return joined(command, supervised(joined({ZVKCONFIG}, arguments)));
+}
+
+Words supervised(const Words& command) {
+  const char* const supervisor = std::getenv("ZVK_RUN_UNDER");
+  return joined(splitWords(supervisor == nullptr ? "" : supervisor), command);
+}
+
+PrinterRun runWithPrinter(Words options, Words arguments, std::string_view input) {
+  return run({"faketime", "-f", "+0 x10"}, options, arguments, input);
+}
+
+PrinterRun runWithPrinterInRealTime(Words options, Words arguments) {
+  return run({}, options, arguments, {});
+}
+
+std::string lines(const Words& texts) {
+  std::string result;
+  for (const std::string& text : texts) {
+    result.append(text).append("\n");
+  }
+  return result;
+}
+
+}  // namespace support

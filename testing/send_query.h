@@ -1,0 +1,58 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <vector>
+
+#include "npa/send_config.h"
+#include "testing/output.h"
+#include "testing/rows.h"
+#include "testing/usblp_printer.h"
+
+namespace support {
+
+/// Tests of sendQuery in front of a scripted printer.
+class SendQuery : public UsblpPrinter {
+ protected:
+  /// Sends `request` and returns the collected reply; `untouched` tells that the pointer was left.
+  Bytes query(Bytes request, int timeout) {
+    unsigned char marker = 0;
+    unsigned char* reply = &marker;
+    int count = -77;
+    output = outputOf([&] {
+      sendConfig exchange("/dev/usb/lp0");
+      count = exchange.sendQuery(request.data(), static_cast<int>(request.size()), reply, timeout);
+    });
+    untouched = reply == &marker;
+    if (untouched) {
+      EXPECT_EQ(count, 0);
+      return {};
+    }
+    const std::unique_ptr<unsigned char[]> owned(reply);
+    EXPECT_GT(count, 0);
+    return {reply, reply + count};
+  }
+
+  Bytes query(int timeout = 3) { return query(bytes("A5 00 06 50 E0 D8 00 2A 0A"), timeout); }
+
+  /// Lets `reply` arrive `delay` after the pause behind the request.
+  void replyAfterPause(const Bytes& reply, virtual_system::Microseconds delay) {
+    device.onWrite = [=, this](const Bytes& /*request*/) {
+      device.reply(reply, 2 * virtual_system::Second + delay);
+    };
+  }
+
+  Output output;
+  bool untouched = false;
+};
+
+/// A reply and what is collected of it.
+struct ReplyRow : Row {
+  const char* reply;
+  const char* collected;
+};
+
+/// What sendQuery writes when it could open the device.
+inline const Output Quiet = {"", TransportGone};
+
+}  // namespace support

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <pcap/pcap.h>
+#include <pcap/usb.h>
+#include <string>
+
+#include "testing/bytes.h"
+
+namespace support {
+
+/// One record of a capture of usbmon's.
+struct UsbRecord {
+  char event = URB_SUBMIT;
+  std::uint8_t endpoint = 0x01;  ///< bit 7: to the host
+  std::uint64_t transfer = 1;
+  std::uint32_t length = 0;
+  std::optional<Bytes> data = {};  ///< as captured; none where the event has no data
+  std::uint8_t device = 5;
+  std::uint16_t bus = 1;
+  std::uint8_t type = URB_BULK;
+  bool deniesData = false;  ///< whether the header says that there is none all the same
+};
+
+/// Writes a capture file with libpcap.
+class UsbCapture {
+ public:
+  explicit UsbCapture(int linkType = DLT_USB_LINUX_MMAPPED) : m_LinkType(linkType) {}
+
+  void add(const UsbRecord& record);
+
+  /// A whole transfer, submission and completion, to the printer or from it.
+  void out(const Bytes& data);
+  void in(const Bytes& data);
+
+  /// The file.
+  std::string content() const;
+
+ private:
+  int m_LinkType;
+  std::uint64_t m_Transfers = 0;
+  std::vector<std::string> m_Records;
+};
+
+}  // namespace support

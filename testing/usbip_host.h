@@ -1,0 +1,126 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "emulator/usb/usb_transfer.h"
+#include "testing/bytes.h"
+
+/// USB/IP messages of a host, and its reading of the device's. Numbers are big-endian.
+namespace support {
+
+inline void appendLong(Bytes& bytes, std::uint32_t number) {
+  for (const unsigned shift : {24U, 16U, 8U, 0U}) {
+    bytes.push_back(static_cast<std::uint8_t>(number >> shift & 0xFFU));
+  }
+}
+
+inline std::uint32_t longAt(const Bytes& bytes, std::size_t offset) {
+  std::uint32_t number = 0;
+  for (std::size_t i = 0; i < 4; ++i) {
+    number = number << 8U | bytes.at(offset + i);
+  }
+  return number;
+}
+
+struct SubmitFields {
+  std::uint32_t id = 1;
+  std::uint32_t device = 0x00010001;
+  std::uint32_t direction = 0;
+  std::uint32_t endpoint = 0;
+  std::uint32_t flags = 0;
+  std::uint32_t length = 0;
+  std::uint32_t packets = 0;
+  emulator::UsbSetup setup{};
+};
+
+/// The header of USBIP_CMD_SUBMIT.
+inline Bytes submitHeader(const SubmitFields& fields) {
+  Bytes bytes;
+  for (const std::uint32_t number :
+       {1U, fields.id, fields.device, fields.direction, fields.endpoint, fields.flags,
+        fields.length, 0U, fields.packets, 0U}) {
+    appendLong(bytes, number);
+  }
+  bytes.push_back(fields.setup.type);
+  bytes.push_back(fields.setup.request);
+  for (const std::uint16_t number : {fields.setup.value, fields.setup.index, fields.setup.length}) {
+    bytes.push_back(static_cast<std::uint8_t>(number & 0xFFU));
+    bytes.push_back(static_cast<std::uint8_t>(number >> 8U));
+  }
+  return bytes;
+}
+
+inline Bytes controlCommand(std::uint32_t id, const emulator::UsbSetup& setup) {
+  return submitHeader({.id = id,
+                       .direction = setup.type >= 0x80 ? 1U : 0U,
+                       .length = setup.type >= 0x80 ? setup.length : 0U,
+                       .setup = setup});
+}
+
+inline Bytes readCommand(std::uint32_t id, std::uint32_t length) {
+  return submitHeader({.id = id, .direction = 1, .endpoint = 2, .length = length});
+}
+
+inline Bytes writeCommand(std::uint32_t id, const Bytes& data) {
+  return joined(
+      {submitHeader({.id = id, .endpoint = 1, .length = static_cast<std::uint32_t>(data.size())}),
+       data});
+}
+
+/// USBIP_CMD_UNLINK.
+inline Bytes unlinkCommand(std::uint32_t id, std::uint32_t unlinked) {
+  Bytes bytes;
+  for (const std::uint32_t number : {2U, id, 0x00010001U, 0U, 0U, unlinked}) {
+    appendLong(bytes, number);
+  }
+  bytes.resize(48);
+  return bytes;
+}
+
+/// USBIP_RET_SUBMIT.
+inline Bytes submitReply(std::uint32_t id, std::uint32_t status, std::uint32_t done,
+                         const Bytes& data = {}) {
+  Bytes bytes;
+  for (const std::uint32_t number : {3U, id, 0U, 0U, 0U, status, done}) {
+    appendLong(bytes, number);
+  }
+  bytes.resize(48);
+  return joined({bytes, data});
+}
+
+/// USBIP_RET_UNLINK.
+inline Bytes unlinkReply(std::uint32_t id, std::uint32_t status) {
+  Bytes bytes;
+  for (const std::uint32_t number : {4U, id, 0U, 0U, 0U, status}) {
+    appendLong(bytes, number);
+  }
+  bytes.resize(48);
+  return bytes;
+}
+
+/// OP_REQ_DEVLIST.
+inline Bytes listRequest() {
+  return bytes("01 11 80 05 00 00 00 00");
+}
+
+/// OP_REQ_IMPORT.
+inline Bytes importRequest(std::string_view busId) {
+  Bytes request = joined({bytes("01 11 80 03 00 00 00 00"), textBytes(busId)});
+  request.resize(40);
+  return request;
+}
+
+/// How a list and an import's answer describe the printer, at high speed (3) or full speed (2).
+inline Bytes describedDevice(std::uint8_t speed = 3) {
+  Bytes device = textBytes("/sys/devices/emulated/usb1/1-1");
+  device.resize(256);
+  device = joined({device, textBytes("1-1")});
+  device.resize(288);
+  return joined({device,
+                 bytes("00 00 00 01 00 00 00 01 00 00 00"),
+                 {speed},
+                 bytes("12 09 00 01 01 00 00 00 00 01 01 01")});
+}
+
+}  // namespace support

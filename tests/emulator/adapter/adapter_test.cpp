@@ -1,0 +1,225 @@
+#include "emulator/adapter/adapter.h"
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "testing/bytes.h"
+#include "testing/emulated_printer.h"
+#include "testing/rows.h"
+
+namespace {
+
+using emulator::Personality;
+using npa::Bytes;
+using Printer = support::EmulatedPrinter;
+using support::bytes;
+
+const Bytes QuerySsid = bytes("A5 00 06 50 E0 D8 00 28 08");
+const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
+const Bytes QueryTrouble = bytes("A5 00 06 50 E0 D8 00 28 15");
+const Bytes QueryAuthStatus = bytes("A5 00 06 50 E0 D8 00 2A 1D");
+const Bytes StoreSsid = bytes("A5 00 0C 50 E0 DA 01 28 08 00 00 03 61 62 00");
+const Bytes Accepted = bytes("A5 00 05 50 E0 DA 01 01");
+const Bytes Refused = bytes("A5 00 02 D4 E0");
+
+TEST(Adapter, StoresSettingsAndGivesThemBack) {
+  Printer printer;
+  EXPECT_EQ(printer.ask(StoreSsid), Accepted);
+  EXPECT_EQ(printer.ask(QuerySsid), bytes("A5 00 0B 50 E0 D8 00 28 08 00 03 61 62 00"));
+}
+
+TEST(Adapter, AnswersAWrappedRequestInAWrapper) {
+  Printer printer;
+  EXPECT_EQ(
+      printer.ask(bytes("A5 00 15 50 E0 63 02 00 0F A5 00 0C 50 E0 DA 01 28 08 00 00 03 61 62 "
+                        "00")),
+      bytes("A5 00 0E 50 E0 63 02 00 08 A5 00 05 50 E0 DA 01 01"));
+  EXPECT_EQ(printer.ask(bytes("A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 28 08")),
+            bytes("A5 00 14 50 E0 63 02 00 0E A5 00 0B 50 E0 D8 00 28 08 00 03 61 62 00"));
+}
+
+TEST(Adapter, AnswersEachPacketOfOneWrite) {
+  Printer printer;
+  EXPECT_EQ(printer.ask(support::joined({StoreSsid, StoreSsid})),
+            support::joined({Accepted, Accepted}));
+}
+
+TEST(Adapter, WaitsForTheRestOfAPacket) {
+  Printer printer;
+  EXPECT_EQ(printer.ask(bytes("A5 00 0C 50 E0 DA 01 28 08")), Bytes());
+  EXPECT_EQ(printer.ask(bytes("00 00 03 61 62 00")), Accepted);
+}
+
+TEST(Adapter, GivesALengthOfZeroForWhatItDoesNotHoldAndForKeys) {
+  Printer printer;
+  EXPECT_EQ(printer.ask(QuerySsid), bytes("A5 00 08 50 E0 D8 00 28 08 00 00"));
+  EXPECT_EQ(printer.ask(bytes("A5 00 0B 50 E0 DA 01 28 11 00 00 02 6B 00")), Accepted);
+  EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 D8 00 28 11")),
+            bytes("A5 00 08 50 E0 D8 00 28 11 00 00"));
+}
+
+TEST(Adapter, HoldsWhatItsPersonalitySays) {
+  Printer printer(
+      {.ipAddress = {10, 1, 2, 3}, .troubleCode = 7, .ssid = "net", .descriptor = "A-"});
+  EXPECT_EQ(printer.ask(QueryIp), bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 0A 01 02 03"));
+  EXPECT_EQ(printer.ask(QueryTrouble), bytes("A5 00 0C 50 E0 D8 00 28 15 00 04 00 00 00 07"));
+  EXPECT_EQ(printer.ask(QuerySsid), bytes("A5 00 0C 50 E0 D8 00 28 08 00 04 6E 65 74 00"));
+  EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 D8 00 06 1F")),
+            bytes("A5 00 0A 50 E0 D8 00 06 1F 00 02 41 2D"));
+}
+
+TEST(Adapter, DoesNotAcceptMalformedSettings) {
+  Printer printer;
+  EXPECT_EQ(printer.ask(bytes("A5 00 0A 50 E0 DA 01 28 08 00 00 09 61")),
+            bytes("A5 00 05 50 E0 DA 01 00"));
+  EXPECT_FALSE(printer.adapter.settings().holds({0x28, 0x08}));
+}
+
+TEST(Adapter, RefusesWhatItDoesNotKnow) {
+  Printer printer;
+  EXPECT_EQ(printer.ask(bytes("A5 00 02 50 E0")), Refused);
+  EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 C0 03 00 02")), Refused);
+}
+
+TEST(Adapter, SaysNothingToASniff) {
+  Printer printer;
+  EXPECT_EQ(printer.ask(bytes("A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E")),
+            Bytes());
+}
+
+struct MoodRow : support::Row {
+  Personality personality;
+  const char* toBare;
+  const char* toWrapped;
+  bool stores;
+};
+
+class Mood : public testing::TestWithParam<MoodRow> {};
+
+TEST_P(Mood, DecidesTheAnswerToSettings) {
+  const Bytes wrapped = support::joined({bytes("A5 00 15 50 E0 63 02 00 0F"), StoreSsid});
+  EXPECT_EQ(Printer(GetParam().personality).ask(wrapped), bytes(GetParam().toWrapped));
+  Printer printer(GetParam().personality);
+  EXPECT_EQ(printer.ask(StoreSsid), bytes(GetParam().toBare));
+  EXPECT_EQ(printer.adapter.settings().holds({0x28, 0x08}), GetParam().stores);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Personalities, Mood,
+    testing::Values(
+        MoodRow{{"RefuseWrapped"},
+                {.refuseWrapped = true},
+                "A5 00 05 50 E0 DA 01 01",
+                "A5 00 02 D4 E0",
+                true},
+        MoodRow{{"RefuseAll"}, {.refuseAll = true}, "A5 00 02 D4 E0", "A5 00 02 D4 E0", false},
+        MoodRow{{"Silent"}, {.silent = true}, "", "", false},
+        MoodRow{{"Garbage"},
+                {.garbage = true},
+                "00 FF 13 37 5A 80 7F 20 0A 99 C3 42",
+                "00 FF 13 37 5A 80 7F 20 0A 99 C3 42",
+                false},
+        MoodRow{{"Cut"}, {.cutAt = 3}, "A5 00 05", "A5 00 0E", true},
+        MoodRow{
+            {"CutTheLastByte"}, {.cutAt = 7}, "A5 00 05 50 E0 DA 01", "A5 00 0E 50 E0 63 02", true},
+        MoodRow{{"CutBehindTheEnd"},
+                {.cutAt = 8},
+                "A5 00 05 50 E0 DA 01 01",
+                "A5 00 0E 50 E0 63 02 00",
+                true},
+        MoodRow{{"OtherResult"},
+                {.settingsResult = 2},
+                "A5 00 05 50 E0 DA 01 02",
+                "A5 00 0E 50 E0 63 02 00 08 A5 00 05 50 E0 DA 01 02",
+                false}),
+    support::rowName);
+
+TEST(Adapter, AnswersLateAndInPieces) {
+  using std::chrono::milliseconds;
+  Printer printer({.answerAfter = std::chrono::seconds(3), .pieceSize = 3});
+  const auto replies = printer.adapter.receive(StoreSsid);
+  ASSERT_EQ(replies.size(), 3U);
+  EXPECT_EQ(replies[0].bytes, bytes("A5 00 05"));
+  EXPECT_EQ(replies[1].bytes, bytes("50 E0 DA"));
+  EXPECT_EQ(replies[2].bytes, bytes("01 01"));
+  EXPECT_EQ(replies[0].delay, milliseconds(3000));
+  EXPECT_LT(replies[0].delay, replies[1].delay);
+  EXPECT_LT(replies[1].delay, replies[2].delay);
+}
+
+TEST(Adapter, HasAnAddressAfterSoManyQueries) {
+  Printer printer({.addressAcquired = {.afterQueries = 2}});
+  const Bytes none = bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 00 00 00 00");
+  EXPECT_EQ(printer.ask(QueryIp), none);
+  EXPECT_EQ(printer.ask(QueryIp), none);
+  EXPECT_EQ(printer.ask(QueryIp), bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0 A8 01 14"));
+}
+
+TEST(Adapter, HasAnAddressAfterSoManySeconds) {
+  using std::chrono::seconds;
+  Printer printer({.addressAcquired = {.afterTime = seconds(5)}});
+  printer.now += seconds(4);
+  EXPECT_EQ(printer.ask(QueryIp).back(), 0);
+  printer.now += seconds(1);
+  EXPECT_EQ(printer.ask(QueryIp).back(), 20);
+}
+
+TEST(Adapter, HasNoTroubleAnyMoreAfterSoManyQueries) {
+  Printer printer({.troubleCode = 9, .troubleOver = emulator::Readiness{.afterQueries = 1}});
+  EXPECT_EQ(printer.ask(QueryTrouble).back(), 9);
+  EXPECT_EQ(printer.ask(QueryTrouble).back(), 0);
+}
+
+TEST(Adapter, AlwaysWrapsTheRecordsOf8021xSettings) {
+  Printer printer({.authStatus = {2}});
+  EXPECT_EQ(printer.ask(QueryAuthStatus),
+            bytes("A5 00 12 50 E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 02"));
+  EXPECT_EQ(printer.ask(support::joined({bytes("A5 00 0F 50 E0 63 02 00 09"), QueryAuthStatus})),
+            bytes("A5 00 12 50 E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 02"));
+}
+
+TEST(Adapter, GivesSeveralRecordsAndAForeignOneFirst) {
+  Printer printer({.authStatus = {2, 5}, .otherRecordFirst = true});
+  EXPECT_EQ(printer.ask(QueryAuthStatus),
+            bytes("A5 00 2D 50 E0 63 02 00 27 A5 00 0C 50 E0 D8 00 2A 26 00 04 00 00 00 00 "
+                  "A5 00 09 50 E0 D8 00 2A 1D 00 01 02 A5 00 09 50 E0 D8 00 2A 1D 00 01 05"));
+}
+
+TEST(Adapter, CutsTheLastRecordInsideAWholePacket) {
+  Printer printer({.authStatus = {2}, .cutRecordAt = 11});
+  EXPECT_EQ(printer.ask(QueryAuthStatus),
+            bytes("A5 00 11 50 E0 63 02 00 0B A5 00 09 50 E0 D8 00 2A 1D 00 01"));
+}
+
+TEST(Adapter, AnswersInSeveralPacketsThatAnnounceTheNext) {
+  Printer printer({.authStatus = {2}, .replyPackets = 2});
+  EXPECT_EQ(printer.ask(QueryAuthStatus),
+            bytes("A5 00 15 70 E0 63 02 00 0F A5 00 0C 50 E0 D8 00 2A 26 00 04 00 00 00 00 "
+                  "A5 00 12 50 E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 02"));
+}
+
+TEST(Adapter, RefusesAQueryWhoseAnswerFitsNoPacket) {
+  Printer printer;
+  // The largest value that one bare packet can store; behind a query it is too large for a wrapper.
+  constexpr std::size_t valueSize = 0xFFFF - 4 - 5;
+  Bytes store = bytes("A5 FF FF 50 E0 DA 01 28 08 00 FF F6");
+  store.resize(store.size() + valueSize, 'x');
+  ASSERT_EQ(printer.ask(store), Accepted);
+  EXPECT_EQ(printer.ask(QuerySsid).size(), 9 + 2 + valueSize);
+  EXPECT_EQ(printer.ask(support::joined({bytes("A5 00 0F 50 E0 63 02 00 09"), QuerySsid})),
+            Refused);
+}
+
+TEST(AdapterLog, TellsRequestAndAnswerInHexAndInWordsWithKeysMasked) {
+  Printer printer;
+  printer.ask(support::joined({bytes("00"), bytes("A5 00 0B 50 E0 DA 01 28 11 00 00 02 6B 00")}));
+  EXPECT_EQ(printer.log,
+            (std::vector<std::string>{"<- A5 00 0B 50 E0 DA 01 28 11 00 00 02 ** **",
+                                      "   store settings: pre-shared key = (2 bytes)",
+                                      "-> A5 00 05 50 E0 DA 01 01", "   settings stored",
+                                      "   1 bytes outside any packet"}));
+}
+
+}  // namespace

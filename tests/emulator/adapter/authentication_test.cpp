@@ -1,0 +1,97 @@
+#include "emulator/adapter/authentication.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "testing/emulated_printer.h"
+#include "testing/rows.h"
+
+namespace {
+
+using emulator::CaCertificate;
+using emulator::CertificateStore;
+using emulator::SettingsStore;
+using npa::SettingKey;
+using support::Bytes;
+using support::bytes;
+namespace settings = npa::settings;
+
+struct StatusRow : support::Row {
+  std::vector<std::pair<SettingKey, const char*>> stored;
+  bool hasCa;
+  int status;
+};
+
+class AuthenticationStatus : public testing::TestWithParam<StatusRow> {};
+
+TEST_P(AuthenticationStatus, FollowsFromWhatThePrinterHolds) {
+  SettingsStore store;
+  for (const auto& [key, value] : GetParam().stored) {
+    store.set(key, bytes(value));
+  }
+  CertificateStore certificates;
+  if (GetParam().hasCa) {
+    certificates.add(CaCertificate{0, "RootCA", "ca.pem", "PEM"});
+  }
+  const emulator::Authentication authentication(store, certificates);
+  EXPECT_EQ(authentication.value(settings::AuthStatus), GetParam().status);
+  EXPECT_EQ(authentication.value(settings::AuthEnabled), GetParam().status == 0 ? 0 : 1);
+  EXPECT_EQ(authentication.value(settings::CaInstalled), GetParam().hasCa ? 1 : 0);
+}
+
+constexpr const char* On8021x = "00 00 00 03";
+
+const std::vector<StatusRow> Rows = {
+    {{"NothingStored"}, {}, false, 0},
+    {{"OtherSecurity"},
+     {{settings::Security, "00 00 00 02"}, {settings::MethodPeap, "01"}},
+     true,
+     0},
+    {{"EmptySecurity"}, {{settings::Security, ""}}, false, 0},
+    {{"NoMethodThatLooksAtTheServer"},
+     {{settings::Security, On8021x}, {settings::MethodMd5, "01"}, {settings::MethodPeap, "00"}},
+     false,
+     2},
+    {{"PeapWithoutCa"}, {{settings::Security, On8021x}, {settings::MethodPeap, "01"}}, false, 11},
+    {{"TlsWithoutCa"}, {{settings::Security, On8021x}, {settings::MethodTls, "01"}}, false, 11},
+    {{"TtlsWithoutCa"}, {{settings::Security, On8021x}, {settings::MethodTtls, "01"}}, false, 11},
+    {{"ValidationWithoutCa"},
+     {{settings::Security, On8021x}, {settings::ValidateCert, "01"}},
+     false,
+     11},
+    {{"PeapWithCa"}, {{settings::Security, On8021x}, {settings::MethodPeap, "01"}}, true, 2},
+};
+
+INSTANTIATE_TEST_SUITE_P(Settings, AuthenticationStatus, testing::ValuesIn(Rows), support::rowName);
+
+TEST(Authentication, SaysNothingOfOtherSettings) {
+  const SettingsStore store;
+  const CertificateStore certificates;
+  EXPECT_EQ(emulator::Authentication(store, certificates).value(settings::Security), std::nullopt);
+}
+
+/// A status record in its wrapper.
+Bytes statusRecord(int status) {
+  Bytes record = bytes("A5 00 12 50 E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 00");
+  record.back() = static_cast<std::uint8_t>(status);
+  return record;
+}
+
+TEST(Authentication, IsToldByTheAdapter) {
+  support::EmulatedPrinter printer;
+  const Bytes query = bytes("A5 00 06 50 E0 D8 00 2A 1D");
+  EXPECT_EQ(printer.ask(query), statusRecord(0));
+  printer.ask(bytes("A5 00 0D 50 E0 DA 01 28 22 00 00 04 00 00 00 03"));
+  EXPECT_EQ(printer.ask(query), statusRecord(2));
+  printer.ask(bytes("A5 00 0A 50 E0 DA 01 2A 17 00 00 01 01"));
+  EXPECT_EQ(printer.ask(query), statusRecord(11));
+}
+
+TEST(Authentication, IsWhatAnOptionSaysWhateverIsStored) {
+  support::EmulatedPrinter printer({.authStatus = {7}});
+  printer.ask(bytes("A5 00 0D 50 E0 DA 01 28 22 00 00 04 00 00 00 03"));
+  EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 D8 00 2A 1D")), statusRecord(7));
+}
+
+}  // namespace

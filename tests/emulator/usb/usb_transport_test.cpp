@@ -1,0 +1,218 @@
+#include "emulator/usb/usb_transport.h"
+
+#include <algorithm>
+#include <chrono>
+#include <gtest/gtest.h>
+#include <optional>
+#include <poll.h>
+#include <string>
+#include <vector>
+
+#include "testing/bytes.h"
+#include "testing/loopback_client.h"
+#include "testing/usb_printer.h"
+#include "testing/usbip_host.h"
+
+// The transport at a TCP port, with hosts that are sockets of the test's.
+
+namespace {
+
+using emulator::UsbDirection;
+using emulator::UsbFault;
+using emulator::UsbTraits;
+using emulator::UsbTransport;
+using npa::Bytes;
+using support::bytes;
+using support::controlCommand;
+using support::importRequest;
+using support::joined;
+using support::listRequest;
+using support::LoopbackClient;
+using support::readCommand;
+using support::submitReply;
+using support::unlinkCommand;
+using support::unlinkReply;
+using support::writeCommand;
+
+const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
+const Bytes Ip = bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0 A8 01 14");
+const Bytes Imported = joined({bytes("01 11 00 03 00 00 00 00"), support::describedDevice()});
+const Bytes NotImported = bytes("01 11 00 03 00 00 00 04");
+const Bytes Taken = bytes("01 11 00 03 00 00 00 02");
+const Bytes Listed = joined({bytes("01 11 00 05 00 00 00 00 00 00 00 01"),
+                             support::describedDevice(), bytes("07 01 02 00")});
+
+class ServedPrinter : public testing::Test {
+ protected:
+  void serve(const UsbTraits& traits = {}) {
+    m_Printer.emplace(traits);
+    m_Log.emplace([this](std::string_view line) { log.emplace_back(line); }, false);
+    transport.emplace(m_Printer->device, *m_Log, 0);
+  }
+
+  /// Lets the transport do what there is to do until the condition holds; returns whether it came
+  /// to that.
+  template <typename Condition>
+  bool works(Condition condition) {
+    constexpr int tries = 2000;
+    constexpr int momentInMilliseconds = 10;
+    for (int i = 0; i < tries; ++i) {
+      transport->sendDue();
+      if (condition()) {
+        return true;
+      }
+      std::vector<pollfd> awaited = transport->awaited();
+      if (::poll(awaited.data(), awaited.size(), momentInMilliseconds) > 0) {
+        transport->receiveAll();
+      }
+    }
+    return false;
+  }
+
+  /// What the host is answered, once it is as long as what is expected.
+  void ask(const LoopbackClient& host, const Bytes& message, const Bytes& expected) {
+    host.send(message);
+    Bytes answer;
+    EXPECT_TRUE(works([&] {
+      answer = joined({answer, host.receiveNow()});
+      return answer.size() >= expected.size();
+    }));
+    EXPECT_EQ(answer, expected);
+  }
+
+  bool closes(const LoopbackClient& host) {
+    return works([&] { return host.isClosed(); });
+  }
+
+  /// Imports the printer and configures it.
+  void attach(const LoopbackClient& host) {
+    ask(host, importRequest("1-1"), Imported);
+    ask(host, controlCommand(1, {0x00, 9, 1, 0, 0}), submitReply(1, 0, 0));
+  }
+
+  std::vector<std::string> log;
+  std::optional<UsbTransport> transport;
+
+ private:
+  std::optional<support::UsbPrinter> m_Printer;
+  std::optional<emulator::MessageLog> m_Log;
+};
+
+TEST_F(ServedPrinter, IsListedImportedAndUsed) {
+  serve();
+  EXPECT_NE(transport->port(), 0);
+  EXPECT_EQ(transport->printerNode(), std::nullopt);
+  const LoopbackClient lister(transport->port());
+  ask(lister, listRequest(), Listed);
+  const LoopbackClient host(transport->port());
+  attach(host);
+  ask(host, joined({readCommand(2, 1024), readCommand(3, 1024), writeCommand(4, QueryIp)}),
+      joined({submitReply(4, 0, 9), submitReply(2, 0, 15, Ip)}));
+  ask(host, unlinkCommand(5, 3), unlinkReply(5, 0xFFFFFF98));
+}
+
+TEST_F(ServedPrinter, IsOneHostsAtATime) {
+  serve();
+  const LoopbackClient second(transport->port());
+  {
+    const LoopbackClient first(transport->port());
+    attach(first);
+    ask(second, importRequest("1-1"), Taken);
+  }
+  EXPECT_TRUE(works([&] { return log.back() == "   USB: the host is gone"; }));
+  attach(second);
+}
+
+TEST_F(ServedPrinter, IsAsNewForTheNextHost) {
+  serve();
+  {
+    const LoopbackClient first(transport->port());
+    attach(first);
+    ask(first, joined({writeCommand(2, QueryIp), writeCommand(3, Bytes(1, 0xA5))}),
+        joined({submitReply(2, 0, 9), submitReply(3, 0, 1)}));
+  }
+  EXPECT_TRUE(works([&] { return log.back() == "   USB: the host is gone"; }));
+  const LoopbackClient second(transport->port());
+  attach(second);
+  ask(second, joined({readCommand(2, 64), writeCommand(3, QueryIp)}),
+      joined({submitReply(3, 0, 9), submitReply(2, 0, 15, Ip)}));
+}
+
+TEST_F(ServedPrinter, DropsAHostThatBreaksTheProtocol) {
+  serve();
+  const LoopbackClient good(transport->port());
+  attach(good);
+  const LoopbackClient bad(transport->port());
+  bad.send(Bytes(8, 0xFF));
+  EXPECT_TRUE(closes(bad));
+  EXPECT_EQ(log.back(), "   USB: the host is dropped: another version of the protocol");
+  ask(good, writeCommand(2, QueryIp), submitReply(2, 0, 9));
+  good.send(Bytes(48, 0xFF));
+  EXPECT_TRUE(closes(good));
+  const LoopbackClient next(transport->port());
+  attach(next);
+}
+
+TEST_F(ServedPrinter, IsUnpluggedAndPluggedInAgain) {
+  serve();
+  const LoopbackClient host(transport->port());
+  attach(host);
+  transport->unplug();
+  EXPECT_FALSE(transport->isPluggedIn());
+  EXPECT_TRUE(closes(host));
+  const LoopbackClient lister(transport->port());
+  ask(lister, listRequest(), bytes("01 11 00 05 00 00 00 00 00 00 00 00"));
+  ask(lister, importRequest("1-1"), NotImported);
+  transport->plugIn();
+  attach(lister);
+}
+
+TEST_F(ServedPrinter, UnpluggedByAFaultTellsWhatWasDoneAndComesBackLater) {
+  serve({.faults = {{UsbFault::Kind::Unplug, UsbDirection::Out, 9}},
+         .replugAfter = std::chrono::seconds(3600)});
+  const LoopbackClient host(transport->port());
+  attach(host);
+  ask(host, writeCommand(2, QueryIp), submitReply(2, 0, 9));
+  EXPECT_TRUE(closes(host));
+  EXPECT_FALSE(transport->isPluggedIn());
+  ASSERT_TRUE(transport->nextDue());
+  EXPECT_GT(*transport->nextDue(), UsbTransport::Clock::now() + std::chrono::seconds(3500));
+}
+
+TEST_F(ServedPrinter, IsPluggedInAgainWhenItsTimeHasCome) {
+  serve({.faults = {{UsbFault::Kind::Unplug, UsbDirection::Out, 9}},
+         .replugAfter = std::chrono::seconds(0)});
+  const LoopbackClient host(transport->port());
+  attach(host);
+  ask(host, writeCommand(2, QueryIp), submitReply(2, 0, 9));
+  EXPECT_TRUE(closes(host));
+  EXPECT_TRUE(works([&] { return transport->isPluggedIn(); }));
+  const LoopbackClient again(transport->port());
+  attach(again);
+  ask(again, writeCommand(2, QueryIp), submitReply(2, 0, 9));
+}
+
+TEST_F(ServedPrinter, StaysAwayWithoutATimeToComeBack) {
+  serve({.faults = {{UsbFault::Kind::Unplug, UsbDirection::Out, 9}}});
+  const LoopbackClient host(transport->port());
+  attach(host);
+  host.send(writeCommand(2, QueryIp));
+  EXPECT_TRUE(works([&] { return !transport->isPluggedIn(); }));
+  EXPECT_FALSE(transport->nextDue());
+}
+
+TEST_F(ServedPrinter, TakesMoreHostsThanItServesAtATime) {
+  constexpr std::size_t most = 16;
+  serve();
+  std::vector<LoopbackClient> hosts;
+  for (std::size_t i = 0; i < most + 1; ++i) {
+    hosts.emplace_back(transport->port());
+    EXPECT_TRUE(hosts.back().isConnected());
+    // With the transport's own socket while there is room for another.
+    EXPECT_TRUE(works([&] { return transport->awaited().size() == std::min(i + 2, most); }));
+  }
+  hosts.erase(hosts.begin());
+  ask(hosts.back(), listRequest(), Listed);
+}
+
+}  // namespace

@@ -1,0 +1,250 @@
+#include "emulator/usb/usbip_session.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "testing/bytes.h"
+#include "testing/rows.h"
+#include "testing/usb_printer.h"
+#include "testing/usbip_host.h"
+
+namespace {
+
+using emulator::UsbipError;
+using emulator::UsbipSession;
+using emulator::UsbipStatus;
+using npa::Bytes;
+using support::bytes;
+using support::controlCommand;
+using support::joined;
+using support::readCommand;
+using support::submitHeader;
+using support::submitReply;
+using support::unlinkCommand;
+using support::unlinkReply;
+using support::writeCommand;
+using Phase = UsbipSession::Phase;
+
+const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
+const Bytes Ip = bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0 A8 01 14");
+constexpr std::uint32_t Stalled = 0xFFFFFFE0;
+constexpr std::uint32_t TakenBack = 0xFFFFFF98;
+
+/// A printer and the connection of a host with it.
+class Connection {
+ public:
+  explicit Connection(Phase phase = Phase::Transfers, emulator::UsbTraits traits = {})
+      : printer(std::move(traits)), session(printer.device, phase) {}
+
+  Bytes say(const Bytes& input) {
+    session.receive(input);
+    return session.takeOutput();
+  }
+
+  support::ReadyUsbPrinter printer;
+  UsbipSession session;
+};
+
+TEST(UsbipSession, AnswersAControlRequestWithItsData) {
+  Connection connection;
+  EXPECT_EQ(connection.say(controlCommand(7, {0x80, 6, 0x0100, 0, 8})),
+            submitReply(7, 0, 8, bytes("12 01 00 02 00 00 00 40")));
+}
+
+TEST(UsbipSession, AnswersAStall) {
+  Connection connection;
+  EXPECT_EQ(connection.say(controlCommand(0xFFFFFFFF, {0x80, 6, 0x0F00, 0, 8})),
+            submitReply(0xFFFFFFFF, Stalled, 0));
+}
+
+TEST(UsbipSession, GivesNoMoreDataThanTheBufferHolds) {
+  Connection connection;
+  EXPECT_EQ(connection.say(
+                submitHeader({.direction = 1, .length = 2, .setup = {0x80, 6, 0x0100, 0, 18}})),
+            submitReply(1, 0, 2, bytes("12 01")));
+}
+
+TEST(UsbipSession, CarriesARequestAndItsReply) {
+  Connection connection;
+  EXPECT_EQ(connection.say(readCommand(1, 1024)), Bytes());
+  EXPECT_EQ(connection.say(writeCommand(2, QueryIp)),
+            joined({submitReply(2, 0, 9), submitReply(1, 0, 15, Ip)}));
+}
+
+TEST(UsbipSession, HandsOverThatLessIsAnError) {
+  Connection connection;
+  connection.say(writeCommand(2, QueryIp));
+  EXPECT_EQ(connection.say(
+                submitHeader({.id = 3, .direction = 1, .endpoint = 2, .flags = 1, .length = 64})),
+            submitReply(3, 0xFFFFFF87, 15, Ip));
+}
+
+TEST(UsbipSession, UnlinksAReadThatWaits) {
+  Connection connection;
+  connection.say(joined({readCommand(1, 1024), readCommand(2, 1024)}));
+  EXPECT_EQ(connection.say(unlinkCommand(3, 1)), unlinkReply(3, TakenBack));
+  EXPECT_EQ(connection.say(writeCommand(4, QueryIp)),
+            joined({submitReply(4, 0, 9), submitReply(2, 0, 15, Ip)}));
+}
+
+TEST(UsbipSession, SaysThatAnUnlinkedReadHasEnded) {
+  Connection connection;
+  EXPECT_EQ(connection.say(joined({readCommand(1, 1024), writeCommand(2, QueryIp),
+                                   unlinkCommand(3, 1), unlinkCommand(4, 99)})),
+            joined({submitReply(2, 0, 9), submitReply(1, 0, 15, Ip), unlinkReply(3, 0),
+                    unlinkReply(4, 0)}));
+}
+
+TEST(UsbipSession, TellsOfAReadThatEndedJustBeforeItsUnlink) {
+  Connection connection(Phase::Transfers, {.outBytesPerSecond = 9});
+  connection.say(joined({readCommand(1, 1024), writeCommand(2, QueryIp)}));
+  connection.printer.printer.now += std::chrono::seconds(1);
+  EXPECT_EQ(connection.say(unlinkCommand(3, 1)),
+            joined({submitReply(2, 0, 9), submitReply(1, 0, 15, Ip), unlinkReply(3, 0)}));
+}
+
+TEST(UsbipSession, TakesItsInputInAnyPieces) {
+  const Bytes input = joined({support::importRequest("1-1"), controlCommand(1, {0x00, 9, 1, 0, 0}),
+                              readCommand(2, 64), writeCommand(3, QueryIp), writeCommand(4, {}),
+                              readCommand(5, 64), unlinkCommand(6, 5)});
+  Connection whole(Phase::Requests);
+  const Bytes expected = whole.say(input);
+  EXPECT_EQ(expected.size(), 320U + 48U + 48U + 63U + 48U + 48U);
+  for (const std::size_t size : {1U, 7U, 39U, 41U, 48U, 100U}) {
+    Connection connection(Phase::Requests);
+    Bytes output;
+    for (std::size_t start = 0; start < input.size(); start += size) {
+      const auto first = input.begin() + static_cast<std::ptrdiff_t>(start);
+      const Bytes piece(first,
+                        first + static_cast<std::ptrdiff_t>(std::min(size, input.size() - start)));
+      output = joined({output, connection.say(piece)});
+    }
+    EXPECT_EQ(output, expected) << size;
+  }
+}
+
+TEST(UsbipSession, DoesNothingWithACommandThatIsCut) {
+  Connection connection;
+  Bytes command = writeCommand(1, QueryIp);
+  command.pop_back();
+  EXPECT_EQ(connection.say(command), Bytes());
+  EXPECT_TRUE(connection.printer.printer.log.empty());
+}
+
+struct HostileRow : support::Row {
+  Bytes input;
+  const char* reason;
+};
+
+Bytes withKind(std::uint8_t kind) {
+  Bytes command = unlinkCommand(1, 1);
+  command[3] = kind;
+  return command;
+}
+
+class HostileHost : public testing::TestWithParam<HostileRow> {};
+
+TEST_P(HostileHost, IsRefused) {
+  Connection connection;
+  try {
+    connection.say(GetParam().input);
+    FAIL() << "accepted";
+  } catch (const UsbipError& error) {
+    EXPECT_STREQ(error.what(), GetParam().reason);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, HostileHost,
+    testing::Values(HostileRow{{"OutTooLong"},
+                               submitHeader({.endpoint = 1, .length = 0x100001}),
+                               "a transfer of 1048577 bytes"},
+                    HostileRow{{"InTooLong"},
+                               submitHeader({.direction = 1, .endpoint = 2, .length = 0xFFFFFFFF}),
+                               "a transfer of 4294967295 bytes"},
+                    HostileRow{{"Isochronous"},
+                               submitHeader({.endpoint = 1, .packets = 1}),
+                               "an isochronous transfer"},
+                    HostileRow{{"ManyPackets"},
+                               submitHeader({.endpoint = 1, .packets = 0xFFFFFFFE}),
+                               "an isochronous transfer"},
+                    HostileRow{{"Direction"},
+                               submitHeader({.direction = 2, .endpoint = 1}),
+                               "a transfer in direction 2"},
+                    HostileRow{{"AnotherDevice"},
+                               submitHeader({.device = 0x00010002}),
+                               "a transfer for another device"},
+                    HostileRow{{"NoCommand"}, withKind(0), "a command 0"},
+                    HostileRow{{"AReply"}, withKind(3), "a command 3"}),
+    support::rowName);
+
+TEST(UsbipSession, AcceptsTheLargestTransferAndNoPacketsInEitherForm) {
+  Connection connection;
+  const Bytes largest(0x100000, 0);
+  EXPECT_EQ(connection.say(writeCommand(1, largest)), submitReply(1, 0, 0x100000));
+  EXPECT_EQ(connection.say(submitHeader({.id = 2, .endpoint = 1, .packets = 0xFFFFFFFF})),
+            submitReply(2, 0, 0));
+}
+
+TEST(UsbipSession, RefusesMoreTransfersThanItHolds) {
+  Connection reads;
+  for (std::uint32_t i = 0; i < UsbipSession::MostTransfers; ++i) {
+    reads.say(readCommand(i, 0x100000));
+  }
+  EXPECT_THROW(reads.say(readCommand(1000, 1)), UsbipError);
+  Connection writes(Phase::Transfers,
+                    {.faults = {{emulator::UsbFault::Kind::Hold, emulator::UsbDirection::Out, 0}}});
+  const Bytes command = writeCommand(1, Bytes(0x100000, 0));
+  for (int i = 0; i < 4; ++i) {
+    writes.say(command);
+  }
+  EXPECT_THROW(writes.say(writeCommand(1, {0})), UsbipError);
+}
+
+TEST(UsbipSession, ListsTheDevice) {
+  Connection connection(Phase::Requests);
+  const Bytes head = bytes("01 11 00 05 00 00 00 00 00 00 00 01");
+  const Bytes interface = bytes("07 01 02 00");
+  EXPECT_EQ(connection.say(support::listRequest()),
+            joined({head, support::describedDevice(), interface}));
+  Connection full(Phase::Requests, {.speed = emulator::UsbSpeed::Full});
+  EXPECT_EQ(full.say(support::listRequest()),
+            joined({head, support::describedDevice(2), interface}));
+  EXPECT_FALSE(full.session.hasDevice());
+}
+
+TEST(UsbipSession, ListsNothingWhileUnplugged) {
+  Connection connection(Phase::Requests);
+  connection.session.offer(UsbipStatus::NoDevice);
+  EXPECT_EQ(connection.say(support::listRequest()), bytes("01 11 00 05 00 00 00 00 00 00 00 00"));
+}
+
+TEST(UsbipSession, HandsOverTheDevice) {
+  Connection connection(Phase::Requests);
+  EXPECT_EQ(connection.say(support::importRequest("1-1")),
+            joined({bytes("01 11 00 03 00 00 00 00"), support::describedDevice()}));
+  EXPECT_TRUE(connection.session.hasDevice());
+  EXPECT_EQ(connection.say(writeCommand(2, QueryIp)), submitReply(2, 0, 9));
+}
+
+TEST(UsbipSession, HandsOverNothingElse) {
+  Connection connection(Phase::Requests);
+  const Bytes none = bytes("01 11 00 03 00 00 00 04");
+  EXPECT_EQ(connection.say(support::importRequest("1-2")), none);
+  EXPECT_EQ(connection.say(support::importRequest("1-11")), none);
+  EXPECT_EQ(connection.say(support::importRequest(std::string(32, '1'))), none);
+  connection.session.offer(UsbipStatus::Busy);
+  EXPECT_EQ(connection.say(support::importRequest("1-1")), bytes("01 11 00 03 00 00 00 02"));
+  EXPECT_FALSE(connection.session.hasDevice());
+}
+
+TEST(UsbipSession, RefusesOtherRequests) {
+  for (const char* request : {"01 06 80 05 00 00 00 00", "01 11 80 04 00 00 00 00",
+                              "01 11 00 05 00 00 00 00", "00 00 00 01 00 00 00 01"}) {
+    Connection connection(Phase::Requests);
+    EXPECT_THROW(connection.say(bytes(request)), UsbipError) << request;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,245 @@
+#include "settings/config_details.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "testing/rows.h"
+#include "testing/settings.h"
+
+using support::settings;
+using Arguments = std::vector<std::string>;
+
+namespace {
+
+struct SettingRow : support::Row {
+  const char* key;  ///< null: no option fills it
+  std::string initial;
+  std::function<std::string(const configDetails&)> get;
+};
+
+const SettingRow Rows[] = {
+    {{"Usb"}, nullptr, "/dev/usb/lp0", &configDetails::getUSB},
+    {{"Ssid"}, "--ssid=", "", &configDetails::getSSID},
+    {{"Channel"}, "--channel=", "6", &configDetails::getChannel},
+    {{"Mode"}, "--mode=", "Managed", &configDetails::getMode},
+    {{"Security"}, "--security=", "None", &configDetails::getSecurity},
+    {{"Passwd"}, "--passwd=", "", &configDetails::getPasswd},
+    {{"NpaFileData"}, nullptr, "", &configDetails::getNPAFileData},
+    {{"Encryption"}, "--encryption=", "", &configDetails::get802Encryption},
+    {{"AuthExt"}, "--802-auth-ext=", "", &configDetails::get802AuthExt},
+    {{"AuthInner"}, "--802-auth-inner=", "", &configDetails::get802AuthInner},
+    {{"Username"}, "--802-user=", "", &configDetails::get802Username},
+    {{"Password"}, "--802-pwd=", "", &configDetails::get802Password},
+    {{"CaCertFile"}, "--802-CA-cer-file=", "", &configDetails::get802CACertFile},
+    {{"SignedCertFile"}, "--802-signed-cer-file=", "", &configDetails::get802SignedCertFile},
+    {{"WepKey1"},
+     "--WEP-key1=",
+     "",
+     [](const auto& record) {
+       return record.getWEPKey(0);
+     }},
+    {{"WepKey2"},
+     "--WEP-key2=",
+     "",
+     [](const auto& record) {
+       return record.getWEPKey(1);
+     }},
+    {{"WepKey3"},
+     "--WEP-key3=",
+     "",
+     [](const auto& record) {
+       return record.getWEPKey(2);
+     }},
+    {{"WepKey4"},
+     "--WEP-key4=",
+     "",
+     [](const auto& record) {
+       return record.getWEPKey(3);
+     }},
+    {{"WepTransmit"}, "--WEP-transmit=", "", &configDetails::getWEPTransmit},
+    {{"Psk"}, "--psk=", "", &configDetails::getPSK},
+    {{"CerCommonName"}, "--cer-common=", "", &configDetails::getCerCommonName},
+    {{"CerOrg"}, "--cer-org=", "", &configDetails::getCerOrg},
+    {{"CerUnit"}, "--cer-unit=", "", &configDetails::getCerUnit},
+    {{"CerState"}, "--cer-state=", "", &configDetails::getCerState},
+    {{"CerCountry"}, "--cer-country=", "", &configDetails::getCerCountry},
+    {{"CerCity"}, "--cer-city=", "", &configDetails::getCerCity},
+    {{"CerAltName"}, "--cer-altname=", "", &configDetails::getCerAltName},
+    {{"CerFriendlyName"}, "--cer-friendly-name=", "", &configDetails::getCerFriendlyName},
+    {{"CerFilePath"}, "--cer-path=", "", &configDetails::getCerFilePath},
+};
+
+class Setting : public testing::TestWithParam<SettingRow> {
+ protected:
+  /// Expects `value` of the row's setting and the initial value of every other.
+  static void expectOnly(const configDetails& record, const std::string& value) {
+    for (const SettingRow& row : Rows) {
+      const bool own = std::string(row.name) == GetParam().name;
+      EXPECT_EQ(row.get(record), own ? value : row.initial) << row.name;
+    }
+  }
+
+  static std::string option(const std::string& value) {
+    return (GetParam().key == nullptr ? "" : GetParam().key) + value;
+  }
+};
+
+}  // namespace
+
+TEST_P(Setting, HasItsInitialValueInAFreshRecord) {
+  expectOnly(configDetails(), GetParam().initial);
+}
+
+TEST_P(Setting, IsFilledByItsOptionAlone) {
+  if (GetParam().key == nullptr) {
+    expectOnly(settings({"--usb=new", "--npa=new"}), GetParam().initial);
+  } else {
+    expectOnly(settings({option("new")}), "new");
+  }
+}
+
+TEST_P(Setting, IsEmptiedByItsKeyAlone) {
+  if (GetParam().key == nullptr) {
+    expectOnly(settings({"--usb=", "--npa="}), GetParam().initial);
+  } else {
+    expectOnly(settings({option("")}), "");
+  }
+}
+
+TEST_P(Setting, TakesItsLastValue) {
+  if (GetParam().key != nullptr) {
+    expectOnly(settings({option("first"), option("last")}), "last");
+  } else {
+    EXPECT_EQ(GetParam().get(settings({"-x", "-y"})), GetParam().initial);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Setting, testing::ValuesIn(Rows), support::rowName);
+
+// --- The value of an option ---------------------------------------------------------------------
+
+namespace {
+
+struct ValueRow : support::Row {
+  std::string text;
+  std::string value;  ///< of "--ssid=" when it was "old" before
+};
+
+class OptionValue : public testing::TestWithParam<ValueRow> {};
+
+}  // namespace
+
+TEST_P(OptionValue, IsExtracted) {
+  configDetails record;
+  std::string value = "old";
+  EXPECT_EQ(record.getParmValue(GetParam().text, "--ssid=", &value), 0);
+  EXPECT_EQ(value, GetParam().value);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, OptionValue,
+    testing::Values(ValueRow{{"BehindTheKey"}, "--ssid=Home", "Home"},
+                    ValueRow{{"Empty"}, "--ssid=", ""}, ValueRow{{"OtherKey"}, "--psk=Home", "old"},
+                    ValueRow{{"EmptyText"}, "", "old"},
+                    ValueRow{{"KeyWithoutEquals"}, "--ssid", "old"},
+                    ValueRow{{"OtherCase"}, "--SSID=Home", "old"},
+                    ValueRow{{"BlanksAreKept"}, "--ssid= a b ", " a b "},
+                    ValueRow{{"EqualsSignInIt"}, "--ssid=a=b", "a=b"},
+                    ValueRow{{"KeyTwice"}, "--ssid=--ssid=a", "--ssid=a"},
+                    ValueRow{{"KeyNotAtTheStart"}, "x--ssid=Home", "=Home"},
+                    ValueRow{{"KeyFarFromTheStart"}, "--psk=a--ssid=Home", "--ssid=Home"},
+                    ValueRow{{"InQuotationMarks"}, "--ssid=\"My Net\"", "My Net"},
+                    ValueRow{{"NothingInQuotationMarks"}, "--ssid=\"\"", ""},
+                    ValueRow{{"TextAroundQuotationMarks"}, "--ssid=a\"b\"c", "b"},
+                    ValueRow{{"OneQuotationMark"}, "--ssid=a\"b", "b"},
+                    ValueRow{{"OneQuotationMarkAtTheEnd"}, "--ssid=ab\"", ""},
+                    ValueRow{{"ThreeQuotationMarks"}, "--ssid=\"a\"b\"", "a"},
+                    ValueRow{{"QuotationMarksBeforeTheKey"}, "\"a\"--ssid=b", "a"},
+                    ValueRow{{"QuotationMarkBeforeAndBehindTheKey"}, "\"--ssid=b\"c", "--ssid=b"}),
+    support::rowName);
+
+TEST(OptionValue, IsTheWholeTextForAnEmptyKey) {
+  configDetails record;
+  std::string value = "old";
+  record.getParmValue("text", "", &value);
+  EXPECT_EQ(value, "text");
+}
+
+// --- The command line ---------------------------------------------------------------------------
+
+TEST(ParseParm, TakesOptionsAndDeviceInAnyOrder) {
+  const configDetails record =
+      settings({"-c", "--psk=k", "/dev/usb/lp3", "--ssid=Home", "--channel=11"});
+  EXPECT_EQ(record.getPSK(), "k");
+  EXPECT_EQ(record.getUSB(), "/dev/usb/lp3");
+  EXPECT_EQ(record.getSSID(), "Home");
+  EXPECT_EQ(record.getChannel(), "11");
+  EXPECT_EQ(record.getMode(), "Managed");
+}
+
+TEST(ParseParm, TakesTheLastArgumentWithoutMinusAsTheDevice) {
+  EXPECT_EQ(settings({"lp0", "/dev/usb/lp1"}).getUSB(), "/dev/usb/lp1");
+  EXPECT_EQ(settings({"/dev/usb/lp1", ""}).getUSB(), "");
+  EXPECT_EQ(settings({"/dev/usb/lp1", "usb-printer"}).getUSB(), "/dev/usb/lp1");
+  EXPECT_EQ(settings({"ssid=Home"}).getUSB(), "ssid=Home");
+}
+
+TEST(ParseParm, FillsEverySettingWhoseKeyAnArgumentHolds) {
+  // Each value starts where its own key would end.
+  const configDetails record = settings({"--ssid=a--psk=b"});
+  EXPECT_EQ(record.getSSID(), "a--psk=b");
+  EXPECT_EQ(record.getPSK(), "=a--psk=b");
+}
+
+TEST(ParseParm, LooksAtArguments1ToCountMinus1) {
+  configDetails record;
+  const Arguments arguments = {"--ssid=program", "--psk=k", "--ssid=beyond", "lp9"};
+  EXPECT_EQ(record.parseParm(2, arguments), 0);
+  EXPECT_EQ(record.getSSID(), "");
+  EXPECT_EQ(record.getPSK(), "k");
+  EXPECT_EQ(record.getUSB(), "/dev/usb/lp0");
+}
+
+TEST(ParseParm, IgnoresWhatItDoesNotKnow) {
+  const configDetails record = settings({"-c", "-file", "--sid=x", "--ssid", "-", "--"});
+  EXPECT_EQ(record.getSSID(), "");
+  EXPECT_EQ(record.getUSB(), "/dev/usb/lp0");
+}
+
+TEST(ParseParm, ChecksNoValue) {
+  const configDetails record = settings({"--channel=99", "--mode=none", "--security=?"});
+  EXPECT_EQ(record.getChannel(), "99");
+  EXPECT_EQ(record.getMode(), "none");
+  EXPECT_EQ(record.getSecurity(), "?");
+}
+
+TEST(ParseParm, TakesACountThatIsNoCount) {
+  for (const int count : {-1, 0, 1, 99}) {
+    configDetails record;
+    EXPECT_EQ(record.parseParm(count, {"program", "lp9"}), 0);
+    EXPECT_EQ(record.getUSB(), count == 99 ? "lp9" : "/dev/usb/lp0");
+    EXPECT_EQ(record.parseParm(count, {}), 0);
+    EXPECT_EQ(record.parseUSB(count, {}), 0);
+  }
+}
+
+TEST(ParseUsb, TakesTheDeviceAlone) {
+  configDetails record;
+  EXPECT_EQ(record.parseUSB(5, {"lp7", "-ip", "--ssid=x", "lp1", "/dev/usb/lp2"}), 0);
+  EXPECT_EQ(record.getUSB(), "/dev/usb/lp2");
+  EXPECT_EQ(record.getSSID(), "");
+}
+
+TEST(ParseUsb, LooksAtArguments1ToCountMinus1) {
+  configDetails record;
+  record.parseUSB(2, {"lp7", "-ip", "lp1"});
+  EXPECT_EQ(record.getUSB(), "/dev/usb/lp0");
+}
+
+TEST(ParseUsb, PassesAPathWithAMinus) {
+  configDetails record;
+  record.parseUSB(3, {"program", "-ip", "/dev/usb-printer/lp1"});
+  EXPECT_EQ(record.getUSB(), "/dev/usb/lp0");
+}
