@@ -45,10 +45,17 @@ check_pie_supported(LANGUAGES CXX)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  # Paths below the sources and the build folder's name do not count: another clone has the same objects.
   # What a precompiled header holds is told to the cache by the compiler.
-  set(CMAKE_CXX_COMPILER_LAUNCHER
-    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+    CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+    CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-fpch-preprocess)
+  elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # CMake's own options hide the paths from the cache; and a header's time is no part of its content.
+    set(CMAKE_CXX_COMPILE_OPTIONS_CREATE_PCH
+      -Xclang -emit-pch -Xclang -fno-pch-timestamp -include <PCH_HEADER> -x c++-header)
+    set(CMAKE_CXX_COMPILE_OPTIONS_USE_PCH -include-pch <PCH_FILE>)
   endif()
 endif()
