@@ -18,12 +18,20 @@ if(ZVK_SANITIZERS)
   add_compile_options($<$<CONFIG:Debug>:-O1> -fsanitize=${ZVK_SANITIZERS} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZVK_SANITIZERS})
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND ZVK_SANITIZERS MATCHES "address" AND NOT ZVK_FUZZ)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND ZVK_SANITIZERS MATCHES "address")
     # As g++ does by itself: linked in, clang's runtime and a preloaded clock wait for each other.
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-runtime-dir
       OUTPUT_VARIABLE runtime_folder OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     add_link_options(-shared-libsan "LINKER:-rpath,${runtime_folder}")
   endif()
+endif()
+
+if(ZVK_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR NOT ZVK_SANITIZERS MATCHES "address")
+    message(FATAL_ERROR "The fuzzers need clang++, and AddressSanitizer to see what they find")
+  endif()
+  # The libraries report to a fuzzer where an input leads. Programs without one ignore it.
+  add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
 # Programs that are shipped: a mistake that gets past everything else ends the program instead of
