@@ -26,7 +26,7 @@ bool isHexDigit(char c) {
 }  // namespace
 
 int configDetails::parseFile(std::string path, std::string usbPath) {
-  value(Setting::Usb) = usbPath;
+  slot(Setting::Usb) = usbPath;
   const File file(std::fopen(path.c_str(), "re"));
   if (!file) {
     return 0;
@@ -46,7 +46,7 @@ int configDetails::parseNPAFile(const char* path) {
   if (!file) {
     return -1;
   }
-  std::string& digits = value(Setting::NpaFileData);
+  std::string& digits = slot(Setting::NpaFileData);
   digits.clear();
   std::array<char, 4096> block{};
   std::size_t count = 0;

@@ -247,7 +247,8 @@ TEST(Zvkprinter, SaysWhatIsWrongWithItsCommandLine) {
   const ProcessResult result = runProcess({ZVKPRINTER, "run", "--ip=1.2.3"});
   EXPECT_EQ(result.status, 125);
   EXPECT_EQ(result.err,
-            "zvkprinter: '1.2.3' is no IP address; 'zvkprinter help' lists what there is\n");
+            "zvkprinter: --ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3'\n"
+            "Try 'zvkprinter help'.\n");
   EXPECT_EQ(runProcess({ZVKPRINTER, "help"}).status, 0);
 }
 
