@@ -8,8 +8,8 @@
 
 #include "cert/cert_mgr.h"
 #include "cert/obj_store_response.h"
-#include "costs/counted_memory.h"
 #include "npa/send_config.h"
+#include "support/counted_memory.h"
 #include "support/generator.h"
 #include "support/output.h"
 #include "support/rows.h"
@@ -20,6 +20,13 @@ namespace {
 
 using support::bytes;
 using support::outputOf;
+
+/// Counts the blocks that an action takes.
+std::size_t allocationsOf(const std::function<void()>& action) {
+  const std::size_t before = support::allocations();
+  action();
+  return support::allocations() - before;
+}
 
 /// Counts the allocations of an action whose output does not matter.
 std::size_t silentAllocationsOf(const std::function<void()>& action) {
