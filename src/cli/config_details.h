@@ -2,13 +2,15 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 /// The settings of one run, every one held as text and none checked: what a text means, and whether
 /// it means anything, is for those who encode it. References that a getter returns live as long as
-/// the record.
+/// the record. So do the files that it reads: they stay open.
 class configDetails {
  public:
   /// Channel "6", mode "Managed", security "None", device "/dev/usb/lp0"; all else empty.
@@ -114,6 +116,14 @@ class configDetails {
   static constexpr std::size_t SettingCount = static_cast<std::size_t>(Setting::Count);
   static const std::array<Option, 27> Options;
 
+  struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  using File = std::unique_ptr<std::FILE, CloseFile>;
+
+  /// Opens a file for reading, for as long as the record lives. Returns nullptr on failure.
+  std::FILE* open(const char* path);
+
   std::string& value(Setting setting) { return m_Values[static_cast<std::size_t>(setting)]; }
   const std::string& value(Setting setting) const {
     return m_Values[static_cast<std::size_t>(setting)];
@@ -122,4 +132,7 @@ class configDetails {
   void applyOptions(const std::string& argument);
 
   std::array<std::string, SettingCount> m_Values;
+  // A run may start with standard input closed. The file then gets descriptor 0, which no device
+  // may have: as long as the file is open, the device gets another.
+  std::vector<File> m_Files;
 };
