@@ -53,9 +53,17 @@ TEST(DecoderOptions, AreRefusedWithAReason) {
 }
 
 TEST(DecoderHelp, ListsEachOption) {
-  for (const decoder::Option& option : decoder::optionTable()) {
-    EXPECT_NE(decoder::helpText().find("  " + std::string(option.name)), std::string::npos);
-  }
+  const std::string text = decoder::helpText();
+  const std::string options =
+      "\n"
+      "  --json                 write one JSON document\n"
+      "  --secrets              do not mask keys and passwords\n"
+      "  --form=text|capture    read the input so, whatever it looks like\n"
+      "  --device=BUS:DEVICE    look at this device of a capture only\n"
+      "  --objects              list the settings that are known\n"
+      "  --help                 print this text\n"
+      "\n";
+  EXPECT_NE(text.find(options), std::string::npos) << text;
 }
 
 TEST(ObjectsText, HasALineForEachSetting) {

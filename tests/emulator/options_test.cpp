@@ -252,7 +252,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "'256' is no number from 0 to 255"}),
     support::rowName);
 
-TEST(HelpText, NamesEveryOption) {
+TEST(HelpText, NamesOptionsWithTheirValues) {
   const std::string help = emulator::helpText();
   for (const char* option : {"--refuse-wrapped", "--packets=N", "--log=FILE", "--link=PATH",
                              "--attach", "--usb-hold=in|out[:BYTES]"}) {

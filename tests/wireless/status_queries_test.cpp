@@ -23,8 +23,10 @@ const Bytes Wrapper = bytes("A5 00 0F 50 E0 63 02 00 09");
 
 /// A reply packet whose collected bytes are E0 and `records`.
 Bytes replyOf(const Bytes& records, std::uint8_t flag = 0x50) {
-  const auto length = static_cast<std::uint8_t>(records.size() + 2);
-  return joined({{0xA5, 0x00, length, flag, 0xE0}, records});
+  const std::size_t length = records.size() + 2;
+  const auto high = static_cast<std::uint8_t>(length >> 8U);
+  const auto low = static_cast<std::uint8_t>(length & 0xFFU);
+  return joined({{0xA5, high, low, flag, 0xE0}, records});
 }
 
 class StatusQueries : public support::Generator {
@@ -275,12 +277,7 @@ TEST_F(StatusQueries, PassOverAThousandTruncatedRecords) {
   for (int i = 0; i < 1000; ++i) {
     records = joined({records, bytes("A5 00 09 50 E0 D8 00 2A")});
   }
-  Bytes reply =
-      joined({bytes("A5 00 00 50 E0"), records, bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02")});
-  const std::size_t length = reply.size() - 3;
-  reply[1] = static_cast<std::uint8_t>(length >> 8U);
-  reply[2] = static_cast<std::uint8_t>(length & 0xFFU);
-  answer({reply});
+  answer({replyOf(joined({records, bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02")}))});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
 }
 
