@@ -135,8 +135,8 @@ class CertMgr {
   static int getPEMCommonName(const char* path, std::string& commonName, std::string& caName);
 
   /// Reads a UTCTime of 13 characters (years 1950 to 2049) or a GeneralizedTime of up to 20
-  /// (X.690). A text of another length leaves everything untouched.
-  static void getASN1Date(ASN1_TIME* t, int& year, int& month, int& day);
+  /// (X.690). Returns 0; -1, with everything untouched, for a text of another length.
+  static int getASN1Date(ASN1_TIME* t, int& year, int& month, int& day);
 
   /// Writes the validity text, such as `Jan__5_2020_To_Dec_25_2030`, and a zero byte to
   /// `out[0..outSize-1]`, cut to what fits. Returns its length; 0, with nothing written, for a size

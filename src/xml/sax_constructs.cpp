@@ -230,7 +230,11 @@ void SimpleSAXParser::replaceEntities(std::string& text) const {
   std::size_t written = ampersand;
   std::size_t read = ampersand;
   const auto keepUntil = [&text, &written, &read](std::size_t end) {
-    std::copy(&text[read], &text[end], &text[written]);
+    // Before the first replacement the text is in place, and a copy must not begin where it goes
+    // to.
+    if (written < read) {
+      std::copy(&text[read], &text[end], &text[written]);
+    }
     written += end - read;
     read = end;
   };

@@ -102,6 +102,18 @@ TEST_F(CertificateFaults, BytesE0InsideATextAreDropped) {
   EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "cer-org=az");
 }
 
+TEST_F(CertificateFaults, AttributesMayBeOutOfOrderAndRepeated) {
+  const std::string file = folder.write(
+      "reply", Marker + R"(<response><MapElem><child b="1" a="2"/>)"
+                        R"(<child type="i" name="status_code"><IntegerElem>1</IntegerElem></child>)"
+                        R"(<child name="a" name="x509_O"><StringElem>last</StringElem></child>)"
+                        "</MapElem></response>");
+  const PrinterRun run = runWithPrinter({"--object-reply=" + file}, {"-rcerdefs", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "cer-org=last");
+  EXPECT_EQ(run.err, support::TransportGone);
+}
+
 TEST_F(CertificateFaults, ASilentOrRefusingPrinterFailsWithoutAWordOfItsOwn) {
   for (const char* option : {"--silent", "--refuse-all"}) {
     const PrinterRun run = runWithPrinter({option}, {"-rcerdefs", "{}"});
