@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "npa/setting_keys.h"
-#include "settings/config_details.h"
+#include "settings/option_table.h"
 
 /// A text and the number that the adapter has for it.
 struct TextCode {
@@ -34,7 +34,7 @@ struct SettingEncoding {
   static constexpr std::size_t Unlimited = std::numeric_limits<std::size_t>::max();
 
   npa::SettingKey key;
-  const std::string& (*source)(const configDetails&);
+  Setting source;
   /// The line reads `label = text`, with `quote` on either side of the text.
   const char* label;
   const char* quote = "";
@@ -49,13 +49,6 @@ struct SettingEncoding {
   /// Which bytes of the value's size the object's length field has.
   LengthField lengthField = LengthField::Whole;
 };
-
-/// The source of a setting that a getter without arguments returns:
-/// `from<&configDetails::getSSID>`.
-template <auto Getter>
-const std::string& from(const configDetails& configuration) {
-  return (configuration.*Getter)();
-}
 
 /// Returns the object's value for a text.
 [[nodiscard]] std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding,
