@@ -10,7 +10,8 @@
 /// The object store's method calls and replies, as XML texts and as packets.
 namespace support {
 
-/// The Base64 text of bytes, and the bytes of such a text without padding inside.
+/// The Base64 text of bytes, and the bytes of such a text without padding inside, as OpenSSL has
+/// them.
 std::string base64(std::string_view bytes);
 std::string decoded(std::string_view text);
 
