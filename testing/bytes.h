@@ -21,7 +21,7 @@ Bytes textBytes(std::string_view text);
 /// One piece behind the other.
 Bytes joined(std::initializer_list<Bytes> pieces);
 
-/// A text so many times.
+/// Returns `text` repeated `count` times.
 std::string repeated(std::string_view text, std::size_t count);
 
 /// `count` bytes that differ from their neighbours: 0, 1, 2, ... 250, 0, 1, ...

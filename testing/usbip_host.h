@@ -10,7 +10,7 @@
 /// USB/IP messages of a host, and its reading of the device's. Numbers are big-endian.
 namespace support {
 
-/// A message of `size` bytes, which begins with these numbers.
+/// Returns a message of `size` bytes that starts with these numbers; the rest is zeros.
 inline Bytes usbipMessage(std::initializer_list<std::uint32_t> numbers, std::size_t size = 48) {
   Bytes bytes;
   for (const std::uint32_t number : numbers) {
@@ -112,7 +112,7 @@ inline Bytes describedDevice(std::uint8_t speed = 3) {
                  bytes("12 09 00 01 01 00 00 00 00 01 01 01")});
 }
 
-/// OP_REP_IMPORT, for a host that gets the printer and for one that does not.
+/// OP_REP_IMPORT: success, and failure with a status.
 inline Bytes imported(std::uint8_t speed = 3) {
   return joined({bytes("01 11 00 03 00 00 00 00"), describedDevice(speed)});
 }
@@ -120,7 +120,7 @@ inline Bytes notImported(std::uint8_t status) {
   return joined({bytes("01 11 00 03 00 00 00"), {status}});
 }
 
-/// OP_REP_DEVLIST, of the printer and of nothing.
+/// OP_REP_DEVLIST: the printer, and no device.
 inline Bytes listed(std::uint8_t speed = 3) {
   return joined(
       {bytes("01 11 00 05 00 00 00 00 00 00 00 01"), describedDevice(speed), bytes("07 01 02 00")});

@@ -25,7 +25,7 @@ constexpr unsigned int BufferSize = 16384;
 
 class HostFile : public testing::Test {
  private:
-  /// The result of an operation; `err` and `leftOpen` get what else came of it.
+  /// Runs an operation and returns its result; sets `err` and `leftOpen`.
   template <typename Operation>
   auto withDescriptors(Operation operation) {
     support::Output output;
