@@ -141,10 +141,11 @@ TEST(FormatCMCADate, WritesNothingForAMonthThatThereIsNot) {
 class GetPemCommonName : public testing::Test {
  protected:
   int name(const std::string& path) {
-    int result = -77;
     const long before = support::openDescriptors();
-    output =
-        outputOf([&] { result = CertMgr::getPEMCommonName(path.c_str(), commonName, caName); });
+    const auto read = [&] {
+      return CertMgr::getPEMCommonName(path.c_str(), commonName, caName);
+    };
+    const int result = resultOf(read, output);
     EXPECT_EQ(support::openDescriptors(), before);
     EXPECT_EQ(ERR_peek_error(), 0UL);
     return result;
