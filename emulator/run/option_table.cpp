@@ -161,6 +161,12 @@ constexpr std::array GeneralOptions = {
     Option{"--log", "FILE", "log to a file instead of standard error",
            [](Options& o, const std::string& value) {
              o.logFile = value;
+             o.appendsLog = false;
+           }},
+    Option{"--log-append", "FILE", "log to the end of a file, which keeps what it holds",
+           [](Options& o, const std::string& value) {
+             o.logFile = value;
+             o.appendsLog = true;
            }},
     Option{"--show", "", "print what the printer holds in the end",
            [](Options& o, const std::string&) {

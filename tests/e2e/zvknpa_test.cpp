@@ -32,7 +32,9 @@ std::string keptLog(const Words& options, const Words& arguments) {
   for (const std::string& word : support::printerCommand(options, arguments)) {
     command.push_back(word);
   }
-  return runProcess(command).err;
+  const ProcessResult result = runProcess(command);
+  EXPECT_NE(result.status, 125) << result.err;
+  return result.err;
 }
 
 /// The same without the printer's log, nor its word on where it is: what the program itself dumps.
