@@ -143,15 +143,12 @@ std::span<const npa::Byte> withoutTerminator(std::span<const npa::Byte> value) {
 }
 
 std::optional<std::size_t> numberOf(std::span<const npa::Byte> value) {
-  constexpr std::size_t largest = 4;
-  if (value.empty() || value.size() > largest) {
+  std::array<npa::Byte, 4> padded{};
+  if (value.empty() || value.size() > padded.size()) {
     return std::nullopt;
   }
-  std::size_t number = 0;
-  for (const npa::Byte byte : value) {
-    number = number << 8U | byte;
-  }
-  return number;
+  std::ranges::copy_backward(value, padded.end());
+  return npa::numberAt(padded, 0) << 16U | npa::numberAt(padded, 2);
 }
 
 std::string addressText(std::span<const npa::Byte> value) {

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/packet_reader.h"
 #include "catalogue/setting_catalogue.h"
 
 namespace decoder {

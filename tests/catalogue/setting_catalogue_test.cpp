@@ -125,6 +125,15 @@ INSTANTIATE_TEST_SUITE_P(
         plainRow("CertFriendlyName", {0x2A, 0x27}, "61 00", "certificate friendly name = \"a\"")),
     support::rowName);
 
+TEST(NumberOf, ReadsOneToFourBytes) {
+  EXPECT_EQ(catalogue::numberOf(bytes("7F")), 0x7FU);
+  EXPECT_EQ(catalogue::numberOf(bytes("01 02")), 0x0102U);
+  EXPECT_EQ(catalogue::numberOf(bytes("01 02 03")), 0x010203U);
+  EXPECT_EQ(catalogue::numberOf(bytes("FF 02 03 04")), 0xFF020304U);
+  EXPECT_FALSE(catalogue::numberOf({}));
+  EXPECT_FALSE(catalogue::numberOf(bytes("00 00 00 00 01")));
+}
+
 TEST(SettingCatalogue, IsInTheOrderOfNumbersAndKnowsEachGroup) {
   const auto catalogue = catalogue::settingCatalogue();
   EXPECT_EQ(catalogue.size(), 45U);
