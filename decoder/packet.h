@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,7 +30,7 @@ struct Place {
 };
 
 /// "1 byte", "2 bytes".
-inline std::string countOf(std::size_t bytes) {
+inline std::string countOf(std::uint64_t bytes) {
   return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
 }
 

@@ -12,7 +12,7 @@ const std::string QueryWords = "request, bare, 9 bytes: query\n    wireless netw
 TEST(TextInput, IsNothingWithoutHexLines) {
   EXPECT_EQ(wordsOf(""), "");
   EXPECT_EQ(wordsOf("D [ZVK] Basic config...\nD [ZVK] SSID = home\n"), "");
-  EXPECT_EQ(decoded("no bytes").status, 0);
+  EXPECT_EQ(decoded("no bytes").status, 3);
 }
 
 TEST(TextInput, HasPacketsOverSeveralLinesAndSeveralInOne) {
@@ -48,6 +48,20 @@ TEST(TextInput, FindsLinesOfTheProgramsBehindUnfinishedOnes) {
   // The text column of a dump may hold anything.
   EXPECT_EQ(wordsOf("A5 00 0F 50 E0 D8 00 28 08 00 07 7A 76 6B 70 72 |.D [ZVK] zvkprinter: <- A5\n"
                     "69 6E                                           |in\n"),
+            "lines 1-2: reply, bare, 18 bytes: value\n"
+            "    wireless network 28 08: SSID = \"zvkprin\"\n");
+}
+
+TEST(TextInput, FindsTheDefaultRunsListInFrontOfItsProgress) {
+  EXPECT_EQ(wordsOf("a5 0 6 50 e0 d8 0 28 8 Configuring the printer....\r\n"),
+            "line 1: " + QueryWords);
+}
+
+TEST(TextInput, FindsADumpBehindOtherText) {
+  EXPECT_EQ(wordsOf("Nov 22 00:40:58 zvkconfig[7]: A5 00 0F 50 E0 D8 00 28 08 00 07 7A 76 6B 70 72 "
+                    "|...P...(...zvkpr\n"
+                    "Nov 22 00:40:58 zvkconfig[7]: 69 6E                                           "
+                    "|in\n"),
             "lines 1-2: reply, bare, 18 bytes: value\n"
             "    wireless network 28 08: SSID = \"zvkprin\"\n");
 }
