@@ -129,10 +129,10 @@ std::optional<HexLine> readHexdump(std::string_view text) {
   HexLine line;
   line.form = Form::Counted;
   line.offset = *offset;
-  std::size_t blanks = 1;
+  std::size_t blanks = 0;
   while (!text.empty() && text.front() != '|') {
     const std::string_view pair = takeAll(text, Digits);
-    if (blanks == 0 || blanks > 2 || pair.size() != PairSize || !appendPairs(pair, line.bytes)) {
+    if (blanks > 2 || pair.size() != PairSize || !appendPairs(pair, line.bytes)) {
       return std::nullopt;
     }
     blanks = takeAll(text, " ").size();
@@ -156,6 +156,35 @@ std::optional<Bytes> readByteColumn(std::string_view column, std::size_t count) 
   return trimmed(column).empty() ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
+/// Says whether the last word of `text` is a pair of digits.
+bool endsWithPair(std::string_view text) {
+  text = trimmed(text);
+  const std::size_t start = text.find_last_of(Blanks) + 1;
+  return text.size() - start == PairSize && isDigit(text[start]) && isDigit(text[start + 1]);
+}
+
+/// Reads the bytes at the end of `head`, whose last character is the bar, if they are those that
+/// `column` shows.
+std::optional<HexLine> readDumpOfWidth(std::size_t width, std::string_view head,
+                                       std::string_view column) {
+  const std::size_t size = width * DumpSpacing + 1;
+  if (head.size() < size) {
+    return std::nullopt;
+  }
+  const std::string_view other = head.substr(0, head.size() - size);
+  // One more pair in front means that the text column is cut.
+  const bool isCut = width < DumpWidth && endsWithPair(other);
+  auto bytes = readByteColumn(head.substr(other.size(), size - 1), column.size());
+  if (!bytes || textColumn(*bytes) != column || isCut ||
+      (!other.empty() && isDigit(other.back()))) {
+    return std::nullopt;
+  }
+  HexLine line;
+  line.bytes = std::move(*bytes);
+  line.endsBlock = column.size() < DumpWidth;
+  return line;
+}
+
 /// The text column has a character for each byte, and so says where the bytes begin: a prompt, a
 /// time or the name of a program may stand in front.
 std::optional<HexLine> readOwnDump(std::string_view text) {
@@ -163,19 +192,14 @@ std::optional<HexLine> readOwnDump(std::string_view text) {
     text.remove_suffix(1);
   }
   for (std::size_t count = std::min(DumpWidth, text.size()); count > 0; --count) {
+    const std::string_view column = text.substr(text.size() - count);
     const std::string_view head = text.substr(0, text.size() - count);
+    if (!head.ends_with('|')) {
+      continue;
+    }
     // All lines of a dump are as wide as its first one, which is full unless it is the only one.
     for (const std::size_t width : {DumpWidth, count}) {
-      const std::size_t size = width * DumpSpacing + 1;
-      if (!head.ends_with('|') || head.size() < size ||
-          (head.size() > size && isDigit(head[head.size() - size - 1]))) {
-        continue;
-      }
-      auto bytes = readByteColumn(head.substr(head.size() - size, size - 1), count);
-      if (bytes && textColumn(*bytes) == text.substr(head.size())) {
-        HexLine line;
-        line.bytes = std::move(*bytes);
-        line.endsBlock = count < DumpWidth;
+      if (std::optional<HexLine> line = readDumpOfWidth(width, head, column)) {
         return line;
       }
     }

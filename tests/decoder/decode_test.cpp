@@ -66,6 +66,7 @@ TEST(Tally, HasTheStatusOfTheWorstInput) {
   EXPECT_EQ(statusOf({"u", cut, "n"}), 2);
   EXPECT_EQ(statusOf({"n"}), 3);
   EXPECT_EQ(statusOf({good, "n", good}), 3);
+  EXPECT_EQ(statusOf({good + " " + good, "n"}), 3);
   EXPECT_EQ(statusOf({"n", cut}), 1);
 }
 

@@ -71,10 +71,23 @@ TEST(HexDump, BeginsAnewWhereOffsetsGoBack) {
             "line 1: a packet that is cut: 4 of 9 bytes\nline 2: reply, bare, 5 bytes: refused\n");
 }
 
+TEST(HexDump, MayShowAProgramsNameBesideTheBytes) {
+  EXPECT_EQ(wordsOf("00000000: a500 1450 e0d8 0028 0800 0c7a 766b 7072  ...P...(...zvkpr\n"
+                    "00000010: 696e 7465 723a 20                        inter: \n"),
+            "lines 1-2: reply, bare, 23 bytes: value\n"
+            "    wireless network 28 08: SSID = \"zvkprinter: \"\n");
+  EXPECT_EQ(wordsOf("00000000: a500 1550 e0d8 0028                      ...P...(\n"
+                    "00000008: 0800 0d7a 766b 7072 696e 7465 723a 2041  ...zvkprinter: A\n"),
+            "lines 1-2: reply, bare, 24 bytes: value\n"
+            "    wireless network 28 08: SSID = \"zvkprinter: A\"\n");
+}
+
 TEST(HexDump, EndsAtItsLastOffset) {
   const std::string cut =
       "00000000  a5 00 06 50 e0                                    |...P.|\n00000005\n";
   EXPECT_EQ(wordsOf(cut), "line 1: a packet that is cut: 5 of 9 bytes\n");
+  EXPECT_EQ(wordsOf(cut + "00000005: d800 2808  ..(.\n"),
+            "line 1: a packet that is cut: 5 of 9 bytes\nline 3: 4 bytes outside any packet\n");
   // Bytes alone, since they are no offset that may follow.
   EXPECT_EQ(wordsOf(Dump + "a50002d4e0\n"),
             "lines 1-2: " + QueryWords + "line 3: reply, bare, 5 bytes: refused\n");
@@ -109,6 +122,13 @@ TEST(RepeatedLines, AreReportedIfTheNextOffsetDoesNotFit) {
             "line 4: 7 bytes outside any packet\n");
   EXPECT_EQ(wordsOf(Zeros + "other\n"), "lines 1-2: a packet that is cut: 32 of 87 bytes\n");
   EXPECT_EQ(wordsOf("*\n" + Dump), "lines 2-3: " + QueryWords);
+  EXPECT_EQ(wordsOf(Zeros + "other\n00000000: 00  .\n00000002: 00  .\n"),
+            "lines 1-2: a packet that is cut: 32 of 87 bytes\n"
+            "line 5: 1 byte outside any packet\n"
+            "line 6: 1 byte missing in the dump\n"
+            "line 6: 1 byte outside any packet\n");
+  EXPECT_EQ(wordsOf("A5 00 06 50 E0\n*\nD8 00 28 08\n"),
+            "line 1: a packet that is cut: 5 of 9 bytes\nline 3: 4 bytes outside any packet\n");
 }
 
 TEST(RepeatedLines, AreNotMoreThanTheLargestPacketHas) {

@@ -51,7 +51,15 @@ INSTANTIATE_TEST_SUITE_P(
                             "2026-11-22 12:34 02                                              |.",
                             "02",
                             true},
-                    LineRow{{"DumpAfterANumber"}, "12 A5 7C |.|", "A5 7C", true},
+                    LineRow{{"ShortDumpAfterATime"}, "12:34:56 A5 7C |.|", "A5 7C", true},
+                    LineRow{{"ShortDumpAfterAWord"}, "n8 A5 7C |.|", "A5 7C", true},
+                    LineRow{{"FullDumpAfterANumber"},
+                            "12 A5 00 3F 50 E0 63 02 00 39 A5 00 36 50 E0 DA 01 |..?P.c..9..6P...",
+                            "A5 00 3F 50 E0 63 02 00 39 A5 00 36 50 E0 DA 01"},
+                    LineRow{{"DumpWithItsTextCut"},
+                            "A5 00 3F 50 E0 63 02 00 39 A5 00 36 50 E0 DA 01 |.",
+                            "A5 00 3F 50 E0 63 02 00 39 A5 00 36 50 E0 DA 01"},
+                    LineRow{{"ShortDumpWithItsTextCut"}, "A5 00 06 |.", "A5 00 06", true},
                     LineRow{{"LogLine"}, "zvkprinter: <- A5 00", "A5 00", true}),
     support::rowName);
 
@@ -171,11 +179,13 @@ INSTANTIATE_TEST_SUITE_P(
                     "00000000: 501400a5 2801dae0  ...P...(", "00000000: 10100101 00000000  ..",
                     "00000000: a500 06  ....", "00000000: a500  .. .", "00000000: a50 0  ..",
                     "00000000: ", "00000000:a500", "000000: a500", "10000000000000000: a500",
+                    "00000000000000000: a500",
 
                     // Dumps with other bytes than those that the text shows, or with other blanks.
                     "x A5 00 |...", "x A5 00 |.A", "xA5 0 |..", "x A500 |..", "x A5-00 |..",
-                    "x A5 00|..", "xAA5 00 |..", "x A5  00 |..", "x A5 00  |..", "x |A", "x", "-1",
-                    "A5 +1", "D [ZVK] SSID = home", "\xC3\xA5"));
+                    "x A5 00|..", "xAA5 00 |..", "x A5  00 |..", "x A5 00  |..", "x |A", "x",
+                    "x A5 00 !..", "x A5 00 06 |.", "-1", "A5 +1", "D [ZVK] SSID = home",
+                    "\xC3\xA5"));
 
 TEST(HexLine, TakesTheDirectionFromTheLog) {
   EXPECT_EQ(readHexLine("zvkprinter: <- A5")->direction, Direction::ToPrinter);

@@ -66,6 +66,11 @@ TEST(TextInput, FindsADumpBehindOtherText) {
             "    wireless network 28 08: SSID = \"zvkprin\"\n");
 }
 
+TEST(TextInput, EndsABlockWhereALogBegins) {
+  EXPECT_EQ(wordsOf("A5 00 06 50 E0\nzvkprinter: <- " + Query + "\n"),
+            "line 1: a packet that is cut: 5 of 9 bytes\nline 2: " + QueryWords);
+}
+
 TEST(TextInput, TakesAnUnknownPacketsRoleFromTheLog) {
   EXPECT_EQ(wordsOf("zvkprinter: <- A5 00 03 50 E0 01\nzvkprinter: -> A5 00 03 50 E0 01\n"
                     "A5 00 03 50 E0 01\n"),
@@ -85,6 +90,8 @@ TEST(TextInput, NeverShowsWhatALogHasMasked) {
   EXPECT_EQ(decodedWith(options, log).words, head + "(2 bytes)\n");
   EXPECT_EQ(decodedWith(options, plain).words, head + "\"ab\"\n");
   EXPECT_EQ(wordsOf(plain), head + "(2 bytes)\n");
+  EXPECT_EQ(decodedWith(options, "A5 00 0B 50 E0 DA 01 28 11 00 00 02 **\n61\n").words,
+            "lines 1-2" + head.substr(6) + "(2 bytes)\n");
   // Masks of one block do not hold for the next.
   EXPECT_EQ(decodedWith(options, std::string(log) + std::string(plain)).words,
             head + "(2 bytes)\nline 2" + head.substr(6) + "\"ab\"\n");
