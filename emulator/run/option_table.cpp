@@ -319,7 +319,20 @@ constexpr std::array GeneralOptions = {
            .valueName = "FILE",
            .kind = ValueKind::File,
            .help = "log to a file instead of standard error",
-           .apply = assign<&Options::logFile>},
+           .apply =
+               [](Options& options, const std::string& value) {
+                 options.logFile = value;
+                 options.appendsLog = false;
+               }},
+    Option{.name = "--log-append",
+           .valueName = "FILE",
+           .kind = ValueKind::File,
+           .help = "log to the end of a file and keep its content",
+           .apply =
+               [](Options& options, const std::string& value) {
+                 options.logFile = value;
+                 options.appendsLog = true;
+               }},
     Option{.name = "--show",
            .help = "print what the printer holds at the end",
            .apply = enable<&Options::showSettings>},

@@ -139,4 +139,13 @@ TEST(SettingCatalogue, NamesTheGroups) {
   EXPECT_EQ(catalogue::groupName(0x29), "");
 }
 
+TEST(NumberOf, ReadsOneToFourBytes) {
+  EXPECT_EQ(catalogue::numberOf(bytes("7F")), 0x7FU);
+  EXPECT_EQ(catalogue::numberOf(bytes("01 02")), 0x0102U);
+  EXPECT_EQ(catalogue::numberOf(bytes("01 02 03")), 0x010203U);
+  EXPECT_EQ(catalogue::numberOf(bytes("FF 02 03 04")), 0xFF020304U);
+  EXPECT_FALSE(catalogue::numberOf({}));
+  EXPECT_FALSE(catalogue::numberOf(bytes("00 00 00 00 01")));
+}
+
 }  // namespace

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "testing/files.h"
+#include "testing/printer_run.h"
 #include "testing/process.h"
 #include "testing/skip.h"
 
@@ -187,6 +188,26 @@ TEST(ZvkprinterRun, MasksKeysInItsLog) {
             "zvkprinter:    settings stored\n");
 }
 
+TEST(ZvkprinterRun, EmptiesItsLogOrAppendsToIt) {
+  const TemporaryFolder folder;
+  const std::string log = folder.write("log", "before\n");
+  const std::string query = "printf '\\245\\000\\002\\120\\341' > {}";
+  const std::string logged =
+      "zvkprinter: <- A5 00 02 50 E1\n"
+      "zvkprinter:    unknown packet\n"
+      "zvkprinter: -> A5 00 02 D4 E0\n"
+      "zvkprinter:    refused: not supported\n";
+  const auto logTo = [&](const std::string& option) {
+    return runProcess({ZVKPRINTER, "run", option + log, "--", "sh", "-c", query}).status;
+  };
+  EXPECT_EQ(logTo("--log-append="), 0);
+  EXPECT_EQ(fileContent(log), "before\n" + logged);
+  EXPECT_EQ(logTo("--log-append="), 0);
+  EXPECT_EQ(fileContent(log), "before\n" + logged + logged);
+  EXPECT_EQ(logTo("--log="), 0);
+  EXPECT_EQ(fileContent(log), logged);
+}
+
 /// The reply to a query written to the device at `path`.
 std::string ask(const std::string& path, const std::string& request, std::size_t replySize) {
   const int device = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
@@ -267,6 +288,28 @@ TEST(Zvkprinter, SaysWhatIsWrongWithItsCommandLine) {
             "zvkprinter: --ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3'\n"
             "Try 'zvkprinter help'.\n");
   EXPECT_EQ(runProcess({ZVKPRINTER, "help"}).status, 0);
+}
+
+TEST(Zvkprinter, ReportsOutputThatItCannotWrite) {
+  const TemporaryFolder folder;
+  const std::string show = " show --state=" + folder.path("");
+  for (const std::string& arguments :
+       {std::string(), std::string(" help"), show,
+        std::string(" run --log=/dev/null --show -- true"),
+        std::string(" run --log=/dev/null --show -- sh -c 'exit 7'")}) {
+    const ProcessResult result =
+        runProcess({"sh", "-c", "exec " ZVKPRINTER + arguments + " >/dev/full"});
+    EXPECT_EQ(result.status, 125) << arguments;
+    EXPECT_TRUE(result.err.ends_with("zvkprinter: standard output: No space left on device\n"))
+        << arguments << ": " << result.err;
+  }
+}
+
+TEST(PrinterRun, SaysWhyThePrinterFailed) {
+  const support::PrinterRun run = support::runWithPrinter({"--ip=1.2.3"}, {"-s", "{}"});
+  EXPECT_EQ(run.status, 125);
+  EXPECT_EQ(run.err,
+            "zvkprinter: '1.2.3' is no IP address; 'zvkprinter help' lists what there is\n");
 }
 
 }  // namespace
