@@ -1,4 +1,5 @@
-// Memory as the program has it, which clears what it releases; and what is taken is counted.
+// Replaces the memory functions with those of the program, which clear what they free, and counts
+// the allocations.
 
 #include "counted_memory.h"
 

@@ -4,7 +4,7 @@
 
 namespace bench {
 
-/// How many blocks operator new has given so far.
+/// Returns how many blocks operator new has allocated since the start of the program.
 std::size_t allocations();
 
 }  // namespace bench
