@@ -146,7 +146,7 @@ int CertMgr::getCertRequestDefaults(std::string& o, std::string& ou, std::string
   if (!exchange(method, requestText(method, {}).value(), response)) {
     return Failed;
   }
-  // Only this operation compares the text of the status and not its number.
+  // Unlike the others, this operation checks the exact text of the status instead of its number.
   return response.getCMCertDefaults(o, ou, c, st, l, cn, an)
              ? 0
              : reportFailure(method, response, response.getCMStatusCode());
