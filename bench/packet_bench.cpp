@@ -8,10 +8,10 @@
 #include <string>
 
 #include "contest.h"
-#include "counted_memory.h"
 #include "results.h"
 #include "settings/config_details.h"
 #include "silence.h"
+#include "testing/counted_memory.h"
 #include "wireless/wnpa_generator.h"
 
 namespace {
@@ -57,11 +57,11 @@ void addPacketAllocations() {
   // Only the second run is counted: the first may allocate memory that stays in use.
   Building building(UsualSsid);
   building.run();
-  const std::size_t before = allocations();
+  const std::size_t before = support::allocations();
   building.run();
-  const auto count = static_cast<double>(allocations() - before);
-  addRow({"packet building", "-, allocations", std::to_string(allocations() - before), "", count,
-          AllocationBar});
+  const std::size_t count = support::allocations() - before;
+  addRow({"packet building", "-, allocations", std::to_string(count), "",
+          static_cast<double>(count), AllocationBar});
 }
 
 }  // namespace bench

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "catalogue/option_parser.h"
 #include "decoder/decode.h"
 #include "decoder/json_report.h"
 #include "decoder/options.h"
@@ -113,8 +114,8 @@ int main(int argc, char** argv) {
       return StatusFailure;
     }
     return status;
-  } catch (const decoder::UsageError& error) {
-    say(std::string(error.what()) + "; 'zvknpa --help' lists what there is");
+  } catch (const catalogue::UsageError& error) {
+    say(std::string(error.what()) + "\nTry 'zvknpa --help'.");
   } catch (const std::exception& error) {
     say(error.what());
   }

@@ -2,7 +2,6 @@
 // model of the format finds.
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,56 +44,6 @@ std::string valueIn(const std::string& line, std::string_view key) {
   return rest.substr(0, rest.find('"'));
 }
 
-using Getter = std::string (*)(const configDetails& settings);
-
-template <auto Get>
-std::string value(const configDetails& settings) {
-  return (settings.*Get)();
-}
-
-template <int Index>
-std::string wepKey(const configDetails& settings) {
-  return settings.getWEPKey(Index);
-}
-
-/// An option in the file and the getter of its setting.
-struct Option {
-  std::string_view key;
-  Getter get;
-};
-
-using C = configDetails;
-
-constexpr std::array Options = {
-    Option{"--ssid=", value<&C::getSSID>},
-    Option{"--channel=", value<&C::getChannel>},
-    Option{"--mode=", value<&C::getMode>},
-    Option{"--security=", value<&C::getSecurity>},
-    Option{"--passwd=", value<&C::getPasswd>},
-    Option{"--encryption=", value<&C::get802Encryption>},
-    Option{"--802-auth-ext=", value<&C::get802AuthExt>},
-    Option{"--802-auth-inner=", value<&C::get802AuthInner>},
-    Option{"--802-user=", value<&C::get802Username>},
-    Option{"--802-pwd=", value<&C::get802Password>},
-    Option{"--802-CA-cer-file=", value<&C::get802CACertFile>},
-    Option{"--802-signed-cer-file=", value<&C::get802SignedCertFile>},
-    Option{"--WEP-key1=", wepKey<0>},
-    Option{"--WEP-key2=", wepKey<1>},
-    Option{"--WEP-key3=", wepKey<2>},
-    Option{"--WEP-key4=", wepKey<3>},
-    Option{"--WEP-transmit=", value<&C::getWEPTransmit>},
-    Option{"--psk=", value<&C::getPSK>},
-    Option{"--cer-common=", value<&C::getCerCommonName>},
-    Option{"--cer-org=", value<&C::getCerOrg>},
-    Option{"--cer-unit=", value<&C::getCerUnit>},
-    Option{"--cer-state=", value<&C::getCerState>},
-    Option{"--cer-country=", value<&C::getCerCountry>},
-    Option{"--cer-city=", value<&C::getCerCity>},
-    Option{"--cer-altname=", value<&C::getCerAltName>},
-    Option{"--cer-friendly-name=", value<&C::getCerFriendlyName>},
-    Option{"--cer-path=", value<&C::getCerFilePath>},
-};
-
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -104,14 +53,14 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::require(settings.parseFile(file.path(), Device) == 0);
 
   const std::vector<std::string> lines = linesOf(content);
-  for (const Option& option : Options) {
-    std::string expected = option.get(configDetails());
+  for (const SettingOption& option : SettingOptions) {
+    std::string expected(option.initial);
     for (const std::string& line : lines) {
       if (line.find(option.key) != std::string::npos) {
         expected = valueIn(line, option.key);
       }
     }
-    fuzz::require(option.get(settings) == expected);
+    fuzz::require(settings.value(option.setting) == expected);
   }
   fuzz::require(settings.getUSB() == Device);
   return 0;

@@ -29,7 +29,9 @@ Date dateOf(const std::string& text) {
   const std::unique_ptr<ASN1_TIME, void (*)(ASN1_TIME*)> time(::ASN1_TIME_new(), ::ASN1_TIME_free);
   fuzz::require(::ASN1_STRING_set(time.get(), text.data(), static_cast<int>(text.size())) == 1);
   Date date;
-  CertMgr::getASN1Date(time.get(), date.year, date.month, date.day);
+  const bool hasLengthOfADate = text.size() >= 13 && text.size() <= 20;
+  const int result = CertMgr::getASN1Date(time.get(), date.year, date.month, date.day);
+  fuzz::require(result == (hasLengthOfADate ? 0 : -1));
   return date;
 }
 

@@ -13,12 +13,13 @@
 #include "npa/send_config.h"
 #include "outputs.h"
 #include "scripted_printer.h"
+#include "testing/packets.h"
 
 namespace {
 
 using fuzz::Bytes;
 
-const Bytes Request = {0xA5, 0x00, 0x06, 0x50, 0xE0, 0xD8, 0x00, 0x0A, 0x02};
+const Bytes& Request = packets::QueryIp;
 
 enum class Kind { SetConfig, Reset, Descriptor, TroubleCode, Ssid, Ip };
 

@@ -8,6 +8,7 @@
 
 #include "fuzz_target.h"
 #include "npa/packet.h"
+#include "testing/packets.h"
 
 namespace fuzz {
 
@@ -53,11 +54,8 @@ std::vector<Bytes> inPieces(const Bytes& bytes, std::size_t pieceSize) {
 }
 
 Bytes replyPacket(const Bytes& content) {
-  const std::size_t length = content.size() + 1;
-  require(length <= npa::LengthLimit);
-  Bytes packet = {npa::StartByte, npa::highByte(length), npa::lowByte(length), npa::RequestFlag};
-  packet.insert(packet.end(), content.begin(), content.end());
-  return packet;
+  require(content.size() < npa::LengthLimit);
+  return packets::framed(support::joined({{0x50}, content}));
 }
 
 }  // namespace fuzz

@@ -16,6 +16,7 @@
 #include "npa/send_config.h"
 #include "outputs.h"
 #include "scripted_printer.h"
+#include "testing/packets.h"
 
 namespace {
 
@@ -76,8 +77,7 @@ void script(fuzz::ScriptedPrinter& printer, const Bytes& stream, const How& how)
 Bytes collected(const Bytes& stream, const How& how) {
   fuzz::ScriptedPrinter printer;
   script(printer, stream, how);
-  Bytes request = {0xA5, 0x00, 0x06, 0x50, 0xE0, 0xD8, 0x00, 0x2A, 0x0A};
-  const Bytes sent = request;
+  Bytes request = packets::QueryCommonName;
   unsigned char marker = 0;
   unsigned char* reply = &marker;
   int count = -1;
@@ -91,7 +91,7 @@ Bytes collected(const Bytes& stream, const How& how) {
   printer.requireEnded(
       1, PauseAfterRequest + how.timeLimit + pieces * how.delay / Second + LongestLastPass);
   fuzz::require(printer.device.opens == 1);
-  fuzz::require(printer.device.writes == std::vector<Bytes>{sent});
+  fuzz::require(printer.device.writes == std::vector<Bytes>{packets::QueryCommonName});
   fuzz::require(count >= 0);
   fuzz::require((count == 0) == (reply == &marker));
   if (count == 0) {

@@ -12,11 +12,12 @@
 #include <utility>
 #include <vector>
 
+#include "catalogue/option_parser.h"
 #include "emulator/adapter/adapter.h"
 #include "emulator/adapter/message_log.h"
+#include "emulator/run/command_line.h"
 #include "emulator/run/command_process.h"
 #include "emulator/run/device_link.h"
-#include "emulator/run/options.h"
 #include "emulator/run/private_devices.h"
 #include "emulator/run/reply_files.h"
 #include "emulator/run/usb_command.h"
@@ -192,8 +193,8 @@ int main(int argc, char** argv) {
       return 0;
     }
     return options.action == Options::Action::Show ? show(options) : keepPrinter(options);
-  } catch (const emulator::UsageError& error) {
-    say(std::string(error.what()) + "; 'zvkprinter help' lists what there is");
+  } catch (const catalogue::UsageError& error) {
+    say(std::string(error.what()) + "\nTry 'zvkprinter help'.");
   } catch (const StartError& error) {
     say(error.text + ": " + std::generic_category().message(error.error));
     return error.error == ENOENT ? StatusNotFound : StatusNotExecutable;

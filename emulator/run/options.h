@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "emulator/adapter/personality.h"
-#include "emulator/run/option_values.h"
 #include "emulator/usb/usb_traits.h"
 
 namespace emulator {
@@ -28,11 +27,5 @@ struct Options {
   std::optional<std::uint16_t> port;  ///< `usb`: serve it there; 0 is any
   std::vector<std::string> command;   ///< of `run`; of `usb`, where it may be missing
 };
-
-/// Reads the arguments behind the program's name; throws `UsageError`.
-Options parseOptions(const std::vector<std::string>& arguments);
-
-/// The help text.
-std::string helpText();
 
 }  // namespace emulator

@@ -145,8 +145,9 @@ class CertMgr {
   static int getPEMCommonName(const char* path, std::string& commonName, std::string& caName);
 
   /// Reads a time as X.690 encodes it: a UTCTime of 13 characters (years 1950 to 2049), or a
-  /// GeneralizedTime of at most 20. Leaves the arguments unchanged if the length is not 13 to 20.
-  static void getASN1Date(ASN1_TIME* t, int& year, int& month, int& day);
+  /// GeneralizedTime of at most 20. Returns 0. Returns -1 and leaves the arguments unchanged if
+  /// `t` is null or the length is not 13 to 20.
+  static int getASN1Date(ASN1_TIME* t, int& year, int& month, int& day);
 
   /// Writes the validity text, such as `Jan__5_2020_To_Dec_25_2030`, and a zero byte to
   /// `out[0..outSize-1]`, and cuts a text that does not fit. Returns the length of the text.

@@ -132,13 +132,13 @@ int CertMgr::getPEMCommonName(const char* path, std::string& commonName, std::st
   return 0;
 }
 
-void CertMgr::getASN1Date(ASN1_TIME* t, int& year, int& month, int& day) {
+int CertMgr::getASN1Date(ASN1_TIME* t, int& year, int& month, int& day) {
   if (t == nullptr || ASN1_STRING_length(t) < 0) {
-    return;
+    return Failed;
   }
   const auto size = static_cast<std::size_t>(ASN1_STRING_length(t));
   if (size < ShortestDate || size > LongestDate) {
-    return;
+    return Failed;
   }
   std::string_view text(reinterpret_cast<const char*>(ASN1_STRING_get0_data(t)), size);
   // Reads a number of that many digits from the front of the text.
@@ -155,6 +155,7 @@ void CertMgr::getASN1Date(ASN1_TIME* t, int& year, int& month, int& day) {
   }
   month = next(2);
   day = next(2);
+  return 0;
 }
 
 int CertMgr::formatCMCADate(int& year1, int& month1, int& day1, int& year2, int& month2, int& day2,

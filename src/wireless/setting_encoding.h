@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "npa/setting_keys.h"
-#include "settings/config_details.h"
+#include "settings/option_table.h"
 
 /// A configured text and the adapter's number for it.
 struct TextCode {
@@ -23,7 +23,7 @@ struct TextCode {
 /// (setting_encodings.h):
 ///
 ///     constexpr SettingEncoding Ssid = {.key = npa::settings::Ssid,
-///                                       .source = from<&configDetails::getSSID>,
+///                                       .source = Setting::Ssid,
 ///                                       .label = "SSID",
 ///                                       .value = Value::TerminatedText};
 struct SettingEncoding {
@@ -39,8 +39,8 @@ struct SettingEncoding {
   static constexpr std::size_t Unlimited = std::numeric_limits<std::size_t>::max();
 
   npa::SettingKey key;
-  /// Returns the text from the configuration.
-  const std::string& (*source)(const configDetails&);
+  /// The configured setting that has the text.
+  Setting source;
   /// The log line is `label = text`, with `quote` on both sides of the text.
   const char* label;
   const char* quote = "";
@@ -55,12 +55,6 @@ struct SettingEncoding {
   /// Which bytes of the value's size go into the object's length field.
   LengthField lengthField = LengthField::Whole;
 };
-
-/// The source of a setting that a getter without parameters returns.
-template <auto Getter>
-const std::string& from(const configDetails& configuration) {
-  return (configuration.*Getter)();
-}
 
 /// Returns the bytes of the value for a text, cut to the limit.
 [[nodiscard]] std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding,

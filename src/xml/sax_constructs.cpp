@@ -237,7 +237,11 @@ void SimpleSAXParser::replaceEntities(std::string& text) const {
   std::size_t read = ampersand;
   // Moves the text up to `end` to its final place.
   const auto keepUntil = [&text, &written, &read](std::size_t end) {
-    std::copy(&text[read], &text[end], &text[written]);
+    // Before the first replacement the text is in its place already. std::copy does not allow a
+    // destination that is the start of its source.
+    if (written < read) {
+      std::copy(&text[read], &text[end], &text[written]);
+    }
     written += end - read;
     read = end;
   };
