@@ -1,3 +1,5 @@
+// Encoding of a setting by its row, and the setting objects that wnpaGenerator appends.
+
 #include "wireless/setting_encoding.h"
 
 #include <algorithm>

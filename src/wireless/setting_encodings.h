@@ -4,20 +4,20 @@
 
 #include "wireless/setting_encoding.h"
 
-/// The settings whose text alone decides what is sent, one row each. The others have encoders of
-/// their own in `wnpaGenerator`. A batch names its rows in sequences.cpp.
+/// The settings whose bytes depend only on their text, one row each. The other settings have
+/// separate encoders in `wnpaGenerator`. The batches in sequences.cpp name the rows.
 namespace encodings {
 
 using Value = SettingEncoding::Value;
 
-// Of every network.
+// Settings that every network needs.
 
 inline constexpr SettingEncoding Ssid = {.key = npa::settings::Ssid,
                                          .source = Setting::Ssid,
                                          .label = "SSID",
                                          .value = Value::TerminatedText};
 
-// The exact spelling counts: the help text's "Ad-hoc" selects the managed mode.
+// The spelling is exact on purpose: "Ad-hoc", as the help text writes it, selects the managed mode.
 inline constexpr std::array ModeCodes = {TextCode{"Ad-Hoc", 1}};
 inline constexpr SettingEncoding Mode = {.key = npa::settings::Mode,
                                          .source = Setting::Mode,
@@ -26,7 +26,7 @@ inline constexpr SettingEncoding Mode = {.key = npa::settings::Mode,
                                          .value = Value::Code,
                                          .codes = ModeCodes};
 
-// Keys: sent as typed, hex digits too, and without a terminating zero byte.
+// Keys. They are sent as typed, also hex digits, and without a zero byte.
 
 inline constexpr SettingEncoding Psk = {.key = npa::settings::PreSharedKey,
                                         .source = Setting::Psk,
@@ -35,6 +35,7 @@ inline constexpr SettingEncoding Psk = {.key = npa::settings::PreSharedKey,
                                         .limit = 64,
                                         .whenEmpty = SettingEncoding::WhenEmpty::HeaderAlone};
 
+/// The row of one WEP key.
 constexpr SettingEncoding wepKey(npa::SettingKey key, Setting source, const char* label) {
   return {.key = key,
           .source = source,
@@ -82,7 +83,7 @@ inline constexpr SettingEncoding Username = {.key = npa::settings::AuthUser,
                                              .value = Value::TerminatedText,
                                              .limit = 32};
 
-/// The length field of the longest password, 256 bytes with its zero byte, reads 0 on purpose.
+/// On purpose the length field of the longest password (256 bytes with its zero byte) is 0.
 inline constexpr SettingEncoding Password = {
     .key = npa::settings::AuthPassword,
     .source = Setting::Password,
@@ -92,8 +93,9 @@ inline constexpr SettingEncoding Password = {
     .limit = 256,
     .lengthField = SettingEncoding::LengthField::LowByteOnly};
 
-// Fields of a certificate request. Most have at most 64 bytes with their terminating zero byte.
+// Fields of a certificate request. Most have at most 64 bytes, including the zero byte.
 
+/// The row of a usual field.
 constexpr SettingEncoding certField(npa::SettingKey key, Setting source, const char* label) {
   return {.key = key,
           .source = source,
@@ -114,8 +116,8 @@ inline constexpr SettingEncoding CertState =
 inline constexpr SettingEncoding CertUnit =
     certField(npa::settings::CertUnit, Setting::CerUnit, "Cer unit");
 
-// The adapter wants these three without a terminating zero byte, and the length field of the
-// longest common name as 0.
+// The adapter requires these three without a terminating zero byte. The length field of the longest
+// common name (256 bytes) is 0.
 inline constexpr SettingEncoding CertOrganization = {.key = npa::settings::CertOrganization,
                                                      .source = Setting::CerOrg,
                                                      .label = "Cer org",
