@@ -42,6 +42,8 @@ inline const Bytes IpReply = support::bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0
 /// The reply of the emulated printer to settings that it stores.
 inline const Bytes SettingsStored = support::bytes("A5 00 05 50 E0 DA 01 01");
 
+/// A record of the authentication status, which is 2.
+inline const Bytes AuthenticatedRecord = support::bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02");
 /// The reply of an emulated printer with the option --garbage.
 inline const Bytes Garbage = support::bytes("00 FF 13 37 5A 80 7F 20 0A 99 C3 42");
 

@@ -28,7 +28,7 @@ class SettingEncoders : public Generator {
     EXPECT_EQ(packet(), joined({before, object}));
   }
 
- private:
+  /// Runs an encoder and returns its result.
   int encode(const SettingEncoder& encoder) {
     if (const auto* const plain = std::get_if<Operation>(&encoder)) {
       return (generator.get()->**plain)();

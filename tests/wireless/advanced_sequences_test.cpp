@@ -185,7 +185,7 @@ const Bytes WrappedNetwork = wrapped(BareNetwork);
 const Bytes WrappedStatusQuery = wrapped(packets::QueryAuthStatus);
 
 const Bytes TwoCertificates = support::success(support::listChild({"a", "b"}));
-const Bytes Status = packets::replyOf(bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02"));
+const Bytes Status = packets::replyOf(packets::AuthenticatedRecord);
 
 const std::string OptionLines =
     "D [ZVK] Setting 8021x Options...\n"

@@ -2,13 +2,10 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <vector>
 
 #include "settings/option_table.h"
-#include "testing/generator.h"
-#include "testing/output.h"
-#include "testing/rows.h"
+#include "testing/setting_encoder.h"
 
 // The words that the manual and the completions offer for an option: the encoders know each of
 // them.
@@ -21,31 +18,20 @@ using G = wnpaGenerator;
 
 struct WordsRow : support::Row {
   const char* key;
-  int (*encode)(G& generator);
+  support::SettingEncoder encoder;
   /// Encoded like a text that the encoder does not know, so that it cannot be told apart.
   std::vector<std::string_view> likeUnknown;
 };
 
-template <auto Construct>
-int call(G& generator) {
-  if constexpr (std::is_invocable_v<decltype(Construct), G&>) {
-    return (generator.*Construct)();
-  } else {
-    int total = 0;
-    return (generator.*Construct)(&total);
-  }
-}
-
-class OptionWords : public support::Generator, public testing::WithParamInterface<WordsRow> {
+class OptionWords : public support::SettingEncoders, public testing::WithParamInterface<WordsRow> {
  protected:
   /// The object that the row's encoder appends for a value.
   Bytes encoded(std::string_view value) {
     outputOf([&] {
       use({GetParam().key + std::string(value)});
-      GetParam().encode(*generator);
+      encode(GetParam().encoder);
     });
-    const auto packet = generator->packet();
-    return {packet.begin(), packet.end()};
+    return packet();
   }
 };
 
@@ -67,13 +53,13 @@ TEST_P(OptionWords, AreKnownToTheEncoder) {
 INSTANTIATE_TEST_SUITE_P(
     Options, OptionWords,
     testing::Values(
-        WordsRow{{"Mode"}, "--mode=", call<&G::constructMode>, {"Managed"}},
-        WordsRow{{"Channel"}, "--channel=", call<&G::constructChannel>, {"6"}},
-        WordsRow{{"Security"}, "--security=", call<&G::constructSecurity>, {"None", "OPEN"}},
-        WordsRow{{"Encryption"}, "--encryption=", call<&G::construct802EncryptMode>, {"NONE"}},
-        WordsRow{{"AuthMethods"}, "--802-auth-ext=", call<&G::construct802AuthExtension>, {}},
-        WordsRow{{"InnerAuth"}, "--802-auth-inner=", call<&G::construct802AuthInner>, {"CHAP"}},
-        WordsRow{{"WepTransmit"}, "--WEP-transmit=", call<&G::constructWEPTransmit>, {}}),
+        WordsRow{{"Mode"}, "--mode=", &G::constructMode, {"Managed"}},
+        WordsRow{{"Channel"}, "--channel=", &G::constructChannel, {"6"}},
+        WordsRow{{"Security"}, "--security=", &G::constructSecurity, {"None", "OPEN"}},
+        WordsRow{{"Encryption"}, "--encryption=", &G::construct802EncryptMode, {"NONE"}},
+        WordsRow{{"AuthMethods"}, "--802-auth-ext=", &G::construct802AuthExtension, {}},
+        WordsRow{{"InnerAuth"}, "--802-auth-inner=", &G::construct802AuthInner, {"CHAP"}},
+        WordsRow{{"WepTransmit"}, "--WEP-transmit=", &G::constructWEPTransmit, {}}),
     support::rowName);
 
 TEST(SettingOptions, HaveWordsIfTheirKindSaysSo) {

@@ -112,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(
     support::rowName);
 
 TEST_F(StatusQueries, ShowTheWholeReplyAndItsSize) {
-  answer({replyOf(bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02"))});
+  answer({replyOf(packets::AuthenticatedRecord)});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
   EXPECT_EQ(output, (Output{"",
                             "D [ZVK] 802.1x Authentication status...\n"
@@ -224,13 +224,13 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(StatusQueries, FindTheRecordInAFurtherPacket) {
   answer({joined({replyOf(bytes("A5 00 09 50 E0 D8 00 2A 26 00 01 09"), 0x70),
-                  replyOf(bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02"))})});
+                  replyOf(packets::AuthenticatedRecord)})});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
 }
 
 TEST_F(StatusQueries, PassOverAThousandTruncatedRecords) {
   const std::string truncated = support::repeated("A5 00 09 50 E0 D8 00 2A ", 1000);
-  answer({replyOf(bytes(truncated + "A5 00 09 50 E0 D8 00 2A 1D 00 01 02"))});
+  answer({replyOf(bytes(truncated + packets::hexText(packets::AuthenticatedRecord)))});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
 }
 
