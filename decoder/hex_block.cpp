@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "decoder/hex_digits.h"
 #include "decoder/packet_content.h"
 #include "decoder/stream_decoder.h"
 
@@ -32,9 +33,9 @@ bool HexBlock::takeMark(std::string_view text, std::size_t number) {
     m_RepeatedAt = number;
     return true;
   }
-  const auto offset = readOffset(text);
-  const bool endsDump =
-      offset && (*offset == m_NextOffset || (m_RepeatedAt != 0 && *offset > m_NextOffset));
+  const auto offset = takeOffset(text);
+  const bool endsDump = offset && text.empty() &&
+                        (*offset == m_NextOffset || (m_RepeatedAt != 0 && *offset > m_NextOffset));
   if (!endsDump) {
     return false;
   }

@@ -38,10 +38,4 @@ struct HexLine {
 ///     A5 0 6, 0x50; e0d8 |...P.             pairs or single digits; text after "|" is ignored
 std::optional<HexLine> readHexLine(std::string_view line);
 
-/// Reads an offset that stands alone, as in the last line of hexdump.
-std::optional<std::uint64_t> readOffset(std::string_view text);
-
-/// `text` without blanks at either end.
-std::string_view trimmed(std::string_view text);
-
 }  // namespace decoder

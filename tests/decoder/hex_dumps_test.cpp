@@ -162,6 +162,18 @@ TEST(ColonList, IsNeitherATimeNorAnAddress) {
   }
 }
 
+TEST(HexDump, EndsAtNothingButAnOffsetAlone) {
+  struct {
+    const char* line;
+    const char* bytes;
+  } const rows[] = {{"9", "1 byte"}, {"00000009 00", "5 bytes"}, {"000000000000000009", "9 bytes"}};
+  EXPECT_EQ(wordsOf(Dump + "00000009\r\n"), "lines 1-2: " + QueryWords);
+  for (const auto& row : rows) {
+    EXPECT_EQ(wordsOf(Dump + row.line),
+              "lines 1-2: " + QueryWords + "line 3: " + row.bytes + " outside any packet\n");
+  }
+}
+
 /// A text of lines that are each something, in every form, cut at each place.
 TEST(HexDump, MayBeCutAnywhere) {
   const std::string whole = Dump + Zeros + "00000050  00 00  |..|\n00000052\n" +

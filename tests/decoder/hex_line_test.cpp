@@ -156,14 +156,6 @@ INSTANTIATE_TEST_SUITE_P(
                     LineRow{{"NoBytes"}, "00000000  |", "00 00 00 00", true}),
     support::rowName);
 
-TEST(ReadOffset, TakesAnOffsetAlone) {
-  EXPECT_EQ(decoder::readOffset("00000057"), 0x57U);
-  EXPECT_EQ(decoder::readOffset("ffffffffffffffff"), 0xFFFFFFFFFFFFFFFFU);
-  for (const char* text : {"", "57", "000057", "10000000000000000", "00000057 ", "0000005g"}) {
-    EXPECT_FALSE(decoder::readOffset(text)) << text;
-  }
-}
-
 class NoHexLine : public testing::TestWithParam<const char*> {};
 
 TEST_P(NoHexLine, IsNotTaken) {
