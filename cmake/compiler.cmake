@@ -18,12 +18,20 @@ if(ZVK_SANITIZERS)
   add_compile_options($<$<CONFIG:Debug>:-O1> -fsanitize=${ZVK_SANITIZERS} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZVK_SANITIZERS})
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND ZVK_SANITIZERS MATCHES "address" AND NOT ZVK_FUZZ)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND ZVK_SANITIZERS MATCHES "address")
     # As g++ does by itself: linked in, clang's runtime and a preloaded clock wait for each other.
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-runtime-dir
       OUTPUT_VARIABLE runtime_folder OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     add_link_options(-shared-libsan "LINKER:-rpath,${runtime_folder}")
   endif()
+endif()
+
+if(ZVK_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR NOT ZVK_SANITIZERS MATCHES "address")
+    message(FATAL_ERROR "The fuzzers need clang++, and AddressSanitizer to see what they find")
+  endif()
+  # The libraries report to a fuzzer where an input leads. Programs without one ignore it.
+  add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
 # Programs that are shipped: a mistake that gets past everything else ends the program instead of
@@ -45,10 +53,17 @@ check_pie_supported(LANGUAGES CXX)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  # Paths below the sources and the build folder's name do not count: another clone has the same objects.
   # What a precompiled header holds is told to the cache by the compiler.
-  set(CMAKE_CXX_COMPILER_LAUNCHER
-    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+    CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+    CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-fpch-preprocess)
+  elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # CMake's own options hide the paths from the cache; and a header's time is no part of its content.
+    set(CMAKE_CXX_COMPILE_OPTIONS_CREATE_PCH
+      -Xclang -emit-pch -Xclang -fno-pch-timestamp -include <PCH_HEADER> -x c++-header)
+    set(CMAKE_CXX_COMPILE_OPTIONS_USE_PCH -include-pch <PCH_FILE>)
   endif()
 endif()

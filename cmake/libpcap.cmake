@@ -1,7 +1,10 @@
-# libpcap (Debian: libpcap-dev), which reads captures: its header is <pcap/pcap.h>.
-find_path(LIBPCAP_INCLUDE_DIR pcap/pcap.h REQUIRED)
-find_library(LIBPCAP_LIBRARY pcap REQUIRED)
+# libpcap, which reads captures: its header is <pcap/pcap.h>. There is a target if it is found.
+find_path(LIBPCAP_INCLUDE_DIR pcap/pcap.h)
+find_library(LIBPCAP_LIBRARY pcap)
+mark_as_advanced(LIBPCAP_INCLUDE_DIR LIBPCAP_LIBRARY)
 
-add_library(libpcap INTERFACE)
-target_include_directories(libpcap SYSTEM INTERFACE ${LIBPCAP_INCLUDE_DIR})
-target_link_libraries(libpcap INTERFACE ${LIBPCAP_LIBRARY})
+if(LIBPCAP_INCLUDE_DIR AND LIBPCAP_LIBRARY)
+  add_library(libpcap INTERFACE)
+  target_include_directories(libpcap SYSTEM INTERFACE ${LIBPCAP_INCLUDE_DIR})
+  target_link_libraries(libpcap INTERFACE ${LIBPCAP_LIBRARY})
+endif()

@@ -1,6 +1,9 @@
-# libusb 0.1 (Debian: libusb-dev): its header is <usb.h>, its library libusb.
-find_path(LIBUSB_INCLUDE_DIR usb.h REQUIRED)
-find_library(LIBUSB_LIBRARY usb REQUIRED)
+# libusb 0.1: its header is <usb.h>, its library libusb.
+find_path(LIBUSB_INCLUDE_DIR usb.h)
+find_library(LIBUSB_LIBRARY usb)
+if(NOT LIBUSB_INCLUDE_DIR OR NOT LIBUSB_LIBRARY)
+  message(FATAL_ERROR "zvkconfig needs libusb 0.1 (Debian: libusb-dev)")
+endif()
 
 add_library(libusb INTERFACE)
 target_include_directories(libusb SYSTEM INTERFACE ${LIBUSB_INCLUDE_DIR})

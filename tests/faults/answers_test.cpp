@@ -4,7 +4,7 @@
 #include <tuple>
 #include <vector>
 
-#include "faults/bench.h"
+#include "faults/failure_rig.h"
 
 // A printer that answers late, with an old answer first, without an end, or with refusals.
 
@@ -18,9 +18,9 @@ class Answers : public testing::Test {
  protected:
   ~Answers() override { RecordProperty("runs", runs); }
 
-  Outcome run(Bench& bench, const Command& command) {
+  Outcome run(FailureRig& rig, const Command& command) {
     ++runs;
-    Outcome outcome = bench.run(command, files);
+    Outcome outcome = rig.run(command, files);
     expectOrderlyEnd(command, Wiring::Usblp, outcome);
     return outcome;
   }
@@ -46,14 +46,14 @@ TEST_P(LateAnswers, AreTakenByTheAttemptTheyReach) {
   const int end = row.window + (row.attempts - 1) * row.period;
   for (int delay = 0; delay <= end + 1; ++delay) {
     SCOPED_TRACE(std::to_string(delay) + " seconds late");
-    Bench bench(Wiring::Usblp);
-    bench.device.onWrite = [&](const Bytes& request) {
-      bench.device.reply(bench.printer.ask(request), delay * virtual_system::Second);
+    FailureRig rig(Wiring::Usblp);
+    rig.device.onWrite = [&](const Bytes& request) {
+      rig.device.reply(rig.printer.ask(request), delay * virtual_system::Second);
     };
-    const Outcome outcome = run(bench, command(row.name));
+    const Outcome outcome = run(rig, command(row.name));
     EXPECT_EQ(outcome.status, delay <= end ? row.inTime : row.tooLate);
     const int missed = (std::max(delay - row.window, 0) + row.period - 1) / row.period;
-    EXPECT_EQ(static_cast<int>(bench.device.writes.size()), std::min(missed + 1, row.attempts));
+    EXPECT_EQ(static_cast<int>(rig.device.writes.size()), std::min(missed + 1, row.attempts));
   }
 }
 
@@ -87,17 +87,17 @@ class Refusals : public Answers, public testing::WithParamInterface<RefusalRow> 
   /// them.
   void refuse(int from, int to, int status, int writes) {
     SCOPED_TRACE("refusals from " + std::to_string(from) + " to " + std::to_string(to));
-    Bench bench(Wiring::Usblp);
+    FailureRig rig(Wiring::Usblp);
     int attempt = 0;
-    bench.device.onWrite = [&](const Bytes& request) {
-      const Bytes reply = bench.printer.ask(request);
+    rig.device.onWrite = [&](const Bytes& request) {
+      const Bytes reply = rig.printer.ask(request);
       ++attempt;
       if (attempt >= from) {
-        bench.device.reply(attempt <= to ? Refusal : reply);
+        rig.device.reply(attempt <= to ? Refusal : reply);
       }
     };
-    EXPECT_EQ(run(bench, command(GetParam().name)).status, status);
-    EXPECT_EQ(static_cast<int>(bench.device.writes.size()), writes);
+    EXPECT_EQ(run(rig, command(GetParam().name)).status, status);
+    EXPECT_EQ(static_cast<int>(rig.device.writes.size()), writes);
   }
 };
 
@@ -135,10 +135,10 @@ class OldAnswers : public Answers, public testing::WithParamInterface<OldRow> {}
 const Bytes OldAnswer = bytes("A5 00 0C 50 E0 D8 00 28 08 00 04 6F 6C 64 00");
 
 TEST_P(OldAnswers, StandBeforeThoseAskedFor) {
-  Bench bench(Wiring::Usblp);
-  bench.device.reply(OldAnswer);
-  EXPECT_EQ(run(bench, command(GetParam().name)).status, GetParam().status);
-  EXPECT_EQ(bench.device.writes.size(), GetParam().writes);
+  FailureRig rig(Wiring::Usblp);
+  rig.device.reply(OldAnswer);
+  EXPECT_EQ(run(rig, command(GetParam().name)).status, GetParam().status);
+  EXPECT_EQ(rig.device.writes.size(), GetParam().writes);
 }
 
 // A configuration and a query go by the end of what has come; who collects a reply takes the first
@@ -164,15 +164,15 @@ class EndlessAnswers : public testing::TestWithParam<std::tuple<Command, Wiring>
 /// A thousand bytes of a stream arrive in each millisecond at most.
 constexpr virtual_system::Microseconds PieceTime = 1000;
 
-void sendForEver(Bench& bench, const Bytes& piece) {
-  bench.device.readResult = [&bench, &piece] {
-    if (bench.device.arrivals.empty()) {
-      bench.device.reply(piece, PieceTime);
+void sendForEver(FailureRig& rig, const Bytes& piece) {
+  rig.device.readResult = [&rig, &piece] {
+    if (rig.device.arrivals.empty()) {
+      rig.device.reply(piece, PieceTime);
     }
     return 0;
   };
-  bench.libusb.bulkRead = [&bench, &piece](char* buffer, int size) {
-    bench.system.advance(PieceTime);
+  rig.libusb.bulkRead = [&rig, &piece](char* buffer, int size) {
+    rig.system.advance(PieceTime);
     const auto count = std::min(piece.size(), static_cast<std::size_t>(size));
     std::copy_n(piece.begin(), count, reinterpret_cast<std::uint8_t*>(buffer));
     return static_cast<int>(count);
@@ -196,10 +196,10 @@ TEST_P(EndlessAnswers, EndTheRunInOrder) {
   };
   for (const Stream& stream : streams) {
     SCOPED_TRACE(stream.name);
-    Bench bench(wiring);
+    FailureRig rig(wiring);
     const CommandFiles files;
-    sendForEver(bench, stream.bytes);
-    expectOrderlyEnd(command, wiring, bench.run(command, files));
+    sendForEver(rig, stream.bytes);
+    expectOrderlyEnd(command, wiring, rig.run(command, files));
   }
   RecordProperty("runs", static_cast<int>(streams.size()));
 }

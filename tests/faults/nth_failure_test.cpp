@@ -8,7 +8,7 @@
 #include <tuple>
 #include <vector>
 
-#include "faults/bench.h"
+#include "faults/failure_rig.h"
 
 // Every command, over and over: the n-th call of one kind fails, n counting up until a run gets to
 // its end without it. Repeated calls of select are sampled (`support::Disturbance`).
@@ -74,9 +74,9 @@ class NthFailure : public testing::TestWithParam<std::tuple<Command, Wiring>> {
 
   /// Whether the command makes such calls when nothing fails.
   bool makes(std::string_view call) {
-    Bench bench(wiring());
-    bench.run(command(), files, {.call = call, .fault = {"", 0}, .first = 0});
-    return bench.callCount > 0;
+    FailureRig rig(wiring());
+    rig.run(command(), files, {.call = call, .fault = {"", 0}, .first = 0});
+    return rig.callCount > 0;
   }
 
   /// Runs the command with the n-th call failing, for each n that there is; once with that call
@@ -88,9 +88,9 @@ class NthFailure : public testing::TestWithParam<std::tuple<Command, Wiring>> {
       for (int n = 1; reached && !HasFailure(); ++n) {
         const Plan plan{.call = call, .fault = fault, .first = n, .lasting = lasting};
         SCOPED_TRACE(describe(plan));
-        Bench bench(wiring());
-        const Outcome outcome = bench.run(command(), files, plan);
-        reached = bench.wasReached;
+        FailureRig rig(wiring());
+        const Outcome outcome = rig.run(command(), files, plan);
+        reached = rig.wasReached;
         runs += reached ? 1 : 0;
         longest = std::max(longest, outcome.seconds);
         expect(outcome, plan, reached);

@@ -5,7 +5,7 @@
 #include <tuple>
 #include <vector>
 
-#include "faults/bench.h"
+#include "faults/failure_rig.h"
 
 // The printer goes away in every message of every conversation, for good or until it is opened
 // again: at each byte of a message of at most 64 bytes, at a sample of bytes of a longer one.
@@ -33,38 +33,38 @@ struct Size {
 /// is told that there is something to read, as by the kernel's driver.
 class VanishingPrinter {
  public:
-  VanishingPrinter(Wiring wiring, Moment moment) : bench(wiring), m_Moment(moment) {
-    auto& device = bench.device;
+  VanishingPrinter(Wiring wiring, Moment moment) : rig(wiring), m_Moment(moment) {
+    auto& device = rig.device;
     device.onWrite = [this](const Bytes& request) {
       if (Bytes reply = replyTo(request); !reply.empty()) {
-        bench.device.reply(std::move(reply));
+        rig.device.reply(std::move(reply));
       }
     };
     device.writeResult = [this](std::size_t size) {
-      return taken(bench.device.opens, size);
+      return taken(rig.device.opens, size);
     };
     device.readResult = [this] {
       return readUsblp();
     };
-    bench.libusb.onOpen = [this](const struct usb_device* /*device*/) {
+    rig.libusb.onOpen = [this](const struct usb_device* /*device*/) {
       ++m_Opens;
     };
-    bench.libusb.bulkWrite = [this](Bytes request) {
+    rig.libusb.bulkWrite = [this](Bytes request) {
       const int count = taken(m_Opens, request.size());
       request.resize(static_cast<std::size_t>(std::max(count, 0)));
       const Bytes reply = replyTo(request);
-      bench.libusb.incoming.insert(bench.libusb.incoming.end(), reply.begin(), reply.end());
+      rig.libusb.incoming.insert(rig.libusb.incoming.end(), reply.begin(), reply.end());
       return count;
     };
-    bench.libusb.bulkRead = [this](char* buffer, int size) {
+    rig.libusb.bulkRead = [this](char* buffer, int size) {
       return readLibUsb(buffer, size);
     };
   }
 
-  int opens() const { return std::max(m_Opens, bench.device.opens); }
+  int opens() const { return std::max(m_Opens, rig.device.opens); }
 
   std::vector<Size> sizes;
-  Bench bench;
+  FailureRig rig;
 
  private:
   bool isIt(int exchange) const { return exchange == m_Moment.exchange; }
@@ -72,20 +72,20 @@ class VanishingPrinter {
   void vanish() {
     m_Gone = true;
     if (!m_Moment.comesBack) {
-      bench.device.openErrno = ENODEV;
-      bench.libusb.opens = false;
+      rig.device.openErrno = ENODEV;
+      rig.libusb.opens = false;
     }
-    bench.device.readyForEver = true;
+    rig.device.readyForEver = true;
   }
 
   /// What the printer takes of a request.
   int taken(int exchange, std::size_t size) {
     if (m_Gone && m_Moment.comesBack && !isIt(exchange)) {
       m_Gone = false;
-      bench.device.readyForEver = false;
-      bench.device.arrivals.clear();
-      bench.libusb.incoming.clear();
-      bench.printer.adapter.forgetPartialPacket();
+      rig.device.readyForEver = false;
+      rig.device.arrivals.clear();
+      rig.libusb.incoming.clear();
+      rig.printer.adapter.forgetPartialPacket();
     }
     sizes.resize(std::max(sizes.size(), static_cast<std::size_t>(exchange)));
     Size& current = sizes[static_cast<std::size_t>(exchange) - 1];
@@ -103,7 +103,7 @@ class VanishingPrinter {
   }
 
   Bytes replyTo(const Bytes& request) {
-    Bytes reply = bench.printer.ask(request);
+    Bytes reply = rig.printer.ask(request);
     if (!reply.empty()) {
       sizes.back().reply += reply.size();
       if (isIt(opens()) && !m_Moment.inRequest) {
@@ -118,7 +118,7 @@ class VanishingPrinter {
   }
 
   int readUsblp() {
-    const auto& device = bench.device;
+    const auto& device = rig.device;
     if (m_Gone && device.arrivals.empty()) {
       return -ENODEV;
     }
@@ -130,7 +130,7 @@ class VanishingPrinter {
   }
 
   int readLibUsb(char* buffer, int size) {
-    Bytes& incoming = bench.libusb.incoming;
+    Bytes& incoming = rig.libusb.incoming;
     if (incoming.empty()) {
       if (m_IsLast && isIt(m_Opens)) {
         vanish();
@@ -138,7 +138,7 @@ class VanishingPrinter {
       if (m_Gone) {
         return -ENODEV;
       }
-      bench.system.advance(bench.libusb.readTimeouts.back() * 1000LL);
+      rig.system.advance(rig.libusb.readTimeouts.back() * 1000LL);
       return -ETIMEDOUT;
     }
     const auto count = std::min<std::size_t>(incoming.size(), static_cast<std::size_t>(size));
@@ -183,7 +183,7 @@ class Vanishing : public testing::TestWithParam<std::tuple<Command, Wiring>> {
   template <typename Expect>
   void vanishAtEach(bool comesBack, Expect expect) {
     VanishingPrinter undisturbed(wiring(), {});
-    undisturbed.bench.run(command(), m_Files);
+    undisturbed.rig.run(command(), m_Files);
     for (std::size_t i = 0; i < undisturbed.sizes.size(); ++i) {
       const Size& size = undisturbed.sizes[i];
       for (const bool inRequest : {true, false}) {
@@ -191,7 +191,7 @@ class Vanishing : public testing::TestWithParam<std::tuple<Command, Wiring>> {
           const Moment moment{static_cast<int>(i) + 1, inRequest, bytes, comesBack};
           SCOPED_TRACE(describe(moment));
           VanishingPrinter printer(wiring(), moment);
-          const Outcome outcome = printer.bench.run(command(), m_Files);
+          const Outcome outcome = printer.rig.run(command(), m_Files);
           ++m_Runs;
           expectOrderlyEnd(command(), wiring(), outcome);
           expect(moment, outcome, printer.opens());

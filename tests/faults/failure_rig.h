@@ -28,9 +28,9 @@ struct Outcome {
 
 /// The whole program in this process, with the emulated printer in place of the device. Good for
 /// one run.
-class Bench {
+class FailureRig {
  public:
-  explicit Bench(Wiring wiring);
+  explicit FailureRig(Wiring wiring);
 
   /// Runs the command to its end, disturbed as planned.
   Outcome run(const Command& command, const CommandFiles& files,

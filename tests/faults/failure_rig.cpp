@@ -1,4 +1,4 @@
-#include "faults/bench.h"
+#include "faults/failure_rig.h"
 
 #include <algorithm>
 #include <chrono>
@@ -25,7 +25,7 @@ emulator::Personality obligingPrinter() {
 
 }  // namespace
 
-Bench::Bench(Wiring wiring) : printer(obligingPrinter()), m_Wiring(wiring) {
+FailureRig::FailureRig(Wiring wiring) : printer(obligingPrinter()), m_Wiring(wiring) {
   device.onWrite = [this](const support::Bytes& request) {
     if (support::Bytes answer = reply(request); !answer.empty()) {
       device.reply(std::move(answer));
@@ -39,13 +39,13 @@ Bench::Bench(Wiring wiring) : printer(obligingPrinter()), m_Wiring(wiring) {
   };
 }
 
-support::Bytes Bench::reply(const support::Bytes& request) {
+support::Bytes FailureRig::reply(const support::Bytes& request) {
   printer.now = emulator::Adapter::Clock::time_point(std::chrono::microseconds(system.now()));
   return printer.ask(request);
 }
 
-Outcome Bench::run(const Command& command, const CommandFiles& files,
-                   const support::Disturbance::Plan& plan) {
+Outcome FailureRig::run(const Command& command, const CommandFiles& files,
+                        const support::Disturbance::Plan& plan) {
   Outcome outcome;
   const bool atUsblp = m_Wiring == Wiring::Usblp;
   support::CommandLine line(files.fill(command, atUsblp ? "/dev/usb/lp0" : "1:5"));
