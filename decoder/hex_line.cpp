@@ -2,13 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <utility>
+
+#include "decoder/dump_line.h"
+#include "decoder/hex_digits.h"
 
 namespace decoder {
 
 namespace {
 
 using Direction = Stream::Direction;
+using Form = HexLine::Form;
 
 struct Mark {
   std::string_view text;
@@ -23,15 +27,20 @@ constexpr std::array<Mark, 2> Marks = {{
 constexpr std::string_view Separators = " \t\r,;";
 /// What the log has in place of a masked byte.
 constexpr std::string_view Hidden = "**";
-/// Bytes in a full line of a dump.
-constexpr std::size_t DumpWidth = 16;
 
-std::optional<npa::Byte> byteOf(std::string_view digits) {
-  npa::Byte value = 0;
-  const char* const textEnd = digits.data() + digits.size();
-  const auto [end, error] = std::from_chars(digits.data(), textEnd, value, 16);
-  const bool isByte = error == std::errc() && end == textEnd;
-  return isByte ? std::optional(value) : std::nullopt;
+std::optional<HexLine> readColons(std::string_view text) {
+  text = trimmed(text);
+  HexLine line;
+  line.form = Form::Colons;
+  bool hasColon = false;
+  do {
+    const std::string_view pair = takeAll(text, Digits);
+    if (pair.size() != PairSize || !appendPairs(pair, line.bytes)) {
+      return std::nullopt;
+    }
+    hasColon = hasColon || text.starts_with(':');
+  } while (skip(text, ":") && !text.empty());
+  return hasColon && text.empty() ? std::optional(std::move(line)) : std::nullopt;
 }
 
 /// Appends the bytes of a word without separators; returns whether it is one of hex digits.
@@ -44,39 +53,21 @@ bool appendWord(std::string_view word, HexLine& line) {
   if (word.starts_with("0x") || word.starts_with("0X")) {
     word.remove_prefix(2);
   }
-  constexpr std::size_t pair = 2;
-  if (word.empty() || (word.size() > 1 && word.size() % pair != 0)) {
-    return false;
+  if (word.size() != 1) {
+    return appendPairs(word, line.bytes);
   }
-  for (; !word.empty(); word.remove_prefix(std::min(pair, word.size()))) {
-    const std::optional<npa::Byte> byte = byteOf(word.substr(0, pair));
-    if (!byte) {
-      return false;
-    }
-    line.bytes.push_back(*byte);
+  const auto digit = numberIn(word);
+  if (digit) {
+    line.bytes.push_back(static_cast<npa::Byte>(*digit));
   }
-  return true;
+  return digit.has_value();
 }
 
-}  // namespace
-
-std::optional<HexLine> readHexLine(std::string_view text) {
+std::optional<HexLine> readPlain(std::string_view text) {
   HexLine line;
-  for (const Mark& mark : Marks) {
-    if (text.starts_with(mark.text)) {
-      line.direction = mark.direction;
-      line.endsBlock = true;
-      text.remove_prefix(mark.text.size());
-    }
-  }
   const std::size_t bar = text.find('|');
-  const bool isDump = bar != std::string_view::npos;
   text = text.substr(0, bar);
-  while (true) {
-    text.remove_prefix(std::min(text.find_first_not_of(Separators), text.size()));
-    if (text.empty()) {
-      break;
-    }
+  for (takeAll(text, Separators); !text.empty(); takeAll(text, Separators)) {
     const std::size_t end = std::min(text.find_first_of(Separators), text.size());
     if (!appendWord(text.substr(0, end), line)) {
       return std::nullopt;
@@ -86,8 +77,36 @@ std::optional<HexLine> readHexLine(std::string_view text) {
   if (line.bytes.empty()) {
     return std::nullopt;
   }
-  line.endsBlock = line.endsBlock || (isDump && line.bytes.size() < DumpWidth);
+  line.endsBlock = bar != std::string_view::npos && line.bytes.size() < DumpWidth;
   return line;
+}
+
+std::optional<HexLine> readLog(std::string_view text) {
+  for (const Mark& mark : Marks) {
+    if (skip(text, mark.text)) {
+      std::optional<HexLine> line = readPlain(text);
+      if (line) {
+        line->direction = mark.direction;
+        line->endsBlock = true;
+      }
+      return line;
+    }
+  }
+  return std::nullopt;
+}
+
+/// In this order: what an earlier one takes might look like something else to a later one.
+constexpr std::array Readers = {readLog, readXxd, readHexdump, readOwnDump, readColons, readPlain};
+
+}  // namespace
+
+std::optional<HexLine> readHexLine(std::string_view line) {
+  for (const auto& read : Readers) {
+    if (std::optional<HexLine> result = read(line)) {
+      return result;
+    }
+  }
+  return std::nullopt;
 }
 
 }  // namespace decoder

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "catalogue/option_parser.h"
 #include "decoder/decode.h"
 #include "decoder/json_report.h"
 #include "decoder/options.h"
@@ -53,10 +54,14 @@ std::string readInput(const std::string& name) {
   return content;
 }
 
-void decodeInput(const std::string& name, const Options& options, decoder::Report& report) {
+void decodeInput(const std::string& name, const Options& options, decoder::Tally& report) {
   report.beginInput(name);
   try {
-    decoder::decode(readInput(name), options, report);
+    const std::string content = readInput(name);
+    decoder::decode(content, options, report);
+    if (!report.hasFound()) {
+      say(name + ": " + decoder::nothingFoundText(content, options));
+    }
   } catch (const std::system_error& error) {
     const std::string reason = error.code().message();
     say(name + ": " + reason);
@@ -113,8 +118,8 @@ int main(int argc, char** argv) {
       return StatusFailure;
     }
     return status;
-  } catch (const decoder::UsageError& error) {
-    say(std::string(error.what()) + "; 'zvknpa --help' lists what there is");
+  } catch (const catalogue::UsageError& error) {
+    say(std::string(error.what()) + "\nTry 'zvknpa --help'.");
   } catch (const std::exception& error) {
     say(error.what());
   }

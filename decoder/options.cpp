@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
+#include <utility>
 
 #include "catalogue/hex_text.h"
 #include "catalogue/setting_catalogue.h"
@@ -11,15 +13,10 @@ namespace decoder {
 
 namespace {
 
-Options::Form parseForm(const std::string& text) {
-  if (text == "text") {
-    return Options::Form::Text;
-  }
-  if (text == "capture") {
-    return Options::Form::Capture;
-  }
-  throw UsageError("'" + text + "' is no form of input: text or capture");
-}
+using catalogue::ValueKind;
+using Option = catalogue::Option<Options>;
+
+constexpr std::array<std::string_view, 2> Forms = {"text", "capture"};
 
 /// "1:5", as the reader of captures writes it.
 std::string parseDevice(const std::string& text) {
@@ -31,38 +28,63 @@ std::string parseDevice(const std::string& text) {
     constexpr std::size_t longest = 5;
     if (number.empty() || number.size() > longest ||
         number.find_first_not_of(digits) != std::string::npos) {
-      throw UsageError("'" + text + "' is no device such as 1:5");
+      throw catalogue::ValueError("a bus and a device number such as 1:5");
     }
   }
   return std::to_string(std::stoul(bus)) + ":" + std::to_string(std::stoul(device));
 }
 
 constexpr std::array OptionTable = {
-    Option{"--json", "", "write one JSON document",
-           [](Options& o, const std::string&) {
-             o.json = true;
-           }},
-    Option{"--secrets", "", "do not mask keys and passwords",
-           [](Options& o, const std::string&) {
-             o.showSecrets = true;
-           }},
-    Option{"--form", "text|capture", "read the input so, whatever it looks like",
-           [](Options& o, const std::string& value) {
-             o.form = parseForm(value);
-           }},
-    Option{"--device", "BUS:DEVICE", "look at this device of a capture only",
-           [](Options& o, const std::string& value) {
-             o.device = parseDevice(value);
-           }},
-    Option{"--objects", "", "list the settings that are known",
-           [](Options& o, const std::string&) {
-             o.action = Options::Action::Objects;
-           }},
-    Option{"--help", "", "print this text",
-           [](Options& o, const std::string&) {
-             o.action = Options::Action::Help;
-           }},
+    Option{.name = "--json",
+           .help = "write one JSON document",
+           .details = "There is one for all inputs and packets. U+FFFD replaces the bytes of a "
+                      "text that are not UTF-8.",
+           .apply =
+               [](Options& o, const std::string&) {
+                 o.json = true;
+               }},
+    Option{.name = "--secrets",
+           .help = "do not mask keys and passwords",
+           .details = "Nor are values of unknown settings masked, and data that could not be read. "
+                      "What a log has masked stays masked.",
+           .apply =
+               [](Options& o, const std::string&) {
+                 o.showSecrets = true;
+               }},
+    Option{.name = "--form",
+           .kind = ValueKind::Words,
+           .words = Forms,
+           .help = "read all inputs in this form, whatever they look like",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.form = value == Forms.front() ? Options::Form::Text : Options::Form::Capture;
+               }},
+    Option{.name = "--device",
+           .valueName = "BUS:DEVICE",
+           .help = "read only this device of a capture, such as 1:5",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.device = parseDevice(value);
+               }},
+    Option{.name = "--objects",
+           .help = "list the known settings",
+           .details = "The columns, separated by tabs, are group, object, kind of the value, "
+                      "whether it is secret, names of group and setting, and what its numbers "
+                      "mean.",
+           .apply =
+               [](Options& o, const std::string&) {
+                 o.action = Options::Action::Objects;
+               }},
+    Option{.name = "--help",
+           .shortName = "-h",
+           .help = "print a help text",
+           .apply =
+               [](Options& o, const std::string&) {
+                 o.action = Options::Action::Help;
+               }},
 };
+
+constexpr std::array Groups = {OptionGroup{"Options", OptionTable}};
 
 std::string_view valueText(catalogue::SettingInfo::Kind kind) {
   using Kind = catalogue::SettingInfo::Kind;
@@ -81,43 +103,16 @@ std::string_view valueText(catalogue::SettingInfo::Kind kind) {
 
 }  // namespace
 
-std::span<const Option> optionTable() {
-  return OptionTable;
+std::span<const OptionGroup> optionGroups() {
+  return Groups;
 }
 
 Options parseOptions(const std::vector<std::string>& arguments) {
   Options options;
-  bool onlyInputs = false;
-  for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
-    if (!onlyInputs && *argument == "--") {
-      onlyInputs = true;
-      continue;
-    }
-    if (onlyInputs || !argument->starts_with('-') || *argument == "-") {
-      options.inputs.push_back(*argument);
-      continue;
-    }
-    const std::size_t equals = argument->find('=');
-    const std::string name = *argument == "-h" ? "--help" : argument->substr(0, equals);
-    const auto* const option = std::ranges::find(OptionTable, name, &Option::name);
-    if (option == OptionTable.end()) {
-      throw UsageError("there is no option '" + name + "'");
-    }
-    const bool takesValue = !option->valueName.empty();
-    if (!takesValue && equals != std::string::npos) {
-      throw UsageError(name + " takes no value");
-    }
-    std::string value;
-    if (equals != std::string::npos) {
-      value = argument->substr(equals + 1);
-    } else if (takesValue) {
-      if (++argument == arguments.end()) {
-        throw UsageError(name + " needs a value");
-      }
-      value = *argument;
-    }
-    option->apply(options, value);
-  }
+  catalogue::Operands operands =
+      catalogue::parseArguments(optionGroups(), std::span(arguments), options);
+  options.inputs = std::move(operands.before);
+  std::ranges::move(operands.after, std::back_inserter(options.inputs));
   if (options.inputs.empty()) {
     options.inputs.emplace_back("-");
   }
@@ -125,26 +120,18 @@ Options parseOptions(const std::vector<std::string>& arguments) {
 }
 
 std::string helpText() {
-  std::string text =
-      "zvknpa: what is said to a printer's wireless adapter, in words\n"
-      "\n"
-      "  zvknpa [OPTION...] [FILE...]\n"
-      "      Reads NPA packets: as hex text, from the log of zvkconfig or zvkprinter, or from a\n"
-      "      capture of the USB. Without FILE, or for -, it reads standard input.\n"
-      "\n";
-  for (const Option& option : OptionTable) {
-    constexpr std::size_t column = 25;
-    std::string line = "  " + std::string(option.name);
-    if (!option.valueName.empty()) {
-      line.append("=").append(option.valueName);
-    }
-    line.resize(std::max(column, line.size() + 1), ' ');
-    text.append(line).append(option.help).append("\n");
-  }
-  return text.append(
-      "\n"
-      "Ends with 0 when everything was decoded, 1 when something was no whole packet or of no\n"
-      "known kind, 2 when the command line is wrong or an input cannot be read.\n");
+  return "zvknpa: what is said to a printer's wireless adapter, in words\n"
+         "\n"
+         "  zvknpa [OPTION...] [FILE...]\n"
+         "      Reads NPA packets: as hex text, from a dump of xxd or hexdump -C, from the log of\n"
+         "      zvkconfig or zvkprinter, or from a capture of the USB. Without FILE, or for -, it\n"
+         "      reads standard input.\n" +
+         catalogue::optionList(optionGroups()) +
+         "\n"
+         "Ends with 0 when everything was decoded, 1 when something was no whole packet or of no\n"
+         "known kind, 2 when the command line is wrong or an input cannot be read, 3 when an "
+         "input\n"
+         "holds nothing that looks like a packet.\n";
 }
 
 std::string objectsText() {

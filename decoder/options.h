@@ -1,17 +1,12 @@
 #pragma once
 
 #include <span>
-#include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
-namespace decoder {
+#include "catalogue/option_parser.h"
 
-/// A command line that makes no sense; the text says why.
-struct UsageError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
+namespace decoder {
 
 /// The command line of zvknpa, taken apart.
 struct Options {
@@ -26,18 +21,12 @@ struct Options {
   std::vector<std::string> inputs;  ///< files, "-" for standard input; at least one
 };
 
-/// One option: what it does with its value, which is empty for a switch.
-struct Option {
-  std::string_view name;
-  std::string_view valueName;  ///< of the value; empty for a switch
-  std::string_view help;
-  void (*apply)(Options& options, const std::string& value);
-};
+using OptionGroup = catalogue::OptionGroup<Options>;
 
-/// All options there are.
-std::span<const Option> optionTable();
+/// All options.
+std::span<const OptionGroup> optionGroups();
 
-/// Reads the arguments behind the program's name; throws `UsageError`.
+/// Reads the arguments after the program's name; throws `catalogue::UsageError`.
 Options parseOptions(const std::vector<std::string>& arguments);
 
 /// The help text.

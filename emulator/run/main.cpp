@@ -12,11 +12,12 @@
 #include <utility>
 #include <vector>
 
+#include "catalogue/option_parser.h"
 #include "emulator/adapter/adapter.h"
 #include "emulator/adapter/message_log.h"
+#include "emulator/run/command_line.h"
 #include "emulator/run/command_process.h"
 #include "emulator/run/device_link.h"
-#include "emulator/run/options.h"
 #include "emulator/run/private_devices.h"
 #include "emulator/run/reply_files.h"
 #include "emulator/run/usb_command.h"
@@ -48,7 +49,8 @@ FileStream openLog(const Options& options) {
               return 0;
             }};
   }
-  FileStream stream(std::fopen(options.logFile->c_str(), "we"), std::fclose);
+  FileStream stream(std::fopen(options.logFile->c_str(), options.appendsLog ? "ae" : "we"),
+                    std::fclose);
   if (!stream) {
     throw std::system_error(errno, std::generic_category(), *options.logFile);
   }
@@ -128,10 +130,18 @@ int serve(const Options& options, emulator::PtyTransport& transport) {
   return 0;
 }
 
+/// Writes out what was printed so far; throws `std::system_error` if any of it was lost.
+void flushOutput() {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    throw std::system_error(errno, std::generic_category(), "standard output");
+  }
+}
+
 void printState(const emulator::Adapter& adapter, const Options& options) {
   for (const std::string& line : adapter.describe(options.showSecrets)) {
     std::printf("%s\n", line.c_str());
   }
+  flushOutput();
 }
 
 /// Gives the printer what the folder keeps.
@@ -189,11 +199,12 @@ int main(int argc, char** argv) {
     const Options options = emulator::parseOptions({argv + 1, argv + argc});
     if (options.action == Options::Action::Help) {
       std::fputs(emulator::helpText().c_str(), stdout);
+      flushOutput();
       return 0;
     }
     return options.action == Options::Action::Show ? show(options) : keepPrinter(options);
-  } catch (const emulator::UsageError& error) {
-    say(std::string(error.what()) + "; 'zvkprinter help' lists what there is");
+  } catch (const catalogue::UsageError& error) {
+    say(std::string(error.what()) + "\nTry 'zvkprinter help'.");
   } catch (const StartError& error) {
     say(error.text + ": " + std::generic_category().message(error.error));
     return error.error == ENOENT ? StatusNotFound : StatusNotExecutable;

@@ -1,11 +1,11 @@
 #include "emulator/run/option_table.h"
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
+#include <string_view>
+#include <type_traits>
 
 #include "emulator/run/option_values.h"
 
@@ -13,199 +13,363 @@ namespace emulator {
 
 namespace {
 
+using catalogue::UsageError;
+using catalogue::ValueKind;
+
 constexpr std::size_t LargestPacketCount = 100;
 constexpr std::size_t LargestPort = 65535;
 
+constexpr std::array<std::string_view, 2> Directions = {"in", "out"};
+constexpr std::array<std::string_view, 2> Speeds = {"full", "high"};
+
+/// A member of `Options`, or of its personality.
+template <auto Member>
+auto& memberOf(Options& options) {
+  if constexpr (std::is_invocable_v<decltype(Member), Options&>) {
+    return options.*Member;
+  } else {
+    return options.personality.*Member;
+  }
+}
+
+template <auto Member>
+void enable(Options& options, const std::string& /*value*/) {
+  memberOf<Member>(options) = true;
+}
+
+template <auto Member>
+void disable(Options& options, const std::string& /*value*/) {
+  memberOf<Member>(options) = false;
+}
+
+template <auto Member>
+void assign(Options& options, const std::string& value) {
+  memberOf<Member>(options) = value;
+}
+
+template <UsbFault::Kind Kind>
+void addUsbFault(Options& options, const std::string& value) {
+  options.usb.faults.push_back(parseUsbFault(Kind, value));
+}
+
+constexpr std::array Commands = {
+    Command{.name = "run",
+            .action = Options::Action::Run,
+            .usages = {"[OPTION...] -- COMMAND [ARGUMENT...]"},
+            .help = "run COMMAND with the emulated printer at /dev/usb/lp0",
+            .details = "_COMMAND_ runs in its own mount namespace and sees no other printer. If "
+                       "namespaces are not permitted, the printer is linked to a free name, "
+                       "_/dev/usb/lp16_ or the next lower one, until _COMMAND_ has ended. An "
+                       "argument's {} stands for the name in both cases. The device is a "
+                       "pseudo-terminal.",
+            .check =
+                [](const Options& options) {
+                  if (options.command.empty()) {
+                    throw UsageError("run", "-- and a command");
+                  }
+                }},
+    Command{.name = "serve",
+            .action = Options::Action::Serve,
+            .usages = {"--link=PATH [OPTION...]"},
+            .help = "keep the printer running, with a link to it at PATH",
+            .details = "It runs until it is interrupted (SIGINT, SIGTERM, SIGHUP). Nothing may "
+                       "exist at _PATH_ yet.",
+            .check =
+                [](const Options& options) {
+                  if (options.link.empty()) {
+                    throw UsageError("serve", "--link=PATH");
+                  }
+                }},
+    Command{.name = "usb",
+            .action = Options::Action::Usb,
+            .usages = {"--attach [OPTION...] [-- COMMAND [ARGUMENT...]]",
+                       "--port=N [OPTION...] [-- COMMAND [ARGUMENT...]]"},
+            .help = "emulate a USB printer, plugged into this machine or served for 'usbip attach'",
+            .details = "With *--attach* it is plugged into this machine, which needs root and the "
+                       "kernel's module vhci-hcd; an argument's {} stands for the node that the "
+                       "kernel creates. With *--port=* it is served for *usbip attach*. It runs "
+                       "until _COMMAND_ has ended, without one until it is interrupted. SIGUSR1 "
+                       "unplugs it, and plugs it in again.",
+            .check =
+                [](const Options& options) {
+                  if (options.attach == options.port.has_value()) {
+                    throw UsageError("usb", "either --attach or --port=N");
+                  }
+                }},
+    Command{.name = "show",
+            .action = Options::Action::Show,
+            .usages = {"--state=DIR [OPTION...]"},
+            .help = "print what the printer that keeps its state in DIR holds",
+            .check =
+                [](const Options& options) {
+                  if (!options.stateFolder) {
+                    throw UsageError("show", "--state=DIR");
+                  }
+                }},
+    Command{.name = "help",
+            .otherNames = {"--help", "-h"},
+            .action = Options::Action::Help,
+            .help = "print a help text, as zvkprinter does without arguments"},
+};
+
 constexpr std::array PersonalityOptions = {
-    Option{"--refuse-wrapped", "", "refuse wrapped packets (flag D4)",
-           [](Options& o, const std::string&) {
-             o.personality.refuseWrapped = true;
-           }},
-    Option{"--refuse-all", "", "refuse every packet",
-           [](Options& o, const std::string&) {
-             o.personality.refuseAll = true;
-           }},
-    Option{"--silent", "", "never answer",
-           [](Options& o, const std::string&) {
-             o.personality.silent = true;
-           }},
-    Option{"--garbage", "", "answer with bytes that are no packet",
-           [](Options& o, const std::string&) {
-             o.personality.garbage = true;
-           }},
-    Option{"--late", "SECONDS", "answer so much later",
-           [](Options& o, const std::string& value) {
-             o.personality.answerAfter = std::chrono::seconds(parseNumber(value, LargestDelay));
-           }},
-    Option{"--cut", "BYTES", "cut each reply to this size",
-           [](Options& o, const std::string& value) {
-             o.personality.cutAt = parseNumber(value, LargestCount);
-           }},
-    Option{"--pieces", "BYTES", "send replies in pieces of this size",
-           [](Options& o, const std::string& value) {
-             o.personality.pieceSize = parseNumber(value, LargestCount);
-           }},
-    Option{"--result", "HEX", "last byte of the answer to settings (01: accepted)",
-           [](Options& o, const std::string& value) {
-             constexpr int hexadecimal = 16;
-             o.personality.settingsResult = parseByte(value, hexadecimal);
-           }},
-    Option{"--ip", "A.B.C.D", "IP address (192.168.1.20)",
-           [](Options& o, const std::string& value) {
-             o.personality.ipAddress = parseAddress(value);
-           }},
-    Option{"--ip-after", "N|Ns", "have the address only after N queries for it, or N seconds",
-           [](Options& o, const std::string& value) {
-             o.personality.addressAcquired = parseReadiness(value);
-           }},
-    Option{"--trouble-code", "N", "trouble code (0: none)",
-           [](Options& o, const std::string& value) {
-             o.personality.troubleCode = parseByte(value);
-           }},
-    Option{"--trouble-over-after", "N|Ns",
-           "have no trouble any more after N queries for it, or N seconds",
-           [](Options& o, const std::string& value) {
-             o.personality.troubleOver = parseReadiness(value);
-           }},
-    Option{"--ssid", "TEXT", "SSID that the adapter holds from the start",
-           [](Options& o, const std::string& value) {
-             o.personality.ssid = value;
-           }},
-    Option{"--descriptor", "TEXT", "adapter descriptor; programs expect it to end in '-'",
-           [](Options& o, const std::string& value) {
-             o.personality.descriptor = value;
-           }},
-    Option{"--auth-status", "N[,N...]", "802.1x status whatever is set; of several a record each",
-           [](Options& o, const std::string& value) {
-             o.personality.authStatus = parseBytes(value);
-           }},
-    Option{"--other-first", "", "802.1x: put another setting's record ahead",
-           [](Options& o, const std::string&) {
-             o.personality.otherRecordFirst = true;
-           }},
-    Option{"--cut-record", "BYTES", "802.1x: cut the last record, in a packet that is whole",
-           [](Options& o, const std::string& value) {
-             o.personality.cutRecordAt = parseNumber(value, LargestCount);
-           }},
-    Option{"--packets", "N", "802.1x and method calls: answer in so many packets",
-           [](Options& o, const std::string& value) {
-             o.personality.replyPackets = parseNumber(value, LargestPacketCount);
-           }},
-    Option{"--object-reply", "[METHOD:]FILE",
-           "method calls: answer with FILE's bytes behind the flag byte",
-           [](Options& o, const std::string& value) {
-             o.personality.objectAnswers.push_back(parseObjectReply(value));
-           }},
-    Option{"--object-status", "[METHOD:]CODE", "method calls: do nothing, answer with this status",
-           [](Options& o, const std::string& value) {
-             o.personality.objectAnswers.push_back(parseObjectStatus(value));
-           }},
-    Option{"--cert-default", "NAME=TEXT", "default of certificate requests for O, OU, C, ... AN",
-           [](Options& o, const std::string& value) {
-             parseSubjectText(o.personality.certificates.defaults, value);
-           }},
-    Option{"--key-bits", "N", "make RSA keys of so many bits (0: keys on the curve P-256)",
-           [](Options& o, const std::string& value) {
-             o.personality.certificates.rsaBits = parseKeyBits(value);
-           }},
-    Option{"--no-factory-certificate", "", "have no certificate from the factory",
-           [](Options& o, const std::string&) {
-             o.personality.certificates.factoryCertificate = false;
-           }},
+    Option{.name = "--refuse-wrapped",
+           .help = "refuse wrapped packets",
+           .apply = enable<&Personality::refuseWrapped>},
+    Option{.name = "--refuse-all",
+           .help = "refuse every packet",
+           .apply = enable<&Personality::refuseAll>},
+    Option{.name = "--silent", .help = "never answer", .apply = enable<&Personality::silent>},
+    Option{.name = "--garbage",
+           .help = "answer with bytes that are not a packet",
+           .apply = enable<&Personality::garbage>},
+    Option{.name = "--late",
+           .valueName = "SECONDS",
+           .help = "delay each answer",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.answerAfter = parseSeconds(value);
+               }},
+    Option{.name = "--cut",
+           .valueName = "BYTES",
+           .help = "cut each reply to this size",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.cutAt = parseNumber(value, LargestCount, "bytes");
+               }},
+    Option{.name = "--pieces",
+           .valueName = "BYTES",
+           .help = "send replies in pieces of this size",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.pieceSize = parseNumber(value, LargestCount, "bytes");
+               }},
+    Option{.name = "--result",
+           .valueName = "HEX",
+           .help = "last byte of the answer to settings (01: accepted)",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.settingsResult = parseHexByte(value);
+               }},
+    Option{.name = "--ip",
+           .valueName = "A.B.C.D",
+           .help = "IP address (default: 192.168.1.20)",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.ipAddress = parseAddress(value);
+               }},
+    Option{.name = "--ip-after",
+           .valueName = "N[s]",
+           .help = "have the address only after N queries for it or, with s, N seconds",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.addressAcquired = parseReadiness(value);
+               }},
+    Option{.name = "--trouble-code",
+           .valueName = "N",
+           .help = "trouble code (default: 0, no trouble)",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.troubleCode = parseByte(value);
+               }},
+    Option{.name = "--trouble-over-after",
+           .valueName = "N[s]",
+           .help = "set the trouble code to 0 after N queries for it or, with s, N seconds",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.troubleOver = parseReadiness(value);
+               }},
+    Option{.name = "--ssid",
+           .valueName = "TEXT",
+           .help = "SSID that the adapter holds from the start",
+           .apply = assign<&Personality::ssid>},
+    Option{.name = "--descriptor",
+           .valueName = "TEXT",
+           .help = "adapter descriptor; programs expect it to end in '-'",
+           .apply = assign<&Personality::descriptor>},
+    Option{.name = "--auth-status",
+           .valueName = "N[,N...]",
+           .help = "802.1x status, whatever is set; each number has its own record",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.authStatus = parseBytes(value);
+               }},
+    Option{.name = "--other-first",
+           .help = "802.1x: put the record of another setting first",
+           .apply = enable<&Personality::otherRecordFirst>},
+    Option{.name = "--cut-record",
+           .valueName = "BYTES",
+           .help = "802.1x: cut the last record, inside a complete packet",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.cutRecordAt = parseNumber(value, LargestCount, "bytes");
+               }},
+    Option{.name = "--packets",
+           .valueName = "N",
+           .help = "802.1x and method calls: answer in N packets, at most 100",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.replyPackets = parseNumber(value, LargestPacketCount, "packets");
+               }},
+    Option{.name = "--object-reply",
+           .valueName = "[METHOD:]FILE",
+           .kind = ValueKind::File,
+           .help = "method calls: answer with FILE's bytes after the flag byte",
+           .details = "This option and *--object-status=* may be given several times. The last one "
+                      "for a method has priority over the last one for all methods.",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.objectAnswers.push_back(parseObjectReply(value));
+               }},
+    Option{.name = "--object-status",
+           .valueName = "[METHOD:]CODE",
+           .help = "method calls: do nothing and answer with this status",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.objectAnswers.push_back(parseObjectStatus(value));
+               }},
+    Option{.name = "--cert-default",
+           .valueName = "NAME=TEXT",
+           .help = "default of certificate requests; NAME is O, OU, C, ST, L, CN or AN",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 parseSubjectText(o.personality.certificates.defaults, value);
+               }},
+    Option{.name = "--key-bits",
+           .valueName = "N",
+           .help = "make RSA keys of 1024 to 4096 bits (default: 0, keys on curve P-256)",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.certificates.rsaBits = parseKeyBits(value);
+               }},
+    Option{.name = "--no-factory-certificate",
+           .help = "hold no certificate from the factory",
+           .apply =
+               [](Options& o, const std::string&) {
+                 o.personality.certificates.factoryCertificate = false;
+               }},
 };
 
 constexpr std::array UsbOptions = {
-    Option{"--attach", "", "plug the printer into this machine (module vhci-hcd)",
-           [](Options& o, const std::string&) {
-             o.attach = true;
-           }},
-    Option{"--port", "N", "serve it at this port of 127.0.0.1 for 'usbip attach' (0: any)",
-           [](Options& o, const std::string& value) {
-             o.port = static_cast<std::uint16_t>(parseNumber(value, LargestPort));
-           }},
-    Option{"--speed", "full|high", "speed of the device (high)",
-           [](Options& o, const std::string& value) {
-             o.usb.speed = parseSpeed(value);
-           }},
-    Option{"--alternates", "N", "have so many alternate settings, 1 to 4",
-           [](Options& o, const std::string& value) {
-             o.usb.alternates = parseAlternates(value);
-           }},
-    Option{"--usb-stall", "in|out[:BYTES]", "halt the endpoint, after so many bytes",
-           [](Options& o, const std::string& value) {
-             o.usb.faults.push_back(parseUsbFault(UsbFault::Kind::Stall, value));
-           }},
-    Option{"--usb-protocol-error", "in|out[:BYTES]", "fail every transfer from then on",
-           [](Options& o, const std::string& value) {
-             o.usb.faults.push_back(parseUsbFault(UsbFault::Kind::ProtocolError, value));
-           }},
-    Option{"--usb-hold", "in|out[:BYTES]", "complete no transfer from then on",
-           [](Options& o, const std::string& value) {
-             o.usb.faults.push_back(parseUsbFault(UsbFault::Kind::Hold, value));
-           }},
-    Option{"--usb-slow", "N", "take only so many bytes in a second",
-           [](Options& o, const std::string& value) {
-             o.usb.outBytesPerSecond = parseNumber(value, LargestUsbCount);
-           }},
-    Option{"--usb-unplug-after", "in|out:BYTES", "be unplugged after so many bytes",
-           [](Options& o, const std::string& value) {
-             o.usb.faults.push_back(parseUsbFault(UsbFault::Kind::Unplug, value));
-           }},
-    Option{"--usb-replug-after", "SECONDS", "be plugged in again so long after that",
-           [](Options& o, const std::string& value) {
-             o.usb.replugAfter = std::chrono::seconds(parseNumber(value, LargestDelay));
-           }},
+    Option{.name = "--attach",
+           .help = "plug the printer into this machine (module vhci-hcd)",
+           .apply = enable<&Options::attach>},
+    Option{.name = "--port",
+           .valueName = "N",
+           .help = "serve it at port N of 127.0.0.1 for 'usbip attach'",
+           .details = "0 is any free port, which is printed.",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.port = static_cast<std::uint16_t>(parseNumber(value, LargestPort));
+               }},
+    Option{.name = "--speed",
+           .kind = ValueKind::Words,
+           .words = Speeds,
+           .help = "speed of the device (default: high)",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.usb.speed = value == Speeds.front() ? UsbSpeed::Full : UsbSpeed::High;
+               }},
+    Option{.name = "--alternates",
+           .valueName = "N",
+           .help = "number of alternate settings, 1 to 4",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.usb.alternates = parseAlternates(value);
+               }},
+    Option{.name = "--usb-stall",
+           .valueName = "in|out[:BYTES]",
+           .words = Directions,
+           .help = "halt the endpoint after this number of bytes",
+           .details = "It goes on when the host clears the halt.",
+           .apply = addUsbFault<UsbFault::Kind::Stall>},
+    Option{.name = "--usb-protocol-error",
+           .valueName = "in|out[:BYTES]",
+           .words = Directions,
+           .help = "fail every transfer after this number of bytes",
+           .apply = addUsbFault<UsbFault::Kind::ProtocolError>},
+    Option{.name = "--usb-hold",
+           .valueName = "in|out[:BYTES]",
+           .words = Directions,
+           .help = "complete no transfer after this number of bytes",
+           .apply = addUsbFault<UsbFault::Kind::Hold>},
+    Option{.name = "--usb-slow",
+           .valueName = "N",
+           .help = "take only N bytes per second",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.usb.outBytesPerSecond = parseNumber(value, LargestUsbCount, "bytes");
+               }},
+    Option{.name = "--usb-unplug-after",
+           .valueName = "in|out:BYTES",
+           .words = Directions,
+           .help = "unplug the printer after this number of bytes",
+           .apply = addUsbFault<UsbFault::Kind::Unplug>},
+    Option{.name = "--usb-replug-after",
+           .valueName = "SECONDS",
+           .help = "plug it in again this long after that",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.usb.replugAfter = parseSeconds(value);
+               }},
 };
 
 constexpr std::array GeneralOptions = {
-    Option{"--log", "FILE", "log to a file instead of standard error",
-           [](Options& o, const std::string& value) {
-             o.logFile = value;
-           }},
-    Option{"--show", "", "print what the printer holds in the end",
-           [](Options& o, const std::string&) {
-             o.showSettings = true;
-           }},
-    Option{"--state", "DIR", "keep settings and certificates in this folder from run to run",
-           [](Options& o, const std::string& value) {
-             o.stateFolder = value;
-           }},
-    Option{"--show-secrets", "", "do not mask keys and passwords",
-           [](Options& o, const std::string&) {
-             o.showSecrets = true;
-           }},
-    Option{"--no-namespace", "", "run: go straight to the link at a free /dev/usb/lpN",
-           [](Options& o, const std::string&) {
-             o.namespaces = false;
-           }},
-    Option{"--link", "PATH", "serve: where to put the link to the device",
-           [](Options& o, const std::string& value) {
-             o.link = value;
-           }},
+    Option{.name = "--log",
+           .valueName = "FILE",
+           .kind = ValueKind::File,
+           .help = "log to a file instead of standard error",
+           .apply =
+               [](Options& options, const std::string& value) {
+                 options.logFile = value;
+                 options.appendsLog = false;
+               }},
+    Option{.name = "--log-append",
+           .valueName = "FILE",
+           .kind = ValueKind::File,
+           .help = "log to the end of a file and keep its content",
+           .apply =
+               [](Options& options, const std::string& value) {
+                 options.logFile = value;
+                 options.appendsLog = true;
+               }},
+    Option{.name = "--show",
+           .help = "print what the printer holds at the end",
+           .apply = enable<&Options::showSettings>},
+    Option{.name = "--state",
+           .valueName = "DIR",
+           .kind = ValueKind::Folder,
+           .help = "keep settings and certificates in this folder from run to run",
+           .details = "The folder must exist.",
+           .apply = assign<&Options::stateFolder>},
+    Option{.name = "--show-secrets",
+           .help = "do not mask keys and passwords",
+           .apply = enable<&Options::showSecrets>},
+    Option{.name = "--no-namespace",
+           .help = "run: always use the link at a free /dev/usb/lpN",
+           .apply = disable<&Options::namespaces>},
+    Option{.name = "--link",
+           .valueName = "PATH",
+           .kind = ValueKind::File,
+           .help = "serve: where to put the link to the device",
+           .details = "*zvkconfig*(1) opens nothing but _/dev/usb/lp0_ to _lp16_.",
+           .apply = assign<&Options::link>},
+};
+
+constexpr std::array Groups = {
+    OptionGroup{"Behaviour of the printer", PersonalityOptions},
+    OptionGroup{"USB device (usb only)", UsbOptions},
+    OptionGroup{"General options", GeneralOptions},
 };
 
 }  // namespace
 
-std::span<const Option> personalityOptions() {
-  return PersonalityOptions;
+std::span<const Command> commands() {
+  return Commands;
 }
 
-std::span<const Option> usbOptions() {
-  return UsbOptions;
-}
-
-std::span<const Option> generalOptions() {
-  return GeneralOptions;
-}
-
-const Option* findOption(std::string_view name) {
-  for (const auto options : {personalityOptions(), usbOptions(), generalOptions()}) {
-    if (const auto found = std::ranges::find(options, name, &Option::name);
-        found != options.end()) {
-      return &*found;
-    }
-  }
-  return nullptr;
+std::span<const OptionGroup> optionGroups() {
+  return Groups;
 }
 
 }  // namespace emulator

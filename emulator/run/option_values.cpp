@@ -2,15 +2,31 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
+#include <optional>
 #include <utility>
+
+#include "catalogue/option_parser.h"
 
 namespace emulator {
 
 namespace {
 
+using catalogue::ValueError;
+
+constexpr std::size_t LargestByte = 255;
 constexpr std::size_t LargestStatus = 65535;
 constexpr std::size_t SmallestRsaKey = 1024;
 constexpr std::size_t LargestRsaKey = 4096;
+
+std::optional<std::size_t> toNumber(std::string_view text, std::size_t largest, int base = 10) {
+  std::size_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+  if (error != std::errc() || end != text.data() + text.size() || number > largest) {
+    return std::nullopt;
+  }
+  return number;
+}
 
 /// The method's name ahead of a colon, and what is behind it; an empty name when there is none.
 std::pair<std::string, std::string> splitMethod(const std::string& text) {
@@ -23,18 +39,33 @@ std::pair<std::string, std::string> splitMethod(const std::string& text) {
 
 }  // namespace
 
-std::size_t parseNumber(std::string_view text, std::size_t largest, int base) {
-  std::size_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  if (error != std::errc() || end != text.data() + text.size() || number > largest) {
-    throw UsageError("'" + std::string(text) + "' is no number from 0 to " +
-                     std::to_string(largest));
+std::size_t parseNumber(std::string_view text, std::size_t largest, std::string_view unit) {
+  const std::optional<std::size_t> number = toNumber(text, largest);
+  if (!number) {
+    throw ValueError(std::string("a number")
+                         .append(unit.empty() ? "" : " of ")
+                         .append(unit)
+                         .append(" from 0 to ")
+                         .append(std::to_string(largest)));
   }
-  return number;
+  return *number;
 }
 
-npa::Byte parseByte(std::string_view text, int base) {
-  return static_cast<npa::Byte>(parseNumber(text, 0xFF, base));
+std::chrono::seconds parseSeconds(std::string_view text) {
+  return std::chrono::seconds(parseNumber(text, LargestDelay, "seconds"));
+}
+
+npa::Byte parseByte(std::string_view text) {
+  return static_cast<npa::Byte>(parseNumber(text, LargestByte));
+}
+
+npa::Byte parseHexByte(std::string_view text) {
+  constexpr int hexadecimal = 16;
+  const std::optional<std::size_t> number = toNumber(text, LargestByte, hexadecimal);
+  if (!number) {
+    throw ValueError("a hex number from 0 to FF");
+  }
+  return static_cast<npa::Byte>(*number);
 }
 
 std::array<npa::Byte, 4> parseAddress(const std::string& text) {
@@ -43,22 +74,30 @@ std::array<npa::Byte, 4> parseAddress(const std::string& text) {
   for (std::size_t i = 0; i < address.size(); ++i) {
     const bool last = i + 1 == address.size();
     const std::size_t dot = last ? rest.size() : rest.find('.');
-    if (dot == std::string_view::npos) {
-      throw UsageError("'" + text + "' is no IP address");
+    const std::optional<std::size_t> number = toNumber(rest.substr(0, dot), LargestByte);
+    if (dot == std::string_view::npos || !number) {
+      throw ValueError("an IPv4 address such as 192.168.1.20");
     }
-    address[i] = parseByte(rest.substr(0, dot));
+    address[i] = static_cast<npa::Byte>(*number);
     rest.remove_prefix(std::min(dot + 1, rest.size()));
   }
   return address;
 }
 
 Readiness parseReadiness(const std::string& text) {
+  const bool countsSeconds = text.ends_with('s');
+  const std::string_view digits = std::string_view(text).substr(0, text.size() - countsSeconds);
+  const std::optional<std::size_t> number =
+      toNumber(digits, countsSeconds ? LargestDelay : LargestCount);
+  if (!number) {
+    throw ValueError("a number of queries from 0 to " + std::to_string(LargestCount) +
+                     ", or of seconds from 0s to " + std::to_string(LargestDelay) + "s");
+  }
   Readiness readiness;
-  if (text.ends_with('s')) {
-    const std::string_view seconds(text.data(), text.size() - 1);
-    readiness.afterTime = std::chrono::seconds(parseNumber(seconds, LargestDelay));
+  if (countsSeconds) {
+    readiness.afterTime = std::chrono::seconds(*number);
   } else {
-    readiness.afterQueries = static_cast<int>(parseNumber(text, LargestCount));
+    readiness.afterQueries = static_cast<int>(*number);
   }
   return readiness;
 }
@@ -67,7 +106,11 @@ std::vector<npa::Byte> parseBytes(std::string_view list) {
   std::vector<npa::Byte> bytes;
   while (true) {
     const std::size_t comma = list.find(',');
-    bytes.push_back(parseByte(list.substr(0, comma)));
+    const std::optional<std::size_t> number = toNumber(list.substr(0, comma), LargestByte);
+    if (!number) {
+      throw ValueError("numbers from 0 to 255 with commas between them");
+    }
+    bytes.push_back(static_cast<npa::Byte>(*number));
     if (comma == std::string_view::npos) {
       return bytes;
     }
@@ -76,12 +119,12 @@ std::vector<npa::Byte> parseBytes(std::string_view list) {
 }
 
 std::size_t parseKeyBits(const std::string& text) {
-  const std::size_t bits = parseNumber(text, LargestRsaKey);
-  if (bits > 0 && bits < SmallestRsaKey) {
-    throw UsageError("'" + text + "' is no size of an RSA key: " + std::to_string(SmallestRsaKey) +
-                     " to " + std::to_string(LargestRsaKey) + ", or 0");
+  const std::optional<std::size_t> bits = toNumber(text, LargestRsaKey);
+  if (!bits || (*bits > 0 && *bits < SmallestRsaKey)) {
+    throw ValueError("0 or a number of bits from " + std::to_string(SmallestRsaKey) + " to " +
+                     std::to_string(LargestRsaKey));
   }
-  return bits;
+  return *bits;
 }
 
 void parseSubjectText(Subject& subject, const std::string& text) {
@@ -89,7 +132,9 @@ void parseSubjectText(Subject& subject, const std::string& text) {
   const auto* const field =
       std::ranges::find(SubjectFields, text.substr(0, equals), &SubjectField::name);
   if (field == SubjectFields.end() || equals == std::string::npos) {
-    throw UsageError("'" + text + "' begins with none of O=, OU=, C=, ST=, L=, CN= and AN=");
+    std::vector<std::string_view> names;
+    std::ranges::transform(SubjectFields, std::back_inserter(names), &SubjectField::name);
+    throw ValueError(catalogue::joined(names, ", ", " or ") + ", then = and a text");
   }
   subject.*field->text = text.substr(equals + 1);
 }
@@ -101,43 +146,37 @@ ObjectAnswer parseObjectReply(const std::string& text) {
 
 ObjectAnswer parseObjectStatus(const std::string& text) {
   auto [method, code] = splitMethod(text);
-  if (code.find(':') != std::string::npos) {
-    throw UsageError("'" + text + "' names no method of the object store");
+  const std::optional<std::size_t> status = toNumber(code, LargestStatus);
+  if (!status) {
+    throw ValueError("a code from 0 to " + std::to_string(LargestStatus) +
+                     ", optionally after a method's name and a colon");
   }
-  const auto status = static_cast<int>(parseNumber(code, LargestStatus));
-  return {std::move(method), {}, status};
-}
-
-UsbSpeed parseSpeed(const std::string& text) {
-  if (text != "full" && text != "high") {
-    throw UsageError("'" + text + "' is no speed: full or high");
-  }
-  return text == "full" ? UsbSpeed::Full : UsbSpeed::High;
+  return {std::move(method), {}, static_cast<int>(*status)};
 }
 
 std::size_t parseAlternates(const std::string& text) {
-  const std::size_t count = parseNumber(text, LargestAlternateCount);
-  if (count == 0) {
-    throw UsageError("a device has at least one alternate setting");
+  const std::optional<std::size_t> count = toNumber(text, LargestAlternateCount);
+  if (!count || *count == 0) {
+    throw ValueError("a number from 1 to " + std::to_string(LargestAlternateCount));
   }
-  return count;
+  return *count;
 }
 
 UsbFault parseUsbFault(UsbFault::Kind kind, const std::string& text) {
+  const bool needsCount = kind == UsbFault::Kind::Unplug;
   const std::size_t colon = text.find(':');
+  const bool hasCount = colon != std::string::npos;
   const std::string direction = text.substr(0, colon);
-  if (direction != "in" && direction != "out") {
-    throw UsageError("'" + direction + "' is no direction: in or out");
+  const std::optional<std::size_t> count =
+      toNumber(hasCount ? std::string_view(text).substr(colon + 1) : "0", LargestUsbCount);
+  if ((direction != "in" && direction != "out") || !count || (needsCount && !hasCount)) {
+    throw ValueError(std::string(needsCount ? "in or out" : "in or out, optionally") +
+                     " with a colon and a number of bytes up to " +
+                     std::to_string(LargestUsbCount));
   }
-  if (kind == UsbFault::Kind::Unplug && colon == std::string::npos) {
-    throw UsageError("'" + text + "' does not say after how many bytes, such as in:512");
-  }
-  UsbFault fault{.kind = kind,
-                 .direction = direction == "in" ? UsbDirection::In : UsbDirection::Out};
-  if (colon != std::string::npos) {
-    fault.afterBytes = parseNumber(std::string_view(text).substr(colon + 1), LargestUsbCount);
-  }
-  return fault;
+  return {.kind = kind,
+          .direction = direction == "in" ? UsbDirection::In : UsbDirection::Out,
+          .afterBytes = *count};
 }
 
 }  // namespace emulator

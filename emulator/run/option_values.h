@@ -1,8 +1,8 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstddef>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,13 +11,9 @@
 #include "emulator/usb/usb_traits.h"
 #include "npa/packet.h"
 
-/// The values of zvkprinter's options. All of these throw `UsageError` for a text that is none.
+/// Readers of the values of zvkprinter's options. All of them throw `catalogue::ValueError` for an
+/// invalid value.
 namespace emulator {
-
-/// A command line that makes no sense; the text says why.
-struct UsageError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
 
 /// The largest counts of bytes and of queries, and the longest time in seconds.
 inline constexpr std::size_t LargestCount = 65538;
@@ -25,9 +21,15 @@ inline constexpr std::size_t LargestDelay = 3600;
 /// The largest count of bytes over many transfers.
 inline constexpr std::size_t LargestUsbCount = 1'000'000'000;
 
-/// A number from 0 to `largest` in digits of that base.
-std::size_t parseNumber(std::string_view text, std::size_t largest, int base = 10);
-npa::Byte parseByte(std::string_view text, int base = 10);
+/// A decimal number from 0 to `largest`; `unit` is what it counts, for the message.
+std::size_t parseNumber(std::string_view text, std::size_t largest, std::string_view unit = {});
+
+/// A number of seconds, at most `LargestDelay`.
+std::chrono::seconds parseSeconds(std::string_view text);
+
+npa::Byte parseByte(std::string_view text);
+/// Two hex digits at most.
+npa::Byte parseHexByte(std::string_view text);
 
 /// Bytes with commas between them.
 std::vector<npa::Byte> parseBytes(std::string_view list);
@@ -50,13 +52,11 @@ ObjectAnswer parseObjectReply(const std::string& text);
 /// "METHOD:CODE", or "CODE" for every method.
 ObjectAnswer parseObjectStatus(const std::string& text);
 
-/// "full" or "high".
-UsbSpeed parseSpeed(const std::string& text);
-
 /// How many alternate settings there are.
 std::size_t parseAlternates(const std::string& text);
 
-/// "in" or "out", and behind a colon after how many bytes; without, at once. An unplug needs them.
+/// "in" or "out", then a colon and after how many bytes; without a number, at once. An unplug needs
+/// the number.
 UsbFault parseUsbFault(UsbFault::Kind kind, const std::string& text);
 
 }  // namespace emulator

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "emulator/adapter/personality.h"
-#include "emulator/run/option_values.h"
 #include "emulator/usb/usb_traits.h"
 
 namespace emulator {
@@ -19,6 +18,7 @@ struct Options {
   Personality personality;
   UsbTraits usb;                           ///< `usb`: how the printer looks to the host
   std::optional<std::string> logFile;      ///< standard error when there is none
+  bool appendsLog = false;                 ///< keeps what the log file holds already
   bool showSettings = false;               ///< say at the end what the printer holds
   std::optional<std::string> stateFolder;  ///< keeps what the printer holds from run to run
   bool showSecrets = false;
@@ -28,11 +28,5 @@ struct Options {
   std::optional<std::uint16_t> port;  ///< `usb`: serve it there; 0 is any
   std::vector<std::string> command;   ///< of `run`; of `usb`, where it may be missing
 };
-
-/// Reads the arguments behind the program's name; throws `UsageError`.
-Options parseOptions(const std::vector<std::string>& arguments);
-
-/// The help text.
-std::string helpText();
 
 }  // namespace emulator

@@ -1,32 +1,50 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <optional>
 #include <span>
 
-/// One kind of special-purpose exchange: how long it waits, how often it tries, and how it judges
-/// the raw reply. The pauses are waits for the adapter and part of its protocol, not tuning.
+#include "npa/packet.h"
+
+/// One kind of exchange: how much it reads, how long it waits, how many attempts it makes, and
+/// which reply it expects. The adapter needs the pauses: they are part of its protocol and not
+/// tuning.
+///
+/// An attempt writes the request, pauses, and reads once. The exchange ends with the first reply
+/// that is a refusal or the expected one, or after the last attempt.
+///
+///     const npa::Outcome outcome = sender.run(exchanges::GetTroubleCode, request);
 struct Exchange {
-  using Reply = std::span<const std::uint8_t>;
+  /// The raw bytes that arrived. It may be empty or end anywhere, so check the size before an
+  /// access.
+  using Reply = std::span<const npa::Byte>;
 
-  /// Judges the reply to a request of `requestLength` bytes. A value ends the exchange with that
-  /// result; nothing means a failed attempt. May print what the user asked for. A byte that did not
-  /// arrive is never looked at.
-  using Judge = std::optional<int> (*)(Reply reply, std::size_t requestLength);
-
-  /// The result when the last attempt, which brought `reply`, failed as well.
-  using Verdict = int (*)(Reply reply);
-
-  std::size_t bufferSize;        ///< how much of the reply is read
-  unsigned int pauseAfterWrite;  ///< seconds between request and reading
-  int attempts;                  ///< at most
-  unsigned int pauseBetween;     ///< seconds between a failed attempt and the next
-  Judge judge;
-  Verdict afterLastAttempt;
+  std::size_t bufferSize;         ///< the most bytes of the reply that are read
+  unsigned int pauseAfterWrite;   ///< seconds between request and reading
+  int attempts = 1;               ///< the most attempts that are made
+  unsigned int pauseBetween = 0;  ///< seconds between a failed attempt and the next
+  bool canBeRefused = true;       ///< true if flag byte 0xD4 ends the exchange
+  /// Returns true if this is the expected reply to a request of `requestSize` bytes.
+  bool (*isExpected)(Reply reply, std::size_t requestSize);
 };
 
-/// The exchanges, by the operation of `sendConfig` that each belongs to.
+namespace npa {
+
+/// The result of an exchange.
+struct Outcome {
+  enum class Kind {
+    Accepted,    ///< the expected reply arrived
+    Refused,     ///< the adapter refused the request (flag byte 0xD4)
+    Unexpected,  ///< another reply arrived in the last attempt
+    NoAnswer,    ///< no byte arrived in the last attempt
+  };
+
+  Kind kind;
+  Bytes reply;  ///< the raw bytes of the last attempt
+};
+
+}  // namespace npa
+
+/// The exchanges. Each has the name of the `sendConfig` operation that runs it.
 namespace exchanges {
 
 extern const Exchange SetConfig;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <span>
+#include <string_view>
 
 namespace {
 
@@ -12,57 +13,32 @@ std::span<const std::string> argumentsBehindProgram(int count,
   return args.empty() ? std::span<const std::string>() : std::span(args).subspan(1, end - 1);
 }
 
+/// What a run needs of a row: the program does not contain the texts for the manual.
+struct Key {
+  std::string_view text;
+  Setting setting = Setting::Usb;
+  std::string_view initial;
+};
+
+constexpr auto Keys = [] {
+  std::array<Key, SettingOptions.size()> keys{};
+  std::ranges::transform(SettingOptions, keys.begin(), [](const SettingOption& option) {
+    return Key{option.key, option.setting, option.initial};
+  });
+  return keys;
+}();
+
 bool isDevicePath(const std::string& argument) {
   return argument.find('-') == std::string::npos;
 }
 
 }  // namespace
 
-// In the order in which the keys are tried.
-const std::array<configDetails::Option, 27> configDetails::Options = {{
-    {"--ssid=", Setting::Ssid},
-    {"--channel=", Setting::Channel},
-    {"--mode=", Setting::Mode},
-    {"--security=", Setting::Security},
-    {"--passwd=", Setting::Passwd},
-    {"--encryption=", Setting::Encryption},
-    {"--802-auth-ext=", Setting::AuthExt},
-    {"--802-auth-inner=", Setting::AuthInner},
-    {"--802-user=", Setting::Username},
-    {"--802-pwd=", Setting::Password},
-    {"--802-CA-cer-file=", Setting::CaCertFile},
-    {"--802-signed-cer-file=", Setting::SignedCertFile},
-    {"--WEP-key1=", Setting::WepKey1},
-    {"--WEP-key2=", Setting::WepKey2},
-    {"--WEP-key3=", Setting::WepKey3},
-    {"--WEP-key4=", Setting::WepKey4},
-    {"--WEP-transmit=", Setting::WepTransmit},
-    {"--psk=", Setting::Psk},
-    {"--cer-common=", Setting::CerCommonName},
-    {"--cer-org=", Setting::CerOrg},
-    {"--cer-unit=", Setting::CerUnit},
-    {"--cer-state=", Setting::CerState},
-    {"--cer-country=", Setting::CerCountry},
-    {"--cer-city=", Setting::CerCity},
-    {"--cer-altname=", Setting::CerAltName},
-    {"--cer-friendly-name=", Setting::CerFriendlyName},
-    {"--cer-path=", Setting::CerFilePath},
-}};
-
 configDetails::configDetails() {
-  value(Setting::Usb) = "/dev/usb/lp0";
-  value(Setting::Channel) = "6";
-  value(Setting::Mode) = "Managed";
-  value(Setting::Security) = "None";
-}
-
-std::vector<std::string> configDetails::optionKeys() {
-  std::vector<std::string> keys;
-  keys.reserve(Options.size());
-  for (const Option& option : Options) {
-    keys.emplace_back(option.key);
+  slot(Setting::Usb) = "/dev/usb/lp0";
+  for (const Key& key : Keys) {
+    slot(key.setting) = key.initial;
   }
-  return keys;
 }
 
 int configDetails::getParmValue(std::string text, std::string key, std::string* value) {
@@ -81,15 +57,15 @@ int configDetails::getParmValue(std::string text, std::string key, std::string* 
 }
 
 void configDetails::applyOptions(const std::string& argument) {
-  for (const Option& option : Options) {
-    getParmValue(argument, option.key, &value(option.setting));
+  for (const Key& key : Keys) {
+    getParmValue(argument, std::string(key.text), &slot(key.setting));
   }
 }
 
 int configDetails::parseParm(int count, std::vector<std::string> args) {
   for (const std::string& argument : argumentsBehindProgram(count, args)) {
     if (isDevicePath(argument)) {
-      value(Setting::Usb) = argument;
+      slot(Setting::Usb) = argument;
     } else {
       applyOptions(argument);
     }
@@ -100,7 +76,7 @@ int configDetails::parseParm(int count, std::vector<std::string> args) {
 int configDetails::parseUSB(int count, std::vector<std::string> args) {
   for (const std::string& argument : argumentsBehindProgram(count, args)) {
     if (isDevicePath(argument)) {
-      value(Setting::Usb) = argument;
+      slot(Setting::Usb) = argument;
     }
   }
   return 0;

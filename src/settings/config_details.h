@@ -2,20 +2,20 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdio>
+#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
-/// The settings of one run, every one held as text and none checked: what a text means, and whether
-/// it means anything, is for those who encode it. References that a getter returns live as long as
-/// the record.
+#include "settings/option_table.h"
+
+/// The settings of one run. Each is text, and none is checked: the encoders decide what a text
+/// means. References that a getter returns live as long as the record, and so do the files that it
+/// reads: they stay open.
 class configDetails {
  public:
-  /// Channel "6", mode "Managed", security "None", device "/dev/usb/lp0"; all else empty.
+  /// Gives each option its initial value, and the device "/dev/usb/lp0".
   configDetails();
-
-  /// The keys of all options, in the order in which they are tried.
-  static std::vector<std::string> optionKeys();
 
   /// Extracts the value of option `key` from `text` into `*value`. Nothing happens when the key
   /// occurs nowhere in the text. Else the value is what stands between the first two quotation
@@ -39,6 +39,11 @@ class configDetails {
   /// Replaces the NPA data by the hex digits of the file `path`, all other bytes skipped, and
   /// prints it. Returns 0, or -1 when the file cannot be opened. (argument_files.cpp)
   int parseNPAFile(const char* path);
+
+  /// Any setting; those below are the same by name.
+  const std::string& value(Setting setting) const {
+    return m_Values[static_cast<std::size_t>(setting)];
+  }
 
   const std::string& getUSB() const { return value(Setting::Usb); }
   const std::string& getSSID() const { return value(Setting::Ssid); }
@@ -72,54 +77,20 @@ class configDetails {
   const std::string& getCerFilePath() const { return value(Setting::CerFilePath); }
 
  private:
-  enum class Setting : std::size_t {
-    Usb,
-    Ssid,
-    Channel,
-    Mode,
-    Security,
-    Passwd,
-    NpaFileData,
-    Encryption,
-    AuthExt,
-    AuthInner,
-    Username,
-    Password,
-    CaCertFile,
-    SignedCertFile,
-    WepKey1,
-    WepKey2,
-    WepKey3,
-    WepKey4,
-    WepTransmit,
-    Psk,
-    CerCommonName,
-    CerOrg,
-    CerUnit,
-    CerState,
-    CerCountry,
-    CerCity,
-    CerAltName,
-    CerFriendlyName,
-    CerFilePath,
-    Count,
+  struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
   };
+  using File = std::unique_ptr<std::FILE, CloseFile>;
 
-  /// One option and the setting that it fills.
-  struct Option {
-    const char* key;
-    Setting setting;
-  };
+  /// Opens a file for reading, for as long as the record lives. Returns nullptr on failure.
+  std::FILE* open(const char* path);
 
-  static constexpr std::size_t SettingCount = static_cast<std::size_t>(Setting::Count);
-  static const std::array<Option, 27> Options;
-
-  std::string& value(Setting setting) { return m_Values[static_cast<std::size_t>(setting)]; }
-  const std::string& value(Setting setting) const {
-    return m_Values[static_cast<std::size_t>(setting)];
-  }
+  std::string& slot(Setting setting) { return m_Values[static_cast<std::size_t>(setting)]; }
   /// Matches one argument against every option key.
   void applyOptions(const std::string& argument);
 
-  std::array<std::string, SettingCount> m_Values;
+  std::array<std::string, static_cast<std::size_t>(Setting::Count)> m_Values;
+  // A run may start with standard input closed. The file then gets descriptor 0, which no device
+  // may have: as long as the file is open, the device gets another.
+  std::vector<File> m_Files;
 };

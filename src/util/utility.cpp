@@ -1,3 +1,5 @@
+// Byte helpers: big-endian numbers, hex text and the packet dump.
+
 #include "util/utility.h"
 
 #include <algorithm>
@@ -8,9 +10,12 @@
 #include <memory>
 #include <span>
 
+#include "util/big_endian.h"
+#include "util/format.h"
+#include "util/output.h"
+
 namespace {
 
-constexpr unsigned int NumberBytes = 4;
 constexpr std::array<char, 16> HexDigits = {'0', '1', '2', '3', '4', '5', '6', '7',
                                             '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
 
@@ -20,7 +25,7 @@ char toUpper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// The value of each character as a hex digit.
+/// The value of each character as a hex digit; `NoDigit` for any other character.
 constexpr auto DigitValues = [] {
   std::array<unsigned char, 256> values{};
   values.fill(NoDigit);
@@ -38,8 +43,8 @@ unsigned char digitValue(char c) {
   return DigitValues[static_cast<unsigned char>(c)];
 }
 
-/// A byte as the dump shows it: two digits and a blank. The zero behind them makes a size that is
-/// copied at once.
+/// Each byte as the dump shows it: two hex digits and a space. The zero byte makes the size 4,
+/// which the processor copies in one step.
 constexpr auto DumpedBytes = [] {
   std::array<std::array<char, 4>, 256> texts{};
   for (std::size_t i = 0; i < texts.size(); ++i) {
@@ -48,8 +53,8 @@ constexpr auto DumpedBytes = [] {
   return texts;
 }();
 
-/// Collects whole dump lines and hands them to standard error in blocks: the stream is unbuffered,
-/// and a call for each byte would dominate the cost of a long dump.
+/// Collects dump lines and writes them in blocks of up to 62 lines. Standard error has no buffer,
+/// and a system call for each byte would dominate the cost of a long dump.
 class DumpWriter {
  public:
   static constexpr std::size_t BytesPerLine = 16;
@@ -65,7 +70,7 @@ class DumpWriter {
     }
     char* out = m_Text.data() + m_Used;
     for (const unsigned char byte : bytes) {
-      // The next text lies over the fourth character.
+      // Copies 4 characters and advances by 3: the next text overwrites the zero byte.
       std::memcpy(out, DumpedBytes[byte].data(), DumpedBytes[byte].size());
       out += DumpedWidth;
     }
@@ -80,10 +85,11 @@ class DumpWriter {
 
  private:
   static constexpr std::size_t DumpedWidth = 3;
+  /// Each byte once in hex and once as text, a bar and a line end.
   static constexpr std::size_t LongestLine = BytesPerLine * (DumpedWidth + 1) + 2;
 
   void flush() {
-    std::fwrite(m_Text.data(), 1, m_Used, stderr);
+    util::writeDiagnostic({m_Text.data(), m_Used});
     m_Used = 0;
   }
 
@@ -107,32 +113,20 @@ void Utility::CopyToBigEndianBuffer(unsigned long value, unsigned char* destinat
 }
 
 unsigned short Utility::ExtractShortFromBuffer(const unsigned char* source) {
-  return static_cast<unsigned short>(source[0] << 8U | source[1]);
+  return static_cast<unsigned short>(util::bigEndian({source, 2}));
 }
 
 unsigned long Utility::ExtractLongFromBuffer(const unsigned char* source) {
-  return static_cast<unsigned long>(ExtractShortFromBuffer(source)) << 16U |
-         ExtractShortFromBuffer(source + 2);
+  return util::bigEndian({source, 4});
 }
 
 int Utility::IntToChar(unsigned int* value, unsigned char* out, unsigned int* length) {
-  const unsigned int number = *value;
-  const unsigned int count = *length;
-  for (unsigned int i = 0; i < count; ++i) {
-    const unsigned int bytesBelow = count - i - 1;
-    out[i] = bytesBelow < NumberBytes
-                 ? static_cast<unsigned char>(number >> (bytesBelow * 8U) & 0xFFU)
-                 : static_cast<unsigned char>(0);
-  }
+  util::putBigEndian(*value, {out, *length});
   return 0;
 }
 
 int Utility::CharToInt(unsigned int* value, unsigned char* in, unsigned int* length) {
-  unsigned int number = 0;
-  for (unsigned int i = 0; i < *length; ++i) {
-    number = number << 8U | in[i];
-  }
-  *value = number;
+  *value = static_cast<unsigned int>(util::bigEndian({in, *length}));
   return 0;
 }
 
@@ -152,13 +146,14 @@ int Utility::getHexValues(const char* text, unsigned char*& buffer) {
     }
     *byte++ = static_cast<unsigned char>(high << 4U | low);
   }
-  // What is left is a pair with something else in it, or the odd digit at the end.
+  // The rest is empty, starts with an invalid pair, or is the odd character at the end.
   const char* const invalid =
       std::find_if(text + read, text + length, [](char c) { return digitValue(c) == NoDigit; });
   if (invalid != text + length) {
-    // Shown as a signed character widened to an integer: a byte of 0x80 prints as FFFFFF80.
+    // Printed as a signed character that is widened to an int: the byte 0x80 prints as FFFFFF80.
     const auto byte = static_cast<unsigned char>(toUpper(*invalid));
-    std::printf("not valid Hex char?! '%X'\n", byte < 0x80 ? byte : 0xFFFFFF00U | byte);
+    util::writeAnswer(
+        util::formatted("not valid Hex char?! '%X'\n", byte < 0x80 ? byte : 0xFFFFFF00U | byte));
     buffer = nullptr;
     return static_cast<int>(count);
   }

@@ -1,4 +1,4 @@
-// The reads of wnpaGenerator of the printer's certificate settings, and its certificate actions.
+// The operations of wnpaGenerator that read the certificate settings, and its certificate actions.
 
 #include <array>
 #include <cstddef>
@@ -11,35 +11,46 @@
 
 namespace {
 
-constexpr SettingQuery Certificate = {npa::Group8021x, 0x0F, "get cert...", "cert"};
-// Answered under the name of a request.
-constexpr SettingQuery CaCertificate = {npa::Group8021x, 0x10, "get CA cert...", "CSR"};
-constexpr SettingQuery CommonName = {npa::Group8021x, 0x0A, "Cert common name...",
-                                     "Common name resp"};
-constexpr SettingQuery FriendlyName = {npa::Group8021x, 0x27, "Cert Friendly name...",
-                                       "Friendly name"};
-constexpr SettingQuery AlternateName = {npa::Group8021x, 0x1C, "Cert alternate name...",
-                                        "Alternate name"};
-constexpr SettingQuery SignRequest = {npa::Group8021x, 0x0E, "get CSR...", "CSR"};
-constexpr SettingQuery GenerateStatus = {npa::Group8021x, 0x0D, "generate certificate status...",
-                                         "generate cert status"};
-constexpr SettingQuery Organization = {npa::Group8021x, 0x06, "Cert Organization...", "Cert org"};
+// The queries: setting, line before the request, name of the reply in the log.
 
-/// Stores one setting, the generation of a certificate, as 1. The length field reads 6, as in a
-/// query, although ten bytes follow: the adapter expects it so.
+constexpr SettingQuery Certificate = {
+    .key = npa::settings::Certificate, .announcement = "get cert...", .responseName = "cert"};
+// Its reply is logged as "CSR", on purpose.
+constexpr SettingQuery CaCertificate = {
+    .key = npa::settings::CaCertificate, .announcement = "get CA cert...", .responseName = "CSR"};
+constexpr SettingQuery CommonName = {.key = npa::settings::CertCommonName,
+                                     .announcement = "Cert common name...",
+                                     .responseName = "Common name resp"};
+constexpr SettingQuery FriendlyName = {.key = npa::settings::CertFriendlyName,
+                                       .announcement = "Cert Friendly name...",
+                                       .responseName = "Friendly name"};
+constexpr SettingQuery AlternateName = {.key = npa::settings::CertAlternateName,
+                                        .announcement = "Cert alternate name...",
+                                        .responseName = "Alternate name"};
+constexpr SettingQuery SignRequest = {
+    .key = npa::settings::CertRequest, .announcement = "get CSR...", .responseName = "CSR"};
+constexpr SettingQuery GenerateStatus = {.key = npa::settings::CertGenerateStatus,
+                                         .announcement = "generate certificate status...",
+                                         .responseName = "generate cert status"};
+constexpr SettingQuery Organization = {.key = npa::settings::CertOrganization,
+                                       .announcement = "Cert Organization...",
+                                       .responseName = "Cert org"};
+
+/// Sets the flag that generates a certificate to 1. The length field is 6, as in a query, although
+/// 10 bytes follow. The adapter expects that.
 constexpr std::array<npa::Byte, 13> GeneratePacket = {0xA5, 0x00, 0x06, 0x50, 0xE0, 0xDA, 0x01,
                                                       0x2A, 0x0C, 0x00, 0x00, 0x01, 0x01};
 
-/// Logs the organisation in a record, up to its first zero byte. Returns whether all of the value
-/// arrived.
+/// Logs the organisation in a record, up to its first zero byte. Returns false and logs nothing if
+/// the value is incomplete.
 bool logOrganization(Record record) {
-  const std::size_t size = Utility::ExtractShortFromBuffer(&record[RecordSizeOffset]);
+  const std::size_t size = npa::numberAt(record, RecordSizeOffset);
   const Record value = record.subspan(RecordValueOffset);
   if (size > value.size()) {
     return false;
   }
   const int count = static_cast<int>(size);
-  // Without a value there may be no byte to point at.
+  // An empty value may have no byte to point at.
   const char* const text = size == 0 ? "" : reinterpret_cast<const char*>(value.data());
   util::debugLine("Organization (%d bytes): %.*s", count, count, text);
   return true;
@@ -83,7 +94,7 @@ int wnpaGenerator::generateCertificate() {
 
 int wnpaGenerator::getCertOrganization() {
   int result = -1;
-  visitRecords(collectReply(Organization), Organization, [&](Record record) {
+  visitRecords(collectReply(Organization), Organization.key, [&](Record record) {
     if (logOrganization(record)) {
       result = 0;
     }
@@ -102,7 +113,8 @@ int wnpaGenerator::getCertSettings() {
 int wnpaGenerator::createCertSignRequest() {
   util::debugLine("createCertSignRequest...");
   m_Packet.clear();
-  frameBatch(constructCertCommonName());
+  constructCertCommonName();
+  frameBatch();
   Utility::ShowBytes(m_Packet.data(), static_cast<int>(m_Packet.size()));
   collectReply(m_Packet, "CSR response");
   const int result = 0;

@@ -1,4 +1,4 @@
-// The encoders of wnpaGenerator for the settings of every network.
+// The encoders of wnpaGenerator for the settings that every network needs.
 
 #include <algorithm>
 #include <array>
@@ -8,50 +8,26 @@
 #include "npa/packet.h"
 #include "util/debug_line.h"
 #include "wireless/password_prompt.h"
-#include "wireless/setting_encoding.h"
+#include "wireless/setting_encodings.h"
 #include "wireless/wnpa_generator.h"
 
 namespace {
 
-using Value = SettingEncoding::Value;
-
-/// Numbers of the setting objects in the group of wireless-network settings.
-enum WirelessObject : npa::Byte {
-  ModeObject = 0x02,
-  ChannelObject = 0x05,
-  SsidObject = 0x08,
-  WepKey1Object = 0x09,
-  PskObject = 0x11,
-  SecurityObject = 0x22,
-};
-
-// The exact spelling counts: the help text's "Ad-hoc" selects the managed mode.
-constexpr std::array ModeCodes = {TextCode{"Ad-Hoc", 1}};
-
-constexpr SettingEncoding Ssid = {.group = npa::GroupWireless,
-                                  .object = SsidObject,
-                                  .source = from<&configDetails::getSSID>,
-                                  .label = "SSID",
-                                  .value = Value::TerminatedText};
-constexpr SettingEncoding Mode = {.group = npa::GroupWireless,
-                                  .object = ModeObject,
-                                  .source = from<&configDetails::getMode>,
-                                  .label = "Mode",
-                                  .quote = "'",
-                                  .value = Value::Code,
-                                  .codes = ModeCodes};
-
+/// Sent for a text that is not a channel.
 constexpr npa::Byte DefaultChannel = 6;
 
+/// The security as configured, and the code that is sent for it. "OPEN" depends on the encryption.
 constexpr std::array SecurityCodes = {
     TextCode{"WEP", 1},  TextCode{"SHARED", 1},  TextCode{"WPA", 2},    TextCode{"WPA-PER", 2},
     TextCode{"WPA2", 2}, TextCode{"WPA-ENT", 2}, TextCode{"802.1x", 3},
 };
 
-/// Code 4 has a name, but no text leads to it: "WPA2" is sent as 2, which takes either version.
+/// The names in the log. The index is the code. No text is sent as code 4: "WPA2" is sent as 2,
+/// which accepts either version.
 constexpr std::array SecurityNames = {"No Security", "WEP", "WPA PSK (Auto 1 or 2)", "802.1x",
                                       "WPA-2 only PSK"};
 
+/// Returns the code of a security. The encryption decides only about "OPEN".
 npa::Byte securityCode(std::string_view security, std::string_view encryption) {
   if (security == "OPEN") {
     return encryption == "WEP" ? 1 : 0;
@@ -59,7 +35,8 @@ npa::Byte securityCode(std::string_view security, std::string_view encryption) {
   return codeOf(security, SecurityCodes);
 }
 
-/// The channels 1 to 11 by their exact decimal texts; any other text is the default channel.
+/// Returns the channel 1 to 11 for its exact decimal text, or the default channel for any other
+/// text.
 npa::Byte channelCode(std::string_view channel) {
   constexpr std::array<std::string_view, 11> channels = {"1", "2", "3", "4",  "5", "6",
                                                          "7", "8", "9", "10", "11"};
@@ -71,26 +48,38 @@ npa::Byte channelCode(std::string_view channel) {
 }  // namespace
 
 int wnpaGenerator::constructSSID(int* /*total*/) {
-  return encode(Ssid);
+  return encode(encodings::Ssid);
 }
 
 int wnpaGenerator::constructMode(int* /*total*/) {
-  return encode(Mode);
+  return encode(encodings::Mode);
 }
 
 int wnpaGenerator::constructChannel(int* /*total*/) {
-  return appendCode(npa::GroupWireless, ChannelObject, channelCode(m_Configuration->getChannel()));
+  return encodeChannel();
 }
 
 int wnpaGenerator::constructSecurity(int* /*total*/) {
+  return encodeSecurity();
+}
+
+int wnpaGenerator::constructPasswd(int* /*total*/) {
+  return encodePassword();
+}
+
+int wnpaGenerator::encodeChannel() {
+  return appendCode(npa::settings::Channel, channelCode(m_Configuration->getChannel()));
+}
+
+int wnpaGenerator::encodeSecurity() {
   const std::string& security = m_Configuration->getSecurity();
   util::debugLine("Security = '%s'", security.c_str());
   const npa::Byte code = securityCode(security, m_Configuration->get802Encryption());
   util::debugLine("Security mode: %d (%s)", code, SecurityNames[code]);
-  return appendCode(npa::GroupWireless, SecurityObject, code);
+  return appendCode(npa::settings::Security, code);
 }
 
-int wnpaGenerator::constructPasswd(int* /*total*/) {
+int wnpaGenerator::encodePassword() {
   const std::string& security = m_Configuration->getSecurity();
   if (security == "None") {
     return 0;
@@ -99,7 +88,9 @@ int wnpaGenerator::constructPasswd(int* /*total*/) {
   if (password.empty()) {
     password = promptForPassword();
   }
+  // Not logged, unlike the other keys.
   std::vector<npa::Byte> value(password.begin(), password.end());
   value.push_back(0);
-  return appendObject(npa::GroupWireless, security == "WEP" ? WepKey1Object : PskObject, value);
+  return appendObject(security == "WEP" ? npa::settings::WepKey1 : npa::settings::PreSharedKey,
+                      value);
 }

@@ -1,8 +1,7 @@
-// The packet framing of wnpaGenerator.
+// The packet framing of wnpaGenerator: headers, groups of setting objects and wrappers.
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 
 #include "npa/packet.h"
 #include "util/debug_line.h"
@@ -59,11 +58,12 @@ std::vector<unsigned char> wnpaGenerator::outgoing(std::span<const npa::Byte> pa
   return bytes;
 }
 
+// The result is 0 on purpose, whatever arrives.
 int wnpaGenerator::sendNPAData(unsigned char* data, int length, int timeout) {
-  unsigned char* reply = nullptr;
-  const int count = m_Exchange.sendQuery(data, length, reply, timeout);
-  const std::unique_ptr<unsigned char[]> owned(reply);
+  std::vector<unsigned char> reply =
+      m_Exchange.query({data, static_cast<std::size_t>(std::max(length, 0))}, timeout);
+  const int count = static_cast<int>(reply.size());
   util::debugLine("sendNPA response (%d bytes)", count);
-  Utility::ShowBytes(owned.get(), count);
+  Utility::ShowBytes(reply.data(), count);
   return 0;
 }

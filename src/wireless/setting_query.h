@@ -2,32 +2,44 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <span>
 
-#include "npa/packet.h"
+#include "npa/setting_keys.h"
 
-/// A query for one setting. The texts are for those whose collected reply the generator looks at
-/// itself.
+/// A query for one setting. The texts are for the log. Queries that an exchange of the table runs
+/// have no texts, because only `collectReply` logs them.
 struct SettingQuery {
-  npa::Byte group;
-  npa::Byte object;
+  npa::SettingKey key;
+  /// The log line before the request.
   const char* announcement = nullptr;
-  /// Opens the line that tells the reply's size, with a dump behind it; null for no such line.
+  /// The start of the log line with the size of the reply. A dump follows it. If this is null,
+  /// there is neither.
   const char* responseName = nullptr;
 };
 
-/// What a query returns that does nothing with the reply but dump it.
+/// The result of a query whose reply is only dumped, with or without a reply.
 inline constexpr int DumpedOnly = -1;
 
-/// A record of a queried setting inside a reply:
+/// The rest of a reply, from a record of a queried setting on. The bytes are in hex; a number in
+/// parentheses is a count of bytes:
 ///
 ///     A5 length(2) 50 E0 D8 00 group object size(2) value
 using Record = std::span<const unsigned char>;
 
+/// Offsets in a record.
 inline constexpr std::size_t RecordSizeOffset = 9;
 inline constexpr std::size_t RecordValueOffset = 11;
 
-/// Calls `visit` with the rest of the reply from each record of the queried setting on, in order,
-/// until it returns true. The record's header is sure to be there, its value is not.
-void visitRecords(std::span<const unsigned char> reply, const SettingQuery& query,
+/// Calls `visit` for each record of the setting in a collected reply, in order, until it returns
+/// true. The header of the record is complete; its value may be cut.
+void visitRecords(std::span<const unsigned char> reply, npa::SettingKey key,
                   const std::function<bool(Record)>& visit);
+
+/// Returns the first byte of a record's value, or nothing if it did not arrive.
+[[nodiscard]] std::optional<npa::Byte> statusIn(Record record);
+
+/// Returns the status in the first record of the setting that has one, or nothing if no record has
+/// one. Prints nothing.
+[[nodiscard]] std::optional<npa::Byte> firstStatusIn(std::span<const unsigned char> reply,
+                                                     npa::SettingKey key);

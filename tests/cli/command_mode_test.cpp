@@ -4,33 +4,43 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/command_table.h"
+
 namespace {
 
-std::vector<std::string_view> namesWhere(bool (*holds)(const CommandMode&)) {
-  std::vector<std::string_view> names;
-  for (const CommandMode& mode : commandModes()) {
-    if (holds(mode)) {
-      names.push_back(mode.name);
+using Names = std::vector<std::string_view>;
+using Input = CommandMode::Input;
+
+Names namesWhere(bool (*holds)(const CommandMode&)) {
+  Names names;
+  for (const CommandRow& row : CommandTable) {
+    if (holds(row.mode)) {
+      names.push_back(row.mode.name);
     }
   }
   return names;
 }
 
-using Names = std::vector<std::string_view>;
-
-TEST(CommandModes, TryARefusalAgainBareForTheseOnly) {
-  EXPECT_EQ(namesWhere([](const CommandMode& mode) { return mode.retriesBare; }),
-            (Names{"-c", "-ca", "-ip", "-t", "-s", "-802s", "-cer"}));
+TEST(CommandModes, TryARefusalAgainBareExceptThese) {
+  EXPECT_EQ(namesWhere([](const CommandMode& mode) { return !mode.retriesBare; }),
+            (Names{"-a", "-rcerdefs", "-csr", "-icer", "-npa", "-r", "-h"}));
   EXPECT_FALSE(commandMode("-x").retriesBare);
 }
 
 TEST(CommandModes, TakeOptionsForTheseOnly) {
-  EXPECT_EQ(
-      namesWhere([](const CommandMode& mode) { return mode.input == CommandMode::Input::Options; }),
-      (Names{"-c", "-ca", "-cer", "-icer", "-rcerdefs", "-csr"}));
-  EXPECT_EQ(
-      namesWhere([](const CommandMode& mode) { return mode.input == CommandMode::Input::NpaFile; }),
-      (Names{"-npa"}));
+  EXPECT_EQ(namesWhere([](const CommandMode& mode) { return mode.input == Input::Options; }),
+            (Names{"-c", "-ca", "-cer", "-rcerdefs", "-csr", "-icer"}));
+  EXPECT_EQ(namesWhere([](const CommandMode& mode) { return mode.input == Input::NpaFile; }),
+            (Names{"-npa"}));
+}
+
+TEST(CommandModes, AreFoundByTheirExactName) {
+  EXPECT_EQ(commandMode("-s").operation, &wnpaGenerator::getSSID);
+  EXPECT_EQ(commandMode("-ip").operation, &wnpaGenerator::getIP);
+  EXPECT_EQ(commandMode("-h").worker, CommandMode::Worker::Help);
+  for (const CommandRow& row : CommandTable) {
+    EXPECT_EQ(commandMode(row.mode.name).name, row.mode.name);
+  }
 }
 
 TEST(CommandModes, RunTheDefaultForWhatIsNoSwitch) {

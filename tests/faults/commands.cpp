@@ -1,10 +1,11 @@
 #include "faults/commands.h"
 
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <stdexcept>
-#include <string_view>
 
+#include "cli/command_table.h"
 #include "testing/certificates.h"
 
 namespace faults {
@@ -107,6 +108,31 @@ const Command& command(const std::string& name) {
     throw std::runtime_error("no command " + name);
   }
   return *found;
+}
+
+// The rows above are literals: they must fit the table of switches, and none may be missing.
+TEST(Commands, HaveEachSwitchWithItsExitStatuses) {
+  for (const CommandRow& row : CommandTable) {
+    std::vector<int> statuses;
+    for (const Command& command : commands()) {
+      if (!command.arguments.empty() && command.arguments.front() == row.mode.name) {
+        std::ranges::copy(command.statuses, std::back_inserter(statuses));
+      }
+    }
+    EXPECT_FALSE(statuses.empty()) << row.mode.name << " has no row in " << __FILE__;
+    const auto isIn = [](const ExitStatus& range, int status) {
+      return range.lowest <= status && status <= range.highest;
+    };
+    for (const int status : statuses) {
+      EXPECT_TRUE(std::ranges::any_of(row.statuses,
+                                      [&](const ExitStatus& range) { return isIn(range, status); }))
+          << row.mode.name << " ends with " << status;
+    }
+    for (const ExitStatus& range : row.statuses) {
+      EXPECT_TRUE(std::ranges::any_of(statuses, [&](int status) { return isIn(range, status); }))
+          << row.mode.name << " never ends with " << range.lowest << " to " << range.highest;
+    }
+  }
 }
 
 CommandFiles::CommandFiles() {

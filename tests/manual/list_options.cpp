@@ -3,29 +3,38 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
-#include "cli/command_mode.h"
+#include "cli/command_table.h"
 #include "decoder/options.h"
 #include "emulator/run/option_table.h"
-#include "settings/config_details.h"
+#include "settings/option_table.h"
 
-int main() {
-  for (const CommandMode& mode : commandModes()) {
-    std::printf("zvkconfig %s\n", std::string(mode.name).c_str());
-  }
-  for (const std::string& key : configDetails::optionKeys()) {
-    std::printf("zvkconfig %s\n", key.c_str());
-  }
-  for (const auto options :
-       {emulator::personalityOptions(), emulator::usbOptions(), emulator::generalOptions()}) {
-    for (const emulator::Option& option : options) {
-      std::printf("zvkprinter %s%s\n", std::string(option.name).c_str(),
-                  option.valueName.empty() ? "" : "=");
+namespace {
+
+void print(const char* program, std::string_view name, bool takesValue) {
+  std::printf("%s %s%s\n", program, std::string(name).c_str(), takesValue ? "=" : "");
+}
+
+template <typename Groups>
+void printOptions(const char* program, const Groups& groups) {
+  for (const auto& group : groups) {
+    for (const auto& option : group.options) {
+      print(program, option.name, !catalogue::valueText(option.valueName, option.words).empty());
     }
   }
-  for (const decoder::Option& option : decoder::optionTable()) {
-    std::printf("zvknpa %s%s\n", std::string(option.name).c_str(),
-                option.valueName.empty() ? "" : "=");
+}
+
+}  // namespace
+
+int main() {
+  for (const CommandRow& row : CommandTable) {
+    print("zvkconfig", row.mode.name, false);
   }
+  for (const SettingOption& option : SettingOptions) {
+    print("zvkconfig", option.key, false);
+  }
+  printOptions("zvkprinter", emulator::optionGroups());
+  printOptions("zvknpa", decoder::optionGroups());
   return 0;
 }

@@ -1,5 +1,6 @@
 #include "settings/config_details.h"
 
+#include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
@@ -71,7 +72,7 @@ const SettingRow Rows[] = {
     {{"CerFilePath"}, "--cer-path=", "", &configDetails::getCerFilePath},
 };
 
-class Setting : public testing::TestWithParam<SettingRow> {
+class OneSetting : public testing::TestWithParam<SettingRow> {
  protected:
   /// Expects `value` of the row's setting and the initial value of every other.
   static void expectOnly(const configDetails& record, const std::string& value) {
@@ -88,11 +89,11 @@ class Setting : public testing::TestWithParam<SettingRow> {
 
 }  // namespace
 
-TEST_P(Setting, HasItsInitialValueInAFreshRecord) {
+TEST_P(OneSetting, HasItsInitialValueInAFreshRecord) {
   expectOnly(configDetails(), GetParam().initial);
 }
 
-TEST_P(Setting, IsFilledByItsOptionAlone) {
+TEST_P(OneSetting, IsFilledByItsOptionAlone) {
   if (GetParam().key == nullptr) {
     expectOnly(settings({"--usb=new", "--npa=new"}), GetParam().initial);
   } else {
@@ -100,7 +101,7 @@ TEST_P(Setting, IsFilledByItsOptionAlone) {
   }
 }
 
-TEST_P(Setting, IsEmptiedByItsKeyAlone) {
+TEST_P(OneSetting, IsEmptiedByItsKeyAlone) {
   if (GetParam().key == nullptr) {
     expectOnly(settings({"--usb=", "--npa="}), GetParam().initial);
   } else {
@@ -108,7 +109,7 @@ TEST_P(Setting, IsEmptiedByItsKeyAlone) {
   }
 }
 
-TEST_P(Setting, TakesItsLastValue) {
+TEST_P(OneSetting, TakesItsLastValue) {
   if (GetParam().key != nullptr) {
     expectOnly(settings({option("first"), option("last")}), "last");
   } else {
@@ -116,7 +117,26 @@ TEST_P(Setting, TakesItsLastValue) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Setting, testing::ValuesIn(Rows), support::rowName);
+INSTANTIATE_TEST_SUITE_P(All, OneSetting, testing::ValuesIn(Rows), support::rowName);
+
+TEST(Value, IsTheSameByNumberAndByName) {
+  const configDetails record = settings({"--ssid=Home", "--WEP-key4=abc", "lp1"});
+  EXPECT_EQ(record.value(Setting::Ssid), "Home");
+  EXPECT_EQ(record.value(Setting::WepKey4), "abc");
+  EXPECT_EQ(record.value(Setting::Usb), "lp1");
+  EXPECT_EQ(record.value(Setting::Channel), "6");
+}
+
+TEST(SettingOptions, AreTriedInTheOrderOfTheSettings) {
+  auto next = SettingOptions.begin();
+  for (const SettingRow& row : Rows) {
+    if (row.key != nullptr) {
+      next = std::find_if(next, SettingOptions.end(),
+                          [&](const SettingOption& option) { return option.key == row.key; });
+      EXPECT_NE(next, SettingOptions.end()) << row.key;
+    }
+  }
+}
 
 // --- The value of an option ---------------------------------------------------------------------
 

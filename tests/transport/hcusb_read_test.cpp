@@ -126,7 +126,7 @@ TEST_F(TransportRead, CountsEmptyTransfersAsNoBytes) {
   EXPECT_EQ(system.now(), 5 * Second);
 }
 
-TEST_F(TransportRead, GivesAByteNewPatienceWithADeviceThatIsReady) {
+TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceWithEachByte) {
   device.readyForEver = true;
   device.reply(bytes("01"), 4 * Second);
   device.reply(bytes("02"), 8 * Second);
@@ -134,7 +134,7 @@ TEST_F(TransportRead, GivesAByteNewPatienceWithADeviceThatIsReady) {
   EXPECT_EQ(system.now(), 13 * Second);
 }
 
-TEST_F(TransportRead, GivesAProbeThatTimedOutNewPatience) {
+TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceWhenAProbeTimesOut) {
   // Ready with nothing for ever, but for one silent probe every three seconds.
   virtual_system::Microseconds lastSilence = 0;
   int silences = 0;

@@ -10,6 +10,7 @@
 
 #include "testing/bytes.h"
 #include "testing/loopback_client.h"
+#include "testing/packets.h"
 #include "testing/usb_printer.h"
 #include "testing/usbip_host.h"
 
@@ -22,10 +23,13 @@ using emulator::UsbFault;
 using emulator::UsbTraits;
 using emulator::UsbTransport;
 using npa::Bytes;
-using support::bytes;
+using packets::IpReply;
+using packets::QueryIp;
 using support::controlCommand;
+using support::imported;
 using support::importRequest;
 using support::joined;
+using support::listed;
 using support::listRequest;
 using support::LoopbackClient;
 using support::readCommand;
@@ -33,14 +37,6 @@ using support::submitReply;
 using support::unlinkCommand;
 using support::unlinkReply;
 using support::writeCommand;
-
-const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
-const Bytes Ip = bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0 A8 01 14");
-const Bytes Imported = joined({bytes("01 11 00 03 00 00 00 00"), support::describedDevice()});
-const Bytes NotImported = bytes("01 11 00 03 00 00 00 04");
-const Bytes Taken = bytes("01 11 00 03 00 00 00 02");
-const Bytes Listed = joined({bytes("01 11 00 05 00 00 00 00 00 00 00 01"),
-                             support::describedDevice(), bytes("07 01 02 00")});
 
 class ServedPrinter : public testing::Test {
  protected:
@@ -50,13 +46,12 @@ class ServedPrinter : public testing::Test {
     transport.emplace(m_Printer->device, *m_Log, 0);
   }
 
-  /// Lets the transport do what there is to do until the condition holds; returns whether it came
-  /// to that.
+  /// Lets the transport do what there is to do until the condition holds. Returns false if it does
+  /// not hold by the test's deadline, which all calls share: a test that fails takes seconds.
   template <typename Condition>
   bool works(Condition condition) {
-    constexpr int tries = 2000;
     constexpr int momentInMilliseconds = 10;
-    for (int i = 0; i < tries; ++i) {
+    do {
       transport->sendDue();
       if (condition()) {
         return true;
@@ -65,7 +60,7 @@ class ServedPrinter : public testing::Test {
       if (::poll(awaited.data(), awaited.size(), momentInMilliseconds) > 0) {
         transport->receiveAll();
       }
-    }
+    } while (std::chrono::steady_clock::now() < m_Deadline);
     return false;
   }
 
@@ -86,7 +81,7 @@ class ServedPrinter : public testing::Test {
 
   /// Imports the printer and configures it.
   void attach(const LoopbackClient& host) {
-    ask(host, importRequest("1-1"), Imported);
+    ask(host, importRequest("1-1"), imported());
     ask(host, controlCommand(1, {0x00, 9, 1, 0, 0}), submitReply(1, 0, 0));
   }
 
@@ -96,6 +91,8 @@ class ServedPrinter : public testing::Test {
  private:
   std::optional<support::UsbPrinter> m_Printer;
   std::optional<emulator::MessageLog> m_Log;
+  const std::chrono::steady_clock::time_point m_Deadline =
+      std::chrono::steady_clock::now() + std::chrono::seconds(5);
 };
 
 TEST_F(ServedPrinter, IsListedImportedAndUsed) {
@@ -103,11 +100,11 @@ TEST_F(ServedPrinter, IsListedImportedAndUsed) {
   EXPECT_NE(transport->port(), 0);
   EXPECT_EQ(transport->printerNode(), std::nullopt);
   const LoopbackClient lister(transport->port());
-  ask(lister, listRequest(), Listed);
+  ask(lister, listRequest(), listed());
   const LoopbackClient host(transport->port());
   attach(host);
   ask(host, joined({readCommand(2, 1024), readCommand(3, 1024), writeCommand(4, QueryIp)}),
-      joined({submitReply(4, 0, 9), submitReply(2, 0, 15, Ip)}));
+      joined({submitReply(4, 0, 9), submitReply(2, 0, 15, IpReply)}));
   ask(host, unlinkCommand(5, 3), unlinkReply(5, 0xFFFFFF98));
 }
 
@@ -117,7 +114,7 @@ TEST_F(ServedPrinter, IsOneHostsAtATime) {
   {
     const LoopbackClient first(transport->port());
     attach(first);
-    ask(second, importRequest("1-1"), Taken);
+    ask(second, importRequest("1-1"), support::notImported(2));
   }
   EXPECT_TRUE(works([&] { return log.back() == "   USB: the host is gone"; }));
   attach(second);
@@ -135,7 +132,7 @@ TEST_F(ServedPrinter, IsAsNewForTheNextHost) {
   const LoopbackClient second(transport->port());
   attach(second);
   ask(second, joined({readCommand(2, 64), writeCommand(3, QueryIp)}),
-      joined({submitReply(3, 0, 9), submitReply(2, 0, 15, Ip)}));
+      joined({submitReply(3, 0, 9), submitReply(2, 0, 15, IpReply)}));
 }
 
 TEST_F(ServedPrinter, DropsAHostThatBreaksTheProtocol) {
@@ -161,8 +158,8 @@ TEST_F(ServedPrinter, IsUnpluggedAndPluggedInAgain) {
   EXPECT_FALSE(transport->isPluggedIn());
   EXPECT_TRUE(closes(host));
   const LoopbackClient lister(transport->port());
-  ask(lister, listRequest(), bytes("01 11 00 05 00 00 00 00 00 00 00 00"));
-  ask(lister, importRequest("1-1"), NotImported);
+  ask(lister, listRequest(), support::nothingListed());
+  ask(lister, importRequest("1-1"), support::notImported(4));
   transport->plugIn();
   attach(lister);
 }
@@ -212,7 +209,7 @@ TEST_F(ServedPrinter, TakesMoreHostsThanItServesAtATime) {
     EXPECT_TRUE(works([&] { return transport->awaited().size() == std::min(i + 2, most); }));
   }
   hosts.erase(hosts.begin());
-  ask(hosts.back(), listRequest(), Listed);
+  ask(hosts.back(), listRequest(), listed());
 }
 
 }  // namespace

@@ -1,17 +1,17 @@
-#include "emulator/run/options.h"
+#include "emulator/run/command_line.h"
 
 #include <chrono>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
+#include "catalogue/option_parser.h"
 #include "testing/rows.h"
 
 namespace {
 
 using emulator::Options;
 using emulator::parseOptions;
-using emulator::UsageError;
 using Words = std::vector<std::string>;
 
 Options parseRun(Words options) {
@@ -45,6 +45,16 @@ TEST(ParseOptions, StartsFromAWellBehavedPrinter) {
   EXPECT_TRUE(options.personality.certificates.factoryCertificate);
   EXPECT_EQ(options.personality.certificates.rsaBits, 0U);
   EXPECT_EQ(options.personality.certificates.defaults.commonName, "printer");
+}
+
+TEST(ParseOptions, TakesTheLastOfTheLogs) {
+  EXPECT_FALSE(parseRun({"--log=a"}).appendsLog);
+  const Options appended = parseRun({"--log=a", "--log-append=b"});
+  EXPECT_EQ(appended.logFile, "b");
+  EXPECT_TRUE(appended.appendsLog);
+  const Options emptied = parseRun({"--log-append=b", "--log=a"});
+  EXPECT_EQ(emptied.logFile, "a");
+  EXPECT_FALSE(emptied.appendsLog);
 }
 
 TEST(ParseOptions, TakesEveryOption) {
@@ -180,82 +190,119 @@ struct Mistake : support::Row {
   const char* reason;
 };
 
-class WrongOptions : public testing::TestWithParam<Mistake> {};
+class WrongCommandLine : public testing::TestWithParam<Mistake> {};
 
-TEST_P(WrongOptions, AreToldWithTheReason) {
+TEST_P(WrongCommandLine, IsReportedWithWhatWasExpected) {
   try {
     parseOptions(GetParam().arguments);
     FAIL() << "accepted";
-  } catch (const UsageError& error) {
+  } catch (const catalogue::UsageError& error) {
     EXPECT_STREQ(error.what(), GetParam().reason);
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Mistakes, WrongOptions,
+    Commands, WrongCommandLine,
     testing::Values(
-        Mistake{{"UnknownAction"}, {"walk"}, "'walk' is none of run, serve, usb, show and help"},
-        Mistake{{"RunWithoutDashes"}, {"run"}, "run needs a command behind --"},
-        Mistake{{"RunWithoutCommand"}, {"run", "--"}, "run needs a command behind --"},
-        Mistake{{"ServeWithoutLink"}, {"serve"}, "serve needs --link=PATH"},
-        Mistake{{"ShowWithoutState"}, {"show"}, "show needs --state=DIR"},
-        Mistake{{"UsbWithoutPlace"}, {"usb"}, "usb needs one of --attach and --port=N"},
+        Mistake{{"UnknownCommand"},
+                {"walk"},
+                "command: expected run, serve, usb, show or help, got 'walk'"},
+        Mistake{{"EmptyCommand"}, {""}, "command: expected run, serve, usb, show or help, got ''"},
+        Mistake{{"RunWithoutDashes"}, {"run"}, "run: expected -- and a command"},
+        Mistake{{"RunWithoutCommand"}, {"run", "--"}, "run: expected -- and a command"},
+        Mistake{
+            {"CommandWithoutDashes"}, {"run", "ls"}, "ls: expected an option, or -- and a command"},
+        Mistake{{"ServeWithoutLink"}, {"serve"}, "serve: expected --link=PATH"},
+        Mistake{{"ShowWithoutState"}, {"show"}, "show: expected --state=DIR"},
+        Mistake{{"UsbWithoutPlace"}, {"usb"}, "usb: expected either --attach or --port=N"},
         Mistake{{"UsbWithTwoPlaces"},
                 {"usb", "--attach", "--port=0"},
-                "usb needs one of --attach and --port=N"},
-        Mistake{{"PortTooLarge"}, {"usb", "--port=65536"}, "'65536' is no number from 0 to 65535"},
-        Mistake{{"UnknownSpeed"}, {"usb", "--speed=low"}, "'low' is no speed: full or high"},
-        Mistake{{"NoAlternate"},
-                {"usb", "--alternates=0"},
-                "a device has at least one alternate setting"},
-        Mistake{{"TooManyAlternates"}, {"usb", "--alternates=5"}, "'5' is no number from 0 to 4"},
-        Mistake{{"NoDirection"}, {"usb", "--usb-stall=5"}, "'5' is no direction: in or out"},
-        Mistake{{"NoCountBehindTheDirection"},
-                {"usb", "--usb-hold=in:"},
-                "'' is no number from 0 to 1000000000"},
-        Mistake{{"UnplugWithoutCount"},
-                {"usb", "--usb-unplug-after=in"},
-                "'in' does not say after how many bytes, such as in:512"},
-        Mistake{{"StatusOfNoMethod"},
-                {"run", "--object-status=queryCA:2"},
-                "'queryCA:2' names no method of the object store"},
-        Mistake{{"StatusOfNoNumber"},
-                {"run", "--object-status=queryCAList:x"},
-                "'x' is no number from 0 to 65535"},
-        Mistake{{"DefaultOfNoField"},
-                {"run", "--cert-default=X=1"},
-                "'X=1' begins with none of O=, OU=, C=, ST=, L=, CN= and AN="},
-        Mistake{{"DefaultWithoutText"},
-                {"run", "--cert-default=CN"},
-                "'CN' begins with none of O=, OU=, C=, ST=, L=, CN= and AN="},
-        Mistake{{"KeyTooSmall"},
-                {"run", "--key-bits=1023"},
-                "'1023' is no size of an RSA key: 1024 to 4096, or 0"},
-        Mistake{{"KeyTooLarge"}, {"run", "--key-bits=4097"}, "'4097' is no number from 0 to 4096"},
-        Mistake{{"NoOption"}, {"run", "ls"}, "there is no option 'ls'"},
-        Mistake{{"UnknownOption"}, {"run", "--nonsense=1"}, "there is no option '--nonsense'"},
-        Mistake{{"SwitchWithValue"}, {"run", "--silent=1"}, "--silent takes no value"},
-        Mistake{{"OptionWithoutValue"}, {"run", "--late"}, "--late needs a value"},
-        Mistake{{"TextForANumber"}, {"run", "--late=x"}, "'x' is no number from 0 to 3600"},
-        Mistake{{"NothingForANumber"}, {"run", "--late="}, "'' is no number from 0 to 3600"},
-        Mistake{{"NumberTooLarge"}, {"run", "--late=3601"}, "'3601' is no number from 0 to 3600"},
-        Mistake{{"NumberNegative"}, {"run", "--late=-1"}, "'-1' is no number from 0 to 3600"},
-        Mistake{
-            {"ByteTooLarge"}, {"run", "--trouble-code=256"}, "'256' is no number from 0 to 255"},
-        Mistake{
-            {"ListThatEndsInAComma"}, {"run", "--auth-status=1,"}, "'' is no number from 0 to 255"},
-        Mistake{{"AddressTooShort"}, {"run", "--ip=1.2.3"}, "'1.2.3' is no IP address"},
-        Mistake{{"AddressTooLong"}, {"run", "--ip=1.2.3.4.5"}, "'4.5' is no number from 0 to 255"},
-        Mistake{{"AddressByteTooLarge"},
-                {"run", "--ip=1.2.3.256"},
-                "'256' is no number from 0 to 255"}),
+                "usb: expected either --attach or --port=N"}),
     support::rowName);
 
-TEST(HelpText, NamesEveryOption) {
+Mistake mistake(const char* name, const char* option, const char* reason) {
+  return {{name}, {"usb", "--attach", option}, reason};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, WrongCommandLine,
+    testing::Values(
+        mistake("UnknownOption", "--nonsense=1", "--nonsense: no such option"),
+        mistake("FlagWithValue", "--silent=1", "--silent: expected no value, got '1'"),
+        mistake("NoValue", "--late", "--late: expected a value"),
+        mistake("TextForANumber", "--late=x",
+                "--late: expected a number of seconds from 0 to 3600, got 'x'"),
+        mistake("NothingForANumber",
+                "--cut=", "--cut: expected a number of bytes from 0 to 65538, got ''"),
+        mistake("NumberTooLarge", "--packets=101",
+                "--packets: expected a number of packets from 0 to 100, got '101'"),
+        mistake("NumberNegative", "--usb-replug-after=-1",
+                "--usb-replug-after: expected a number of seconds from 0 to 3600, got '-1'"),
+        mistake("ByteTooLarge", "--trouble-code=256",
+                "--trouble-code: expected a number from 0 to 255, got '256'"),
+        mistake("HexByteTooLarge", "--result=100",
+                "--result: expected a hex number from 0 to FF, got '100'"),
+        mistake("ListThatEndsInAComma", "--auth-status=1,",
+                "--auth-status: expected numbers from 0 to 255 with commas between them, got '1,'"),
+        mistake("AddressTooShort", "--ip=1.2.3",
+                "--ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3'"),
+        mistake("AddressTooLong", "--ip=1.2.3.4.5",
+                "--ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3.4.5'"),
+        mistake("AddressByteTooLarge", "--ip=1.2.3.256",
+                "--ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3.256'"),
+        mistake("TooManyQueries", "--ip-after=65539",
+                "--ip-after: expected a number of queries from 0 to 65538, or of seconds from 0s "
+                "to 3600s, got '65539'"),
+        mistake("TooManySeconds", "--trouble-over-after=3601s",
+                "--trouble-over-after: expected a number of queries from 0 to 65538, or of seconds "
+                "from 0s to 3600s, got '3601s'"),
+        mistake("PortTooLarge", "--port=65536",
+                "--port: expected a number from 0 to 65535, got '65536'"),
+        mistake("UnknownSpeed", "--speed=low", "--speed: expected full or high, got 'low'"),
+        mistake("NoAlternate", "--alternates=0",
+                "--alternates: expected a number from 1 to 4, got '0'"),
+        mistake("TooManyAlternates", "--alternates=5",
+                "--alternates: expected a number from 1 to 4, got '5'"),
+        mistake("NoDirection", "--usb-stall=5",
+                "--usb-stall: expected in or out, optionally with a colon and a number of bytes up "
+                "to 1000000000, got '5'"),
+        mistake("NoCountAfterTheDirection", "--usb-hold=in:",
+                "--usb-hold: expected in or out, optionally with a colon and a number of bytes up "
+                "to 1000000000, got 'in:'"),
+        mistake("UnplugWithoutCount", "--usb-unplug-after=in",
+                "--usb-unplug-after: expected in or out with a colon and a number of bytes up to "
+                "1000000000, got 'in'"),
+        mistake("StatusOfNoMethod", "--object-status=queryCA:2",
+                "--object-status: expected a code from 0 to 65535, optionally after a method's "
+                "name and a colon, got 'queryCA:2'"),
+        mistake("StatusOfNoNumber", "--object-status=queryCAList:x",
+                "--object-status: expected a code from 0 to 65535, optionally after a method's "
+                "name and a colon, got 'queryCAList:x'"),
+        mistake("DefaultOfNoField", "--cert-default=X=1",
+                "--cert-default: expected O, OU, C, ST, L, CN or AN, then = and a text, got 'X=1'"),
+        mistake("DefaultWithoutText", "--cert-default=CN",
+                "--cert-default: expected O, OU, C, ST, L, CN or AN, then = and a text, got 'CN'"),
+        mistake("KeyTooSmall", "--key-bits=1023",
+                "--key-bits: expected 0 or a number of bits from 1024 to 4096, got '1023'"),
+        mistake("KeyTooLarge", "--key-bits=4097",
+                "--key-bits: expected 0 or a number of bits from 1024 to 4096, got '4097'")),
+    support::rowName);
+
+TEST(HelpText, HasCommandsAndOptions) {
   const std::string help = emulator::helpText();
-  for (const char* option : {"--refuse-wrapped", "--packets=N", "--log=FILE", "--link=PATH",
-                             "--attach", "--usb-hold=in|out[:BYTES]"}) {
-    EXPECT_NE(help.find(option), std::string::npos) << option;
+  for (const char* line : {
+           "\n  zvkprinter run [OPTION...] -- COMMAND [ARGUMENT...]\n"
+           "      Run COMMAND with the emulated printer at /dev/usb/lp0.\n",
+           "\n  zvkprinter usb --attach [OPTION...] [-- COMMAND [ARGUMENT...]]\n"
+           "  zvkprinter usb --port=N [OPTION...] [-- COMMAND [ARGUMENT...]]\n",
+           "\n  --refuse-wrapped              refuse wrapped packets\n",
+           "\n  --late=SECONDS                delay each answer\n",
+           "\n  --speed=full|high             speed of the device (default: high)\n",
+           "\n  --usb-unplug-after=in|out:BYTES\n"
+           "                                unplug the printer after this number of bytes\n",
+           "\n  --log=FILE                    log to a file instead of standard error\n",
+       }) {
+    EXPECT_NE(help.find(line), std::string::npos) << line;
   }
 }
 

@@ -1,0 +1,162 @@
+#pragma once
+
+#include <array>
+#include <span>
+#include <string_view>
+
+#include "cli/command_mode.h"
+
+/// Exit statuses from `lowest` to `highest`, and what they mean.
+struct ExitStatus {
+  int lowest;
+  int highest;
+  std::string_view meaning;
+};
+
+/// A command switch: what it runs, and what is written about it. The manual page and the shells'
+/// completions are made from these rows, and the tests take the exit statuses from them.
+struct CommandRow {
+  CommandMode mode;
+  std::span<const ExitStatus> statuses;
+  std::string_view help;          ///< one line: an imperative or a noun, without a full stop
+  std::string_view details = {};  ///< what the manual page adds: sentences, in scdoc
+};
+
+namespace exit_statuses {
+
+inline constexpr std::array Always = {ExitStatus{0, 0, ""}};
+inline constexpr std::array Configured = {
+    ExitStatus{0, 0, "the adapter has accepted the settings"},
+    ExitStatus{1, 1, "it has not accepted them"},
+    ExitStatus{255, 255, "it has refused them, or not answered"},
+};
+inline constexpr std::array SsidRead = {
+    ExitStatus{0, 0, "printed"},
+    ExitStatus{1, 1, "no answer, or no SSID"},
+    ExitStatus{255, 255, "refused"},
+};
+inline constexpr std::array AddressRead = {
+    ExitStatus{0, 0, "printed"},
+    ExitStatus{1, 1, "no address yet, or no answer"},
+    ExitStatus{255, 255, "refused"},
+};
+inline constexpr std::array TroubleCodes = {
+    ExitStatus{0, 0, "no trouble"},
+    ExitStatus{1, 255, "the trouble code; 1 is also no answer, 255 also a refusal"},
+};
+inline constexpr std::array DescriptorRead = {
+    ExitStatus{0, 0, "the adapter has answered"},
+    ExitStatus{1, 1, "no answer, or a descriptor that does not end in \"-\""},
+};
+inline constexpr std::array AuthStatuses = {
+    ExitStatus{0, 255, "the status; 255 is also no answer or a refusal"},
+};
+inline constexpr std::array DefaultsRead = {
+    ExitStatus{0, 0, "printed"},
+    ExitStatus{1, 1, "no answer, or an error of the printer"},
+};
+inline constexpr std::array RequestMade = {
+    ExitStatus{0, 0, "saved"},
+    ExitStatus{1, 1, "not made, or not saved"},
+};
+inline constexpr std::array Installed = {
+    ExitStatus{0, 0, "installed"},
+    ExitStatus{1, 1, "not installed, or no file given"},
+    ExitStatus{2, 2, "the file does not exist"},
+};
+inline constexpr std::array ResetDone = {
+    ExitStatus{0, 0, "confirmed"},
+    ExitStatus{1, 1, "not confirmed"},
+};
+
+}  // namespace exit_statuses
+
+/// All command switches.
+inline constexpr std::array CommandTable = {
+    CommandRow{.mode = {.name = "-c",
+                        .input = CommandMode::Input::Options,
+                        .operation = &wnpaGenerator::configBasic,
+                        .retriesBare = true},
+               .statuses = exit_statuses::Configured,
+               .help = "store mode, security, channel, SSID and password",
+               .details = "Basic configuration, from *--mode=*, *--security=*, *--channel=*, "
+                          "*--ssid=* and *--passwd=*."},
+    CommandRow{.mode = {.name = "-ca",
+                        .input = CommandMode::Input::Options,
+                        .operation = &wnpaGenerator::configAdvanced,
+                        .retriesBare = true},
+               .statuses = exit_statuses::Configured,
+               .help = "store WEP keys, a pre-shared key or 802.1x settings",
+               .details =
+                   "Advanced configuration, as *--security=* says; see *OPTIONS*. The status "
+                   "is also 0 for an unknown security, for which nothing is sent, and when "
+                   "the options of 802.1x are not accepted, refused or not answered: *-802s* "
+                   "reports their effect."},
+    CommandRow{.mode = {.name = "-s", .operation = &wnpaGenerator::getSSID, .retriesBare = true},
+               .statuses = exit_statuses::SsidRead,
+               .help = "print the SSID"},
+    CommandRow{.mode = {.name = "-ip", .operation = &wnpaGenerator::getIP, .retriesBare = true},
+               .statuses = exit_statuses::AddressRead,
+               .help = "print the IP address, after waiting until there is one"},
+    CommandRow{
+        .mode = {.name = "-t", .operation = &wnpaGenerator::getTroubleCode, .retriesBare = true},
+        .statuses = exit_statuses::TroubleCodes,
+        .help = "exit with the trouble code"},
+    CommandRow{.mode = {.name = "-a", .operation = &wnpaGenerator::getAdapterDescriptor},
+               .statuses = exit_statuses::DescriptorRead,
+               .help = "check that the adapter answers with its descriptor"},
+    CommandRow{.mode = {.name = "-802s",
+                        .operation = &wnpaGenerator::get802AuthStatus,
+                        .retriesBare = true},
+               .statuses = exit_statuses::AuthStatuses,
+               .help = "exit with the status of 802.1x authentication",
+               .details = "The status goes to standard error in words. *EXIT STATUS* lists them."},
+    CommandRow{.mode = {.name = "-cer",
+                        .input = CommandMode::Input::Options,
+                        .operation = &wnpaGenerator::getCertSettings,
+                        .retriesBare = true},
+               .statuses = exit_statuses::Always,
+               .help = "log organisation and common name of the certificate",
+               .details = "They are those of the adapter's own certificate and go to standard "
+                          "error."},
+    CommandRow{.mode = {.name = "-rcerdefs",
+                        .input = CommandMode::Input::Options,
+                        .worker = CommandMode::Worker::Certificates},
+               .statuses = exit_statuses::DefaultsRead,
+               .help = "print the subject that the printer proposes for a request",
+               .details = "Each line is an option of *-csr* without its \"--\"."},
+    CommandRow{.mode = {.name = "-csr",
+                        .input = CommandMode::Input::Options,
+                        .worker = CommandMode::Worker::Certificates},
+               .statuses = exit_statuses::RequestMade,
+               .help = "make a key pair and a certificate request",
+               .details = "The printer makes them with the subject of the options *--cer-...*, and "
+                          "the request is written to the file *--cer-path=*. The printer's earlier "
+                          "key and certificate are replaced."},
+    CommandRow{.mode = {.name = "-icer",
+                        .input = CommandMode::Input::Options,
+                        .worker = CommandMode::Worker::Certificates},
+               .statuses = exit_statuses::Installed,
+               .help = "install a CA certificate or the signed certificate",
+               .details = "It installs the CA certificate of *--802-CA-cer-file=* or, without that "
+                          "option, the printer's signed certificate of *--802-signed-cer-file=*."},
+    CommandRow{.mode = {.name = "-npa",
+                        .input = CommandMode::Input::NpaFile,
+                        .worker = CommandMode::Worker::RawSender},
+               .statuses = exit_statuses::Always,
+               .help = "send a packet from a file of hex text",
+               .details = "The reply is dumped to standard error. _DEVICE_ must follow _FILE_. See "
+                          "*zvkconfig-arguments*(5)."},
+    CommandRow{.mode = {.name = "-r", .operation = &wnpaGenerator::reset},
+               .statuses = exit_statuses::ResetDone,
+               .help = "reset the adapter"},
+    CommandRow{.mode = {.name = "-h", .worker = CommandMode::Worker::Help},
+               .statuses = exit_statuses::Always,
+               .help = "print a help text, as zvkconfig does without arguments"},
+};
+
+/// What any other text runs.
+inline constexpr CommandRow DefaultRunRow = {
+    .mode = {.name = {}, .worker = CommandMode::Worker::DefaultRun},
+    .statuses = exit_statuses::Always,
+    .help = "store the defaults of the options, then report trouble code and IP address"};

@@ -1,0 +1,257 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+/// The settings of one run, each held as text.
+enum class Setting : std::size_t {
+  Usb,  ///< an argument without "-"
+  Ssid,
+  Channel,
+  Mode,
+  Security,
+  Passwd,
+  NpaFileData,  ///< the digits of an NPA data file
+  Encryption,
+  AuthExt,
+  AuthInner,
+  Username,
+  Password,
+  CaCertFile,
+  SignedCertFile,
+  WepKey1,
+  WepKey2,
+  WepKey3,
+  WepKey4,
+  WepTransmit,
+  Psk,
+  CerCommonName,
+  CerOrg,
+  CerUnit,
+  CerState,
+  CerCountry,
+  CerCity,
+  CerAltName,
+  CerFriendlyName,
+  CerFilePath,
+  Count,
+};
+
+/// An option of the command line or of an argument file, and the setting that it fills. The manual
+/// page and the shells' completions are made from these rows.
+struct SettingOption {
+  /// The section of the manual page.
+  enum class Section { Networks, Keys, Authentication, Certificates };
+
+  /// What a value is. Nothing checks it here: an encoder decides what a text means.
+  enum class Kind {
+    Text,
+    Word,      ///< one of `words`
+    WordList,  ///< some of `words`, with "|" between them
+    File,
+  };
+
+  /// The words that an option takes with one command, or with any if `command` is empty.
+  struct Words {
+    std::string_view command = {};
+    std::span<const std::string_view> list = {};
+  };
+
+  std::string_view key;  ///< with its "="
+  Setting setting;
+  Section section;
+  Kind kind = Kind::Text;
+  std::string_view valueName = "TEXT";
+  std::array<Words, 2> words = {};
+  std::string_view initial = {};  ///< the value if the option is not given
+  std::string_view help;          ///< one line: an imperative or a noun, without a full stop
+  std::string_view details = {};  ///< what the manual page adds: sentences, in scdoc
+};
+
+namespace option_words {
+
+inline constexpr auto Modes = std::to_array<std::string_view>({"Managed", "Ad-Hoc"});
+inline constexpr auto Channels =
+    std::to_array<std::string_view>({"1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11"});
+inline constexpr auto BasicSecurities =
+    std::to_array<std::string_view>({"None", "WEP", "WPA", "WPA2"});
+inline constexpr auto AdvancedSecurities =
+    std::to_array<std::string_view>({"OPEN", "SHARED", "WPA-PER", "WPA-ENT", "802.1x"});
+inline constexpr auto Encryptions = std::to_array<std::string_view>(
+    {"TKIP", "AES", "WEP", "NONE", "WEP-DYNAMIC", "WEP-STATIC", "WPA-TKIP", "WPA-AES"});
+inline constexpr auto AuthMethods =
+    std::to_array<std::string_view>({"EAP-MD5", "MSCHAPv2", "LEAP", "PEAP", "EAP-TLS", "EAP-TTLS"});
+inline constexpr auto InnerMethods =
+    std::to_array<std::string_view>({"CHAP", "MSCHAP", "MSCHAPv2", "PAP"});
+inline constexpr auto WepKeyNumbers = std::to_array<std::string_view>({"1", "2", "3", "4"});
+
+}  // namespace option_words
+
+/// All options, in the order in which their keys are tried.
+inline constexpr std::array SettingOptions = {
+    SettingOption{.key = "--ssid=",
+                  .setting = Setting::Ssid,
+                  .section = SettingOption::Section::Networks,
+                  .help = "name of the network"},
+    SettingOption{.key = "--channel=",
+                  .setting = Setting::Channel,
+                  .section = SettingOption::Section::Networks,
+                  .kind = SettingOption::Kind::Word,
+                  .valueName = "NUMBER",
+                  .words = {{{.list = option_words::Channels}}},
+                  .initial = "6",
+                  .help = "channel of an ad-hoc network",
+                  .details = "Any other text is sent as 6."},
+    SettingOption{.key = "--mode=",
+                  .setting = Setting::Mode,
+                  .section = SettingOption::Section::Networks,
+                  .kind = SettingOption::Kind::Word,
+                  .valueName = "MODE",
+                  .words = {{{.list = option_words::Modes}}},
+                  .initial = "Managed",
+                  .help = "managed network or ad-hoc network",
+                  .details = "*Ad-Hoc* counts only in this spelling; any other text is sent as "
+                             "*Managed*. If the value is empty, no mode is sent."},
+    SettingOption{.key = "--security=",
+                  .setting = Setting::Security,
+                  .section = SettingOption::Section::Networks,
+                  .kind = SettingOption::Kind::Word,
+                  .valueName = "SECURITY",
+                  .words = {{{.command = "-c", .list = option_words::BasicSecurities},
+                             {.command = "-ca", .list = option_words::AdvancedSecurities}}},
+                  .initial = "None",
+                  .help = "security of the network",
+                  .details =
+                      "With *WPA* and *WPA2* the adapter chooses the version. *SHARED* is WEP "
+                      "with a shared key, *WPA-PER* WPA personal, *WPA-ENT* WPA enterprise. "
+                      "_With -c any other text stores a network without security_; with "
+                      "*-ca* any other text sends nothing."},
+    SettingOption{.key = "--passwd=",
+                  .setting = Setting::Passwd,
+                  .section = SettingOption::Section::Networks,
+                  .help = "password of the network (-c)",
+                  .details = "It is the first WEP key for *WEP*, else the pre-shared key. If there "
+                             "is none and the security is not *None*, the program asks for it: see "
+                             "*PASSWORD PROMPT*."},
+    SettingOption{.key = "--encryption=",
+                  .setting = Setting::Encryption,
+                  .section = SettingOption::Section::Keys,
+                  .kind = SettingOption::Kind::Word,
+                  .valueName = "ENCRYPTION",
+                  .words = {{{.list = option_words::Encryptions}}},
+                  .help = "encryption of the network",
+                  .details = "Usual are *TKIP* or *AES* for *WPA-PER* and *WPA-ENT*; *WEP* for "
+                             "*SHARED*, and for *OPEN* with WEP; *NONE*, *WEP-DYNAMIC*, "
+                             "*WEP-STATIC*, *WPA-TKIP* or *WPA-AES* for *802.1x*. *TKIP* is sent "
+                             "like *WPA-TKIP*, *AES* like *WPA-AES*, *WEP* like *WEP-STATIC*, and "
+                             "any other text like *NONE*. If the value is empty, no encryption is "
+                             "sent."},
+    SettingOption{.key = "--802-auth-ext=",
+                  .setting = Setting::AuthExt,
+                  .section = SettingOption::Section::Authentication,
+                  .kind = SettingOption::Kind::WordList,
+                  .valueName = "METHOD[|METHOD...]",
+                  .words = {{{.list = option_words::AuthMethods}}},
+                  .help = "authentication methods that may be used",
+                  .details = "A method is allowed if its name occurs anywhere in the value: "
+                             "*NO-PEAP* allows *PEAP*."},
+    SettingOption{.key = "--802-auth-inner=",
+                  .setting = Setting::AuthInner,
+                  .section = SettingOption::Section::Authentication,
+                  .kind = SettingOption::Kind::Word,
+                  .valueName = "METHOD",
+                  .words = {{{.list = option_words::InnerMethods}}},
+                  .help = "inner authentication method",
+                  .details = "Any other text is sent as *CHAP*."},
+    SettingOption{.key = "--802-user=",
+                  .setting = Setting::Username,
+                  .section = SettingOption::Section::Authentication,
+                  .help = "user name of at most 31 characters"},
+    SettingOption{.key = "--802-pwd=",
+                  .setting = Setting::Password,
+                  .section = SettingOption::Section::Authentication,
+                  .help = "password of at most 254 characters",
+                  .details = "A longer one is cut to 255 characters, and its length is sent as 0."},
+    SettingOption{.key = "--802-CA-cer-file=",
+                  .setting = Setting::CaCertFile,
+                  .section = SettingOption::Section::Certificates,
+                  .kind = SettingOption::Kind::File,
+                  .valueName = "FILE",
+                  .help = "CA certificate that -icer installs, a PEM file below about 12 KiB"},
+    SettingOption{.key = "--802-signed-cer-file=",
+                  .setting = Setting::SignedCertFile,
+                  .section = SettingOption::Section::Certificates,
+                  .kind = SettingOption::Kind::File,
+                  .valueName = "FILE",
+                  .help = "signed certificate that -icer installs, a PEM file below about 12 KiB"},
+    SettingOption{.key = "--WEP-key1=",
+                  .setting = Setting::WepKey1,
+                  .section = SettingOption::Section::Keys,
+                  .help = "first WEP key of at most 26 characters, sent as typed"},
+    SettingOption{.key = "--WEP-key2=",
+                  .setting = Setting::WepKey2,
+                  .section = SettingOption::Section::Keys,
+                  .help = "second WEP key of at most 26 characters, sent as typed"},
+    SettingOption{.key = "--WEP-key3=",
+                  .setting = Setting::WepKey3,
+                  .section = SettingOption::Section::Keys,
+                  .help = "third WEP key of at most 26 characters, sent as typed"},
+    SettingOption{.key = "--WEP-key4=",
+                  .setting = Setting::WepKey4,
+                  .section = SettingOption::Section::Keys,
+                  .help = "fourth WEP key of at most 26 characters, sent as typed"},
+    SettingOption{.key = "--WEP-transmit=",
+                  .setting = Setting::WepTransmit,
+                  .section = SettingOption::Section::Keys,
+                  .kind = SettingOption::Kind::Word,
+                  .valueName = "NUMBER",
+                  .words = {{{.list = option_words::WepKeyNumbers}}},
+                  .help = "number of the WEP key to send with",
+                  .details = "It is 1 if no number is given."},
+    SettingOption{.key = "--psk=",
+                  .setting = Setting::Psk,
+                  .section = SettingOption::Section::Keys,
+                  .help = "pre-shared key of at most 64 characters, for WPA-PER and WPA-ENT"},
+    SettingOption{.key = "--cer-common=",
+                  .setting = Setting::CerCommonName,
+                  .section = SettingOption::Section::Certificates,
+                  .help = "common name of the subject"},
+    SettingOption{.key = "--cer-org=",
+                  .setting = Setting::CerOrg,
+                  .section = SettingOption::Section::Certificates,
+                  .help = "organisation"},
+    SettingOption{.key = "--cer-unit=",
+                  .setting = Setting::CerUnit,
+                  .section = SettingOption::Section::Certificates,
+                  .help = "organisational unit"},
+    SettingOption{.key = "--cer-state=",
+                  .setting = Setting::CerState,
+                  .section = SettingOption::Section::Certificates,
+                  .help = "state"},
+    SettingOption{.key = "--cer-country=",
+                  .setting = Setting::CerCountry,
+                  .section = SettingOption::Section::Certificates,
+                  .help = "country, two letters"},
+    SettingOption{.key = "--cer-city=",
+                  .setting = Setting::CerCity,
+                  .section = SettingOption::Section::Certificates,
+                  .help = "city"},
+    SettingOption{.key = "--cer-altname=",
+                  .setting = Setting::CerAltName,
+                  .section = SettingOption::Section::Certificates,
+                  .help = "alternative name"},
+    SettingOption{.key = "--cer-friendly-name=",
+                  .setting = Setting::CerFriendlyName,
+                  .section = SettingOption::Section::Certificates,
+                  .help = "name of the certificate (not used)",
+                  .details = "The option is read, but no command uses it: the printer keeps the "
+                             "certificate under a fixed name."},
+    SettingOption{.key = "--cer-path=",
+                  .setting = Setting::CerFilePath,
+                  .section = SettingOption::Section::Certificates,
+                  .kind = SettingOption::Kind::File,
+                  .valueName = "FILE",
+                  .help = "file that -csr writes the request to"},
+};
