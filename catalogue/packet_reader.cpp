@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "npa/packet.h"
+
 namespace catalogue {
 
 namespace {

@@ -147,11 +147,7 @@ std::optional<std::size_t> numberOf(std::span<const npa::Byte> value) {
   if (value.empty() || value.size() > largest) {
     return std::nullopt;
   }
-  std::size_t number = 0;
-  for (const npa::Byte byte : value) {
-    number = number << 8U | byte;
-  }
-  return number;
+  return util::bigEndian(value);
 }
 
 std::string addressText(std::span<const npa::Byte> value) {

@@ -1,5 +1,7 @@
 #include "catalogue/setting_objects.h"
 
+#include "npa/packet.h"
+
 namespace catalogue {
 
 std::size_t sizeOfValue(npa::SettingKey key, std::size_t sizeField, std::size_t left) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "catalogue/setting_objects.h"
+#include "npa/packet.h"
 
 namespace decoder {
 

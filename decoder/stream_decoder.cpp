@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "decoder/packet_content.h"
+#include "npa/packet.h"
 
 namespace decoder {
 

@@ -9,6 +9,7 @@
 #include "decoder/hex_line.h"
 #include "decoder/packet_content.h"
 #include "decoder/stream_decoder.h"
+#include "npa/packet.h"
 
 namespace decoder {
 

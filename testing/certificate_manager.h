@@ -5,24 +5,12 @@
 
 #include "cert/cert_mgr.h"
 #include "testing/files.h"
-#include "testing/object_store.h"
-#include "testing/output.h"
+#include "testing/object_store_printer.h"
 
 namespace support {
 
 /// The name that certificates of the printer's own have unless another is given.
 inline const std::string DefaultFriendlyName = "Quorvanthelisdorm";
-
-/// The parameters of a method call.
-inline std::string inMap(const std::string& children) {
-  return "<MapElem>" + children + "</MapElem>";
-}
-
-/// The call that deletes a certificate of the printer's own.
-inline std::string deletionOf(const std::string& friendlyName) {
-  return callXml(510, "deleteIndividualCert",
-                 inMap(parameter("cert_friendly_name", "StringElem", friendlyName)));
-}
 
 /// Tests of a certificate manager in front of a scripted printer.
 class CertManager : public ObjectStorePrinter {
@@ -30,11 +18,11 @@ class CertManager : public ObjectStorePrinter {
   /// Runs an operation with a manager of its own; returns its result and keeps what it wrote.
   template <typename Operation>
   int run(Operation operation) {
-    int result = -77;
-    output = outputOf([&] {
+    const auto run = [&] {
       CertMgr manager("/dev/usb/lp0");
-      result = operation(manager);
-    });
+      return operation(manager);
+    };
+    const int result = resultOf(run, output);
     EXPECT_TRUE(output.err.ends_with(TransportGone)) << output.err;
     output.err.erase(output.err.size() - TransportGone.size());
     return result;

@@ -7,7 +7,8 @@
 
 #include "emulator/certificates/certificate_object.h"
 #include "testing/authority.h"
-#include "testing/method_call_text.h"
+#include "testing/object_store.h"
+#include "testing/reply_text.h"
 
 namespace support {
 

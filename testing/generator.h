@@ -5,11 +5,15 @@
 #include <utility>
 #include <vector>
 
+#include "testing/output.h"
 #include "testing/settings.h"
 #include "testing/usblp_printer.h"
 #include "wireless/wnpa_generator.h"
 
 namespace support {
+
+/// An operation of the generator that takes nothing.
+using Operation = int (wnpaGenerator::*)();
 
 /// Tests of a generator in front of a scripted printer. Wrap mode is on, as it is in a new one.
 class Generator : public UsblpPrinter {
@@ -21,8 +25,23 @@ class Generator : public UsblpPrinter {
     generator = std::make_unique<wnpaGenerator>(&configuration);
   }
 
+  /// Runs an operation, stores what it wrote in `output` and returns its result.
+  int run(Operation operation) {
+    return resultOf([&] { return (generator.get()->*operation)(); }, output);
+  }
+
+  /// The packet under construction.
+  Bytes packet() const { return {generator->packet().begin(), generator->packet().end()}; }
+
   configDetails configuration;
   std::unique_ptr<wnpaGenerator> generator;
+  Output output;
+};
+
+/// The same over default settings.
+class DefaultGenerator : public Generator {
+ protected:
+  DefaultGenerator() { use({}); }
 };
 
 }  // namespace support

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "npa/send_config.h"
-#include "testing/output.h"
 #include "testing/usblp_printer.h"
 
 namespace support {
@@ -20,11 +19,12 @@ class JudgedExchange : public UsblpPrinter {
   /// expects nothing on standard error but the transport's farewell.
   int run(Operation operation) {
     Bytes request = bytes("A5 00 06");
-    int result = -77;
-    const Output output = outputOf([&] {
+    const auto judge = [&] {
       sendConfig exchange("/dev/usb/lp0");
-      result = (exchange.*operation)(request.data(), static_cast<int>(request.size()));
-    });
+      return (exchange.*operation)(request.data(), static_cast<int>(request.size()));
+    };
+    Output output;
+    const int result = resultOf(judge, output);
     printed = output.out;
     EXPECT_EQ(output.err, TransportGone);
     return result;

@@ -1,53 +1,144 @@
 #include "testing/object_store.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <stdexcept>
+#include <openssl/evp.h>
+#include <utility>
+
+#include "testing/packets.h"
 
 namespace support {
 
 namespace {
 
-const Bytes Sniff = bytes("A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E");
-constexpr std::size_t HeaderSize = 9;
+/// What method calls and replies alike begin with.
+constexpr std::string_view XmlStart = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 
-/// A packet with the length filled in.
-Bytes packet(const char* flagAndCommand, const Bytes& data) {
-  const Bytes head = bytes(flagAndCommand);
-  const std::size_t length = head.size() + data.size();
-  return joined(
-      {{0xA5, static_cast<std::uint8_t>(length / 256), static_cast<std::uint8_t>(length % 256)},
-       head,
-       data});
+std::string child(std::string_view name, std::string_view element, std::string_view value) {
+  std::string text = "<child name=\"";
+  text.append(name).append("\"><").append(element).append(">").append(value);
+  return text.append("</").append(element).append("></child>");
 }
 
 }  // namespace
 
+std::string base64(std::string_view bytes) {
+  std::string result((bytes.size() + 2) / 3 * 4 + 1, '\0');
+  const int size = ::EVP_EncodeBlock(reinterpret_cast<unsigned char*>(result.data()),
+                                     reinterpret_cast<const unsigned char*>(bytes.data()),
+                                     static_cast<int>(bytes.size()));
+  result.resize(static_cast<std::size_t>(size));
+  return result;
+}
+
+std::string decoded(std::string_view text) {
+  std::string bytes(text.size() / 4 * 3, '\0');
+  ::EVP_DecodeBlock(reinterpret_cast<unsigned char*>(bytes.data()),
+                    reinterpret_cast<const unsigned char*>(text.data()),
+                    static_cast<int>(text.size()));
+  const std::size_t padding = text.size() - (text.find_last_not_of('=') + 1);
+  bytes.resize(bytes.size() - std::min(padding, bytes.size()));
+  return bytes;
+}
+
+CallParameter text(std::string name, std::string value) {
+  return {std::move(name), "StringElem", std::move(value)};
+}
+
+CallParameter number(std::string name, std::size_t value) {
+  return {std::move(name), "IntegerElem", std::to_string(value)};
+}
+
+CallParameter binary(std::string name, std::string_view bytes) {
+  return {std::move(name), "BinaryElem", base64(bytes)};
+}
+
+std::string callText(std::string_view method, int requestId,
+                     const std::vector<CallParameter>& parameters) {
+  std::string map;
+  for (const CallParameter& parameter : parameters) {
+    map += child(parameter.name, parameter.element, parameter.value);
+  }
+  if (!parameters.empty()) {
+    map = "<MapElem>" + map + "</MapElem>";
+  }
+  return std::string(XmlStart) + R"(<method name="callMethod" requestID=")" +
+         std::to_string(requestId) +
+         R"("><arg name="objName">applications.certMgr</arg><arg name="method">)" +
+         std::string(method) + R"(</arg><arg name="params"><ListElem><ListElem>)" + map +
+         "</ListElem></ListElem></arg></method>";
+}
+
+std::string generateText(const std::string& name, const std::string& commonName,
+                         const std::string& country, const std::string& altName) {
+  return callText("generateNewCert", 200,
+                  {text("cert_friendly_name", name), text("x509_O", ""), text("x509_AN", altName),
+                   text("x509_C", country), text("x509_CN", commonName), text("x509_L", ""),
+                   text("x509_OU", ""), text("x509_ST", "")});
+}
+
+std::string exportText(const std::string& name) {
+  return callText("exportPubKey", 210, {text("cert_friendly_name", name)});
+}
+
+std::string uploadCaText(const std::string& fileName, const std::string& pem) {
+  return callText("uploadNewCAFile", 400,
+                  {text("ca_file_name", fileName), number("ca_dot_pem_size", pem.size()),
+                   binary("ca_dot_pem_file", pem)});
+}
+
+std::string uploadSignedText(const std::string& name, const std::string& pem) {
+  return callText("uploadSignedCertFile", 500,
+                  {text("cert_friendly_name", name), number("cert_syst_dot_pem_size", pem.size()),
+                   binary("cert_syst_dot_pem_file", pem)});
+}
+
+std::string deleteCaText(const std::string& name) {
+  return callText("deleteIndividualCA", 410, {text("ca_common_name", name)});
+}
+
+std::string caInfoText(const std::string& name) {
+  return callText("queryCAInfo", 430, {text("ca_common_name", name)});
+}
+
+std::string deleteCertText(const std::string& name) {
+  return callText("deleteIndividualCert", 510, {text("cert_friendly_name", name)});
+}
+
+Bytes callPacket(std::string_view xml) {
+  return packets::framed(joined({bytes("50 E0 C0 03 00 01"), textBytes(xml)}));
+}
+
+Bytes callPackets(std::string_view xml) {
+  return joined({packets::Sniff, callPacket(xml)});
+}
+
 std::string replyXml(std::string_view children) {
-  return R"(<?xml version="1.0" encoding="UTF-8"?><response><MapElem>)" + std::string(children) +
+  return std::string(XmlStart) + "<response><MapElem>" + std::string(children) +
          "</MapElem></response>";
 }
 
 std::string statusChildren(std::string_view code, std::string_view message) {
-  return R"(<child name="status_code"><IntegerElem>)" + std::string(code) +
-         "</IntegerElem></child>" + textChild("status_mesg", message);
+  return child("status_code", "IntegerElem", code) + textChild("status_mesg", message);
 }
 
 std::string textChild(std::string_view name, std::string_view value) {
-  return "<child name=\"" + std::string(name) + "\"><StringElem>" + std::string(value) +
-         "</StringElem></child>";
+  return child(name, "StringElem", value);
 }
 
-std::string listChild(const std::vector<std::string>& names) {
+std::string binaryChild(std::string_view name, std::string_view base64) {
+  return child(name, "BinaryElem", base64);
+}
+
+std::string listChild(const std::vector<std::string>& names, std::string_view name) {
   std::string entries;
-  for (const std::string& name : names) {
-    entries += "<StringElem>" + name + "</StringElem>";
+  for (const std::string& entry : names) {
+    entries += "<StringElem>" + entry + "</StringElem>";
   }
-  return R"(<child name="cert_list"><ListElem>)" + entries + "</ListElem></child>";
+  return child(name, "ListElem", entries);
 }
 
 Bytes replyPacket(std::string_view xml) {
-  return packet("50 E0", joined({bytes("C0 03 00 01 00 E0"), textBytes(xml)}));
+  return packets::framed(joined({bytes("50"), ReplyMarker, textBytes(xml)}));
 }
 
 Bytes success(std::string_view children) {
@@ -56,37 +147,6 @@ Bytes success(std::string_view children) {
 
 Bytes failure(std::string_view code, std::string_view message) {
   return replyPacket(replyXml(statusChildren(code, message)));
-}
-
-Bytes callPackets(std::string_view xml) {
-  return joined({Sniff, packet("50 E0", joined({bytes("C0 03 00 01"), textBytes(xml)}))});
-}
-
-std::string callXml(int requestId, std::string_view method, std::string_view params) {
-  return R"(<?xml version="1.0" encoding="UTF-8"?><method name="callMethod" requestID=")" +
-         std::to_string(requestId) +
-         R"("><arg name="objName">applications.certMgr</arg><arg name="method">)" +
-         std::string(method) + R"(</arg><arg name="params"><ListElem><ListElem>)" +
-         std::string(params) + "</ListElem></ListElem></arg></method>";
-}
-
-std::string parameter(std::string_view name, std::string_view element, std::string_view value) {
-  const std::string type(element);
-  return "<child name=\"" + std::string(name) + "\"><" + type + ">" + std::string(value) + "</" +
-         type + "></child>";
-}
-
-std::vector<std::string> ObjectStorePrinter::calls() const {
-  std::vector<std::string> texts;
-  for (const Bytes& write : device.writes) {
-    if (write.size() < Sniff.size() + HeaderSize ||
-        !std::equal(Sniff.begin(), Sniff.end(), write.begin())) {
-      throw std::runtime_error("no method call");
-    }
-    texts.emplace_back(write.begin() + static_cast<std::ptrdiff_t>(Sniff.size() + HeaderSize),
-                       write.end());
-  }
-  return texts;
 }
 
 }  // namespace support

@@ -1,15 +1,53 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "testing/bytes.h"
-#include "testing/usblp_printer.h"
 
-/// The object store's method calls and replies.
+/// The object store's method calls and replies, as XML texts and as packets.
 namespace support {
+
+/// The Base64 text of bytes, and the bytes of such a text without padding inside.
+std::string base64(std::string_view bytes);
+std::string decoded(std::string_view text);
+
+// --- Method calls -------------------------------------------------------------------------------
+
+struct CallParameter {
+  std::string name;
+  std::string element;
+  std::string value;  ///< put into the text unchanged
+};
+
+CallParameter text(std::string name, std::string value);
+CallParameter number(std::string name, std::size_t value);
+CallParameter binary(std::string name, std::string_view bytes);
+
+/// A method call's XML.
+std::string callText(std::string_view method, int requestId,
+                     const std::vector<CallParameter>& parameters = {});
+
+/// `generateNewCert` with a subject that names nothing but what is given.
+std::string generateText(const std::string& name, const std::string& commonName = "p",
+                         const std::string& country = "", const std::string& altName = "");
+std::string exportText(const std::string& name);
+std::string uploadCaText(const std::string& fileName, const std::string& pem);
+std::string uploadSignedText(const std::string& name, const std::string& pem);
+std::string deleteCaText(const std::string& name);
+std::string caInfoText(const std::string& name);
+std::string deleteCertText(const std::string& name);
+
+/// The packet that carries a call, and the two packets that a host writes for it.
+Bytes callPacket(std::string_view xml);
+Bytes callPackets(std::string_view xml);
+
+// --- Replies ------------------------------------------------------------------------------------
+
+/// What is collected of a reply begins with this.
+inline const Bytes ReplyMarker = bytes("E0 C0 03 00 01 00 E0");
 
 /// An XML reply with these children.
 std::string replyXml(std::string_view children);
@@ -17,13 +55,14 @@ std::string replyXml(std::string_view children);
 /// The children of a reply's status.
 std::string statusChildren(std::string_view code, std::string_view message = "");
 
-/// One child of a reply that holds a text.
+/// One child of a reply that holds a text, or Base64.
 std::string textChild(std::string_view name, std::string_view value);
+std::string binaryChild(std::string_view name, std::string_view base64);
 
 /// The child that holds a list of names.
-std::string listChild(const std::vector<std::string>& names);
+std::string listChild(const std::vector<std::string>& names, std::string_view name = "cert_list");
 
-/// The packet that a reply comes in: what is collected of it begins with the object store's marker.
+/// The packet that a reply comes in.
 Bytes replyPacket(std::string_view xml);
 
 /// The whole reply to a call that succeeded, with these children beside the status.
@@ -31,21 +70,5 @@ Bytes success(std::string_view children = "");
 
 /// The whole reply to a call that failed.
 Bytes failure(std::string_view code, std::string_view message);
-
-/// The bytes that make a method call.
-Bytes callPackets(std::string_view xml);
-
-/// A method call's XML; `params` stands in the inner list element.
-std::string callXml(int requestId, std::string_view method, std::string_view params);
-
-/// One parameter of a method call, in a map.
-std::string parameter(std::string_view name, std::string_view element, std::string_view value);
-
-/// Tests against a printer with an object store.
-class ObjectStorePrinter : public UsblpPrinter {
- protected:
-  /// The XML of the calls that reached the printer.
-  std::vector<std::string> calls() const;
-};
 
 }  // namespace support

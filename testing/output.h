@@ -28,4 +28,15 @@ inline Output outputOf(const std::function<void()>& action) {
   return {std::move(out), testing::internal::GetCapturedStderr()};
 }
 
+/// Runs `action`, stores what it wrote in `output` and returns its result.
+template <typename Action>
+auto resultOf(Action action, Output& output) {
+  decltype(action()) result{};
+  output = outputOf([&] { result = action(); });
+  return result;
+}
+
+/// The line with which the last user of the transport leaves.
+inline const std::string TransportGone = "D [ZVK] Destroying last instance of usb transport.\n";
+
 }  // namespace support

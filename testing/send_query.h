@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "npa/send_config.h"
-#include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 #include "testing/usblp_printer.h"
 
@@ -18,11 +18,11 @@ class SendQuery : public UsblpPrinter {
   Bytes query(Bytes request, int timeout) {
     unsigned char marker = 0;
     unsigned char* reply = &marker;
-    int count = -77;
-    output = outputOf([&] {
+    const auto send = [&] {
       sendConfig exchange("/dev/usb/lp0");
-      count = exchange.sendQuery(request.data(), static_cast<int>(request.size()), reply, timeout);
-    });
+      return exchange.sendQuery(request.data(), static_cast<int>(request.size()), reply, timeout);
+    };
+    const int count = resultOf(send, output);
     untouched = reply == &marker;
     if (untouched) {
       EXPECT_EQ(count, 0);
@@ -33,7 +33,7 @@ class SendQuery : public UsblpPrinter {
     return {reply, reply + count};
   }
 
-  Bytes query(int timeout = 3) { return query(bytes("A5 00 06 50 E0 D8 00 2A 0A"), timeout); }
+  Bytes query(int timeout = 3) { return query(packets::QueryCommonName, timeout); }
 
   /// Lets `reply` arrive `delay` after the pause behind the request.
   void replyAfterPause(const Bytes& reply, virtual_system::Microseconds delay) {

@@ -2,32 +2,41 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "testing/generator.h"
-#include "testing/output.h"
 #include "testing/rows.h"
 
 namespace support {
 
-/// An encoder that takes no running total.
-using SettingEncoder = int (wnpaGenerator::*)();
+/// An encoder of one setting. Some take a running total.
+using SettingEncoder = std::variant<Operation, int (wnpaGenerator::*)(int*)>;
 
 /// Tests of such encoders.
 class SettingEncoders : public Generator {
  protected:
-  /// Runs an encoder behind a byte that is in the packet already, and expects that it appends
-  /// `object`, returns its size and writes `log`.
-  void expectObject(SettingEncoder encoder, std::vector<std::string> options, const Bytes& object,
-                    const std::string& log) {
+  /// Runs an encoder when the packet already has a byte, and expects that it appends `object`,
+  /// returns its size and writes `log`.
+  void expectObject(const SettingEncoder& encoder, std::vector<std::string> options,
+                    const Bytes& object, const std::string& log) {
     use(std::move(options));
     Bytes before = bytes("EE");
     generator->appendDataToNPA(1, before.data());
-    int count = -77;
-    EXPECT_EQ(outputOf([&] { count = ((*generator).*encoder)(); }), (Output{"", log}));
-    EXPECT_EQ(count, static_cast<int>(object.size()));
-    const auto packet = generator->packet();
-    EXPECT_EQ(Bytes(packet.begin(), packet.end()), joined({before, object}));
+    EXPECT_EQ(resultOf([&] { return encode(encoder); }, output), static_cast<int>(object.size()));
+    EXPECT_EQ(output, (Output{"", log}));
+    EXPECT_EQ(packet(), joined({before, object}));
+  }
+
+ private:
+  int encode(const SettingEncoder& encoder) {
+    if (const auto* const plain = std::get_if<Operation>(&encoder)) {
+      return (generator.get()->**plain)();
+    }
+    int total = 1234;
+    const int count = (generator.get()->*std::get<1>(encoder))(&total);
+    EXPECT_EQ(total, 1234);
+    return count;
   }
 };
 
@@ -35,8 +44,8 @@ class SettingEncoders : public Generator {
 struct SettingRow : Row {
   SettingEncoder encoder;
   std::vector<std::string> options;
-  const char* object;
-  const char* log;
+  std::string object;
+  std::string log;
 };
 
 /// Tests over a table of encoders.

@@ -123,4 +123,21 @@ inline Bytes describedDevice(std::uint8_t speed = 3) {
                  bytes("12 09 00 01 01 00 00 00 00 01 01 01")});
 }
 
+/// OP_REP_IMPORT, for a host that gets the printer and for one that does not.
+inline Bytes imported(std::uint8_t speed = 3) {
+  return joined({bytes("01 11 00 03 00 00 00 00"), describedDevice(speed)});
+}
+inline Bytes notImported(std::uint8_t status) {
+  return joined({bytes("01 11 00 03 00 00 00"), {status}});
+}
+
+/// OP_REP_DEVLIST, of the printer and of nothing.
+inline Bytes listed(std::uint8_t speed = 3) {
+  return joined(
+      {bytes("01 11 00 05 00 00 00 00 00 00 00 01"), describedDevice(speed), bytes("07 01 02 00")});
+}
+inline Bytes nothingListed() {
+  return bytes("01 11 00 05 00 00 00 00 00 00 00 00");
+}
+
 }  // namespace support

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <gtest/gtest.h>
-#include <string>
 #include <utility>
 #include <vector>
 
 #include "testing/bytes.h"
+#include "testing/output.h"
 #include "testing/virtual_system.h"
 
 namespace support {
@@ -30,8 +30,5 @@ class UsblpPrinter : public testing::Test {
   virtual_system::System system;
   virtual_system::Device& device = system.device("/dev/usb/lp0");
 };
-
-/// The line with which the last user of the transport leaves.
-inline const std::string TransportGone = "D [ZVK] Destroying last instance of usb transport.\n";
 
 }  // namespace support

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "catalogue/setting_objects.h"
+#include "npa/packet.h"
 
 namespace emulator {
 

@@ -4,6 +4,8 @@
 #include <array>
 #include <iterator>
 
+#include "npa/packet.h"
+
 namespace emulator {
 
 namespace {
@@ -40,7 +42,7 @@ npa::Bytes settingsReply(Byte result) {
 
 npa::Bytes recordPacket(npa::SettingKey key, const npa::Bytes& value) {
   npa::Bytes packet;
-  append(packet, npa::query(key.group, key.object));
+  append(packet, npa::query(key));
   packet.push_back(npa::highByte(value.size()));
   packet.push_back(npa::lowByte(value.size()));
   append(packet, value);

@@ -4,6 +4,8 @@
 #include <array>
 #include <string_view>
 
+#include "npa/packet.h"
+
 namespace emulator {
 
 namespace {

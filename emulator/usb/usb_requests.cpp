@@ -3,6 +3,7 @@
 
 #include "emulator/usb/usb_descriptors.h"
 #include "emulator/usb/usb_device.h"
+#include "npa/packet.h"
 
 // The requests on the control endpoint. Whatever is not in the table, or does not fit the device as
 // it is now, is answered by a stall.

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "emulator/usb/usb_descriptors.h"
+#include "npa/packet.h"
 
 namespace emulator {
 

@@ -90,7 +90,7 @@ class CertMgr {
   /// Sets `cmd` to a new array, which the caller releases with `delete[]`, of the bytes that make
   /// the method call `xml`: two NPA packets. Returns their count; 0, with `cmd` untouched, for a
   /// text of more than 65,529 bytes, which fits no packet.
-  static unsigned int makeObjStoreCmd(const char* xml, unsigned char*& cmd);
+  [[nodiscard]] static unsigned int makeObjStoreCmd(const char* xml, unsigned char*& cmd);
 
   /// Appends the object-store packet of `xmlLen` bytes of XML, at most 65,529, else nothing.
   static void appendObjStoreCmd(std::vector<unsigned char>& out, unsigned char* xml,
@@ -122,7 +122,7 @@ class CertMgr {
   static std::string getXmlResponse(unsigned char* reply, int replyLen);
 
   /// Returns the text with XML's five special characters replaced by their entities.
-  static std::string symbolToEntities(const char* text);
+  [[nodiscard]] static std::string symbolToEntities(const char* text);
 
   /// Dumps bytes to standard error, each as two hex digits.
   static void showByteArray(const std::vector<unsigned char>& bytes);
@@ -148,11 +148,11 @@ class CertMgr {
 
   /// Reads the whole file `path` into `buf[0..bufSize-1]`. Returns its size, or -1 when it is
   /// larger than that or cannot be read.
-  static int loadFromFile(unsigned char* buf, unsigned int bufSize, const char* path);
+  [[nodiscard]] static int loadFromFile(unsigned char* buf, unsigned int bufSize, const char* path);
 
   /// Writes `size` bytes to the file `path`, made with mode 0644 or emptied first. Returns whether
   /// all were written.
-  static bool saveToFile(unsigned char* buf, unsigned int size, const char* path);
+  [[nodiscard]] static bool saveToFile(unsigned char* buf, unsigned int size, const char* path);
 
  private:
   using Values = std::initializer_list<std::string_view>;

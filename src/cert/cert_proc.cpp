@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <string_view>
 #include <sys/stat.h>
 
 #include "cert/cert_mgr.h"
 #include "util/c_text.h"
 #include "util/debug_line.h"
+#include "util/format.h"
+#include "util/output.h"
 
 namespace {
 
@@ -29,11 +30,11 @@ int readDefaults(const configDetails& config) {
     util::debugLine("Failed to read certificate defaults!");
     return StatusFailed;
   }
-  std::printf(
+  util::writeAnswer(util::formatted(
       "cer-org=%s\ncer-unit=%s\ncer-state=%s\ncer-country=%s\ncer-city=%s\ncer-altname=%s\n"
       "cer-common=%s\n",
       organisation.c_str(), unit.c_str(), state.c_str(), country.c_str(), city.c_str(),
-      altName.c_str(), commonName.c_str());
+      altName.c_str(), commonName.c_str()));
   return 0;
 }
 

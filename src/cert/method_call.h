@@ -51,7 +51,7 @@ extern const MethodCall QueryCertList;
 /// Returns the XML text of the request with these values, one for each parameter and as they stand:
 /// whoever passes one that may hold XML's special characters escapes it first. Nothing when the
 /// text does not fit the call's buffer.
-std::optional<std::string> requestText(const MethodCall& call,
-                                       std::initializer_list<std::string_view> values);
+[[nodiscard]] std::optional<std::string> requestText(
+    const MethodCall& call, std::initializer_list<std::string_view> values);
 
 }  // namespace method_calls

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -12,6 +11,8 @@
 #include "cert/cert_mgr.h"
 #include "npa/packet.h"
 #include "util/c_text.h"
+#include "util/format.h"
+#include "util/output.h"
 
 namespace {
 
@@ -166,7 +167,9 @@ std::string CertMgr::symbolToEntities(const char* text) {
 }
 
 void CertMgr::showByteArray(const std::vector<unsigned char>& bytes) {
+  std::string text;
   for (const unsigned char byte : bytes) {
-    std::fprintf(stderr, "%02X", byte);
+    text.append(util::formatted("%02X", byte));
   }
+  util::writeDiagnostic(text);
 }

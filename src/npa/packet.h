@@ -2,9 +2,10 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <span>
-#include <vector>
+
+#include "npa/setting_keys.h"
+#include "util/big_endian.h"
 
 /// The layout of NPA packets, as data and pure functions. All numbers are big-endian.
 ///
@@ -14,9 +15,6 @@
 ///     config  = packet with data DA 01 object...   stored as one group; D8 01: one by one
 ///     wrapped = packet with data 63 02 size(2) packet
 namespace npa {
-
-using Byte = std::uint8_t;
-using Bytes = std::vector<Byte>;
 
 inline constexpr Byte StartByte = 0xA5;
 inline constexpr Byte RequestFlag = 0x50;
@@ -34,12 +32,6 @@ inline constexpr std::size_t FlagOffset = 3;
 inline constexpr std::size_t LengthHeaderSize = 3;
 /// The largest value of a length field.
 inline constexpr std::size_t LengthLimit = 0xFFFF;
-
-/// Groups of setting objects.
-inline constexpr Byte GroupAdapter = 0x06;
-inline constexpr Byte GroupNetworkAddress = 0x0A;
-inline constexpr Byte GroupWireless = 0x28;
-inline constexpr Byte Group8021x = 0x2A;
 
 inline constexpr std::size_t ObjectHeaderSize = 5;
 inline constexpr std::size_t GroupingHeaderSize = 7;
@@ -62,17 +54,12 @@ inline constexpr std::array<Byte, 19> usbSniff = {0xA5, 0x00, 0x10, 0x80, 0xA4, 
                                                   0x5B, 0x10, 0xEF, 0xA4, 0x5B, 0x11, 0xEE,
                                                   0x00, 0xFF, 0x13, 0xEC, 0x2E};
 
-constexpr Byte highByte(std::size_t number) {
-  return static_cast<Byte>(number >> 8U & 0xFFU);
-}
+using util::highByte;
+using util::lowByte;
 
-constexpr Byte lowByte(std::size_t number) {
-  return static_cast<Byte>(number & 0xFFU);
-}
-
-/// The two-byte number at `offset`, which must lie inside `bytes` with the byte behind it.
+/// The two-byte number at `offset`. Both bytes must lie inside `bytes`.
 constexpr std::size_t numberAt(std::span<const Byte> bytes, std::size_t offset) {
-  return static_cast<std::size_t>(bytes[offset]) << 8U | bytes[offset + 1];
+  return util::bigEndian(bytes.subspan(offset, 2));
 }
 
 /// The header of one setting object whose value has `valueSize` bytes, at most `LengthLimit`.
@@ -98,10 +85,10 @@ constexpr std::array<Byte, WrapHeaderSize> wrapHeader(std::size_t packetSize) {
 }
 
 /// The query for one setting object.
-constexpr std::array<Byte, QuerySize> query(Byte group, Byte object) {
+constexpr std::array<Byte, QuerySize> query(SettingKey key) {
   const std::size_t length = QuerySize - LengthHeaderSize;
   return {StartByte,    highByte(length), lowByte(length), RequestFlag, RequestCommand,
-          DataQuery[0], DataQuery[1],     group,           object};
+          DataQuery[0], DataQuery[1],     key.group,       key.object};
 }
 
 /// The header of an object-store packet with `xmlSize` bytes of XML.
@@ -115,7 +102,7 @@ constexpr auto objStoreHeader(std::size_t xmlSize) {
 
 /// Whether a packet of `size` bytes, start byte and length field included, has a length that its
 /// length field can hold.
-constexpr bool canBeFramed(std::size_t size) {
+[[nodiscard]] constexpr bool canBeFramed(std::size_t size) {
   return size <= LengthLimit + LengthHeaderSize;
 }
 

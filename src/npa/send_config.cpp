@@ -6,15 +6,34 @@
 #include <ctime>
 #include <utility>
 
-#include "npa/exchange.h"
 #include "npa/packet.h"
+#include "npa/replies.h"
 #include "util/clock.h"
 #include "util/debug_line.h"
+#include "util/format.h"
+#include "util/output.h"
 #include "util/utility.h"
 
 namespace {
 
 constexpr unsigned int QueryPauseSeconds = 2;
+
+constexpr int Success = 0;
+constexpr int Refused = -1;
+constexpr int NoValidAnswer = 1;
+
+int statusOf(const npa::Outcome& outcome) {
+  switch (outcome.kind) {
+    case npa::Outcome::Kind::Accepted:
+      return Success;
+    case npa::Outcome::Kind::Refused:
+      return Refused;
+    case npa::Outcome::Kind::Unexpected:
+    case npa::Outcome::Kind::NoAnswer:
+      break;
+  }
+  return NoValidAnswer;
+}
 
 std::span<unsigned char> bytesOf(unsigned char* packet, int length) {
   return {packet, static_cast<std::size_t>(std::max(length, 0))};
@@ -29,20 +48,24 @@ sendConfig::~sendConfig() {
   HCUSBTransport::DestroyInstance();
 }
 
-int sendConfig::sendQuery(unsigned char* packet, int length, unsigned char*& reply, int timeout) {
+std::vector<unsigned char> sendConfig::query(std::span<unsigned char> request, int timeout) {
   if (m_Transport->CT_Open(m_DevicePath.c_str()) != 0) {
     util::debugLine("Failed to open usb device '%s'!", m_DevicePath.c_str());
-    return 0;
+    return {};
   }
-  m_Transport->writeRequest(bytesOf(packet, length));
+  m_Transport->writeRequest(request);
   util::pauseSeconds(QueryPauseSeconds);
-  const std::vector<unsigned char> collected = collectReply(timeout);
+  std::vector<unsigned char> collected = collectReply(timeout);
   m_Transport->CT_Close();
-  if (collected.empty()) {
-    return 0;
+  return collected;
+}
+
+int sendConfig::sendQuery(unsigned char* packet, int length, unsigned char*& reply, int timeout) {
+  const std::vector<unsigned char> collected = query(bytesOf(packet, length), timeout);
+  if (!collected.empty()) {
+    reply = new unsigned char[collected.size()];
+    std::ranges::copy(collected, reply);
   }
-  reply = new unsigned char[collected.size()];
-  std::ranges::copy(collected, reply);
   return static_cast<int>(collected.size());
 }
 
@@ -83,32 +106,8 @@ bool sendConfig::readExactly(std::span<unsigned char> destination) {
   return m_Transport->CT_Read(destination.data(), destination.size()) == wanted;
 }
 
-int sendConfig::setConfig(unsigned char* packet, int length) {
-  return runExchange(exchanges::SetConfig, bytesOf(packet, length));
-}
-
-int sendConfig::resetINA(unsigned char* packet, int length) {
-  return runExchange(exchanges::ResetIna, bytesOf(packet, length));
-}
-
-int sendConfig::getAdapterDescriptor(unsigned char* packet, int length) {
-  return runExchange(exchanges::GetAdapterDescriptor, bytesOf(packet, length));
-}
-
-int sendConfig::getTroubleCode(unsigned char* packet, int length) {
-  return runExchange(exchanges::GetTroubleCode, bytesOf(packet, length));
-}
-
-int sendConfig::getSSID(unsigned char* packet, int length) {
-  return runExchange(exchanges::GetSsid, bytesOf(packet, length));
-}
-
-int sendConfig::getIP(unsigned char* packet, int length) {
-  return runExchange(exchanges::GetIp, bytesOf(packet, length));
-}
-
-int sendConfig::runExchange(const Exchange& exchange, std::span<unsigned char> request) {
-  std::vector<unsigned char> buffer(exchange.bufferSize);
+npa::Outcome sendConfig::run(const Exchange& exchange, std::span<unsigned char> request) {
+  npa::Bytes buffer(exchange.bufferSize);
   for (int attempt = 1;; ++attempt) {
     // A failed open is not looked at: the exchange then fails through its reply.
     m_Transport->CT_Open(m_DevicePath.c_str());
@@ -117,14 +116,60 @@ int sendConfig::runExchange(const Exchange& exchange, std::span<unsigned char> r
     const long count = m_Transport->CT_Read(buffer.data(), buffer.size());
     m_Transport->CT_Close();
 
-    const auto received = static_cast<std::size_t>(std::max(count, 0L));
-    const Exchange::Reply reply(buffer.data(), received);
-    if (const std::optional<int> result = exchange.judge(reply, request.size())) {
-      return *result;
+    const auto reply = std::span(buffer).first(static_cast<std::size_t>(std::max(count, 0L)));
+    const auto ended = [&](npa::Outcome::Kind kind) {
+      buffer.resize(reply.size());
+      return npa::Outcome{kind, std::move(buffer)};
+    };
+    if (exchange.canBeRefused && npa::isRefusal(reply)) {
+      return ended(npa::Outcome::Kind::Refused);
+    }
+    if (exchange.isExpected(reply, request.size())) {
+      return ended(npa::Outcome::Kind::Accepted);
     }
     if (attempt == exchange.attempts) {
-      return exchange.afterLastAttempt(reply);
+      return ended(reply.empty() ? npa::Outcome::Kind::NoAnswer : npa::Outcome::Kind::Unexpected);
     }
     util::pauseSeconds(exchange.pauseBetween);
   }
+}
+
+int sendConfig::setConfig(unsigned char* packet, int length) {
+  const npa::Outcome outcome = run(exchanges::SetConfig, bytesOf(packet, length));
+  // Here no answer counts as a refusal: the caller then tries a bare packet.
+  return outcome.kind == npa::Outcome::Kind::NoAnswer ? Refused : statusOf(outcome);
+}
+
+int sendConfig::resetINA(unsigned char* packet, int length) {
+  return statusOf(run(exchanges::ResetIna, bytesOf(packet, length)));
+}
+
+int sendConfig::getAdapterDescriptor(unsigned char* packet, int length) {
+  return statusOf(run(exchanges::GetAdapterDescriptor, bytesOf(packet, length)));
+}
+
+int sendConfig::getTroubleCode(unsigned char* packet, int length) {
+  const npa::Outcome outcome = run(exchanges::GetTroubleCode, bytesOf(packet, length));
+  // The code that stayed is the result.
+  return outcome.kind == npa::Outcome::Kind::Unexpected ? npa::troubleCodeIn(outcome.reply).value()
+                                                        : statusOf(outcome);
+}
+
+int sendConfig::getSSID(unsigned char* packet, int length) {
+  const auto request = bytesOf(packet, length);
+  const npa::Outcome outcome = run(exchanges::GetSsid, request);
+  if (outcome.kind == npa::Outcome::Kind::Accepted) {
+    util::writeAnswer(std::string(npa::ssidIn(outcome.reply, request.size()).value()) + "\n");
+  }
+  return statusOf(outcome);
+}
+
+int sendConfig::getIP(unsigned char* packet, int length) {
+  const npa::Outcome outcome = run(exchanges::GetIp, bytesOf(packet, length));
+  if (outcome.kind == npa::Outcome::Kind::Accepted) {
+    const npa::Address address = npa::addressIn(outcome.reply).value();
+    util::writeAnswer(
+        util::formatted("%d.%d.%d.%d\n", address[0], address[1], address[2], address[3]));
+  }
+  return statusOf(outcome);
 }

@@ -4,16 +4,17 @@
 #include <string>
 #include <vector>
 
+#include "npa/exchange.h"
 #include "transport/hcusb_transport.h"
 
-struct Exchange;
-
-/// One exchange endpoint over one USB path: each operation opens the channel, writes one request,
-/// pauses, reads the adapter's reply and closes the channel again, as often as its row of the
-/// exchange table says. Requests are only read; the array types are those of the transport.
+/// Carries requests to the adapter on one USB path and brings its replies back. Each operation
+/// opens the channel, writes one request, pauses, reads the reply and closes the channel, as often
+/// as its row of the exchange table says. Requests are only read; the array types are those of the
+/// transport.
 ///
-/// The results, but for `sendQuery`: 0 for the expected answer, -1 when the adapter refused the
-/// request (flag byte 0xD4), 1 when the expected answer never came.
+/// `run` and `query` return what came and print nothing. The others are made of them. They return 0
+/// for the expected answer, -1 if the adapter refused the request (flag byte 0xD4), and 1 if the
+/// expected answer never came; `sendQuery` returns a count.
 class sendConfig {
  public:
   /// Copies `path` and takes a reference to the process's transport for its lifetime.
@@ -22,10 +23,18 @@ class sendConfig {
   sendConfig(const sendConfig&) = delete;
   sendConfig& operator=(const sendConfig&) = delete;
 
+  /// Carries out one exchange of the table. Returns `NoAnswer` also if the device cannot be
+  /// opened.
+  [[nodiscard]] npa::Outcome run(const Exchange& exchange, std::span<unsigned char> request);
+
   /// Sends a packet and collects the reply: the command and data bytes of each reply packet, in
-  /// order, until one announces no further, or `timeout` seconds have passed since the 2 seconds'
-  /// pause after the request. Returns the count of collected bytes and sets `reply` to a new array
-  /// of them, which the caller releases with `delete[]`; returns 0 and leaves `reply` alone when
+  /// order. The reply ends with a packet that announces no further one, or when `timeout` seconds
+  /// have passed since the pause of 2 seconds after the request. Returns the collected bytes, none
+  /// if there is no reply.
+  [[nodiscard]] std::vector<unsigned char> query(std::span<unsigned char> request, int timeout);
+
+  /// Does what `query` does. Returns the count of collected bytes and sets `reply` to a new array
+  /// of them, which the caller releases with `delete[]`; returns 0 and leaves `reply` unchanged if
   /// there are none.
   int sendQuery(unsigned char* packet, int length, unsigned char*& reply, int timeout);
 
@@ -50,7 +59,6 @@ class sendConfig {
   int getIP(unsigned char* packet, int length);
 
  private:
-  int runExchange(const Exchange& exchange, std::span<unsigned char> request);
   std::vector<unsigned char> collectReply(int timeout);
   /// Reads one reply packet and appends its command and data to `collected`, unless its flag byte
   /// ends the exchange. Returns whether to read on: for a further packet, or past a garbled one.

@@ -1,10 +1,19 @@
 #pragma once
 
+#include <cstdint>
 #include <utility>
-
-#include "npa/packet.h"
+#include <vector>
 
 namespace npa {
+
+using Byte = std::uint8_t;
+using Bytes = std::vector<Byte>;
+
+/// Groups of setting objects.
+inline constexpr Byte GroupAdapter = 0x06;
+inline constexpr Byte GroupNetworkAddress = 0x0A;
+inline constexpr Byte GroupWireless = 0x28;
+inline constexpr Byte Group8021x = 0x2A;
 
 /// What identifies one setting of the adapter.
 struct SettingKey {

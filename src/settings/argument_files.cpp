@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "settings/config_details.h"
+#include "util/output.h"
 
 namespace {
 
@@ -56,6 +57,6 @@ int configDetails::parseNPAFile(const char* path) {
       }
     }
   }
-  std::printf("npaFileData: (%d bytes) %s\n", static_cast<int>(digits.size()), digits.c_str());
+  util::writeAnswer("npaFileData: (" + std::to_string(digits.size()) + " bytes) " + digits + "\n");
   return 0;
 }

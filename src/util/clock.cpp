@@ -1,18 +1,28 @@
 #include "util/clock.h"
 
 #include <unistd.h>
+#include <utility>
 
 namespace util {
 
 namespace {
 constexpr useconds_t BriefPauseMicroseconds = 1000;
-}
+
+std::function<void(unsigned int)> pauseObserver;
+}  // namespace
 
 void pauseSeconds(unsigned int seconds) {
   if (seconds > 0) {
-    // Nothing cuts it short: the program handles signals only at the password prompt.
+    if (pauseObserver) {
+      pauseObserver(seconds);
+    }
+    // No signal ends it early: the program handles signals only at the password prompt.
     ::sleep(seconds);
   }
+}
+
+void observePauses(std::function<void(unsigned int seconds)> observer) {
+  pauseObserver = std::move(observer);
 }
 
 void pauseBriefly() {

@@ -5,7 +5,11 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <string>
 #include <string_view>
+
+#include "util/format.h"
+#include "util/output.h"
 
 namespace util {
 
@@ -16,8 +20,7 @@ constexpr std::string_view Prefix = "D [ZVK] ";
 }  // namespace
 
 void debugLine(const char* format, ...) {
-  // In one piece, as long as it is no longer than usual: the stream is unbuffered, and each piece
-  // would be a call of the system's.
+  // The usual line needs no memory, and is one write: standard error has no buffer.
   std::array<char, 256> line;
   Prefix.copy(line.data(), Prefix.size());
   std::va_list arguments;
@@ -28,15 +31,14 @@ void debugLine(const char* format, ...) {
   const std::size_t size = Prefix.size() + static_cast<std::size_t>(length < 0 ? 0 : length);
   if (length >= 0 && size < line.size()) {
     line[size] = '\n';
-    std::fwrite(line.data(), 1, size + 1, stderr);
+    writeDiagnostic({line.data(), size + 1});
   } else {
-    std::fwrite(Prefix.data(), 1, Prefix.size(), stderr);
     va_start(arguments, format);
-    std::vfprintf(stderr, format, arguments);
+    const std::string text = formattedList(format, arguments);
     va_end(arguments);
-    std::fputc('\n', stderr);
+    writeDiagnostic(std::string(Prefix).append(text).append("\n"));
   }
-  // Lines tell secrets.
+  // A line may hold a key or a password.
   ::explicit_bzero(line.data(), line.size());
 }
 

@@ -2,8 +2,8 @@
 
 namespace util {
 
-/// Writes one diagnostic line to standard error: "D [ZVK] ", the formatted text (as `printf`, so
-/// texts end at their first zero byte) and a line end.
+/// Writes one diagnostic line: "D [ZVK] ", the formatted text (as `printf`, so texts end at their
+/// first zero byte) and a line end.
 [[gnu::format(printf, 1, 2)]] void debugLine(const char* format, ...);
 
 }  // namespace util

@@ -8,9 +8,12 @@
 #include <memory>
 #include <span>
 
+#include "util/big_endian.h"
+#include "util/format.h"
+#include "util/output.h"
+
 namespace {
 
-constexpr unsigned int NumberBytes = 4;
 constexpr std::array<char, 16> HexDigits = {'0', '1', '2', '3', '4', '5', '6', '7',
                                             '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
 
@@ -48,8 +51,8 @@ constexpr auto DumpedBytes = [] {
   return texts;
 }();
 
-/// Collects whole dump lines and hands them to standard error in blocks: the stream is unbuffered,
-/// and a call for each byte would dominate the cost of a long dump.
+/// Collects whole dump lines and writes them in blocks: standard error has no buffer, and a system
+/// call for each byte would dominate the cost of a long dump.
 class DumpWriter {
  public:
   static constexpr std::size_t BytesPerLine = 16;
@@ -83,7 +86,7 @@ class DumpWriter {
   static constexpr std::size_t LongestLine = BytesPerLine * (DumpedWidth + 1) + 2;
 
   void flush() {
-    std::fwrite(m_Text.data(), 1, m_Used, stderr);
+    util::writeDiagnostic({m_Text.data(), m_Used});
     m_Used = 0;
   }
 
@@ -107,32 +110,20 @@ void Utility::CopyToBigEndianBuffer(unsigned long value, unsigned char* destinat
 }
 
 unsigned short Utility::ExtractShortFromBuffer(const unsigned char* source) {
-  return static_cast<unsigned short>(source[0] << 8U | source[1]);
+  return static_cast<unsigned short>(util::bigEndian({source, 2}));
 }
 
 unsigned long Utility::ExtractLongFromBuffer(const unsigned char* source) {
-  return static_cast<unsigned long>(ExtractShortFromBuffer(source)) << 16U |
-         ExtractShortFromBuffer(source + 2);
+  return util::bigEndian({source, 4});
 }
 
 int Utility::IntToChar(unsigned int* value, unsigned char* out, unsigned int* length) {
-  const unsigned int number = *value;
-  const unsigned int count = *length;
-  for (unsigned int i = 0; i < count; ++i) {
-    const unsigned int bytesBelow = count - i - 1;
-    out[i] = bytesBelow < NumberBytes
-                 ? static_cast<unsigned char>(number >> (bytesBelow * 8U) & 0xFFU)
-                 : static_cast<unsigned char>(0);
-  }
+  util::putBigEndian(*value, {out, *length});
   return 0;
 }
 
 int Utility::CharToInt(unsigned int* value, unsigned char* in, unsigned int* length) {
-  unsigned int number = 0;
-  for (unsigned int i = 0; i < *length; ++i) {
-    number = number << 8U | in[i];
-  }
-  *value = number;
+  *value = static_cast<unsigned int>(util::bigEndian({in, *length}));
   return 0;
 }
 
@@ -158,7 +149,8 @@ int Utility::getHexValues(const char* text, unsigned char*& buffer) {
   if (invalid != text + length) {
     // Shown as a signed character widened to an integer: a byte of 0x80 prints as FFFFFF80.
     const auto byte = static_cast<unsigned char>(toUpper(*invalid));
-    std::printf("not valid Hex char?! '%X'\n", byte < 0x80 ? byte : 0xFFFFFF00U | byte);
+    util::writeAnswer(
+        util::formatted("not valid Hex char?! '%X'\n", byte < 0x80 ? byte : 0xFFFFFF00U | byte));
     buffer = nullptr;
     return static_cast<int>(count);
   }

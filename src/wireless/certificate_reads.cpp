@@ -11,19 +11,28 @@
 
 namespace {
 
-constexpr SettingQuery Certificate = {npa::Group8021x, 0x0F, "get cert...", "cert"};
-// Answered under the name of a request.
-constexpr SettingQuery CaCertificate = {npa::Group8021x, 0x10, "get CA cert...", "CSR"};
-constexpr SettingQuery CommonName = {npa::Group8021x, 0x0A, "Cert common name...",
-                                     "Common name resp"};
-constexpr SettingQuery FriendlyName = {npa::Group8021x, 0x27, "Cert Friendly name...",
-                                       "Friendly name"};
-constexpr SettingQuery AlternateName = {npa::Group8021x, 0x1C, "Cert alternate name...",
-                                        "Alternate name"};
-constexpr SettingQuery SignRequest = {npa::Group8021x, 0x0E, "get CSR...", "CSR"};
-constexpr SettingQuery GenerateStatus = {npa::Group8021x, 0x0D, "generate certificate status...",
-                                         "generate cert status"};
-constexpr SettingQuery Organization = {npa::Group8021x, 0x06, "Cert Organization...", "Cert org"};
+constexpr SettingQuery Certificate = {
+    .key = npa::settings::Certificate, .announcement = "get cert...", .responseName = "cert"};
+// Answered under the name of a request, on purpose.
+constexpr SettingQuery CaCertificate = {
+    .key = npa::settings::CaCertificate, .announcement = "get CA cert...", .responseName = "CSR"};
+constexpr SettingQuery CommonName = {.key = npa::settings::CertCommonName,
+                                     .announcement = "Cert common name...",
+                                     .responseName = "Common name resp"};
+constexpr SettingQuery FriendlyName = {.key = npa::settings::CertFriendlyName,
+                                       .announcement = "Cert Friendly name...",
+                                       .responseName = "Friendly name"};
+constexpr SettingQuery AlternateName = {.key = npa::settings::CertAlternateName,
+                                        .announcement = "Cert alternate name...",
+                                        .responseName = "Alternate name"};
+constexpr SettingQuery SignRequest = {
+    .key = npa::settings::CertRequest, .announcement = "get CSR...", .responseName = "CSR"};
+constexpr SettingQuery GenerateStatus = {.key = npa::settings::CertGenerateStatus,
+                                         .announcement = "generate certificate status...",
+                                         .responseName = "generate cert status"};
+constexpr SettingQuery Organization = {.key = npa::settings::CertOrganization,
+                                       .announcement = "Cert Organization...",
+                                       .responseName = "Cert org"};
 
 /// Stores one setting, the generation of a certificate, as 1. The length field reads 6, as in a
 /// query, although ten bytes follow: the adapter expects it so.
@@ -33,7 +42,7 @@ constexpr std::array<npa::Byte, 13> GeneratePacket = {0xA5, 0x00, 0x06, 0x50, 0x
 /// Logs the organisation in a record, up to its first zero byte. Returns whether all of the value
 /// arrived.
 bool logOrganization(Record record) {
-  const std::size_t size = Utility::ExtractShortFromBuffer(&record[RecordSizeOffset]);
+  const std::size_t size = npa::numberAt(record, RecordSizeOffset);
   const Record value = record.subspan(RecordValueOffset);
   if (size > value.size()) {
     return false;
@@ -83,7 +92,7 @@ int wnpaGenerator::generateCertificate() {
 
 int wnpaGenerator::getCertOrganization() {
   int result = -1;
-  visitRecords(collectReply(Organization), Organization, [&](Record record) {
+  visitRecords(collectReply(Organization), Organization.key, [&](Record record) {
     if (logOrganization(record)) {
       result = 0;
     }
@@ -102,7 +111,8 @@ int wnpaGenerator::getCertSettings() {
 int wnpaGenerator::createCertSignRequest() {
   util::debugLine("createCertSignRequest...");
   m_Packet.clear();
-  frameBatch(constructCertCommonName());
+  constructCertCommonName();
+  frameBatch();
   Utility::ShowBytes(m_Packet.data(), static_cast<int>(m_Packet.size()));
   collectReply(m_Packet, "CSR response");
   const int result = 0;

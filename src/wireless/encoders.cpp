@@ -8,38 +8,10 @@
 #include "npa/packet.h"
 #include "util/debug_line.h"
 #include "wireless/password_prompt.h"
-#include "wireless/setting_encoding.h"
+#include "wireless/setting_encodings.h"
 #include "wireless/wnpa_generator.h"
 
 namespace {
-
-using Value = SettingEncoding::Value;
-
-/// Numbers of the setting objects in the group of wireless-network settings.
-enum WirelessObject : npa::Byte {
-  ModeObject = 0x02,
-  ChannelObject = 0x05,
-  SsidObject = 0x08,
-  WepKey1Object = 0x09,
-  PskObject = 0x11,
-  SecurityObject = 0x22,
-};
-
-// The exact spelling counts: the help text's "Ad-hoc" selects the managed mode.
-constexpr std::array ModeCodes = {TextCode{"Ad-Hoc", 1}};
-
-constexpr SettingEncoding Ssid = {.group = npa::GroupWireless,
-                                  .object = SsidObject,
-                                  .source = from<&configDetails::getSSID>,
-                                  .label = "SSID",
-                                  .value = Value::TerminatedText};
-constexpr SettingEncoding Mode = {.group = npa::GroupWireless,
-                                  .object = ModeObject,
-                                  .source = from<&configDetails::getMode>,
-                                  .label = "Mode",
-                                  .quote = "'",
-                                  .value = Value::Code,
-                                  .codes = ModeCodes};
 
 constexpr npa::Byte DefaultChannel = 6;
 
@@ -71,26 +43,38 @@ npa::Byte channelCode(std::string_view channel) {
 }  // namespace
 
 int wnpaGenerator::constructSSID(int* /*total*/) {
-  return encode(Ssid);
+  return encode(encodings::Ssid);
 }
 
 int wnpaGenerator::constructMode(int* /*total*/) {
-  return encode(Mode);
+  return encode(encodings::Mode);
 }
 
 int wnpaGenerator::constructChannel(int* /*total*/) {
-  return appendCode(npa::GroupWireless, ChannelObject, channelCode(m_Configuration->getChannel()));
+  return encodeChannel();
 }
 
 int wnpaGenerator::constructSecurity(int* /*total*/) {
+  return encodeSecurity();
+}
+
+int wnpaGenerator::constructPasswd(int* /*total*/) {
+  return encodePassword();
+}
+
+int wnpaGenerator::encodeChannel() {
+  return appendCode(npa::settings::Channel, channelCode(m_Configuration->getChannel()));
+}
+
+int wnpaGenerator::encodeSecurity() {
   const std::string& security = m_Configuration->getSecurity();
   util::debugLine("Security = '%s'", security.c_str());
   const npa::Byte code = securityCode(security, m_Configuration->get802Encryption());
   util::debugLine("Security mode: %d (%s)", code, SecurityNames[code]);
-  return appendCode(npa::GroupWireless, SecurityObject, code);
+  return appendCode(npa::settings::Security, code);
 }
 
-int wnpaGenerator::constructPasswd(int* /*total*/) {
+int wnpaGenerator::encodePassword() {
   const std::string& security = m_Configuration->getSecurity();
   if (security == "None") {
     return 0;
@@ -101,5 +85,6 @@ int wnpaGenerator::constructPasswd(int* /*total*/) {
   }
   std::vector<npa::Byte> value(password.begin(), password.end());
   value.push_back(0);
-  return appendObject(npa::GroupWireless, security == "WEP" ? WepKey1Object : PskObject, value);
+  return appendObject(security == "WEP" ? npa::settings::WepKey1 : npa::settings::PreSharedKey,
+                      value);
 }

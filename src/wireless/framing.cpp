@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 
 #include "npa/packet.h"
 #include "util/debug_line.h"
@@ -60,10 +59,10 @@ std::vector<unsigned char> wnpaGenerator::outgoing(std::span<const npa::Byte> pa
 }
 
 int wnpaGenerator::sendNPAData(unsigned char* data, int length, int timeout) {
-  unsigned char* reply = nullptr;
-  const int count = m_Exchange.sendQuery(data, length, reply, timeout);
-  const std::unique_ptr<unsigned char[]> owned(reply);
+  std::vector<unsigned char> reply =
+      m_Exchange.query({data, static_cast<std::size_t>(std::max(length, 0))}, timeout);
+  const int count = static_cast<int>(reply.size());
   util::debugLine("sendNPA response (%d bytes)", count);
-  Utility::ShowBytes(owned.get(), count);
+  Utility::ShowBytes(reply.data(), count);
   return 0;
 }

@@ -4,10 +4,11 @@
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
-#include <cstdio>
 #include <optional>
 #include <termios.h>
 #include <unistd.h>
+
+#include "util/output.h"
 
 namespace {
 
@@ -115,13 +116,12 @@ std::string readLine() {
 }  // namespace
 
 std::string promptForPassword() {
-  std::fputs("Please provide the password:", stdout);
-  std::fflush(stdout);
+  util::showProgress("Please provide the password:");
   std::string password;
   {
     const EchoOff echoOff;
     password = readLine();
   }
-  std::fputs("\n\n", stdout);
+  util::writeAnswer("\n\n");
   return password;
 }

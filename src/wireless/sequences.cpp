@@ -3,76 +3,107 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdio>
+#include <string>
 #include <string_view>
-#include <type_traits>
 #include <vector>
 
 #include "npa/packet.h"
 #include "util/debug_line.h"
+#include "util/format.h"
+#include "util/output.h"
 #include "util/utility.h"
+#include "wireless/setting_encodings.h"
 #include "wireless/wnpa_generator.h"
 
-/// An encoder with or without a running total, which none looks at.
-using Encoder = int (*)(wnpaGenerator&);
+using Generator = wnpaGenerator;
+
+/// One setting of a batch: a row of the encodings, or an encoder with rules of its own.
+class wnpaGenerator::Encoder {
+ public:
+  constexpr Encoder(const SettingEncoding& row) : m_Row(&row) {}
+  constexpr Encoder(int (Generator::*member)()) : m_Member(member) {}
+
+  void append(Generator& generator) const {
+    if (m_Row != nullptr) {
+      generator.encode(*m_Row);
+    } else {
+      (generator.*m_Member)();
+    }
+  }
+
+ private:
+  const SettingEncoding* m_Row = nullptr;
+  int (Generator::*m_Member)() = nullptr;
+};
 
 /// Settings of a batch, in the order in which they are sent.
-struct Section {
+struct wnpaGenerator::Section {
   std::span<const Encoder> encoders;
   /// The encryption that they are for; empty for any.
   std::string_view encryption = {};
 };
 
+/// The batches: what each command sends, in the order that the adapter wants.
+struct wnpaGenerator::Batches {
+  static constexpr auto BasicSettings = std::to_array<Encoder>({
+      encodings::Mode,
+      &Generator::encodeSecurity,
+      &Generator::encodeChannel,
+      encodings::Ssid,
+      &Generator::encodePassword,
+  });
+
+  static constexpr auto NetworkSettings = std::to_array<Encoder>({
+      encodings::Mode,
+      &Generator::encodeSecurity,
+      &Generator::encodeChannel,
+      encodings::Ssid,
+  });
+
+  static constexpr auto WepKeys = std::to_array<Encoder>({
+      encodings::WepKey1,
+      encodings::WepKey2,
+      encodings::WepKey3,
+      encodings::WepKey4,
+      &Generator::constructWEPTransmit,
+  });
+
+  static constexpr auto WepAuth = std::to_array<Encoder>({&Generator::constructWEPAuth});
+
+  static constexpr auto WpaSettings = std::to_array<Encoder>({
+      encodings::Psk,
+      encodings::Encryption,
+  });
+
+  static constexpr auto AuthenticationSettings = std::to_array<Encoder>({
+      encodings::Encryption,
+      &Generator::construct802AuthExtension,
+      encodings::InnerAuth,
+      encodings::Username,
+      encodings::Password,
+      &Generator::construct802ValidateCert,
+  });
+
+  /// Here the SSID goes before the channel.
+  static constexpr auto AuthenticatedNetworkSettings = std::to_array<Encoder>({
+      encodings::Mode,
+      &Generator::encodeSecurity,
+      encodings::Ssid,
+      &Generator::encodeChannel,
+  });
+
+  static constexpr std::array Basic = {Section{BasicSettings}};
+  static constexpr std::array Open = {Section{WepKeys, "WEP"}, Section{WepAuth, "WEP"},
+                                      Section{NetworkSettings}};
+  static constexpr std::array Shared = {Section{WepKeys}, Section{WepAuth},
+                                        Section{NetworkSettings}};
+  static constexpr std::array Wpa = {Section{WpaSettings}, Section{NetworkSettings}};
+  static constexpr std::array AuthenticationOptions = {Section{AuthenticationSettings},
+                                                       Section{WepKeys, "WEP-STATIC"}};
+  static constexpr std::array AuthenticatedNetwork = {Section{AuthenticatedNetworkSettings}};
+};
+
 namespace {
-
-using G = wnpaGenerator;
-
-template <auto Construct>
-int call(wnpaGenerator& generator) {
-  if constexpr (std::is_invocable_v<decltype(Construct), wnpaGenerator&>) {
-    return (generator.*Construct)();
-  } else {
-    int total = 0;
-    return (generator.*Construct)(&total);
-  }
-}
-
-constexpr std::array<Encoder, 5> BasicSettings = {
-    call<&G::constructMode>, call<&G::constructSecurity>, call<&G::constructChannel>,
-    call<&G::constructSSID>, call<&G::constructPasswd>};
-
-constexpr std::array<Encoder, 4> NetworkSettings = {
-    call<&G::constructMode>, call<&G::constructSecurity>, call<&G::constructChannel>,
-    call<&G::constructSSID>};
-
-constexpr std::array<Encoder, 5> WepKeys = {call<&G::constructWEPKey1>, call<&G::constructWEPKey2>,
-                                            call<&G::constructWEPKey3>, call<&G::constructWEPKey4>,
-                                            call<&G::constructWEPTransmit>};
-
-constexpr std::array<Encoder, 1> WepAuth = {call<&G::constructWEPAuth>};
-
-constexpr std::array<Encoder, 2> WpaSettings = {call<&G::constructPSK>,
-                                                call<&G::construct802EncryptMode>};
-
-constexpr std::array<Encoder, 6> AuthenticationSettings = {
-    call<&G::construct802EncryptMode>, call<&G::construct802AuthExtension>,
-    call<&G::construct802AuthInner>,   call<&G::construct802Username>,
-    call<&G::construct802Passwd>,      call<&G::construct802ValidateCert>};
-
-/// Here the SSID goes before the channel.
-constexpr std::array<Encoder, 4> AuthenticatedNetworkSettings = {
-    call<&G::constructMode>, call<&G::constructSecurity>, call<&G::constructSSID>,
-    call<&G::constructChannel>};
-
-// The batches.
-constexpr std::array Basic = {Section{BasicSettings}};
-constexpr std::array Open = {Section{WepKeys, "WEP"}, Section{WepAuth, "WEP"},
-                             Section{NetworkSettings}};
-constexpr std::array Shared = {Section{WepKeys}, Section{WepAuth}, Section{NetworkSettings}};
-constexpr std::array Wpa = {Section{WpaSettings}, Section{NetworkSettings}};
-constexpr std::array AuthenticationOptions = {Section{AuthenticationSettings},
-                                              Section{WepKeys, "WEP-STATIC"}};
-constexpr std::array AuthenticatedNetwork = {Section{AuthenticatedNetworkSettings}};
 
 /// The sequence of an advanced configuration for one security.
 struct AdvancedMode {
@@ -82,54 +113,49 @@ struct AdvancedMode {
 };
 
 constexpr std::array AdvancedModes = {
-    AdvancedMode{"802.1x", &G::config8021x, "8021x"},
-    AdvancedMode{"OPEN", &G::configOpen, "OPEN"},
-    AdvancedMode{"SHARED", &G::configShared, "SHARED"},
-    AdvancedMode{"WPA-PER", &G::configWPAPersonal, "WPA-Personal"},
-    AdvancedMode{"WPA-ENT", &G::configWPAEnt, "WPA-Ent"},
+    AdvancedMode{"802.1x", &Generator::config8021x, "8021x"},
+    AdvancedMode{"OPEN", &Generator::configOpen, "OPEN"},
+    AdvancedMode{"SHARED", &Generator::configShared, "SHARED"},
+    AdvancedMode{"WPA-PER", &Generator::configWPAPersonal, "WPA-Personal"},
+    AdvancedMode{"WPA-ENT", &Generator::configWPAEnt, "WPA-Ent"},
 };
 
-/// What no batch without certificates exceeds, so that its memory is taken at once.
+/// Capacity reserved up front, in bytes: larger than any batch without certificates.
 constexpr std::size_t UsualPacketSize = 512;
 
 /// Stores one setting, the adapter's reset, as 1.
 constexpr std::array<npa::Byte, 13> ResetPacket = {0xA5, 0x00, 0x0A, 0x50, 0xE0, 0xDA, 0x01,
                                                    0x06, 0x14, 0x00, 0x00, 0x01, 0x01};
 
-/// Writes a progress text and makes sure that it is seen before the wait that follows.
-void showProgress(const char* text) {
-  std::fputs(text, stdout);
-  std::fflush(stdout);
-}
-
 }  // namespace
 
-int wnpaGenerator::encodeBatch(std::span<const Section> sections) {
-  // Not only emptied: the memory of the packet before, keys included, is released and so cleared.
+void wnpaGenerator::encodeBatch(std::span<const Section> sections) {
+  // Not only emptied: releasing the memory of the packet before clears the keys in it.
   m_Packet = std::vector<unsigned char>();
   m_Packet.reserve(UsualPacketSize);
-  int size = 0;
   for (const Section& section : sections) {
     if (section.encryption.empty() || section.encryption == m_Configuration->get802Encryption()) {
-      for (const Encoder encoder : section.encoders) {
-        size += encoder(*this);
+      for (const Encoder& encoder : section.encoders) {
+        encoder.append(*this);
       }
     }
   }
-  return size;
 }
 
-int wnpaGenerator::frameBatch(int size) {
-  size = constructAtomicGrouping(size);
-  return m_WrapMode ? constructWrapping(m_Packet, size) : size;
+void wnpaGenerator::frameBatch() {
+  constructAtomicGrouping(static_cast<int>(m_Packet.size()));
+  if (m_WrapMode) {
+    constructWrapping(m_Packet, static_cast<int>(m_Packet.size()));
+  }
 }
 
-int wnpaGenerator::sendBatch(int size, bool dump) {
-  size = frameBatch(size);
+int wnpaGenerator::sendBatch(Dump dump) {
+  frameBatch();
   if (!npa::canBeFramed(m_Packet.size())) {
     return -1;
   }
-  if (dump) {
+  const int size = static_cast<int>(m_Packet.size());
+  if (dump == Dump::Yes) {
     Utility::ShowBytes(m_Packet.data(), size);
   }
   return m_Exchange.setConfig(m_Packet.data(), size);
@@ -137,16 +163,20 @@ int wnpaGenerator::sendBatch(int size, bool dump) {
 
 int wnpaGenerator::configure(const char* announcement, std::span<const Section> sections) {
   util::debugLine("%s", announcement);
-  return sendBatch(encodeBatch(sections), true);
+  encodeBatch(sections);
+  return sendBatch(Dump::Yes);
 }
 
 int wnpaGenerator::constructBasic() {
-  return frameBatch(encodeBatch(Basic));
+  encodeBatch(Batches::Basic);
+  frameBatch();
+  return static_cast<int>(m_Packet.size());
 }
 
 int wnpaGenerator::configBasic() {
   util::debugLine("Basic config...");
-  const int result = sendBatch(encodeBatch(Basic), false);
+  encodeBatch(Batches::Basic);
+  const int result = sendBatch(Dump::No);
   util::debugLine("Basic config ret = %d", result);
   return result;
 }
@@ -165,19 +195,19 @@ int wnpaGenerator::configAdvanced() {
 }
 
 int wnpaGenerator::configOpen() {
-  return configure("Configuring Open Mode...", Open);
+  return configure("Configuring Open Mode...", Batches::Open);
 }
 
 int wnpaGenerator::configShared() {
-  return configure("Configuring Shared Mode...", Shared);
+  return configure("Configuring Shared Mode...", Batches::Shared);
 }
 
 int wnpaGenerator::configWPAPersonal() {
-  return configure("Configuring WPA Personal...", Wpa);
+  return configure("Configuring WPA Personal...", Batches::Wpa);
 }
 
 int wnpaGenerator::configWPAEnt() {
-  return configure("Configuring WPA Enterprise...", Wpa);
+  return configure("Configuring WPA Enterprise...", Batches::Wpa);
 }
 
 int wnpaGenerator::config8021x() {
@@ -185,24 +215,27 @@ int wnpaGenerator::config8021x() {
   int result = 0;
   // Options that were not accepted are no failure here.
   if (set8021xOptions() == 0) {
-    result = sendBatch(encodeBatch(AuthenticatedNetwork), true);
+    encodeBatch(Batches::AuthenticatedNetwork);
+    result = sendBatch(Dump::Yes);
   }
   get802AuthStatus();
   return result;
 }
 
 int wnpaGenerator::set8021xOptions() {
-  const int result = configure("Setting 8021x Options...", AuthenticationOptions);
+  const int result = configure("Setting 8021x Options...", Batches::AuthenticationOptions);
   util::debugLine("Setting 802.1x ret = %d", result);
   return result;
 }
 
 int wnpaGenerator::generate() {
   const int size = constructBasic();
+  std::string dump;
   for (const unsigned char byte : m_Packet) {
-    std::fprintf(stderr, "%x ", byte);
+    dump.append(util::formatted("%x ", byte));
   }
-  showProgress(
+  util::writeDiagnostic(dump);
+  util::showProgress(
       "Configuring the printer....\n"
       "Resetting the printer....\n"
       "Connecting to wireless network....");
@@ -211,7 +244,7 @@ int wnpaGenerator::generate() {
     configBasic();
   }
   getTroubleCode();
-  showProgress(
+  util::showProgress(
       "Acquiring network address....\n"
       "IP-ADDRESS : ");
   getIP();

@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "npa/packet.h"
 #include "util/debug_line.h"
 #include "wireless/wnpa_generator.h"
 
@@ -26,7 +27,7 @@ std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding, const std::
 
 void logSetting(const SettingEncoding& encoding, const std::string& text) {
   const char* const quote = encoding.quote;
-  if (encoding.tellsSize) {
+  if (encoding.logsLength) {
     util::debugLine("%s = %s%s%s (%zu bytes)", encoding.label, quote, text.c_str(), quote,
                     text.size());
   } else {
@@ -40,35 +41,33 @@ int wnpaGenerator::encode(const SettingEncoding& encoding) {
   if (text.empty()) {
     return encoding.whenEmpty == SettingEncoding::WhenEmpty::Nothing
                ? 0
-               : appendObject(encoding.group, encoding.object, {});
+               : appendObject(encoding.key, {});
   }
   std::vector<npa::Byte> value = encodedValue(encoding, text);
-  const std::size_t sizeField = encoding.sizeField == SettingEncoding::SizeField::LowByteOnly
-                                    ? npa::lowByte(value.size())
-                                    : value.size();
-  return appendObject(encoding.group, encoding.object, value, sizeField);
+  const bool lowByteOnly = encoding.lengthField == SettingEncoding::LengthField::LowByteOnly;
+  return appendObject(encoding.key, value, lowByteOnly ? npa::lowByte(value.size()) : value.size());
 }
 
-int wnpaGenerator::appendObject(npa::Byte group, npa::Byte number, std::span<npa::Byte> value) {
-  return appendObject(group, number, value, value.size());
+int wnpaGenerator::appendObject(npa::SettingKey key, std::span<npa::Byte> value) {
+  return appendObject(key, value, value.size());
 }
 
-int wnpaGenerator::appendObject(npa::Byte group, npa::Byte number, std::span<npa::Byte> value,
-                                std::size_t sizeField) {
+int wnpaGenerator::appendObject(npa::SettingKey key, std::span<npa::Byte> value,
+                                std::size_t lengthField) {
   std::array<unsigned char, npa::ObjectHeaderSize> header{};
-  constructHeader(header.data(), static_cast<unsigned int>(sizeField), static_cast<char>(number),
-                  static_cast<char>(group));
+  constructHeader(header.data(), static_cast<unsigned int>(lengthField),
+                  static_cast<char>(key.object), static_cast<char>(key.group));
   appendDataToNPA(static_cast<int>(header.size()), header.data());
   appendDataToNPA(static_cast<int>(value.size()), value.data());
   return static_cast<int>(header.size() + value.size());
 }
 
-int wnpaGenerator::appendCode(npa::Byte group, npa::Byte number, npa::Byte code) {
+int wnpaGenerator::appendCode(npa::SettingKey key, npa::Byte code) {
   std::array<npa::Byte, 4> value = {0, 0, 0, code};
-  return appendObject(group, number, value);
+  return appendObject(key, value);
 }
 
-int wnpaGenerator::appendFlag(npa::Byte group, npa::Byte number, bool flag) {
+int wnpaGenerator::appendFlag(npa::SettingKey key, bool flag) {
   std::array<npa::Byte, 1> value = {static_cast<npa::Byte>(flag ? 1 : 0)};
-  return appendObject(group, number, value);
+  return appendObject(key, value);
 }

@@ -7,19 +7,20 @@
 #include <string_view>
 #include <vector>
 
-#include "npa/packet.h"
+#include "npa/setting_keys.h"
 #include "settings/config_details.h"
 
-/// What the adapter is told for a text.
+/// A text and the number that the adapter has for it.
 struct TextCode {
   std::string_view text;
   npa::Byte code;
 };
 
 /// Returns the code of a text, compared exactly; 0 for one that is not in the list.
-npa::Byte codeOf(std::string_view text, std::span<const TextCode> codes);
+[[nodiscard]] npa::Byte codeOf(std::string_view text, std::span<const TextCode> codes);
 
-/// How the text of one setting becomes a setting object, and the line that tells of it.
+/// How the text of one setting becomes a setting object, and the line that logs it. Each is a row
+/// of `encodings` (setting_encodings.h).
 struct SettingEncoding {
   enum class Value {
     Text,            ///< the text
@@ -28,34 +29,37 @@ struct SettingEncoding {
     Code,            ///< a four-byte number, that of the text in `codes`
   };
   enum class WhenEmpty { Nothing, HeaderAlone };
-  enum class SizeField { Whole, LowByteOnly };
+  enum class LengthField { Whole, LowByteOnly };
 
   static constexpr std::size_t Unlimited = std::numeric_limits<std::size_t>::max();
 
-  npa::Byte group;
-  npa::Byte object;
+  npa::SettingKey key;
   const std::string& (*source)(const configDetails&);
   /// The line reads `label = text`, with `quote` on either side of the text.
   const char* label;
   const char* quote = "";
-  /// Whether the line ends in the size of the text as configured.
-  bool tellsSize = false;
+  /// Whether the line ends in the length of the text as configured.
+  bool logsLength = false;
   Value value = Value::Text;
-  /// The size of the largest value; a longer text is cut.
+  /// The size of the largest value in bytes; a longer text is cut.
   std::size_t limit = Unlimited;
   std::span<const TextCode> codes = {};
+  /// What is appended for an empty text.
   WhenEmpty whenEmpty = WhenEmpty::Nothing;
-  SizeField sizeField = SizeField::Whole;
+  /// Which bytes of the value's size the object's length field has.
+  LengthField lengthField = LengthField::Whole;
 };
 
-/// The source of a setting that a getter without arguments gives: `from<&configDetails::getSSID>`.
+/// The source of a setting that a getter without arguments returns:
+/// `from<&configDetails::getSSID>`.
 template <auto Getter>
 const std::string& from(const configDetails& configuration) {
   return (configuration.*Getter)();
 }
 
 /// Returns the object's value for a text.
-std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding, const std::string& text);
+[[nodiscard]] std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding,
+                                                  const std::string& text);
 
-/// Writes the line that tells of a setting.
+/// Writes the diagnostic line of a setting.
 void logSetting(const SettingEncoding& encoding, const std::string& text);

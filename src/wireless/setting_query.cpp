@@ -1,8 +1,8 @@
 #include "wireless/setting_query.h"
 
 #include <algorithm>
-#include <memory>
 
+#include "npa/packet.h"
 #include "util/debug_line.h"
 #include "util/utility.h"
 #include "wireless/wnpa_generator.h"
@@ -14,9 +14,9 @@ constexpr int ReplyTimeoutSeconds = 3;
 
 }  // namespace
 
-void visitRecords(std::span<const unsigned char> reply, const SettingQuery& query,
+void visitRecords(std::span<const unsigned char> reply, npa::SettingKey key,
                   const std::function<bool(Record)>& visit) {
-  const auto request = npa::query(query.group, query.object);
+  const auto request = npa::query(key);
   const auto id = std::span(request).subspan(RecordIdOffset);
   for (auto rest = reply; rest.size() >= RecordValueOffset; rest = rest.subspan(1)) {
     if (rest[0] == npa::StartByte &&
@@ -26,28 +26,40 @@ void visitRecords(std::span<const unsigned char> reply, const SettingQuery& quer
   }
 }
 
+std::optional<npa::Byte> statusIn(Record record) {
+  return record.size() > RecordValueOffset ? std::optional(record[RecordValueOffset])
+                                           : std::nullopt;
+}
+
+std::optional<npa::Byte> firstStatusIn(std::span<const unsigned char> reply, npa::SettingKey key) {
+  std::optional<npa::Byte> status;
+  visitRecords(reply, key, [&status](Record record) {
+    status = statusIn(record);
+    return status.has_value();
+  });
+  return status;
+}
+
 int wnpaGenerator::runQuery(const SettingQuery& query,
                             int (sendConfig::*exchange)(unsigned char*, int)) {
-  std::vector<unsigned char> request = outgoing(npa::query(query.group, query.object));
+  std::vector<unsigned char> request = outgoing(npa::query(query.key));
   return (m_Exchange.*exchange)(request.data(), static_cast<int>(request.size()));
 }
 
 std::vector<unsigned char> wnpaGenerator::collectReply(const SettingQuery& query) {
   util::debugLine("%s", query.announcement);
-  return collectReply(outgoing(npa::query(query.group, query.object)), query.responseName);
+  return collectReply(outgoing(npa::query(query.key)), query.responseName);
 }
 
 std::vector<unsigned char> wnpaGenerator::collectReply(std::vector<unsigned char> request,
                                                        const char* responseName) {
-  unsigned char* reply = nullptr;
-  const int count = m_Exchange.sendQuery(request.data(), static_cast<int>(request.size()), reply,
-                                         ReplyTimeoutSeconds);
-  const std::unique_ptr<unsigned char[]> owned(reply);
+  std::vector<unsigned char> reply = m_Exchange.query(request, ReplyTimeoutSeconds);
   if (responseName != nullptr) {
-    util::debugLine("%s (%d bytes)", responseName, count);
-    Utility::ShowBytes(owned.get(), count);
+    const int size = static_cast<int>(reply.size());
+    util::debugLine("%s (%d bytes)", responseName, size);
+    Utility::ShowBytes(reply.data(), size);
   }
-  return {owned.get(), owned.get() + count};
+  return reply;
 }
 
 int wnpaGenerator::dumpReply(const SettingQuery& query) {

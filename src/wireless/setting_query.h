@@ -2,21 +2,22 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <span>
 
-#include "npa/packet.h"
+#include "npa/setting_keys.h"
 
-/// A query for one setting. The texts are for those whose collected reply the generator looks at
-/// itself.
+/// A query for one setting. The texts are logged by the queries whose collected reply the generator
+/// reads itself; a query that an exchange of the table answers has none.
 struct SettingQuery {
-  npa::Byte group;
-  npa::Byte object;
+  npa::SettingKey key;
+  /// The line before the request.
   const char* announcement = nullptr;
-  /// Opens the line that tells the reply's size, with a dump behind it; null for no such line.
+  /// Opens the line that logs the reply's size, which a dump follows; null for no such line.
   const char* responseName = nullptr;
 };
 
-/// What a query returns that does nothing with the reply but dump it.
+/// The result of a query whose reply is only dumped.
 inline constexpr int DumpedOnly = -1;
 
 /// A record of a queried setting inside a reply:
@@ -27,7 +28,16 @@ using Record = std::span<const unsigned char>;
 inline constexpr std::size_t RecordSizeOffset = 9;
 inline constexpr std::size_t RecordValueOffset = 11;
 
-/// Calls `visit` with the rest of the reply from each record of the queried setting on, in order,
-/// until it returns true. The record's header is sure to be there, its value is not.
-void visitRecords(std::span<const unsigned char> reply, const SettingQuery& query,
+/// Calls `visit` for each record of the setting in a collected reply, in order, until it returns
+/// true. The argument is the rest of the reply from the record on: its header is there, its value
+/// may be cut.
+void visitRecords(std::span<const unsigned char> reply, npa::SettingKey key,
                   const std::function<bool(Record)>& visit);
+
+/// Returns the first byte of a record's value; nothing if it did not arrive.
+[[nodiscard]] std::optional<npa::Byte> statusIn(Record record);
+
+/// Returns the status in the first record of the setting that has one; nothing without such a
+/// record. Prints nothing.
+[[nodiscard]] std::optional<npa::Byte> firstStatusIn(std::span<const unsigned char> reply,
+                                                     npa::SettingKey key);

@@ -10,19 +10,24 @@
 
 namespace {
 
-constexpr SettingQuery Ssid = {npa::GroupWireless, 0x08};
-constexpr SettingQuery IpAddress = {npa::GroupNetworkAddress, 0x02};
-constexpr SettingQuery TroubleCode = {npa::GroupWireless, 0x15};
-constexpr SettingQuery AdapterDescriptor = {npa::GroupAdapter, 0x1F};
-constexpr SettingQuery AuthStatus = {npa::Group8021x, 0x1D, "802.1x Authentication status...",
-                                     "Auth status response"};
-constexpr SettingQuery AuthEnabled = {npa::Group8021x, 0x13, "802.1x Auth enabled?...", nullptr};
-constexpr SettingQuery CertAuthInstalled = {
-    npa::Group8021x, 0x11, "Certificate Authority installed?...", "Cert auth installed"};
-constexpr SettingQuery AllSecuritySettings = {npa::Group8021x, 0x25, "All security settings...",
-                                              "All security settings"};
-constexpr SettingQuery AuthCommonName = {npa::Group8021x, 0x1B, "802.1x Auth common name...",
-                                         "Auth common name response"};
+constexpr SettingQuery Ssid = {.key = npa::settings::Ssid};
+constexpr SettingQuery IpAddress = {.key = npa::settings::IpAddress};
+constexpr SettingQuery TroubleCode = {.key = npa::settings::TroubleCode};
+constexpr SettingQuery AdapterDescriptor = {.key = npa::settings::Descriptor};
+constexpr SettingQuery AuthStatus = {.key = npa::settings::AuthStatus,
+                                     .announcement = "802.1x Authentication status...",
+                                     .responseName = "Auth status response"};
+constexpr SettingQuery AuthEnabled = {.key = npa::settings::AuthEnabled,
+                                      .announcement = "802.1x Auth enabled?..."};
+constexpr SettingQuery CertAuthInstalled = {.key = npa::settings::CaInstalled,
+                                            .announcement = "Certificate Authority installed?...",
+                                            .responseName = "Cert auth installed"};
+constexpr SettingQuery AllSecuritySettings = {.key = npa::settings::AllSecurity,
+                                              .announcement = "All security settings...",
+                                              .responseName = "All security settings"};
+constexpr SettingQuery AuthCommonName = {.key = npa::settings::AuthCommonName,
+                                         .announcement = "802.1x Auth common name...",
+                                         .responseName = "Auth common name response"};
 
 constexpr int NoAnswer = -1;
 
@@ -31,29 +36,19 @@ const char* authStatusText(npa::Byte status) {
   return status < npa::AuthStatusTexts.size() ? npa::AuthStatusTexts[status].data() : "";
 }
 
-/// The status of a record, which is its value's first byte; nothing when it did not arrive.
-std::optional<npa::Byte> statusOf(Record record) {
-  return record.size() > RecordValueOffset ? std::optional(record[RecordValueOffset])
-                                           : std::nullopt;
-}
-
 void logStatus(npa::Byte status, const char* text) {
   util::debugLine("Status: %d (%s)", status, text);
 }
 
-/// The status of the first record, logged with its text.
-int firstStatus(std::span<const unsigned char> reply, const SettingQuery& query,
-                const char* (*text)(npa::Byte status)) {
-  int result = NoAnswer;
-  visitRecords(reply, query, [&](Record record) {
-    const auto status = statusOf(record);
-    if (status) {
-      logStatus(*status, text(*status));
-      result = *status;
-    }
-    return status.has_value();
-  });
-  return result;
+/// Logs the status of the first record with its text and returns it.
+int loggedStatus(std::span<const unsigned char> reply, const SettingQuery& query,
+                 const char* (*text)(npa::Byte status)) {
+  const auto status = firstStatusIn(reply, query.key);
+  if (!status) {
+    return NoAnswer;
+  }
+  logStatus(*status, text(*status));
+  return *status;
 }
 
 }  // namespace
@@ -75,20 +70,20 @@ int wnpaGenerator::getAdapterDescriptor() {
 }
 
 int wnpaGenerator::get802AuthStatus() {
-  return firstStatus(collectReply(AuthStatus), AuthStatus, authStatusText);
+  return loggedStatus(collectReply(AuthStatus), AuthStatus, authStatusText);
 }
 
 int wnpaGenerator::get802AuthEnabled() {
-  return firstStatus(collectReply(AuthEnabled), AuthEnabled,
-                     [](npa::Byte status) { return status == 1 ? "enabled" : "disabled"; });
+  return loggedStatus(collectReply(AuthEnabled), AuthEnabled,
+                      [](npa::Byte status) { return status == 1 ? "enabled" : "disabled"; });
 }
 
 int wnpaGenerator::getCertAuthInstalled() {
   int result = NoAnswer;
-  visitRecords(collectReply(CertAuthInstalled), CertAuthInstalled, [&](Record record) {
+  visitRecords(collectReply(CertAuthInstalled), CertAuthInstalled.key, [&](Record record) {
     npa::Byte status = 0;
     if (record[RecordSizeOffset + 1] != 0) {
-      const auto value = statusOf(record);
+      const auto value = statusIn(record);
       if (!value) {
         return false;
       }

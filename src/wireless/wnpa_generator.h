@@ -7,27 +7,34 @@
 
 #include "npa/packet.h"
 #include "npa/send_config.h"
+#include "npa/setting_keys.h"
 #include "settings/config_details.h"
 
-struct Section;
 struct SettingEncoding;
 struct SettingQuery;
 
 /// Builds configuration packets and status queries from the run's settings and exchanges them with
-/// the printer's wireless adapter.
+/// the printer's wireless adapter:
 ///
-/// Its operations stand in one file per subject: packet framing, setting encoders, configuration
-/// sequences, status queries, certificate fields and reads.
+///     configDetails settings;
+///     wnpaGenerator generator(&settings);
+///     if (generator.configBasic() == -1) {  // refused: try once more with bare packets
+///       generator.setWrapMode(false);
+///       generator.configBasic();
+///     }
+///
+/// "Library only" marks the operations that no command of zvkconfig reaches. They are part of the
+/// interface all the same. The operations are in one file per subject, named in each heading.
 class wnpaGenerator {
  public:
-  /// Keeps `configuration`, which the caller owns and which must outlive the generator; wrap mode
+  /// Keeps `configuration`, which the caller owns and which must outlive the generator. Wrap mode
   /// starts on.
   explicit wnpaGenerator(configDetails* configuration);
   ~wnpaGenerator() = default;
   wnpaGenerator(const wnpaGenerator&) = delete;
   wnpaGenerator& operator=(const wnpaGenerator&) = delete;
 
-  /// With wrap mode on, every packet goes out inside another.
+  /// With wrap mode on, every packet is sent inside a wrapper.
   void setWrapMode(bool on) { m_WrapMode = on; }
   bool getWrapMode() const { return m_WrapMode; }
 
@@ -38,7 +45,8 @@ class wnpaGenerator {
   /// Returns 0.
   int constructHeader(unsigned char* object, unsigned int valueSize, char number, char group);
 
-  /// Copies `value` behind the header in `object`, whose whole size is `objectSize`. Returns 0.
+  /// Copies `value` after the header in `object`, whose whole size is `objectSize` bytes. Returns
+  /// 0. Library only.
   int mergeHeaderData(char* value, unsigned char* object, int objectSize);
 
   /// Appends `count` bytes to the packet under construction. Returns 0.
@@ -48,43 +56,42 @@ class wnpaGenerator {
   /// them as one group. Returns the packet's new size.
   int constructAtomicGrouping(int size);
 
-  /// The same for objects that are stored one by one. No sequence does so.
+  /// The same for objects that are stored one by one. Library only.
   int constructLongNetwork(int size);
 
-  /// Puts `packet` of `size` bytes inside another packet. Returns its new size.
+  /// Puts `packet` of `size` bytes into a wrapper. Returns its new size.
   int constructWrapping(std::vector<unsigned char>& packet, int size);
 
-  /// The packet under construction.
+  /// Returns the packet under construction, valid until the next operation. Library only.
   std::span<const unsigned char> packet() const { return m_Packet; }
 
-  /// Sends any bytes as they stand and dumps the reply, for which it waits `timeout` seconds, to
-  /// standard error. Returns 0 whatever came of it.
+  /// Sends `length` bytes unchanged, collects the reply for at most `timeout` seconds and dumps it.
+  /// Returns 0, also without a reply.
   int sendNPAData(unsigned char* data, int length, int timeout);
 
   // --- Setting encoders ---------------------------------------------------------------------
   //
-  // Each appends the objects of one setting to the packet under construction and returns their
-  // size, or appends nothing and returns 0. An unknown text is sent as 0 (channel: 6), one that is
-  // too long is cut. Each tells of its setting on standard error, secrets included, but for channel
-  // and password.
+  // Each appends the objects of one setting to the packet under construction and returns their size
+  // in bytes, or appends nothing and returns 0. An unknown text is sent as 0 (channel: 6), a text
+  // that is too long is cut. Each logs its setting, secrets included, except channel and password.
   //
-  // Of every network (encoders.cpp); the running total is accepted and not looked at:
+  // Of every network (encoders.cpp). The running total is accepted and ignored:
 
   int constructSSID(int* total);
   int constructMode(int* total);
   int constructChannel(int* total);
   int constructSecurity(int* total);
-  /// Asks for the password on the terminal when none is configured and the security needs one.
+  /// Asks for the password on the terminal if none is configured and the security needs one.
   int constructPasswd(int* total);
 
-  // Keys (key_encoders.cpp), an empty one as a header alone:
+  // Keys (key_encoders.cpp). An empty key is sent as a header alone:
 
   int constructPSK();
   int constructWEPKey1();
   int constructWEPKey2();
   int constructWEPKey3();
   int constructWEPKey4();
-  /// Which of the WEP keys is used for sending.
+  /// The number of the WEP key that the adapter sends with.
   int constructWEPTransmit();
   int constructWEPAuth();
 
@@ -94,13 +101,14 @@ class wnpaGenerator {
   int construct802AuthInner();
   int construct802Username();
   int construct802Passwd();
-  /// Six objects: for each method whether it may be used.
+  /// Six objects: for each method, whether it may be used.
   int construct802AuthExtension();
-  /// Whether the adapter is to validate the server's certificate: asks the printer whether it holds
-  /// more than one certificate of its own, or any of an authority. No, when it does not tell.
+  /// Whether the adapter validates the server's certificate. Asks the printer: yes if it holds more
+  /// than one certificate of its own, or any CA certificate; no if it does not answer.
   int construct802ValidateCert();
 
-  // Fields of a certificate request (certificate_fields.cpp):
+  // Fields of a certificate request (certificate_fields.cpp). Library only, except the common
+  // name's use in createCertSignRequest:
 
   int constructCertFriendlyName();
   int constructCertAltName();
@@ -110,131 +118,147 @@ class wnpaGenerator {
   int constructCertOrg();
   int constructCertCommonName();
   int constructCertCountry();
-  /// Has the printer make a request of the fields.
+  /// Makes the printer create a request from the fields.
   int constructCertSignRequest();
 
   // --- Configuration sequences (sequences.cpp) ----------------------------------------------
   //
-  // Each sends one batch of settings and returns the result of `sendConfig::setConfig`, or -1 when
-  // the batch is too large for a packet, and then nothing is sent.
+  // Each sends one batch of settings and returns the result of `sendConfig::setConfig`. If the
+  // batch is too large for a packet, nothing is sent and the result is -1.
 
-  /// Mode, security, channel, SSID and password.
+  /// Sends mode, security, channel, SSID and password (-c).
   int configBasic();
 
-  /// Builds the packet of that batch, as it goes out, without sending it. Returns its size.
+  /// Builds the packet of that batch without sending it. Returns its size.
   int constructBasic();
 
-  /// The configuration that the security asks for: "OPEN", "SHARED", "WPA-PER", "WPA-ENT" or
-  /// "802.1x". Any other sends nothing and gives 0.
+  /// Sends the configuration of the security "OPEN", "SHARED", "WPA-PER", "WPA-ENT" or "802.1x"
+  /// (-ca). Sends nothing and returns 0 for any other.
   int configAdvanced();
-  /// With WEP keys when the encryption is "WEP".
+  /// Includes the WEP keys if the encryption is "WEP".
   int configOpen();
   int configShared();
   int configWPAPersonal();
   int configWPAEnt();
 
-  /// The 802.1x options, and, when those were accepted, a second packet with the network; then asks
-  /// for the authentication status. Returns the result of the second packet, 0 without one.
+  /// Sends the 802.1x options and, if they were accepted, a second packet with the network; then
+  /// asks for the authentication status. Returns the result of the second packet, 0 if none was
+  /// sent.
   int config8021x();
-  /// With WEP keys when the encryption is "WEP-STATIC".
+  /// Includes the WEP keys if the encryption is "WEP-STATIC".
   int set8021xOptions();
 
-  /// The default run: shows the basic configuration's packet on standard error, configures, and
-  /// reports trouble code and IP address. Sends bare packets from the second try on when wrapped
-  /// ones are refused. A missing password is asked for twice, for the packet shown and for the one
-  /// sent. Returns the size of the packet shown.
+  /// Dumps the basic configuration's packet, sends it, and reports trouble code and IP address: the
+  /// default run. Switches to bare packets if the wrapped one is refused. Asks twice for a missing
+  /// password, for the packet dumped and for the packet sent. Returns the size of the packet
+  /// dumped.
   int generate();
 
-  /// Resets the network adapter; returns the result of `sendConfig::resetINA`.
+  /// Resets the network adapter; returns the result of `sendConfig::resetINA` (-r).
   int reset();
 
   // --- Status queries (status_queries.cpp) --------------------------------------------------
   //
   // Each asks for one setting. The first four return what the `sendConfig` operation of their name
-  // returns, which also prints the answer.
+  // returns; it also prints the SSID or the address.
 
-  int getSSID();
-  int getIP();
-  int getTroubleCode();
-  int getAdapterDescriptor();
+  int getSSID();               ///< -s
+  int getIP();                 ///< -ip
+  int getTroubleCode();        ///< -t
+  int getAdapterDescriptor();  ///< -a
 
-  /// The 802.1x authentication status of the first record in the reply, or -1 without one.
+  /// Returns the 802.1x authentication status of the first record in the reply, or -1 without one
+  /// (-802s).
   int get802AuthStatus();
 
-  /// Whether 802.1x authentication is on (1), of the first record in the reply, or -1 without one.
+  // Library only:
+
+  /// Returns whether 802.1x authentication is on (1), from the first record in the reply, or -1
+  /// without one.
   int get802AuthEnabled();
 
-  /// Whether a certificate authority is installed (1), of the last record that has a value, or -1
-  /// without one.
+  /// Returns whether a CA certificate is installed (1), from the last record that has a value, or
+  /// -1 without one.
   int getCertAuthInstalled();
 
-  /// Dumps the reply to standard error. Returns -1, also when there was one.
+  /// Dumps the reply. Returns -1 also if there is one.
   int getAllSecuritySettings();
-
-  /// Dumps the reply to standard error. Returns -1, also when there was one.
   int get802AuthCommonName();
 
   // --- Certificate reads and actions (certificate_reads.cpp) ---------------------------------
-  //
-  // Each dumps the reply to standard error and returns -1, also when there was one, where nothing
-  // else is said.
+
+  /// Reads organisation and common name (-cer). Returns 0 whatever the printer answers.
+  int getCertSettings();
+
+  /// Logs the organisation of each record in the reply. Returns 0 if there is one, else -1.
+  int getCertOrganization();
+
+  /// Dumps the reply. Returns -1 also if there is one.
+  int getCertCommonName();
+
+  // Library only. Each dumps the reply and returns -1, also if there is one:
 
   int getCertCert();
   int getCertCA();
-  int getCertCommonName();
   int getCertFriendlyName();
   int getCertAlternateName();
   int getCSR();
   int generateCertStatus();
-  /// Has the adapter generate a certificate.
+  /// Makes the adapter generate a certificate.
   int generateCertificate();
 
-  /// Tells the organisation of each record in the reply. Returns 0 when there was one, else -1.
-  int getCertOrganization();
-
-  /// Reads organisation and common name. Returns 0 whatever came of it.
-  int getCertSettings();
-
-  /// Sends the common name as a batch of its own. Returns 0 whatever came of it.
+  /// Sends the common name as a batch. Returns 0 whatever the printer answers. Library only.
   int createCertSignRequest();
 
  private:
-  /// Tells of a setting and appends its object.
+  class Encoder;
+  struct Section;
+  struct Batches;
+  enum class Dump { No, Yes };
+
+  // Encoders that append to the packet and return the size of what they appended, 0 for nothing.
+
+  /// Logs a setting and appends its object.
   int encode(const SettingEncoding& encoding);
-  /// Append an object with a four-byte number; with a one-byte flag; with any value. The size field
-  /// is that of the value, unless it is told.
-  int appendCode(npa::Byte group, npa::Byte number, npa::Byte code);
-  int appendFlag(npa::Byte group, npa::Byte number, bool flag);
-  int appendObject(npa::Byte group, npa::Byte number, std::span<npa::Byte> value);
-  int appendObject(npa::Byte group, npa::Byte number, std::span<npa::Byte> value,
-                   std::size_t sizeField);
+  int encodeChannel();
+  int encodeSecurity();
+  int encodePassword();
+
+  /// Appends an object: a 4-byte code, a 1-byte flag, or an arbitrary value. The length field is
+  /// the value's size unless given.
+  int appendCode(npa::SettingKey key, npa::Byte code);
+  int appendFlag(npa::SettingKey key, bool flag);
+  int appendObject(npa::SettingKey key, std::span<npa::Byte> value);
+  int appendObject(npa::SettingKey key, std::span<npa::Byte> value, std::size_t lengthField);
 
   int constructGrouping(int size, npa::DataKind kind);
 
-  /// Clears the packet and encodes the settings of a batch. Returns their size.
-  int encodeBatch(std::span<const Section> sections);
+  /// Clears the packet and appends the settings of a batch.
+  void encodeBatch(std::span<const Section> sections);
 
-  /// Frames the objects in the packet, `size` bytes, wrapped if wrap mode is on. Returns the size.
-  int frameBatch(int size);
+  /// Turns the objects in the packet into one packet, wrapped if wrap mode is on.
+  void frameBatch();
 
-  /// Frames the objects in the packet, `size` bytes, and sends them, dumped first if wanted.
-  int sendBatch(int size, bool dump);
+  /// Frames the objects in the packet and sends them. Returns the result of
+  /// `sendConfig::setConfig`, or -1 with nothing sent if they do not fit a packet.
+  int sendBatch(Dump dump);
 
-  /// Announces, encodes, dumps and sends a batch.
+  /// Logs the announcement, encodes, dumps and sends a batch.
   int configure(const char* announcement, std::span<const Section> sections);
 
-  /// A request as it goes out: wrapped if wrap mode is on.
+  /// Returns a request as it goes out: wrapped if wrap mode is on.
   std::vector<unsigned char> outgoing(std::span<const npa::Byte> packet);
 
   /// Sends the query for one setting through an operation of the exchange.
   int runQuery(const SettingQuery& query, int (sendConfig::*exchange)(unsigned char*, int));
 
-  /// Sends a query and returns the collected reply, empty when there is none.
+  /// Sends a query and returns the collected reply, empty if there is none.
   std::vector<unsigned char> collectReply(const SettingQuery& query);
-  /// The same for a request as it goes out. Tells of the reply under its name, unless it is null.
+  /// The same for a request as it goes out. Logs and dumps the reply under its name, unless that is
+  /// null.
   std::vector<unsigned char> collectReply(std::vector<unsigned char> request,
                                           const char* responseName);
-  /// Sends a query that does nothing with the reply but dump it.
+  /// Sends a query whose reply is only dumped.
   int dumpReply(const SettingQuery& query);
 
   std::vector<unsigned char> m_Packet;

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "util/c_text.h"
+#include "util/format.h"
+#include "util/output.h"
 #include "xml/character_class.h"
 #include "xml/scan.h"
 
@@ -112,7 +114,7 @@ int SimpleSAXParser::parseElement(std::string_view text, std::size_t& position) 
     } else if (xml::isAt(xml::WhiteSpace, text, position)) {
       ++position;
     } else {
-      std::puts("dunno what to do?!");
+      util::writeAnswer("dunno what to do?!\n");
       result = PARSE_ERROR;
     }
   }
@@ -192,9 +194,9 @@ SimpleSAXParser::ParseRetType SimpleSAXParser::parseText(std::string_view text,
 void SimpleSAXParser::showError(ParseRetType ret, std::string_view text,
                                 std::size_t position) const {
   if (position >= text.size()) {
-    std::puts("<<end of string>>");
+    util::writeAnswer("<<end of string>>\n");
   } else if (ret == PARSE_ERROR) {
-    std::printf("Parsing error at character %d, '%c'\n", static_cast<int>(position),
-                text[position]);
+    util::writeAnswer(util::formatted("Parsing error at character %d, '%c'\n",
+                                      static_cast<int>(position), text[position]));
   }
 }

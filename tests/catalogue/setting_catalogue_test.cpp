@@ -1,8 +1,11 @@
 #include "catalogue/setting_catalogue.h"
 
 #include <gtest/gtest.h>
+#include <span>
+#include <string>
+#include <string_view>
 
-#include "testing/bytes.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 
 namespace {
@@ -13,46 +16,38 @@ using support::bytes;
 struct WordsRow : support::Row {
   SettingKey key;
   const char* value;
-  const char* masked;
-  const char* shown;
+  std::string words;
+  std::string shown;  ///< with secrets
 };
+
+WordsRow plainRow(const char* name, SettingKey key, const char* value, const std::string& words) {
+  return {{name}, key, value, words, words};
+}
 
 class DescribeSetting : public testing::TestWithParam<WordsRow> {};
 
 TEST_P(DescribeSetting, PutsTheValueIntoWords) {
   const auto value = bytes(GetParam().value);
-  EXPECT_EQ(catalogue::describeSetting(GetParam().key, value, false), GetParam().masked);
+  EXPECT_EQ(catalogue::describeSetting(GetParam().key, value, false), GetParam().words);
   EXPECT_EQ(catalogue::describeSetting(GetParam().key, value, true), GetParam().shown);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Settings, DescribeSetting,
     testing::Values(
-        WordsRow{{"Text"}, {0x28, 0x08}, "68 69 00", "SSID = \"hi\"", "SSID = \"hi\""},
-        WordsRow{{"OddText"},
-                 {0x28, 0x08},
-                 "68 0A FF",
-                 "SSID = \"h\\x0A\\xFF\"",
-                 "SSID = \"h\\x0A\\xFF\""},
-        WordsRow{{"EmptyText"}, {0x28, 0x08}, "", "SSID = \"\"", "SSID = \"\""},
-        WordsRow{{"NamedNumber"},
-                 {0x28, 0x22},
-                 "00 00 00 02",
-                 "security = 2 (WPA (1 or 2))",
-                 "security = 2 (WPA (1 or 2))"},
-        WordsRow{
-            {"NumberWithoutName"}, {0x28, 0x22}, "00 00 01 02", "security = 258", "security = 258"},
-        WordsRow{{"NumberOfNoBytes"}, {0x28, 0x05}, "", "channel = ", "channel = "},
-        WordsRow{{"NumberOfTooManyBytes"},
-                 {0x28, 0x05},
-                 "01 02 03 04 05",
-                 "channel = 01 02 03 04 05",
-                 "channel = 01 02 03 04 05"},
-        WordsRow{{"Address"},
-                 {0x0A, 0x02},
-                 "0A 00 00 07",
-                 "IP address = 10.0.0.7",
-                 "IP address = 10.0.0.7"},
+        plainRow("Text", {0x28, 0x08}, "68 69 00", "SSID = \"hi\""),
+        plainRow("OddText", {0x28, 0x08}, "68 0A FF", "SSID = \"h\\x0A\\xFF\""),
+        plainRow("EmptyText", {0x28, 0x08}, "", "SSID = \"\""),
+        plainRow("NamedNumber", {0x28, 0x22}, "00 00 00 02", "security = 2 (WPA (1 or 2))"),
+        plainRow("NumberWithoutName", {0x28, 0x22}, "00 00 01 02", "security = 258"),
+        plainRow("FirstWithoutName", {0x28, 0x23}, "00 00 00 03", "WEP authentication = 3"),
+        plainRow("NumberOfNoBytes", {0x28, 0x05}, "", "channel = "),
+        plainRow("NumberOfTooManyBytes", {0x28, 0x05}, "01 02 03 04 05",
+                 "channel = 01 02 03 04 05"),
+        plainRow("AuthStatus", {0x2A, 0x1D}, "02",
+                 "802.1x authentication status = 2 (Authenticated)"),
+        plainRow("Flag", {0x06, 0x14}, "01", "adapter reset = 1"),
+        plainRow("Address", {0x0A, 0x02}, "0A 00 00 07", "IP address = 10.0.0.7"),
         WordsRow{{"Key"}, {0x28, 0x09}, "61 62 00", "WEP key 1 = (3 bytes)", "WEP key 1 = \"ab\""},
         WordsRow{{"Unknown"},
                  {0x28, 0xFE},
@@ -61,77 +56,85 @@ INSTANTIATE_TEST_SUITE_P(
                  "object 28 FE = 61 62"}),
     support::rowName);
 
-WordsRow plainRow(const char* name, SettingKey key, const char* value, const char* words) {
-  return {{name}, key, value, words, words};
-}
+// --- All settings -------------------------------------------------------------------------------
 
-WordsRow secretRow(const char* name, SettingKey key, const char* value, const char* masked,
-                   const char* shown) {
-  return {{name}, key, value, masked, shown};
-}
+/// One line a setting: group and number, kind, "secret" for one that is masked, "low byte" where
+/// the length field holds no more of the size, the name, and what numbers from 0 on mean.
+constexpr std::string_view Settings = R"(06 14 flag adapter reset
+06 1F text adapter descriptor
+0A 02 address IP address
+28 02 number mode: managed|ad-hoc
+28 05 number channel
+28 08 text SSID
+28 09 text secret WEP key 1
+28 0B text secret WEP key 2
+28 0D text secret WEP key 3
+28 0F text secret WEP key 4
+28 11 text secret pre-shared key
+28 15 number trouble code
+28 1F number WEP transmit key
+28 22 number security: none|WEP|WPA (1 or 2)|802.1x|WPA2 only
+28 23 number WEP authentication: auto|open|shared
+28 26 number encryption: none|dynamic WEP|static WEP|TKIP|AES
+2A 02 text 802.1x user
+2A 03 text secret low byte 802.1x password
+2A 06 text certificate organisation
+2A 07 text certificate unit
+2A 08 text certificate state
+2A 09 text certificate country
+2A 0A text low byte certificate common name
+2A 0B text certificate city
+2A 0C flag generate certificate
+2A 0D number certificate generation status
+2A 0E text certificate request
+2A 0F text certificate
+2A 10 text CA certificate
+2A 11 flag CA certificate installed
+2A 12 flag make certificate request
+2A 13 flag 802.1x authentication enabled
+2A 14 flag EAP-MD5 allowed
+2A 15 flag MSCHAPv2 allowed
+2A 16 flag LEAP allowed
+2A 17 flag PEAP allowed
+2A 18 flag EAP-TLS allowed
+2A 19 flag EAP-TTLS allowed
+2A 1A number 802.1x inner authentication: CHAP|MSCHAP|MSCHAPv2|PAP
+2A 1B text 802.1x common name
+2A 1C text certificate alternative name
+2A 1D number 802.1x authentication status: 12 texts
+2A 24 flag validate server certificate
+2A 25 text secret all security settings
+2A 27 text certificate friendly name
+)";
 
-INSTANTIATE_TEST_SUITE_P(
-    Catalogue, DescribeSetting,
-    testing::Values(
-        plainRow("Reset", {0x06, 0x14}, "01", "adapter reset = 1"),
-        plainRow("Descriptor", {0x06, 0x1F}, "61", "adapter descriptor = \"a\""),
-        plainRow("Mode", {0x28, 0x02}, "00 00 00 01", "mode = 1 (ad-hoc)"),
-        plainRow("Channel", {0x28, 0x05}, "00 00 00 0B", "channel = 11"),
-        secretRow("WepKey2", {0x28, 0x0B}, "61 62", "WEP key 2 = (2 bytes)", "WEP key 2 = \"ab\""),
-        secretRow("WepKey3", {0x28, 0x0D}, "61 62", "WEP key 3 = (2 bytes)", "WEP key 3 = \"ab\""),
-        secretRow("WepKey4", {0x28, 0x0F}, "61 62", "WEP key 4 = (2 bytes)", "WEP key 4 = \"ab\""),
-        secretRow("PreSharedKey", {0x28, 0x11}, "61 62", "pre-shared key = (2 bytes)",
-                  "pre-shared key = \"ab\""),
-        plainRow("TroubleCode", {0x28, 0x15}, "00 00 00 07", "trouble code = 7"),
-        plainRow("WepTransmit", {0x28, 0x1F}, "00 00 00 04", "WEP transmit key = 4"),
-        plainRow("WepAuth", {0x28, 0x23}, "00 00 00 02", "WEP authentication = 2 (shared)"),
-        plainRow("WepAuthWithoutName", {0x28, 0x23}, "00 00 00 03", "WEP authentication = 3"),
-        plainRow("Encryption", {0x28, 0x26}, "00 00 00 04", "encryption = 4 (AES)"),
-        plainRow("EncryptionTkip", {0x28, 0x26}, "00 00 00 03", "encryption = 3 (TKIP)"),
-        plainRow("AuthUser", {0x2A, 0x02}, "75 00", "802.1x user = \"u\""),
-        secretRow("AuthPassword", {0x2A, 0x03}, "70 00", "802.1x password = (2 bytes)",
-                  "802.1x password = \"p\""),
-        plainRow("CertOrganization", {0x2A, 0x06}, "61", "certificate organisation = \"a\""),
-        plainRow("CertUnit", {0x2A, 0x07}, "61 00", "certificate unit = \"a\""),
-        plainRow("CertState", {0x2A, 0x08}, "61 00", "certificate state = \"a\""),
-        plainRow("CertCountry", {0x2A, 0x09}, "44 45", "certificate country = \"DE\""),
-        plainRow("CertCommonName", {0x2A, 0x0A}, "61", "certificate common name = \"a\""),
-        plainRow("CertCity", {0x2A, 0x0B}, "61 00", "certificate city = \"a\""),
-        plainRow("CertGenerate", {0x2A, 0x0C}, "01", "generate certificate = 1"),
-        plainRow("CertGenerateStatus", {0x2A, 0x0D}, "01", "certificate generation status = 1"),
-        plainRow("CertRequest", {0x2A, 0x0E}, "61", "certificate request = \"a\""),
-        plainRow("Certificate", {0x2A, 0x0F}, "61", "certificate = \"a\""),
-        plainRow("CaCertificate", {0x2A, 0x10}, "61", "CA certificate = \"a\""),
-        plainRow("CaInstalled", {0x2A, 0x11}, "01", "CA certificate installed = 1"),
-        plainRow("CertSignRequest", {0x2A, 0x12}, "01", "make certificate request = 1"),
-        plainRow("AuthEnabled", {0x2A, 0x13}, "01", "802.1x authentication enabled = 1"),
-        plainRow("MethodMd5", {0x2A, 0x14}, "01", "EAP-MD5 allowed = 1"),
-        plainRow("MethodMsChapV2", {0x2A, 0x15}, "00", "MSCHAPv2 allowed = 0"),
-        plainRow("MethodLeap", {0x2A, 0x16}, "01", "LEAP allowed = 1"),
-        plainRow("MethodPeap", {0x2A, 0x17}, "01", "PEAP allowed = 1"),
-        plainRow("MethodTls", {0x2A, 0x18}, "01", "EAP-TLS allowed = 1"),
-        plainRow("MethodTtls", {0x2A, 0x19}, "01", "EAP-TTLS allowed = 1"),
-        plainRow("InnerAuth", {0x2A, 0x1A}, "00 00 00 03", "802.1x inner authentication = 3 (PAP)"),
-        plainRow("InnerAuthMsChapV2", {0x2A, 0x1A}, "00 00 00 02",
-                 "802.1x inner authentication = 2 (MSCHAPv2)"),
-        plainRow("AuthCommonName", {0x2A, 0x1B}, "61", "802.1x common name = \"a\""),
-        plainRow("CertAlternateName", {0x2A, 0x1C}, "61 00",
-                 "certificate alternative name = \"a\""),
-        plainRow("AuthStatus", {0x2A, 0x1D}, "02",
-                 "802.1x authentication status = 2 (Authenticated)"),
-        plainRow("ValidateCert", {0x2A, 0x24}, "01", "validate server certificate = 1"),
-        secretRow("AllSecurity", {0x2A, 0x25}, "61", "all security settings = (1 bytes)",
-                  "all security settings = \"a\""),
-        plainRow("CertFriendlyName", {0x2A, 0x27}, "61 00", "certificate friendly name = \"a\"")),
-    support::rowName);
-
-TEST(SettingCatalogue, IsInTheOrderOfNumbersAndKnowsEachGroup) {
-  const auto catalogue = catalogue::settingCatalogue();
-  EXPECT_EQ(catalogue.size(), 45U);
-  for (std::size_t i = 0; i < catalogue.size(); ++i) {
-    EXPECT_FALSE(catalogue::groupName(catalogue[i].key.group).empty()) << catalogue[i].name;
-    EXPECT_TRUE(i == 0 || catalogue[i - 1].key < catalogue[i].key) << catalogue[i].name;
+std::string lineOf(const catalogue::SettingInfo& info) {
+  constexpr const char* kinds[] = {" text ", " number ", " flag ", " address "};
+  std::string line = packets::hexText({info.key.group, info.key.object});
+  line.append(kinds[static_cast<std::size_t>(info.kind)]);
+  line.append(info.secret ? "secret " : "").append(info.sizeIsLowByte ? "low byte " : "");
+  line.append(info.name);
+  if (info.numberNames.size() > 5) {  // those of the status, which the query's tests look at
+    return line + ": " + std::to_string(info.numberNames.size()) + " texts\n";
   }
+  const char* separator = ": ";
+  for (const std::string_view name : info.numberNames) {
+    line.append(separator).append(name);
+    separator = "|";
+  }
+  return line + "\n";
+}
+
+TEST(SettingCatalogue, HoldsEverySettingInTheOrderOfNumbers) {
+  std::string lines;
+  for (const catalogue::SettingInfo& info : catalogue::settingCatalogue()) {
+    lines += lineOf(info);
+    EXPECT_FALSE(catalogue::groupName(info.key.group).empty()) << info.name;
+    EXPECT_EQ(catalogue::isSecret(info.key), info.secret) << info.name;
+  }
+  EXPECT_EQ(lines, Settings);
+}
+
+TEST(SettingCatalogue, NamesTheGroups) {
   EXPECT_EQ(catalogue::groupName(0x28), "wireless network");
   EXPECT_EQ(catalogue::groupName(0x29), "");
 }

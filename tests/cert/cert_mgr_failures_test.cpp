@@ -6,8 +6,8 @@
 #include "cert/cert_mgr.h"
 #include "testing/certificates.h"
 #include "testing/files.h"
-#include "testing/object_store.h"
-#include "testing/output.h"
+#include "testing/object_store_printer.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 
 // What each operation makes of a reply that says no success, or of none.
@@ -133,13 +133,13 @@ TEST_P(FailedCall, IsOneWithoutAStatus) {
   line.replace(8, 7, "");
   EXPECT_EQ(errorOf(replyPacket(replyXml(""))), errorLine("0") + line);
   // No reply of the object store's at all.
-  EXPECT_EQ(errorOf(bytes("A5 00 03 50 E0 01")), errorLine("0") + line);
+  EXPECT_EQ(errorOf(packets::Accepted), errorLine("0") + line);
   EXPECT_EQ(errorOf(bytes("A5 00 08 50 E0 C0 03 00 01 00 E1")), errorLine("0") + line);
 }
 
 TEST_P(FailedCall, SaysNothingWithoutAReply) {
   EXPECT_EQ(errorOf(Bytes()), "");
-  EXPECT_EQ(errorOf(bytes("A5 00 02 D4 E0")), "");
+  EXPECT_EQ(errorOf(packets::Refused), "");
 }
 
 TEST_P(FailedCall, AddsNothingWithoutAPrinter) {

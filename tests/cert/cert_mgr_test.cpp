@@ -11,20 +11,16 @@
 
 namespace {
 
-using support::callXml;
+using support::callText;
 using support::CertManager;
 using support::DefaultFriendlyName;
-using support::deletionOf;
-using support::inMap;
+using support::deleteCertText;
 using support::listChild;
 using support::Output;
 using support::outputOf;
-using support::parameter;
 using support::success;
 using support::textChild;
 using Names = std::vector<std::string>;
-
-const std::string CaQuery = callXml(420, "queryCAList", "");
 
 // --- Construction -------------------------------------------------------------------------------
 
@@ -61,16 +57,15 @@ TEST_F(CertManager, DeletesACertificateByItsFriendlyName) {
   EXPECT_EQ(run([](CertMgr& manager) { return manager.deleteCert("mine"); }), 0);
   EXPECT_EQ(run([](CertMgr& manager) { return manager.deleteCert(nullptr); }), 0);
   EXPECT_EQ(run([](CertMgr& manager) { return manager.deleteCert(""); }), 0);
-  EXPECT_EQ(calls(), (Names{deletionOf("mine"), deletionOf(DefaultFriendlyName), deletionOf("")}));
+  EXPECT_EQ(calls(), (Names{deleteCertText("mine"), deleteCertText(DefaultFriendlyName),
+                            deleteCertText("")}));
   EXPECT_EQ(output, Output());
 }
 
 TEST_F(CertManager, DeletesACaCertificateByItsName) {
   answer({success()});
   EXPECT_EQ(run([](CertMgr& manager) { return manager.deleteCACert("a %s & b"); }), 0);
-  EXPECT_EQ(calls(),
-            (Names{callXml(410, "deleteIndividualCA",
-                           inMap(parameter("ca_common_name", "StringElem", "a %s & b")))}));
+  EXPECT_EQ(calls(), Names{support::deleteCaText("a %s & b")});
 }
 
 TEST_F(CertManager, GivesWhatThePrinterKnowsOfACaCertificate) {
@@ -81,9 +76,7 @@ TEST_F(CertManager, GivesWhatThePrinterKnowsOfACaCertificate) {
       run([&](CertMgr& manager) { return manager.getCAInfo("x", texts[0], texts[1], texts[2]); }),
       0);
   EXPECT_EQ(texts, (Names{"ca.pem", "/certs/1", "RootCA"}));
-  EXPECT_EQ(
-      calls(),
-      (Names{callXml(430, "queryCAInfo", inMap(parameter("ca_common_name", "StringElem", "x")))}));
+  EXPECT_EQ(calls(), Names{support::caInfoText("x")});
   EXPECT_EQ(output, Output());
 }
 
@@ -92,7 +85,7 @@ TEST_F(CertManager, ListsFriendlyNamesAndShowsThem) {
   Names names = {"old"};
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.getCertFriendlyNameList(names); }), 0);
   EXPECT_EQ(names, (Names{"first", "sec%nd"}));
-  EXPECT_EQ(calls(), (Names{callXml(520, "queryCertList", "")}));
+  EXPECT_EQ(calls(), Names{callText("queryCertList", 520)});
   EXPECT_EQ(output.err,
             "D [ZVK] List of friendly names (2):\n"
             "D [ZVK] [0] first\n"
@@ -112,7 +105,7 @@ TEST_F(CertManager, ListsCaCertificatesSilently) {
   Names names = {"old"};
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.getCACommonNameList(names); }), 0);
   EXPECT_EQ(names, (Names{"first", "second"}));
-  EXPECT_EQ(calls(), (Names{CaQuery}));
+  EXPECT_EQ(calls(), Names{callText("queryCAList", 420)});
   EXPECT_EQ(output, Output());
 }
 

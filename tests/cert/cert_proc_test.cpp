@@ -8,8 +8,7 @@
 #include <vector>
 
 #include "testing/files.h"
-#include "testing/object_store.h"
-#include "testing/output.h"
+#include "testing/object_store_printer.h"
 #include "testing/settings.h"
 
 namespace {
@@ -17,8 +16,8 @@ namespace {
 using support::Bytes;
 using support::failure;
 using support::Output;
-using support::outputOf;
 using support::success;
+using support::text;
 using support::textChild;
 using support::TransportGone;
 
@@ -26,9 +25,7 @@ class CertificateCommand : public support::ObjectStorePrinter {
  protected:
   int run(std::string command, std::vector<std::string> options = {}) {
     configDetails configuration = support::settings(std::move(options));
-    int result = -77;
-    output = outputOf([&] { result = CertProc().run(command, configuration); });
-    return result;
+    return resultOf([&] { return CertProc().run(command, configuration); }, output);
   }
 
   support::TemporaryFolder folder;
@@ -100,8 +97,7 @@ class CsrOptions : public CertificateCommand {
 
   static constexpr const char* Created =
       "D [ZVK] Certificate Request successfully created! Now saving...\n";
-  const Bytes Request =
-      success(R"(<child name="cert_dot_csr_file"><BinaryElem>QUJD</BinaryElem></child>)");
+  const Bytes Request = success(support::binaryChild("cert_dot_csr_file", "QUJD"));
 
   std::string path = folder.path("request");
 };
@@ -112,16 +108,11 @@ TEST_F(CsrOptions, MakeARequestThatIsSaved) {
   EXPECT_EQ(output, (Output{"", given() + Created + "D [ZVK] Certificate Request saved to '" +
                                     path + "'!\n" + TransportGone}));
   EXPECT_EQ(support::fileContent(path), "ABC");
-  EXPECT_NE(calls().at(1).find("<child name=\"cert_friendly_name\"><StringElem>Quorvanthelisdorm"
-                               "</StringElem></child><child name=\"x509_O\"><StringElem>o"
-                               "</StringElem></child><child name=\"x509_AN\"><StringElem>an"
-                               "</StringElem></child><child name=\"x509_C\"><StringElem>c"
-                               "</StringElem></child><child name=\"x509_CN\"><StringElem>c%n"
-                               "</StringElem></child><child name=\"x509_L\"><StringElem>l"
-                               "</StringElem></child><child name=\"x509_OU\"><StringElem>ou"
-                               "</StringElem></child><child name=\"x509_ST\"><StringElem>st"),
-            std::string::npos)
-      << calls().at(1);
+  EXPECT_EQ(calls().at(1),
+            support::callText("generateNewCert", 200,
+                              {text("cert_friendly_name", "Quorvanthelisdorm"), text("x509_O", "o"),
+                               text("x509_AN", "an"), text("x509_C", "c"), text("x509_CN", "c%n"),
+                               text("x509_L", "l"), text("x509_OU", "ou"), text("x509_ST", "st")}));
 }
 
 TEST_F(CsrOptions, AreNotRequired) {

@@ -10,15 +10,13 @@
 
 namespace {
 
+using support::binaryChild;
 using support::Bytes;
-using support::callXml;
 using support::CertManager;
 using support::DefaultFriendlyName;
-using support::deletionOf;
+using support::deleteCertText;
 using support::failure;
-using support::inMap;
 using support::Output;
-using support::parameter;
 using support::success;
 using support::textChild;
 using Names = std::vector<std::string>;
@@ -31,11 +29,12 @@ int createRequest(CertMgr& manager, const char* friendlyName = nullptr) {
 
 std::string generation(const std::string& friendlyName, const Names& texts) {
   const Names names = {"x509_O", "x509_AN", "x509_C", "x509_CN", "x509_L", "x509_OU", "x509_ST"};
-  std::string children = parameter("cert_friendly_name", "StringElem", friendlyName);
+  std::vector<support::CallParameter> parameters = {
+      support::text("cert_friendly_name", friendlyName)};
   for (std::size_t i = 0; i < names.size(); ++i) {
-    children += parameter(names[i], "StringElem", texts[i]);
+    parameters.push_back(support::text(names[i], texts[i]));
   }
-  return callXml(200, "generateNewCert", inMap(children));
+  return support::callText("generateNewCert", 200, parameters);
 }
 
 const Names Subject = {"o", "an", "c", "cn", "l", "ou", "st"};
@@ -44,7 +43,7 @@ TEST_F(CertManager, RemovesTheOldCertificateAndThenHasARequestMade) {
   answer({success()});
   EXPECT_EQ(run([](CertMgr& manager) { return createRequest(manager); }), 0);
   EXPECT_EQ(calls(),
-            (Names{deletionOf(DefaultFriendlyName), generation(DefaultFriendlyName, Subject)}));
+            (Names{deleteCertText(DefaultFriendlyName), generation(DefaultFriendlyName, Subject)}));
   EXPECT_EQ(output, Output());
 }
 
@@ -67,7 +66,7 @@ TEST_F(CertManager, EscapesTheSubjectButNotTheFriendlyName) {
   run([](CertMgr& manager) {
     return manager.creatCertRequest("o&", "ou\"", "c'", "st<", "l>", "%s%n", "an&amp;", "a&b<c>");
   });
-  EXPECT_EQ(calls(), (Names{deletionOf("a&b<c>"),
+  EXPECT_EQ(calls(), (Names{deleteCertText("a&b<c>"),
                             generation("a&b<c>", {"o&amp;", "an&amp;amp;", "c&apos;", "%s%n",
                                                   "l&gt;", "ou&quot;", "st&lt;"})}));
 }
@@ -135,10 +134,6 @@ TEST_F(CertManager, ReadsTheDefaultsOfARequest) {
 
 // --- Saving the request -------------------------------------------------------------------------
 
-std::string requestChild(const std::string& base64) {
-  return R"(<child name="cert_dot_csr_file"><BinaryElem>)" + base64 + "</BinaryElem></child>";
-}
-
 class SaveCertRequest : public CertManager {
  protected:
   int save(const char* friendlyName = nullptr) {
@@ -150,13 +145,10 @@ class SaveCertRequest : public CertManager {
 };
 
 TEST_F(SaveCertRequest, WritesTheDecodedBytesAlone) {
-  answer({success(requestChild("QUJD"))});
+  answer({success(binaryChild("cert_dot_csr_file", "QUJD"))});
   EXPECT_EQ(save(), 0);
   EXPECT_EQ(support::fileContent(path), "ABC");
-  EXPECT_EQ(
-      calls(),
-      (Names{callXml(210, "exportPubKey",
-                     inMap(parameter("cert_friendly_name", "StringElem", DefaultFriendlyName)))}));
+  EXPECT_EQ(calls(), Names{support::exportText(DefaultFriendlyName)});
   EXPECT_EQ(output, Output());
 }
 
@@ -168,7 +160,8 @@ TEST_F(SaveCertRequest, WritesAnEmptyFileForAnEmptyRequest) {
 }
 
 TEST_F(SaveCertRequest, TakesAReplyThatIsCutBehindItsStatusForOneWithoutARequest) {
-  const std::string whole = support::replyXml(support::statusChildren("1") + requestChild("QUJD"));
+  const std::string whole =
+      support::replyXml(support::statusChildren("1") + binaryChild("cert_dot_csr_file", "QUJD"));
   const std::size_t end = whole.find("</BinaryElem>");
   answer({support::replyPacket(whole.substr(0, end))});
   EXPECT_EQ(save(), 0);
@@ -179,7 +172,8 @@ TEST_F(SaveCertRequest, TakesARequestOf16384BytesAndNoLargerOne) {
   folder.write("request", "before");
   // 5461 groups of three bytes and one of one or two.
   const std::string groups(std::size_t{4} * 5461, 'A');
-  answer({success(requestChild(groups + "AAA=")), success(requestChild(groups + "AA=="))});
+  answer({success(binaryChild("cert_dot_csr_file", groups + "AAA=")),
+          success(binaryChild("cert_dot_csr_file", groups + "AA=="))});
   EXPECT_EQ(save(), -1);
   EXPECT_EQ(support::fileContent(path), "before");
   EXPECT_EQ(output, Output());
@@ -189,7 +183,7 @@ TEST_F(SaveCertRequest, TakesARequestOf16384BytesAndNoLargerOne) {
 
 TEST_F(SaveCertRequest, FailsWhenTheFileCannotBeWritten) {
   path = folder.path("absent/request");
-  answer({success(requestChild("QUJD"))});
+  answer({success(binaryChild("cert_dot_csr_file", "QUJD"))});
   EXPECT_EQ(save(), -1);
   EXPECT_EQ(output, Output());
   path = "/dev/full";

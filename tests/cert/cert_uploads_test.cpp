@@ -12,45 +12,29 @@
 
 namespace {
 
-using support::callXml;
 using support::CertManager;
 using support::DefaultFriendlyName;
 using support::failure;
-using support::inMap;
 using support::listChild;
 using support::Output;
-using support::parameter;
 using support::success;
+using support::uploadCaText;
+using support::uploadSignedText;
 using Names = std::vector<std::string>;
 
-const std::string CaQuery = callXml(420, "queryCAList", "");
+const std::string CaQuery = support::callText("queryCAList", 420);
 
 /// RootCA, valid from 2020-01-05 to 2030-12-25.
 constexpr const char* RootCaName = "RootCA_Jan__5_2020_To_Dec_25_2030";
 
 // --- Uploads ------------------------------------------------------------------------------------
 
-std::string signedUpload(const std::string& name, const std::string& size,
-                         const std::string& base64) {
-  return callXml(500, "uploadSignedCertFile",
-                 inMap(parameter("cert_friendly_name", "StringElem", name) +
-                       parameter("cert_syst_dot_pem_size", "IntegerElem", size) +
-                       parameter("cert_syst_dot_pem_file", "BinaryElem", base64)));
-}
-
-std::string caUpload(const std::string& name, const std::string& size, const std::string& base64) {
-  return callXml(400, "uploadNewCAFile",
-                 inMap(parameter("ca_file_name", "StringElem", name) +
-                       parameter("ca_dot_pem_size", "IntegerElem", size) +
-                       parameter("ca_dot_pem_file", "BinaryElem", base64)));
-}
-
 TEST_F(CertManager, UploadsASignedCertificateWithItsOwnSize) {
   answer({success()});
   const std::string path = folder.write("signed.pem", "ABCD");
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.installSignedCert(path.c_str(), nullptr); }),
             0);
-  EXPECT_EQ(calls(), (Names{signedUpload(DefaultFriendlyName, "4", "QUJDRA==")}));
+  EXPECT_EQ(calls(), Names{uploadSignedText(DefaultFriendlyName, "ABCD")});
   EXPECT_EQ(output.err, loading(path));
 }
 
@@ -58,7 +42,7 @@ TEST_F(CertManager, UploadsACaCertificateUnderTheFilesOwnName) {
   answer({success()});
   const std::string path = folder.write("my ca.pem", "no PEM");
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), 0);
-  EXPECT_EQ(calls(), (Names{caUpload("my ca.pem", "6", "bm8gUEVN")}));
+  EXPECT_EQ(calls(), Names{uploadCaText("my ca.pem", "no PEM")});
   EXPECT_EQ(output.err, loading(path) + "D [ZVK] PEM_read failed?!\n");
 }
 
@@ -69,13 +53,14 @@ TEST_F(CertManager, UploadsFromAPathWithoutASlash) {
   std::filesystem::current_path(folder.path(""));
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert("ca.pem"); }), 0);
   std::filesystem::current_path(before);
-  EXPECT_EQ(calls(), (Names{caUpload("ca.pem", "1", "eA==")}));
+  EXPECT_EQ(calls(), Names{uploadCaText("ca.pem", "x")});
 }
 
 TEST_F(CertManager, UploadsWhatFitsTheRequestAndNothingLarger) {
   answer({success()});
-  // Base64 text comes in groups of four for three bytes.
-  const std::size_t room = (16383 - signedUpload(DefaultFriendlyName, "11111", "").size()) / 4 * 3;
+  // Base64 text comes in groups of four for three bytes. The size has five digits instead of one.
+  const std::size_t empty = uploadSignedText(DefaultFriendlyName, "").size() + 4;
+  const std::size_t room = (16383 - empty) / 4 * 3;
   const auto upload = [&](std::size_t size) {
     const std::string path = folder.write("f", std::string(size, 'x'));
     return std::pair(
@@ -120,8 +105,7 @@ TEST_F(CertManager, UploadsNothingOfAFileThatCannotBeRead) {
 class CaCertificate : public CertManager {
  protected:
   std::string path = folder.write("ca.pem", support::certificatePem());
-  std::string deletion = callXml(410, "deleteIndividualCA",
-                                 inMap(parameter("ca_common_name", "StringElem", RootCaName)));
+  std::string deletion = support::deleteCaText(RootCaName);
   std::string toMatch = "D [ZVK] CA Common name to match: '" + std::string(RootCaName) + "'\n";
 
   int remove() {

@@ -4,17 +4,16 @@
 #include <vector>
 
 #include "cert/cert_mgr.h"
-#include "testing/object_store.h"
-#include "testing/output.h"
+#include "testing/object_store_printer.h"
+#include "testing/packets.h"
 
 namespace {
 
+using packets::Sniff;
 using support::Bytes;
 using support::bytes;
 using support::joined;
 using support::textBytes;
-
-const Bytes Sniff = bytes("A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E");
 
 // --- The command --------------------------------------------------------------------------------
 
@@ -112,7 +111,7 @@ TEST(DeleteByteArrayPtr, TakesANullPointer) {
 
 // --- The reply ----------------------------------------------------------------------------------
 
-const Bytes Marker = bytes("E0 C0 03 00 01 00 E0");
+const Bytes& Marker = support::ReplyMarker;
 
 struct Extraction {
   int result;
@@ -250,7 +249,7 @@ TEST_F(GetObjStoreResponse, GivesAnEmptyTextForAForeignReply) {
 TEST_F(GetObjStoreResponse, LeavesTheTextAloneWithoutAReply) {
   EXPECT_EQ(call(""), 0);
   EXPECT_EQ(text, "(untouched)");
-  answer({bytes("A5 00 02 D4 E0")});
+  answer({packets::Refused});
   EXPECT_EQ(call(""), 0);
   EXPECT_EQ(text, "(untouched)");
 }

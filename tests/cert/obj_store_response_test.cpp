@@ -5,33 +5,19 @@
 #include <string>
 #include <vector>
 
+#include "testing/object_store.h"
+
 namespace {
 
+using support::binaryChild;
+using support::listChild;
+using support::replyXml;
+using support::textChild;
 using Names = std::vector<std::string>;
 
-std::string child(const std::string& name, const std::string& value) {
-  return "<child name=\"" + name + "\">" + value + "</child>";
-}
-
-std::string text(const std::string& value) {
-  return "<StringElem>" + value + "</StringElem>";
-}
-
-std::string status(const std::string& code) {
-  return child("status_code", "<IntegerElem>" + code + "</IntegerElem>");
-}
-
-std::string reply(const std::string& children) {
-  return R"(<?xml version="1.0" encoding="UTF-8"?><response><MapElem>)" + children +
-         "</MapElem></response>";
-}
-
-std::string list(const Names& names) {
-  std::string entries;
-  for (const std::string& name : names) {
-    entries += text(name);
-  }
-  return child("cert_list", "<ListElem>" + entries + "</ListElem>");
+/// The children of a status without a message.
+std::string status(std::string_view code) {
+  return support::statusChildren(code);
 }
 
 ObjStoreResponse responseOf(const std::string& xml) {
@@ -81,15 +67,15 @@ TEST(ObjStoreResponse, OfNothingIsEmptyThroughout) {
 }
 
 TEST(ObjStoreResponse, LoadsReplaceTheTextBefore) {
-  ObjStoreResponse response = responseOf(reply(status("1")));
-  response.loadXML(reply(status("2")).c_str());
+  ObjStoreResponse response = responseOf(replyXml(status("1")));
+  response.loadXML(replyXml(status("2")).c_str());
   EXPECT_EQ(response.getCMStatusCode(), 2);
   response.loadXML(nullptr);
   EXPECT_EQ(response.getCMStatusCode(), 0);
 }
 
 TEST(ObjStoreResponse, KeepsACopyOfTheText) {
-  std::string xml = reply(status("1"));
+  std::string xml = replyXml(status("1"));
   const ObjStoreResponse response = responseOf(xml);
   const std::unique_ptr<ObjStoreResponse> copy = std::make_unique<ObjStoreResponse>(response);
   xml.assign(xml.size(), '?');
@@ -98,28 +84,28 @@ TEST(ObjStoreResponse, KeepsACopyOfTheText) {
 }
 
 TEST(ObjStoreStatus, IsReadLikeAtoi) {
-  EXPECT_EQ(responseOf(reply(status("1"))).getCMStatusCode(), 1);
-  EXPECT_EQ(responseOf(reply(status("-17"))).getCMStatusCode(), -17);
-  EXPECT_EQ(responseOf(reply(status(" 01x"))).getCMStatusCode(), 1);
-  EXPECT_EQ(responseOf(reply(status("x"))).getCMStatusCode(), 0);
-  EXPECT_EQ(responseOf(reply(status(""))).getCMStatusCode(), 0);
-  EXPECT_EQ(responseOf(reply("")).getCMStatusCode(), 0);
-  EXPECT_EQ(responseOf(reply(child("status_code", text("1")))).getCMStatusCode(), 0);
+  EXPECT_EQ(responseOf(replyXml(status("1"))).getCMStatusCode(), 1);
+  EXPECT_EQ(responseOf(replyXml(status("-17"))).getCMStatusCode(), -17);
+  EXPECT_EQ(responseOf(replyXml(status(" 01x"))).getCMStatusCode(), 1);
+  EXPECT_EQ(responseOf(replyXml(status("x"))).getCMStatusCode(), 0);
+  EXPECT_EQ(responseOf(replyXml(status(""))).getCMStatusCode(), 0);
+  EXPECT_EQ(responseOf(replyXml("")).getCMStatusCode(), 0);
+  EXPECT_EQ(responseOf(replyXml(textChild("status_code", "1"))).getCMStatusCode(), 0);
 }
 
 TEST(ObjStoreStatus, MessageAndFriendlyNameNeedNoSuccess) {
   const ObjStoreResponse response =
-      responseOf(reply(status("7") + child("status_mesg", text("no &quot;such&quot; name")) +
-                       child("cert_friendly_name", text("Office"))));
+      responseOf(replyXml(support::statusChildren("7", "no &quot;such&quot; name") +
+                          textChild("cert_friendly_name", "Office")));
   EXPECT_EQ(response.getStatusMesg(), "no \"such\" name");
   EXPECT_EQ(response.getCMCertFriendlyName(), "Office");
 }
 
 TEST(ObjStoreDefaults, AreAssignedInTheirOrder) {
   const std::string xml =
-      reply(child("x509_AN", text("g")) + child("x509_CN", text("f")) + child("x509_L", text("e")) +
-            child("x509_ST", text("d")) + child("x509_C", text("c")) + child("x509_OU", text("b")) +
-            child("x509_O", text("a")) + status("1"));
+      replyXml(textChild("x509_AN", "g") + textChild("x509_CN", "f") + textChild("x509_L", "e") +
+               textChild("x509_ST", "d") + textChild("x509_C", "c") + textChild("x509_OU", "b") +
+               textChild("x509_O", "a") + status("1"));
   Defaults defaults;
   EXPECT_TRUE(defaults.read(responseOf(xml)));
   EXPECT_EQ(defaults.all(), (Names{"a", "b", "c", "d", "e", "f", "g"}));
@@ -127,14 +113,14 @@ TEST(ObjStoreDefaults, AreAssignedInTheirOrder) {
 
 TEST(ObjStoreDefaults, ThatAreMissingAreEmpty) {
   Defaults defaults;
-  EXPECT_TRUE(defaults.read(responseOf(reply(status("1") + child("x509_C", text("IE"))))));
+  EXPECT_TRUE(defaults.read(responseOf(replyXml(status("1") + textChild("x509_C", "IE")))));
   EXPECT_EQ(defaults.all(), (Names{"", "", "IE", "", "", "", ""}));
 }
 
 TEST(ObjStoreDefaults, AreLeftAloneWithoutSuccess) {
   for (const char* code : {"0", "2", "01", "1 ", "1x", "+1", ""}) {
     Defaults defaults;
-    EXPECT_FALSE(defaults.read(responseOf(reply(status(code) + child("x509_O", text("a"))))))
+    EXPECT_FALSE(defaults.read(responseOf(replyXml(status(code) + textChild("x509_O", "a")))))
         << code;
     EXPECT_EQ(defaults.all(), Names(7, "#")) << code;
   }
@@ -142,46 +128,46 @@ TEST(ObjStoreDefaults, AreLeftAloneWithoutSuccess) {
 
 TEST(ObjStoreDefaults, LeadingSpaceOfTheStatusIsDroppedByTheParser) {
   Defaults defaults;
-  EXPECT_TRUE(defaults.read(responseOf(reply(status(" \n1")))));
-  EXPECT_FALSE(defaults.read(responseOf(reply(status("&no; 1")))));
+  EXPECT_TRUE(defaults.read(responseOf(replyXml(status(" \n1")))));
+  EXPECT_FALSE(defaults.read(responseOf(replyXml(status("&no; 1")))));
 }
 
 TEST(ObjStoreCAInfo, IsAssignedOnSuccess) {
-  const std::string values = child("ca_file_name", text("root.pem")) +
-                             child("ca_dot_pem_path", text("/certs/root.pem")) +
-                             child("ca_common_name", text("RootCA"));
+  const std::string values = textChild("ca_file_name", "root.pem") +
+                             textChild("ca_dot_pem_path", "/certs/root.pem") +
+                             textChild("ca_common_name", "RootCA");
   std::string fileName = "#";
   std::string pemPath = "#";
   std::string commonName = "#";
-  responseOf(reply(status("2") + values)).getCMCAInfo(fileName, pemPath, commonName);
+  responseOf(replyXml(status("2") + values)).getCMCAInfo(fileName, pemPath, commonName);
   EXPECT_EQ(fileName + pemPath + commonName, "###");
-  responseOf(reply(status("1") + values)).getCMCAInfo(fileName, pemPath, commonName);
+  responseOf(replyXml(status("1") + values)).getCMCAInfo(fileName, pemPath, commonName);
   EXPECT_EQ(fileName, "root.pem");
   EXPECT_EQ(pemPath, "/certs/root.pem");
   EXPECT_EQ(commonName, "RootCA");
 }
 
 TEST(ObjStoreLists, ComeInDocumentOrder) {
-  const ObjStoreResponse response = responseOf(reply(status("1") + list({"b", "a"})));
+  const ObjStoreResponse response = responseOf(replyXml(status("1") + listChild({"b", "a"})));
   EXPECT_EQ(friendlyNames(response), (Names{"b", "a"}));
   EXPECT_EQ(commonNames(response), (Names{"b", "a"}));
 }
 
 TEST(ObjStoreLists, ReplaceWhatTheVectorHeld) {
   Names names = {"old", "older"};
-  responseOf(reply(status("1") + list({"new"}))).getCMFriendlyNameList(names);
+  responseOf(replyXml(status("1") + listChild({"new"}))).getCMFriendlyNameList(names);
   EXPECT_EQ(names, Names{"new"});
-  responseOf(reply(status("1"))).getCMCACommonNameList(names);
+  responseOf(replyXml(status("1"))).getCMCACommonNameList(names);
   EXPECT_EQ(names, Names{});
 }
 
 TEST(ObjStoreLists, AreLeftAloneWithoutSuccess) {
   Names names = {"old"};
-  const ObjStoreResponse response = responseOf(reply(status("2") + list({"new"})));
+  const ObjStoreResponse response = responseOf(replyXml(status("2") + listChild({"new"})));
   response.getCMFriendlyNameList(names);
   response.getCMCACommonNameList(names);
   EXPECT_EQ(names, Names{"old"});
-  responseOf(reply(status("01") + list({"new"}))).getCMFriendlyNameList(names);
+  responseOf(replyXml(status("01") + listChild({"new"}))).getCMFriendlyNameList(names);
   EXPECT_EQ(names, Names{"old"});
 }
 
@@ -189,7 +175,7 @@ TEST(ObjStoreLists, HoldNineNamesAtMost) {
   Names all;
   for (int i = 1; i <= 12; ++i) {
     all.push_back("name" + std::to_string(i));
-    const ObjStoreResponse response = responseOf(reply(status("1") + list(all)));
+    const ObjStoreResponse response = responseOf(replyXml(status("1") + listChild(all)));
     const Names expected(all.begin(), all.begin() + std::min(i, 9));
     EXPECT_EQ(friendlyNames(response), expected);
     EXPECT_EQ(commonNames(response), expected);
@@ -197,18 +183,20 @@ TEST(ObjStoreLists, HoldNineNamesAtMost) {
 }
 
 TEST(ObjStoreLists, EndAtAnEmptyEntry) {
-  EXPECT_EQ(friendlyNames(responseOf(reply(status("1") + list({"a", "", "c"})))), Names{"a"});
-  EXPECT_EQ(friendlyNames(responseOf(reply(status("1") + list({"", "b"})))), Names{});
+  EXPECT_EQ(friendlyNames(responseOf(replyXml(status("1") + listChild({"a", "", "c"})))),
+            Names{"a"});
+  EXPECT_EQ(friendlyNames(responseOf(replyXml(status("1") + listChild({"", "b"})))), Names{});
 }
 
 TEST(ObjStoreLists, AreReadFromTheListChildAlone) {
-  const std::string other = child("other_list", "<ListElem>" + text("x") + "</ListElem>");
-  EXPECT_EQ(friendlyNames(responseOf(reply(status("1") + other + list({"a"})))), Names{"a"});
+  const std::string other = listChild({"x"}, "other_list");
+  EXPECT_EQ(friendlyNames(responseOf(replyXml(status("1") + other + listChild({"a"})))),
+            Names{"a"});
 }
 
 TEST(ObjStoreRequest, IsDecoded) {
   const ObjStoreResponse response =
-      responseOf(reply(status("1") + child("cert_dot_csr_file", "<BinaryElem>QUJD</BinaryElem>")));
+      responseOf(replyXml(status("1") + binaryChild("cert_dot_csr_file", "QUJD")));
   unsigned char buffer[8] = "#######";
   EXPECT_EQ(response.getCMCertRequestData(buffer, sizeof(buffer)), 3U);
   EXPECT_EQ(std::string(buffer, buffer + 8), std::string("ABC####\0", 8));
@@ -217,7 +205,7 @@ TEST(ObjStoreRequest, IsDecoded) {
 
 TEST(ObjStoreRequest, ThatDoesNotFitIsMinusOneUnsigned) {
   const ObjStoreResponse response =
-      responseOf(reply(status("1") + child("cert_dot_csr_file", "<BinaryElem>QUJD</BinaryElem>")));
+      responseOf(replyXml(status("1") + binaryChild("cert_dot_csr_file", "QUJD")));
   unsigned char buffer[3] = {};
   EXPECT_EQ(response.getCMCertRequestData(buffer, 2), 0xFFFFFFFFU);
   EXPECT_EQ(response.getCMCertRequestData(buffer, 0), 0xFFFFFFFFU);
@@ -225,7 +213,7 @@ TEST(ObjStoreRequest, ThatDoesNotFitIsMinusOneUnsigned) {
 
 TEST(ObjStoreRequest, IsNotTouchedWithoutSuccess) {
   const ObjStoreResponse response =
-      responseOf(reply(status("2") + child("cert_dot_csr_file", "<BinaryElem>QUJD</BinaryElem>")));
+      responseOf(replyXml(status("2") + binaryChild("cert_dot_csr_file", "QUJD")));
   unsigned char buffer[4] = "###";
   EXPECT_EQ(response.getCMCertRequestData(buffer, sizeof(buffer)), 0U);
   EXPECT_STREQ(reinterpret_cast<char*>(buffer), "###");
@@ -233,13 +221,13 @@ TEST(ObjStoreRequest, IsNotTouchedWithoutSuccess) {
 
 TEST(ObjStoreRequest, ThatIsMissingIsEmpty) {
   unsigned char buffer[4] = "###";
-  EXPECT_EQ(responseOf(reply(status("1"))).getCMCertRequestData(buffer, sizeof(buffer)), 0U);
+  EXPECT_EQ(responseOf(replyXml(status("1"))).getCMCertRequestData(buffer, sizeof(buffer)), 0U);
   EXPECT_STREQ(reinterpret_cast<char*>(buffer), "###");
 }
 
 TEST(ObjStoreBadInput, EveryPrefixAndByteChangeOfAReply) {
-  const std::string whole = reply(status("1") + list({"a", "b"}) +
-                                  child("cert_dot_csr_file", "<BinaryElem>QUJD</BinaryElem>"));
+  const std::string whole =
+      replyXml(status("1") + listChild({"a", "b"}) + binaryChild("cert_dot_csr_file", "QUJD"));
   const auto readAll = [](const std::string& xml) {
     const ObjStoreResponse response = responseOf(xml);
     unsigned char buffer[8];

@@ -11,14 +11,13 @@
 #include "costs/counted_memory.h"
 #include "npa/send_config.h"
 #include "testing/generator.h"
-#include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 #include "xml/simple_sax_parser.h"
 #include "xml/simple_xpath.h"
 
 namespace {
 
-using support::bytes;
 using support::outputOf;
 
 /// Counts the allocations of an action whose output does not matter.
@@ -84,12 +83,8 @@ class Query : public support::UsblpPrinter {
   /// The blocks that a query takes for a reply of so many bytes, those of the scripted printer
   /// included.
   std::size_t blocks(std::size_t size) {
-    support::Bytes packet = bytes("A5 00 00 50 E0");
-    packet.resize(size, 0x42);
-    packet[1] = static_cast<unsigned char>((size - 3) >> 8U);
-    packet[2] = static_cast<unsigned char>((size - 3) & 0xFFU);
-    answer({packet});
-    support::Bytes request = bytes("A5 00 06 50 E0 D8 00 2A 0A");
+    answer({packets::replyOf(support::Bytes(size - 5, 0x42))});
+    support::Bytes request = packets::QueryCommonName;
     std::unique_ptr<unsigned char[]> owned;
     return silentAllocationsOf([&] {
       sendConfig exchange("/dev/usb/lp0");

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "testing/files.h"
+#include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/printer_run.h"
 #include "testing/process.h"
 #include "testing/rows.h"
@@ -14,20 +16,18 @@
 
 namespace {
 
+using packets::hexText;
+using support::Bytes;
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
+using support::TransportGone;
 using Words = std::vector<std::string>;
-
-const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
 
 struct SecurityRow : support::Row {
   Words options;
-  std::string wrapper;
   std::string packet;
-  Words firstLines;  ///< up to the wrapped packet's dump
-  Words wrappedDump;
-  Words bareDump;
+  Words firstLines;       ///< up to the packet's dump
   std::string shortName;  ///< in the last line
   Words stored;           ///< of what the printer then holds, all that the basic settings are not
 };
@@ -35,8 +35,8 @@ struct SecurityRow : support::Row {
 class AdvancedConfiguration : public testing::TestWithParam<SecurityRow> {
  protected:
   /// What the program says of one try.
-  static std::string said(const Words& dump, int result) {
-    return lines(GetParam().firstLines) + lines(dump) +
+  static std::string said(const Bytes& packet, int result) {
+    return lines(GetParam().firstLines) + packets::dumpOf(packet) +
            lines({"D [ZVK] Adv " + GetParam().shortName + " ret = " + std::to_string(result)});
   }
 
@@ -46,7 +46,8 @@ class AdvancedConfiguration : public testing::TestWithParam<SecurityRow> {
     }
   }
 
-  static std::string wrapped() { return GetParam().wrapper + " " + GetParam().packet; }
+  static Bytes bare() { return support::bytes(GetParam().packet); }
+  static Bytes wrapped() { return packets::wrapped(bare()); }
 
   static Words commandLine() {
     Words arguments = GetParam().options;
@@ -59,17 +60,16 @@ class AdvancedConfiguration : public testing::TestWithParam<SecurityRow> {
 TEST_P(AdvancedConfiguration, IsStoredByThePrinter) {
   const PrinterRun run = runWithPrinter({"--show"}, commandLine());
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, said(GetParam().wrappedDump, 0) + LastLine + "\n");
-  EXPECT_EQ(run.received, Words{wrapped()});
+  EXPECT_EQ(run.err, said(wrapped(), 0) + TransportGone);
+  EXPECT_EQ(run.received, Words{hexText(wrapped())});
   expectStored(run.out);
 }
 
 TEST_P(AdvancedConfiguration, IsRepeatedBareWhenWrappedPacketsAreRefused) {
   const PrinterRun run = runWithPrinter({"--refuse-wrapped", "--show"}, commandLine());
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err,
-            said(GetParam().wrappedDump, -1) + said(GetParam().bareDump, 0) + LastLine + "\n");
-  EXPECT_EQ(run.received, (Words{wrapped(), GetParam().packet}));
+  EXPECT_EQ(run.err, said(wrapped(), -1) + said(bare(), 0) + TransportGone);
+  EXPECT_EQ(run.received, (Words{hexText(wrapped()), GetParam().packet}));
   expectStored(run.out);
 }
 
@@ -79,8 +79,8 @@ TEST_P(AdvancedConfiguration, TakesItsOptionsFromAFile) {
   std::ofstream(file) << lines(GetParam().options);
   const PrinterRun run = runWithPrinter({}, {"-ca", "-file", file, "{}"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, said(GetParam().wrappedDump, 0) + LastLine + "\n");
-  EXPECT_EQ(run.received, Words{wrapped()});
+  EXPECT_EQ(run.err, said(wrapped(), 0) + TransportGone);
+  EXPECT_EQ(run.received, Words{hexText(wrapped())});
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -89,26 +89,16 @@ INSTANTIATE_TEST_SUITE_P(
         SecurityRow{
             {"Open"},
             {"--security=OPEN", "--ssid=home"},
-            "A5 00 32 50 E0 63 02 00 2C",
-            "A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 28 "
-            "05 00 00 04 00 00 00 06 28 08 00 00 05 68 6F 6D 65 00",
+            hexText(packets::StoreHome),
             {"D [ZVK] Advanced config...", "D [ZVK] Master security = 'OPEN'",
              "D [ZVK] Configuring Open Mode...", "D [ZVK] Mode = 'Managed'",
              "D [ZVK] Security = 'OPEN'", "D [ZVK] Security mode: 0 (No Security)",
              "D [ZVK] SSID = home"},
-            {"A5 00 32 50 E0 63 02 00 2C A5 00 29 50 E0 DA 01 |..2P.c..,..)P...",
-             "28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 |(........(\".....",
-             "00 00 28 05 00 00 04 00 00 00 06 28 08 00 00 05 |..(........(....",
-             "68 6F 6D 65 00                                  |home."},
-            {"A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 |..)P...(........",
-             "28 22 00 00 04 00 00 00 00 28 05 00 00 04 00 00 |(\".......(......",
-             "00 06 28 08 00 00 05 68 6F 6D 65 00             |..(....home."},
             "OPEN",
             {"mode = 0 (managed)", "security = 0 (none)", "SSID = \"home\"", "channel = 6"}},
         SecurityRow{{"Shared"},
                     {"--security=SHARED", "--ssid=home", "--encryption=WEP", "--WEP-key1=abcde",
                      "--WEP-transmit=1"},
-                    "A5 00 5D 50 E0 63 02 00 57",
                     "A5 00 54 50 E0 DA 01 28 09 00 00 05 61 62 63 64 65 28 0B 00 00 00 28 0D 00 00 "
                     "00 28 0F 00 00 00 28 1F 00 00 04 00 00 00 01 28 23 00 00 04 00 00 00 02 28 02 "
                     "00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 01 28 05 00 00 04 00 00 00 06 28 "
@@ -120,24 +110,11 @@ INSTANTIATE_TEST_SUITE_P(
                      "D [ZVK] WEP auth mode: 2 (Shared)", "D [ZVK] Mode = 'Managed'",
                      "D [ZVK] Security = 'SHARED'", "D [ZVK] Security mode: 1 (WEP)",
                      "D [ZVK] SSID = home"},
-                    {"A5 00 5D 50 E0 63 02 00 57 A5 00 54 50 E0 DA 01 |..]P.c..W..TP...",
-                     "28 09 00 00 05 61 62 63 64 65 28 0B 00 00 00 28 |(....abcde(....(",
-                     "0D 00 00 00 28 0F 00 00 00 28 1F 00 00 04 00 00 |....(....(......",
-                     "00 01 28 23 00 00 04 00 00 00 02 28 02 00 00 04 |..(#.......(....",
-                     "00 00 00 00 28 22 00 00 04 00 00 00 01 28 05 00 |....(\".......(..",
-                     "00 04 00 00 00 06 28 08 00 00 05 68 6F 6D 65 00 |......(....home."},
-                    {"A5 00 54 50 E0 DA 01 28 09 00 00 05 61 62 63 64 |..TP...(....abcd",
-                     "65 28 0B 00 00 00 28 0D 00 00 00 28 0F 00 00 00 |e(....(....(....",
-                     "28 1F 00 00 04 00 00 00 01 28 23 00 00 04 00 00 |(........(#.....",
-                     "00 02 28 02 00 00 04 00 00 00 00 28 22 00 00 04 |..(........(\"...",
-                     "00 00 00 01 28 05 00 00 04 00 00 00 06 28 08 00 |....(........(..",
-                     "00 05 68 6F 6D 65 00                            |..home."},
                     "SHARED",
                     {"security = 1 (WEP)", "WEP key 1 = \"abcde\"", "WEP transmit key = 1",
                      "WEP authentication = 2 (shared)"}},
         SecurityRow{{"WpaPersonal"},
                     {"--security=WPA-PER", "--ssid=x", "--psk=secret88", "--encryption=AES"},
-                    "A5 00 45 50 E0 63 02 00 3F",
                     "A5 00 3C 50 E0 DA 01 28 11 00 00 08 73 65 63 72 65 74 38 38 28 26 00 00 04 00 "
                     "00 00 04 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 02 28 05 00 00 04 "
                     "00 00 00 06 28 08 00 00 02 78 00",
@@ -147,22 +124,12 @@ INSTANTIATE_TEST_SUITE_P(
                      "D [ZVK] Encryption (advanced) = AES", "D [ZVK] Mode = 'Managed'",
                      "D [ZVK] Security = 'WPA-PER'",
                      "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))", "D [ZVK] SSID = x"},
-                    {"A5 00 45 50 E0 63 02 00 3F A5 00 3C 50 E0 DA 01 |..EP.c..?..<P...",
-                     "28 11 00 00 08 73 65 63 72 65 74 38 38 28 26 00 |(....secret88(&.",
-                     "00 04 00 00 00 04 28 02 00 00 04 00 00 00 00 28 |......(........(",
-                     "22 00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 |\".......(.......",
-                     "06 28 08 00 00 02 78 00                         |.(....x."},
-                    {"A5 00 3C 50 E0 DA 01 28 11 00 00 08 73 65 63 72 |..<P...(....secr",
-                     "65 74 38 38 28 26 00 00 04 00 00 00 04 28 02 00 |et88(&.......(..",
-                     "00 04 00 00 00 00 28 22 00 00 04 00 00 00 02 28 |......(\".......(",
-                     "05 00 00 04 00 00 00 06 28 08 00 00 02 78 00    |........(....x."},
                     "WPA-Personal",
                     {"security = 2 (WPA (1 or 2))", "pre-shared key = \"secret88\"",
                      "encryption = 4 (AES)"}},
         SecurityRow{
             {"WpaEnterprise"},
             {"--security=WPA-ENT", "--ssid=x", "--mode=Ad-Hoc", "--channel=11"},
-            "A5 00 34 50 E0 63 02 00 2E",
             "A5 00 2B 50 E0 DA 01 28 11 00 00 00 28 02 00 00 04 00 00 00 01 28 22 00 00 04 "
             "00 00 00 02 28 05 00 00 04 00 00 00 0B 28 08 00 00 02 78 00",
             {"D [ZVK] Advanced config...", "D [ZVK] Master security = 'WPA-ENT'",
@@ -170,13 +137,6 @@ INSTANTIATE_TEST_SUITE_P(
              "D [ZVK] Encryption (advanced) = ", "D [ZVK] Mode = 'Ad-Hoc'",
              "D [ZVK] Security = 'WPA-ENT'", "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))",
              "D [ZVK] SSID = x"},
-            {"A5 00 34 50 E0 63 02 00 2E A5 00 2B 50 E0 DA 01 |..4P.c.....+P...",
-             "28 11 00 00 00 28 02 00 00 04 00 00 00 01 28 22 |(....(........(\"",
-             "00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 0B |.......(........",
-             "28 08 00 00 02 78 00                            |(....x."},
-            {"A5 00 2B 50 E0 DA 01 28 11 00 00 00 28 02 00 00 |..+P...(....(...",
-             "04 00 00 00 01 28 22 00 00 04 00 00 00 02 28 05 |.....(\".......(.",
-             "00 00 04 00 00 00 0B 28 08 00 00 02 78 00       |.......(....x."},
             "WPA-Ent",
             {"mode = 1 (ad-hoc)", "channel = 11", "security = 2 (WPA (1 or 2))"}}),
     support::rowName);
@@ -191,8 +151,8 @@ TEST(AdvancedConfigurationResult, Is255WhenBothFormsAreRefused) {
 TEST(AdvancedConfigurationResult, Is0AndNothingArrivesForAnotherSecurity) {
   const PrinterRun run = runWithPrinter({}, {"-ca", "--security=WPA", "--ssid=x", "{}"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err,
-            lines({"D [ZVK] Advanced config...", "D [ZVK] Master security = 'WPA'", LastLine}));
+  EXPECT_EQ(run.err, lines({"D [ZVK] Advanced config...", "D [ZVK] Master security = 'WPA'"}) +
+                         TransportGone);
   EXPECT_TRUE(run.received.empty());
 }
 
@@ -208,8 +168,12 @@ const std::string OptionPacket =
 const std::string NetworkPacket =
     "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 03 28 08 00 00 02 78 "
     "00 28 05 00 00 04 00 00 00 06";
-const std::string StatusQuery = "A5 00 06 50 E0 D8 00 2A 1D";
-const std::string Query = "A5 00 0F 50 E0 63 02 00 09 " + StatusQuery;
+/// A packet as it arrives.
+std::string wrapped(const std::string& packet) {
+  return hexText(packets::wrapped(support::bytes(packet)));
+}
+
+const std::string Query = hexText(packets::wrapped(packets::QueryAuthStatus));
 
 /// What arrived but for the calls to the printer's object store.
 Words withoutCalls(const Words& received) {
@@ -226,13 +190,12 @@ TEST(Authentication, IsConfiguredInTwoPacketsAndItsStatusTold) {
   const PrinterRun run = runWithPrinter({"--show", "--auth-status=2"}, Credentials);
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(withoutCalls(run.received),
-            (Words{"A5 00 57 50 E0 63 02 00 51 " + OptionPacket,
-                   "A5 00 2F 50 E0 63 02 00 29 " + NetworkPacket, Query}));
+            (Words{wrapped(OptionPacket), wrapped(NetworkPacket), Query}));
   EXPECT_NE(run.err.find("D [ZVK] 802.1x password = p (1 bytes)\n"), std::string::npos) << run.err;
   EXPECT_NE(run.err.find("D [ZVK] Validate certificate? 0\n"), std::string::npos) << run.err;
   EXPECT_NE(run.err.find("D [ZVK] Setting 802.1x ret = 0\n"), std::string::npos) << run.err;
   EXPECT_TRUE(run.err.ends_with(
-      lines({"D [ZVK] Status: 2 (Authenticated)", "D [ZVK] Adv 8021x ret = 0", LastLine})))
+      lines({"D [ZVK] Status: 2 (Authenticated)", "D [ZVK] Adv 8021x ret = 0"}) + TransportGone))
       << run.err;
   for (const char* stored :
        {"security = 3 (802.1x)\n", "SSID = \"x\"\n", "802.1x user = \"u\"\n",
@@ -246,10 +209,9 @@ TEST(Authentication, IsConfiguredInTwoPacketsAndItsStatusTold) {
 TEST(Authentication, EndsWith0WhenWrappedPacketsAreRefused) {
   const PrinterRun run = runWithPrinter({"--refuse-wrapped", "--show"}, Credentials);
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(withoutCalls(run.received),
-            (Words{"A5 00 57 50 E0 63 02 00 51 " + OptionPacket, Query}));
+  EXPECT_EQ(withoutCalls(run.received), (Words{wrapped(OptionPacket), Query}));
   EXPECT_NE(run.err.find("D [ZVK] Setting 802.1x ret = -1\n"), std::string::npos) << run.err;
-  EXPECT_TRUE(run.err.ends_with(lines({"D [ZVK] Adv 8021x ret = 0", LastLine}))) << run.err;
+  EXPECT_TRUE(run.err.ends_with(lines({"D [ZVK] Adv 8021x ret = 0"}) + TransportGone)) << run.err;
   EXPECT_EQ(run.out.find("SSID"), std::string::npos) << run.out;
 }
 
@@ -278,8 +240,7 @@ TEST(Authentication, ValidatesTheServerOnceAnAuthorityIsInstalled) {
   std::string validating = OptionPacket;
   validating.back() = '1';
   EXPECT_EQ(withoutCalls(run.received),
-            (Words{"A5 00 57 50 E0 63 02 00 51 " + validating,
-                   "A5 00 2F 50 E0 63 02 00 29 " + NetworkPacket, Query}));
+            (Words{wrapped(validating), wrapped(NetworkPacket), Query}));
 }
 
 TEST(Authentication, TakesAPasswordWhoseLengthFieldReads0) {

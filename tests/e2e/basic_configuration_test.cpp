@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/printer_run.h"
 
 // The real program configures the emulated printer: what it says, how it ends, and the bytes that
@@ -13,15 +15,10 @@ namespace {
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
+using support::TransportGone;
 
-const std::string WrappedHome =
-    "A5 00 32 50 E0 63 02 00 2C A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 "
-    "00 00 00 28 05 00 00 04 00 00 00 06 28 08 00 00 05 68 6F 6D 65 00";
-const std::string BareHome =
-    "A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 28 05 00 00 04 00 "
-    "00 00 06 28 08 00 00 05 68 6F 6D 65 00";
-
-const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
+const std::string BareHome = packets::hexText(packets::StoreHome);
+const std::string WrappedHome = packets::hexText(packets::wrapped(packets::StoreHome));
 
 std::vector<std::string> basicConfig(const std::string& ssid, int result) {
   return {"D [ZVK] Basic config...",   "D [ZVK] Mode = 'Managed'",
@@ -35,7 +32,7 @@ std::string diagnostics(std::initializer_list<int> results) {
   for (const int result : results) {
     text += lines(basicConfig("home", result));
   }
-  return text + lines({LastLine});
+  return text + TransportGone;
 }
 
 PrinterRun configureHome(std::vector<std::string> options) {

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "testing/files.h"
+#include "testing/object_store.h"
+#include "testing/output.h"
 #include "testing/printer_run.h"
 #include "testing/rows.h"
 
@@ -13,12 +15,13 @@
 
 namespace {
 
+using support::binaryChild;
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
+using support::statusChildren;
+using support::TransportGone;
 using Words = std::vector<std::string>;
-
-const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
 
 class CertificateFaults : public testing::Test {
  protected:
@@ -27,15 +30,10 @@ class CertificateFaults : public testing::Test {
 
 // --- Replies ------------------------------------------------------------------------------------
 
-const std::string Marker("\xE0\xC0\x03\x00\x01\x00\xE0", 7);
+const std::string Marker(support::ReplyMarker.begin(), support::ReplyMarker.end());
 
 std::string reply(const std::string& children) {
-  return Marker + R"(<?xml version="1.0" encoding="UTF-8"?><response><MapElem>)" + children +
-         "</MapElem></response>";
-}
-
-std::string status(const std::string& code) {
-  return R"(<child name="status_code"><IntegerElem>)" + code + "</IntegerElem></child>";
+  return Marker + support::replyXml(children);
 }
 
 struct ReplyRow : support::Row {
@@ -55,8 +53,7 @@ TEST_P(BadReply, LeavesTheRequestFileAlone) {
   Words expected = {"D [ZVK] Certificate Request successfully created! Now saving..."};
   expected.insert(expected.end(), GetParam().lines.begin(), GetParam().lines.end());
   expected.push_back("D [ZVK] Error saving Certificate Request to '" + request + "'!");
-  expected.push_back(LastLine);
-  EXPECT_TRUE(run.err.ends_with(lines(expected))) << run.err;
+  EXPECT_TRUE(run.err.ends_with(lines(expected) + TransportGone)) << run.err;
   EXPECT_EQ(support::fileContent(request), "before");
 }
 
@@ -74,8 +71,7 @@ std::string base64Of(std::size_t groups) {
 }
 
 std::vector<ReplyRow> badReplies() {
-  const std::string whole = reply(
-      status("1") + R"(<child name="cert_dot_csr_file"><BinaryElem>QUJD</BinaryElem></child>)");
+  const std::string whole = reply(statusChildren("1") + binaryChild("cert_dot_csr_file", "QUJD"));
   std::string wrongMarker = whole;
   wrongMarker[6] = '\xE1';
   return {
@@ -85,15 +81,13 @@ std::vector<ReplyRow> badReplies() {
       {{"NothingButTheMarker"}, Marker, missing()},
       {{"NothingButTheCommand"}, "\xE0", missing()},
       {{"StatusOfAnother"},
-       reply(status("7") +
-             "<child name=\"status_mesg\"><StringElem>no %s\xE0 key</StringElem></child>"),
+       reply(statusChildren("7", "no %s\xE0 key")),
        {"D [ZVK] Save Cert Request error 7", "", "D [ZVK] no %s key", ""}},
       {{"StatusMissing"}, reply(""), missing()},
       {{"NoXml"}, Marker + "junk < & >", missing()},
       {{"CutInsideTheStatus"}, whole.substr(0, whole.find("1</IntegerElem>")), missing()},
       {{"RequestTooLarge"},
-       reply(status("1") + R"(<child name="cert_dot_csr_file"><BinaryElem>)" + base64Of(5462) +
-             "</BinaryElem></child>"),
+       reply(statusChildren("1") + binaryChild("cert_dot_csr_file", base64Of(5462))),
        {}},
   };
 }
@@ -102,8 +96,7 @@ INSTANTIATE_TEST_SUITE_P(Replies, BadReply, testing::ValuesIn(badReplies()), sup
 
 TEST_F(CertificateFaults, BytesE0InsideATextAreDropped) {
   const std::string file = folder.write(
-      "reply", reply(status("1") + "<child name=\"x509_O\"><StringElem>a\xE0\xE0z</StringElem>"
-                                   "</child>"));
+      "reply", reply(statusChildren("1") + support::textChild("x509_O", "a\xE0\xE0z")));
   const PrinterRun run = runWithPrinter({"--object-reply=" + file}, {"-rcerdefs", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "cer-org=az");
@@ -114,7 +107,7 @@ TEST_F(CertificateFaults, ASilentOrRefusingPrinterFailsWithoutAWordOfItsOwn) {
     const PrinterRun run = runWithPrinter({option}, {"-rcerdefs", "{}"});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, lines({"D [ZVK] Failed to read certificate defaults!", LastLine}));
+    EXPECT_EQ(run.err, lines({"D [ZVK] Failed to read certificate defaults!"}) + TransportGone);
     // No second try, as other commands have it.
     EXPECT_EQ(run.received.size(), 2U);
   }
@@ -130,7 +123,8 @@ TEST_F(CertificateFaults, ADeviceThatIsNotThereFails) {
   const PrinterRun run = runWithPrinter({}, {"-rcerdefs", "/dev/usb/lp5"});
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.err, lines({"D [ZVK] Failed to open usb device '/dev/usb/lp5'!",
-                            "D [ZVK] Failed to read certificate defaults!", LastLine}));
+                            "D [ZVK] Failed to read certificate defaults!"}) +
+                         TransportGone);
 }
 
 // --- The request file ---------------------------------------------------------------------------
@@ -139,10 +133,11 @@ TEST_F(CertificateFaults, AFullDiskIsTold) {
   const PrinterRun run =
       runWithPrinter({"--show"}, {"-csr", "--cer-common=x", "--cer-path=/dev/full", "{}"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_TRUE(run.err.ends_with(
-      lines({"D [ZVK] Certificate Request successfully created! Now saving...",
-             "D [ZVK] saveToFile error (1): 28, bytes=0", "",
-             "D [ZVK] Error saving Certificate Request to '/dev/full'!", LastLine})))
+  EXPECT_TRUE(
+      run.err.ends_with(lines({"D [ZVK] Certificate Request successfully created! Now saving...",
+                               "D [ZVK] saveToFile error (1): 28, bytes=0", "",
+                               "D [ZVK] Error saving Certificate Request to '/dev/full'!"}) +
+                        TransportGone))
       << run.err;
   // The request stays with the printer.
   EXPECT_NE(run.out.find("certificate request = \"Quorvanthelisdorm\""), std::string::npos)
@@ -153,9 +148,10 @@ TEST_F(CertificateFaults, APlaceThatCannotBeWrittenIsTold) {
   for (const std::string& path : {folder.path("absent/request"), folder.path(""), std::string()}) {
     const PrinterRun run = runWithPrinter({}, {"-csr", "--cer-path=" + path, "{}"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_TRUE(run.err.ends_with(
-        lines({"D [ZVK] Certificate Request successfully created! Now saving...",
-               "D [ZVK] Error saving Certificate Request to '" + path + "'!", LastLine})))
+    EXPECT_TRUE(
+        run.err.ends_with(lines({"D [ZVK] Certificate Request successfully created! Now saving...",
+                                 "D [ZVK] Error saving Certificate Request to '" + path + "'!"}) +
+                          TransportGone))
         << run.err;
   }
 }
@@ -168,7 +164,7 @@ TEST_F(CertificateFaults, ATextThatFitsNoRequestSendsNothing) {
     const PrinterRun run = runWithPrinter({}, {"-csr", "--cer-org=" + text, "{}"});
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(
-        run.err.ends_with(lines({"D [ZVK] Error creating Certificate Request!", LastLine})));
+        run.err.ends_with(lines({"D [ZVK] Error creating Certificate Request!"}) + TransportGone));
     EXPECT_TRUE(run.received.empty());
   }
 }
@@ -197,7 +193,8 @@ TEST_P(BadFile, FailsWithNothingSent) {
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err, lines({"D [ZVK] Loading file " + file + ", " +
                                   std::to_string(GetParam().content.size()) + " bytes",
-                              "D [ZVK] Error installing CA/Signed Certificate!", LastLine}));
+                              "D [ZVK] Error installing CA/Signed Certificate!"}) +
+                           TransportGone);
     EXPECT_TRUE(run.received.empty());
   }
 }
@@ -222,7 +219,7 @@ TEST_F(CertificateFaults, AFileThatIsThereButCannotBeReadFails) {
   const PrinterRun run =
       runWithPrinter({}, {"-icer", "--802-signed-cer-file=" + folder.path("dangling"), "{}"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, lines({"D [ZVK] Error installing CA/Signed Certificate!", LastLine}));
+  EXPECT_EQ(run.err, lines({"D [ZVK] Error installing CA/Signed Certificate!"}) + TransportGone);
   EXPECT_TRUE(run.received.empty());
 }
 

@@ -4,20 +4,23 @@
 #include <vector>
 
 #include "testing/files.h"
+#include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/printer_run.h"
 
 // The real program reads the certificate settings of the emulated printer.
 
 namespace {
 
+using packets::hexText;
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
+using support::TransportGone;
 using Words = std::vector<std::string>;
 
-const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
-const Words Queries = {"A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 06",
-                       "A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 0A"};
+const Words Queries = {hexText(packets::wrapped(packets::QueryOrganization)),
+                       hexText(packets::wrapped(packets::QueryCommonName))};
 
 // The printer holds neither.
 const std::string Answers =
@@ -26,7 +29,8 @@ const std::string Answers =
            "E0 63 02 00 0B A5 00 08 50 E0 D8 00 2A 06 00 00 |.c......P...*...",
            "D [ZVK] Organization (0 bytes): ", "D [ZVK] Cert common name...",
            "D [ZVK] Common name resp (16 bytes)",
-           "E0 63 02 00 0B A5 00 08 50 E0 D8 00 2A 0A 00 00 |.c......P...*...", LastLine});
+           "E0 63 02 00 0B A5 00 08 50 E0 D8 00 2A 0A 00 00 |.c......P...*..."}) +
+    TransportGone;
 
 TEST(CertificateSettings, AreReadAndTold) {
   const PrinterRun run = runWithPrinter({}, {"-cer", "{}"});
@@ -52,7 +56,8 @@ TEST(CertificateSettings, EndWith0WhenTheyAreRefused) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, lines({"D [ZVK] Certifcate settings...", "D [ZVK] Cert Organization...",
                             "D [ZVK] Cert org (0 bytes)", "D [ZVK] Cert common name...",
-                            "D [ZVK] Common name resp (0 bytes)", LastLine}));
+                            "D [ZVK] Common name resp (0 bytes)"}) +
+                         TransportGone);
   EXPECT_EQ(run.received, Queries);
 }
 

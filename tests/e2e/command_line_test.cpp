@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "testing/files.h"
+#include "testing/output.h"
 #include "testing/printer_run.h"
 #include "testing/process.h"
 
@@ -31,7 +32,7 @@ TEST(Help, IsPrintedByTheSwitchWhichMakesAGenerator) {
   const auto result = runProcess({ZVKCONFIG, "-h"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out, support::HelpText);
-  EXPECT_EQ(result.err, "D [ZVK] Destroying last instance of usb transport.\n");
+  EXPECT_EQ(result.err, support::TransportGone);
 }
 
 TEST(MissingArguments, EndTheRunAbnormally) {

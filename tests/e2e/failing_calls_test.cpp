@@ -1,10 +1,11 @@
 #include <cerrno>
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
+#include "testing/environment.h"
 #include "testing/files.h"
+#include "testing/output.h"
 #include "testing/printer_run.h"
 #include "testing/rows.h"
 
@@ -25,16 +26,10 @@ struct FaultRow : support::Row {
 };
 
 class FailingCall : public testing::TestWithParam<FaultRow> {
- protected:
-  FailingCall() {
-    ::setenv("LD_PRELOAD", FAILING_CALLS, 1);
-    ::setenv("ZVK_FAULT",
-             (std::string(GetParam().call) + " " + std::to_string(GetParam().error)).c_str(), 1);
-  }
-  ~FailingCall() override {
-    ::unsetenv("LD_PRELOAD");
-    ::unsetenv("ZVK_FAULT");
-  }
+ private:
+  support::EnvironmentVariable m_Preload{"LD_PRELOAD", FAILING_CALLS};
+  support::EnvironmentVariable m_Fault{
+      "ZVK_FAULT", std::string(GetParam().call) + " " + std::to_string(GetParam().error)};
 };
 
 TEST_P(FailingCall, EndsTheRunInOrder) {
@@ -48,7 +43,7 @@ TEST_P(FailingCall, EndsTheRunInOrder) {
   const PrinterRun run = runWithPrinter({"--ssid=home"}, arguments);
   EXPECT_EQ(run.status, row.status);
   EXPECT_EQ(run.received.size(), row.received);
-  EXPECT_TRUE(run.err.ends_with("D [ZVK] Destroying last instance of usb transport.\n")) << run.err;
+  EXPECT_TRUE(run.err.ends_with(support::TransportGone)) << run.err;
 }
 
 const Words Configure = {"-c", "--ssid=home", "--security=None"};

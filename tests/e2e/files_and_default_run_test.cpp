@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "testing/files.h"
+#include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/printer_run.h"
 #include "testing/process.h"
 
@@ -12,13 +14,13 @@
 
 namespace {
 
+using packets::hexText;
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
 using support::TemporaryFolder;
+using support::TransportGone;
 using Words = std::vector<std::string>;
-
-const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
 
 class WithFile : public testing::Test {
  protected:
@@ -46,7 +48,8 @@ TEST_F(ArgumentFile, GivesTheOptionsOfAConfiguration) {
   EXPECT_EQ(run.err,
             lines({"D [ZVK] Basic config...", "D [ZVK] Mode = 'Managed\r'",
                    "D [ZVK] Security = 'WPA'", "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))",
-                   "D [ZVK] SSID = My Net", "D [ZVK] Basic config ret = 0", LastLine}));
+                   "D [ZVK] SSID = My Net", "D [ZVK] Basic config ret = 0"}) +
+                TransportGone);
   EXPECT_EQ(run.received,
             Words{"A5 00 43 50 E0 63 02 00 3D A5 00 3A 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 "
                   "22 00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 06 28 08 00 00 07 4D 79 20 4E "
@@ -74,23 +77,24 @@ TEST_F(NpaFile, GoesOutAsItStands) {
   EXPECT_EQ(run.out, "npaFileData: (18 bytes) A5000650e0d8000A02\n");
   EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 9 bytes", "A5 00 06 50 E0 D8 00 0A 02 |...P.....",
                             "D [ZVK] sendNPA response (11 bytes)",
-                            "E0 D8 00 0A 02 00 04 C0 A8 01 14 |...........", LastLine}));
-  EXPECT_EQ(run.received, Words{"A5 00 06 50 E0 D8 00 0A 02"});
+                            "E0 D8 00 0A 02 00 04 C0 A8 01 14 |..........."}) +
+                         TransportGone);
+  EXPECT_EQ(run.received, Words{hexText(packets::QueryIp)});
 }
 
 TEST_F(NpaFile, LosesAnOddLastDigit) {
   const PrinterRun run =
       runWithPrinter({}, {"-npa", "-file", write("A500 0650 E0D8 000A 02F"), "{}"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.received, Words{"A5 00 06 50 E0 D8 00 0A 02"});
+  EXPECT_EQ(run.received, Words{hexText(packets::QueryIp)});
 }
 
 TEST_F(NpaFile, SendsNothingWhenThereIsNone) {
   const PrinterRun run = runWithPrinter({}, {"-npa", "-file", folder() + "missing", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err,
-            lines({"D [ZVK] NPA data: 0 bytes", "D [ZVK] sendNPA response (0 bytes)", LastLine}));
+  EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 0 bytes", "D [ZVK] sendNPA response (0 bytes)"}) +
+                         TransportGone);
   EXPECT_TRUE(run.received.empty());
 }
 
@@ -100,7 +104,8 @@ TEST_F(NpaFile, IsTheDeviceWhenNoneStandsBehindIt) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 1 bytes", "A5 |.",
                             "D [ZVK] Failed to open usb device '" + file + "'!",
-                            "D [ZVK] sendNPA response (0 bytes)", LastLine}));
+                            "D [ZVK] sendNPA response (0 bytes)"}) +
+                         TransportGone);
 }
 
 TEST(RawSending, NeedsASecondArgument) {
@@ -126,8 +131,8 @@ TEST(DefaultRun, ConfiguresAndReportsTheAddress) {
   EXPECT_EQ(run.received,
             (Words{"A5 00 28 50 E0 63 02 00 22 A5 00 1F 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 "
                    "22 00 00 04 00 00 00 00 28 05 00 00 04 00 00 00 06",
-                   "A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 28 15",
-                   "A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 0A 02"}));
+                   hexText(packets::wrapped(packets::QueryTrouble)),
+                   hexText(packets::wrapped(packets::QueryIp))}));
 }
 
 TEST(DefaultRun, GoesOnBareOnceWrappedIsRefusedAndAlwaysEndsWell) {
@@ -135,8 +140,8 @@ TEST(DefaultRun, GoesOnBareOnceWrappedIsRefusedAndAlwaysEndsWell) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, Progress + "192.168.1.20\n");
   ASSERT_EQ(run.received.size(), 4U);
-  EXPECT_EQ(run.received[2], "A5 00 06 50 E0 D8 00 28 15");
-  EXPECT_EQ(run.received[3], "A5 00 06 50 E0 D8 00 0A 02");
+  EXPECT_EQ(run.received[2], hexText(packets::QueryTrouble));
+  EXPECT_EQ(run.received[3], hexText(packets::QueryIp));
   EXPECT_EQ(runWithPrinter({"--refuse-all"}, {"-x", "{}"}).status, 0);
 }
 

@@ -1,6 +1,5 @@
 // Which files and connections the program opens, as strace sees it.
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <set>
 #include <sstream>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "testing/certificates.h"
+#include "testing/environment.h"
 #include "testing/files.h"
 #include "testing/printer_run.h"
 #include "testing/process.h"
@@ -17,18 +17,6 @@
 namespace {
 
 using Names = std::set<std::string>;
-
-/// Has the programs of runWithPrinter run by strace, which writes the calls to a file.
-class Strace {
- public:
-  explicit Strace(const std::string& log) {
-    const std::string command = "strace -f -qq -e trace=open,openat,creat,%network -o " + log;
-    ::setenv("ZVK_RUN_UNDER", command.c_str(), 1);
-  }
-  ~Strace() { ::unsetenv("ZVK_RUN_UNDER"); }
-  Strace(const Strace&) = delete;
-  Strace& operator=(const Strace&) = delete;
-};
 
 /// The start of a program, before `main`: libraries, and those of the preloaded clock.
 bool isOfTheLoader(const std::string& name) {
@@ -86,7 +74,8 @@ TEST_P(OpenedFiles, AreTheDeviceAndThoseThatAreNamed) {
     arguments.push_back(placed(argument));
   }
   {
-    const Strace strace(log);
+    const support::EnvironmentVariable strace(
+        "ZVK_RUN_UNDER", "strace -f -qq -e trace=open,openat,creat,%network -o " + log);
     EXPECT_EQ(support::runWithPrinter({"--ssid=home"}, arguments).status, 0);
   }
   Names expected;

@@ -2,6 +2,8 @@
 #include <string>
 #include <vector>
 
+#include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/printer_run.h"
 #include "testing/rows.h"
 
@@ -9,19 +11,20 @@
 
 namespace {
 
+using packets::hexText;
+using packets::wrapped;
+using support::Bytes;
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
+using support::TransportGone;
 using Words = std::vector<std::string>;
-
-const std::string LastLine = "D [ZVK] Destroying last instance of usb transport.";
-const std::string Wrap = "A5 00 0F 50 E0 63 02 00 09 ";
 
 struct QueryRow : support::Row {
   Words options;
   const char* command;
   /// The bare query; each that arrives, "w" for wrapped and "b" for bare.
-  const char* query;
+  Bytes query;
   const char* arrivals;
   int status;
   const char* out;
@@ -34,18 +37,18 @@ TEST_P(StatusQuery, IsAskedAnsweredAndReported) {
   const PrinterRun run = runWithPrinter(row.options, {row.command, "{}"});
   EXPECT_EQ(run.status, row.status);
   EXPECT_EQ(run.out, row.out);
-  EXPECT_EQ(run.err, LastLine + "\n");
+  EXPECT_EQ(run.err, TransportGone);
   Words expected;
   for (const char form : std::string(row.arrivals)) {
-    expected.push_back((form == 'w' ? Wrap : "") + row.query);
+    expected.push_back(hexText(form == 'w' ? wrapped(row.query) : row.query));
   }
   EXPECT_EQ(run.received, expected);
 }
 
-constexpr const char* Ssid = "A5 00 06 50 E0 D8 00 28 08";
-constexpr const char* Ip = "A5 00 06 50 E0 D8 00 0A 02";
-constexpr const char* Trouble = "A5 00 06 50 E0 D8 00 28 15";
-constexpr const char* Descriptor = "A5 00 06 50 E0 D8 00 06 1F";
+const Bytes& Ssid = packets::QuerySsid;
+const Bytes& Ip = packets::QueryIp;
+const Bytes& Trouble = packets::QueryTrouble;
+const Bytes& Descriptor = packets::QueryDescriptor;
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, StatusQuery,
@@ -75,22 +78,23 @@ INSTANTIATE_TEST_SUITE_P(
         QueryRow{{"DescriptorRefused"}, {"--refuse-wrapped"}, "-a", Descriptor, "wwwwww", 1, ""}),
     support::rowName);
 
+const std::string WrappedReset = hexText(wrapped(packets::Reset));
+
 TEST(Reset, IsConfirmed) {
   const PrinterRun run = runWithPrinter({}, {"-r", "{}"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, LastLine + "\n");
-  EXPECT_EQ(run.received,
-            Words{"A5 00 13 50 E0 63 02 00 0D A5 00 0A 50 E0 DA 01 06 14 00 00 01 01"});
+  EXPECT_EQ(run.err, TransportGone);
+  EXPECT_EQ(run.received, Words{WrappedReset});
 }
 
 TEST(Reset, IsTriedTwiceAndNeverBare) {
   const PrinterRun run = runWithPrinter({"--refuse-wrapped"}, {"-r", "{}"});
   EXPECT_EQ(run.status, 1);
-  const std::string wrapped = "A5 00 13 50 E0 63 02 00 0D A5 00 0A 50 E0 DA 01 06 14 00 00 01 01";
-  EXPECT_EQ(run.received, (Words{wrapped, wrapped}));
+  EXPECT_EQ(run.received, (Words{WrappedReset, WrappedReset}));
 }
 
-constexpr const char* AuthQuery = "A5 00 06 50 E0 D8 00 2A 1D";
+const std::string BareQuery = hexText(packets::QueryAuthStatus);
+const std::string WrappedQuery = hexText(wrapped(packets::QueryAuthStatus));
 
 TEST(AuthenticationStatus, IsToldInWordsAndAsTheExitStatus) {
   const PrinterRun run = runWithPrinter({"--auth-status=2"}, {"-802s", "{}"});
@@ -100,8 +104,9 @@ TEST(AuthenticationStatus, IsToldInWordsAndAsTheExitStatus) {
                             "D [ZVK] Auth status response (17 bytes)",
                             "E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 |.c......P...*...",
                             "02                                              |.",
-                            "D [ZVK] Status: 2 (Authenticated)", LastLine}));
-  EXPECT_EQ(run.received, Words{Wrap + AuthQuery});
+                            "D [ZVK] Status: 2 (Authenticated)"}) +
+                         TransportGone);
+  EXPECT_EQ(run.received, Words{WrappedQuery});
 }
 
 TEST(AuthenticationStatus, IsOfTheFirstRecordInAReplyOfSeveralPackets) {
@@ -122,7 +127,7 @@ TEST(AuthenticationStatus, IsUnknownWhenTheRecordIsCut) {
   const PrinterRun run = runWithPrinter({"--cut-record=11"}, {"-802s", "{}"});
   EXPECT_EQ(run.status, 255);
   EXPECT_EQ(run.err.find("Status:"), std::string::npos) << run.err;
-  EXPECT_EQ(run.received, (Words{Wrap + AuthQuery, AuthQuery}));
+  EXPECT_EQ(run.received, (Words{WrappedQuery, BareQuery}));
 }
 
 TEST(AuthenticationStatus, IsAskedForBareWhenWrappedIsRefused) {
@@ -130,7 +135,7 @@ TEST(AuthenticationStatus, IsAskedForBareWhenWrappedIsRefused) {
   EXPECT_EQ(run.status, 0);
   EXPECT_NE(run.err.find("D [ZVK] Auth status response (0 bytes)\n"), std::string::npos) << run.err;
   EXPECT_NE(run.err.find("D [ZVK] Status: 0 (802.1x not enabled)\n"), std::string::npos) << run.err;
-  EXPECT_EQ(run.received, (Words{Wrap + AuthQuery, AuthQuery}));
+  EXPECT_EQ(run.received, (Words{WrappedQuery, BareQuery}));
 }
 
 TEST(AuthenticationStatus, FailsWhenTheDeviceCannotBeOpened) {
@@ -141,7 +146,8 @@ TEST(AuthenticationStatus, FailsWhenTheDeviceCannotBeOpened) {
                             "D [ZVK] Auth status response (0 bytes)",
                             "D [ZVK] 802.1x Authentication status...",
                             "D [ZVK] Failed to open usb device '/dev/usb/lp5'!",
-                            "D [ZVK] Auth status response (0 bytes)", LastLine}));
+                            "D [ZVK] Auth status response (0 bytes)"}) +
+                         TransportGone);
 }
 
 }  // namespace

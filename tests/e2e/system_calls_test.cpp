@@ -3,13 +3,13 @@
 // the other as long as the wait lasts, depend on time.
 
 #include <array>
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "testing/environment.h"
 #include "testing/files.h"
 #include "testing/printer_run.h"
 #include "testing/process.h"
@@ -63,10 +63,10 @@ class SystemCalls : public testing::TestWithParam<Row> {};
 TEST_P(SystemCalls, AreAsMany) {
   const support::TemporaryFolder folder;
   const std::string log = folder.path("calls");
-  const std::string strace = "strace -f -qq -o " + log;
-  ::setenv("ZVK_RUN_UNDER", strace.c_str(), 1);
-  support::runWithPrinter({"--ssid=home"}, GetParam().arguments);
-  ::unsetenv("ZVK_RUN_UNDER");
+  {
+    const support::EnvironmentVariable strace("ZVK_RUN_UNDER", "strace -f -qq -o " + log);
+    support::runWithPrinter({"--ssid=home"}, GetParam().arguments);
+  }
   Counts calls = callsOf(log);
   const int probes = calls[Probe];
   const int reads = calls["read"];

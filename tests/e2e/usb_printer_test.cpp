@@ -8,6 +8,7 @@
 #include "testing/bytes.h"
 #include "testing/files.h"
 #include "testing/loopback_client.h"
+#include "testing/packets.h"
 #include "testing/process.h"
 #include "testing/usbip_host.h"
 
@@ -51,11 +52,10 @@ TEST(ZvkprinterUsb, ServesAPrinterUntilItIsEnded) {
                                  " of 127.0.0.1, bus id 1-1\n");
   const LoopbackClient host(server.port());
   host.send(support::importRequest("1-1"));
-  EXPECT_EQ(host.receive(320),
-            support::joined({bytes("01 11 00 03 00 00 00 00"), support::describedDevice(2)}));
+  EXPECT_EQ(host.receive(320), support::imported(2));
   host.send(
       support::joined({support::controlCommand(1, {0x00, 9, 1, 0, 0}), support::readCommand(2, 64),
-                       support::writeCommand(3, bytes("A5 00 06 50 E0 D8 00 0A 02"))}));
+                       support::writeCommand(3, packets::QueryIp)}));
   EXPECT_EQ(host.receive(48), support::submitReply(1, 0, 0));
   EXPECT_EQ(host.receive(48), support::submitReply(3, 0, 9));
   EXPECT_EQ(host.receive(63),

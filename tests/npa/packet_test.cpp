@@ -41,7 +41,7 @@ TEST(WrapHeader, CountsThePacketTwice) {
 }
 
 TEST(Query, AsksForOneObject) {
-  EXPECT_EQ(listed(npa::query(0x2A, 0x0A)), bytes("A5 00 06 50 E0 D8 00 2A 0A"));
+  EXPECT_EQ(listed(npa::query({0x2A, 0x0A})), bytes("A5 00 06 50 E0 D8 00 2A 0A"));
 }
 
 TEST(FixedPackets, AreTheirBytes) {

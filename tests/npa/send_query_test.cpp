@@ -10,7 +10,6 @@ using support::Bytes;
 using support::bytes;
 using support::joined;
 using support::Output;
-using support::outputOf;
 using support::pattern;
 using support::Quiet;
 using support::ReplyRow;
@@ -23,7 +22,7 @@ TEST_F(SendQuery, OpensWritesPausesTwoSecondsReadsAndCloses) {
   answer({bytes("A5 00 03 50 E0 42")});
   EXPECT_EQ(query(), bytes("E0 42"));
   EXPECT_EQ(system.events, (std::vector<std::string>{"open", "write", "sleep 2", "read", "close"}));
-  EXPECT_EQ(device.writes, std::vector<Bytes>{bytes("A5 00 06 50 E0 D8 00 2A 0A")});
+  EXPECT_EQ(device.writes, std::vector<Bytes>{packets::QueryCommonName});
   EXPECT_EQ(device.readSizes, (std::vector<std::size_t>{1, 2, 3}));
   EXPECT_EQ(system.now(), 2 * Second);
   EXPECT_EQ(output, Quiet);
@@ -79,13 +78,13 @@ TEST(SendQueryPath, IsShownAsGiven) {
   const virtual_system::System system;
   for (const std::string path : {"printer", "", "99999999999:1", "/dev/usb/lp99"}) {
     unsigned char* reply = nullptr;
-    int count = -77;
-    const Output output = outputOf([&] {
+    const auto send = [&] {
       sendConfig exchange(path);
       unsigned char byte = 0;
-      count = exchange.sendQuery(&byte, 1, reply, 3);
-    });
-    EXPECT_EQ(count, 0);
+      return exchange.sendQuery(&byte, 1, reply, 3);
+    };
+    Output output;
+    EXPECT_EQ(resultOf(send, output), 0);
     EXPECT_EQ(reply, nullptr);
     const std::string line =
         std::string("D [ZVK] Failed to open usb device '").append(path).append("'!\n");

@@ -15,7 +15,7 @@ using virtual_system::System;
 
 namespace {
 
-const Output DestructionLine = {"", "D [ZVK] Destroying last instance of usb transport.\n"};
+const Output DestructionLine = {"", support::TransportGone};
 
 }  // namespace
 

@@ -34,3 +34,19 @@ TEST(NowInSeconds, CountsWholeSeconds) {
   system.advance(1);
   EXPECT_EQ(util::nowInSeconds() - start, 1);
 }
+
+TEST(ObservePauses, ReportsEachPauseBeforeItBeginsAndLeavesItUnchanged) {
+  System system;
+  std::vector<unsigned int> seen;
+  util::observePauses([&](unsigned int seconds) {
+    EXPECT_EQ(system.sleeps.size(), seen.size());
+    seen.push_back(seconds);
+  });
+  util::pauseSeconds(5);
+  util::pauseSeconds(0);
+  util::pauseSeconds(50);
+  util::observePauses({});
+  util::pauseSeconds(2);
+  EXPECT_EQ(seen, (std::vector<unsigned int>{5, 50}));
+  EXPECT_EQ(system.sleeps, (std::vector<unsigned int>{5, 50, 2}));
+}

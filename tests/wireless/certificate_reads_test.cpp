@@ -4,48 +4,30 @@
 #include <vector>
 
 #include "testing/generator.h"
-#include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 
 // The reads of the printer's certificate settings: what goes out and what is told of the reply.
 
 namespace {
 
+using packets::QueryCommonName;
+using packets::QueryOrganization;
+using packets::replyOf;
+using packets::wrapped;
 using support::Bytes;
 using support::bytes;
 using support::joined;
 using support::Output;
-using support::outputOf;
 using virtual_system::Second;
-using Read = int (wnpaGenerator::*)();
-
-/// A reply packet whose collected bytes are E0 and `records`.
-Bytes replyOf(const Bytes& records) {
-  const std::size_t length = records.size() + 2;
-  return joined({{0xA5, static_cast<std::uint8_t>(length / 256),
-                  static_cast<std::uint8_t>(length % 256), 0x50, 0xE0},
-                 records});
-}
-
-class CertificateReads : public support::Generator {
- protected:
-  CertificateReads() { use({}); }
-
-  int run(Read read) {
-    int result = -77;
-    output = outputOf([&] { result = (generator.get()->*read)(); });
-    return result;
-  }
-
-  Output output;
-};
+using Read = support::Operation;
+using CertificateReads = support::DefaultGenerator;
 
 // --- Reads that dump the reply ------------------------------------------------------------------
 
 struct DumpRow : support::Row {
   Read read;
   const char* request;
-  const char* wrapper;
   const char* announcement;
   const char* response;
 };
@@ -57,8 +39,7 @@ TEST_P(Dump, ShowsTheReplyAndAnswersMinusOne) {
   EXPECT_EQ(run(GetParam().read), -1);
   EXPECT_EQ(output, (Output{"", std::string(GetParam().announcement) + "D [ZVK] " +
                                     GetParam().response + " (3 bytes)\nE0 41 42 |.AB\n"}));
-  EXPECT_EQ(device.writes,
-            std::vector<Bytes>{joined({bytes(GetParam().wrapper), bytes(GetParam().request)})});
+  EXPECT_EQ(device.writes, std::vector<Bytes>{wrapped(bytes(GetParam().request))});
 }
 
 TEST_P(Dump, IsBareWithoutWrapModeAndTellsOfSilence) {
@@ -70,57 +51,47 @@ TEST_P(Dump, IsBareWithoutWrapModeAndTellsOfSilence) {
   EXPECT_EQ(system.sleeps, std::vector<unsigned int>{2});
 }
 
-constexpr const char* QueryWrapper = "A5 00 0F 50 E0 63 02 00 09";
-
 INSTANTIATE_TEST_SUITE_P(
     Reads, Dump,
     testing::Values(DumpRow{{"Certificate"},
                             &wnpaGenerator::getCertCert,
                             "A5 00 06 50 E0 D8 00 2A 0F",
-                            QueryWrapper,
                             "D [ZVK] get cert...\n",
                             "cert"},
                     DumpRow{{"CaCertificate"},
                             &wnpaGenerator::getCertCA,
                             "A5 00 06 50 E0 D8 00 2A 10",
-                            QueryWrapper,
                             "D [ZVK] get CA cert...\n",
                             "CSR"},
                     DumpRow{{"CommonName"},
                             &wnpaGenerator::getCertCommonName,
                             "A5 00 06 50 E0 D8 00 2A 0A",
-                            QueryWrapper,
                             "D [ZVK] Cert common name...\n",
                             "Common name resp"},
                     DumpRow{{"FriendlyName"},
                             &wnpaGenerator::getCertFriendlyName,
                             "A5 00 06 50 E0 D8 00 2A 27",
-                            QueryWrapper,
                             "D [ZVK] Cert Friendly name...\n",
                             "Friendly name"},
                     DumpRow{{"AlternateName"},
                             &wnpaGenerator::getCertAlternateName,
                             "A5 00 06 50 E0 D8 00 2A 1C",
-                            QueryWrapper,
                             "D [ZVK] Cert alternate name...\n",
                             "Alternate name"},
                     DumpRow{{"SignRequest"},
                             &wnpaGenerator::getCSR,
                             "A5 00 06 50 E0 D8 00 2A 0E",
-                            QueryWrapper,
                             "D [ZVK] get CSR...\n",
                             "CSR"},
                     DumpRow{{"GenerateStatus"},
                             &wnpaGenerator::generateCertStatus,
                             "A5 00 06 50 E0 D8 00 2A 0D",
-                            QueryWrapper,
                             "D [ZVK] generate certificate status...\n",
                             "generate cert status"},
                     // No read: it stores a flag, in a packet whose length field reads 6.
                     DumpRow{{"Generate"},
                             &wnpaGenerator::generateCertificate,
                             "A5 00 06 50 E0 DA 01 2A 0C 00 00 01 01",
-                            "A5 00 13 50 E0 63 02 00 0D",
                             "D [ZVK] generate certificate...\n",
                             "generate cert"}),
     support::rowName);
@@ -221,15 +192,14 @@ TEST_F(CertificateReads, TellTheReplyAndThenTheOrganization) {
                             "D [ZVK] Cert org (16 bytes)\n"
                             "E0 A5 00 0C 50 E0 D8 00 2A 06 00 04 41 63 6D 65 |....P...*...Acme\n"
                             "D [ZVK] Organization (4 bytes): Acme\n"}));
-  EXPECT_EQ(device.writes,
-            std::vector<Bytes>{bytes("A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 06")});
+  EXPECT_EQ(device.writes, std::vector<Bytes>{wrapped(QueryOrganization)});
 }
 
 TEST_F(CertificateReads, HaveNoOrganizationWithoutAReply) {
   generator->setWrapMode(false);
   EXPECT_EQ(run(&wnpaGenerator::getCertOrganization), -1);
   EXPECT_EQ(output.err, "D [ZVK] Cert Organization...\nD [ZVK] Cert org (0 bytes)\n");
-  EXPECT_EQ(device.writes, std::vector<Bytes>{bytes("A5 00 06 50 E0 D8 00 2A 06")});
+  EXPECT_EQ(device.writes, std::vector<Bytes>{QueryOrganization});
 }
 
 // --- All settings, and the request --------------------------------------------------------------
@@ -247,8 +217,7 @@ TEST_F(CertificateReads, OfTheSettingsAreOrganizationAndCommonName) {
                             "D [ZVK] Common name resp (2 bytes)\n"
                             "E0 41 |.A\n"}));
   EXPECT_EQ(device.writes,
-            (std::vector<Bytes>{bytes("A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 06"),
-                                bytes("A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 2A 0A")}));
+            (std::vector<Bytes>{wrapped(QueryOrganization), wrapped(QueryCommonName)}));
 }
 
 TEST_F(CertificateReads, OfTheSettingsAnswer0WithoutAReply) {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "testing/generator.h"
-#include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/standard_input.h"
 
 // generate(), the run of an unknown switch, and reset().
@@ -14,32 +14,25 @@ namespace {
 
 using support::Bytes;
 using support::bytes;
-using support::joined;
-using support::Output;
-using support::outputOf;
 
-const Bytes Accepted = bytes("A5 00 03 50 E0 01");
-const Bytes Refused = bytes("A5 00 02 D4 E0");
+using packets::Accepted;
+using packets::QueryIp;
+using packets::QueryTrouble;
+using packets::Refused;
+using packets::wrapped;
+
+/// A trouble code of 0.
 const Bytes NoTrouble = bytes("A5 00 03 50 E0 00");
 const Bytes Address = bytes("A5 00 06 50 E0 C0 A8 01 14");
 
 const Bytes BareSettings = bytes(
     "A5 00 1F 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 28 05 00 00 04 "
     "00 00 00 06");
-const Bytes WrappedSettings = joined({bytes("A5 00 28 50 E0 63 02 00 22"), BareSettings});
-const Bytes Wrapper = bytes("A5 00 0F 50 E0 63 02 00 09");
-const Bytes QueryTrouble = bytes("A5 00 06 50 E0 D8 00 28 15");
-const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
+const Bytes WrappedSettings = wrapped(BareSettings);
 
 class DefaultRun : public support::Generator {
  protected:
-  int run() {
-    int result = -77;
-    output = outputOf([&] { result = generator->generate(); });
-    return result;
-  }
-
-  Output output;
+  int run() { return Generator::run(&wnpaGenerator::generate); }
 };
 
 TEST_F(DefaultRun, ShowsThePacketThenConfiguresAndReports) {
@@ -61,8 +54,8 @@ TEST_F(DefaultRun, ShowsThePacketThenConfiguresAndReports) {
                 "a5 0 28 50 e0 63 2 0 22 a5 0 1f 50 e0 da 1 28 2 0 0 4 0 0 0 0 28 22 0 0 4 0 0 0 0 "
                 "28 5 0 0 4 0 0 0 6 D [ZVK] Basic config...\n" +
                 encoding + "D [ZVK] Basic config ret = 0\n");
-  EXPECT_EQ(device.writes, (std::vector<Bytes>{WrappedSettings, joined({Wrapper, QueryTrouble}),
-                                               joined({Wrapper, QueryIp})}));
+  EXPECT_EQ(device.writes,
+            (std::vector<Bytes>{WrappedSettings, wrapped(QueryTrouble), wrapped(QueryIp)}));
   EXPECT_EQ(system.sleeps, (std::vector<unsigned int>{5, 2, 3}));
 }
 
@@ -121,31 +114,25 @@ TEST_F(DefaultRun, AsksTwiceForAMissingPassword) {
             bytes("28 11 00 00 04 74 77 6F 00"));
 }
 
-const Bytes BareReset = bytes("A5 00 0A 50 E0 DA 01 06 14 00 00 01 01");
-
-class Reset : public support::Generator {
- protected:
-  Reset() { use({}); }
-};
+using Reset = support::DefaultGenerator;
 
 TEST_F(Reset, SendsTheWrappedPacket) {
   answer({Accepted});
-  EXPECT_EQ(generator->reset(), 0);
-  EXPECT_EQ(device.writes,
-            std::vector<Bytes>{joined({bytes("A5 00 13 50 E0 63 02 00 0D"), BareReset})});
+  EXPECT_EQ(run(&wnpaGenerator::reset), 0);
+  EXPECT_EQ(device.writes, std::vector<Bytes>{wrapped(packets::Reset)});
   EXPECT_EQ(system.sleeps, std::vector<unsigned int>{5});
 }
 
 TEST_F(Reset, SendsTheBarePacketWithoutWrapMode) {
   generator->setWrapMode(false);
   answer({Accepted});
-  EXPECT_EQ(generator->reset(), 0);
-  EXPECT_EQ(device.writes, std::vector<Bytes>{BareReset});
+  EXPECT_EQ(run(&wnpaGenerator::reset), 0);
+  EXPECT_EQ(device.writes, std::vector<Bytes>{packets::Reset});
 }
 
 TEST_F(Reset, TriesTwiceFiftySecondsApart) {
   answer({Refused});
-  EXPECT_EQ(generator->reset(), 1);
+  EXPECT_EQ(run(&wnpaGenerator::reset), 1);
   EXPECT_EQ(device.writes.size(), 2U);
   EXPECT_EQ(system.sleeps, (std::vector<unsigned int>{5, 50, 5}));
 }

@@ -1,119 +1,84 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "testing/encoder.h"
+#include "testing/setting_encoder.h"
 
-using support::Bytes;
-using support::bytes;
-using support::Encoder;
-using support::EncoderRow;
-using support::Encoders;
-using support::joined;
-using support::textBytes;
+// The settings of every network but security and password.
 
 namespace {
+
+using support::bytes;
+using support::joined;
+using support::SettingRow;
+using support::textBytes;
+
+class NetworkEncoder : public support::SettingTable {};
+
+TEST_P(NetworkEncoder, AppendsItsObjectAndLogsIt) {
+  expectRow();
+}
 
 constexpr auto Ssid = &wnpaGenerator::constructSSID;
 constexpr auto Mode = &wnpaGenerator::constructMode;
 constexpr auto Channel = &wnpaGenerator::constructChannel;
-}  // namespace
-
-TEST_P(Encoder, ReturnsTheCountOfItsBytesAndLeavesTheTotalAlone) {
-  expectCountAndLog();
-}
-
-TEST_P(Encoder, AppendsItsObject) {
-  expectObject();
-}
 
 INSTANTIATE_TEST_SUITE_P(
-    Ssid, Encoder,
+    Ssid, NetworkEncoder,
     testing::Values(
-        EncoderRow{{"FourLetters"},
+        SettingRow{{"FourLetters"},
                    Ssid,
                    {"--ssid=home"},
                    "28 08 00 00 05 68 6F 6D 65 00",
                    "D [ZVK] SSID = home\n"},
-        EncoderRow{{"OneLetter"}, Ssid, {"--ssid=x"}, "28 08 00 00 02 78 00", "D [ZVK] SSID = x\n"},
-        EncoderRow{{"AnyBytes"},
+        SettingRow{{"OneLetter"}, Ssid, {"--ssid=x"}, "28 08 00 00 02 78 00", "D [ZVK] SSID = x\n"},
+        SettingRow{{"AnyBytes"},
                    Ssid,
                    {"--ssid=%s\xC3\xA4 "},
                    "28 08 00 00 06 25 73 C3 A4 20 00",
                    "D [ZVK] SSID = %s\xC3\xA4 \n"},
-        EncoderRow{{"Empty"}, Ssid, {}, "", "D [ZVK] SSID = \n"}),
+        SettingRow{{"Empty"}, Ssid, {}, "", "D [ZVK] SSID = \n"}),
     support::rowName);
+
+TEST_F(NetworkEncoder, DoesNotCutTheSsid) {
+  const std::string ssid(300, 's');
+  expectObject(Ssid, {"--ssid=" + ssid},
+               joined({bytes("28 08 00 01 2D"), textBytes(ssid), bytes("00")}),
+               "D [ZVK] SSID = " + ssid + "\n");
+}
+
+constexpr const char* Managed = "28 02 00 00 04 00 00 00 00";
+constexpr const char* AdHoc = "28 02 00 00 04 00 00 00 01";
+
+SettingRow modeRow(const char* name, const std::string& mode, const char* object) {
+  return {{name}, Mode, {"--mode=" + mode}, object, "D [ZVK] Mode = '" + mode + "'\n"};
+}
 
 INSTANTIATE_TEST_SUITE_P(
-    Mode, Encoder,
-    testing::Values(
-        EncoderRow{{"AdHoc"},
-                   Mode,
-                   {"--mode=Ad-Hoc"},
-                   "28 02 00 00 04 00 00 00 01",
-                   "D [ZVK] Mode = 'Ad-Hoc'\n"},
-        EncoderRow{
-            {"Managed"}, Mode, {}, "28 02 00 00 04 00 00 00 00", "D [ZVK] Mode = 'Managed'\n"},
-        EncoderRow{{"SpellingOfTheHelpText"},
-                   Mode,
-                   {"--mode=Ad-hoc"},
-                   "28 02 00 00 04 00 00 00 00",
-                   "D [ZVK] Mode = 'Ad-hoc'\n"},
-        EncoderRow{{"SmallLetters"},
-                   Mode,
-                   {"--mode=ad-hoc"},
-                   "28 02 00 00 04 00 00 00 00",
-                   "D [ZVK] Mode = 'ad-hoc'\n"},
-        EncoderRow{{"MoreThanTheName"},
-                   Mode,
-                   {"--mode=Ad-Hoc "},
-                   "28 02 00 00 04 00 00 00 00",
-                   "D [ZVK] Mode = 'Ad-Hoc '\n"},
-        EncoderRow{{"Empty"}, Mode, {"--mode="}, "", "D [ZVK] Mode = ''\n"}),
+    Mode, NetworkEncoder,
+    testing::Values(SettingRow{{"Default"}, Mode, {}, Managed, "D [ZVK] Mode = 'Managed'\n"},
+                    modeRow("Managed", "Managed", Managed), modeRow("AdHoc", "Ad-Hoc", AdHoc),
+                    modeRow("SpellingOfTheHelpText", "Ad-hoc", Managed),
+                    modeRow("SmallLetters", "ad-hoc", Managed),
+                    modeRow("MoreThanTheName", "Ad-Hoc ", Managed), modeRow("Empty", "", "")),
     support::rowName);
 
-namespace {
-
-EncoderRow channelRow(const char* name, const char* option, const char* object) {
-  return {{name}, Channel, {option}, object, ""};
+SettingRow channelRow(const char* name, const std::string& channel, const std::string& code) {
+  return {{name}, Channel, {"--channel=" + channel}, "28 05 00 00 04 00 00 00 " + code, ""};
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Channel, NetworkEncoder,
+    testing::Values(channelRow("One", "1", "01"), channelRow("Two", "2", "02"),
+                    channelRow("Three", "3", "03"), channelRow("Four", "4", "04"),
+                    channelRow("Five", "5", "05"), channelRow("Six", "6", "06"),
+                    channelRow("Seven", "7", "07"), channelRow("Eight", "8", "08"),
+                    channelRow("Nine", "9", "09"), channelRow("Ten", "10", "0A"),
+                    channelRow("Eleven", "11", "0B"), channelRow("TwelveIsSix", "12", "06"),
+                    channelRow("ThirteenIsSix", "13", "06"),
+                    channelRow("FourteenIsSix", "14", "06"), channelRow("ZeroIsSix", "0", "06"),
+                    channelRow("LeadingZeroIsSix", "01", "06"),
+                    channelRow("LeadingBlankIsSix", " 1", "06"),
+                    channelRow("TextIsSix", "auto", "06"), channelRow("EmptyIsSix", "", "06")),
+    support::rowName);
 
 }  // namespace
-
-INSTANTIATE_TEST_SUITE_P(
-    Channel, Encoder,
-    testing::Values(channelRow("One", "--channel=1", "28 05 00 00 04 00 00 00 01"),
-                    channelRow("Two", "--channel=2", "28 05 00 00 04 00 00 00 02"),
-                    channelRow("Three", "--channel=3", "28 05 00 00 04 00 00 00 03"),
-                    channelRow("Four", "--channel=4", "28 05 00 00 04 00 00 00 04"),
-                    channelRow("Five", "--channel=5", "28 05 00 00 04 00 00 00 05"),
-                    channelRow("Six", "--channel=6", "28 05 00 00 04 00 00 00 06"),
-                    channelRow("Seven", "--channel=7", "28 05 00 00 04 00 00 00 07"),
-                    channelRow("Eight", "--channel=8", "28 05 00 00 04 00 00 00 08"),
-                    channelRow("Nine", "--channel=9", "28 05 00 00 04 00 00 00 09"),
-                    channelRow("Ten", "--channel=10", "28 05 00 00 04 00 00 00 0A"),
-                    channelRow("Eleven", "--channel=11", "28 05 00 00 04 00 00 00 0B"),
-                    channelRow("TwelveIsSix", "--channel=12", "28 05 00 00 04 00 00 00 06"),
-                    channelRow("ThirteenIsSix", "--channel=13", "28 05 00 00 04 00 00 00 06"),
-                    channelRow("FourteenIsSix", "--channel=14", "28 05 00 00 04 00 00 00 06"),
-                    channelRow("ZeroIsSix", "--channel=0", "28 05 00 00 04 00 00 00 06"),
-                    channelRow("LeadingZeroIsSix", "--channel=01", "28 05 00 00 04 00 00 00 06"),
-                    channelRow("LeadingBlankIsSix", "--channel= 1", "28 05 00 00 04 00 00 00 06"),
-                    channelRow("TextIsSix", "--channel=auto", "28 05 00 00 04 00 00 00 06"),
-                    channelRow("EmptyIsSix", "--channel=", "28 05 00 00 04 00 00 00 06")),
-    support::rowName);
-
-// --- Long texts ---------------------------------------------------------------------------------
-
-TEST_F(Encoders, SsidIsNotCut) {
-  const std::string ssid(300, 's');
-  use({"--ssid=" + ssid});
-  const Bytes object = joined({bytes("28 08 00 01 2D"), textBytes(ssid), bytes("00")});
-  EXPECT_EQ(occurrences(sentObjects(), object), 1);
-}
-
-TEST_F(Encoders, PasswordIsNotCut) {
-  const std::string password(300, 'p');
-  use({"--security=WPA", "--passwd=" + password});
-  const Bytes object = joined({bytes("28 11 00 01 2D"), textBytes(password), bytes("00")});
-  EXPECT_EQ(occurrences(sentObjects(), object), 1);
-}

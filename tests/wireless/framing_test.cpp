@@ -17,10 +17,8 @@ using virtual_system::Second;
 namespace {
 
 /// The framing operations over default settings.
-class Framing : public support::Generator {
+class Framing : public support::DefaultGenerator {
  protected:
-  Framing() { use({}); }
-
   Bytes wrapped(Bytes packet) {
     const int size = static_cast<int>(packet.size());
     EXPECT_EQ(generator->constructWrapping(packet, size), size + 9);
@@ -102,16 +100,14 @@ TEST_F(Framing, PutsTheGroupingHeaderInFront) {
   Bytes objects = bytes("28 02 00 00 04 00 00 00 01 28 30 00 00 01 01");
   generator->appendDataToNPA(15, objects.data());
   EXPECT_EQ(generator->constructAtomicGrouping(15), 22);
-  const auto packet = generator->packet();
-  EXPECT_EQ(Bytes(packet.begin(), packet.end()), joined({bytes("A5 00 13 50 E0 DA 01"), objects}));
+  EXPECT_EQ(packet(), joined({bytes("A5 00 13 50 E0 DA 01"), objects}));
 }
 
 TEST_F(Framing, PutsTheHeaderOfSingleSettingsInFront) {
   Bytes objects = pattern(300);
   generator->appendDataToNPA(300, objects.data());
   EXPECT_EQ(generator->constructLongNetwork(300), 307);
-  const auto packet = generator->packet();
-  EXPECT_EQ(Bytes(packet.begin(), packet.end()), joined({bytes("A5 01 30 50 E0 D8 01"), objects}));
+  EXPECT_EQ(packet(), joined({bytes("A5 01 30 50 E0 D8 01"), objects}));
 }
 
 TEST_F(Framing, WrapsAQuery) {
@@ -121,8 +117,8 @@ TEST_F(Framing, WrapsAQuery) {
 
 TEST_F(Framing, WrapsAConfigurationPacketOfTwoObjects) {
   // Of nine and six bytes.
-  const Bytes packet = bytes("A5 00 13 50 E0 DA 01 28 02 00 00 04 00 00 00 01 28 30 00 00 01 01");
-  EXPECT_EQ(wrapped(packet), joined({bytes("A5 00 1C 50 E0 63 02 00 16"), packet}));
+  const Bytes batch = bytes("A5 00 13 50 E0 DA 01 28 02 00 00 04 00 00 00 01 28 30 00 00 01 01");
+  EXPECT_EQ(wrapped(batch), joined({bytes("A5 00 1C 50 E0 63 02 00 16"), batch}));
 }
 
 TEST_F(Framing, WrapsAPacketOfMoreThan255Bytes) {
@@ -138,16 +134,13 @@ TEST_F(Framing, WrapsAnEmptyPacket) {
 
 namespace {
 
-class RawData : public support::Generator {
+class RawData : public support::DefaultGenerator {
  protected:
-  RawData() { use({}); }
-
-  Output send(Bytes data, int timeout = 10) {
-    int result = -77;
-    Output output = outputOf([&] {
-      result = generator->sendNPAData(data.data(), static_cast<int>(data.size()), timeout);
-    });
-    EXPECT_EQ(result, 0);
+  const Output& send(Bytes data, int timeout = 10) {
+    const auto send = [&] {
+      return generator->sendNPAData(data.data(), static_cast<int>(data.size()), timeout);
+    };
+    EXPECT_EQ(resultOf(send, output), 0);
     return output;
   }
 };

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <string>
 
 #include "testing/setting_encoder.h"
 
@@ -10,86 +11,58 @@ using support::SettingRow;
 
 class WepEncoder : public support::SettingTable {};
 
-TEST_P(WepEncoder, AppendsItsObjectAndTells) {
+TEST_P(WepEncoder, AppendsItsObjectAndLogsIt) {
   expectRow();
 }
 
 constexpr auto Transmit = &wnpaGenerator::constructWEPTransmit;
 constexpr auto Auth = &wnpaGenerator::constructWEPAuth;
 
-SettingRow transmitRow(const char* name, const char* option, const char* object, const char* log) {
-  return {{name}, Transmit, {option}, object, log};
+SettingRow transmitRow(const char* name, const std::string& key, const std::string& code) {
+  return {{name},
+          Transmit,
+          {"--WEP-transmit=" + key},
+          "28 1F 00 00 04 00 00 00 " + code,
+          "D [ZVK] WEP Transmit key = " + key + "\n"};
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Transmit, WepEncoder,
-    testing::Values(transmitRow("One", "--WEP-transmit=1", "28 1F 00 00 04 00 00 00 01",
-                                "D [ZVK] WEP Transmit key = 1\n"),
-                    transmitRow("Four", "--WEP-transmit=4", "28 1F 00 00 04 00 00 00 04",
-                                "D [ZVK] WEP Transmit key = 4\n"),
-                    transmitRow("Zero", "--WEP-transmit=0", "28 1F 00 00 04 00 00 00 00",
-                                "D [ZVK] WEP Transmit key = 0\n"),
-                    // Told as configured, sent as 1.
-                    transmitRow("Empty", "--WEP-transmit=", "28 1F 00 00 04 00 00 00 01",
-                                "D [ZVK] WEP Transmit key = \n"),
-                    transmitRow("DigitsAheadOfText", "--WEP-transmit= 3rd",
-                                "28 1F 00 00 04 00 00 00 03", "D [ZVK] WEP Transmit key =  3rd\n"),
-                    transmitRow("Text", "--WEP-transmit=two", "28 1F 00 00 04 00 00 00 00",
-                                "D [ZVK] WEP Transmit key = two\n"),
-                    transmitRow("LargestByte", "--WEP-transmit=255", "28 1F 00 00 04 00 00 00 FF",
-                                "D [ZVK] WEP Transmit key = 255\n"),
-                    transmitRow("LowestByte", "--WEP-transmit=258", "28 1F 00 00 04 00 00 00 02",
-                                "D [ZVK] WEP Transmit key = 258\n"),
-                    transmitRow("Negative", "--WEP-transmit=-1", "28 1F 00 00 04 00 00 00 FF",
-                                "D [ZVK] WEP Transmit key = -1\n"),
-                    transmitRow("Large", "--WEP-transmit=2147483646", "28 1F 00 00 04 00 00 00 FE",
-                                "D [ZVK] WEP Transmit key = 2147483646\n"),
-                    transmitRow("Huge", "--WEP-transmit=99999999999999999999999",
-                                "28 1F 00 00 04 00 00 00 FF",
-                                "D [ZVK] WEP Transmit key = 99999999999999999999999\n"),
-                    transmitRow("HugeNegative", "--WEP-transmit=-99999999999999999999999",
-                                "28 1F 00 00 04 00 00 00 00",
-                                "D [ZVK] WEP Transmit key = -99999999999999999999999\n")),
+    testing::Values(transmitRow("One", "1", "01"), transmitRow("Four", "4", "04"),
+                    transmitRow("Zero", "0", "00"),
+                    // Logged as configured, sent as 1.
+                    transmitRow("Empty", "", "01"), transmitRow("DigitsAheadOfText", " 3rd", "03"),
+                    transmitRow("Text", "two", "00"), transmitRow("LargestByte", "255", "FF"),
+                    transmitRow("LowestByte", "258", "02"), transmitRow("Negative", "-1", "FF"),
+                    transmitRow("Large", "2147483646", "FE"),
+                    transmitRow("Huge", "99999999999999999999999", "FF"),
+                    transmitRow("HugeNegative", "-99999999999999999999999", "00"),
+                    transmitRow("Of64KiB", std::string(65536, '7'), "FF")),
     support::rowName);
 
-TEST_F(WepEncoder, TakesATransmitKeyOf64KiB) {
-  const std::string digits(65536, '7');
-  expectObject(Transmit, {"--WEP-transmit=" + digits}, support::bytes("28 1F 00 00 04 00 00 00 FF"),
-               "D [ZVK] WEP Transmit key = " + digits + "\n");
+SettingRow authRow(const char* name, const std::string& encryption, const std::string& security,
+                   const std::string& mode) {
+  return {{name},
+          Auth,
+          {"--encryption=" + encryption, "--security=" + security},
+          "28 23 00 00 04 00 00 00 0" + mode.substr(0, 1),
+          "D [ZVK] WEP auth mode: " + mode + "\n"};
 }
 
-constexpr const char* Auth0 = "28 23 00 00 04 00 00 00 00";
-constexpr const char* Auth1 = "28 23 00 00 04 00 00 00 01";
-constexpr const char* Auth2 = "28 23 00 00 04 00 00 00 02";
-constexpr const char* AutoLine = "D [ZVK] WEP auth mode: 0 (Auto)\n";
+constexpr const char* Automatic = "0 (Auto)";
 
 INSTANTIATE_TEST_SUITE_P(
     Auth, WepEncoder,
-    testing::Values(
-        SettingRow{{"NoEncryption"}, Auth, {"--security=OPEN"}, "", ""},
-        SettingRow{{"EncryptionNone"}, Auth, {"--encryption=NONE"}, Auth0, AutoLine},
-        SettingRow{{"NoneOfOpen"}, Auth, {"--encryption=NONE", "--security=OPEN"}, Auth0, AutoLine},
-        SettingRow{{"Open"},
-                   Auth,
-                   {"--encryption=WEP", "--security=OPEN"},
-                   Auth1,
-                   "D [ZVK] WEP auth mode: 1 (Open)\n"},
-        SettingRow{{"Shared"},
-                   Auth,
-                   {"--encryption=WEP", "--security=SHARED"},
-                   Auth2,
-                   "D [ZVK] WEP auth mode: 2 (Shared)\n"},
-        SettingRow{
-            {"OtherSecurity"}, Auth, {"--encryption=WEP", "--security=802.1x"}, Auth0, AutoLine},
-        SettingRow{{"OtherCase"}, Auth, {"--encryption=WEP", "--security=open"}, Auth0, AutoLine},
-        SettingRow{{"EmptySecurity"}, Auth, {"--encryption=WEP", "--security="}, Auth0, AutoLine},
-        SettingRow{{"OtherEncryption"},
-                   Auth,
-                   {"--encryption=WEP-STATIC", "--security=OPEN"},
-                   Auth0,
-                   AutoLine},
-        SettingRow{
-            {"SmallLetters"}, Auth, {"--encryption=wep", "--security=SHARED"}, Auth0, AutoLine}),
+    testing::Values(SettingRow{{"NoEncryption"}, Auth, {"--security=OPEN"}, "", ""},
+                    authRow("EncryptionNone", "NONE", "None", Automatic),
+                    authRow("NoneOfOpen", "NONE", "OPEN", Automatic),
+                    authRow("Open", "WEP", "OPEN", "1 (Open)"),
+                    authRow("Shared", "WEP", "SHARED", "2 (Shared)"),
+                    authRow("OtherSecurity", "WEP", "802.1x", Automatic),
+                    authRow("OtherCase", "WEP", "open", Automatic),
+                    authRow("EmptySecurity", "WEP", "", Automatic),
+                    authRow("OtherEncryption", "WEP-STATIC", "OPEN", Automatic),
+                    authRow("SmallLetters", "wep", "SHARED", Automatic)),
     support::rowName);
 
 }  // namespace

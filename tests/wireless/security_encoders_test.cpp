@@ -1,115 +1,84 @@
 #include <gtest/gtest.h>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "testing/encoder.h"
-
-using support::EncoderRow;
+#include "testing/setting_encoder.h"
 
 namespace {
 
-class SecurityEncoder : public support::Encoder {};
+using support::bytes;
+using support::joined;
+using support::SettingRow;
+using support::textBytes;
+
+class SecurityEncoder : public support::SettingTable {};
+
+TEST_P(SecurityEncoder, AppendsItsObjectAndLogsIt) {
+  expectRow();
+}
 
 constexpr auto Security = &wnpaGenerator::constructSecurity;
 constexpr auto Passwd = &wnpaGenerator::constructPasswd;
 
-}  // namespace
+// As logged. The digit is the code that is sent.
+constexpr const char* NoSecurity = "0 (No Security)";
+constexpr const char* Wep = "1 (WEP)";
+constexpr const char* Psk = "2 (WPA PSK (Auto 1 or 2))";
+constexpr const char* Ieee8021x = "3 (802.1x)";
 
-TEST_P(SecurityEncoder, ReturnsTheCountOfItsBytesAndLeavesTheTotalAlone) {
-  expectCountAndLog();
+SettingRow securityRow(const char* name, const std::string& security, const std::string& mode,
+                       const std::string& encryption = "") {
+  return {{name},
+          Security,
+          {"--security=" + security, "--encryption=" + encryption},
+          "28 22 00 00 04 00 00 00 0" + mode.substr(0, 1),
+          "D [ZVK] Security = '" + security + "'\nD [ZVK] Security mode: " + mode + "\n"};
 }
-
-TEST_P(SecurityEncoder, AppendsItsObject) {
-  expectObject();
-}
-
-namespace {
-
-EncoderRow securityRow(const char* name, std::vector<std::string> options, const char* object,
-                       const char* log) {
-  options.emplace_back("--passwd=p");  // so that none asks for it
-  return {{name}, Security, std::move(options), object, log};
-}
-
-constexpr const char* Code0 = "28 22 00 00 04 00 00 00 00";
-constexpr const char* Code1 = "28 22 00 00 04 00 00 00 01";
-constexpr const char* Code2 = "28 22 00 00 04 00 00 00 02";
-constexpr const char* Code3 = "28 22 00 00 04 00 00 00 03";
-
-}  // namespace
 
 INSTANTIATE_TEST_SUITE_P(
     Security, SecurityEncoder,
     testing::Values(
-        securityRow("None", {}, Code0,
-                    "D [ZVK] Security = 'None'\nD [ZVK] Security mode: 0 (No Security)\n"),
-        securityRow("Empty", {"--security="}, Code0,
-                    "D [ZVK] Security = ''\nD [ZVK] Security mode: 0 (No Security)\n"),
-        securityRow("Open", {"--security=OPEN"}, Code0,
-                    "D [ZVK] Security = 'OPEN'\nD [ZVK] Security mode: 0 (No Security)\n"),
-        securityRow("OpenWithWep", {"--security=OPEN", "--encryption=WEP"}, Code1,
-                    "D [ZVK] Security = 'OPEN'\nD [ZVK] Security mode: 1 (WEP)\n"),
-        securityRow("OpenWithStaticWep", {"--security=OPEN", "--encryption=WEP-STATIC"}, Code0,
-                    "D [ZVK] Security = 'OPEN'\nD [ZVK] Security mode: 0 (No Security)\n"),
-        securityRow("NoneWithWep", {"--encryption=WEP"}, Code0,
-                    "D [ZVK] Security = 'None'\nD [ZVK] Security mode: 0 (No Security)\n"),
-        securityRow("Wep", {"--security=WEP"}, Code1,
-                    "D [ZVK] Security = 'WEP'\nD [ZVK] Security mode: 1 (WEP)\n"),
-        securityRow("Shared", {"--security=SHARED"}, Code1,
-                    "D [ZVK] Security = 'SHARED'\nD [ZVK] Security mode: 1 (WEP)\n"),
-        securityRow("Wpa", {"--security=WPA"}, Code2,
-                    "D [ZVK] Security = 'WPA'\n"
-                    "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))\n"),
-        securityRow("WpaPersonal", {"--security=WPA-PER"}, Code2,
-                    "D [ZVK] Security = 'WPA-PER'\n"
-                    "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))\n"),
-        securityRow("Wpa2", {"--security=WPA2"}, Code2,
-                    "D [ZVK] Security = 'WPA2'\n"
-                    "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))\n"),
-        securityRow("WpaEnterprise", {"--security=WPA-ENT"}, Code2,
-                    "D [ZVK] Security = 'WPA-ENT'\n"
-                    "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))\n"),
-        securityRow("Ieee8021x", {"--security=802.1x"}, Code3,
-                    "D [ZVK] Security = '802.1x'\nD [ZVK] Security mode: 3 (802.1x)\n"),
-        securityRow("OtherCase", {"--security=wpa"}, Code0,
-                    "D [ZVK] Security = 'wpa'\nD [ZVK] Security mode: 0 (No Security)\n"),
-        securityRow("OtherText", {"--security=WPA3"}, Code0,
-                    "D [ZVK] Security = 'WPA3'\nD [ZVK] Security mode: 0 (No Security)\n")),
+        SettingRow{{"Default"},
+                   Security,
+                   {},
+                   "28 22 00 00 04 00 00 00 00",
+                   "D [ZVK] Security = 'None'\n"
+                   "D [ZVK] Security mode: 0 (No Security)\n"},
+        securityRow("None", "None", NoSecurity), securityRow("Empty", "", NoSecurity),
+        securityRow("Open", "OPEN", NoSecurity), securityRow("OpenWithWep", "OPEN", Wep, "WEP"),
+        securityRow("OpenWithStaticWep", "OPEN", NoSecurity, "WEP-STATIC"),
+        securityRow("NoneWithWep", "None", NoSecurity, "WEP"), securityRow("Wep", "WEP", Wep),
+        securityRow("Shared", "SHARED", Wep), securityRow("Wpa", "WPA", Psk),
+        securityRow("WpaPersonal", "WPA-PER", Psk), securityRow("Wpa2", "WPA2", Psk),
+        securityRow("WpaEnterprise", "WPA-ENT", Psk), securityRow("Ieee8021x", "802.1x", Ieee8021x),
+        securityRow("OtherCase", "wpa", NoSecurity), securityRow("OtherText", "WPA3", NoSecurity)),
     support::rowName);
+
+SettingRow passwordRow(const char* name, std::vector<std::string> options, const char* object) {
+  options.emplace_back("--passwd=abc");
+  return {{name}, Passwd, std::move(options), object, ""};
+}
+
+constexpr const char* WepKey = "28 09 00 00 04 61 62 63 00";
+constexpr const char* PreSharedKey = "28 11 00 00 04 61 62 63 00";
 
 INSTANTIATE_TEST_SUITE_P(
     Passwd, SecurityEncoder,
-    testing::Values(EncoderRow{{"SecurityNone"}, Passwd, {"--passwd=secret"}, "", ""},
-                    EncoderRow{{"SecurityNoneWithoutPassword"}, Passwd, {}, "", ""},
-                    EncoderRow{{"WepKeySlot"},
-                               Passwd,
-                               {"--security=WEP", "--passwd=abc"},
-                               "28 09 00 00 04 61 62 63 00",
-                               ""},
-                    EncoderRow{{"PskSlot"},
-                               Passwd,
-                               {"--security=WPA", "--passwd=abc"},
-                               "28 11 00 00 04 61 62 63 00",
-                               ""},
-                    EncoderRow{{"PskSlotOfOpen"},
-                               Passwd,
-                               {"--security=OPEN", "--encryption=WEP", "--passwd=abc"},
-                               "28 11 00 00 04 61 62 63 00",
-                               ""},
-                    EncoderRow{{"PskSlotOfShared"},
-                               Passwd,
-                               {"--security=SHARED", "--passwd=abc"},
-                               "28 11 00 00 04 61 62 63 00",
-                               ""},
-                    EncoderRow{{"EmptySecurityIsNotNone"},
-                               Passwd,
-                               {"--security=", "--passwd=abc"},
-                               "28 11 00 00 04 61 62 63 00",
-                               ""},
-                    EncoderRow{{"OtherCaseIsNotNone"},
-                               Passwd,
-                               {"--security=none", "--passwd=abc"},
-                               "28 11 00 00 04 61 62 63 00",
-                               ""}),
+    testing::Values(SettingRow{{"SecurityNoneWithoutPassword"}, Passwd, {}, "", ""},
+                    passwordRow("SecurityNone", {}, ""),
+                    passwordRow("WepKeySlot", {"--security=WEP"}, WepKey),
+                    passwordRow("PskSlot", {"--security=WPA"}, PreSharedKey),
+                    passwordRow("PskSlotOfOpen", {"--security=OPEN", "--encryption=WEP"},
+                                PreSharedKey),
+                    passwordRow("PskSlotOfShared", {"--security=SHARED"}, PreSharedKey),
+                    passwordRow("EmptySecurityIsNotNone", {"--security="}, PreSharedKey),
+                    passwordRow("OtherCaseIsNotNone", {"--security=none"}, PreSharedKey)),
     support::rowName);
+
+TEST_F(SecurityEncoder, DoesNotCutThePassword) {
+  const std::string password(300, 'p');
+  expectObject(Passwd, {"--security=WPA", "--passwd=" + password},
+               joined({bytes("28 11 00 01 2D"), textBytes(password), bytes("00")}), "");
+}
+
+}  // namespace

@@ -4,41 +4,21 @@
 #include <vector>
 
 #include "testing/generator.h"
-#include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 
 // The status queries: what goes out, and what is read from the collected reply.
 
 namespace {
 
+using packets::replyOf;
 using support::Bytes;
 using support::bytes;
 using support::joined;
 using support::Output;
-using support::outputOf;
 using virtual_system::Second;
-using Query = int (wnpaGenerator::*)();
-
-const Bytes Wrapper = bytes("A5 00 0F 50 E0 63 02 00 09");
-
-/// A reply packet whose collected bytes are E0 and `records`.
-Bytes replyOf(const Bytes& records, std::uint8_t flag = 0x50) {
-  const auto length = static_cast<std::uint8_t>(records.size() + 2);
-  return joined({{0xA5, 0x00, length, flag, 0xE0}, records});
-}
-
-class StatusQueries : public support::Generator {
- protected:
-  StatusQueries() { use({}); }
-
-  int run(Query query) {
-    int result = -77;
-    output = outputOf([&] { result = (generator.get()->*query)(); });
-    return result;
-  }
-
-  Output output;
-};
+using Query = support::Operation;
+using StatusQueries = support::DefaultGenerator;
 
 // --- What goes out ------------------------------------------------------------------------------
 
@@ -53,7 +33,7 @@ class Request : public StatusQueries, public testing::WithParamInterface<Request
 
 TEST_P(Request, IsWrapped) {
   run(GetParam().query);
-  EXPECT_EQ(device.writes.at(0), joined({Wrapper, bytes(GetParam().request)}));
+  EXPECT_EQ(device.writes.at(0), packets::wrapped(bytes(GetParam().request)));
   EXPECT_EQ(system.sleeps, GetParam().pauses);
 }
 
@@ -69,54 +49,32 @@ TEST_P(Request, IsAnnounced) {
   EXPECT_EQ(output.out, "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Queries, Request,
-                         testing::Values(RequestRow{{"Ssid"},
-                                                    &wnpaGenerator::getSSID,
-                                                    "A5 00 06 50 E0 D8 00 28 08",
-                                                    std::vector<unsigned int>(7, 2),
-                                                    ""},
-                                         RequestRow{{"Ip"},
-                                                    &wnpaGenerator::getIP,
-                                                    "A5 00 06 50 E0 D8 00 0A 02",
-                                                    std::vector<unsigned int>(7, 3),
-                                                    ""},
-                                         RequestRow{{"TroubleCode"},
-                                                    &wnpaGenerator::getTroubleCode,
-                                                    "A5 00 06 50 E0 D8 00 28 15",
-                                                    std::vector<unsigned int>(4, 2),
-                                                    ""},
-                                         RequestRow{{"AdapterDescriptor"},
-                                                    &wnpaGenerator::getAdapterDescriptor,
-                                                    "A5 00 06 50 E0 D8 00 06 1F",
-                                                    std::vector<unsigned int>(5, 10),
-                                                    ""},
-                                         RequestRow{{"AuthStatus"},
-                                                    &wnpaGenerator::get802AuthStatus,
-                                                    "A5 00 06 50 E0 D8 00 2A 1D",
-                                                    {2},
-                                                    "D [ZVK] 802.1x Authentication status...\n"},
-                                         RequestRow{{"AuthEnabled"},
-                                                    &wnpaGenerator::get802AuthEnabled,
-                                                    "A5 00 06 50 E0 D8 00 2A 13",
-                                                    {2},
-                                                    "D [ZVK] 802.1x Auth enabled?...\n"},
-                                         RequestRow{
-                                             {"CertAuthInstalled"},
-                                             &wnpaGenerator::getCertAuthInstalled,
-                                             "A5 00 06 50 E0 D8 00 2A 11",
-                                             {2},
-                                             "D [ZVK] Certificate Authority installed?...\n"},
-                                         RequestRow{{"AllSecuritySettings"},
-                                                    &wnpaGenerator::getAllSecuritySettings,
-                                                    "A5 00 06 50 E0 D8 00 2A 25",
-                                                    {2},
-                                                    "D [ZVK] All security settings...\n"},
-                                         RequestRow{{"AuthCommonName"},
-                                                    &wnpaGenerator::get802AuthCommonName,
-                                                    "A5 00 06 50 E0 D8 00 2A 1B",
-                                                    {2},
-                                                    "D [ZVK] 802.1x Auth common name...\n"}),
-                         support::rowName);
+RequestRow requestRow(const char* name, Query query, const char* request, std::size_t attempts,
+                      unsigned int pause, const char* announcement = "") {
+  return {{name}, query, request, std::vector<unsigned int>(attempts, pause), announcement};
+}
+
+using G = wnpaGenerator;
+
+INSTANTIATE_TEST_SUITE_P(
+    Queries, Request,
+    testing::Values(
+        requestRow("Ssid", &G::getSSID, "A5 00 06 50 E0 D8 00 28 08", 7, 2),
+        requestRow("Ip", &G::getIP, "A5 00 06 50 E0 D8 00 0A 02", 7, 3),
+        requestRow("TroubleCode", &G::getTroubleCode, "A5 00 06 50 E0 D8 00 28 15", 4, 2),
+        requestRow("AdapterDescriptor", &G::getAdapterDescriptor, "A5 00 06 50 E0 D8 00 06 1F", 5,
+                   10),
+        requestRow("AuthStatus", &G::get802AuthStatus, "A5 00 06 50 E0 D8 00 2A 1D", 1, 2,
+                   "D [ZVK] 802.1x Authentication status...\n"),
+        requestRow("AuthEnabled", &G::get802AuthEnabled, "A5 00 06 50 E0 D8 00 2A 13", 1, 2,
+                   "D [ZVK] 802.1x Auth enabled?...\n"),
+        requestRow("CertAuthInstalled", &G::getCertAuthInstalled, "A5 00 06 50 E0 D8 00 2A 11", 1,
+                   2, "D [ZVK] Certificate Authority installed?...\n"),
+        requestRow("AllSecuritySettings", &G::getAllSecuritySettings, "A5 00 06 50 E0 D8 00 2A 25",
+                   1, 2, "D [ZVK] All security settings...\n"),
+        requestRow("AuthCommonName", &G::get802AuthCommonName, "A5 00 06 50 E0 D8 00 2A 1B", 1, 2,
+                   "D [ZVK] 802.1x Auth common name...\n")),
+    support::rowName);
 
 // --- The authentication status ------------------------------------------------------------------
 
@@ -275,12 +233,7 @@ TEST_F(StatusQueries, PassOverAThousandTruncatedRecords) {
   for (int i = 0; i < 1000; ++i) {
     records = joined({records, bytes("A5 00 09 50 E0 D8 00 2A")});
   }
-  Bytes reply =
-      joined({bytes("A5 00 00 50 E0"), records, bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02")});
-  const std::size_t length = reply.size() - 3;
-  reply[1] = static_cast<std::uint8_t>(length >> 8U);
-  reply[2] = static_cast<std::uint8_t>(length & 0xFFU);
-  answer({reply});
+  answer({replyOf(joined({records, bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02")}))});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
 }
 

@@ -25,17 +25,15 @@ TEST_F(TypedPassword, IsAskedForWhenItIsEmptyAndNotLogged) {
   use({"--security=WPA"});
   const StandardInput input("abc\n");
   int total = 0;
-  int count = -77;
-  EXPECT_EQ(outputOf([&] { count = generator->constructPasswd(&total); }),
-            (Output{Prompt + "\n\n", ""}));
-  EXPECT_EQ(count, 9);
+  EXPECT_EQ(resultOf([&] { return generator->constructPasswd(&total); }, output), 9);
+  EXPECT_EQ(output, (Output{Prompt + "\n\n", ""}));
 }
 
 TEST_F(TypedPassword, IsSentAsTyped) {
   use({"--security=WEP", "--mode="});
   generator->setWrapMode(false);
   const StandardInput input("a b\n");
-  outputOf([&] { generator->configBasic(); });
+  run(&wnpaGenerator::configBasic);
   EXPECT_EQ(device.writes,
             std::vector<Bytes>{bytes("A5 00 1F 50 E0 DA 01 28 22 00 00 04 00 00 00 01 "
                                      "28 05 00 00 04 00 00 00 06 28 09 00 00 04 61 20 62 00")});
@@ -45,7 +43,7 @@ TEST_F(TypedPassword, IsEmptyAtTheEndOfInput) {
   use({"--security=WPA", "--mode="});
   generator->setWrapMode(false);
   const StandardInput input("");
-  const Output output = outputOf([&] { generator->configBasic(); });
+  run(&wnpaGenerator::configBasic);
   EXPECT_EQ(output.out, Prompt + "\n\n");
   EXPECT_EQ(device.writes,
             std::vector<Bytes>{bytes("A5 00 1C 50 E0 DA 01 28 22 00 00 04 00 00 00 02 "
@@ -56,14 +54,14 @@ TEST_F(TypedPassword, IsAskedForWithAnEmptySecurity) {
   use({"--security="});
   const StandardInput input("x\n");
   int total = 0;
-  const Output output = outputOf([&] { generator->constructPasswd(&total); });
+  output = outputOf([&] { generator->constructPasswd(&total); });
   EXPECT_EQ(output.out, Prompt + "\n\n");
 }
 
 TEST_F(TypedPassword, IsAskedForAgainInTheBareTry) {
   use({"--security=WPA"});
   const StandardInput input("one\ntwo\n");
-  const Output output = outputOf([&] {
+  output = outputOf([&] {
     generator->configBasic();
     generator->setWrapMode(false);
     generator->configBasic();

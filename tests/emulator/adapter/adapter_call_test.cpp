@@ -8,7 +8,9 @@
 #include "testing/authority.h"
 #include "testing/bytes.h"
 #include "testing/emulated_printer.h"
-#include "testing/method_call_text.h"
+#include "testing/object_store.h"
+#include "testing/packets.h"
+#include "testing/reply_text.h"
 #include "testing/rows.h"
 
 // Method calls as packets: what the adapter answers, and how options change that.
@@ -18,25 +20,13 @@ namespace {
 using emulator::Personality;
 using support::Bytes;
 using support::bytes;
+using support::callPackets;
 using support::callText;
 using support::ReplyText;
 using Printer = support::EmulatedPrinter;
 using Lines = std::vector<std::string>;
 
 const std::string List = callText("queryCAList", 420);
-const Bytes Sniff = bytes("A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E");
-const Bytes Refused = bytes("A5 00 02 D4 E0");
-
-Bytes withLength(std::size_t length) {
-  return {0xA5, npa::highByte(length), npa::lowByte(length)};
-}
-
-/// The two packets that a host writes for a call.
-Bytes request(const std::string& xml) {
-  return support::joined(
-      {Sniff, withLength(xml.size() + 6), bytes("50 E0 C0 03 00 01"), support::textBytes(xml)});
-}
-
 struct Packet {
   int flag;
   Bytes content;  ///< what follows the flag byte
@@ -68,7 +58,7 @@ std::string xmlOf(const Bytes& reply) {
   for (const Packet& packet : packetsOf(reply)) {
     all.append(packet.content.begin(), packet.content.end());
   }
-  const std::string marker("\xE0\xC0\x03\0\1\0\xE0", 7);
+  const std::string marker(support::ReplyMarker.begin(), support::ReplyMarker.end());
   EXPECT_TRUE(all.starts_with(marker));
   all.erase(0, marker.size());
   std::erase(all, '\xE0');
@@ -76,12 +66,12 @@ std::string xmlOf(const Bytes& reply) {
 }
 
 ReplyText ask(Printer& printer, const std::string& xml) {
-  return ReplyText(xmlOf(printer.ask(request(xml))));
+  return ReplyText(xmlOf(printer.ask(callPackets(xml))));
 }
 
 TEST(MethodCallPackets, GetOnePacketWithTheMarkerAndTheText) {
   Printer printer;
-  const Bytes reply = printer.ask(request(List));
+  const Bytes reply = printer.ask(callPackets(List));
   const auto packets = packetsOf(reply);
   ASSERT_EQ(packets.size(), 1U);
   EXPECT_EQ(packets[0].flag, 0x50);
@@ -90,14 +80,13 @@ TEST(MethodCallPackets, GetOnePacketWithTheMarkerAndTheText) {
       "<child name=\"status_code\"><IntegerElem>1</IntegerElem></child>"
       "<child name=\"status_mesg\"><StringElem>success</StringElem></child>"
       "<child name=\"cert_list\"><ListElem/></child></MapElem></response>";
-  EXPECT_EQ(packets[0].content,
-            support::joined({bytes("E0 C0 03 00 01 00 E0"), support::textBytes(xml)}));
+  EXPECT_EQ(packets[0].content, support::joined({support::ReplyMarker, support::textBytes(xml)}));
 }
 
 TEST(MethodCallPackets, GetSeveralPacketsThatAnnounceTheNext) {
   for (const std::size_t count : {2U, 3U, 100U}) {
     Printer printer({.replyPackets = count});
-    const Bytes reply = printer.ask(request(List));
+    const Bytes reply = printer.ask(callPackets(List));
     const auto packets = packetsOf(reply);
     ASSERT_EQ(packets.size(), count);
     EXPECT_EQ(packets[0].content, bytes("E0 C0 03 00 01 00"));
@@ -105,7 +94,7 @@ TEST(MethodCallPackets, GetSeveralPacketsThatAnnounceTheNext) {
       EXPECT_EQ(packets[i].flag, i + 1 < count ? 0x70 : 0x50) << i;
       EXPECT_EQ(packets[i].content.front(), 0xE0) << i;
     }
-    EXPECT_EQ(xmlOf(reply), xmlOf(Printer().ask(request(List))));
+    EXPECT_EQ(xmlOf(reply), xmlOf(Printer().ask(callPackets(List))));
   }
 }
 
@@ -118,7 +107,7 @@ void fillList(Printer& printer, std::size_t nameSize, char character) {
 
 TEST(MethodCallPackets, AreSplitWhenTheTextFitsNoPacket) {
   Printer printer;
-  const std::size_t overhead = xmlOf(printer.ask(request(List))).size() +
+  const std::size_t overhead = xmlOf(printer.ask(callPackets(List))).size() +
                                std::string("<StringElem></StringElem></ListElem>").size() -
                                std::string("/").size() +
                                std::string("<StringElem></StringElem>").size();
@@ -127,12 +116,12 @@ TEST(MethodCallPackets, AreSplitWhenTheTextFitsNoPacket) {
   constexpr std::size_t first = 32000;
   fillList(printer, first, 'a');
   fillList(printer, largest - overhead - first, 'b');
-  const Bytes one = printer.ask(request(List));
+  const Bytes one = printer.ask(callPackets(List));
   EXPECT_EQ(packetsOf(one).size(), 1U);
   EXPECT_EQ(xmlOf(one).size(), largest);
   EXPECT_EQ(ask(printer, support::deleteCaText(std::string(first, 'a'))).status(), 1);
   fillList(printer, first + 1, 'a');
-  const Bytes two = printer.ask(request(List));
+  const Bytes two = printer.ask(callPackets(List));
   const auto packets = packetsOf(two);
   ASSERT_EQ(packets.size(), 2U);
   EXPECT_EQ(packets[0].flag, 0x70);
@@ -146,7 +135,7 @@ TEST(MethodCallPackets, AreAsManyAsALongTextNeeds) {
   for (const char character : {'a', 'b', 'c', 'd'}) {
     fillList(printer, 50000, character);
   }
-  const Bytes reply = printer.ask(request(List));
+  const Bytes reply = printer.ask(callPackets(List));
   EXPECT_EQ(packetsOf(reply).size(), 1 + 4U);
   const auto names = ReplyText(xmlOf(reply)).list();
   ASSERT_EQ(names.size(), 4U);
@@ -155,13 +144,7 @@ TEST(MethodCallPackets, AreAsManyAsALongTextNeeds) {
 
 TEST(MethodCall, IsRefusedInAWrapper) {
   Printer printer;
-  const Bytes call = support::joined(
-      {withLength(List.size() + 6), bytes("50 E0 C0 03 00 01"), support::textBytes(List)});
-  const Bytes wrapper = support::joined({withLength(call.size() + 6),
-                                         bytes("50 E0 63 02"),
-                                         {npa::highByte(call.size()), npa::lowByte(call.size())},
-                                         call});
-  EXPECT_EQ(printer.ask(wrapper), Refused);
+  EXPECT_EQ(printer.ask(packets::wrapped(support::callPacket(List))), packets::Refused);
   EXPECT_EQ(printer.log.back(), "   refused: a wrapped method call");
 }
 
@@ -174,34 +157,34 @@ TEST(MethodCall, ThatCannotBeReadHasAnErrorForItsReply) {
 
 struct MoodRow : support::Row {
   Personality personality;
-  const char* reply;
+  Bytes reply;
 };
 
 class CallMood : public testing::TestWithParam<MoodRow> {};
 
 TEST_P(CallMood, DecidesTheAnswerToACallThatIsNotCarriedOut) {
   Printer printer(GetParam().personality);
-  EXPECT_EQ(printer.ask(request(support::generateText("n"))), bytes(GetParam().reply));
+  EXPECT_EQ(printer.ask(callPackets(support::generateText("n"))), GetParam().reply);
   EXPECT_EQ(printer.adapter.certificates().revision(), 0U);
 }
 
 // The sniff ahead of the call has no answer in any mood.
-INSTANTIATE_TEST_SUITE_P(
-    Personalities, CallMood,
-    testing::Values(MoodRow{{"Silent"}, {.silent = true}, ""},
-                    MoodRow{{"RefuseAll"}, {.refuseAll = true}, "A5 00 02 D4 E0"},
-                    MoodRow{{"Garbage"}, {.garbage = true}, "00 FF 13 37 5A 80 7F 20 0A 99 C3 42"}),
-    support::rowName);
+INSTANTIATE_TEST_SUITE_P(Personalities, CallMood,
+                         testing::Values(MoodRow{{"Silent"}, {.silent = true}, {}},
+                                         MoodRow{
+                                             {"RefuseAll"}, {.refuseAll = true}, packets::Refused},
+                                         MoodRow{{"Garbage"}, {.garbage = true}, packets::Garbage}),
+                         support::rowName);
 
 TEST(MethodCall, IsAnsweredCut) {
   Printer printer({.cutAt = 6});
-  EXPECT_EQ(printer.ask(request(support::generateText("n"))), bytes("A5 00 D6 50 E0 C0"));
+  EXPECT_EQ(printer.ask(callPackets(support::generateText("n"))), bytes("A5 00 D6 50 E0 C0"));
   EXPECT_EQ(printer.adapter.certificates().devices().size(), 1U);
 }
 
 TEST(MethodCall, IsAnsweredLateAndInPieces) {
   Printer printer({.answerAfter = std::chrono::seconds(3), .pieceSize = 100});
-  const auto pieces = printer.adapter.receive(request(List));
+  const auto pieces = printer.adapter.receive(callPackets(List));
   ASSERT_EQ(pieces.size(), 3U);
   EXPECT_EQ(pieces[0].bytes.size(), 100U);
   EXPECT_EQ(pieces[0].delay, std::chrono::milliseconds(3000));
@@ -211,19 +194,19 @@ TEST(MethodCall, IsAnsweredLateAndInPieces) {
 TEST(MethodCall, IsAnsweredWithGivenBytes) {
   const Bytes content = bytes("E0 C0 03 E0");
   Printer printer({.objectAnswers = {{"", "file", {}, content}}});
-  EXPECT_EQ(printer.ask(request(support::generateText("n"))), bytes("A5 00 05 50 E0 C0 03 E0"));
+  EXPECT_EQ(printer.ask(callPackets(support::generateText("n"))), bytes("A5 00 05 50 E0 C0 03 E0"));
   EXPECT_EQ(printer.log.back(), "   the bytes of file");
-  EXPECT_EQ(printer.ask(request("")), bytes("A5 00 05 50 E0 C0 03 E0"));
+  EXPECT_EQ(printer.ask(callPackets("")), bytes("A5 00 05 50 E0 C0 03 E0"));
   EXPECT_EQ(printer.adapter.certificates().revision(), 0U);
 }
 
 TEST(MethodCall, IsAnsweredWithGivenBytesThatFillAPacketAndWithNone) {
   Printer full({.objectAnswers = {{"", "file", {}, Bytes(65534, 0xE0)}}});
-  const auto packets = packetsOf(full.ask(request(List)));
+  const auto packets = packetsOf(full.ask(callPackets(List)));
   ASSERT_EQ(packets.size(), 1U);
   EXPECT_EQ(packets[0].content.size(), 65534U);
   Printer empty({.objectAnswers = {{"", "file", {}, {}}}});
-  EXPECT_EQ(empty.ask(request(List)), bytes("A5 00 01 50"));
+  EXPECT_EQ(empty.ask(callPackets(List)), bytes("A5 00 01 50"));
 }
 
 TEST(MethodCall, IsAnsweredWithAGivenStatus) {
@@ -253,7 +236,7 @@ TEST(MethodCall, IsAnsweredByTheLastWordForItsMethodThenByTheLastForAll) {
 TEST(MethodCallLog, TellsTheCallAndWhatCameOfIt) {
   Printer printer;
   const std::string xml = support::uploadCaText("ca.pem", "1234");
-  printer.ask(request(xml));
+  printer.ask(callPackets(xml));
   ASSERT_EQ(printer.log.size(), 7U);
   EXPECT_EQ(printer.log[1], "   sniff");
   EXPECT_EQ(printer.log[2], "   no answer expected");
@@ -263,7 +246,7 @@ TEST(MethodCallLog, TellsTheCallAndWhatCameOfIt) {
             "ca_dot_pem_file=(4 bytes)");
   EXPECT_TRUE(printer.log[5].ends_with(" 3E")) << printer.log[5];
   EXPECT_EQ(printer.log[6], "   status 19: the file holds no PEM certificate");
-  printer.ask(request(List));
+  printer.ask(callPackets(List));
   EXPECT_EQ(printer.log.back(), "   status 1");
 }
 
@@ -271,24 +254,24 @@ TEST(AdapterChanges, AreTold) {
   Printer printer;
   int changes = 0;
   printer.adapter.onChange([&] { ++changes; });
-  printer.ask(request(List));
-  printer.ask(bytes("A5 00 06 50 E0 D8 00 28 08"));
-  printer.ask(request(support::deleteCertText("n")));
+  printer.ask(callPackets(List));
+  printer.ask(packets::QuerySsid);
+  printer.ask(callPackets(support::deleteCertText("n")));
   EXPECT_EQ(changes, 0);
-  printer.ask(request(support::generateText("n")));
+  printer.ask(callPackets(support::generateText("n")));
   EXPECT_EQ(changes, 1);
-  printer.ask(request(support::deleteCertText("n")));
+  printer.ask(callPackets(support::deleteCertText("n")));
   EXPECT_EQ(changes, 2);
-  printer.ask(bytes("A5 00 0C 50 E0 DA 01 28 08 00 00 03 61 62 00"));
+  printer.ask(packets::StoreSsid);
   EXPECT_EQ(changes, 3);
   const support::Authority authority("CA");
-  printer.ask(request(support::uploadCaText("ca.pem", authority.pem())));
+  printer.ask(callPackets(support::uploadCaText("ca.pem", authority.pem())));
   EXPECT_EQ(changes, 4);
-  printer.ask(request(support::deleteCaText("CA_Jan__5_2020_To_Dec_25_2030")));
+  printer.ask(callPackets(support::deleteCaText("CA_Jan__5_2020_To_Dec_25_2030")));
   EXPECT_EQ(changes, 5);
-  printer.ask(request(support::generateText("n")));
+  printer.ask(callPackets(support::generateText("n")));
   const std::string pem = printer.adapter.certificates().findDevice("n")->requestPem;
-  printer.ask(request(support::uploadSignedText("n", authority.sign(pem))));
+  printer.ask(callPackets(support::uploadSignedText("n", authority.sign(pem))));
   EXPECT_EQ(changes, 7);
 }
 

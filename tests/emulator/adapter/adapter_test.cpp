@@ -7,6 +7,7 @@
 
 #include "testing/bytes.h"
 #include "testing/emulated_printer.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 
 namespace {
@@ -16,48 +17,47 @@ using npa::Bytes;
 using Printer = support::EmulatedPrinter;
 using support::bytes;
 
-const Bytes QuerySsid = bytes("A5 00 06 50 E0 D8 00 28 08");
-const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
-const Bytes QueryTrouble = bytes("A5 00 06 50 E0 D8 00 28 15");
-const Bytes QueryAuthStatus = bytes("A5 00 06 50 E0 D8 00 2A 1D");
-const Bytes StoreSsid = bytes("A5 00 0C 50 E0 DA 01 28 08 00 00 03 61 62 00");
-const Bytes Accepted = bytes("A5 00 05 50 E0 DA 01 01");
-const Bytes Refused = bytes("A5 00 02 D4 E0");
+using packets::Garbage;
+using packets::QueryAuthStatus;
+using packets::QueryIp;
+using packets::QuerySsid;
+using packets::QueryTrouble;
+using packets::Refused;
+using packets::SettingsStored;
+using packets::StoreSsid;
+using packets::wrapped;
 
 TEST(Adapter, StoresSettingsAndGivesThemBack) {
   Printer printer;
-  EXPECT_EQ(printer.ask(StoreSsid), Accepted);
+  EXPECT_EQ(printer.ask(StoreSsid), SettingsStored);
   EXPECT_EQ(printer.ask(QuerySsid), bytes("A5 00 0B 50 E0 D8 00 28 08 00 03 61 62 00"));
 }
 
 TEST(Adapter, AnswersAWrappedRequestInAWrapper) {
   Printer printer;
-  EXPECT_EQ(
-      printer.ask(bytes("A5 00 15 50 E0 63 02 00 0F A5 00 0C 50 E0 DA 01 28 08 00 00 03 61 62 "
-                        "00")),
-      bytes("A5 00 0E 50 E0 63 02 00 08 A5 00 05 50 E0 DA 01 01"));
-  EXPECT_EQ(printer.ask(bytes("A5 00 0F 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 28 08")),
+  EXPECT_EQ(printer.ask(wrapped(StoreSsid)),
+            bytes("A5 00 0E 50 E0 63 02 00 08 A5 00 05 50 E0 DA 01 01"));
+  EXPECT_EQ(printer.ask(wrapped(QuerySsid)),
             bytes("A5 00 14 50 E0 63 02 00 0E A5 00 0B 50 E0 D8 00 28 08 00 03 61 62 00"));
 }
 
 TEST(Adapter, AnswersEachPacketOfOneWrite) {
   Printer printer;
   EXPECT_EQ(printer.ask(support::joined({StoreSsid, StoreSsid})),
-            support::joined({Accepted, Accepted}));
+            support::joined({SettingsStored, SettingsStored}));
 }
 
 TEST(Adapter, WaitsForTheRestOfAPacket) {
   Printer printer;
   EXPECT_EQ(printer.ask(bytes("A5 00 0C 50 E0 DA 01 28 08")), Bytes());
-  EXPECT_EQ(printer.ask(bytes("00 00 03 61 62 00")), Accepted);
+  EXPECT_EQ(printer.ask(bytes("00 00 03 61 62 00")), SettingsStored);
 }
 
 TEST(Adapter, GivesALengthOfZeroForWhatItDoesNotHoldAndForKeys) {
   Printer printer;
   EXPECT_EQ(printer.ask(QuerySsid), bytes("A5 00 08 50 E0 D8 00 28 08 00 00"));
-  EXPECT_EQ(printer.ask(bytes("A5 00 0B 50 E0 DA 01 28 11 00 00 02 6B 00")), Accepted);
-  EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 D8 00 28 11")),
-            bytes("A5 00 08 50 E0 D8 00 28 11 00 00"));
+  EXPECT_EQ(printer.ask(packets::StorePreSharedKey), SettingsStored);
+  EXPECT_EQ(printer.ask(packets::QueryPreSharedKey), bytes("A5 00 08 50 E0 D8 00 28 11 00 00"));
 }
 
 TEST(Adapter, HoldsWhatItsPersonalitySays) {
@@ -66,8 +66,7 @@ TEST(Adapter, HoldsWhatItsPersonalitySays) {
   EXPECT_EQ(printer.ask(QueryIp), bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 0A 01 02 03"));
   EXPECT_EQ(printer.ask(QueryTrouble), bytes("A5 00 0C 50 E0 D8 00 28 15 00 04 00 00 00 07"));
   EXPECT_EQ(printer.ask(QuerySsid), bytes("A5 00 0C 50 E0 D8 00 28 08 00 04 6E 65 74 00"));
-  EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 D8 00 06 1F")),
-            bytes("A5 00 0A 50 E0 D8 00 06 1F 00 02 41 2D"));
+  EXPECT_EQ(printer.ask(packets::QueryDescriptor), bytes("A5 00 0A 50 E0 D8 00 06 1F 00 02 41 2D"));
 }
 
 TEST(Adapter, DoesNotAcceptMalformedSettings) {
@@ -85,54 +84,47 @@ TEST(Adapter, RefusesWhatItDoesNotKnow) {
 
 TEST(Adapter, SaysNothingToASniff) {
   Printer printer;
-  EXPECT_EQ(printer.ask(bytes("A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E")),
-            Bytes());
+  EXPECT_EQ(printer.ask(packets::Sniff), Bytes());
 }
 
 struct MoodRow : support::Row {
   Personality personality;
-  const char* toBare;
-  const char* toWrapped;
+  Bytes toBare;
+  Bytes toWrapped;
   bool stores;
 };
 
 class Mood : public testing::TestWithParam<MoodRow> {};
 
 TEST_P(Mood, DecidesTheAnswerToSettings) {
-  const Bytes wrapped = support::joined({bytes("A5 00 15 50 E0 63 02 00 0F"), StoreSsid});
-  EXPECT_EQ(Printer(GetParam().personality).ask(wrapped), bytes(GetParam().toWrapped));
+  EXPECT_EQ(Printer(GetParam().personality).ask(wrapped(StoreSsid)), GetParam().toWrapped);
   Printer printer(GetParam().personality);
-  EXPECT_EQ(printer.ask(StoreSsid), bytes(GetParam().toBare));
+  EXPECT_EQ(printer.ask(StoreSsid), GetParam().toBare);
   EXPECT_EQ(printer.adapter.settings().holds({0x28, 0x08}), GetParam().stores);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Personalities, Mood,
     testing::Values(
-        MoodRow{{"RefuseWrapped"},
-                {.refuseWrapped = true},
-                "A5 00 05 50 E0 DA 01 01",
-                "A5 00 02 D4 E0",
+        MoodRow{{"RefuseWrapped"}, {.refuseWrapped = true}, SettingsStored, Refused, true},
+        MoodRow{{"RefuseAll"}, {.refuseAll = true}, Refused, Refused, false},
+        MoodRow{{"Silent"}, {.silent = true}, {}, {}, false},
+        MoodRow{{"Garbage"}, {.garbage = true}, Garbage, Garbage, false},
+        MoodRow{{"Cut"}, {.cutAt = 3}, bytes("A5 00 05"), bytes("A5 00 0E"), true},
+        MoodRow{{"CutTheLastByte"},
+                {.cutAt = 7},
+                bytes("A5 00 05 50 E0 DA 01"),
+                bytes("A5 00 0E 50 E0 63 02"),
                 true},
-        MoodRow{{"RefuseAll"}, {.refuseAll = true}, "A5 00 02 D4 E0", "A5 00 02 D4 E0", false},
-        MoodRow{{"Silent"}, {.silent = true}, "", "", false},
-        MoodRow{{"Garbage"},
-                {.garbage = true},
-                "00 FF 13 37 5A 80 7F 20 0A 99 C3 42",
-                "00 FF 13 37 5A 80 7F 20 0A 99 C3 42",
-                false},
-        MoodRow{{"Cut"}, {.cutAt = 3}, "A5 00 05", "A5 00 0E", true},
-        MoodRow{
-            {"CutTheLastByte"}, {.cutAt = 7}, "A5 00 05 50 E0 DA 01", "A5 00 0E 50 E0 63 02", true},
         MoodRow{{"CutBehindTheEnd"},
                 {.cutAt = 8},
-                "A5 00 05 50 E0 DA 01 01",
-                "A5 00 0E 50 E0 63 02 00",
+                SettingsStored,
+                bytes("A5 00 0E 50 E0 63 02 00"),
                 true},
         MoodRow{{"OtherResult"},
                 {.settingsResult = 2},
-                "A5 00 05 50 E0 DA 01 02",
-                "A5 00 0E 50 E0 63 02 00 08 A5 00 05 50 E0 DA 01 02",
+                bytes("A5 00 05 50 E0 DA 01 02"),
+                bytes("A5 00 0E 50 E0 63 02 00 08 A5 00 05 50 E0 DA 01 02"),
                 false}),
     support::rowName);
 
@@ -154,7 +146,7 @@ TEST(Adapter, HasAnAddressAfterSoManyQueries) {
   const Bytes none = bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 00 00 00 00");
   EXPECT_EQ(printer.ask(QueryIp), none);
   EXPECT_EQ(printer.ask(QueryIp), none);
-  EXPECT_EQ(printer.ask(QueryIp), bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0 A8 01 14"));
+  EXPECT_EQ(printer.ask(QueryIp), packets::IpReply);
 }
 
 TEST(Adapter, HasAnAddressAfterSoManySeconds) {
@@ -174,10 +166,9 @@ TEST(Adapter, HasNoTroubleAnyMoreAfterSoManyQueries) {
 
 TEST(Adapter, AlwaysWrapsTheRecordsOf8021xSettings) {
   Printer printer({.authStatus = {2}});
-  EXPECT_EQ(printer.ask(QueryAuthStatus),
-            bytes("A5 00 12 50 E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 02"));
-  EXPECT_EQ(printer.ask(support::joined({bytes("A5 00 0F 50 E0 63 02 00 09"), QueryAuthStatus})),
-            bytes("A5 00 12 50 E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 02"));
+  const Bytes record = bytes("A5 00 12 50 E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 02");
+  EXPECT_EQ(printer.ask(QueryAuthStatus), record);
+  EXPECT_EQ(printer.ask(wrapped(QueryAuthStatus)), record);
 }
 
 TEST(Adapter, GivesSeveralRecordsAndAForeignOneFirst) {
@@ -206,15 +197,14 @@ TEST(Adapter, RefusesAQueryWhoseAnswerFitsNoPacket) {
   constexpr std::size_t valueSize = 0xFFFF - 4 - 5;
   Bytes store = bytes("A5 FF FF 50 E0 DA 01 28 08 00 FF F6");
   store.resize(store.size() + valueSize, 'x');
-  ASSERT_EQ(printer.ask(store), Accepted);
+  ASSERT_EQ(printer.ask(store), SettingsStored);
   EXPECT_EQ(printer.ask(QuerySsid).size(), 9 + 2 + valueSize);
-  EXPECT_EQ(printer.ask(support::joined({bytes("A5 00 0F 50 E0 63 02 00 09"), QuerySsid})),
-            Refused);
+  EXPECT_EQ(printer.ask(wrapped(QuerySsid)), Refused);
 }
 
 TEST(AdapterLog, TellsRequestAndAnswerInHexAndInWordsWithKeysMasked) {
   Printer printer;
-  printer.ask(support::joined({bytes("00"), bytes("A5 00 0B 50 E0 DA 01 28 11 00 00 02 6B 00")}));
+  printer.ask(support::joined({bytes("00"), packets::StorePreSharedKey}));
   EXPECT_EQ(printer.log,
             (std::vector<std::string>{"<- A5 00 0B 50 E0 DA 01 28 11 00 00 02 ** **",
                                       "   store settings: pre-shared key = (2 bytes)",

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "testing/emulated_printer.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 
 namespace {
@@ -15,6 +16,7 @@ using emulator::SettingsStore;
 using npa::SettingKey;
 using support::Bytes;
 using support::bytes;
+using support::joined;
 namespace settings = npa::settings;
 
 struct StatusRow : support::Row {
@@ -73,25 +75,26 @@ TEST(Authentication, SaysNothingOfOtherSettings) {
 
 /// A status record in its wrapper.
 Bytes statusRecord(int status) {
-  Bytes record = bytes("A5 00 12 50 E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 00");
-  record.back() = static_cast<std::uint8_t>(status);
-  return record;
+  return packets::wrapped(
+      joined({bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01"), {static_cast<std::uint8_t>(status)}}));
 }
+
+/// Switches 802.1x authentication on.
+const Bytes StoreSecurity = bytes("A5 00 0D 50 E0 DA 01 28 22 00 00 04 00 00 00 03");
 
 TEST(Authentication, IsToldByTheAdapter) {
   support::EmulatedPrinter printer;
-  const Bytes query = bytes("A5 00 06 50 E0 D8 00 2A 1D");
-  EXPECT_EQ(printer.ask(query), statusRecord(0));
-  printer.ask(bytes("A5 00 0D 50 E0 DA 01 28 22 00 00 04 00 00 00 03"));
-  EXPECT_EQ(printer.ask(query), statusRecord(2));
+  EXPECT_EQ(printer.ask(packets::QueryAuthStatus), statusRecord(0));
+  printer.ask(StoreSecurity);
+  EXPECT_EQ(printer.ask(packets::QueryAuthStatus), statusRecord(2));
   printer.ask(bytes("A5 00 0A 50 E0 DA 01 2A 17 00 00 01 01"));
-  EXPECT_EQ(printer.ask(query), statusRecord(11));
+  EXPECT_EQ(printer.ask(packets::QueryAuthStatus), statusRecord(11));
 }
 
 TEST(Authentication, IsWhatAnOptionSaysWhateverIsStored) {
   support::EmulatedPrinter printer({.authStatus = {7}});
-  printer.ask(bytes("A5 00 0D 50 E0 DA 01 28 22 00 00 04 00 00 00 03"));
-  EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 D8 00 2A 1D")), statusRecord(7));
+  printer.ask(StoreSecurity);
+  EXPECT_EQ(printer.ask(packets::QueryAuthStatus), statusRecord(7));
 }
 
 }  // namespace

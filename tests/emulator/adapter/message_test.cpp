@@ -5,7 +5,8 @@
 #include <string>
 
 #include "testing/bytes.h"
-#include "testing/method_call_text.h"
+#include "testing/object_store.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 
 namespace {
@@ -177,22 +178,15 @@ TEST(SecretBytes, AreNoneOfAQueryAndASniff) {
 
 TEST(SecretBytes, AreNoneOfAMethodCall) {
   const std::string xml = support::callText("queryCAList", 420);
-  const Message message =
-      parseMessage(support::joined({bytes("A5 00 00 50 E0 C0 03 00 01"), support::textBytes(xml)}));
+  const Message message = parseMessage(support::callPacket(xml));
   EXPECT_EQ(std::ranges::count(message.secretBytes, true), 0);
   EXPECT_EQ(describe(message, false), "object-store call: queryCAList");
 }
 
-/// Settings with a size field of 0 and `count` bytes behind it.
+/// Settings with a size field of 0 and `count` bytes after it.
 Message withSizeOfZero(const char* key, std::size_t count) {
-  const std::size_t length = 4 + 5 + count;
-  npa::Bytes packet = {0xA5, static_cast<npa::Byte>(length / 256),
-                       static_cast<npa::Byte>(length % 256)};
-  for (const npa::Bytes& piece :
-       {bytes("50 E0 DA 01"), bytes(key), bytes("00 00 00"), npa::Bytes(count, 'p')}) {
-    packet.insert(packet.end(), piece.begin(), piece.end());
-  }
-  return parseMessage(packet);
+  return parseMessage(packets::framed(support::joined(
+      {bytes("50 E0 DA 01"), bytes(key), bytes("00 00 00"), npa::Bytes(count, 'p')})));
 }
 
 TEST(ParseMessage, TakesASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
@@ -218,7 +212,7 @@ TEST(SecretBytes, AreAllOfAWrapperThatContradictsItself) {
 }
 
 TEST(DescribeMessage, ShowsSecretsWhenAsked) {
-  const Message message = parseMessage(bytes("A5 00 0B 50 E0 DA 01 28 11 00 00 02 6B 00"));
+  const Message message = parseMessage(packets::StorePreSharedKey);
   EXPECT_EQ(describe(message, true), "store settings: pre-shared key = \"k\"");
 }
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "testing/method_call_text.h"
+#include "testing/object_store.h"
 #include "testing/rows.h"
 
 namespace {

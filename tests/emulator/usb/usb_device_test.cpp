@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "testing/bytes.h"
+#include "testing/packets.h"
 #include "testing/usb_printer.h"
 
 // The bulk transfers of a printer that is well.
@@ -29,14 +30,13 @@ using emulator::Personality;
 using emulator::UsbCompletion;
 using emulator::UsbSpeed;
 using npa::Bytes;
+using packets::IpReply;
+using packets::QueryIp;
+using packets::QuerySsid;
 using support::bytes;
 using support::ReadyUsbPrinter;
 using Ends = std::vector<UsbCompletion>;
 using namespace std::chrono_literals;
-
-const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
-const Bytes Ip = bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0 A8 01 14");
-const Bytes QuerySsid = bytes("A5 00 06 50 E0 D8 00 28 08");
 
 UsbCompletion taken(std::uint32_t id, std::size_t count) {
   return {.id = id, .status = 0, .done = count};
@@ -61,7 +61,7 @@ TEST(UsbTransfers, CarryARequestAndItsReply) {
   printer.write(1, QueryIp);
   EXPECT_EQ(printer.device.advance(), Ends{taken(1, 9)});
   printer.read(2, 1024);
-  EXPECT_EQ(printer.device.advance(), (Ends{given(2, Ip)}));
+  EXPECT_EQ(printer.device.advance(), (Ends{given(2, IpReply)}));
 }
 
 TEST(UsbTransfers, HoldAReadUntilThereIsAReply) {
@@ -71,7 +71,7 @@ TEST(UsbTransfers, HoldAReadUntilThereIsAReply) {
   EXPECT_EQ(printer.device.waiting(), 1U);
   EXPECT_FALSE(printer.device.nextDue());
   printer.write(2, QueryIp);
-  EXPECT_EQ(printer.device.advance(), (Ends{taken(2, 9), given(1, Ip)}));
+  EXPECT_EQ(printer.device.advance(), (Ends{taken(2, 9), given(1, IpReply)}));
   EXPECT_EQ(printer.device.waiting(), 0U);
 }
 
@@ -81,7 +81,7 @@ TEST(UsbTransfers, GiveOneReplyToEachReadInOrder) {
   printer.read(2, 1024);
   printer.read(3, 1024);
   printer.write(4, support::joined({QueryIp, QueryIp}));
-  EXPECT_EQ(printer.device.advance(), (Ends{taken(4, 18), given(1, Ip), given(2, Ip)}));
+  EXPECT_EQ(printer.device.advance(), (Ends{taken(4, 18), given(1, IpReply), given(2, IpReply)}));
   EXPECT_EQ(printer.device.waiting(), 1U);
 }
 
@@ -91,7 +91,8 @@ TEST(UsbTransfers, TakeAPacketInSeveralWritesAndAnEmptyOne) {
   printer.write(2, {});
   printer.write(3, part(QueryIp, 4, 9));
   printer.read(4, 64);
-  EXPECT_EQ(printer.device.advance(), (Ends{taken(1, 4), taken(2, 0), taken(3, 5), given(4, Ip)}));
+  EXPECT_EQ(printer.device.advance(),
+            (Ends{taken(1, 4), taken(2, 0), taken(3, 5), given(4, IpReply)}));
 }
 
 TEST(UsbTransfers, GiveALongReplyInSeveralReads) {
@@ -146,7 +147,7 @@ TEST(UsbTransfers, GiveTheEmptyPacketToAReadWithoutRoom) {
   const Ends ends = printer.device.advance();
   ASSERT_EQ(ends.size(), 4U);
   EXPECT_EQ(ends[2], given(3, {}));
-  EXPECT_EQ(ends[3], given(4, Ip));
+  EXPECT_EQ(ends[3], given(4, IpReply));
 }
 
 TEST(UsbTransfers, EndAtHighSpeedWithAPacketThatIsWholeAtFullSpeed) {
@@ -175,7 +176,7 @@ TEST(UsbTransfers, FailWhenTheHostInsistsOnMore) {
   printer.read(2, 16, true);
   printer.read(3, 15, true);
   EXPECT_EQ(printer.device.advance(),
-            (Ends{taken(1, 18), given(2, Ip, emulator::UsbShort), given(3, Ip)}));
+            (Ends{taken(1, 18), given(2, IpReply, emulator::UsbShort), given(3, IpReply)}));
 }
 
 TEST(UsbTransfers, AreTakenBackWhileTheyWait) {
@@ -186,7 +187,7 @@ TEST(UsbTransfers, AreTakenBackWhileTheyWait) {
   EXPECT_FALSE(printer.device.unlink(1));
   EXPECT_FALSE(printer.device.unlink(7));
   printer.write(3, QueryIp);
-  EXPECT_EQ(printer.device.advance(), (Ends{taken(3, 9), given(2, Ip)}));
+  EXPECT_EQ(printer.device.advance(), (Ends{taken(3, 9), given(2, IpReply)}));
   EXPECT_FALSE(printer.device.unlink(2));
 }
 
@@ -219,10 +220,10 @@ TEST(UsbTransfers, ComeLateAndInPiecesAsTheAdapterHasIt) {
   printer.printer.now = start + 2999ms;
   EXPECT_EQ(printer.device.advance(), Ends());
   printer.printer.now = start + 3s;
-  EXPECT_EQ(printer.device.advance(), Ends{given(1, part(Ip, 0, 10))});
+  EXPECT_EQ(printer.device.advance(), Ends{given(1, part(IpReply, 0, 10))});
   EXPECT_EQ(printer.device.nextDue(), start + 3020ms);
   printer.printer.now = start + 3020ms;
-  EXPECT_EQ(printer.device.advance(), Ends{given(2, part(Ip, 10, 15))});
+  EXPECT_EQ(printer.device.advance(), Ends{given(2, part(IpReply, 10, 15))});
   EXPECT_FALSE(printer.device.nextDue());
 }
 
@@ -240,7 +241,7 @@ TEST(UsbTransfers, AreForgottenWhenUnplugged) {
   printer.configure();
   printer.write(3, QueryIp);
   printer.read(4, 1024);
-  EXPECT_EQ(printer.device.advance(), (Ends{taken(3, 9), given(4, Ip)}));
+  EXPECT_EQ(printer.device.advance(), (Ends{taken(3, 9), given(4, IpReply)}));
 }
 
 }  // namespace

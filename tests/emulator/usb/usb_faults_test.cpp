@@ -6,6 +6,7 @@
 
 #include "emulator/usb/usb_device.h"
 #include "testing/bytes.h"
+#include "testing/packets.h"
 #include "testing/usb_printer.h"
 
 // What goes wrong with transfers, as the options have it.
@@ -18,12 +19,12 @@ using emulator::UsbFault;
 using emulator::UsbSpeed;
 using emulator::UsbTraits;
 using npa::Bytes;
+using packets::QueryIp;
 using support::bytes;
 using support::ReadyUsbPrinter;
 using Kind = UsbFault::Kind;
 using namespace std::chrono_literals;
 
-const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
 constexpr std::size_t ReplySize = 15;
 constexpr UsbDirection In = UsbDirection::In;
 constexpr UsbDirection Out = UsbDirection::Out;

@@ -4,6 +4,7 @@
 #include "emulator/usb/usb_descriptors.h"
 #include "emulator/usb/usb_device.h"
 #include "testing/bytes.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 #include "testing/usb_printer.h"
 
@@ -144,7 +145,7 @@ TEST(UsbDevice, HasNoHaltAfterANewSettingOrAReset) {
 
 TEST(UsbDevice, ForgetsBytesWhenReset) {
   ReadyUsbPrinter printer;
-  const Bytes query = bytes("A5 00 06 50 E0 D8 00 0A 02");
+  const Bytes& query = packets::QueryIp;
   printer.write(1, support::joined({query, Bytes(query.begin(), query.begin() + 4)}));
   printer.device.advance();
   printer.ask({0x21, 2, 0, 0, 0});

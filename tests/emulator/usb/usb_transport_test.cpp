@@ -10,6 +10,7 @@
 
 #include "testing/bytes.h"
 #include "testing/loopback_client.h"
+#include "testing/packets.h"
 #include "testing/usb_printer.h"
 #include "testing/usbip_host.h"
 
@@ -22,10 +23,13 @@ using emulator::UsbFault;
 using emulator::UsbTraits;
 using emulator::UsbTransport;
 using npa::Bytes;
-using support::bytes;
+using packets::IpReply;
+using packets::QueryIp;
 using support::controlCommand;
+using support::imported;
 using support::importRequest;
 using support::joined;
+using support::listed;
 using support::listRequest;
 using support::LoopbackClient;
 using support::readCommand;
@@ -33,14 +37,6 @@ using support::submitReply;
 using support::unlinkCommand;
 using support::unlinkReply;
 using support::writeCommand;
-
-const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
-const Bytes Ip = bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0 A8 01 14");
-const Bytes Imported = joined({bytes("01 11 00 03 00 00 00 00"), support::describedDevice()});
-const Bytes NotImported = bytes("01 11 00 03 00 00 00 04");
-const Bytes Taken = bytes("01 11 00 03 00 00 00 02");
-const Bytes Listed = joined({bytes("01 11 00 05 00 00 00 00 00 00 00 01"),
-                             support::describedDevice(), bytes("07 01 02 00")});
 
 class ServedPrinter : public testing::Test {
  protected:
@@ -86,7 +82,7 @@ class ServedPrinter : public testing::Test {
 
   /// Imports the printer and configures it.
   void attach(const LoopbackClient& host) {
-    ask(host, importRequest("1-1"), Imported);
+    ask(host, importRequest("1-1"), imported());
     ask(host, controlCommand(1, {0x00, 9, 1, 0, 0}), submitReply(1, 0, 0));
   }
 
@@ -103,11 +99,11 @@ TEST_F(ServedPrinter, IsListedImportedAndUsed) {
   EXPECT_NE(transport->port(), 0);
   EXPECT_EQ(transport->printerNode(), std::nullopt);
   const LoopbackClient lister(transport->port());
-  ask(lister, listRequest(), Listed);
+  ask(lister, listRequest(), listed());
   const LoopbackClient host(transport->port());
   attach(host);
   ask(host, joined({readCommand(2, 1024), readCommand(3, 1024), writeCommand(4, QueryIp)}),
-      joined({submitReply(4, 0, 9), submitReply(2, 0, 15, Ip)}));
+      joined({submitReply(4, 0, 9), submitReply(2, 0, 15, IpReply)}));
   ask(host, unlinkCommand(5, 3), unlinkReply(5, 0xFFFFFF98));
 }
 
@@ -117,7 +113,7 @@ TEST_F(ServedPrinter, IsOneHostsAtATime) {
   {
     const LoopbackClient first(transport->port());
     attach(first);
-    ask(second, importRequest("1-1"), Taken);
+    ask(second, importRequest("1-1"), support::notImported(2));
   }
   EXPECT_TRUE(works([&] { return log.back() == "   USB: the host is gone"; }));
   attach(second);
@@ -135,7 +131,7 @@ TEST_F(ServedPrinter, IsAsNewForTheNextHost) {
   const LoopbackClient second(transport->port());
   attach(second);
   ask(second, joined({readCommand(2, 64), writeCommand(3, QueryIp)}),
-      joined({submitReply(3, 0, 9), submitReply(2, 0, 15, Ip)}));
+      joined({submitReply(3, 0, 9), submitReply(2, 0, 15, IpReply)}));
 }
 
 TEST_F(ServedPrinter, DropsAHostThatBreaksTheProtocol) {
@@ -161,8 +157,8 @@ TEST_F(ServedPrinter, IsUnpluggedAndPluggedInAgain) {
   EXPECT_FALSE(transport->isPluggedIn());
   EXPECT_TRUE(closes(host));
   const LoopbackClient lister(transport->port());
-  ask(lister, listRequest(), bytes("01 11 00 05 00 00 00 00 00 00 00 00"));
-  ask(lister, importRequest("1-1"), NotImported);
+  ask(lister, listRequest(), support::nothingListed());
+  ask(lister, importRequest("1-1"), support::notImported(4));
   transport->plugIn();
   attach(lister);
 }
@@ -212,7 +208,7 @@ TEST_F(ServedPrinter, TakesMoreHostsThanItServesAtATime) {
     EXPECT_TRUE(works([&] { return transport->awaited().size() == std::min(i + 2, most); }));
   }
   hosts.erase(hosts.begin());
-  ask(hosts.back(), listRequest(), Listed);
+  ask(hosts.back(), listRequest(), listed());
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "testing/bytes.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 #include "testing/usb_printer.h"
 #include "testing/usbip_host.h"
@@ -15,6 +16,8 @@ using emulator::UsbipError;
 using emulator::UsbipSession;
 using emulator::UsbipStatus;
 using npa::Bytes;
+using packets::IpReply;
+using packets::QueryIp;
 using support::bytes;
 using support::controlCommand;
 using support::joined;
@@ -26,8 +29,6 @@ using support::unlinkReply;
 using support::writeCommand;
 using Phase = UsbipSession::Phase;
 
-const Bytes QueryIp = bytes("A5 00 06 50 E0 D8 00 0A 02");
-const Bytes Ip = bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0 A8 01 14");
 constexpr std::uint32_t Stalled = 0xFFFFFFE0;
 constexpr std::uint32_t TakenBack = 0xFFFFFF98;
 
@@ -69,7 +70,7 @@ TEST(UsbipSession, CarriesARequestAndItsReply) {
   Connection connection;
   EXPECT_EQ(connection.say(readCommand(1, 1024)), Bytes());
   EXPECT_EQ(connection.say(writeCommand(2, QueryIp)),
-            joined({submitReply(2, 0, 9), submitReply(1, 0, 15, Ip)}));
+            joined({submitReply(2, 0, 9), submitReply(1, 0, 15, IpReply)}));
 }
 
 TEST(UsbipSession, HandsOverThatLessIsAnError) {
@@ -77,7 +78,7 @@ TEST(UsbipSession, HandsOverThatLessIsAnError) {
   connection.say(writeCommand(2, QueryIp));
   EXPECT_EQ(connection.say(
                 submitHeader({.id = 3, .direction = 1, .endpoint = 2, .flags = 1, .length = 64})),
-            submitReply(3, 0xFFFFFF87, 15, Ip));
+            submitReply(3, 0xFFFFFF87, 15, IpReply));
 }
 
 TEST(UsbipSession, UnlinksAReadThatWaits) {
@@ -85,14 +86,14 @@ TEST(UsbipSession, UnlinksAReadThatWaits) {
   connection.say(joined({readCommand(1, 1024), readCommand(2, 1024)}));
   EXPECT_EQ(connection.say(unlinkCommand(3, 1)), unlinkReply(3, TakenBack));
   EXPECT_EQ(connection.say(writeCommand(4, QueryIp)),
-            joined({submitReply(4, 0, 9), submitReply(2, 0, 15, Ip)}));
+            joined({submitReply(4, 0, 9), submitReply(2, 0, 15, IpReply)}));
 }
 
 TEST(UsbipSession, SaysThatAnUnlinkedReadHasEnded) {
   Connection connection;
   EXPECT_EQ(connection.say(joined({readCommand(1, 1024), writeCommand(2, QueryIp),
                                    unlinkCommand(3, 1), unlinkCommand(4, 99)})),
-            joined({submitReply(2, 0, 9), submitReply(1, 0, 15, Ip), unlinkReply(3, 0),
+            joined({submitReply(2, 0, 9), submitReply(1, 0, 15, IpReply), unlinkReply(3, 0),
                     unlinkReply(4, 0)}));
 }
 
@@ -101,7 +102,7 @@ TEST(UsbipSession, TellsOfAReadThatEndedJustBeforeItsUnlink) {
   connection.say(joined({readCommand(1, 1024), writeCommand(2, QueryIp)}));
   connection.printer.printer.now += std::chrono::seconds(1);
   EXPECT_EQ(connection.say(unlinkCommand(3, 1)),
-            joined({submitReply(2, 0, 9), submitReply(1, 0, 15, Ip), unlinkReply(3, 0)}));
+            joined({submitReply(2, 0, 9), submitReply(1, 0, 15, IpReply), unlinkReply(3, 0)}));
 }
 
 TEST(UsbipSession, TakesItsInputInAnyPieces) {
@@ -204,38 +205,33 @@ TEST(UsbipSession, RefusesMoreTransfersThanItHolds) {
 
 TEST(UsbipSession, ListsTheDevice) {
   Connection connection(Phase::Requests);
-  const Bytes head = bytes("01 11 00 05 00 00 00 00 00 00 00 01");
-  const Bytes interface = bytes("07 01 02 00");
-  EXPECT_EQ(connection.say(support::listRequest()),
-            joined({head, support::describedDevice(), interface}));
+  EXPECT_EQ(connection.say(support::listRequest()), support::listed());
   Connection full(Phase::Requests, {.speed = emulator::UsbSpeed::Full});
-  EXPECT_EQ(full.say(support::listRequest()),
-            joined({head, support::describedDevice(2), interface}));
+  EXPECT_EQ(full.say(support::listRequest()), support::listed(2));
   EXPECT_FALSE(full.session.hasDevice());
 }
 
 TEST(UsbipSession, ListsNothingWhileUnplugged) {
   Connection connection(Phase::Requests);
   connection.session.offer(UsbipStatus::NoDevice);
-  EXPECT_EQ(connection.say(support::listRequest()), bytes("01 11 00 05 00 00 00 00 00 00 00 00"));
+  EXPECT_EQ(connection.say(support::listRequest()), support::nothingListed());
 }
 
 TEST(UsbipSession, HandsOverTheDevice) {
   Connection connection(Phase::Requests);
-  EXPECT_EQ(connection.say(support::importRequest("1-1")),
-            joined({bytes("01 11 00 03 00 00 00 00"), support::describedDevice()}));
+  EXPECT_EQ(connection.say(support::importRequest("1-1")), support::imported());
   EXPECT_TRUE(connection.session.hasDevice());
   EXPECT_EQ(connection.say(writeCommand(2, QueryIp)), submitReply(2, 0, 9));
 }
 
 TEST(UsbipSession, HandsOverNothingElse) {
   Connection connection(Phase::Requests);
-  const Bytes none = bytes("01 11 00 03 00 00 00 04");
+  const Bytes none = support::notImported(4);
   EXPECT_EQ(connection.say(support::importRequest("1-2")), none);
   EXPECT_EQ(connection.say(support::importRequest("1-11")), none);
   EXPECT_EQ(connection.say(support::importRequest(std::string(32, '1'))), none);
   connection.session.offer(UsbipStatus::Busy);
-  EXPECT_EQ(connection.say(support::importRequest("1-1")), bytes("01 11 00 03 00 00 00 02"));
+  EXPECT_EQ(connection.say(support::importRequest("1-1")), support::notImported(2));
   EXPECT_FALSE(connection.session.hasDevice());
 }
 
