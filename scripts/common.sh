@@ -17,16 +17,11 @@ as_root() {
   fi
 }
 
-is_installed() {
-  [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
-}
-
 # Installs the packages that are missing, and says which.
 install_packages() {
-  local package missing=()
-  for package in "$@"; do
-    is_installed "$package" || missing+=("$package")
-  done
+  local missing
+  mapfile -t missing < <(comm -23 <(printf '%s\n' "$@" | sort -u) \
+    <(dpkg-query -W -f='${db:Status-Status} ${Package}\n' | sed -n 's/^installed //p' | sort))
   if [ "${#missing[@]}" -eq 0 ]; then
     echo "All needed packages are installed."
     return
@@ -37,13 +32,16 @@ install_packages() {
     "${missing[@]}" >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build libpcap-dev libpugixml-dev libssl-dev libusb-dev
-  nlohmann-json3-dev)
-test_packages=(binutils ccache clang clang-format clang-tidy faketime fish groff libclang-rt-dev
-  libexpat1-dev libgtest-dev libxml2-dev man-db mandoc openssl scdoc strace tshark valgrind zsh)
+# What each script needs, as Debian's packages; scripts/setup installs all of it.
+program_packages=(g++ cmake ninja-build libpugixml-dev libssl-dev libusb-dev)
+build_packages=("${program_packages[@]}" libpcap-dev nlohmann-json3-dev)
+test_packages=(binutils bsdextrautils ccache clang-format faketime fish groff libexpat1-dev libgtest-dev libxml2-dev
+  man-db mandoc openssl scdoc strace tshark xxd zsh)
+clang_packages=(clang clang-tidy libclang-rt-dev)
+valgrind_packages=(valgrind)
 bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
   pkg-config xxd)
-fuzz_packages=(clang libclang-rt-dev)
+coverage_packages=(gcovr)
 kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl xz-utils)
 package_packages=(build-essential debhelper dpkg-dev lintian scdoc)
 package_lane_packages=(faketime mmdebstrap proot)
@@ -55,8 +53,19 @@ cannot_run() {
   exit "$StatusCannotRun"
 }
 
+check_format() {
+  git ls-files '*.cpp' '*.h' | xargs -P "$(nproc)" -n 32 clang-format --dry-run -Werror
+  echo "All files are formatted."
+}
+
 # Configures and builds a preset.
 build_preset() {
   cmake --preset "$1" >/dev/null
   cmake --build --preset "$1"
+}
+
+# Runs the tests of a preset; shows what failed, what was skipped and the count, not the hundreds that
+# passed.
+run_tests() {
+  ctest --preset "$1" | sed -E '/^ +Start +[0-9]+: /d; /^ *[0-9]+\/[0-9]+ Test .* Passed /d'
 }
