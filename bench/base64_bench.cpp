@@ -1,4 +1,4 @@
-// Base64 beside OpenSSL's block functions and GLib.
+// Compares Base64 with OpenSSL's block functions and GLib.
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
@@ -16,9 +16,10 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
+/// Bytes before the encoding.
 const bench::Sizes Sizes = {48, 12 << 10, 1 << 20};
 
-/// Bytes, their text, and room for what comes of either.
+/// Bytes, their Base64 text, and buffers for the results of encoding and decoding.
 struct Job {
   explicit Job(std::size_t size) : bytes(bench::randomBytes(size)), out(size + 3) {
     text.resize(4 * ((size + 2) / 3));
@@ -39,7 +40,7 @@ struct Job {
   std::string encoded;
 };
 
-/// Ends the program when a contestant did not do the work: the figures would say nothing.
+/// Ends the program if a contestant did not do the work, because its times would be meaningless.
 void expect(bool good) {
   if (!good) {
     std::abort();
@@ -69,7 +70,7 @@ void decodeOurs(Job& job) {
          static_cast<long>(job.bytes.size()));
 }
 
-/// Tells the size without counting the padding.
+/// EVP_DecodeBlock includes the bytes of the padding in its result, which may therefore be larger.
 void decodeOpenssl(Job& job) {
   expect(EVP_DecodeBlock(job.out.data(), job.textAsBytes(), job.textSize()) >=
          static_cast<int>(job.bytes.size()));
@@ -82,7 +83,7 @@ void decodeGlib(Job& job) {
          job.bytes.size());
 }
 
-/// EVP_DecodeBlock cannot skip line breaks; the streaming functions can.
+/// EVP_DecodeBlock cannot skip line breaks. The streaming functions can.
 void decodeOpensslStream(Job& job) {
   const std::unique_ptr<EVP_ENCODE_CTX, decltype(&EVP_ENCODE_CTX_free)> context(
       EVP_ENCODE_CTX_new(), EVP_ENCODE_CTX_free);
@@ -94,7 +95,7 @@ void decodeOpensslStream(Job& job) {
   expect(size + rest == static_cast<int>(job.bytes.size()));
 }
 
-/// With a line break behind every 64 characters, as PEM files have it.
+/// Inserts a line break after every 64 characters, as in PEM files.
 void breakLines(Job& job) {
   std::string lines;
   for (std::size_t i = 0; i < job.text.size(); i += 64) {
@@ -103,8 +104,10 @@ void breakLines(Job& job) {
   job.text = std::move(lines);
 }
 
+/// The preparation of a contestant that needs none.
 void none(Job& /*job*/) {}
 
+/// One row: the work, the contestant's name, what it runs, and how it prepares the job.
 struct Contestant {
   const char* work;
   const char* name;
@@ -128,7 +131,7 @@ constexpr Contestant Contestants[] = {
     {DecodeLines, "GLib", decodeGlib, breakLines},
 };
 
-/// A job of a size and what is done with it.
+/// Returns the preparation of a contest: it makes a job of a size and returns the work on it.
 auto jobOf(Work work, Work prepare) {
   return [work, prepare](std::size_t size) {
     Job job(size);

@@ -1,4 +1,4 @@
-// Hex text to bytes beside OpenSSL and nettle; the packet dump beside xxd.
+// Compares the conversion of hex text with OpenSSL and nettle, and the packet dump with xxd.
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -20,6 +20,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
+/// Returns random hex digits, in upper and lower case.
 std::string hexText(std::size_t size) {
   constexpr const char* digits = "0123456789abcdefABCDEF";
   std::string text;
@@ -72,7 +73,8 @@ auto dumpOf(std::size_t size) {
       };
 }
 
-/// The whole process: its CPU time, which other processes disturb less than the time on the clock.
+/// Measures the whole process of xxd by its CPU time, which other processes disturb less than wall
+/// time.
 void dumpWithXxd(benchmark::State& state) {
   const std::string path = "/tmp/zvkbench-" + std::to_string(::getpid());
   const Bytes bytes = bench::randomBytes(static_cast<std::size_t>(state.range(0)));

@@ -1,10 +1,10 @@
-// What each command costs beyond the waits that the printer's protocol demands.
+// Measures what each command costs beyond the waits that the printer's protocol requires.
 //
-// The waits are known to the millisecond: pauses of whole seconds, and reads that end when the
-// clock's whole seconds say that 5 have gone by without a byte. So the end of a command can be
-// computed from its start, and what comes on top is the program's own.
+// The waits are known to the millisecond: pauses of whole seconds, and reads that end after 5 s
+// without a byte, counted in whole seconds of the clock. So the end of a command can be computed
+// from its start. Any time beyond that is the program's own.
 //
-// Usage, with the emulated printer in front: zvkprinter run -- command_overhead ZVKCONFIG {}
+// Usage, with the emulated printer: zvkprinter run -- command_overhead ZVKCONFIG {}
 
 #include <chrono>
 #include <cmath>
@@ -22,6 +22,7 @@ using Clock = std::chrono::system_clock;
 using Seconds = std::chrono::duration<double>;
 
 constexpr double SilenceSeconds = 5;
+// The bars: the most that a command may cost.
 constexpr double WallBarMilliseconds = 20;
 constexpr double CpuBarPercent = 2;
 constexpr double PeakBarMebibytes = 16;
@@ -29,8 +30,8 @@ constexpr double PeakBarMebibytes = 16;
 /// A wait of the protocol.
 struct Wait {
   enum class Kind {
-    Pause,    ///< so many seconds
-    Silence,  ///< until the clock's seconds have advanced by 5
+    Pause,    ///< `seconds` seconds
+    Silence,  ///< until the clock has advanced by 5 whole seconds
   };
 
   Kind kind;
@@ -43,12 +44,14 @@ constexpr Wait pause(double seconds) {
 
 constexpr Wait Silence = {Wait::Kind::Silence};
 
+/// A command and the waits of its exchanges, in order.
 struct Command {
   const char* name;
   std::vector<std::string> arguments;
   std::vector<Wait> waits;
 };
 
+/// The cost of a command. `beyond` is the time after the end of all waits.
 struct Cost {
   double waitsMilliseconds;
   double beyondMilliseconds;
@@ -58,7 +61,7 @@ struct Cost {
   bool ended;
 };
 
-/// When a command that starts at `start`, in seconds, and has no cost of its own would end.
+/// Returns when a command that starts at `start` and takes no time itself would end, in seconds.
 double expectedEnd(double start, const std::vector<Wait>& waits) {
   double now = start;
   for (const Wait& wait : waits) {
@@ -71,8 +74,8 @@ double nowInSeconds() {
   return Seconds(Clock::now().time_since_epoch()).count();
 }
 
-/// Waits until shortly after the turn of a second, so that no whole second turns between two waits
-/// of a command by accident.
+/// Sleeps until 0.3 s after the start of a second. Otherwise a new second could start between two
+/// waits of a command and make the second one longer.
 void alignToSecond() {
   constexpr double offset = 0.3;
   const double fraction = nowInSeconds() - std::floor(nowInSeconds());
@@ -80,6 +83,7 @@ void alignToSecond() {
   ::usleep(static_cast<useconds_t>(wait * 1e6));
 }
 
+/// Runs a command once and measures it.
 Cost measure(const std::string& program, const Command& command, const std::string& device) {
   std::vector<std::string> words = {program};
   words.insert(words.end(), command.arguments.begin(), command.arguments.end());
@@ -125,7 +129,7 @@ int main(int argc, char** argv) {
     bench::addRow({work, "its waits; ms beyond them",
                    bench::timeText(cost.beyondMilliseconds * 1e6), waits, cost.beyondMilliseconds,
                    WallBarMilliseconds});
-    // Without a wait there is no time for the share to be one of.
+    // A command without waits takes almost no time, so the share says nothing.
     if (!command.waits.empty()) {
       bench::addRow({work, "CPU, % of the time", bench::timeText(cost.cpuMilliseconds * 1e6), "",
                      cost.cpuPercent, CpuBarPercent});

@@ -7,15 +7,20 @@
 #include <utility>
 #include <vector>
 
+/// Registration of benchmarks. A contest is one work that several contestants do, for example
+///
+///     bench::contest("Base64 encode", "GLib", {48, 12288}, [](std::size_t size) {
+///       return [job = Job(size)]() mutable { encodeGlib(job); };
+///     });
 namespace bench {
 
-/// Our own name among the contestants.
+/// The name of our own contestant.
 inline constexpr const char* Ours = "zvkconfig";
 
 using Sizes = std::vector<std::int64_t>;
 
-/// Registers a contestant of a work. `prepare` gets a size, makes everything that the work needs
-/// and is not part of it, and returns the work, to be called any number of times.
+/// Registers a contestant. `prepare` gets a size, makes everything that the work needs, and returns
+/// the work as a function. Only the work is timed; it is called many times.
 template <typename Prepare>
 benchmark::internal::Benchmark* contest(const std::string& work, const std::string& contestant,
                                         const Sizes& sizes, Prepare prepare) {
@@ -33,9 +38,10 @@ benchmark::internal::Benchmark* contest(const std::string& work, const std::stri
   return added;
 }
 
+/// The start of the names that `growth` registers.
 inline constexpr const char* GrowthMark = "growth: ";
 
-/// Registers a work of which is told how its cost grows over six doublings of its size.
+/// Registers a work to measure how its cost grows over six doublings of its size.
 template <typename Prepare>
 void growth(const std::string& work, std::size_t smallest, Prepare prepare) {
   constexpr unsigned int doublings = 6;

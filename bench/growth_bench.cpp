@@ -1,4 +1,4 @@
-// How the cost of parsing and querying grows, for each shape of input.
+// Measures how the cost of parsing and querying grows with the input, for each shape of input.
 
 #include <benchmark/benchmark.h>
 #include <functional>
@@ -14,8 +14,8 @@ namespace {
 
 using Size = std::size_t;
 
-/// A tag with `count` attributes, the names being numbers from `first` on that are taken `step`
-/// apart, modulo `count`.
+/// Returns a tag with `count` attributes. Attribute i is named by the number
+/// first + (i * step) % count.
 std::string tagWithAttributes(Size count, Size first, Size step) {
   std::string tag = "<a";
   for (Size i = 0; i < count; ++i) {
@@ -28,11 +28,13 @@ std::string pathOf(Size steps) {
   return bench::repeat("/a", steps);
 }
 
-/// Siblings at the bottom of a path whose first step alone does not match.
+/// Returns a document with siblings at the depth of a path. Only the first step of the path does
+/// not match.
 std::string deepSiblings(Size count) {
   return bench::repeat("<a>", count) + bench::repeat("<a/>", count) + bench::repeat("</a>", count);
 }
 
+/// A shape of document: its name and unit, the smallest size, and how to make one.
 struct Document {
   const char* name;
   Size smallest;
@@ -58,7 +60,7 @@ const std::vector<Document>& documents() {
        [](Size n) {
          return tagWithAttributes(n, 1, 1);
        }},
-      // An odd step visits each number below a power of two once.
+      // The size is a power of two, so an odd step visits each number once.
       {"attributes, scattered", 1024,
        [](Size n) {
          return tagWithAttributes(n, 1'000'000, 0x9E3779B1U);
@@ -103,7 +105,7 @@ const std::vector<Document>& documents() {
   return all;
 }
 
-/// The work of parsing a document of a size.
+/// Returns the preparation for parsing documents of a size.
 auto parseOf(const Document& document) {
   return [&document](Size size) {
     return [text = document.make(size)] {
@@ -114,6 +116,7 @@ auto parseOf(const Document& document) {
   };
 }
 
+/// Returns the work of querying a document.
 auto queryOf(const std::string& document, const std::string& path) {
   return [xpath = simpleXPath(document), path]() mutable {
     benchmark::DoNotOptimize(xpath.query(path));

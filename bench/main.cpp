@@ -1,3 +1,5 @@
+// Runs the registered benchmarks and adds the rows of the table (see results.h).
+
 #include <benchmark/benchmark.h>
 
 #include "packet_bench.h"

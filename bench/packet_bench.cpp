@@ -1,5 +1,5 @@
-// Building the packet of a basic configuration, with the lines that tell of it, which go to
-// /dev/null: their writing is part of the time.
+// Measures building the packet of a basic configuration. The diagnostic lines go to /dev/null, and
+// writing them is part of the time.
 
 #include "packet_bench.h"
 
@@ -8,18 +8,19 @@
 #include <string>
 
 #include "contest.h"
-#include "counted_memory.h"
 #include "results.h"
 #include "settings/config_details.h"
 #include "silence.h"
+#include "testing/counted_memory.h"
 #include "wireless/wnpa_generator.h"
 
 namespace {
 
 constexpr std::size_t UsualSsid = 20;
+/// The most allocations per packet.
 constexpr double AllocationBar = 8;
 
-/// A generator for a network whose name has so many characters.
+/// A generator for a network whose SSID has `ssidSize` characters.
 class Building {
  public:
   explicit Building(std::size_t ssidSize) {
@@ -53,13 +54,14 @@ auto buildingOf(std::size_t ssidSize) {
 namespace bench {
 
 void addPacketAllocations() {
+  // Only the second run is counted: the first may allocate memory that stays in use.
   Building building(UsualSsid);
   building.run();
-  const std::size_t before = allocations();
+  const std::size_t before = support::allocations();
   building.run();
-  const auto count = static_cast<double>(allocations() - before);
-  addRow({"packet building", "-, allocations", std::to_string(allocations() - before), "", count,
-          AllocationBar});
+  const std::size_t count = support::allocations() - before;
+  addRow({"packet building", "-, allocations", std::to_string(count), "",
+          static_cast<double>(count), AllocationBar});
 }
 
 }  // namespace bench

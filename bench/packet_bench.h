@@ -2,7 +2,7 @@
 
 namespace bench {
 
-/// Adds the row that tells how often the building of a packet allocates.
+/// Adds the row with the count of allocations for building one packet.
 void addPacketAllocations();
 
 }  // namespace bench

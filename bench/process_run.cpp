@@ -1,3 +1,5 @@
+// Runs a process with posix_spawn and reads its cost from wait4.
+
 #include "process_run.h"
 
 #include <algorithm>

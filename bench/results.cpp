@@ -1,3 +1,5 @@
+// The file of rows, and the texts of times and sizes in it.
+
 #include "results.h"
 
 #include <array>
@@ -9,6 +11,7 @@ namespace bench {
 
 namespace {
 
+/// Returns a number with that many decimal places, followed by its unit.
 std::string number(double value, int places, const char* unit) {
   std::array<char, 64> text{};
   std::snprintf(text.data(), text.size(), "%.*f %s", places, value, unit);

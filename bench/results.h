@@ -2,25 +2,28 @@
 
 #include <string>
 
-/// The rows of the table, handed from the programs that measure to the one that prints it.
+/// The rows of the table of results. The measuring programs append them to a file, and bench_table
+/// prints the file.
 namespace bench {
 
+/// One row of the table.
 struct Row {
   std::string work;
-  std::string peer;    ///< what is measured against
+  std::string peer;    ///< the library or program for comparison
   std::string ours;    ///< our figure with its unit
-  std::string theirs;  ///< the peer's; empty without one
-  double value = 0;    ///< what is held against the bar: a ratio or an absolute figure
-  double limit = 0;    ///< the bar, which `value` must not exceed; 0: there is none
+  std::string theirs;  ///< the peer's figure; empty if there is no peer
+  double value = 0;    ///< compared with the bar: a ratio or an absolute figure
+  double limit = 0;    ///< the bar: the largest allowed `value`; 0 if there is no bar
 };
 
-/// Appends a row to the file that the environment's ZVK_BENCH_ROWS names, if it names one.
+/// Appends a row to the file that the environment variable ZVK_BENCH_ROWS names. Does nothing if
+/// the variable is not set.
 void addRow(const Row& row);
 
-/// A time in the unit that suits it.
+/// Returns a time as text, in ns, us or ms.
 std::string timeText(double nanoseconds);
 
-/// A size in the largest unit that it is a whole number of.
+/// Returns a size as text, in the largest unit in which it is a whole number.
 std::string sizeText(long bytes);
 
 }  // namespace bench

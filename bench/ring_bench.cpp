@@ -1,4 +1,4 @@
-// The byte queue beside Boost's ring buffer under a mutex, and beside its lock calls alone.
+// Compares the byte queue with Boost's ring buffer under a mutex, and with its lock calls alone.
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -19,7 +19,7 @@ using Bytes = std::vector<unsigned char>;
 
 constexpr unsigned long Capacity = 65536;
 
-/// All or nothing, as ours.
+/// Boost's ring buffer with the interface of ours: it transfers all bytes or none.
 class BoostQueue {
  public:
   explicit BoostQueue(unsigned long capacity) : m_Bytes(capacity) {}
@@ -51,8 +51,8 @@ class BoostQueue {
   std::mutex m_Mutex;
 };
 
-/// Locks as often as ours: a write asks for the space, which asks whether it is empty; a read asks
-/// for the bytes, which asks for the space.
+/// Locks as often as ours and does nothing else. A write calls getAvailableSpace, which calls
+/// isEmpty. A read calls getAvailableBytes, which calls getAvailableSpace.
 class LocksAlone {
  public:
   explicit LocksAlone(unsigned long /*capacity*/) {}
@@ -76,7 +76,7 @@ class LocksAlone {
   PosixMutex m_Mutex{PosixMutex::Kind::ErrorChecking};
 };
 
-/// Writes and reads so many bytes.
+/// Returns the work of writing and reading `count` bytes.
 template <typename Queue>
 auto exchangeOf(std::size_t count) {
   return [queue = std::make_unique<Queue>(Capacity), source = bench::randomBytes(count),

@@ -1,4 +1,5 @@
-// SAX parsing beside expat, libxml2 and the tree of pugixml, with copies of the same texts.
+// Compares SAX parsing with expat, libxml2 and the tree of pugixml. All contestants copy the same
+// texts.
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -17,7 +18,7 @@
 
 namespace {
 
-/// Every text that a parser reports, one behind the other.
+/// All texts that a parser reports, in order.
 struct Copies {
   std::string texts;
 
@@ -102,7 +103,7 @@ std::string_view textOf(const xmlChar* text) {
   return reinterpret_cast<const char*>(text);
 }
 
-/// An attribute is five pointers: name, prefix, URI, and the value's begin and end.
+/// libxml2 passes an attribute as five pointers: name, prefix, URI, and start and end of the value.
 void libxmlStart(void* data, const xmlChar* name, const xmlChar* /*prefix*/, const xmlChar* /*uri*/,
                  int /*namespaceCount*/, const xmlChar** /*namespaces*/, int count,
                  int /*defaultedCount*/, const xmlChar** parts) {
@@ -160,7 +161,8 @@ void parseWithPugixml(const std::string& document, Copies& copies) {
 
 using Parse = void (*)(const std::string&, Copies&);
 
-/// All parsers must report the same texts, or comparing their times says nothing.
+/// Ends the program if a parser reports other texts than ours, because the times could not be
+/// compared.
 void checkSameTexts(const std::string& document, Parse parse) {
   Copies ours;
   parseWithOurs(document, ours);
@@ -172,6 +174,7 @@ void checkSameTexts(const std::string& document, Parse parse) {
   }
 }
 
+/// Registers a parser with a small and a large document.
 void add(const char* contestant, Parse parse) {
   bench::contest("SAX parse", contestant, {2048, 1 << 20}, [parse](std::size_t size) {
     std::string document = bench::makeReply(size);
@@ -183,7 +186,7 @@ void add(const char* contestant, Parse parse) {
   });
 }
 
-/// One parser for all documents, which spares expat its setting up.
+/// Uses one parser for all documents, so expat's setup is not part of the time.
 void parseWithReusedExpat(const std::string& document, Copies& copies) {
   static XML_Parser parser = XML_ParserCreate(nullptr);
   XML_ParserReset(parser, nullptr);

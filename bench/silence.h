@@ -5,7 +5,7 @@
 
 namespace bench {
 
-/// Sends standard error to /dev/null while it lives.
+/// Redirects standard error to /dev/null during its lifetime.
 class Silence {
  public:
   Silence() : m_Saved(::dup(STDERR_FILENO)) {

@@ -1,4 +1,4 @@
-// The least that a C++ program with the same libraries can cost: one line.
+// The peer of start_up: the cheapest C++ program that links the same libraries. It prints one line.
 
 #include <cstdio>
 

@@ -1,5 +1,6 @@
-// What the start of a program costs that links the same libraries and prints one line, and what
-// ours costs that prints its help text. Runs alternate, so that both see the same machine.
+// Compares the start of zvkconfig, which prints its help text, with that of a program that links
+// the same libraries and prints one line. The runs alternate, so that a change of the machine's
+// load affects both.
 //
 // Usage: start_up ZVKCONFIG PEER
 
@@ -14,8 +15,10 @@
 namespace {
 
 constexpr int Runs = 600;
+/// The largest allowed ratio of our time to the peer's.
 constexpr double RatioBar = 1.15;
 
+/// Returns the median and reorders the values.
 double median(std::vector<double>& values) {
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
   std::ranges::nth_element(values, middle);

@@ -1,3 +1,5 @@
+// The bars of the comparisons, and the rows made from the medians.
+
 #include "summary.h"
 
 #include <algorithm>
@@ -14,15 +16,16 @@ namespace bench {
 namespace {
 
 constexpr double NoBar = 0;
+/// A cost that grows in proportion to the size has the exponent 1.
 constexpr double ExponentBar = 1.1;
 
-/// The largest ratio of our time to a peer's, for works that begin with `work`, from a size on.
+/// The largest allowed ratio of our time to a peer's.
 struct Bar {
-  std::string_view work;
+  std::string_view work;  ///< the start of the work's name
   std::string_view peer;
   double ratio;
-  long smallest = 0;
-  long largest = 1L << 40U;
+  long smallest = 0;         ///< the smallest size to which the bar applies
+  long largest = 1L << 40U;  ///< the largest one
 };
 
 constexpr Bar Bars[] = {
@@ -42,9 +45,10 @@ constexpr Bar Bars[] = {
     {"getXmlResponse", "one memcpy pass", 10},
 };
 
-/// Bars without a peer, in nanoseconds.
+/// The bars of works without a peer. The number is in nanoseconds.
 constexpr Bar AbsoluteBars[] = {{"packet building", "", 2000}};
 
+/// Returns the bar of a comparison, or `NoBar`.
 double limitOf(std::string_view work, std::string_view peer, long size) {
   const auto* const bar = std::ranges::find_if(Bars, [&](const Bar& candidate) {
     return work.starts_with(candidate.work) && peer == candidate.peer &&
@@ -53,7 +57,8 @@ double limitOf(std::string_view work, std::string_view peer, long size) {
   return bar == std::end(Bars) ? NoBar : bar->ratio;
 }
 
-/// The exponent of the power of the size that fits the times best, by least squares of logarithms.
+/// Returns the exponent of the power of the size that fits the times best, by the method of least
+/// squares on the logarithms.
 double fittedExponent(const std::map<long, double>& times) {
   const auto count = static_cast<double>(times.size());
   double sumX = 0;

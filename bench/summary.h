@@ -7,25 +7,31 @@
 
 namespace bench {
 
-/// Collects medians and makes the rows of the table from them: our time for each work beside each
-/// peer's, and the exponent with which a work's cost grows.
+/// Prints the runs to the console, collects their medians, and adds the rows of the table: our time
+/// and each peer's time for each work, and the exponent with which the cost of a work grows.
+///
+///     bench::Summary summary;
+///     benchmark::RunSpecifiedBenchmarks(&summary);
+///     summary.addRows();
 class Summary : public benchmark::ConsoleReporter {
  public:
   Summary() : ConsoleReporter(OO_Tabular) {}
 
   void ReportRuns(const std::vector<Run>& runs) override;
 
+  /// Adds all rows. Every work must have our contestant.
   void addRows() const;
 
  private:
-  /// Median time in nanoseconds by size, under contestants, under works.
+  /// The median time in nanoseconds for each size.
   using Times = std::map<long, double>;
+  /// The times of each contestant.
   using Contestants = std::map<std::string, Times>;
 
   static void addComparisons(const std::string& work, const Contestants& contestants);
   static void addGrowth(const std::string& work, const Times& times);
 
-  std::map<std::string, Contestants> m_Works;
+  std::map<std::string, Contestants> m_Works;  ///< the contestants of each work
 };
 
 }  // namespace bench

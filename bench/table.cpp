@@ -1,4 +1,5 @@
-// Prints the rows of a file as one table and counts the bars. Ends with 1 when one is missed.
+// Prints the rows of a file as one table and counts the bars that are met and missed. The exit
+// status is 1 if a bar is missed or there is none.
 //
 // Usage: bench_table FILE
 
@@ -11,8 +12,10 @@
 
 namespace {
 
+/// The columns of a row, in their order in the file.
 enum Column { Work, Peer, Ours, Theirs, Value, Limit, Columns };
 
+/// Returns the cells of a row, which tabs separate.
 std::vector<std::string> cells(const std::string& line) {
   std::vector<std::string> result;
   std::istringstream stream(line);

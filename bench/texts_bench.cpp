@@ -1,4 +1,4 @@
-// The texts of object-store calls beside a pass of memcpy over the same bytes.
+// Compares the conversions of object-store texts with one memcpy pass over the same bytes.
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
@@ -16,11 +16,12 @@ namespace {
 
 constexpr std::size_t Mebi = 1 << 20;
 
-/// How far apart marks are: what a pass over the bytes costs, and what each mark costs beyond it.
+/// Distances between two marks, in characters. Far marks show the cost of the pass over the bytes,
+/// near marks the cost of each mark.
 constexpr std::size_t Far = 1024;
 constexpr std::size_t Near = 64;
 
-/// A text of a size in which `mark` ends every piece of so many characters.
+/// Returns a text of `size` characters in which `mark` ends every piece of `Distance` characters.
 template <std::size_t Distance>
 std::string textWith(const std::string& mark, std::size_t size) {
   std::string text;
@@ -30,6 +31,7 @@ std::string textWith(const std::string& mark, std::size_t size) {
   return text + std::string(size - text.size(), 'x');
 }
 
+/// The peer: copies the text once.
 auto copyOf(std::string text) {
   return [copy = std::vector<char>(text.size()), text = std::move(text)]() mutable {
     std::memcpy(copy.data(), text.data(), text.size());
@@ -44,7 +46,7 @@ auto escapingOf(std::size_t size) {
   };
 }
 
-/// Replaces in a copy, since the replacement uses its text up.
+/// Replaces entities in a copy, because the replacement changes its text.
 template <std::size_t Distance>
 auto replacementOf(std::size_t size) {
   return [text = textWith<Distance>("&amp;", size), copy = std::string()]() mutable {
@@ -56,7 +58,7 @@ auto replacementOf(std::size_t size) {
   };
 }
 
-/// The bytes of a reply whose text holds the command byte of further packets now and then.
+/// Returns the bytes of a collected reply. The marks are the command bytes of further packets.
 template <std::size_t Distance>
 std::string rawReply(std::size_t size) {
   const std::string begin =
@@ -74,6 +76,7 @@ auto extractionOf(std::size_t size) {
   };
 }
 
+/// Registers the three conversions and their peer for one distance.
 template <std::size_t Distance>
 void addAll() {
   const std::string peer = "one memcpy pass";

@@ -1,4 +1,5 @@
-// Path queries on a reply beside libxml2's and pugixml's XPath, parsing included.
+// Compares path queries on a reply with the XPath of libxml2 and pugixml. Parsing is part of the
+// time.
 
 #include <algorithm>
 #include <array>
@@ -33,7 +34,8 @@ Texts findWithOurs(const std::string& document, const std::string& path) {
 
 constexpr const char* StatusPath = "/response/MapElem/child[@name='status_code']/IntegerElem";
 
-/// The texts at a path: the first alone, or all, when the reply's status is one.
+/// Returns the text of the first element at a path. For a list, checks that the reply's status is
+/// 1, as ours does, and returns the texts of all elements.
 template <bool IsList>
 Texts findWithLibxml(const std::string& document, const std::string& path) {
   xmlDocPtr tree = xmlReadMemory(document.data(), static_cast<int>(document.size()), nullptr,
@@ -88,8 +90,7 @@ Texts listWithOurs(const std::string& document, const std::string& /*path*/) {
   return names;
 }
 
-/// A reply to the call for the list of certificates, with nine names, filled up to the size by its
-/// message.
+/// Returns a reply with a list of nine certificate names. Its message fills it up to `size` bytes.
 std::string listReply(std::size_t size) {
   std::string names;
   for (int i = 1; i <= 9; ++i) {
@@ -104,6 +105,7 @@ std::string listReply(std::size_t size) {
   return begin + std::string(size - begin.size() - end.size(), 'x') + end;
 }
 
+/// Registers a contestant. Ends the program if it finds other texts than `reference`.
 void add(const std::string& work, const std::string& contestant, std::string path, Find find,
          Find reference, std::string (*makeDocument)(std::size_t)) {
   bench::contest(work, contestant, {ReplySize}, [=, path = std::move(path)](std::size_t size) {
@@ -140,7 +142,7 @@ constexpr const char* ListPath = "/response/MapElem/child[@name='cert_list']/Lis
   add(list, bench::Ours, ListPath, listWithOurs, listWithOurs, listReply);
   add(list, "libxml2", ListPath, findWithLibxml<true>, listWithOurs, listReply);
   add(list, "pugixml", ListPath, findWithPugixml<true>, listWithOurs, listReply);
-  // The time goes into the message ahead of the list.
+  // The growing part is the message that precedes the list.
   bench::growth("list of nine names, bytes", 2048, [](std::size_t size) {
     return [document = listReply(size)] {
       benchmark::DoNotOptimize(listWithOurs(document, ListPath));

@@ -8,11 +8,6 @@
 
 namespace catalogue {
 
-/// Returns how many bytes the packet has that `bytes`, at least three, begin with: what its length
-/// field says. One packet says 6 and has four bytes more, the one that has a certificate generated;
-/// its nine first bytes tell it.
-std::size_t packetSize(std::span<const npa::Byte> bytes);
-
 /// Cuts a stream of bytes, which may arrive in any pieces, into NPA packets.
 class PacketReader {
  public:

@@ -54,10 +54,14 @@ std::string readInput(const std::string& name) {
   return content;
 }
 
-void decodeInput(const std::string& name, const Options& options, decoder::Report& report) {
+void decodeInput(const std::string& name, const Options& options, decoder::Tally& report) {
   report.beginInput(name);
   try {
-    decoder::decode(readInput(name), options, report);
+    const std::string content = readInput(name);
+    decoder::decode(content, options, report);
+    if (!report.hasFound()) {
+      say(name + ": " + decoder::nothingFoundText(content, options));
+    }
   } catch (const std::system_error& error) {
     const std::string reason = error.code().message();
     say(name + ": " + reason);

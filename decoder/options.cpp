@@ -111,13 +111,15 @@ std::string helpText() {
   return "zvknpa: what is said to a printer's wireless adapter, in words\n"
          "\n"
          "  zvknpa [OPTION...] [FILE...]\n"
-         "      Reads NPA packets: as hex text, from the log of zvkconfig or zvkprinter, or from "
-         "a\n"
-         "      capture of the USB. Without FILE, or for -, it reads standard input.\n" +
+         "      Reads NPA packets: as hex text, from a dump of xxd or hexdump -C, from the log of\n"
+         "      zvkconfig or zvkprinter, or from a capture of the USB. Without FILE, or for -, it\n"
+         "      reads standard input.\n" +
          catalogue::optionList(optionGroups()) +
          "\n"
          "Ends with 0 when everything was decoded, 1 when something was no whole packet or of no\n"
-         "known kind, 2 when the command line is wrong or an input cannot be read.\n";
+         "known kind, 2 when the command line is wrong or an input cannot be read, 3 when an "
+         "input\n"
+         "holds nothing that looks like a packet.\n";
 }
 
 std::string objectsText() {

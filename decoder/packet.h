@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "catalogue/packet_reader.h"
 #include "catalogue/setting_catalogue.h"
 
 namespace decoder {
@@ -30,7 +30,7 @@ struct Place {
 };
 
 /// "1 byte", "2 bytes".
-inline std::string countOf(std::size_t bytes) {
+inline std::string countOf(std::uint64_t bytes) {
   return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
 }
 

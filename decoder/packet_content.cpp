@@ -1,33 +1,26 @@
 #include "decoder/packet_content.h"
 
 #include <algorithm>
-#include <iterator>
+#include <array>
 #include <utility>
 
-#include "catalogue/setting_objects.h"
+#include "catalogue/packet_grammar.h"
 #include "npa/packet.h"
 
 namespace decoder {
 
 namespace {
 
-using npa::Byte;
-using Data = std::span<const Byte>;
+using catalogue::Body;
+using catalogue::Cursor;
+using catalogue::Data;
+using catalogue::PacketParts;
 using Kind = Content::Kind;
 
-constexpr std::size_t CommandOffset = npa::FlagOffset + 1;
-constexpr std::size_t KindSize = npa::DataKind{}.size();
-constexpr std::size_t KeySize = 2;
-constexpr std::size_t SizeFieldSize = 2;
-/// What stands behind the command byte of a method call, and of a reply to one.
-constexpr std::size_t CallHeadOffset = 5;
 /// Between head and text of a reply: a zero byte, and the command byte of a second packet or what
 /// stands for it.
-constexpr Byte ReplyMark = 0x00;
-
-bool opensWith(Data data, Data head) {
-  return data.size() >= head.size() && std::ranges::equal(data.first(head.size()), head);
-}
+constexpr std::array<npa::Byte, 1> ReplyMark = {0x00};
+constexpr std::array<npa::Byte, 1> CommandMark = {npa::RequestCommand};
 
 Content malformed(std::string problem, Data data) {
   Content content;
@@ -43,174 +36,155 @@ Content unknown(Data data) {
   return content;
 }
 
-/// `data` is what follows the kind.
-Content readQuery(Data data) {
-  if (data.size() < KeySize) {
+Content readRecord(Data data) {
+  const catalogue::Record record = catalogue::readRecord(data);
+  if (!record.key) {
     return malformed("a query without a setting", data);
   }
-  const npa::SettingKey key = {data[0], data[1]};
-  data = data.subspan(KeySize);
   Content content;
-  content.kind = Kind::Query;
-  content.settings.push_back({key, std::nullopt});
-  if (data.empty()) {
+  content.kind = record.isQuery() ? Kind::Query : Kind::Value;
+  content.settings.push_back({*record.key, std::nullopt});
+  if (record.isQuery()) {
     return content;
   }
-  if (data.size() < SizeFieldSize) {
-    return malformed("a byte behind a query", data);
+  if (!record.sizeField) {
+    return malformed("a byte behind a query", record.rest);
   }
-  const std::size_t sizeField = npa::numberAt(data, 0);
-  data = data.subspan(SizeFieldSize);
-  if (catalogue::sizeOfValue(key, sizeField, data.size()) != data.size()) {
-    Content wrong = malformed(
-        "a value should have " + countOf(sizeField) + ", has " + std::to_string(data.size()), data);
+  if (!record.isValue()) {
+    Content wrong = malformed("a value should have " + countOf(*record.sizeField) + ", has " +
+                                  std::to_string(record.rest.size()),
+                              record.rest);
     wrong.settings = std::move(content.settings);
     return wrong;
   }
-  content.kind = Kind::Value;
-  content.settings.back().value = Bytes(data.begin(), data.end());
+  content.settings.back().value = Bytes(record.rest.begin(), record.rest.end());
   return content;
 }
 
 Content readSettings(Data data, Kind kind) {
+  const catalogue::Settings settings = catalogue::readSettings(data);
   Content content;
-  if (data.size() == 1) {
+  content.kind = kind;
+  if (settings.result) {
     content.kind = Kind::Stored;
-    content.result = data[0];
+    content.result = *settings.result;
     return content;
   }
-  std::vector<catalogue::SettingObject> objects;
-  content.kind = kind;
-  const bool isWhole = catalogue::readSettingObjects(data, objects);
-  std::size_t used = 0;
-  for (const catalogue::SettingObject& object : objects) {
-    content.settings.push_back({object.key, Bytes(object.value.begin(), object.value.end())});
-    used += npa::ObjectHeaderSize + object.value.size();
+  if (!settings.rest.empty()) {
+    content = malformed("a setting that does not fit in", settings.rest);
   }
-  if (!isWhole) {
-    Content cut = malformed("a setting that does not fit in", data.subspan(used));
-    cut.settings = std::move(content.settings);
-    return cut;
+  for (const catalogue::SettingObject& object : settings.objects) {
+    content.settings.push_back({object.key, Bytes(object.value.begin(), object.value.end())});
   }
   return content;
-}
-
-std::string textOf(Data data) {
-  return {data.begin(), data.end()};
 }
 
 Content readMethodCall(Data data) {
+  Cursor cursor(data);
   Content content;
-  const bool isReply = !data.empty() && data[0] == ReplyMark;
-  content.kind = isReply ? Kind::MethodReply : Kind::MethodCall;
-  if (!isReply) {
-    content.xml = textOf(data);
-    return content;
+  content.kind = Kind::MethodCall;
+  if (cursor.skip(ReplyMark)) {
+    content.kind = Kind::MethodReply;
+    cursor.skip(CommandMark);
   }
-  data = data.subspan(1);
-  if (!data.empty() && data[0] == npa::RequestCommand) {
-    data = data.subspan(1);
-  }
-  content.xml = textOf(data);
+  content.xml.assign(cursor.rest().begin(), cursor.rest().end());
   return content;
 }
 
-/// `body` begins with the command byte.
-Content readBody(Data body) {
-  const Data callHead = Data(npa::ObjStoreNpaHeader).subspan(CommandOffset);
-  if (opensWith(body, callHead)) {
-    return readMethodCall(body.subspan(callHead.size()));
+/// Reads what follows a flag byte. A wrapper is unknown here.
+Content readContent(Data bytes) {
+  const Body body = catalogue::readBody(bytes);
+  switch (body.kind) {
+    case Body::Kind::Record:
+      return readRecord(body.content);
+    case Body::Kind::SettingsGroup:
+      return readSettings(body.content, Kind::StoreGroup);
+    case Body::Kind::SingleSettings:
+      return readSettings(body.content, Kind::StoreSingly);
+    case Body::Kind::ObjectStoreCall:
+      return readMethodCall(body.content);
+    case Body::Kind::Wrapper:
+      return unknown(bytes.subspan(CommandMark.size()));
+    case Body::Kind::Unknown:
+      break;
   }
-  if (body.empty() || body[0] != npa::RequestCommand) {
-    return unknown(body);
-  }
-  const Data data = body.subspan(1);
-  if (opensWith(data, npa::DataQuery)) {
-    return readQuery(data.subspan(KindSize));
-  }
-  if (opensWith(data, npa::DataSettings)) {
-    return readSettings(data.subspan(KindSize), Kind::StoreGroup);
-  }
-  if (opensWith(data, npa::DataSingleSettings)) {
-    return readSettings(data.subspan(KindSize), Kind::StoreSingly);
-  }
-  return unknown(data);
+  return unknown(body.content);
 }
 
-/// A whole packet, which is no wrapper.
-Content readBare(Data bytes) {
-  if (bytes.size() <= npa::FlagOffset) {
-    return malformed("a packet without a flag byte", {});
-  }
+/// Reads a whole packet, which is no wrapper.
+Content readBare(const PacketParts& packet) {
   Content content;
-  if (std::ranges::equal(bytes, npa::usbSniff)) {
-    content.kind = Kind::Announcement;
-    return content;
+  switch (packet.kind) {
+    case PacketParts::Kind::NoFlag:
+      return malformed("a packet without a flag byte", {});
+    case PacketParts::Kind::Announcement:
+      content.kind = Kind::Announcement;
+      return content;
+    case PacketParts::Kind::Refusal:
+      content.kind = Kind::Refusal;
+      return content;
+    case PacketParts::Kind::EndOfExchange:
+      content.kind = Kind::EndOfExchange;
+      return content;
+    case PacketParts::Kind::Content:
+      break;
   }
-  const Byte flag = bytes[npa::FlagOffset];
-  if (flag == npa::FlagRefused) {
-    content.kind = Kind::Refusal;
-    return content;
-  }
-  if ((flag & npa::FlagEndsExchange) != 0) {
-    content.kind = Kind::EndOfExchange;
-    return content;
-  }
-  return readBody(bytes.subspan(CommandOffset));
+  return readContent(packet.body);
 }
 
-/// The packets inside a wrapper, one behind the other.
+/// Reads the packets inside a wrapper.
 void readInside(Data inside, std::vector<Content>& contents) {
-  while (!inside.empty()) {
-    if (inside[0] != npa::StartByte) {
-      contents.push_back(malformed(countOf(inside.size()) + " outside any packet", inside));
+  Cursor cursor(inside);
+  while (!cursor.rest().empty()) {
+    const Data rest = cursor.rest();
+    if (rest.front() != npa::StartByte) {
+      contents.push_back(malformed(countOf(rest.size()) + " outside any packet", rest));
       return;
     }
-    const std::size_t size =
-        inside.size() < npa::LengthHeaderSize ? inside.size() + 1 : catalogue::packetSize(inside);
-    if (size > inside.size()) {
-      contents.push_back(malformed("a packet that is cut inside a wrapper", inside));
+    const auto packet = cursor.packet();
+    if (!packet) {
+      contents.push_back(malformed("a packet that is cut inside a wrapper", rest));
       return;
     }
-    contents.push_back(readBare(inside.first(size)));
-    inside = inside.subspan(size);
+    contents.push_back(readBare(catalogue::readPacketParts(*packet)));
   }
 }
 
-/// Reads what is wrapped. `data` is what follows the command byte; returns how much of it counts.
-std::size_t readWrapper(Data data, std::vector<Content>& contents) {
-  constexpr std::size_t head = KindSize + SizeFieldSize;
-  if (data.size() < head) {
-    contents.push_back(malformed("a wrapper without a size", data));
-    return data.size();
+/// Reads a wrapper, whose body is `body`. Returns what follows the bytes that it wraps.
+Data readWrapper(const Body& body, Data bytes, std::vector<Content>& contents) {
+  const catalogue::Wrapper wrapper = catalogue::readWrapper(body.content);
+  if (!wrapper.size) {
+    contents.push_back(malformed("a wrapper without a size", bytes.subspan(CommandMark.size())));
+    return {};
   }
-  const std::size_t size = npa::numberAt(data, KindSize);
-  const Data inside = data.subspan(head);
-  if (size > inside.size()) {
-    contents.push_back(malformed(
-        "a wrapper should hold " + countOf(size) + ", holds " + std::to_string(inside.size()),
-        inside));
-    return data.size();
+  if (!wrapper.isWhole()) {
+    contents.push_back(malformed("a wrapper should hold " + countOf(*wrapper.size) + ", holds " +
+                                     std::to_string(wrapper.inside.size()),
+                                 wrapper.inside));
+    return {};
   }
-  if (size == 0) {
+  if (wrapper.inside.empty()) {
     contents.push_back(malformed("an empty wrapper", {}));
   }
-  readInside(inside.first(size), contents);
-  return head + size;
+  readInside(wrapper.inside, contents);
+  return wrapper.behind;
 }
 
-/// How many bytes of a collected reply, command byte included, belong to its first packet, which is
-/// no wrapper: a value tells its size, all else is taken to be the last.
-std::size_t collectedSize(Data body) {
-  constexpr std::size_t valueHead = 1 + KindSize + KeySize + SizeFieldSize;
-  constexpr std::size_t resultSize = 1 + KindSize + 1;
-  if (body.size() >= valueHead && opensWith(body.subspan(1), npa::DataQuery)) {
-    return std::min(body.size(), valueHead + npa::numberAt(body, valueHead - SizeFieldSize));
+/// Returns the size of the first packet of a collected reply, command byte included, which is no
+/// wrapper: a value has its size in front, anything else is taken to be the last.
+std::size_t collectedSize(Data bytes) {
+  Cursor cursor(bytes);
+  cursor.byte();
+  if (cursor.skip(npa::DataSettings)) {
+    cursor.byte();
+    return bytes.size() - cursor.rest().size();
   }
-  if (opensWith(body.subspan(1), npa::DataSettings)) {
-    return std::min(body.size(), resultSize);
+  if (cursor.skip(npa::DataQuery)) {
+    const catalogue::Record record = catalogue::readRecord(cursor.rest());
+    const std::size_t valueSize = record.sizeField.value_or(record.rest.size());
+    return bytes.size() - record.rest.size() + std::min(valueSize, record.rest.size());
   }
-  return body.size();
+  return bytes.size();
 }
 
 }  // namespace
@@ -227,23 +201,21 @@ bool hasMoreFollowing(const Packet& packet) {
 }
 
 Packet readPacket(Data bytes) {
+  const PacketParts parts = catalogue::readPacketParts(bytes);
   Packet packet;
   packet.size = bytes.size();
-  packet.flag = bytes.size() > npa::FlagOffset ? bytes[npa::FlagOffset] : Byte{0};
-  const bool counts = (packet.flag & npa::FlagEndsExchange) == 0;
-  const Data body = bytes.size() > CommandOffset ? bytes.subspan(CommandOffset) : Data();
-  if (counts && !body.empty() && body[0] == npa::RequestCommand &&
-      opensWith(body.subspan(1), npa::DataWrapped)) {
-    packet.isWrapped = true;
-    const Data data = body.subspan(1);
-    const std::size_t used = readWrapper(data, packet.contents);
-    if (used < data.size()) {
-      packet.contents.push_back(
-          malformed(countOf(data.size() - used) + " behind what is wrapped", data.subspan(used)));
-    }
+  packet.flag = parts.flag;
+  const Body body = catalogue::readBody(parts.body);
+  packet.isWrapped = parts.kind == PacketParts::Kind::Content && body.kind == Body::Kind::Wrapper;
+  if (!packet.isWrapped) {
+    packet.contents.push_back(readBare(parts));
     return packet;
   }
-  packet.contents.push_back(readBare(bytes));
+  const Data behind = readWrapper(body, parts.body, packet.contents);
+  if (!behind.empty()) {
+    packet.contents.push_back(
+        malformed(countOf(behind.size()) + " behind what is wrapped", behind));
+  }
   return packet;
 }
 
@@ -251,21 +223,21 @@ Packet readCollectedReply(Data bytes) {
   Packet packet;
   packet.size = bytes.size();
   packet.isCollected = true;
-  const Data callHead = Data(npa::ObjStoreNpaHeader).subspan(CommandOffset, CallHeadOffset);
-  if (opensWith(bytes, callHead)) {
+  if (catalogue::readBody(bytes).kind == Body::Kind::ObjectStoreCall) {
     // Between the texts of several packets stand their command bytes, which no ASCII text has.
-    Content content = readBody(bytes);
+    Content content = readContent(bytes);
     std::erase(content.xml, static_cast<char>(npa::RequestCommand));
     packet.contents.push_back(std::move(content));
     return packet;
   }
   while (!bytes.empty()) {
-    if (bytes[0] == npa::RequestCommand && opensWith(bytes.subspan(1), npa::DataWrapped)) {
+    const Body body = catalogue::readBody(bytes);
+    if (body.kind == Body::Kind::Wrapper) {
       packet.isWrapped = true;
-      bytes = bytes.subspan(1 + readWrapper(bytes.subspan(1), packet.contents));
+      bytes = readWrapper(body, bytes, packet.contents);
     } else {
       const std::size_t size = collectedSize(bytes);
-      packet.contents.push_back(readBody(bytes.first(size)));
+      packet.contents.push_back(readContent(bytes.first(size)));
       bytes = bytes.subspan(size);
     }
   }

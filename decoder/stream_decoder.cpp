@@ -1,8 +1,10 @@
 #include "decoder/stream_decoder.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
+#include "catalogue/packet_grammar.h"
 #include "decoder/packet_content.h"
 #include "npa/packet.h"
 
@@ -12,7 +14,7 @@ namespace {
 
 using Kind = Content::Kind;
 
-constexpr std::size_t CommandOffset = npa::FlagOffset + 1;
+constexpr std::array<npa::Byte, 1> CommandMark = {npa::RequestCommand};
 
 }  // namespace
 
@@ -30,21 +32,20 @@ void StreamDecoder::feed(std::span<const npa::Byte> bytes, std::size_t place) {
 }
 
 std::size_t StreamDecoder::takePackets() {
-  std::span<const npa::Byte> rest(m_Waiting);
-  while (!rest.empty()) {
-    const auto start =
-        static_cast<std::size_t>(std::ranges::find(rest, npa::StartByte) - rest.begin());
+  catalogue::Cursor cursor(m_Waiting);
+  while (!cursor.rest().empty()) {
+    const auto start = static_cast<std::size_t>(std::ranges::find(cursor.rest(), npa::StartByte) -
+                                                cursor.rest().begin());
     takeStray(start);
-    rest = rest.subspan(start);
-    if (rest.size() < npa::LengthHeaderSize || rest.size() < catalogue::packetSize(rest)) {
+    cursor.bytes(start);
+    const auto packet = cursor.packet();
+    if (!packet) {
       break;
     }
-    const std::size_t size = catalogue::packetSize(rest);
     reportStray();
-    takePacket(rest.first(size));
-    rest = rest.subspan(size);
+    takePacket(*packet);
   }
-  return m_Waiting.size() - rest.size();
+  return m_Waiting.size() - cursor.rest().size();
 }
 
 Place StreamDecoder::takePlace(std::size_t count) {
@@ -102,13 +103,13 @@ void StreamDecoder::joinReply(Packet& packet, std::span<const npa::Byte> bytes) 
     }
     return;
   }
-  const bool goesOn = content.kind == Kind::Unknown && bytes.size() > CommandOffset &&
-                      bytes[CommandOffset] == npa::RequestCommand;
+  catalogue::Cursor body(catalogue::readPacketParts(bytes).body);
+  const bool goesOn = content.kind == Kind::Unknown && body.skip(CommandMark);
   if (!goesOn) {
     endReply(packet.place);
     return;
   }
-  m_ReplyText->append(bytes.begin() + CommandOffset + 1, bytes.end());
+  m_ReplyText->append(body.rest().begin(), body.rest().end());
   content = Content();
   content.kind = Kind::MethodReplyPart;
   if (!more) {

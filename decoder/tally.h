@@ -12,33 +12,59 @@ class Tally : public Report {
  public:
   explicit Tally(Report& next) : m_Next(next) {}
 
-  void beginInput(const std::string& name) override { m_Next.beginInput(name); }
+  void beginInput(const std::string& name) override {
+    ++m_Inputs;
+    m_HasFound = false;
+    m_Next.beginInput(name);
+  }
   void packet(const Packet& packet) override {
+    found();
     ++m_Packets;
     m_IsComplete = m_IsComplete && isUnderstood(packet);
     m_Next.packet(packet);
   }
   void problem(const Problem& problem) override {
+    found();
     m_IsComplete = false;
     m_Next.problem(problem);
   }
   void unreadable(const std::string& reason) override {
+    found();
     m_IsReadable = false;
     m_Next.unreadable(reason);
   }
 
   std::size_t packets() const { return m_Packets; }
 
-  /// The exit status: 0 for all decoded, 1 for something that was no whole or known packet, 2 for
-  /// an input that could not be read.
+  /// Whether there was anything to report in the last input.
+  bool hasFound() const { return m_HasFound; }
+
+  /// The exit status: 0 if all was decoded, 1 if something was no whole or known packet, 2 if an
+  /// input could not be read, 3 if there was nothing to report in one. Of several, 2 comes before
+  /// 1, and 1 before 3.
   int status() const {
     constexpr int unreadable = 2;
-    return !m_IsReadable ? unreadable : m_IsComplete ? 0 : 1;
+    constexpr int nothing = 3;
+    if (!m_IsReadable) {
+      return unreadable;
+    }
+    if (!m_IsComplete) {
+      return 1;
+    }
+    return m_InputsWithFinds < m_Inputs ? nothing : 0;
   }
 
  private:
+  void found() {
+    m_InputsWithFinds += m_HasFound ? 0 : 1;
+    m_HasFound = true;
+  }
+
   Report& m_Next;
   std::size_t m_Packets = 0;
+  std::size_t m_Inputs = 0;
+  std::size_t m_InputsWithFinds = 0;
+  bool m_HasFound = false;
   bool m_IsComplete = true;
   bool m_IsReadable = true;
 };

@@ -2,21 +2,18 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
-#include <utility>
-#include <vector>
 
-#include "decoder/hex_line.h"
-#include "decoder/packet_content.h"
-#include "decoder/stream_decoder.h"
+#include "decoder/hex_block.h"
 #include "npa/packet.h"
 
 namespace decoder {
 
 namespace {
 
-/// What the lines of the programs begin with. Another line may stand unfinished in front of them.
-constexpr std::array<std::string_view, 2> LineStarts = {"D [ZVK] ", "zvkprinter: "};
+/// What lines of the programs begin with. Another line may stand unfinished in front of them: the
+/// list of bytes of the default run ends without a line end.
+constexpr std::array<std::string_view, 3> LineStarts = {
+    "D [ZVK] ", "zvkprinter: ", "Configuring the printer...."};
 
 /// The first place behind the start of `line` where a program's line begins. The text column of a
 /// dump is not looked at.
@@ -30,71 +27,13 @@ std::size_t nextStart(std::string_view line) {
   return line.size();
 }
 
-/// Lines of hex that follow each other.
-class Block {
- public:
-  explicit Block(Report& report) : m_Report(report) {}
-
-  void add(HexLine line, std::size_t number) {
-    if (!m_Lines.empty() && m_Direction != line.direction) {
-      end();
-    }
-    m_Direction = line.direction;
-    m_HasHiddenBytes = m_HasHiddenBytes || line.hasHiddenBytes;
-    m_Lines.push_back({number, std::move(line.bytes)});
-    if (line.endsBlock) {
-      end();
-    }
+void decodeLine(std::string_view line, std::size_t number, HexBlock& block) {
+  if (block.take(line, number)) {
+    return;
   }
-
-  void end() {
-    if (m_Lines.empty()) {
-      return;
-    }
-    const Stream stream = {Stream::Unit::Line, m_Direction, {}, m_HasHiddenBytes};
-    if (m_Lines.front().bytes.front() == npa::RequestCommand) {
-      reportCollected(stream);
-    } else {
-      StreamDecoder decoder(stream, m_Report);
-      for (const Line& line : m_Lines) {
-        decoder.feed(line.bytes, line.number);
-      }
-      decoder.finish();
-    }
-    m_Lines.clear();
-    m_HasHiddenBytes = false;
-  }
-
- private:
-  struct Line {
-    std::size_t number;
-    Bytes bytes;
-  };
-
-  void reportCollected(const Stream& stream) const {
-    Bytes all;
-    for (const Line& line : m_Lines) {
-      all.insert(all.end(), line.bytes.begin(), line.bytes.end());
-    }
-    Packet packet = readCollectedReply(all);
-    packet.stream = stream;
-    packet.stream.direction = Stream::Direction::FromPrinter;
-    packet.place = {m_Lines.front().number, m_Lines.back().number};
-    m_Report.packet(packet);
-  }
-
-  Report& m_Report;
-  std::vector<Line> m_Lines;
-  Stream::Direction m_Direction = Stream::Direction::Unknown;
-  bool m_HasHiddenBytes = false;
-};
-
-void decodeLine(std::string_view line, std::size_t number, Block& block) {
   do {
     const std::size_t end = nextStart(line);
-    if (std::optional<HexLine> hex = readHexLine(line.substr(0, end))) {
-      block.add(std::move(*hex), number);
-    } else {
+    if (!block.take(line.substr(0, end), number)) {
       block.end();
     }
     line.remove_prefix(end);
@@ -104,7 +43,7 @@ void decodeLine(std::string_view line, std::size_t number, Block& block) {
 }  // namespace
 
 void decodeText(std::string_view text, Report& report) {
-  Block block(report);
+  HexBlock block(report);
   for (std::size_t number = 1; !text.empty(); ++number) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     decodeLine(text.substr(0, end), number, block);

@@ -1,4 +1,5 @@
-// The input is the content of an argument file.
+// The input is the content of an argument file. The parsed settings must equal those that a simple
+// model of the format finds.
 
 #include <algorithm>
 #include <string>
@@ -11,17 +12,18 @@
 
 namespace {
 
+/// The parser reads a longer line in pieces of this size.
 constexpr std::size_t LongestPiece = 255;
 constexpr const char* Device = "/dev/usb/lp3";
 
-/// The lines of the file, long ones in pieces, without comments.
+/// Returns the lines of the file without comments. A long line is several pieces.
 std::vector<std::string> linesOf(const std::string& content) {
   std::vector<std::string> lines;
   for (std::size_t start = 0; start < content.size();) {
     std::string piece = content.substr(start, LongestPiece);
     piece.resize(std::min(piece.find('\n'), piece.size() - 1) + 1);
     start += piece.size();
-    // A text ends at its first zero byte.
+    // A line ends at its first zero byte.
     const std::string line = piece.substr(0, piece.find_first_of(std::string("\n\0", 2)));
     if (!line.starts_with('#')) {
       lines.push_back(line);
@@ -30,8 +32,9 @@ std::vector<std::string> linesOf(const std::string& content) {
   return lines;
 }
 
-/// What a line with the key says: what stands between the first two quotation marks, or behind the
-/// only one, or all from the position that is the key's length on.
+/// Returns the value in a line that contains the key: the text between the first two quotation
+/// marks, or after the only one. Without a quotation mark, returns the rest after as many
+/// characters as the key has, wherever the key is.
 std::string valueIn(const std::string& line, std::string_view key) {
   const std::size_t open = line.find('"');
   if (open == std::string::npos) {

@@ -1,4 +1,5 @@
-// The input is a text to decode, and bytes to encode.
+// The input is a text to decode, and the same bytes to encode. Decoding must equal decoding group
+// by group, and decoding an encoded text must return the bytes.
 
 #include "util/base64.h"
 
@@ -11,7 +12,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-/// Decodes one group after the other out of a padded copy of the text.
+/// Decodes a padded copy of the text one group at a time.
 Bytes decodeByGroups(const std::string& text) {
   std::string padded = text.substr(0, text.find('\0')) + "====";
   std::erase_if(padded, [](char c) { return c != '=' && Base64::base64CharValue(c) < 0; });
@@ -26,6 +27,7 @@ Bytes decodeByGroups(const std::string& text) {
   }
 }
 
+/// Decodes into a buffer of `room` bytes, which must be enough.
 Bytes decode(const std::string& text, std::size_t room) {
   Bytes bytes(room);
   const long count = Base64::decode(text.c_str(), bytes.data(), bytes.size());

@@ -1,6 +1,8 @@
-// The first line of the input is a letter that chooses an operation on the printer's certificates.
-// Each further line is the XML that one method call is answered with, the last one for all that
-// follow; behind "hex:" it is what follows the flag byte of the reply packet.
+// The first line of the input is a letter that selects an operation on the printer's certificates.
+// Each further line is the XML of the reply to one method call. The last line also answers all
+// later calls. A line that begins with "hex:" is the part of the reply packet after its flag byte.
+//
+// Each operation must return a documented result within its time and leave files as documented.
 
 #include <algorithm>
 #include <sstream>
@@ -35,7 +37,7 @@ constexpr std::string_view Certificate =
     "nSugsdIzPcJ4qW7iEoLJs/IT6c69kcaJHwA=\n"
     "-----END CERTIFICATE-----\n";
 
-/// What the operations work on.
+/// The objects that an operation uses.
 struct Work {
   CertMgr& manager;
   MemoryFile& file;
@@ -54,6 +56,7 @@ int readAuthority(const Work& work) {
   return work.manager.getCAInfo("Root", fileName, path, commonName);
 }
 
+/// Runs an operation that lists names. The list must have at most nine names, and no empty one.
 int list(const Work& work, int (CertMgr::*operation)(std::vector<std::string>&)) {
   std::vector<std::string> names(MostNames + 1, "before");
   const int result = (work.manager.*operation)(names);
@@ -63,13 +66,13 @@ int list(const Work& work, int (CertMgr::*operation)(std::vector<std::string>&))
   return result;
 }
 
-/// A letter, the operation, its results, and its calls at most.
+/// One row of the operations.
 struct Operation {
-  char letter;
+  char letter;  ///< in the first line of the input
   int (*run)(const Work& work);
-  int lowest;
-  int highest;
-  std::size_t calls;
+  int lowest;         ///< the smallest result
+  int highest;        ///< the largest result
+  std::size_t calls;  ///< the most method calls
 };
 
 const Operation Operations[] = {
@@ -100,12 +103,14 @@ const Operation Operations[] = {
     {'c', [](const Work& work) { return list(work, &CertMgr::getCACommonNameList); }, -1, 0, 1},
 };
 
+/// Returns the operation of a letter, or the first one for any other line.
 const Operation& operationOf(const std::string& line) {
   const auto* const found =
       std::ranges::find(Operations, line.empty() ? '\0' : line.front(), &Operation::letter);
   return found == std::end(Operations) ? Operations[0] : *found;
 }
 
+/// Returns the reply packet that a line of the input describes.
 Bytes replyOf(const std::string& line) {
   constexpr std::string_view rawMark = "hex:";
   if (line.starts_with(rawMark)) {
@@ -116,7 +121,7 @@ Bytes replyOf(const std::string& line) {
   return fuzz::replyPacket(content);
 }
 
-/// Whether the bytes are the fixed packet and one packet behind it.
+/// Returns true if the bytes are the fixed packet followed by exactly one packet.
 bool isMethodCall(const Bytes& bytes) {
   const std::size_t start = npa::usbSniff.size();
   return bytes.size() > start + npa::LengthHeaderSize &&
@@ -124,6 +129,7 @@ bool isMethodCall(const Bytes& bytes) {
          npa::numberAt(bytes, start + 1) + npa::LengthHeaderSize == bytes.size() - start;
 }
 
+/// The observable effects of an operation.
 struct Outcome {
   int result = 0;
   std::string file;
@@ -132,6 +138,7 @@ struct Outcome {
   bool operator==(const Outcome&) const = default;
 };
 
+/// Runs an operation with a printer that sends these replies.
 Outcome perform(const Operation& operation, const std::vector<Bytes>& replies) {
   fuzz::ScriptedPrinter printer;
   printer.answer(replies);
@@ -142,13 +149,13 @@ Outcome perform(const Operation& operation, const std::vector<Bytes>& replies) {
     outcome.result = operation.run({manager, file});
   });
   constexpr virtual_system::Microseconds longestCall = 30;
-  printer.requireOver(operation.calls,
-                      static_cast<virtual_system::Microseconds>(operation.calls) * longestCall);
+  printer.requireEnded(operation.calls,
+                       static_cast<virtual_system::Microseconds>(operation.calls) * longestCall);
   fuzz::require(std::ranges::all_of(printer.device.writes, isMethodCall));
   fuzz::require(outcome.result >= operation.lowest && outcome.result <= operation.highest);
   outcome.file = file.content();
   outcome.calls = printer.device.writes;
-  // A failure to export leaves the file alone; nothing else writes to it.
+  // Only a successful export writes to the file.
   const bool isWritten = operation.letter == 'e' && outcome.result == 0;
   fuzz::require(isWritten ? outcome.file.size() <= LargestRequest : outcome.file == Certificate);
   return outcome;
@@ -168,7 +175,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (replies.empty()) {
     replies.emplace_back();
   }
-  // The path of a file in memory, whose name an upload tells, is the same again.
+  // A second run must do the same. The path of the memory file, which an upload sends, is the same
+  // too.
   const Outcome outcome = perform(operation, replies);
   fuzz::require(perform(operation, replies) == outcome);
   return 0;

@@ -1,4 +1,5 @@
-// The input is a text that stands in a certificate for the begin or end of its validity.
+// The input is the text of a certificate's first or last day of validity. The date must equal that
+// of a simple model, and the validity text must be cut correctly for every buffer size.
 
 #include <algorithm>
 #include <cstdlib>
@@ -11,9 +12,11 @@
 
 namespace {
 
+/// More bytes than any validity text has.
 constexpr int LargestRoom = 80;
 constexpr int SizeTooSmall = 25;
 
+/// The initial values are not a valid date, so they show that no date was set.
 struct Date {
   int year = -1;
   int month = -2;
@@ -26,16 +29,19 @@ Date dateOf(const std::string& text) {
   const std::unique_ptr<ASN1_TIME, void (*)(ASN1_TIME*)> time(::ASN1_TIME_new(), ::ASN1_TIME_free);
   fuzz::require(::ASN1_STRING_set(time.get(), text.data(), static_cast<int>(text.size())) == 1);
   Date date;
-  CertMgr::getASN1Date(time.get(), date.year, date.month, date.day);
+  const bool hasLengthOfADate = text.size() >= 13 && text.size() <= 20;
+  const int result = CertMgr::getASN1Date(time.get(), date.year, date.month, date.day);
+  fuzz::require(result == (hasLengthOfADate ? 0 : -1));
   return date;
 }
 
-/// The number in `count` characters from `start` on.
+/// Returns the number in `count` characters from `start` on.
 int numberIn(const std::string& text, std::size_t start, std::size_t count) {
   constexpr int decimal = 10;
   return static_cast<int>(std::strtol(text.substr(start, count).c_str(), nullptr, decimal));
 }
 
+/// The model: two digits of the year if the text has 13 characters, four if it has 14 to 20.
 Date expectedDate(const std::string& text) {
   if (text.size() < 13 || text.size() > 20) {
     return {};
@@ -48,7 +54,8 @@ Date expectedDate(const std::string& text) {
   return {year, numberIn(text, yearSize, 2), numberIn(text, yearSize + 2, 2)};
 }
 
-/// Writes the validity from `from` to `to` into `room` bytes and returns what is there then.
+/// Writes the validity from `from` to `to` into a buffer of `room` bytes. Returns the whole buffer
+/// and sets `count` to the result of the call.
 std::string validity(Date from, Date to, int room, int& count) {
   std::string out(static_cast<std::size_t>(room), '#');
   count = CertMgr::formatCMCADate(from.year, from.month, from.day, to.year, to.month, to.day,

@@ -1,8 +1,11 @@
-// The first line of the input says in letters what is peculiar about the printer: silent "s",
-// refusing "r", refusing wrapped packets "w", sending garbage "g", cutting its replies "c". Each
-// further line up to an empty one is an argument; the rest is the content of a file, whose path
-// stands for the argument behind "-file" and in the options that "@ca" and "@signed" stand for.
-// "@csr" is the option with the path of another file. No argument names any file of the host.
+// The first line of the input has a letter for each fault of the printer: "s" sends nothing, "r"
+// refuses all packets, "w" refuses wrapped packets, "g" sends garbage, "c" cuts its replies. Each
+// further line up to an empty one is an argument. The rest is the content of a file. The path of
+// that file replaces the argument after "-file". "@ca" and "@signed" are replaced by the options
+// with that path, and "@csr" by the option with the path of another file. No argument names a file
+// of the host.
+//
+// Each command must end in time with one of its exit statuses, and a second run must do the same.
 
 #include "testing/command_line.h"
 
@@ -29,7 +32,7 @@ namespace {
 using fuzz::MemoryFile;
 using Arguments = std::vector<std::string>;
 
-/// Whether a run may end with this result, of which the system keeps the low byte.
+/// Returns true if a run may end with this result. The system keeps only the low byte of a result.
 bool isStatusOf(const std::string& name, int result) {
   const auto* const found = std::ranges::find_if(
       CommandTable, [&](const CommandRow& row) { return row.mode.name == name; });
@@ -40,9 +43,10 @@ bool isStatusOf(const std::string& name, int result) {
   });
 }
 
-/// Status of a run that an exception ended, which is allowed where an argument is missing or empty.
+/// The status of a run that an exception ended. That is allowed if an argument is missing or empty.
 constexpr int EndedByException = 1000;
 
+/// The parts of the input.
 struct Input {
   std::string traits;
   Arguments arguments = {"zvkconfig"};
@@ -60,6 +64,7 @@ Input takeApart(const std::string& text) {
   return input;
 }
 
+/// Returns the properties of a printer with these faults.
 emulator::Personality personality(const std::string& traits) {
   const auto has = [&traits](char trait) {
     return traits.find(trait) != std::string::npos;
@@ -76,7 +81,7 @@ emulator::Personality personality(const std::string& traits) {
   return result;
 }
 
-/// The arguments with paths of files in memory.
+/// Returns the arguments with the paths of memory files inserted.
 Arguments withPaths(Arguments arguments, const std::string& path, const std::string& otherPath) {
   for (std::string& argument : arguments) {
     if (argument == "@ca") {
@@ -93,6 +98,7 @@ Arguments withPaths(Arguments arguments, const std::string& path, const std::str
   return arguments;
 }
 
+/// Runs the program with these arguments and returns its exit status.
 int statusOf(const Arguments& arguments) {
   support::CommandLine line(arguments);
   try {
@@ -106,6 +112,7 @@ int statusOf(const Arguments& arguments) {
   return EndedByException;
 }
 
+/// The observable effects of a run.
 struct Outcome {
   int status = 0;
   fuzz::Output output;
@@ -132,10 +139,10 @@ Outcome run(const Input& input) {
   const Arguments arguments = withPaths(input.arguments, file.path(), other.path());
   Outcome outcome;
   outcome.output = fuzz::outputOf([&] { outcome.status = statusOf(arguments); });
-  // The default run without an answer: two configurations, trouble code and address.
+  // The longest run has no command and gets no reply: two configurations, trouble code and address.
   constexpr std::size_t mostRequests = 13;
-  constexpr virtual_system::Microseconds longest = 240;
-  printer.requireOver(mostRequests, longest);
+  constexpr virtual_system::Microseconds longest = 240;  // seconds
+  printer.requireEnded(mostRequests, longest);
   fuzz::require(libusb.openHandles == 0);
   fuzz::require(file.content() == input.file);
   outcome.requests = printer.device.writes.size();

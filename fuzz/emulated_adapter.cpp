@@ -1,6 +1,8 @@
-// The input, in hex, is two bytes that say how, and what a host writes to the emulated printer. Of
-// the first byte bits 0 to 4 each choose a peculiarity of the printer. The second byte is the size
-// of the pieces in which the host writes, 0 for one byte each.
+// The input, in hex, is two bytes of options, then the bytes that a host writes to the emulated
+// printer. Bits 0 to 4 of the first byte each select a property of the printer. The second byte is
+// the size of the pieces in which the host writes (0: 1 byte).
+//
+// All replies must be valid packets, and the pieces must not change the replies or the state.
 
 #include <algorithm>
 #include <cstddef>
@@ -19,6 +21,7 @@ namespace {
 using emulator::Adapter;
 using npa::Bytes;
 
+/// Returns the properties of the printer that the bits of `mode` select.
 emulator::Personality personality(unsigned mode) {
   emulator::Personality result;
   result.otherRecordFirst = (mode & 1U) != 0;
@@ -37,13 +40,14 @@ bool isPrintable(std::string_view text) {
   return std::ranges::none_of(text, [](char c) { return c >= '\0' && (c < ' ' || c == '\x7F'); });
 }
 
-/// What became of the host's writes.
+/// The effects of the host's writes.
 struct Outcome {
   Bytes replies;
   std::vector<std::string> state;
   bool hasMadeKeys = false;
 };
 
+/// Writes the input to a new printer in pieces.
 Outcome talk(const Bytes& input, unsigned mode, std::size_t pieceSize) {
   Outcome outcome;
   emulator::MessageLog log([](std::string_view line) { fuzz::require(isPrintable(line)); }, false);
@@ -61,7 +65,7 @@ Outcome talk(const Bytes& input, unsigned mode, std::size_t pieceSize) {
   return outcome;
 }
 
-/// All replies are whole packets with a flag byte that says nothing but what is meant.
+/// Requires that the replies are complete packets whose flag bytes are valid.
 void requirePackets(const Bytes& replies) {
   catalogue::PacketReader reader;
   for (const Bytes& packet : reader.feed(replies)) {
@@ -82,7 +86,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const Outcome inPieces = talk(input, mode, std::max<std::size_t>(pieceSize, 1));
   requirePackets(whole.replies);
   requirePackets(inPieces.replies);
-  // Keys are new each time, and a request shows them.
+  // Each run generates new keys, and a certificate request contains its key.
   fuzz::require(inPieces.replies == whole.replies || whole.hasMadeKeys || inPieces.hasMadeKeys);
   fuzz::require(inPieces.state.size() == whole.state.size());
   fuzz::require(inPieces.state == whole.state || whole.hasMadeKeys);

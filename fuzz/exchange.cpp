@@ -1,6 +1,6 @@
-// The input, in hex, is a byte that chooses one of the special exchanges, one for the size of the
-// pieces that replies come in (0: whole), and the replies to the requests with semicolons between
-// them, the last one for all that follow.
+// The input, in hex, is a byte that selects an exchange, a byte with the size of the pieces in
+// which replies arrive (0: whole), and the replies, separated by semicolons. The last reply also
+// answers all later requests. The result must equal that of a simple model of the exchange.
 
 #include <algorithm>
 #include <array>
@@ -13,17 +13,18 @@
 #include "npa/send_config.h"
 #include "outputs.h"
 #include "scripted_printer.h"
+#include "testing/packets.h"
 
 namespace {
 
 using fuzz::Bytes;
 
-const Bytes Request = {0xA5, 0x00, 0x06, 0x50, 0xE0, 0xD8, 0x00, 0x0A, 0x02};
+const Bytes& Request = packets::QueryIp;
 
 enum class Kind { SetConfig, Reset, Descriptor, TroubleCode, Ssid, Ip };
 
-/// An exchange as it is promised: the buffer's size, the seconds between request and reading, the
-/// attempts, and the seconds between them.
+/// The documented values of an exchange: its operation, the size of the buffer in bytes, the
+/// seconds between request and reading, the count of attempts, and the seconds between them.
 struct Promise {
   Kind kind;
   int (sendConfig::*operation)(unsigned char*, int);
@@ -42,7 +43,7 @@ constexpr std::array Promises = {
     Promise{Kind::Ip, &sendConfig::getIP, 255, 3, 7, 0},
 };
 
-/// How a run comes out.
+/// The observable effects of a run.
 struct Outcome {
   int result = 1;
   std::string printed;
@@ -52,14 +53,14 @@ struct Outcome {
   bool operator==(const Outcome&) const = default;
 };
 
-/// The text behind the request and two more bytes, up to a zero byte.
+/// Returns the text after the request and two more bytes, up to a zero byte.
 std::string ssidIn(const Bytes& reply) {
   const std::string text(reply.begin() + static_cast<std::ptrdiff_t>(Request.size() + 2),
                          reply.end());
   return text.substr(0, text.find('\0')) + "\n";
 }
 
-/// The last four bytes as an address.
+/// Returns the last four bytes as an address in text form.
 std::string addressIn(const Bytes& reply) {
   std::string text;
   for (std::size_t i = reply.size() - 4; i < reply.size(); ++i) {
@@ -68,7 +69,7 @@ std::string addressIn(const Bytes& reply) {
   return text;
 }
 
-/// The result of one attempt; nothing for another one.
+/// Returns the result of the exchange after one attempt, or nothing if another attempt follows.
 std::optional<int> judge(Kind kind, const Bytes& reply, std::string& printed) {
   const int last = reply.empty() ? -1 : reply.back();
   const bool canRefuse = kind != Kind::Reset && kind != Kind::Descriptor;
@@ -95,6 +96,7 @@ std::optional<int> judge(Kind kind, const Bytes& reply, std::string& printed) {
   return printed.empty() ? std::nullopt : std::optional(0);
 }
 
+/// The model of an exchange.
 Outcome expectedOutcome(const Promise& promise, const std::vector<Bytes>& replies) {
   Outcome outcome;
   Bytes waiting;
@@ -108,7 +110,7 @@ Outcome expectedOutcome(const Promise& promise, const std::vector<Bytes>& replie
     if (promise.pause > 0) {
       outcome.sleeps.push_back(promise.pause);
     }
-    // What finds no room is read the next time.
+    // Bytes that do not fit the buffer are read in the next attempt.
     waiting.insert(waiting.end(), reply.begin(), reply.end());
     const auto count = static_cast<std::ptrdiff_t>(std::min(waiting.size(), promise.bufferSize));
     read.assign(waiting.begin(), waiting.begin() + count);
@@ -120,6 +122,7 @@ Outcome expectedOutcome(const Promise& promise, const std::vector<Bytes>& replie
   return outcome;
 }
 
+/// Runs the exchange with a printer that sends these replies.
 Outcome outcomeOf(const Promise& promise, const std::vector<Bytes>& replies,
                   std::size_t pieceSize) {
   fuzz::ScriptedPrinter printer;
@@ -132,8 +135,8 @@ Outcome outcomeOf(const Promise& promise, const std::vector<Bytes>& replies,
         (exchange.*promise.operation)(request.data(), static_cast<int>(request.size()));
     fuzz::require(!printer.device.isOpen);
   });
-  constexpr virtual_system::Microseconds longest = 140;
-  printer.requireOver(promise.attempts, longest);
+  constexpr virtual_system::Microseconds longest = 140;  // seconds
+  printer.requireEnded(promise.attempts, longest);
   fuzz::require(output.err == "D [ZVK] Destroying last instance of usb transport.\n");
   for (const Bytes& sent : printer.device.writes) {
     fuzz::require(sent == Request);

@@ -5,19 +5,27 @@
 #include <cstdlib>
 #include <string>
 
-/// What each target defines: runs the code under test on `size` bytes and ends the program when a
-/// promise does not hold. Called by libFuzzer, and by the replay of the seeds.
+// A fuzz target includes this header and defines `LLVMFuzzerTestOneInput`:
+//
+//     int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+//       fuzz::require(isValid(codeUnderTest(fuzz::textOf(data, size))));
+//       return 0;
+//     }
+
+/// Runs the code under test on `size` bytes. Ends the program if a requirement does not hold.
+/// libFuzzer and the replay of the seeds call it.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace fuzz {
 
+/// Ends the program if `promise` is false, so that the fuzzer reports the input.
 inline void require(bool promise) {
   if (!promise) {
     std::abort();
   }
 }
 
-/// The input as it stands.
+/// Returns the input as a text, unchanged.
 inline std::string textOf(const std::uint8_t* data, std::size_t size) {
   return {data, data + size};
 }

@@ -1,3 +1,5 @@
+// Parsing of hex inputs.
+
 #include "hex_input.h"
 
 #include <algorithm>
@@ -8,6 +10,7 @@ namespace {
 
 constexpr unsigned int NoDigit = 16;
 
+/// Returns the value of a hex digit, or `NoDigit` for any other character.
 unsigned int digitValue(char c) {
   constexpr std::string_view digits = "0123456789ABCDEFabcdef";
   constexpr unsigned int lowerCaseCount = 6;

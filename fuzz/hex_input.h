@@ -4,19 +4,22 @@
 #include <string_view>
 #include <vector>
 
-/// Binary inputs as readable text: hex digits with anything between them; "#" begins a comment that
-/// goes to the end of the line.
+/// Binary inputs as readable text, so that a person can write seeds. Characters other than hex
+/// digits are ignored. "#" starts a comment that ends with the line:
+///
+///     A5 00 06 50  # start byte, length, flag
 namespace fuzz {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// The bytes of a text. Other characters than hex digits are skipped, an odd last digit as well.
+/// Returns the bytes of a text. Ignores an odd last digit.
 Bytes readHex(std::string_view text);
 
-/// The bytes of each part of a text between its semicolons, at least one part.
+/// Returns the bytes of each part of a text. Semicolons separate the parts. There is at least one
+/// part.
 std::vector<Bytes> readHexParts(std::string_view text);
 
-/// Removes the first byte and returns it; 0 when there is none.
+/// Removes the first byte and returns it. Returns 0 if there is none.
 std::uint8_t takeByte(Bytes& bytes);
 
 }  // namespace fuzz

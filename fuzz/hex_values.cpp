@@ -1,4 +1,5 @@
-// The input is a hex text to be turned into bytes.
+// The input is a hex text to convert to bytes. Its validity, its size and its bytes must equal
+// those of a simple model.
 
 #include <algorithm>
 #include <memory>

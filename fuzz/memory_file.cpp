@@ -1,3 +1,5 @@
+// Files in memory, from memfd_create.
+
 #include "memory_file.h"
 
 #include <sys/mman.h>

@@ -7,14 +7,20 @@
 
 namespace fuzz {
 
-/// A file that no folder has: it goes with the object.
+/// A file in memory that is in no folder. It ends with the object. A target uses it for code that
+/// opens a file by its path:
+///
+///     const fuzz::MemoryFile file(content);
+///     settings.parseFile(file.path(), "/dev/usb/lp0");
 class MemoryFile {
  public:
+  /// Ends the program if the file cannot be created.
   explicit MemoryFile(std::string_view content);
 
-  /// A path under which this process can open it.
+  /// Returns a path that only this process can open.
   std::string path() const { return "/proc/self/fd/" + std::to_string(m_Descriptor.get()); }
 
+  /// Returns the present content.
   std::string content() const;
 
  private:

@@ -1,4 +1,5 @@
-// The input is the XML of a method call, as the emulated printer gets it.
+// The input is the XML of a method call to the emulated printer. The parser must not crash, and the
+// text about a call must be printable.
 
 #include "emulator/certificates/method_call.h"
 
@@ -12,7 +13,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string xml = fuzz::textOf(data, size);
   const emulator::ParsedCall parsed = emulator::parseMethodCall(xml);
   if (const auto* const call = std::get_if<emulator::MethodCall>(&parsed)) {
-    // What is said about a call is text for a terminal.
+    // The text goes to a terminal, so it must have no control characters.
     for (const char c : emulator::describe(*call)) {
       fuzz::require(c >= ' ' && c != '\x7F');
     }

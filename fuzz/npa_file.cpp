@@ -1,4 +1,4 @@
-// The input is the content of an NPA data file.
+// The input is the content of an NPA data file. The data must be its hex digits, in their order.
 
 #include <memory>
 #include <string>
@@ -21,7 +21,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const fuzz::MemoryFile file(content);
   configDetails settings;
   int result = -1;
-  // The second reading replaces the first.
+  // The file is read twice: the second data must replace the first.
   fuzz::outputOf([&] { settings.parseNPAFile(file.path().c_str()); });
   const fuzz::Output output =
       fuzz::outputOf([&] { result = settings.parseNPAFile(file.path().c_str()); });

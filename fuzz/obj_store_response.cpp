@@ -1,4 +1,5 @@
-// The input is a reply of the printer's object store.
+// The input is the XML of an object-store reply. Only the status "1" may set values, and no list or
+// request may exceed its limit.
 
 #include "cert/obj_store_response.h"
 

@@ -1,3 +1,5 @@
+// Capturing of the C library's output streams.
+
 #include "outputs.h"
 
 #include "fuzz_target.h"
@@ -6,7 +8,7 @@ namespace fuzz {
 
 namespace {
 
-/// Has `stream` lead somewhere else for as long as it lives.
+/// Replaces `stream` with another one during its lifetime, then closes that one.
 class Exchanged {
  public:
   Exchanged(std::FILE*& stream, std::FILE* other) : m_Stream(stream), m_Original(stream) {
@@ -25,7 +27,7 @@ class Exchanged {
   std::FILE* m_Original;
 };
 
-/// A stream's text, complete when the stream is closed.
+/// The text of a memory stream. It is complete when the stream is closed.
 struct Text {
   ~Text() { std::free(start); }
   Text() = default;

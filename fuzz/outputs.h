@@ -8,7 +8,7 @@
 
 namespace fuzz {
 
-/// What was written to both outputs.
+/// The text written to standard output and to standard error.
 struct Output {
   std::string out;
   std::string err;
@@ -16,8 +16,10 @@ struct Output {
   bool operator==(const Output&) const = default;
 };
 
-/// Runs `action` and returns what it wrote. Standard input is empty meanwhile. The C library's
-/// streams are exchanged and no descriptor is touched, which costs next to nothing.
+/// Runs `action` and returns what it wrote. During the call standard input is empty. The function
+/// replaces the C library's streams and no descriptors, because that is fast.
+///
+///     const fuzz::Output output = fuzz::outputOf([&] { settings.parseNPAFile(path); });
 Output outputOf(const std::function<void()>& action);
 
 }  // namespace fuzz

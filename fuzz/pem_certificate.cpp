@@ -1,4 +1,5 @@
-// The input is the content of a certificate file.
+// The input is the content of a certificate file. Two reads must return the same names, names must
+// have the documented form, and the file must load and save unchanged.
 
 #include <string>
 #include <string_view>
@@ -13,6 +14,7 @@ namespace {
 
 using fuzz::MemoryFile;
 
+/// The result and the names of one call. "#" shows that a name was not set.
 struct Names {
   int result = 0;
   std::string commonName = "#";
@@ -29,7 +31,7 @@ Names namesIn(const MemoryFile& file) {
   return names;
 }
 
-/// Reads the file into so many bytes; what is read is to be `content`.
+/// Requires that the file loads into a buffer of `room` bytes and equals `content`.
 void requireLoaded(const MemoryFile& file, std::size_t room, const std::string& content) {
   std::vector<unsigned char> buffer(room);
   int size = 0;
@@ -41,6 +43,7 @@ void requireLoaded(const MemoryFile& file, std::size_t room, const std::string& 
   fuzz::require(content == std::string(buffer.begin(), buffer.begin() + size));
 }
 
+/// Requires that saving replaces the whole content of a file.
 void requireSaved(const std::string& content) {
   const MemoryFile file("what was there before");
   std::string copy = content;

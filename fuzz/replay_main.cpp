@@ -1,4 +1,5 @@
-// Runs a target on every file of the folders given, without a fuzzing engine.
+// Runs a target on every file in the folders given, without a fuzzing engine. The test suite checks
+// the seeds with it. Fails if there are none.
 
 #include <cstdio>
 #include <filesystem>
@@ -14,7 +15,7 @@ void replay(const std::filesystem::path& path) {
   std::fprintf(stderr, "%s\n", path.c_str());
   std::ifstream file(path, std::ios::binary);
   const std::string seed{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  // A copy of the exact size, so that a sanitizer sees a byte read too many.
+  // A copy of the exact size, so that a sanitizer detects a read past its end.
   const std::basic_string<std::uint8_t> bytes(seed.begin(), seed.end());
   LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
 }

@@ -1,3 +1,5 @@
+// The printer that answers from a script, and the packets and pieces of its replies.
+
 #include "scripted_printer.h"
 
 #include <algorithm>
@@ -6,6 +8,7 @@
 
 #include "fuzz_target.h"
 #include "npa/packet.h"
+#include "testing/packets.h"
 
 namespace fuzz {
 
@@ -13,6 +16,7 @@ using virtual_system::Microseconds;
 using virtual_system::Second;
 
 ScriptedPrinter::ScriptedPrinter() {
+  // Advances to the next arrival, at most 1 s. Without arrivals the wait times out.
   device.readSelectResult = [this] {
     const Microseconds next =
         device.arrivals.empty() ? system.now() + 2 * Second : device.arrivals.front().at;
@@ -31,7 +35,7 @@ void ScriptedPrinter::answer(std::vector<Bytes> replies, std::size_t pieceSize) 
   };
 }
 
-void ScriptedPrinter::requireOver(std::size_t mostRequests, Microseconds mostSeconds) const {
+void ScriptedPrinter::requireEnded(std::size_t mostRequests, Microseconds mostSeconds) const {
   require(!device.isOpen);
   require(device.opens == device.closes);
   require(device.writes.size() <= mostRequests);
@@ -50,11 +54,8 @@ std::vector<Bytes> inPieces(const Bytes& bytes, std::size_t pieceSize) {
 }
 
 Bytes replyPacket(const Bytes& content) {
-  const std::size_t length = content.size() + 1;
-  require(length <= npa::LengthLimit);
-  Bytes packet = {npa::StartByte, npa::highByte(length), npa::lowByte(length), npa::RequestFlag};
-  packet.insert(packet.end(), content.begin(), content.end());
-  return packet;
+  require(content.size() < npa::LengthLimit);
+  return packets::framed(support::joined({{0x50}, content}));
 }
 
 }  // namespace fuzz

@@ -8,30 +8,36 @@
 
 namespace fuzz {
 
-/// A printer at /dev/usb/lp0 of a virtual system of its own, that answers from a script. A probe of
-/// a silent device costs a second of virtual time and not a thousandth, so that waiting for an
-/// answer that never comes is over in few steps.
+/// A printer at /dev/usb/lp0 of its own virtual system. It answers from a script:
+///
+///     fuzz::ScriptedPrinter printer;
+///     printer.answer({fuzz::replyPacket({0xE0, 0x01})});
+///     runCodeUnderTest();
+///     printer.requireEnded(1, 10);
+///
+/// A probe of a silent device takes 1 s of virtual time instead of 1 ms, so a wait for a reply that
+/// never arrives ends after a few steps.
 class ScriptedPrinter {
  public:
   ScriptedPrinter();
 
-  /// Answers the n-th request with the n-th reply, the last one for all that follow, in pieces of
-  /// `pieceSize` bytes (0: in one).
+  /// Answers the n-th request with the n-th reply, and all further requests with the last one. A
+  /// reply arrives in pieces of `pieceSize` bytes (0: in one piece).
   void answer(std::vector<Bytes> replies, std::size_t pieceSize = 0);
 
-  /// Ends the program unless each user has closed the device, and no more requests came than
-  /// `mostRequests` within `mostSeconds`.
-  void requireOver(std::size_t mostRequests, virtual_system::Microseconds mostSeconds) const;
+  /// Ends the program unless the device is closed, at most `mostRequests` requests have arrived and
+  /// at most `mostSeconds` seconds of virtual time have passed.
+  void requireEnded(std::size_t mostRequests, virtual_system::Microseconds mostSeconds) const;
 
   virtual_system::System system;
   virtual_system::Device& device = system.device("/dev/usb/lp0");
 };
 
-/// What comes with one read each: bytes in pieces of this size, the last one shorter; 0 for one
-/// piece.
+/// Returns the bytes in pieces of this size (0: in one piece). The last piece may be shorter. Each
+/// read returns one piece.
 std::vector<Bytes> inPieces(const Bytes& bytes, std::size_t pieceSize);
 
-/// The reply packet with `content`, at most 65,534 bytes, behind its flag byte.
+/// Returns a reply packet with `content` after its flag byte. The content has at most 65,534 bytes.
 Bytes replyPacket(const Bytes& content);
 
 }  // namespace fuzz

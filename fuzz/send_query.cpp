@@ -1,7 +1,9 @@
-// The input, in hex, is two bytes that say how, and what the printer sends after a request. Of the
-// first byte bits 0 and 1 choose the time limit, bits 2 and 3 the time between two pieces, and bit
-// 4 has the printer unplugged behind the last one. The second byte is the size of the pieces, 0 for
-// one piece.
+// The input, in hex, is two bytes of options, then the bytes that the printer sends after a
+// request. Bits 0 and 1 of the first byte select the time limit, bits 2 and 3 the time between two
+// pieces. Bit 4 unplugs the printer after the last piece. The second byte is the size of the pieces
+// (0: one piece).
+//
+// The collected reply must equal that of a simple model, or its beginning if time ended it.
 
 #include <algorithm>
 #include <array>
@@ -14,6 +16,7 @@
 #include "npa/send_config.h"
 #include "outputs.h"
 #include "scripted_printer.h"
+#include "testing/packets.h"
 
 namespace {
 
@@ -21,14 +24,17 @@ using fuzz::Bytes;
 using virtual_system::Microseconds;
 using virtual_system::Second;
 
+/// Seconds.
 constexpr std::array TimeLimits = {0, 3, 5, 10};
 constexpr std::array<Microseconds, 4> Delays = {0, 20'000, Second, 6 * Second};
 /// A pause of this length between two bytes ends a read.
 constexpr Microseconds Silence = 5 * Second;
+/// Seconds.
 constexpr Microseconds PauseAfterRequest = 2;
-/// The silent reads of the last pass: start byte, length, rest.
+/// Seconds of the silent reads of the last pass: start byte, length and rest.
 constexpr Microseconds LongestLastPass = 18;
 
+/// The options of the input.
 struct How {
   explicit How(unsigned first, unsigned second)
       : timeLimit(TimeLimits[first & 3U]),
@@ -42,7 +48,7 @@ struct How {
   std::size_t pieceSize;
 };
 
-/// Lets the pieces arrive after the request, and the printer go away behind them.
+/// Makes the pieces arrive after the request. Then unplugs the printer if the options say so.
 void script(fuzz::ScriptedPrinter& printer, const Bytes& stream, const How& how) {
   virtual_system::Device& device = printer.device;
   device.onWrite = [&device, &stream, how](const Bytes& /*request*/) {
@@ -56,7 +62,7 @@ void script(fuzz::ScriptedPrinter& printer, const Bytes& stream, const How& how)
     device.readResult = [&device] {
       return device.arrivals.empty() ? -ENODEV : 0;
     };
-    // Ready for ever; each look costs a second here, too.
+    // An unplugged device is always ready. Here, too, each probe takes 1 s.
     device.readSelectResult = [&printer, ordinary = device.readSelectResult] {
       if (!printer.device.arrivals.empty()) {
         return ordinary();
@@ -67,12 +73,11 @@ void script(fuzz::ScriptedPrinter& printer, const Bytes& stream, const How& how)
   }
 }
 
-/// What sendQuery collects.
+/// Returns the reply that sendQuery collects.
 Bytes collected(const Bytes& stream, const How& how) {
   fuzz::ScriptedPrinter printer;
   script(printer, stream, how);
-  Bytes request = {0xA5, 0x00, 0x06, 0x50, 0xE0, 0xD8, 0x00, 0x2A, 0x0A};
-  const Bytes sent = request;
+  Bytes request = packets::QueryCommonName;
   unsigned char marker = 0;
   unsigned char* reply = &marker;
   int count = -1;
@@ -83,10 +88,10 @@ Bytes collected(const Bytes& stream, const How& how) {
     fuzz::require(!printer.device.isOpen);
   });
   const auto pieces = static_cast<Microseconds>(fuzz::inPieces(stream, how.pieceSize).size());
-  printer.requireOver(
+  printer.requireEnded(
       1, PauseAfterRequest + how.timeLimit + pieces * how.delay / Second + LongestLastPass);
   fuzz::require(printer.device.opens == 1);
-  fuzz::require(printer.device.writes == std::vector<Bytes>{sent});
+  fuzz::require(printer.device.writes == std::vector<Bytes>{packets::QueryCommonName});
   fuzz::require(count >= 0);
   fuzz::require((count == 0) == (reply == &marker));
   if (count == 0) {
@@ -96,7 +101,8 @@ Bytes collected(const Bytes& stream, const How& how) {
   return {reply, reply + count};
 }
 
-/// What is in a stream that all came in time, after so many passes or fewer.
+/// The model: returns the reply in a stream that arrives in time. Reads at most `passes` packets if
+/// that is set.
 Bytes contents(const Bytes& stream, std::optional<int> passes) {
   Bytes result;
   for (std::size_t at = 0; at < stream.size() && (!passes || (*passes)-- > 0);) {
@@ -137,7 +143,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (how.delay >= Silence) {
     return 0;
   }
-  // However it is cut, the same arrives; time only ends it early.
+  // The pieces do not change the reply. Time can only end it early.
   const Bytes whole = contents(stream, how.timeLimit > 0 ? std::nullopt : std::optional(1));
   fuzz::require(result.size() <= whole.size() &&
                 std::equal(result.begin(), result.end(), whole.begin()));

@@ -1,7 +1,9 @@
-// The input, in hex, is a byte that says what is asked and the replies to the requests with
-// semicolons between them, the last one for all that follow. Of the byte bits 0 to 4 choose the
-// query, bit 5 switches the wrapper off, and bit 6 has the replies sent as they stand; else each is
-// the content of a packet.
+// The input, in hex, is a byte of options, then the replies to the requests, separated by
+// semicolons. The last reply also answers all later requests. Bits 0 to 4 of the first byte select
+// the query. Bit 5 switches the wrapper off. With bit 6 the replies are sent unchanged; otherwise
+// each is the content of a packet.
+//
+// Each query must return a documented result, and a second run must do the same.
 
 #include <algorithm>
 #include <array>
@@ -20,18 +22,18 @@ namespace {
 using fuzz::Bytes;
 using G = wnpaGenerator;
 
-/// An operation, the lowest and the highest of its results, and how many requests it sends at most.
+/// An operation, its lowest and its highest result, and the most requests that it sends.
 struct Query {
   int (G::*operation)();
   int lowest;
   int highest;
   std::size_t requests;
-  /// The result of a collected reply, where a plain rule gives it.
+  /// Returns the result for a collected reply. Null if there is no simple rule.
   int (*expected)(const Bytes& reply) = nullptr;
 };
 
-/// The results that `result` gives for what begins with the value's size in each record of an
-/// 802.1x setting.
+/// Returns `result` of each record of an 802.1x setting. Its argument is the rest of the reply from
+/// the size of the value on.
 std::vector<int> visit(const Bytes& reply, char object, int (*result)(const std::string& rest)) {
   const std::string text(reply.begin(), reply.end());
   const std::string key = {'\x50', '\xE0', '\xD8', '\0', '\x2A', object};
@@ -45,7 +47,7 @@ std::vector<int> visit(const Bytes& reply, char object, int (*result)(const std:
   return results;
 }
 
-/// Of the first record that has one.
+/// Returns the status of the first record that has one, or -1.
 template <char Object>
 int firstStatus(const Bytes& reply) {
   const std::vector<int> all = visit(reply, Object, [](const std::string& rest) {
@@ -55,7 +57,7 @@ int firstStatus(const Bytes& reply) {
   return found == all.end() ? -1 : *found;
 }
 
-/// 0 when there is a record with all of its value.
+/// Returns 0 if there is a record with a complete value, otherwise -1.
 int organization(const Bytes& reply) {
   const std::vector<int> all = visit(reply, '\x06', [](const std::string& rest) {
     const Bytes size(rest.begin(), rest.begin() + 2);
@@ -95,6 +97,7 @@ struct Outcome {
   bool operator==(const Outcome&) const = default;
 };
 
+/// Runs a query with a printer that sends these replies.
 Outcome ask(const Query& query, const std::vector<Bytes>& replies, bool isWrapped) {
   fuzz::ScriptedPrinter printer;
   printer.answer(replies);
@@ -106,7 +109,7 @@ Outcome ask(const Query& query, const std::vector<Bytes>& replies, bool isWrappe
     outcome.result = (generator.*query.operation)();
   });
   constexpr virtual_system::Microseconds longest = 120;
-  printer.requireOver(query.requests, longest);
+  printer.requireEnded(query.requests, longest);
   fuzz::require(!printer.device.writes.empty());
   fuzz::require(outcome.result >= query.lowest && outcome.result <= query.highest);
   return outcome;

@@ -1,6 +1,7 @@
-// The input is what a host sends to the USB door, in hex. Its first byte says how: bit 0 begins
-// with transfers instead of requests, bits 1 and 2 choose faults, the rest is the size of the
-// pieces that it comes in.
+// The input, in hex, is a byte of options, then the bytes that a host sends to the USB transport.
+// Bit 0 of the first byte starts with transfers instead of requests. Bits 1 and 2 select faults.
+// The other bits are the size of the pieces that arrive (0: 1 byte). The pieces must not change the
+// output.
 
 #include <algorithm>
 #include <chrono>
@@ -22,6 +23,7 @@ using emulator::UsbipSession;
 using emulator::UsbTraits;
 using npa::Bytes;
 
+/// Returns the properties of the device that the bits of `mode` select.
 UsbTraits traits(unsigned mode) {
   using Kind = emulator::UsbFault::Kind;
   using emulator::UsbDirection;
@@ -37,15 +39,15 @@ UsbTraits traits(unsigned mode) {
   return result;
 }
 
-/// Everything that is sent back, up to an error or an unplug; the time goes on a second at a time.
+/// Returns the output of a session for the input, up to an error. After the input, lets 10 s pass.
 Bytes talk(const Bytes& input, unsigned mode, std::size_t pieceSize) {
   emulator::MessageLog log([](std::string_view) {}, false);
   Adapter::Clock::time_point now;
-  const auto tell = [&now] {
+  const auto clock = [&now] {
     return now;
   };
-  Adapter adapter({}, log, tell);
-  emulator::UsbDevice device(adapter, traits(mode), log, tell);
+  Adapter adapter({}, log, clock);
+  emulator::UsbDevice device(adapter, traits(mode), log, clock);
   const auto phase =
       (mode & 1U) != 0 ? UsbipSession::Phase::Transfers : UsbipSession::Phase::Requests;
   UsbipSession session(device, phase);
@@ -80,8 +82,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::size_t pieceSize = mode >> 3U;
   const Bytes whole = talk(input, mode, input.size() + 1);
   const Bytes inPieces = talk(input, mode, std::max<std::size_t>(pieceSize, 1));
-  // An error in a later command does not take back what was said before it, which a host that sent
-  // all at once no longer hears.
+  // An error in a later command ends the session. A host that sends pieces has then already
+  // received the replies to the commands before it. A host that sends everything at once has not.
   fuzz::require(inPieces.size() >= whole.size() &&
                 std::equal(whole.begin(), whole.end(), inPieces.begin()));
   return 0;

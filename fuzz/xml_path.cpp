@@ -1,4 +1,5 @@
-// The first line of the input is a path, the rest a document.
+// The first line of the input is a path, the rest a document. The query must return the same as a
+// simple one that compares the whole path at every end tag.
 
 #include <algorithm>
 #include <string>
@@ -10,7 +11,7 @@
 
 namespace {
 
-/// Compares the whole path at every end tag and never stops.
+/// The model: compares the whole path at every end tag and never stops early.
 class PlainQuery : public SimpleSAXHandler {
  public:
   explicit PlainQuery(const std::string& path) : m_Path(simpleXPath::parsePath(path)) {}

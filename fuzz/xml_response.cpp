@@ -1,4 +1,5 @@
-// The input, in hex, is the raw reply to a method call.
+// The input, in hex, is the collected reply to a method call. Its text must equal that of a simple
+// model, in both forms and for buffers that are too small, just large enough and larger.
 
 #include <algorithm>
 #include <array>
@@ -18,6 +19,7 @@ bool hasMarker(const Bytes& reply) {
   return reply.size() >= Marker.size() && std::equal(Marker.begin(), Marker.end(), reply.begin());
 }
 
+/// The model: everything after the marker except bytes 0xE0, up to the first zero byte.
 std::string expectedText(const Bytes& reply) {
   std::string text;
   for (std::size_t i = Marker.size(); hasMarker(reply) && i < reply.size(); ++i) {
@@ -28,7 +30,7 @@ std::string expectedText(const Bytes& reply) {
   return text.substr(0, text.find('\0'));
 }
 
-/// The text that is written into `room` bytes.
+/// Requires that a buffer of `room` bytes gets the text, or stays unchanged if it is too small.
 void requireWritten(Bytes& reply, std::size_t room, const std::string& expected) {
   std::string out(room, '#');
   const int count = CertMgr::getXmlResponse(reply.data(), static_cast<int>(reply.size()),

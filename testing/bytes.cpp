@@ -34,6 +34,15 @@ Bytes joined(std::initializer_list<Bytes> pieces) {
   return result;
 }
 
+std::string repeated(std::string_view text, std::size_t count) {
+  std::string result;
+  result.reserve(text.size() * count);
+  for (std::size_t i = 0; i < count; ++i) {
+    result += text;
+  }
+  return result;
+}
+
 Bytes pattern(std::size_t count) {
   constexpr std::size_t period = 251;  // prime, so that no packet size divides it
   Bytes result(count);

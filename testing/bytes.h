@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,6 +20,9 @@ Bytes textBytes(std::string_view text);
 
 /// One piece behind the other.
 Bytes joined(std::initializer_list<Bytes> pieces);
+
+/// Returns `text` repeated `count` times.
+std::string repeated(std::string_view text, std::size_t count);
 
 /// `count` bytes that differ from their neighbours: 0, 1, 2, ... 250, 0, 1, ...
 Bytes pattern(std::size_t count);

@@ -5,7 +5,7 @@
 
 namespace support {
 
-/// A variable of the environment, for the life of one object.
+/// Sets an environment variable while it lives.
 class EnvironmentVariable {
  public:
   EnvironmentVariable(const char* name, const std::string& value) : m_Name(name) {

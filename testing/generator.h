@@ -12,7 +12,7 @@
 
 namespace support {
 
-/// An operation of the generator that takes nothing.
+/// An operation of the generator without parameters.
 using Operation = int (wnpaGenerator::*)();
 
 /// Tests of a generator in front of a scripted printer. Wrap mode is on, as it is in a new one.
@@ -38,7 +38,7 @@ class Generator : public UsblpPrinter {
   Output output;
 };
 
-/// The same over default settings.
+/// The same with default settings.
 class DefaultGenerator : public Generator {
  protected:
   DefaultGenerator() { use({}); }

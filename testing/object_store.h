@@ -10,7 +10,7 @@
 /// The object store's method calls and replies, as XML texts and as packets.
 namespace support {
 
-/// The Base64 text of bytes, and the bytes of such a text without padding inside.
+/// Encodes and decodes Base64 with OpenSSL. `decoded` takes no padding inside the text.
 std::string base64(std::string_view bytes);
 std::string decoded(std::string_view text);
 
@@ -30,7 +30,7 @@ CallParameter binary(std::string name, std::string_view bytes);
 std::string callText(std::string_view method, int requestId,
                      const std::vector<CallParameter>& parameters = {});
 
-/// `generateNewCert` with a subject that names nothing but what is given.
+/// `generateNewCert`; the other fields of the subject are empty.
 std::string generateText(const std::string& name, const std::string& commonName = "p",
                          const std::string& country = "", const std::string& altName = "");
 std::string exportText(const std::string& name);
@@ -40,13 +40,14 @@ std::string deleteCaText(const std::string& name);
 std::string caInfoText(const std::string& name);
 std::string deleteCertText(const std::string& name);
 
-/// The packet that carries a call, and the two packets that a host writes for it.
+/// The packet that carries a call.
 Bytes callPacket(std::string_view xml);
+/// What a host writes for a call: that packet after the one that announces it.
 Bytes callPackets(std::string_view xml);
 
 // --- Replies ------------------------------------------------------------------------------------
 
-/// What is collected of a reply begins with this.
+/// The first bytes that are collected of a reply.
 inline const Bytes ReplyMarker = bytes("E0 C0 03 00 01 00 E0");
 
 /// An XML reply with these children.
@@ -55,14 +56,14 @@ std::string replyXml(std::string_view children);
 /// The children of a reply's status.
 std::string statusChildren(std::string_view code, std::string_view message = "");
 
-/// One child of a reply that holds a text, or Base64.
+/// One child of a reply: a text, or bytes in Base64.
 std::string textChild(std::string_view name, std::string_view value);
 std::string binaryChild(std::string_view name, std::string_view base64);
 
 /// The child that holds a list of names.
 std::string listChild(const std::vector<std::string>& names, std::string_view name = "cert_list");
 
-/// The packet that a reply comes in.
+/// The packet that carries a reply.
 Bytes replyPacket(std::string_view xml);
 
 /// The whole reply to a call that succeeded, with these children beside the status.

@@ -36,7 +36,7 @@ auto resultOf(Action action, Output& output) {
   return result;
 }
 
-/// The line with which the last user of the transport leaves.
+/// The line that the last user of the transport logs when it releases it.
 inline const std::string TransportGone = "D [ZVK] Destroying last instance of usb transport.\n";
 
 }  // namespace support

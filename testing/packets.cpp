@@ -45,7 +45,7 @@ std::string dumpOf(const Bytes& bytes) {
     const Bytes line(bytes.begin() + static_cast<std::ptrdiff_t>(start),
                      bytes.begin() + static_cast<std::ptrdiff_t>(end));
     std::string hex = hexText(line);
-    // A short line is as wide as the one above it.
+    // A short line is padded only if a full line precedes it.
     hex.resize(start == 0 ? hex.size() : 3 * lineSize - 1, ' ');
     text.append(hex).append(" |");
     for (const std::uint8_t byte : line) {

@@ -5,7 +5,7 @@
 
 #include "testing/bytes.h"
 
-/// Packets that tests exchange without being about their bytes, and the framing of others.
+/// Packets for tests whose subject is not the bytes themselves, and functions that frame others.
 namespace packets {
 
 using support::Bytes;
@@ -33,31 +33,31 @@ inline const Bytes StoreHome = support::bytes(
     "A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 "
     "28 05 00 00 04 00 00 00 06 28 08 00 00 05 68 6F 6D 65 00");
 
-// Replies: the last byte of a reply to settings says whether they are accepted.
+// Replies. The last byte of a reply to settings is 1 if they are accepted.
 inline const Bytes Accepted = support::bytes("A5 00 03 50 E0 01");
 inline const Bytes NotAccepted = support::bytes("A5 00 03 50 E0 00");
 inline const Bytes Refused = support::bytes("A5 00 02 D4 E0");
-/// 192.168.1.20.
+/// The address 192.168.1.20.
 inline const Bytes IpReply = support::bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0 A8 01 14");
-/// What the emulated printer answers to settings that it stores.
+/// The reply of the emulated printer to settings that it stores.
 inline const Bytes SettingsStored = support::bytes("A5 00 05 50 E0 DA 01 01");
 
-/// What an emulated printer answers that answers in garbage.
+/// The reply of an emulated printer with the option --garbage.
 inline const Bytes Garbage = support::bytes("00 FF 13 37 5A 80 7F 20 0A 99 C3 42");
 
-/// The packet with this content, which begins with the flag byte.
+/// Returns the packet with this content. The content starts with the flag byte.
 Bytes framed(const Bytes& content);
 
-/// A packet inside another.
+/// Returns a packet that contains `packet`.
 Bytes wrapped(const Bytes& packet);
 
-/// A reply of which E0 and `content` are collected.
+/// Returns the reply packet of which E0 and `content` are collected.
 Bytes replyOf(const Bytes& content, std::uint8_t flag = 0x50);
 
-/// The bytes as pairs of hex digits with blanks between them.
+/// Returns the bytes as hex pairs with single blanks between them.
 std::string hexText(const Bytes& bytes);
 
-/// The dump of a packet in the program's diagnostics: 16 bytes a line, in hex and as characters.
+/// Returns the dump that the program logs: 16 bytes a line, in hex and as characters.
 std::string dumpOf(const Bytes& bytes);
 
 }  // namespace packets

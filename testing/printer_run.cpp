@@ -31,8 +31,11 @@ Words splitWords(const std::string& text) {
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
-/// What zvkprinter itself says stands between the program's lines where it had to do without a
-/// private device.
+/// The exit status of zvkprinter's own failures.
+constexpr int OwnFailure = 125;
+
+/// Removes the lines of zvkprinter, which logs between the program's lines if it has no private
+/// device.
 std::string withoutPrinterLines(const std::string& text) {
   std::string result;
   for (const std::string& line : splitLines(text)) {
@@ -50,7 +53,12 @@ PrinterRun run(const Words& prefix, const Words& options, const Words& arguments
   const Words logging = joined({"--show-secrets", "--log=" + log}, options);
   const ProcessResult result =
       runProcess(joined(prefix, printerCommand(logging, arguments)), input);
-  PrinterRun outcome{result.status, result.out, withoutPrinterLines(result.err), {}, {}};
+  // If zvkprinter fails, its lines say why.
+  PrinterRun outcome{result.status,
+                     result.out,
+                     result.status == OwnFailure ? result.err : withoutPrinterLines(result.err),
+                     {},
+                     {}};
   for (const std::string& line : splitLines(fileContent(log))) {
     const auto take = [&line](std::string_view mark, Words& destination) {
       if (line.starts_with(mark)) {

@@ -13,7 +13,8 @@ namespace support {
 struct PrinterRun {
   int status = 0;
   std::string out;  ///< the program's standard output, and behind it what the printer then holds
-  std::string err;  ///< the program's standard error
+  /// The program's standard error. If the printer itself fails (status 125), its lines as well.
+  std::string err;
   std::vector<std::string> received;  ///< each message that reached the printer, in hex
   std::vector<std::string> calls;     ///< each method call that it understood, in words
 };

@@ -6,7 +6,7 @@
 
 namespace support {
 
-/// A reply of the object store, read by another XML parser than the printer's clients use.
+/// A reply of the object store, read with pugixml instead of the program's own parser.
 class ReplyText {
  public:
   explicit ReplyText(const std::string& xml) { m_Document.load_buffer(xml.data(), xml.size()); }

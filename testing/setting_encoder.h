@@ -16,8 +16,8 @@ using SettingEncoder = std::variant<Operation, int (wnpaGenerator::*)(int*)>;
 /// Tests of such encoders.
 class SettingEncoders : public Generator {
  protected:
-  /// Runs an encoder when the packet already has a byte, and expects that it appends `object`,
-  /// returns its size and writes `log`.
+  /// Runs an encoder on a packet that already holds one byte. Expects that it appends `object`,
+  /// returns its size and logs `log`.
   void expectObject(const SettingEncoder& encoder, std::vector<std::string> options,
                     const Bytes& object, const std::string& log) {
     use(std::move(options));

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 
 #include "emulator/usb/usb_transfer.h"
 #include "testing/bytes.h"
@@ -9,10 +10,16 @@
 /// USB/IP messages of a host, and its reading of the device's. Numbers are big-endian.
 namespace support {
 
-inline void appendLong(Bytes& bytes, std::uint32_t number) {
-  for (const unsigned shift : {24U, 16U, 8U, 0U}) {
-    bytes.push_back(static_cast<std::uint8_t>(number >> shift & 0xFFU));
+/// Returns a message of `size` bytes that starts with these numbers; the rest is zeros.
+inline Bytes usbipMessage(std::initializer_list<std::uint32_t> numbers, std::size_t size = 48) {
+  Bytes bytes;
+  for (const std::uint32_t number : numbers) {
+    for (const unsigned shift : {24U, 16U, 8U, 0U}) {
+      bytes.push_back(static_cast<std::uint8_t>(number >> shift & 0xFFU));
+    }
   }
+  bytes.resize(size);
+  return bytes;
 }
 
 inline std::uint32_t longAt(const Bytes& bytes, std::size_t offset) {
@@ -36,12 +43,9 @@ struct SubmitFields {
 
 /// The header of USBIP_CMD_SUBMIT.
 inline Bytes submitHeader(const SubmitFields& fields) {
-  Bytes bytes;
-  for (const std::uint32_t number :
-       {1U, fields.id, fields.device, fields.direction, fields.endpoint, fields.flags,
-        fields.length, 0U, fields.packets, 0U}) {
-    appendLong(bytes, number);
-  }
+  Bytes bytes = usbipMessage({1, fields.id, fields.device, fields.direction, fields.endpoint,
+                              fields.flags, fields.length, 0, fields.packets, 0},
+                             40);
   bytes.push_back(fields.setup.type);
   bytes.push_back(fields.setup.request);
   for (const std::uint16_t number : {fields.setup.value, fields.setup.index, fields.setup.length}) {
@@ -70,33 +74,18 @@ inline Bytes writeCommand(std::uint32_t id, const Bytes& data) {
 
 /// USBIP_CMD_UNLINK.
 inline Bytes unlinkCommand(std::uint32_t id, std::uint32_t unlinked) {
-  Bytes bytes;
-  for (const std::uint32_t number : {2U, id, 0x00010001U, 0U, 0U, unlinked}) {
-    appendLong(bytes, number);
-  }
-  bytes.resize(48);
-  return bytes;
+  return usbipMessage({2, id, 0x00010001, 0, 0, unlinked});
 }
 
 /// USBIP_RET_SUBMIT.
 inline Bytes submitReply(std::uint32_t id, std::uint32_t status, std::uint32_t done,
                          const Bytes& data = {}) {
-  Bytes bytes;
-  for (const std::uint32_t number : {3U, id, 0U, 0U, 0U, status, done}) {
-    appendLong(bytes, number);
-  }
-  bytes.resize(48);
-  return joined({bytes, data});
+  return joined({usbipMessage({3, id, 0, 0, 0, status, done}), data});
 }
 
 /// USBIP_RET_UNLINK.
 inline Bytes unlinkReply(std::uint32_t id, std::uint32_t status) {
-  Bytes bytes;
-  for (const std::uint32_t number : {4U, id, 0U, 0U, 0U, status}) {
-    appendLong(bytes, number);
-  }
-  bytes.resize(48);
-  return bytes;
+  return usbipMessage({4, id, 0, 0, 0, status});
 }
 
 /// OP_REQ_DEVLIST.
@@ -123,7 +112,7 @@ inline Bytes describedDevice(std::uint8_t speed = 3) {
                  bytes("12 09 00 01 01 00 00 00 00 01 01 01")});
 }
 
-/// OP_REP_IMPORT, for a host that gets the printer and for one that does not.
+/// OP_REP_IMPORT: success, and failure with a status.
 inline Bytes imported(std::uint8_t speed = 3) {
   return joined({bytes("01 11 00 03 00 00 00 00"), describedDevice(speed)});
 }
@@ -131,7 +120,7 @@ inline Bytes notImported(std::uint8_t status) {
   return joined({bytes("01 11 00 03 00 00 00"), {status}});
 }
 
-/// OP_REP_DEVLIST, of the printer and of nothing.
+/// OP_REP_DEVLIST: the printer, and no device.
 inline Bytes listed(std::uint8_t speed = 3) {
   return joined(
       {bytes("01 11 00 05 00 00 00 00 00 00 00 01"), describedDevice(speed), bytes("07 01 02 00")});

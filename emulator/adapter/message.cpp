@@ -3,82 +3,73 @@
 #include <algorithm>
 #include <utility>
 
-#include "catalogue/setting_objects.h"
+#include "catalogue/packet_grammar.h"
 #include "npa/packet.h"
 
 namespace emulator {
 
 namespace {
 
-using npa::Byte;
 using Kind = Message::Kind;
-
-constexpr std::size_t CommandOffset = 4;
-constexpr std::size_t DataOffset = 5;
-constexpr std::size_t ObjectsOffset = DataOffset + npa::DataKind{}.size();
-
-/// Whether the packet is a method call; its text follows the header.
-bool isObjectStoreCall(std::span<const Byte> packet) {
-  const std::span header = std::span(npa::ObjStoreNpaHeader).subspan(CommandOffset);
-  return packet.size() >= npa::ObjStoreNpaHeader.size() &&
-         std::ranges::equal(packet.subspan(CommandOffset, header.size()), header);
-}
-
-bool opensWith(std::span<const Byte> packet, npa::DataKind kind) {
-  return packet.size() >= ObjectsOffset && packet[CommandOffset] == npa::RequestCommand &&
-         std::ranges::equal(packet.subspan(DataOffset, kind.size()), kind);
-}
 
 /// Hides the last `count` bytes of the packet.
 void hideEnd(Message& message, std::size_t count) {
   std::fill_n(message.secretBytes.rbegin(), count, true);
 }
 
-/// Reads the setting objects of `inner`, which is the end of the message's packet or all of it.
-bool parseSettings(Message& message, std::span<const Byte> inner) {
-  const std::size_t innerStart = message.packet.size() - inner.size();
-  std::vector<catalogue::SettingObject> objects;
-  const bool isWhole = catalogue::readSettingObjects(inner.subspan(ObjectsOffset), objects);
-  for (const catalogue::SettingObject& object : objects) {
+Kind parseRecord(Message& message, catalogue::Data content) {
+  const catalogue::Record record = catalogue::readRecord(content);
+  if (!record.isQuery()) {
+    return Kind::Malformed;
+  }
+  message.asked = *record.key;
+  return Kind::Query;
+}
+
+/// Reads settings, whose bytes are part of the message's packet.
+Kind parseSettings(Message& message, catalogue::Data content) {
+  const catalogue::Settings settings = catalogue::readSettings(content);
+  for (const catalogue::SettingObject& object : settings.objects) {
     if (catalogue::isSecret(object.key)) {
-      const auto offset = innerStart + static_cast<std::size_t>(object.value.data() - inner.data());
-      std::fill_n(message.secretBytes.begin() + static_cast<std::ptrdiff_t>(offset),
-                  object.value.size(), true);
+      const auto offset = object.value.data() - message.packet.data();
+      std::fill_n(message.secretBytes.begin() + offset, object.value.size(), true);
     }
     message.settings.push_back({object.key, npa::Bytes(object.value.begin(), object.value.end())});
   }
-  return isWhole;
+  return settings.rest.empty() ? Kind::StoreSettings : Kind::Malformed;
 }
 
-Kind parseInner(Message& message, std::span<const Byte> inner) {
-  if (opensWith(inner, npa::DataQuery)) {
-    if (inner.size() != npa::QuerySize) {
-      return Kind::Malformed;
-    }
-    message.asked = {inner[npa::QuerySize - 2], inner[npa::QuerySize - 1]};
-    return Kind::Query;
-  }
-  if (opensWith(inner, npa::DataSettings) || opensWith(inner, npa::DataSingleSettings)) {
-    return parseSettings(message, inner) ? Kind::StoreSettings : Kind::Malformed;
-  }
-  if (isObjectStoreCall(inner)) {
-    const auto text = inner.subspan(npa::ObjStoreNpaHeader.size());
-    message.call = parseMethodCall(std::string(text.begin(), text.end()));
-    return Kind::ObjectStoreCall;
-  }
-  return std::ranges::equal(inner, npa::usbSniff) ? Kind::Sniff : Kind::Unknown;
+Kind parseCall(Message& message, catalogue::Data text) {
+  message.call = parseMethodCall(std::string(text.begin(), text.end()));
+  return Kind::ObjectStoreCall;
 }
 
-/// The packet inside a wrapper; empty when its lengths contradict the wrapper's.
-std::span<const Byte> unwrap(std::span<const Byte> packet) {
-  if (packet.size() < npa::WrapHeaderSize + npa::LengthHeaderSize) {
-    return {};
+/// Reads a packet that is the end of the message's packet, or all of it.
+Kind parseInner(Message& message, const catalogue::PacketParts& inner) {
+  const catalogue::Body body = catalogue::readBody(inner.body);
+  switch (body.kind) {
+    case catalogue::Body::Kind::Record:
+      return parseRecord(message, body.content);
+    case catalogue::Body::Kind::SettingsGroup:
+    case catalogue::Body::Kind::SingleSettings:
+      return parseSettings(message, body.content);
+    case catalogue::Body::Kind::ObjectStoreCall:
+      return parseCall(message, body.content);
+    case catalogue::Body::Kind::Wrapper:
+    case catalogue::Body::Kind::Unknown:
+      break;
   }
-  const std::span<const Byte> inner = packet.subspan(npa::WrapHeaderSize);
-  const bool consistent = npa::numberAt(packet, ObjectsOffset) == inner.size() &&
-                          inner[0] == npa::StartByte &&
-                          catalogue::packetSize(inner) == inner.size();
-  return consistent ? inner : std::span<const Byte>();
+  const bool isSniff = inner.kind == catalogue::PacketParts::Kind::Announcement;
+  return isSniff ? Kind::Sniff : Kind::Unknown;
+}
+
+/// The packet inside a wrapper; nothing if its lengths contradict the wrapper's.
+std::optional<catalogue::Data> unwrap(catalogue::Data content) {
+  const catalogue::Wrapper wrapper = catalogue::readWrapper(content);
+  catalogue::Cursor cursor(wrapper.inside);
+  const auto inner = cursor.packet();
+  const bool consistent = wrapper.isWhole() && wrapper.behind.empty() && cursor.rest().empty();
+  return consistent ? inner : std::nullopt;
 }
 
 /// Whether it is known where in the packet keys may stand; if not, they may anywhere.
@@ -121,19 +112,22 @@ Message parseMessage(npa::Bytes packet) {
   Message message;
   message.packet = std::move(packet);
   message.secretBytes.assign(message.packet.size(), false);
-  std::span<const Byte> inner(message.packet);
-  message.wrapped = opensWith(inner, npa::DataWrapped);
+  catalogue::PacketParts inner = catalogue::readPacketParts(message.packet);
+  const catalogue::Body body = catalogue::readBody(inner.body);
+  message.wrapped = body.kind == catalogue::Body::Kind::Wrapper;
   if (message.wrapped) {
-    inner = unwrap(inner);
-    if (inner.empty()) {
+    const auto packetInside = unwrap(body.content);
+    if (!packetInside) {
       message.kind = Kind::Malformed;
       hideEnd(message, message.packet.size());
       return message;
     }
+    inner = catalogue::readPacketParts(*packetInside);
   }
   message.kind = parseInner(message, inner);
-  if (!isUnderstood(message) && inner.size() > DataOffset) {
-    hideEnd(message, inner.size() - DataOffset);
+  if (!isUnderstood(message) && !inner.body.empty()) {
+    // All but the command byte.
+    hideEnd(message, inner.body.size() - 1);
   }
   return message;
 }

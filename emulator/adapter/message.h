@@ -1,11 +1,9 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
-#include "catalogue/packet_reader.h"
 #include "catalogue/setting_catalogue.h"
 #include "emulator/certificates/method_call.h"
 

@@ -1,3 +1,5 @@
+// Base64 with libcrypto's encoder, and a strict check of what its lenient decoder accepts.
+
 #include "emulator/certificates/binary_text.h"
 
 #include <algorithm>
@@ -9,7 +11,7 @@ namespace emulator {
 
 namespace {
 
-/// libcrypto counts in int and writes unsigned characters.
+/// libcrypto counts in int, and its results must fit an int as well.
 constexpr std::size_t LargestSize = std::numeric_limits<int>::max() / 2;
 
 const unsigned char* asBytes(std::string_view text) {
@@ -35,7 +37,8 @@ std::optional<std::string> fromBase64(std::string_view text) {
   }
   const std::size_t dataEnd = text.find_last_not_of('=') + 1;
   bytes.resize(bytes.size() - std::min({text.size() - dataEnd, bytes.size(), largestPadding}));
-  // The decoder lets blanks, line ends, misplaced padding and stray bits pass.
+  // The decoder accepts blanks, line ends, misplaced padding and stray bits. The encoder writes
+  // none.
   return toBase64(bytes) == text ? std::optional(bytes) : std::nullopt;
 }
 
@@ -43,7 +46,7 @@ std::string toBase64(std::string_view bytes) {
   if (bytes.size() > LargestSize) {
     throw std::length_error("too many bytes for Base64");
   }
-  // One byte more than the text: the encoder ends it with a zero.
+  // One byte more than the text, for the zero byte that the encoder writes.
   std::string text((bytes.size() + 2) / 3 * 4 + 1, '\0');
   const int size = ::EVP_EncodeBlock(asBytes(text), asBytes(bytes), static_cast<int>(bytes.size()));
   text.resize(static_cast<std::size_t>(size));

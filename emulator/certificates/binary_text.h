@@ -6,11 +6,12 @@
 
 namespace emulator {
 
-/// The bytes of a Base64 text (RFC 4648). Nothing unless it is exactly what an encoder writes: no
-/// blanks or line ends, whole groups of four, padding only where it is due.
+/// Returns the bytes of a Base64 text (RFC 4648). Returns nothing unless the text is exactly what
+/// an encoder writes: no blanks or line ends, whole groups of four, padding only at the end.
 std::optional<std::string> fromBase64(std::string_view text);
 
-/// Bytes as Base64 text, without line ends.
+/// Returns the Base64 text of bytes, without line ends. Throws `std::length_error` for more than
+/// about 1 GiB.
 std::string toBase64(std::string_view bytes);
 
 }  // namespace emulator

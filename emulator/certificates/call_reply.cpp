@@ -1,3 +1,5 @@
+// The reply to a method call as an XML document.
+
 #include "emulator/certificates/call_reply.h"
 
 #include <pugixml.hpp>
@@ -10,12 +12,14 @@ namespace {
 
 constexpr std::string_view TextElement = "StringElem";
 
+/// Appends an element that contains a text.
 void appendText(pugi::xml_node parent, std::string_view element, const std::string& text) {
   parent.append_child(std::string(element).c_str())
       .append_child(pugi::node_pcdata)
       .set_value(text.c_str());
 }
 
+/// Appends a `child` element with that name to a map and returns it.
 pugi::xml_node appendChild(pugi::xml_node map, std::string_view name) {
   pugi::xml_node child = map.append_child("child");
   child.append_attribute("name").set_value(std::string(name).c_str());

@@ -8,16 +8,22 @@
 
 namespace emulator {
 
-/// The printer's reply to a method call: a status, a text that says what it means, and values.
+/// The printer's reply to a method call: a status, a message about it, and values.
+///
+///     CallReply reply;  // success
+///     reply.addText("ca_file_name", "ca.pem");
+///     send(reply.xml());
 class CallReply {
  public:
-  /// A reply of success, to which values can be added.
+  /// Creates a reply of success. The caller may add values.
   CallReply();
-  /// A reply without values. For any number: a status that has no text of its own is "refused".
+  /// Creates a reply without values. `status` may be any number. The message of an unknown status
+  /// is "refused".
   explicit CallReply(int status);
+  /// Creates a reply with the status and the message of an error.
   explicit CallReply(const CallError& error);
 
-  /// Adds a value: a text, a binary given as Base64, or a list of texts.
+  /// Adds a value: a text, a binary as Base64, or a list of texts. `name` must outlive the reply.
   void addText(std::string_view name, std::string_view text);
   void addBinary(std::string_view name, std::string_view base64);
   void addList(std::string_view name, std::vector<std::string> texts);
@@ -25,7 +31,7 @@ class CallReply {
   int status() const { return m_Status; }
   const std::string& message() const { return m_Message; }
 
-  /// The reply as an XML document.
+  /// Returns the reply as an XML document in UTF-8.
   std::string xml() const;
 
  private:

@@ -1,3 +1,5 @@
+// The messages of the statuses.
+
 #include "emulator/certificates/call_status.h"
 
 #include <algorithm>
@@ -34,6 +36,7 @@ constexpr std::array<std::pair<CallStatus, std::string_view>, 20> Texts = {{
     {KeyMismatch, "the certificate does not fit the key"},
 }};
 
+/// Returns the message of a status, with the detail after a colon.
 std::string textOf(CallStatus status, std::string_view detail) {
   std::string text(statusText(static_cast<int>(status)));
   return detail.empty() ? text : text.append(": ").append(detail);

@@ -5,8 +5,8 @@
 
 namespace emulator {
 
-/// What comes of a method call, as the printer numbers it in its reply. Whatever is not `Success`
-/// has changed nothing.
+/// The status of a method call, with the number that the printer sends in its reply. A call with a
+/// status other than `Success` has changed nothing.
 enum class CallStatus {
   Success = 1,
   NotWellFormed,
@@ -30,13 +30,15 @@ enum class CallStatus {
   KeyMismatch,
 };
 
-/// The text that goes with a status; empty for a number that is none.
+/// Returns the message of a status, or an empty text for an unknown number.
 std::string_view statusText(int status);
 
-/// A method call that fails.
+/// The failure of a method call. The printer sends it as a reply.
+///
+///     throw CallError(CallStatus::WrongType, "ca_dot_pem_size");
 class CallError : public std::runtime_error {
  public:
-  /// The text is that of the status, with `detail` behind it if there is one.
+  /// The message is that of the status, followed by a colon and `detail` unless that is empty.
   explicit CallError(CallStatus status, std::string_view detail = {});
 
   CallStatus status() const { return m_Status; }

@@ -1,3 +1,5 @@
+// The methods of CertificateObject. Each reads its parameters from the call and returns the reply.
+
 #include <algorithm>
 #include <openssl/asn1.h>
 #include <optional>
@@ -12,14 +14,15 @@ namespace emulator {
 
 namespace {
 
+/// The folder that the printer names in its description of a CA certificate.
 constexpr std::string_view CaFolder = "/certs/";
 
-/// The value of a parameter that the call has.
+/// Returns the value of a parameter. The call must have it.
 const std::string& valueOf(const MethodCall& call, std::string_view name) {
   return std::ranges::find(call.parameters, name, &MethodCall::Parameter::name)->value;
 }
 
-/// Whether the text is UTF-8 without control characters.
+/// Returns true if the text is valid UTF-8 without ASCII control characters.
 bool isPrintableUtf8(std::string_view text) {
   constexpr unsigned long firstPrintable = 0x20;
   constexpr unsigned long delete_ = 0x7F;
@@ -35,7 +38,8 @@ bool isPrintableUtf8(std::string_view text) {
   return true;
 }
 
-/// An empty name would be taken for the end of a list.
+/// Returns `name`, or throws `CallError` if it is not usable. An empty name would end the printer's
+/// list of names.
 const std::string& checkedName(const std::string& name) {
   if (name.empty() || !isPrintableUtf8(name)) {
     throw CallError(CallStatus::InvalidName);
@@ -43,7 +47,8 @@ const std::string& checkedName(const std::string& name) {
   return name;
 }
 
-/// The certificate in an uploaded file.
+/// Returns the certificate in the uploaded file of a call. The parameters `sizeName` and `fileName`
+/// have its size and its content. Throws `CallError` if they do not fit or it is not a certificate.
 X509Certificate uploadedCertificate(const MethodCall& call, std::string_view sizeName,
                                     std::string_view fileName) {
   const std::optional<std::string> content = fromBase64(valueOf(call, fileName));
@@ -63,7 +68,8 @@ X509Certificate uploadedCertificate(const MethodCall& call, std::string_view siz
 }  // namespace
 
 bool CertificateObject::isFactoryMade(std::string_view name) const {
-  // A printer that had none when a host took the name keeps what the host gave it.
+  // A printer without a factory certificate lets the host use the name. A later run with a factory
+  // certificate keeps the host's.
   return m_Rules.factoryCertificate && name == FactoryName && m_Store.findDevice(name) == nullptr;
 }
 

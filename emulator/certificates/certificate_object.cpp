@@ -1,3 +1,5 @@
+// The table of methods, and the checks that every call passes before its method runs.
+
 #include "emulator/certificates/certificate_object.h"
 
 #include <algorithm>
@@ -16,12 +18,15 @@ namespace {
 
 using Type = MethodCall::Type;
 
+/// A parameter that a method requires: its name and its type.
 struct ParameterRule {
   std::string_view name;
   Type type;
 };
 
 constexpr std::string_view ObjectName = "applications.certMgr";
+
+// The parameters of the methods. Their order in a request does not matter.
 
 constexpr std::array<ParameterRule, 1> FriendlyName = {{{"cert_friendly_name", Type::Text}}};
 constexpr std::array<ParameterRule, 1> AuthorityName = {{{"ca_common_name", Type::Text}}};
@@ -46,12 +51,13 @@ constexpr std::array<ParameterRule, 3> SignedFile = {{
     {"cert_syst_dot_pem_file", Type::Binary},
 }};
 
+/// Returns true if the text is a decimal integer.
 bool isNumber(std::string_view text) {
   text.remove_prefix(text.starts_with('-') ? 1 : 0);
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// Checks that the call has each parameter of the rules once, and no other.
+/// Throws `CallError` unless the call has each parameter of the rules exactly once and no other.
 void checkParameters(const MethodCall& call, std::span<const ParameterRule> rules) {
   std::vector<bool> given(rules.size(), false);
   for (const MethodCall::Parameter& parameter : call.parameters) {
@@ -88,7 +94,8 @@ Subject usualSubject() {
           .altName = "printer.example"};
 }
 
-/// A method: the id that its requests carry, what it takes, and the member that carries it out.
+/// One row of the table of methods: its name, the id of its requests, its parameters, and the
+/// member function that runs it.
 struct CertificateObject::Method {
   std::string_view name;
   std::string_view requestId;

@@ -12,39 +12,43 @@
 
 namespace emulator {
 
-/// What a printer proposes for a certificate request unless it is told otherwise.
+/// Returns the subject that a printer proposes for a certificate request by default.
 Subject usualSubject();
 
-/// How the printer deals with certificates.
+/// How the printer handles certificates.
 struct CertificateRules {
+  /// The subject that `readCertDefaults` returns.
   Subject defaults = usualSubject();
-  /// Whether it has a certificate from the factory.
+  /// True if the printer has a certificate from the factory.
   bool factoryCertificate = true;
-  /// The bits of the RSA keys that it makes. 0 stands for keys on the curve P-256, which take a
-  /// thousandth of a second instead of up to one: whoever tests a host does not care which.
+  /// The bits of the RSA keys that the printer generates. 0 selects keys on the curve P-256. They
+  /// take about 1 ms instead of up to 1 s, and the kind of key rarely matters in a test of a host.
   std::size_t rsaBits = 0;
 };
 
-/// The object `applications.certMgr` of the printer's object store, by whose methods a host deals
-/// with the printer's certificates.
+/// The object `applications.certMgr` of the printer's object store. A host calls its methods to
+/// manage the printer's certificates.
+///
+///     CertificateObject object;
+///     const CallReply reply = object.answer(parseMethodCall(xml));
 class CertificateObject {
  public:
   explicit CertificateObject(CertificateRules rules = {});
 
-  /// Whether the object has a method of that name.
+  /// Returns true if the object has a method of that name.
   static bool hasMethod(std::string_view name);
 
-  /// Carries out a call and replies to it. A call that cannot be read, or names another object, has
-  /// an error for its reply.
+  /// Runs a call and returns the reply. The reply is an error if the call could not be parsed or
+  /// names another object.
   CallReply answer(const ParsedCall& call);
 
   const CertificateStore& store() const { return m_Store; }
 
-  /// Takes over the certificates of an earlier run.
+  /// Replaces the certificates with those of an earlier run.
   void restore(CertificateStore store) { m_Store = std::move(store); }
 
-  /// One line in words for each certificate and request. None when there is nothing but the
-  /// certificate from the factory.
+  /// Returns one line of text for each certificate and request. Returns no line if there is only
+  /// the certificate from the factory.
   std::vector<std::string> describe() const;
 
  private:
@@ -53,7 +57,10 @@ class CertificateObject {
   static constexpr std::string_view FactoryName = "Factory";
 
   static const Method* findMethod(std::string_view name);
+  /// Checks a call and runs its method. Throws `CallError` if the call fails.
   CallReply carryOut(const MethodCall& call);
+
+  // The methods (certificate_methods.cpp). The parameters have been checked.
 
   CallReply readDefaults(const MethodCall& call);
   CallReply generate(const MethodCall& call);
@@ -66,8 +73,9 @@ class CertificateObject {
   CallReply deleteDevice(const MethodCall& call);
   CallReply listDevices(const MethodCall& call);
 
+  /// Returns true if the name is that of the certificate from the factory.
   bool isFactoryMade(std::string_view name) const;
-  /// The key's entry of that name; throws `CallError` when there is none.
+  /// Returns the device certificate of that name. Throws `CallError` if there is none.
   const DeviceCertificate& deviceNamed(const std::string& name) const;
 
   CertificateRules m_Rules;

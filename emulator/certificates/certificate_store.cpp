@@ -1,3 +1,5 @@
+// The two lists of the store. Both are short, so they are searched from the start.
+
 #include "emulator/certificates/certificate_store.h"
 
 #include <algorithm>

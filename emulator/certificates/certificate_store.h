@@ -6,15 +6,16 @@
 
 namespace emulator {
 
-/// A certificate of an authority that the printer trusts.
+/// A CA certificate that the printer trusts.
 struct CaCertificate {
   unsigned number = 0;
-  std::string name;      ///< that the printer calls it by
-  std::string fileName;  ///< that the host told
+  std::string name;      ///< the printer's name for it
+  std::string fileName;  ///< the file name that the host sent
   std::string pem;
 };
 
-/// A key of the printer with the request for it and, once a host has brought it, the certificate.
+/// A key of the printer, the certificate request for it and, once a host has uploaded it, the
+/// certificate. All are PEM texts.
 struct DeviceCertificate {
   unsigned number = 0;
   std::string name;
@@ -22,37 +23,39 @@ struct DeviceCertificate {
   std::string requestPem;
   std::string certificatePem;
 
-  /// Whether the certificate is still to come.
+  /// Returns true if the certificate has not been uploaded yet.
   bool isPending() const { return certificatePem.empty(); }
 };
 
-/// The certificates that the printer holds, each kind with names of its own, in the order in which
-/// they came. A number is given to one certificate or authority only, as long as it is held.
+/// The certificates of the printer, in the order in which they were added. A name is unique among
+/// the certificates of its kind, a number among all of them. A number names the files of a saved
+/// state.
 class CertificateStore {
  public:
   const std::vector<CaCertificate>& authorities() const { return m_Authorities; }
   const std::vector<DeviceCertificate>& devices() const { return m_Devices; }
 
-  /// The entry of a name, or null.
+  /// Returns the entry of a name, or null if there is none. The next change invalidates the
+  /// pointer.
   const CaCertificate* findAuthority(std::string_view name) const;
   const DeviceCertificate* findDevice(std::string_view name) const;
 
-  /// Adds an entry whose name is free. Its number is the next one, unless it has one already.
+  /// Adds an entry. Its name must be free. An entry with the number 0 gets the next number.
   void add(CaCertificate authority);
   void add(DeviceCertificate device);
 
-  /// Gives the entry of that name, which there must be, its certificate.
+  /// Sets the certificate of the entry of that name. The entry must exist.
   void complete(std::string_view name, std::string certificatePem);
 
-  /// Removes the entry of a name; false when there is none.
+  /// Removes the entry of a name. Returns false if there is none.
   bool removeAuthority(std::string_view name);
   bool removeDevice(std::string_view name);
 
-  /// A number that grows with every change.
+  /// Returns a number that grows with every change.
   unsigned long revision() const { return m_Revision; }
 
  private:
-  /// The number of a new entry.
+  /// Returns `number`, or the next number if that is 0.
   unsigned numberFor(unsigned number);
 
   std::vector<CaCertificate> m_Authorities;

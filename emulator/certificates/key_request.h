@@ -13,15 +13,16 @@ struct KeyRequest {
   std::string request;
 };
 
-/// Makes an RSA key of so many bits, or one on the curve P-256 for 0 bits, and signs a request with
-/// the subject's texts in it. Throws `CallError` (`InvalidSubject`) for texts that a certificate
-/// cannot have: too long, a country that is not two letters, no UTF-8, a DNS name that is none.
+/// Generates an RSA key of `rsaBits` bits, or a key on the curve P-256 if that is 0, and signs a
+/// request with the subject. Throws `CallError` (`InvalidSubject`) for a text that a certificate
+/// cannot have: one that is too long or not UTF-8, a country other than two letters, an invalid DNS
+/// name.
 KeyRequest makeKeyRequest(const Subject& subject, std::size_t rsaBits);
 
-/// Whether the texts are a key and a request for it, as `makeKeyRequest` made them.
+/// Returns true if the texts are a key and a request that is signed for that key.
 bool isKeyRequest(const KeyRequest& pair);
 
-/// The subject of a request in one line; empty when the text is no request.
+/// Returns the subject of a request in one line, or an empty text if `request` is not a request.
 std::string requestSubject(const std::string& request);
 
 }  // namespace emulator

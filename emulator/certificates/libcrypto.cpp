@@ -1,3 +1,5 @@
+// Helpers for libcrypto's errors and memory streams.
+
 #include "emulator/certificates/libcrypto.h"
 
 #include <limits>

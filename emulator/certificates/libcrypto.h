@@ -9,10 +9,12 @@
 #include <string>
 #include <string_view>
 
-/// Ownership, errors and texts of libcrypto (OpenSSL).
+/// Ownership, errors and texts of libcrypto (OpenSSL). The pointer types free their objects:
+///
+///     const KeyPtr key(::PEM_read_bio_PrivateKey(...));
 namespace emulator {
 
-/// Frees an object by the function that libcrypto has for it.
+/// Frees an object with the libcrypto function `Free`.
 template <auto Free>
 struct FreeBy {
   template <typename Object>
@@ -29,7 +31,7 @@ using KeyPtr = std::unique_ptr<EVP_PKEY, FreeBy<::EVP_PKEY_free>>;
 using RequestPtr = std::unique_ptr<X509_REQ, FreeBy<::X509_REQ_free>>;
 using CertificatePtr = std::unique_ptr<X509, FreeBy<::X509_free>>;
 
-/// Leaves libcrypto's error queue empty when it goes.
+/// Clears libcrypto's error queue at the end of a scope, so that no later call reports old errors.
 class CleanErrorQueue {
  public:
   CleanErrorQueue() = default;
@@ -38,21 +40,23 @@ class CleanErrorQueue {
   CleanErrorQueue& operator=(const CleanErrorQueue&) = delete;
 };
 
-/// Why the last call of libcrypto failed; empty when it has not said.
+/// Returns the reason of libcrypto's last error, or an empty text if there is none.
 std::string lastReason();
 
-/// Throws `std::runtime_error` with the reason unless `result`, of a call of libcrypto that fails
-/// only for lack of memory or the like.
+/// Throws `std::runtime_error` with the reason if `result` is false. It is for calls that fail only
+/// if memory runs out or the library is broken.
 void demand(bool result);
 
-/// A stream over the text, which must outlive it.
+/// Returns a stream that reads `text`. The text must outlive the stream.
 BioPtr readerOf(std::string_view text);
 
-/// The text that `write` writes to a stream.
+/// Returns the text that `write` writes to a stream. `write` returns 1 on success:
+///
+///     textBy([&](BIO* out) { return ::PEM_write_bio_X509(out, certificate); });
 template <typename Write>
 std::string textBy(Write write);
 
-/// The text that a stream in memory holds.
+/// Returns the text in a memory stream and empties the stream.
 std::string textIn(BIO* memory);
 
 template <typename Write>
@@ -63,8 +67,8 @@ std::string textBy(Write write) {
   return textIn(memory.get());
 }
 
-/// For libcrypto's readers of PEM: there is no password, and nobody is asked for one. (Without a
-/// callback they would ask at the terminal.)
+/// The password callback for libcrypto's PEM readers. It provides no password. Without a callback
+/// they would ask for one on the terminal.
 int noPassword(char* buffer, int size, int forWriting, void* data);
 
 }  // namespace emulator

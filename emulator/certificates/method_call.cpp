@@ -1,3 +1,5 @@
+// Parsing of method calls. The parser rejects what XML or the shape of a call does not allow.
+
 #include "emulator/certificates/method_call.h"
 
 #include <algorithm>
@@ -17,6 +19,7 @@ namespace {
 using pugi::xml_node;
 using Type = MethodCall::Type;
 
+/// An XML element and the type of the value in it.
 struct TypeElement {
   std::string_view element;
   Type type;
@@ -28,7 +31,8 @@ constexpr std::array<TypeElement, 3> TypeElements = {{
     {"BinaryElem", Type::Binary},
 }};
 
-/// Whether `text`, the part between & and ;, refers to a character or to one of XML's entities.
+/// Returns true if `text`, the part between & and ;, is a character reference or one of the five
+/// predefined entities of XML.
 bool isReference(std::string_view text) {
   constexpr std::array<std::string_view, 5> entities = {"amp", "quot", "apos", "lt", "gt"};
   if (!text.starts_with('#')) {
@@ -43,9 +47,9 @@ bool isReference(std::string_view text) {
   return error == std::errc() && end == textEnd && number > 0 && number <= largest;
 }
 
-/// The XML reader lets references pass that it does not know.
+/// Returns true if every & in the document starts a valid reference. pugixml accepts unknown ones.
 bool hasOnlyReferences(std::string_view xml) {
-  constexpr std::size_t longest = 16;
+  constexpr std::size_t longest = 16;  // characters after the &
   for (std::size_t at = xml.find('&'); at != std::string_view::npos; at = xml.find('&', at + 1)) {
     const std::string_view rest = xml.substr(at + 1, longest);
     const std::size_t end = rest.find(';');
@@ -56,8 +60,9 @@ bool hasOnlyReferences(std::string_view xml) {
   return true;
 }
 
+/// Parses the document. Throws `CallError` if it is not well-formed.
 void parseDocument(pugi::xml_document& document, std::string_view xml) {
-  // A text of blanks is a text; a document type is read only to be refused.
+  // Keep a text that is only blanks. Parse a document type, so that it can be rejected.
   constexpr unsigned flags =
       pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_doctype;
   const pugi::xml_parse_result result =
@@ -68,19 +73,20 @@ void parseDocument(pugi::xml_document& document, std::string_view xml) {
   }
 }
 
+/// Throws `CallError` (`NotACall`) if the condition is false.
 void require(bool condition, std::string_view what) {
   if (!condition) {
     throw CallError(CallStatus::NotACall, what);
   }
 }
 
-/// The only child of a node, which is an element; a null node when it is not so.
+/// Returns the only child of a node if that is an element, otherwise a null node.
 xml_node onlyElement(xml_node node) {
   const xml_node child = node.first_child();
   return child.type() == pugi::node_element && !child.next_sibling() ? child : xml_node();
 }
 
-/// The text in an element that holds nothing else.
+/// Returns the text in an element. Throws `CallError` if the element contains anything else.
 std::string textOf(xml_node element) {
   std::string text;
   for (const xml_node node : element.children()) {

@@ -9,7 +9,7 @@
 
 namespace emulator {
 
-/// A call of a method of one of the printer's objects, as the host wrote it.
+/// A call of a method of one of the printer's objects, as the host sent it:
 ///
 ///     <method name="callMethod" requestID="410">
 ///       <arg name="objName">applications.certMgr</arg>
@@ -24,7 +24,7 @@ struct MethodCall {
   struct Parameter {
     std::string name;
     Type type;
-    std::string value;  ///< as written: decimal digits of a number, Base64 of a binary
+    std::string value;  ///< not converted: a number in decimal digits, a binary in Base64
   };
 
   std::string object;
@@ -33,14 +33,15 @@ struct MethodCall {
   std::vector<Parameter> parameters;  ///< in the order of the request
 };
 
+/// A call, or the reason why a text is not a call.
 using ParsedCall = std::variant<MethodCall, CallError>;
 
-/// Reads a method call (XML 1.0 in UTF-8), or says why it is none. Which object and method it
-/// names, and whether they have these parameters, is not looked at. A document type, and references
-/// to entities other than XML's own five, are not accepted.
+/// Parses a method call (XML 1.0 in UTF-8). Returns the call, or the error if `xml` is not a call.
+/// A document type, or a reference to an entity other than XML's own five, is an error. Does not
+/// check that the object, the method and the parameters exist.
 ParsedCall parseMethodCall(std::string_view xml);
 
-/// The method and its parameters in words; the content of a binary is told by its size.
+/// Returns the method and its parameters as a line of text. Shows a binary only by its size.
 std::string describe(const MethodCall& call);
 
 }  // namespace emulator

@@ -6,7 +6,7 @@
 
 namespace emulator {
 
-/// Whom a certificate is for; empty texts stand for what is not said.
+/// The subject of a certificate. An empty text means that the field is absent.
 struct Subject {
   std::string organization;
   std::string unit;
@@ -17,14 +17,14 @@ struct Subject {
   std::string altName;  ///< a DNS name besides the common name
 };
 
-/// One text of a subject.
+/// One field of a subject.
 struct SubjectField {
-  std::string_view name;       ///< X.509's short name of it, "AN" for the DNS name
-  std::string_view parameter;  ///< of method calls
+  std::string_view name;       ///< the short name in X.509; "AN" for the DNS name
+  std::string_view parameter;  ///< the parameter of method calls
   std::string Subject::*text;
 };
 
-/// In the order in which the printer tells them.
+/// All fields, in the order in which the printer sends them.
 inline constexpr std::array<SubjectField, 7> SubjectFields = {{
     {"O", "x509_O", &Subject::organization},
     {"OU", "x509_OU", &Subject::unit},

@@ -1,3 +1,5 @@
+// X.509 certificates, read with libcrypto, and the names that the printer derives from them.
+
 #include "emulator/certificates/x509_certificate.h"
 
 #include <array>
@@ -10,7 +12,8 @@ namespace emulator {
 
 namespace {
 
-/// A day as Jan__5_2020 or Dec_25_2030: below ten it has an underscore ahead instead of a zero.
+/// Returns a day such as Jan__5_2020 or Dec_25_2030. An underscore replaces the leading zero.
+/// Returns nothing if the time cannot be read.
 std::optional<std::string> dayText(const ASN1_TIME* time) {
   constexpr std::array<const char*, 12> months = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};

@@ -7,25 +7,30 @@
 
 namespace emulator {
 
-/// An X.509 certificate, the first of a PEM text.
+/// An X.509 certificate, read from a PEM text (RFC 7468):
+///
+///     if (const auto certificate = X509Certificate::fromPem(content)) {
+///       log(certificate->subject());  // /C=US/O=Example/CN=printer
+///     }
 class X509Certificate {
  public:
-  /// Reads the text; nothing when it holds no certificate, or only an encrypted one.
+  /// Reads the first certificate of the text. Returns nothing if there is none, or if it is
+  /// encrypted.
   static std::optional<X509Certificate> fromPem(const std::string& pem);
 
-  /// The certificate alone as PEM text.
+  /// Returns only the certificate as a PEM text, without the text around it.
   std::string pem() const;
 
-  /// Whether it is for the private key in a PEM text.
+  /// Returns true if the certificate belongs to the private key in a PEM text.
   bool fitsKey(const std::string& keyPem) const;
 
-  /// The subject and the issuer in one line each.
+  /// Returns the subject or the issuer in one line.
   std::string subject() const;
   std::string issuer() const;
 
-  /// What a printer calls a CA by: the subject's line from behind its first "CN=" to its end, and
-  /// the days of its validity, as in RootCA_Jan__5_2020_To_Dec_25_2030. Nothing when the subject
-  /// has no common name or the days cannot be read.
+  /// Returns the printer's name for a CA certificate, such as RootCA_Jan__5_2020_To_Dec_25_2030:
+  /// the part of the one-line subject after its first "CN=", and the first and the last day of
+  /// validity. Returns nothing if the subject has no common name or a day cannot be read.
   std::optional<std::string> caName() const;
 
  private:
@@ -34,7 +39,8 @@ class X509Certificate {
   CertificatePtr m_Certificate;
 };
 
-/// A name in one line, such as /C=DE/CN=printer, in printable ASCII; other bytes stand as \xNN.
+/// Returns a name in one line, such as /C=DE/CN=printer. Bytes that are not printable ASCII are
+/// written as \xNN.
 std::string oneLine(const X509_NAME* name);
 
 }  // namespace emulator

@@ -49,7 +49,8 @@ FileStream openLog(const Options& options) {
               return 0;
             }};
   }
-  FileStream stream(std::fopen(options.logFile->c_str(), "we"), std::fclose);
+  FileStream stream(std::fopen(options.logFile->c_str(), options.appendsLog ? "ae" : "we"),
+                    std::fclose);
   if (!stream) {
     throw std::system_error(errno, std::generic_category(), *options.logFile);
   }
@@ -129,10 +130,18 @@ int serve(const Options& options, emulator::PtyTransport& transport) {
   return 0;
 }
 
+/// Writes out what was printed so far; throws `std::system_error` if any of it was lost.
+void flushOutput() {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    throw std::system_error(errno, std::generic_category(), "standard output");
+  }
+}
+
 void printState(const emulator::Adapter& adapter, const Options& options) {
   for (const std::string& line : adapter.describe(options.showSecrets)) {
     std::printf("%s\n", line.c_str());
   }
+  flushOutput();
 }
 
 /// Gives the printer what the folder keeps.
@@ -190,6 +199,7 @@ int main(int argc, char** argv) {
     const Options options = emulator::parseOptions({argv + 1, argv + argc});
     if (options.action == Options::Action::Help) {
       std::fputs(emulator::helpText().c_str(), stdout);
+      flushOutput();
       return 0;
     }
     return options.action == Options::Action::Show ? show(options) : keepPrinter(options);

@@ -324,7 +324,23 @@ constexpr std::array GeneralOptions = {
            .valueName = "FILE",
            .kind = ValueKind::File,
            .help = "log to a file instead of standard error",
-           .apply = assign<&Options::logFile>},
+           .details = "What the file held before is lost.",
+           .apply =
+               [](Options& options, const std::string& value) {
+                 options.logFile = value;
+                 options.appendsLog = false;
+               }},
+    Option{.name = "--log-append",
+           .valueName = "FILE",
+           .kind = ValueKind::File,
+           .help = "log to the end of a file and keep its content",
+           .details = "One file can hold the logs of several runs. Of this option and *--log=* the "
+                      "last one counts.",
+           .apply =
+               [](Options& options, const std::string& value) {
+                 options.logFile = value;
+                 options.appendsLog = true;
+               }},
     Option{.name = "--show",
            .help = "print what the printer holds at the end",
            .apply = enable<&Options::showSettings>},

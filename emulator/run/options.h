@@ -18,6 +18,7 @@ struct Options {
   Personality personality;
   UsbTraits usb;                           ///< `usb`: how the printer looks to the host
   std::optional<std::string> logFile;      ///< standard error when there is none
+  bool appendsLog = false;                 ///< keeps what the log file holds already
   bool showSettings = false;               ///< say at the end what the printer holds
   std::optional<std::string> stateFolder;  ///< keeps what the printer holds from run to run
   bool showSecrets = false;

@@ -1,3 +1,5 @@
+// Writing and parsing of the index, which is an XML document, and the names of the PEM files.
+
 #include "emulator/state/state_files.h"
 
 #include <charconv>
@@ -20,8 +22,10 @@ namespace {
 using pugi::xml_node;
 using Content = std::function<std::string(const std::string& name)>;
 
+/// The version of the index. The program reads no other version.
 constexpr const char* Version = "1";
 
+/// Returns a file name such as "key-3.pem".
 std::string pemName(const char* kind, unsigned number) {
   return std::string(kind) + "-" + std::to_string(number) + ".pem";
 }
@@ -30,17 +34,19 @@ void setAttribute(xml_node node, const char* name, const std::string& value) {
   node.append_attribute(name).set_value(value.c_str());
 }
 
+/// Throws `StateError` about a file if the condition is false.
 void require(bool condition, const std::string& file, const char* what) {
   if (!condition) {
     throw StateError(file + ": " + what);
   }
 }
 
-/// A part of the index that is not as it was written.
+/// Throws `StateError` about an element of the index.
 [[noreturn]] void failIndex(const char* element) {
   throw StateError(std::string(StateIndexName) + ": a wrong '" + element + "' element");
 }
 
+/// Returns the value of an attribute. Throws `StateError` if it is absent.
 std::string attribute(xml_node node, const char* name) {
   const pugi::xml_attribute found = node.attribute(name);
   if (!found) {
@@ -49,6 +55,7 @@ std::string attribute(xml_node node, const char* name) {
   return found.value();
 }
 
+/// Returns the value of a decimal attribute. Throws `StateError` if it is not 0 to `largest`.
 unsigned number(xml_node node, const char* name, unsigned largest) {
   const std::string text = attribute(node, name);
   unsigned value = 0;
@@ -59,7 +66,8 @@ unsigned number(xml_node node, const char* name, unsigned largest) {
   return value;
 }
 
-/// Reads the elements of an index one by one.
+/// Builds a state from the elements of an index, one by one. `content` returns the content of a
+/// file by its name.
 class StateReader {
  public:
   explicit StateReader(const Content& content) : m_Content(content) {}
@@ -122,6 +130,7 @@ class StateReader {
     m_State.certificates.add(std::move(device));
   }
 
+  /// Returns the number of an entry. Throws `StateError` if it is 0 or used twice.
   unsigned readNumber(xml_node node) {
     constexpr unsigned largest = 1'000'000'000;
     const unsigned result = number(node, "number", largest);

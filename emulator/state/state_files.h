@@ -11,27 +11,28 @@
 
 namespace emulator {
 
-/// What a printer keeps from run to run.
+/// The data that a printer keeps from one run to the next.
 struct PrinterState {
   SettingsStore::Values settings;
   CertificateStore certificates;
 };
 
-/// The files that a state is kept in, by their names: an index in XML, and a PEM file for each key,
-/// request and certificate. Names of files are made of numbers, never of what a host sent.
+/// The files of a state: their contents by their names. There is an index in XML, and a PEM file
+/// for each key, request and certificate. File names contain numbers and never a text from a host.
 using StateFiles = std::map<std::string, std::string>;
 
 inline constexpr std::string_view StateIndexName = "printer.xml";
 
-/// Files that are no state; the text says which and why.
+/// The files are not a valid state. The message names the file and the fault.
 struct StateError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Returns the files of a state.
 StateFiles stateFiles(const SettingsStore::Values& settings, const CertificateStore& certificates);
 
-/// Puts a state together again from its index and the files that `content` gives by their names.
-/// Throws `StateError` unless they are as `stateFiles` made them.
+/// Returns the state of an index. `content` returns the content of another file by its name. Throws
+/// `StateError` unless the files are as `stateFiles` returns them.
 PrinterState parseState(std::string_view index,
                         const std::function<std::string(const std::string& name)>& content);
 

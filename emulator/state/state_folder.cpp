@@ -1,3 +1,5 @@
+// The files of a state on disk: their lock, and writes that an interruption cannot damage.
+
 #include "emulator/state/state_folder.h"
 
 #include <algorithm>
@@ -16,6 +18,7 @@ namespace emulator {
 
 namespace {
 
+/// Returns the result of a system call. Throws `std::system_error` with the path if it failed.
 int checked(int result, const std::string& path) {
   if (result < 0) {
     throw std::system_error(errno, std::generic_category(), path);
@@ -23,6 +26,7 @@ int checked(int result, const std::string& path) {
   return result;
 }
 
+/// Writes all of the content. Throws `std::system_error` on failure.
 void writeAll(int descriptor, std::string_view content, const std::string& path) {
   while (!content.empty()) {
     const ssize_t count = ::write(descriptor, content.data(), content.size());
@@ -73,6 +77,7 @@ void StateFolder::save(const SettingsStore::Values& settings,
       writeFile(name, content);
     }
   }
+  // After the files that the index names, and before the removal of those that it no longer names.
   writeFile(indexName, files[indexName]);
   for (const auto& [name, content] : m_Kept) {
     if (!files.contains(name)) {
@@ -83,6 +88,7 @@ void StateFolder::save(const SettingsStore::Values& settings,
 }
 
 std::string StateFolder::readFile(const std::string& name) const {
+  // Far more than any state needs, so that a wrong file does not use up the memory.
   constexpr off_t largest = 64L * 1024 * 1024;
   const std::string path = filePath(name);
   const util::UniqueFd file(
@@ -104,7 +110,7 @@ std::string StateFolder::readFile(const std::string& name) const {
 void StateFolder::writeFile(const std::string& name, const std::string& content) const {
   const std::string path = filePath(name);
   std::string temporary = filePath("new-XXXXXX");
-  // Made with mode 0600.
+  // mkostemp creates the file with mode 0600.
   const util::UniqueFd file(checked(::mkostemp(temporary.data(), O_CLOEXEC), path));
   try {
     writeAll(file.get(), content, path);

@@ -7,33 +7,42 @@
 
 namespace emulator {
 
-/// A folder that keeps a printer's state from run to run. All operations throw `StateError` or
-/// `std::system_error` when the folder is not there, cannot be used or holds something else.
+/// A folder that keeps a printer's state from one run to the next.
+///
+///     StateFolder folder("/var/lib/printer", StateFolder::Use::Keep);
+///     PrinterState state = folder.load();
+///     folder.save(settings, certificates);
+///
+/// All operations throw `StateError` or `std::system_error` if the folder does not exist, cannot be
+/// used or contains other files under these names.
 class StateFolder {
  public:
   enum class Use {
-    Look,  ///< reading what is there, even while another printer uses it
-    Keep,  ///< writing as well: one printer at a time
+    Look,  ///< only reading, even while another printer uses the folder
+    Keep,  ///< reading and writing; the folder is locked, because only one printer may do this
   };
 
+  /// Opens the folder, and locks it for `Keep`.
   StateFolder(std::string path, Use use);
 
-  /// The state; an empty one where none has been kept yet.
+  /// Returns the saved state, or an empty one if none has been saved.
   PrinterState load();
 
-  /// Keeps a state in place of the last one. Each file is written under another name and then
-  /// renamed, the index behind those that it speaks of, so that an interruption leaves one of the
-  /// two states. Only the owner can read the files.
+  /// Replaces the saved state. Each file is written under a temporary name and then renamed. The
+  /// index is written after the files that it names, so an interruption leaves the old or the new
+  /// state. Only the owner can read the files.
   void save(const SettingsStore::Values& settings, const CertificateStore& certificates);
 
  private:
   std::string filePath(const std::string& name) const { return m_Path + "/" + name; }
+  /// Returns the content of a file. Throws unless it is a regular file of at most 64 MiB.
   std::string readFile(const std::string& name) const;
+  /// Replaces a file in one step. Throws `std::system_error` and leaves the old file on failure.
   void writeFile(const std::string& name, const std::string& content) const;
 
   std::string m_Path;
-  util::UniqueFd m_Folder;
-  StateFiles m_Kept;
+  util::UniqueFd m_Folder;  ///< holds the lock
+  StateFiles m_Kept;        ///< the files as last loaded or saved
 };
 
 }  // namespace emulator

@@ -1,3 +1,5 @@
+// The pseudo-terminal: its creation, and reads and writes that do not block.
+
 #include "emulator/transport/pty_transport.h"
 
 #include <array>
@@ -12,6 +14,7 @@ namespace emulator {
 
 namespace {
 
+/// Returns the result of a system call. Throws `std::system_error` if it failed.
 int checked(int result, const char* what) {
   if (result < 0) {
     throw std::system_error(errno, std::generic_category(), what);
@@ -19,6 +22,7 @@ int checked(int result, const char* what) {
   return result;
 }
 
+/// Switches off everything that would change bytes: echo, line ends and special characters.
 void makeRaw(int terminal) {
   termios attributes{};
   checked(::tcgetattr(terminal, &attributes), "tcgetattr");
@@ -26,6 +30,7 @@ void makeRaw(int terminal) {
   checked(::tcsetattr(terminal, TCSANOW, &attributes), "tcsetattr");
 }
 
+/// Returns the path of the device that belongs to the master.
 std::string slavePath(int master) {
   std::array<char, 64> name{};
   if (const int error = ::ptsname_r(master, name.data(), name.size()); error != 0) {
@@ -63,6 +68,7 @@ void PtyTransport::sendDue() {
   while (ReplyQueue::Piece* const piece = m_Outgoing.due(Clock::now())) {
     const std::span<const npa::Byte> rest = piece->rest();
     const ssize_t count = ::write(m_Master.get(), rest.data(), rest.size());
+    // Full, because no program reads. The transport waits until it can write again.
     if (count < 0) {
       m_DeviceIsFull = true;
       return;

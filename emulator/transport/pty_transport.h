@@ -11,14 +11,19 @@
 
 namespace emulator {
 
-/// Puts an adapter behind a pseudo-terminal in raw mode: a character device that a program can
-/// open, write, select on and read like the printer driver's.
+/// Serves an adapter over a pseudo-terminal in raw mode. A program opens, writes, polls and reads
+/// this character device like the one of the kernel's printer driver.
+///
+///     PtyTransport transport(adapter);
+///     std::cout << transport.devicePath() << std::endl;  // /dev/pts/3
+///     transport.carry(signals, [](int) { return false; });
 class PtyTransport : public Transport {
  public:
-  /// Makes the pseudo-terminal; throws `std::system_error`. The adapter must outlive the transport.
+  /// Creates the pseudo-terminal. Throws `std::system_error` on failure. The adapter must outlive
+  /// the transport.
   explicit PtyTransport(Adapter& adapter);
 
-  /// The device to open, such as "/dev/pts/3".
+  /// Returns the path of the device to open, such as "/dev/pts/3".
   const std::string& devicePath() const { return m_DevicePath; }
 
   void sendDue() override;
@@ -29,7 +34,7 @@ class PtyTransport : public Transport {
  private:
   Adapter& m_Adapter;
   util::UniqueFd m_Master;
-  // Held open, so that the device keeps its raw mode while no program has it open.
+  // Open all the time, so that the device keeps its raw mode while no program has it open.
   util::UniqueFd m_Slave;
   std::string m_DevicePath;
   ReplyQueue m_Outgoing;

@@ -1,3 +1,5 @@
+// The queue of replies. Its order is that of the answers, and not that of the due times.
+
 #include "emulator/transport/reply_queue.h"
 
 #include <utility>

@@ -9,13 +9,19 @@
 
 namespace emulator {
 
-/// The pieces of an adapter's replies that are still to be sent, in order, each not before its
-/// time.
+/// The pieces of an adapter's replies that are not sent yet, in order. No piece is sent before its
+/// due time.
+///
+///     queue.add(adapter.receive(bytes), now);
+///     while (ReplyQueue::Piece* const piece = queue.due(Clock::now())) {
+///       write(piece->rest());
+///       queue.drop();
+///     }
 class ReplyQueue {
  public:
   using Clock = Adapter::Clock;
 
-  /// A piece of a reply, of which the first `sent` bytes are gone.
+  /// A piece of a reply. Its first `sent` bytes have been sent.
   struct Piece {
     Clock::time_point due;
     npa::Bytes bytes;
@@ -24,15 +30,15 @@ class ReplyQueue {
     std::span<const npa::Byte> rest() const { return std::span(bytes).subspan(sent); }
   };
 
-  /// Takes what the adapter answered at `now`.
+  /// Adds replies. Their delays start at `now`.
   void add(std::vector<Adapter::Reply> replies, Clock::time_point now);
 
-  /// The piece that is to be sent next, or null while none is due. It stays first until `drop`.
+  /// Returns the next piece, or null if none is due. The piece stays in the queue until `drop`.
   Piece* due(Clock::time_point now);
   void drop() { m_Pieces.pop_front(); }
   void clear() { m_Pieces.clear(); }
 
-  /// When the next piece is due; nothing when there is none.
+  /// Returns the due time of the next piece, or nothing if there is none.
   std::optional<Clock::time_point> nextDue() const;
 
  private:

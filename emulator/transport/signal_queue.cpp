@@ -1,3 +1,5 @@
+// Signals through a signalfd.
+
 #include "emulator/transport/signal_queue.h"
 
 #include <cerrno>
@@ -17,9 +19,9 @@ SignalQueue::SignalQueue(std::initializer_list<int> more) {
     ::sigaddset(&set, signal);
   }
   ::pthread_sigmask(SIG_BLOCK, &set, &m_Previous);
-  // An ignored SIGCHLD, which is inherited, would never tell that a child has ended.
+  // If SIGCHLD is inherited as ignored, the child's exit would never be reported.
   ::signal(SIGCHLD, SIG_DFL);
-  // A reader of our output that goes away must not end us before we have tidied up.
+  // If the reader of our output exits, SIGPIPE must not end us before the cleanup.
   ::signal(SIGPIPE, SIG_IGN);
   m_Fd = util::UniqueFd(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
   if (!m_Fd) {

@@ -7,23 +7,27 @@
 
 namespace emulator {
 
-/// Turns the signals that end a program, and SIGCHLD, into a queue that can be polled. While it
-/// lives they are blocked, and SIGPIPE is ignored.
+/// Turns SIGCHLD and the signals that end a program into a queue with a descriptor that can be
+/// polled. During its lifetime these signals are blocked and SIGPIPE is ignored.
+///
+///     const SignalQueue signals({SIGUSR1});
+///     while (const int signal = signals.next()) { ... }
 class SignalQueue {
  public:
-  /// Takes the signals of `more` as well.
+  /// Also queues the signals in `more`. Throws `std::system_error` on failure.
   SignalQueue(std::initializer_list<int> more = {});
   ~SignalQueue();
   SignalQueue(const SignalQueue&) = delete;
   SignalQueue& operator=(const SignalQueue&) = delete;
 
-  /// Readable when a signal waits.
+  /// Returns a descriptor that is readable while a signal is pending.
   int descriptor() const { return m_Fd.get(); }
 
-  /// Takes the next signal; 0 when none waits.
+  /// Removes the next signal and returns it. Returns 0 if none is pending.
   int next() const;
 
-  /// Lets signals act again as programs expect; for a child before it runs another program.
+  /// Restores the signal mask and the default action of SIGPIPE. A child calls it before it runs
+  /// another program.
   void restore() const;
 
  private:

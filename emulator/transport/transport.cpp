@@ -1,3 +1,5 @@
+// The loop that every transport runs: send, wait, receive, and handle signals.
+
 #include "emulator/transport/transport.h"
 
 #include <algorithm>
@@ -9,7 +11,7 @@ namespace emulator {
 
 namespace {
 
-/// Milliseconds until then, for poll; -1 for ever.
+/// Returns the milliseconds until `due`, for poll; -1 (no timeout) if nothing is due.
 int timeUntil(std::optional<Transport::Clock::time_point> due) {
   using std::chrono::milliseconds;
   if (!due) {

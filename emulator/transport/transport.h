@@ -10,7 +10,8 @@
 
 namespace emulator {
 
-/// Where an adapter's bytes come in and go out.
+/// Moves bytes between the host and an adapter. A derived class implements the four steps below,
+/// and `carry` runs them in a loop.
 class Transport {
  public:
   using Clock = std::chrono::steady_clock;
@@ -19,17 +20,17 @@ class Transport {
   Transport(const Transport&) = delete;
   Transport& operator=(const Transport&) = delete;
 
-  /// Sends what is due, as far as it can be sent without waiting.
+  /// Sends what is due, as far as that does not block.
   virtual void sendDue() = 0;
-  /// Takes in all that has arrived, without waiting.
+  /// Receives everything that has arrived, without blocking.
   virtual void receiveAll() = 0;
-  /// The descriptors to wait for, and what for.
+  /// Returns the descriptors to poll and the events to wait for.
   virtual std::vector<pollfd> awaited() const = 0;
-  /// When something is to be sent that nobody has to be waited for.
+  /// Returns when the next bytes are due, or nothing if the transport waits only for events.
   virtual std::optional<Clock::time_point> nextDue() const = 0;
 
-  /// Carries bytes through the transport. `goOn` is called with each signal that arrives; once it
-  /// returns false, what has already arrived is still received, and that is the end.
+  /// Runs the transport. Calls `goOn` with each signal that arrives. After `goOn` has returned
+  /// false, receives what has already arrived and returns.
   void carry(const SignalQueue& signals, const std::function<bool(int signal)>& goOn);
 
  protected:

@@ -1,3 +1,5 @@
+// The listening socket on 127.0.0.1.
+
 #include "emulator/usb/loopback_listener.h"
 
 #include <cerrno>
@@ -11,9 +13,11 @@ namespace emulator {
 
 namespace {
 
+/// Connections that may wait for `accept`.
 constexpr int Backlog = 8;
 constexpr int On = 1;
 
+/// Throws `std::system_error` if a system call failed.
 void check(int result, const char* what) {
   if (result < 0) {
     throw std::system_error(errno, std::generic_category(), what);
@@ -25,7 +29,7 @@ void check(int result, const char* what) {
 LoopbackListener::LoopbackListener(std::uint16_t port)
     : m_Socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
   check(m_Socket.get(), "socket");
-  // A port that the last printer has just left is free.
+  // Reuse a port that an earlier printer has just closed.
   check(::setsockopt(m_Socket.get(), SOL_SOCKET, SO_REUSEADDR, &On, sizeof On), "setsockopt");
   sockaddr_in address{};
   address.sin_family = AF_INET;
@@ -44,7 +48,7 @@ util::UniqueFd LoopbackListener::accept() const {
   util::UniqueFd connection(
       ::accept4(m_Socket.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
   if (connection) {
-    // A transfer's end is a few bytes that the host waits for.
+    // The end of a transfer is a few bytes for which the host waits: send them at once.
     ::setsockopt(connection.get(), IPPROTO_TCP, TCP_NODELAY, &On, sizeof On);
   }
   return connection;

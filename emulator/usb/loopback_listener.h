@@ -6,16 +6,17 @@
 
 namespace emulator {
 
-/// A TCP port that can be reached from this machine only.
+/// Listens on a TCP port that only this machine can reach.
 class LoopbackListener {
  public:
-  /// Listens at a port of 127.0.0.1; 0 takes any. Throws `std::system_error`.
+  /// Listens on a port of 127.0.0.1. If `port` is 0, the kernel selects one. Throws
+  /// `std::system_error` on failure.
   explicit LoopbackListener(std::uint16_t port);
 
   std::uint16_t port() const { return m_Port; }
   int descriptor() const { return m_Socket.get(); }
 
-  /// The next connection, which does not block; none when nobody waits.
+  /// Returns the next connection, which is non-blocking, or an empty descriptor if there is none.
   util::UniqueFd accept() const;
 
  private:

@@ -1,3 +1,5 @@
+// Reads and writes on the socket of a USB/IP session, without blocking.
+
 #include "emulator/usb/usb_connection.h"
 
 #include <array>
@@ -11,9 +13,10 @@ namespace emulator {
 
 namespace {
 
-/// With so much to be sent, nothing more is taken in.
+/// Bytes waiting to be sent. With more than that, the connection receives nothing.
 constexpr std::size_t MostOutgoing = 1U << 20U;
 
+/// Returns true if the call can succeed later.
 bool isForLater(int error) {
   return error == EAGAIN || error == EINTR;
 }
@@ -32,7 +35,7 @@ void UsbConnection::send() {
     const ssize_t count =
         ::send(m_Socket.get(), rest.data(), rest.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     if (count < 0) {
-      m_IsOver = m_IsOver || !isForLater(errno);
+      m_HasEnded = m_HasEnded || !isForLater(errno);
       break;
     }
     sent += static_cast<std::size_t>(count);
@@ -42,13 +45,13 @@ void UsbConnection::send() {
 
 void UsbConnection::receive() {
   std::array<npa::Byte, 16384> buffer{};
-  while (!isFull() && !m_IsOver) {
+  while (!isFull() && !m_HasEnded) {
     const ssize_t count = ::recv(m_Socket.get(), buffer.data(), buffer.size(), MSG_DONTWAIT);
     if (count < 0 && isForLater(errno)) {
       return;
     }
     if (count <= 0) {
-      m_IsOver = true;
+      m_HasEnded = true;
       return;
     }
     m_Session.receive(std::span(buffer).first(static_cast<std::size_t>(count)));

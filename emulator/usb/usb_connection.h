@@ -8,31 +8,35 @@
 
 namespace emulator {
 
-/// A socket with a USB/IP session behind it.
+/// A socket and its USB/IP session. `UsbTransport` polls it for `awaited` and then calls `receive`
+/// and `send`.
 class UsbConnection {
  public:
-  /// The device must outlive the connection.
+  /// Takes over the socket. The device must outlive the connection.
   UsbConnection(util::UniqueFd socket, UsbDevice& device, UsbipSession::Phase phase);
 
   UsbipSession& session() { return m_Session; }
   const UsbipSession& session() const { return m_Session; }
 
-  /// Sends what is to be sent, as far as the socket takes it.
+  /// Sends the output of the session, as far as the socket accepts it.
   void send();
-  /// Takes in what has arrived. Throws `UsbipError` when it breaks the protocol.
+  /// Passes the bytes that have arrived to the session. Throws `UsbipError` if they break the
+  /// protocol.
   void receive();
 
-  /// Whether the other side is gone.
-  bool isOver() const { return m_IsOver; }
+  /// Returns true if the other side has closed the connection.
+  bool hasEnded() const { return m_HasEnded; }
+  /// Returns the socket and the events to wait for.
   pollfd awaited() const;
 
  private:
+  /// Returns true if too many bytes wait to be sent.
   bool isFull() const;
 
   util::UniqueFd m_Socket;
   UsbipSession m_Session;
   npa::Bytes m_Outgoing;
-  bool m_IsOver = false;
+  bool m_HasEnded = false;
 };
 
 }  // namespace emulator

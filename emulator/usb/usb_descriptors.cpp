@@ -1,3 +1,5 @@
+// The descriptors byte by byte, in the order of the tables in USB 2.0, section 9.6.
+
 #include "emulator/usb/usb_descriptors.h"
 
 #include <algorithm>
@@ -12,12 +14,14 @@ namespace {
 
 using npa::Byte;
 
+// The largest packets in bytes, and the releases of USB in binary-coded decimal.
 constexpr std::size_t FullSpeedPacket = 64;
 constexpr std::size_t HighSpeedPacket = 512;
 constexpr Byte ControlPacket = 64;
 constexpr unsigned Usb11 = 0x0110;
 constexpr unsigned Usb20 = 0x0200;
 
+// The protocols of the printer class 1.1. The index is the alternate setting.
 constexpr Byte ProtocolUnidirectional = 1;
 constexpr Byte ProtocolBidirectional = 2;
 constexpr std::array<Byte, LargestAlternateCount> Protocols = {ProtocolUnidirectional,
@@ -26,7 +30,7 @@ constexpr std::array<Byte, LargestAlternateCount> Protocols = {ProtocolUnidirect
 constexpr Byte StringMaker = 1;
 constexpr Byte StringProduct = 2;
 constexpr Byte StringSerial = 3;
-/// By their index, from 1 on; index 0 lists the languages.
+/// The strings from index 1 on. Index 0 lists the languages.
 constexpr std::array<std::string_view, 3> Strings = {"Emulated", "Printer with wireless adapter",
                                                      "0001"};
 constexpr Byte NoString = 0;
@@ -36,10 +40,11 @@ constexpr std::string_view DeviceIdText =
     "MFG:Emulated;CMD:NPA;MDL:Printer with wireless adapter;CLS:PRINTER;SN:0001;";
 
 constexpr Byte BulkTransfers = 2;
+// Attributes of the configuration. The power is in units of 2 mA.
 constexpr Byte SelfPowered = 0xC0;
 constexpr Byte TwoMilliampere = 1;
 
-/// Puts the length ahead, which counts itself.
+/// Returns a descriptor: its length, which includes the length byte itself, and `rest`.
 npa::Bytes withLength(std::initializer_list<Byte> rest) {
   npa::Bytes bytes(rest.size() + 1);
   bytes[0] = static_cast<Byte>(bytes.size());
@@ -55,6 +60,7 @@ unsigned release(UsbSpeed speed) {
   return speed == UsbSpeed::High ? Usb20 : Usb11;
 }
 
+/// USB 2.0, table 9-8.
 npa::Bytes deviceDescriptor(UsbSpeed speed) {
   return withLength({DescriptorDevice, npa::lowByte(release(speed)), npa::highByte(release(speed)),
                      0, 0, 0, ControlPacket, npa::lowByte(UsbVendor), npa::highByte(UsbVendor),
@@ -62,17 +68,19 @@ npa::Bytes deviceDescriptor(UsbSpeed speed) {
                      npa::highByte(UsbRelease), StringMaker, StringProduct, StringSerial, 1});
 }
 
-/// What the device would be at the other speed.
+/// The device qualifier (USB 2.0, table 9-9): the device as it would be at the other speed.
 npa::Bytes qualifier() {
   return withLength({DescriptorQualifier, npa::lowByte(Usb20), npa::highByte(Usb20), 0, 0, 0,
                      ControlPacket, 1, 0});
 }
 
+/// USB 2.0, table 9-13.
 npa::Bytes endpointDescriptor(Byte address, std::size_t packet) {
   return withLength(
       {DescriptorEndpoint, address, BulkTransfers, npa::lowByte(packet), npa::highByte(packet), 0});
 }
 
+/// A configuration (USB 2.0, table 9-10) with its interface, alternate settings and endpoints.
 npa::Bytes configuration(const UsbTraits& traits, Byte type, UsbSpeed speed) {
   constexpr std::size_t headSize = 9;
   npa::Bytes all(headSize);
@@ -93,6 +101,7 @@ npa::Bytes configuration(const UsbTraits& traits, Byte type, UsbSpeed speed) {
   return all;
 }
 
+/// USB 2.0, table 9-15 and 9-16. Returns nothing for an unknown index.
 std::optional<npa::Bytes> stringDescriptor(Byte index) {
   if (index == 0) {
     return withLength({DescriptorString, npa::lowByte(EnglishUs), npa::highByte(EnglishUs)});

@@ -6,8 +6,8 @@
 #include "catalogue/packet_reader.h"
 #include "emulator/usb/usb_traits.h"
 
-/// What the printer tells about itself as a USB device (USB 2.0, chapter 9; the printer class 1.1).
-/// Multi-byte numbers are little-endian, but for the length of the device ID.
+/// The printer's descriptions of itself as a USB device (USB 2.0, chapter 9; USB printer
+/// class 1.1). Numbers of several bytes are little-endian, except the length of the device ID.
 namespace emulator {
 
 /// Descriptor types.
@@ -19,7 +19,7 @@ inline constexpr npa::Byte DescriptorEndpoint = 5;
 inline constexpr npa::Byte DescriptorQualifier = 6;
 inline constexpr npa::Byte DescriptorOtherSpeed = 7;
 
-/// A number that is given to test devices, so it is no maker's.
+/// A vendor and product number for test devices. They belong to no manufacturer.
 inline constexpr unsigned UsbVendor = 0x1209;
 inline constexpr unsigned UsbProduct = 0x0001;
 inline constexpr unsigned UsbRelease = 0x0100;
@@ -33,21 +33,23 @@ inline constexpr npa::Byte EndpointOut = 0x01;
 inline constexpr npa::Byte EndpointIn = 0x82;
 inline constexpr npa::Byte EndpointDirectionIn = 0x80;
 
-/// The size of a bulk packet in bytes.
+/// Returns the size of the largest bulk packet in bytes.
 std::size_t bulkPacketSize(UsbSpeed speed);
 
-/// The interface protocol of an alternate setting. With one setting it is bidirectional (2); with
-/// several they are unidirectional (1), bidirectional (2), IEEE 1284.4 (3), of the vendor's own.
+/// Returns the interface protocol of an alternate setting. A single setting is bidirectional (2).
+/// Several are, in this order, unidirectional (1), bidirectional (2), IEEE 1284.4 (3) and
+/// vendor-specific (255).
 npa::Byte interfaceProtocol(const UsbTraits& traits, std::size_t alternate);
 
-/// Whether an alternate setting has the bulk IN endpoint; all have the bulk OUT endpoint.
+/// Returns true if an alternate setting has the bulk IN endpoint. All have the bulk OUT endpoint.
 bool hasInEndpoint(const UsbTraits& traits, std::size_t alternate);
 
-/// A descriptor, whole; nothing for one that the device does not have. The device qualifier and
-/// the other-speed configuration are for devices that know both speeds, so only at high speed.
+/// Returns a complete descriptor, or nothing if the device does not have it. Only a high-speed
+/// device supports both speeds, so only it has a device qualifier and an other-speed configuration.
 std::optional<npa::Bytes> usbDescriptor(const UsbTraits& traits, npa::Byte type, npa::Byte index);
 
-/// The IEEE 1284 device ID behind its length of two bytes, high byte first, which counts itself.
+/// Returns the IEEE 1284 device ID: a length of two bytes, high byte first, and the text. The
+/// length includes its own two bytes.
 npa::Bytes deviceId();
 
 }  // namespace emulator

@@ -1,3 +1,5 @@
+// Transfers on the bulk endpoints: when they start, what they carry, and how they end.
+
 #include "emulator/usb/usb_device.h"
 
 #include <algorithm>
@@ -35,6 +37,7 @@ void UsbDevice::submit(UsbTransfer transfer) {
       transfer.endpoint < EndpointDirectionIn
           ? pipeAt(transfer.endpoint | (isIn ? unsigned{EndpointDirectionIn} : 0U))
           : nullptr;
+  // No such endpoint exists in the current configuration and alternate setting.
   if (pipe == nullptr) {
     m_Ended.push_back({.id = transfer.id, .status = UsbStalled});
     return;
@@ -121,7 +124,7 @@ std::optional<std::int32_t> UsbDevice::failure(UsbPipe& pipe) {
     return UsbStalled;
   }
   if (fault == FaultKind::ProtocolError) {
-    // Some hosts try again at once, thousands of times.
+    // Log it once: some hosts retry immediately, thousands of times.
     if (pipe.isNews(*fault)) {
       m_Log.note("USB: protocol errors on " + std::string(name));
     }
@@ -205,16 +208,18 @@ void UsbDevice::giveFrom(ReplyQueue::Piece& piece) {
   piece.sent += count;
   m_In.count(count);
   if (count < wanted) {
-    // A fault ends the transfer, or keeps it.
+    // A fault comes first. It ends the transfer or holds it.
     return;
   }
   const bool isFull = transfer.done == transfer.length;
   std::int32_t status = transfer.mustBeFull && !isFull ? UsbShort : UsbDone;
   if (const std::size_t cut = piece.sent % packet; cut != 0 && !piece.rest().empty()) {
-    // The host's buffer ends inside a packet, whose rest is lost.
+    // The host's buffer ends inside a packet. The rest of the packet is lost.
     piece.sent += std::min(packet - cut, piece.rest().size());
     status = UsbTooMuch;
   }
+  // If a full packet fills the transfer, the piece stays for another one, which gets the empty
+  // packet.
   const bool endsInShortPacket = piece.bytes.size() % packet != 0;
   if (piece.rest().empty() && (endsInShortPacket || !isFull || emptyPacketIsLeft)) {
     m_Replies.drop();

@@ -15,46 +15,51 @@
 
 namespace emulator {
 
-/// An adapter as a USB device of the printer class: transfers in, their ends out. How they travel
-/// is the business of the transport.
+/// An adapter as a USB device of the printer class. It takes transfers and returns their
+/// completions. A transport moves them between the device and the host.
 ///
-/// A transfer from the device gets at most one piece of a reply. One whose size is a multiple of
-/// the packet size is ended by an empty packet, without which no host would see its end.
+///     device.submit(transfer);
+///     for (const UsbCompletion& completion : device.advance()) { ... }
+///
+/// An IN transfer gets at most one piece of a reply. If the size of a piece is a multiple of the
+/// packet size, an empty packet follows it. Without that packet no host could recognise the end.
 class UsbDevice {
  public:
   using Clock = Adapter::Clock;
 
-  /// The adapter and the log must outlive the device. `now` tells the time.
+  /// The adapter and the log must outlive the device. `now` returns the time.
   UsbDevice(Adapter& adapter, UsbTraits traits, MessageLog& log,
             std::function<Clock::time_point()> now = Clock::now);
 
   const UsbTraits& traits() const { return m_Traits; }
 
-  /// Takes over a transfer, which then waits for its turn.
+  /// Queues a transfer.
   void submit(UsbTransfer transfer);
-  /// Takes a transfer back; returns false when it is not waiting (any more). What has been
-  /// transferred of it stays so.
+  /// Removes a waiting transfer. Returns false if there is none of that id. Bytes that it has
+  /// already transferred stay transferred.
   bool unlink(std::uint32_t id);
-  /// Transfers what can be transferred now and returns what has ended since the last call.
+  /// Transfers what can be transferred now. Returns the transfers that have ended since the last
+  /// call.
   std::vector<UsbCompletion> advance();
-  /// When `advance` will have something to do without a new transfer.
+  /// Returns when `advance` can continue without a new transfer, or nothing if it cannot.
   std::optional<Clock::time_point> nextDue() const;
 
-  /// Whether the printer wants to be unplugged, as its faults have it.
+  /// Returns true if a fault demands that the printer is unplugged now.
   bool wantsUnplug() const { return m_WantsUnplug; }
-  /// The connection with the host is lost: transfers, pending replies and the part of a packet that
-  /// has come are gone, and so are the faults. The device is as it is when plugged in.
+  /// Ends the connection with the host. Drops all transfers, pending replies, a partial packet and
+  /// the faults. The device is then in the state of a device that has just been plugged in.
   void unplug();
 
-  /// How many transfers wait, and the bytes that they hold.
+  /// Returns the count of waiting transfers, and the count of bytes in their buffers.
   std::size_t waiting() const { return m_Out.waiting() + m_In.waiting(); }
   std::size_t waitingBytes() const { return m_Out.waitingBytes() + m_In.waitingBytes(); }
 
  private:
-  /// A request that the device knows, see usb_requests.cpp.
+  /// A row of the table of requests (usb_requests.cpp).
   struct Request;
 
-  /// The data stage of a control request; nothing for a stall.
+  // The requests on the control endpoint. Each returns the data stage, or nothing for a stall.
+
   std::optional<npa::Bytes> answer(const UsbSetup& setup);
   std::optional<npa::Bytes> getDescriptor(const UsbSetup& setup);
   std::optional<npa::Bytes> setAddress(const UsbSetup& setup);
@@ -71,25 +76,33 @@ class UsbDevice {
   std::optional<npa::Bytes> getPortStatus(const UsbSetup& setup);
   std::optional<npa::Bytes> softReset(const UsbSetup& setup);
 
+  /// Returns true if the request is for the interface and the device is configured.
   bool isInterface(const UsbSetup& setup) const;
+  /// Returns true if the configured device has that alternate setting.
   bool hasAlternate(std::size_t number) const;
-  /// The pipe of an endpoint address, or null where there is none now.
+  /// Returns the pipe of an endpoint address, or null if the current setting has none.
   UsbPipe* pipeAt(unsigned address);
   void clearHalts();
+  /// Drops pending replies and a partial packet.
   void forgetBytes();
 
+  /// Runs a transfer on the control endpoint.
   void control(UsbTransfer transfer);
+  /// Ends the first transfer of a pipe.
   void end(UsbPipe& pipe, std::int32_t status);
-  /// How a transfer fails now, if it does.
+  /// Returns the status with which a transfer fails now, or nothing if it does not fail.
   std::optional<std::int32_t> failure(UsbPipe& pipe);
-  /// Ends the transfers that fail, and returns whether another can go on.
+  /// Ends the transfers that fail. Returns true if the next one can continue.
   bool canTransfer(UsbPipe& pipe);
+  /// Passes the bytes of OUT transfers to the adapter.
   void takeOut();
+  /// Fills IN transfers from the replies that are due.
   void giveIn();
+  /// Fills the first IN transfer from one piece.
   void giveFrom(ReplyQueue::Piece& piece);
-  /// When the next bytes of the first OUT transfer have been taken.
+  /// Returns when the printer has accepted the next chunk of the first OUT transfer.
   Clock::time_point outDue() const;
-  /// How many bytes of it these are.
+  /// Returns the size of that chunk in bytes.
   std::size_t outChunk() const;
 
   Adapter& m_Adapter;
@@ -99,10 +112,10 @@ class UsbDevice {
   UsbPipe m_Out;
   UsbPipe m_In;
   ReplyQueue m_Replies;
-  std::vector<UsbCompletion> m_Ended;
-  npa::Byte m_Configuration = 0;
+  std::vector<UsbCompletion> m_Ended;  ///< for the next `advance`
+  npa::Byte m_Configuration = 0;       ///< 0: not configured
   npa::Byte m_Alternate = 0;
-  /// Since when a slow printer is at the next bytes.
+  /// When a slow printer began to accept the next chunk.
   Clock::time_point m_OutSince;
   bool m_WantsUnplug = false;
 };

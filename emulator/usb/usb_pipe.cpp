@@ -1,3 +1,5 @@
+// The queue of an endpoint and its faults, which are sorted by the bytes that precede them.
+
 #include "emulator/usb/usb_pipe.h"
 
 #include <algorithm>
@@ -9,7 +11,8 @@ namespace emulator {
 
 namespace {
 
-std::size_t bytesToTake(const UsbTransfer& transfer) {
+/// Returns the count of bytes that an OUT transfer holds; 0 for an IN transfer.
+std::size_t bytesHeld(const UsbTransfer& transfer) {
   return transfer.direction == UsbDirection::Out ? transfer.data.size() : 0;
 }
 
@@ -22,13 +25,13 @@ UsbPipe::UsbPipe(UsbDirection direction, const std::vector<UsbFault>& faults) {
 }
 
 void UsbPipe::add(UsbTransfer transfer) {
-  m_WaitingBytes += bytesToTake(transfer);
+  m_WaitingBytes += bytesHeld(transfer);
   m_Transfers.push_back(std::move(transfer));
 }
 
 UsbCompletion UsbPipe::endFirst(std::int32_t status) {
   UsbTransfer& transfer = first();
-  m_WaitingBytes -= bytesToTake(transfer);
+  m_WaitingBytes -= bytesHeld(transfer);
   UsbCompletion end{.id = transfer.id, .status = status, .done = transfer.done};
   if (transfer.direction == UsbDirection::In) {
     end.data = std::move(transfer.data);
@@ -42,7 +45,7 @@ bool UsbPipe::remove(std::uint32_t id) {
   if (found == m_Transfers.end()) {
     return false;
   }
-  m_WaitingBytes -= bytesToTake(*found);
+  m_WaitingBytes -= bytesHeld(*found);
   m_Transfers.erase(found);
   return true;
 }

@@ -9,47 +9,50 @@
 
 namespace emulator {
 
-/// A bulk endpoint: the transfers that wait for it, in order, and what goes wrong with it.
+/// A bulk endpoint: its waiting transfers, in order, and its faults.
 class UsbPipe {
  public:
   using FaultKind = UsbFault::Kind;
 
+  /// Keeps the faults of that direction.
   UsbPipe(UsbDirection direction, const std::vector<UsbFault>& faults);
 
   /// Queues a transfer.
   void add(UsbTransfer transfer);
   bool isIdle() const { return m_Transfers.empty(); }
+  /// Returns the first transfer. There must be one.
   UsbTransfer& first() { return m_Transfers.front(); }
   const UsbTransfer& first() const { return m_Transfers.front(); }
-  /// Ends the first transfer.
+  /// Removes the first transfer and returns its completion.
   UsbCompletion endFirst(std::int32_t status);
-  /// Takes a transfer back; returns whether it was waiting.
+  /// Removes a transfer. Returns false if there is none of that id.
   bool remove(std::uint32_t id);
   void removeAll();
 
-  /// Counts bytes of the first transfer.
+  /// Counts bytes as transferred by the first transfer.
   void count(std::size_t bytes);
-  /// The fault that has been reached by the bytes counted.
+  /// Returns the fault that the counted bytes have reached, or nothing if there is none.
   std::optional<FaultKind> fault() const;
-  /// How many bytes may be transferred until the next fault; at least one while there is none.
+  /// Returns how many bytes may be transferred before the next fault. This is at least 1 unless a
+  /// fault has been reached.
   std::size_t untilFault() const;
-  /// Whether this is another fault than at the last such question.
-  bool isNews(FaultKind kind) { return std::exchange(m_LastTold, kind) != kind; }
+  /// Returns true if this is not the kind of fault of the previous call.
+  bool isNews(FaultKind kind) { return std::exchange(m_LastReported, kind) != kind; }
   void endFaults() { m_Faults.clear(); }
 
   bool isHalted() const { return m_IsHalted; }
   void halt() { m_IsHalted = true; }
-  /// Ends the halt, and the stall that it came of.
+  /// Ends a halt and removes the stall that caused it.
   void clearHalt();
 
   std::size_t waiting() const { return m_Transfers.size(); }
-  /// The bytes of the OUT transfers that wait.
+  /// Returns the count of bytes in the waiting OUT transfers.
   std::size_t waitingBytes() const { return m_WaitingBytes; }
 
  private:
   std::deque<UsbTransfer> m_Transfers;
   std::vector<UsbFault> m_Faults;
-  std::optional<FaultKind> m_LastTold;
+  std::optional<FaultKind> m_LastReported;
   std::size_t m_Counted = 0;
   std::size_t m_WaitingBytes = 0;
   bool m_IsHalted = false;

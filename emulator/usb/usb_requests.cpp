@@ -1,3 +1,7 @@
+// The requests on the control endpoint (USB 2.0, section 9.4; USB printer class 1.1, section 4.2).
+// A request that is not in the table, or that the device cannot carry out in its state, gets a
+// stall.
+
 #include <algorithm>
 #include <array>
 
@@ -5,23 +9,21 @@
 #include "emulator/usb/usb_device.h"
 #include "npa/packet.h"
 
-// The requests on the control endpoint. Whatever is not in the table, or does not fit the device as
-// it is now, is answered by a stall.
-
 namespace emulator {
 
 namespace {
 
 using npa::Byte;
 
+// Bits of the statuses.
 constexpr Byte SelfPoweredStatus = 1;
 constexpr Byte HaltedStatus = 1;
 constexpr std::uint16_t FeatureEndpointHalt = 0;
-/// Selected, no error; not out of paper.
+/// The printer is selected, has no error and is not out of paper.
 constexpr Byte PortStatus = 0x18;
 constexpr unsigned HighestAddress = 127;
 
-/// A status of two bytes.
+/// Returns a status of two bytes, low byte first.
 npa::Bytes status(Byte low) {
   return {low, 0};
 }
@@ -29,7 +31,7 @@ npa::Bytes status(Byte low) {
 }  // namespace
 
 struct UsbDevice::Request {
-  Byte type;  ///< direction, kind and recipient
+  Byte type;  ///< direction, kind and recipient in one byte (USB 2.0, table 9-2)
   Byte code;
   std::optional<npa::Bytes> (UsbDevice::*answer)(const UsbSetup& setup);
 };
@@ -50,7 +52,7 @@ std::optional<npa::Bytes> UsbDevice::answer(const UsbSetup& setup) {
       Request{0xA1, 0x00, &UsbDevice::getDeviceId},
       Request{0xA1, 0x01, &UsbDevice::getPortStatus},
       Request{0x21, 0x02, &UsbDevice::softReset},
-      // As version 1.0 of the class had it, and as drivers still send it.
+      // The form of version 1.0 of the class, which drivers still send.
       Request{0x23, 0x02, &UsbDevice::softReset},
   };
   const auto* const found = std::ranges::find_if(requests, [&](const Request& request) {
@@ -81,7 +83,7 @@ std::optional<npa::Bytes> UsbDevice::getDescriptor(const UsbSetup& setup) {
   return usbDescriptor(m_Traits, npa::highByte(setup.value), npa::lowByte(setup.value));
 }
 
-// The number itself is the host controller's business.
+// Accepts the address and does not store it: the host controller addresses the device.
 std::optional<npa::Bytes> UsbDevice::setAddress(const UsbSetup& setup) {
   return setup.value <= HighestAddress ? std::optional(npa::Bytes()) : std::nullopt;
 }
@@ -122,7 +124,7 @@ std::optional<npa::Bytes> UsbDevice::interfaceStatus(const UsbSetup& setup) {
 }
 
 std::optional<npa::Bytes> UsbDevice::endpointStatus(const UsbSetup& setup) {
-  // The control endpoint is there always, in both directions, and never halted.
+  // The control endpoint always exists, in both directions, and is never halted.
   if ((setup.index & ~unsigned{EndpointDirectionIn}) == 0) {
     return status(0);
   }
@@ -151,8 +153,8 @@ std::optional<npa::Bytes> UsbDevice::setHalt(const UsbSetup& setup) {
   return npa::Bytes();
 }
 
-// The index has the interface in its high byte and the alternate setting in the low one; the value
-// counts configurations from 0.
+// The high byte of the index is the interface, its low byte the alternate setting. The value is the
+// index of the configuration, counted from 0.
 std::optional<npa::Bytes> UsbDevice::getDeviceId(const UsbSetup& setup) {
   return setup.value == 0 && hasAlternate(setup.index) ? std::optional(deviceId()) : std::nullopt;
 }

@@ -7,18 +7,19 @@
 
 namespace emulator {
 
+/// The speed of the bus: full (12 Mbit/s) or high (480 Mbit/s).
 enum class UsbSpeed { Full, High };
 
-/// As the host sees it.
+/// The direction as the host names it: Out is from the host to the printer.
 enum class UsbDirection { Out, In };
 
-/// What goes wrong with the transfers of one direction once so many bytes have gone through.
+/// A fault of the transfers in one direction. It starts after `afterBytes` bytes.
 struct UsbFault {
   enum class Kind {
-    Stall,          ///< the endpoint is halted, until the host clears that
-    ProtocolError,  ///< each transfer fails
-    Hold,           ///< no transfer is completed
-    Unplug,         ///< the printer is gone
+    Stall,          ///< the endpoint is halted until the host clears the halt
+    ProtocolError,  ///< every transfer fails
+    Hold,           ///< no transfer ends
+    Unplug,         ///< the printer is unplugged
   };
 
   Kind kind;
@@ -28,16 +29,20 @@ struct UsbFault {
 
 inline constexpr std::size_t LargestAlternateCount = 4;
 
-/// How an emulated printer looks and behaves as a USB device.
+/// The properties and faults of an emulated printer as a USB device:
+///
+///     UsbTraits{.speed = UsbSpeed::Full,
+///               .faults = {{UsbFault::Kind::Stall, UsbDirection::In, 64}}}
 struct UsbTraits {
   UsbSpeed speed = UsbSpeed::High;
-  /// How many alternate settings the interface has, 1 to `LargestAlternateCount`.
+  /// The count of alternate settings of the interface, 1 to `LargestAlternateCount`.
   std::size_t alternates = 1;
-  /// They are over when the printer is plugged in again.
+  /// The faults. They do not return after the printer is plugged in again.
   std::vector<UsbFault> faults{};
-  /// How fast the printer takes bytes; 0 for at once.
+  /// How fast the printer accepts bytes; 0 means immediately.
   std::size_t outBytesPerSecond = 0;
-  /// How long after an unplug of its own the printer is plugged in again; without it, not.
+  /// How long after an `Unplug` fault the printer is plugged in again. If this is empty, it stays
+  /// unplugged.
   std::optional<std::chrono::seconds> replugAfter{};
 };
 

@@ -9,7 +9,8 @@
 
 namespace emulator {
 
-/// A request on the control endpoint (USB 2.0, 9.3); its numbers are little-endian on the wire.
+/// A request on the control endpoint (USB 2.0, section 9.3). Its numbers are little-endian on the
+/// wire.
 struct UsbSetup {
   npa::Byte type = 0;
   npa::Byte request = 0;
@@ -18,23 +19,24 @@ struct UsbSetup {
   std::uint16_t length = 0;
 };
 
-/// How transfers end, as negative error numbers of Linux, which USB/IP uses on every system.
+/// The statuses of ended transfers: negative error numbers of Linux, which USB/IP uses on all
+/// systems.
 inline constexpr std::int32_t UsbDone = 0;
 inline constexpr std::int32_t UsbStalled = -32;        ///< EPIPE
 inline constexpr std::int32_t UsbProtocolFault = -71;  ///< EPROTO
-inline constexpr std::int32_t UsbTooMuch = -75;        ///< EOVERFLOW: a packet had more than fits
+inline constexpr std::int32_t UsbTooMuch = -75;        ///< EOVERFLOW: a packet did not fit
 inline constexpr std::int32_t UsbUnlinked = -104;      ///< ECONNRESET
-inline constexpr std::int32_t UsbShort = -121;         ///< EREMOTEIO: less than was insisted on
+inline constexpr std::int32_t UsbShort = -121;         ///< EREMOTEIO: fewer bytes than required
 
-/// What a host wants transferred.
+/// A transfer that a host has submitted.
 struct UsbTransfer {
-  std::uint32_t id = 0;  ///< by which the host knows it
+  std::uint32_t id = 0;  ///< the host's number for it
   std::uint32_t endpoint = 0;
   UsbDirection direction = UsbDirection::Out;
   UsbSetup setup{};
-  std::size_t length = 0;   ///< of the host's buffer
-  npa::Bytes data{};        ///< OUT: as long as `length`. IN: what came so far
-  bool mustBeFull = false;  ///< IN: less than `length` is an error
+  std::size_t length = 0;   ///< bytes of the host's buffer
+  npa::Bytes data{};        ///< OUT: `length` bytes. IN: the bytes so far
+  bool mustBeFull = false;  ///< IN: fewer than `length` bytes are an error
   std::size_t done = 0;     ///< bytes transferred so far
 };
 

@@ -1,3 +1,5 @@
+// Plugging in and out, and the connections of a USB device.
+
 #include "emulator/usb/usb_transport.h"
 
 #include <algorithm>
@@ -8,7 +10,7 @@ namespace emulator {
 
 namespace {
 
-/// More wait until one is over.
+/// Further connections wait until one has ended.
 constexpr std::size_t MostConnections = 16;
 
 }  // namespace
@@ -90,20 +92,20 @@ void UsbTransport::sendDue() {
 void UsbTransport::receiveAll() {
   acceptAll();
   for (auto connection = m_Connections.begin(); connection != m_Connections.end();) {
-    bool isOver = false;
+    bool hasEnded = false;
     connection->session().offer(offer());
     try {
       connection->receive();
-      isOver = connection->isOver();
+      hasEnded = connection->hasEnded();
     } catch (const UsbipError& error) {
       m_Log.note(std::string("USB: the host is dropped: ") + error.what());
-      isOver = true;
+      hasEnded = true;
     }
-    if (isOver && connection->session().hasDevice()) {
+    if (hasEnded && connection->session().hasDevice()) {
       m_Device.unplug();
       m_Log.note("USB: the host is gone");
     }
-    connection = isOver ? m_Connections.erase(connection) : std::next(connection);
+    connection = hasEnded ? m_Connections.erase(connection) : std::next(connection);
   }
 }
 

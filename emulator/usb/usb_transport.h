@@ -14,18 +14,25 @@
 
 namespace emulator {
 
-/// Puts a device where a kernel finds it: plugs it into this machine's virtual USB host controller,
-/// or serves it at a TCP port. It can be unplugged and plugged in again.
+/// Makes a device available to a kernel. It plugs the device into this machine's virtual USB host
+/// controller, or serves it over USB/IP on a TCP port. The device can be unplugged and plugged in
+/// again.
+///
+///     UsbTransport transport(device, log, 3240);
+///     transport.carry(signals, [](int) { return false; });
 class UsbTransport : public Transport {
  public:
-  /// Plugs the device in; throws `std::runtime_error`. Device and log must outlive the transport.
+  /// Plugs the device into this machine. Throws `std::runtime_error` on failure. Device and log
+  /// must outlive the transport.
   UsbTransport(UsbDevice& device, MessageLog& log);
-  /// Serves it at a port of 127.0.0.1 (0: any); throws `std::system_error`.
+  /// Serves the device on a port of 127.0.0.1. If `port` is 0, the kernel selects one. Throws
+  /// `std::system_error` on failure.
   UsbTransport(UsbDevice& device, MessageLog& log, std::uint16_t port);
 
-  /// Where it is served; 0 when it is plugged into this machine.
+  /// Returns the TCP port, or 0 if the device is plugged into this machine.
   std::uint16_t port() const { return m_Listener ? m_Listener->port() : 0; }
-  /// The printer's node, once there is one; not when it is served.
+  /// Returns the path of the printer's device file once it exists. Returns nothing if the device is
+  /// served on a port.
   std::optional<std::string> printerNode() const;
 
   bool isPluggedIn() const { return m_IsPluggedIn; }
@@ -38,8 +45,9 @@ class UsbTransport : public Transport {
   std::optional<Clock::time_point> nextDue() const override;
 
  private:
+  /// Accepts the connections that wait, up to the limit.
   void acceptAll();
-  /// How an import would end now.
+  /// Returns the status that an import would get now.
   UsbipStatus offer() const;
 
   UsbDevice& m_Device;
@@ -48,7 +56,7 @@ class UsbTransport : public Transport {
   std::unique_ptr<VhciPort> m_Vhci;
   std::list<UsbConnection> m_Connections;
   bool m_IsPluggedIn = false;
-  std::optional<Clock::time_point> m_PlugInAt;
+  std::optional<Clock::time_point> m_PlugInAt;  ///< after an `Unplug` fault
 };
 
 }  // namespace emulator

@@ -1,3 +1,5 @@
+// The USB/IP messages: reading and writing their headers (usbip_protocol.rst of the Linux kernel).
+
 #include "emulator/usb/usbip_messages.h"
 
 #include <algorithm>
@@ -13,12 +15,13 @@ namespace {
 
 using npa::Byte;
 
+// The first number of a message about a transfer.
 constexpr std::uint32_t CommandSubmit = 1;
 constexpr std::uint32_t CommandUnlink = 2;
 constexpr std::uint32_t ReplySubmit = 3;
 constexpr std::uint32_t ReplyUnlink = 4;
 
-// Where the fields of a command stand.
+// The offsets of the fields of a command, in bytes.
 constexpr std::size_t AtId = 4;
 constexpr std::size_t AtDevice = 8;
 constexpr std::size_t AtDirection = 12;
@@ -29,15 +32,19 @@ constexpr std::size_t AtLength = 24;
 constexpr std::size_t AtPackets = 32;
 constexpr std::size_t AtSetup = 40;
 
+/// The transfer must be complete.
 constexpr std::uint32_t FlagShortNotOk = 1;
+/// Like 0, it means that the transfer is not isochronous.
 constexpr std::uint32_t NoPackets = 0xFFFFFFFF;
 
+// Version 1.1.1, and the codes of requests and replies.
 constexpr std::uint16_t Version = 0x0111;
 constexpr std::uint16_t RequestList = 0x8005;
 constexpr std::uint16_t RequestImport = 0x8003;
 constexpr std::uint16_t ReplyList = 0x0005;
 constexpr std::uint16_t ReplyImport = 0x0003;
 
+/// The size of the field for the path, which is padded with zeros.
 constexpr std::size_t PathSize = 256;
 constexpr std::string_view Path = "/sys/devices/emulated/usb1/1-1";
 
@@ -60,6 +67,7 @@ void appendLong(npa::Bytes& bytes, std::uint32_t number) {
   appendShort(bytes, number);
 }
 
+/// Appends a text, padded with zeros to `size` bytes.
 void appendText(npa::Bytes& bytes, std::string_view text, std::size_t size) {
   std::ranges::copy(text, std::back_inserter(bytes));
   bytes.resize(bytes.size() + size - text.size());
@@ -73,7 +81,7 @@ UsbSetup parseSetup(std::span<const Byte> bytes) {
           .length = littleEndianAt(bytes, 6)};
 }
 
-/// Device, direction and endpoint of a reply are 0.
+/// Returns the start of a reply, up to its status. Device, direction and endpoint are 0.
 npa::Bytes replyHead(std::uint32_t kind, std::uint32_t id, std::int32_t status) {
   npa::Bytes bytes;
   bytes.reserve(UsbipHeaderSize);
@@ -84,7 +92,7 @@ npa::Bytes replyHead(std::uint32_t kind, std::uint32_t id, std::int32_t status) 
   return bytes;
 }
 
-/// A transfer's part of a command.
+/// Reads the fields of a command that submits a transfer.
 void parseSubmit(std::span<const Byte> header, UsbipCommand& command) {
   UsbTransfer& transfer = command.transfer;
   transfer.endpoint = longAt(header, AtEndpoint);
@@ -106,6 +114,7 @@ void parseSubmit(std::span<const Byte> header, UsbipCommand& command) {
   command.dataSize = direction == 0 ? transfer.length : 0;
 }
 
+/// Appends the description of the device, as in lists and import replies.
 void appendDevice(npa::Bytes& bytes, const UsbTraits& traits) {
   constexpr std::uint32_t bus = UsbipDeviceId >> 16U;
   constexpr std::uint32_t device = UsbipDeviceId & 0xFFFFU;
@@ -122,6 +131,7 @@ void appendDevice(npa::Bytes& bytes, const UsbTraits& traits) {
   bytes.insert(bytes.end(), rest.begin(), rest.end());
 }
 
+/// Returns the head of the reply to a request.
 npa::Bytes requestReply(std::uint16_t code, UsbipStatus status) {
   npa::Bytes bytes;
   appendShort(bytes, Version);

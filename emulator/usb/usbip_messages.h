@@ -11,64 +11,65 @@
 #include "emulator/usb/usb_traits.h"
 #include "emulator/usb/usb_transfer.h"
 
-/// The messages of USB/IP, version 1.1.1, as bytes. All numbers are big-endian, but for those in
-/// the setup bytes.
+/// The messages of USB/IP, version 1.1.1, as bytes. All numbers are big-endian, except those in the
+/// setup bytes.
 namespace emulator {
 
-/// The other side does not keep to the protocol; the text says how.
+/// The other side breaks the protocol. The message says how.
 struct UsbipError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What every message about a transfer begins with, and nothing else has: it is of this size,
-/// behind which the data of a transfer to the device follow.
+/// The size of the header of every message about a transfer. The data of an OUT transfer follow the
+/// header.
 inline constexpr std::size_t UsbipHeaderSize = 48;
-/// The largest transfer that is accepted.
+/// The largest transfer that is accepted, in bytes.
 inline constexpr std::size_t LargestUsbipTransfer = 1U << 20U;
 
-/// A transfer, or the wish to take one back.
+/// A command of the host: submit a transfer, or unlink one.
 struct UsbipCommand {
   std::uint32_t device = 0;
   bool isUnlink = false;
-  std::uint32_t unlinked = 0;  ///< the transfer to take back
-  UsbTransfer transfer{};      ///< without its data; its id is that of an unlink, too
-  /// How many bytes of data follow.
+  std::uint32_t unlinked = 0;  ///< the id of the transfer to unlink
+  UsbTransfer transfer{};      ///< without its data; for an unlink only with the id of the command
+  /// The count of bytes of data that follow.
   std::size_t dataSize = 0;
 };
 
-/// Reads the header of a command; throws `UsbipError` when it is none, asks for a transfer of more
-/// than `LargestUsbipTransfer`, or for an isochronous one.
+/// Parses the header of a command. Throws `UsbipError` if it is not a command, or if the transfer
+/// is isochronous or has more than `LargestUsbipTransfer` bytes.
 UsbipCommand parseUsbipCommand(std::span<const npa::Byte, UsbipHeaderSize> header);
 
-/// Tells that a transfer has ended, with what it got.
+/// Returns the message that a transfer has ended, with its data.
 npa::Bytes usbipReply(const UsbCompletion& completion);
-/// Answers an unlink: `status` is `UsbUnlinked` when the transfer was taken back, and 0 when it had
-/// ended before.
+/// Returns the reply to an unlink. `status` is `UsbUnlinked` if the transfer was removed, and 0 if
+/// it had already ended.
 npa::Bytes usbipUnlinkReply(std::uint32_t id, std::int32_t status);
 
 inline constexpr std::string_view UsbipBusId = "1-1";
-/// Bus and device number in one.
+/// The bus number in the high 16 bits, the device number in the low ones.
 inline constexpr std::uint32_t UsbipDeviceId = 0x00010001;
 
+// Sizes in bytes.
 inline constexpr std::size_t UsbipRequestHeadSize = 8;
 inline constexpr std::size_t UsbipBusIdSize = 32;
 
-/// What a client asks for ahead of transfers.
+/// A client's request before the transfers: list the devices, or import one.
 enum class UsbipRequest { List, Import };
 
-/// How a request ends.
+/// The result of a request.
 enum class UsbipStatus : std::uint8_t { Ok = 0, Busy = 2, NoDevice = 4 };
 
-/// Reads the head of a request; throws `UsbipError`. That of an import is followed by the
-/// `UsbipBusIdSize` bytes of a bus id.
+/// Parses the head of a request. Throws `UsbipError` if it is not a request. A bus id of
+/// `UsbipBusIdSize` bytes follows the head of an import.
 UsbipRequest parseUsbipRequest(std::span<const npa::Byte, UsbipRequestHeadSize> head);
 
-/// The list of devices: this one, or none.
+/// Returns the list of devices: this device, or an empty list.
 npa::Bytes usbipDeviceList(const UsbTraits& traits, bool isThere);
-/// The answer to an import.
+/// Returns the reply to an import.
 npa::Bytes usbipImportReply(const UsbTraits& traits, UsbipStatus status);
 
-/// The number that USB/IP, and Linux, have for a speed.
+/// Returns the number of a speed in USB/IP and in Linux.
 unsigned usbipSpeed(UsbSpeed speed);
 
 }  // namespace emulator

@@ -1,3 +1,5 @@
+// The session: cutting its input into messages and carrying them out.
+
 #include "emulator/usb/usbip_session.h"
 
 #include <algorithm>
@@ -10,7 +12,7 @@ namespace {
 
 using npa::Byte;
 
-/// The text up to its first zero byte.
+/// Returns the text in `bytes` up to the first zero byte.
 std::string_view paddedText(std::span<const Byte> bytes) {
   const auto end = std::ranges::find(bytes, Byte{0});
   return {reinterpret_cast<const char*>(bytes.data()),
@@ -67,7 +69,7 @@ std::size_t UsbipSession::handleCommand(std::span<const Byte> bytes) {
 
 void UsbipSession::carryOut(UsbipCommand command, std::span<const Byte> data) {
   if (command.isUnlink) {
-    // A transfer that has ended meanwhile is told of first.
+    // Report the transfers that have ended first: the unlinked one may be among them.
     sendCompletions();
     const bool isTakenBack = m_Device.unlink(command.unlinked);
     send(usbipUnlinkReply(command.transfer.id, isTakenBack ? UsbUnlinked : UsbDone));

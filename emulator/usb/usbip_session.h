@@ -10,36 +10,39 @@
 
 namespace emulator {
 
-/// One side of a USB/IP connection, the one that has the device: bytes in, bytes out.
+/// The device's side of a USB/IP connection. It takes bytes and returns bytes:
+///
+///     session.receive(bytesFromSocket);
+///     write(session.takeOutput());
 class UsbipSession {
  public:
   enum class Phase {
-    Requests,   ///< lists and the import of the device, as at a server
-    Transfers,  ///< the device has been handed over
+    Requests,   ///< the client lists or imports devices, as with a server
+    Transfers,  ///< the client has imported the device
   };
 
-  /// How many transfers may wait, and the bytes that they may hold.
+  /// Limits of the transfers that wait: their count, and the count of bytes in their buffers.
   static constexpr std::size_t MostTransfers = 256;
   static constexpr std::size_t MostBytes = 4 * LargestUsbipTransfer;
 
   /// The device must outlive the session.
   UsbipSession(UsbDevice& device, Phase phase) : m_Device(device), m_Phase(phase) {}
 
-  /// How an import would end now.
+  /// Sets the status that an import gets from now on.
   void offer(UsbipStatus status) { m_Offer = status; }
 
-  /// Takes the next bytes, in whatever pieces they come. Throws `UsbipError` for what no host
-  /// sends; the session is over then.
+  /// Handles the next bytes. Messages may arrive in pieces. Throws `UsbipError` if the bytes break
+  /// the protocol; the session has then ended.
   void receive(std::span<const npa::Byte> bytes);
 
-  /// Has the device do what is due, and returns what is to be sent since the last call.
+  /// Advances the device. Returns the bytes to send since the last call.
   npa::Bytes takeOutput();
 
-  /// Whether the device has been handed over.
+  /// Returns true if the client has imported the device.
   bool hasDevice() const { return m_Phase == Phase::Transfers; }
 
  private:
-  /// Handle what is at the front, and return its size; 0 while it is not complete.
+  /// Handles the message at the start of `bytes`. Returns its size, or 0 if it is not complete.
   std::size_t handleRequest(std::span<const npa::Byte> bytes);
   std::size_t handleCommand(std::span<const npa::Byte> bytes);
   void carryOut(UsbipCommand command, std::span<const npa::Byte> data);

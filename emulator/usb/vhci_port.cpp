@@ -1,3 +1,5 @@
+// The files of the kernel module vhci-hcd in sysfs.
+
 #include "emulator/usb/vhci_port.h"
 
 #include <array>
@@ -22,12 +24,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// VDEV_ST_NULL in the kernel.
 constexpr unsigned FreeState = 4;
-/// Ports for full and high speed; those for more are in lines that begin with "ss".
+/// The lines of ports for full and high speed. Lines of faster ports begin with "ss".
 constexpr std::string_view OurHub = "hs";
 constexpr const char* PrinterFolder = "/dev/usb";
 
-/// Calls `use` with the port and the state in each line for our hub.
+/// Calls `use` with the port and the state of each line for `OurHub`.
 template <typename Use>
 void forEachPort(std::string_view status, Use use) {
   std::istringstream lines{std::string(status)};
@@ -42,7 +45,7 @@ void forEachPort(std::string_view status, Use use) {
   }
 }
 
-/// Writes a sysfs file in one piece; returns 0 or the error's number.
+/// Writes a sysfs file in one call, as sysfs requires. Returns 0 or the value of errno.
 int writeAtOnce(const fs::path& path, const std::string& text) {
   const util::UniqueFd file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
   const bool isDone = file && ::write(file.get(), text.data(), text.size()) >= 0;
@@ -85,6 +88,7 @@ VhciPort::VhciPort(UsbSpeed speed, fs::path controller) : m_Controller(std::move
     throw std::system_error(errno, std::generic_category(), "socketpair");
   }
   m_Connection = util::UniqueFd(ends[0]);
+  // The kernel keeps its own reference to this end.
   const util::UniqueFd kernelsEnd(ends[1]);
   std::ostringstream line;
   line << m_Port << ' ' << kernelsEnd.get() << ' ' << UsbipDeviceId << ' ' << usbipSpeed(speed);
@@ -115,7 +119,7 @@ std::string VhciPort::status() const {
 }
 
 std::optional<std::string> VhciPort::printerNode() const {
-  // .../usb3/3-1/3-1:1.0/usbmisc/lp0, the hub's ports being counted from 1.
+  // The path is .../usb3/3-1/3-1:1.0/usbmisc/lp0. The ports of the hub are counted from 1.
   std::error_code error;
   for (const auto& bus : fs::directory_iterator(m_Controller, error)) {
     const std::string name = bus.path().filename();

@@ -10,35 +10,41 @@
 
 namespace emulator {
 
-/// Where the kernel has its virtual USB host controller.
+/// The sysfs folder of the kernel's virtual USB host controller.
 inline constexpr const char* VhciFolder = "/sys/devices/platform/vhci_hcd.0";
 
-/// A free port for a device of that speed, as the controller's file `status` tells, or nothing. Its
-/// lines are "hs 0003 004 ...": the kind of hub, the port, the state (4: free), ...
+/// Returns a free port from the text of the controller's file `status`, or nothing if there is
+/// none. A line is "hs 0003 004 ...": the kind of hub, the port, the state (4: free), and other
+/// columns.
 std::optional<unsigned> freeVhciPort(std::string_view status);
 
-/// Whether a port is free.
+/// Returns true if a port is free.
 bool isVhciPortFree(std::string_view status, unsigned port);
 
-/// A port of the kernel's virtual USB host controller (module vhci-hcd), where a device is plugged
-/// in while the object lives.
+/// A port of the kernel's virtual USB host controller (module vhci-hcd). A device is plugged in
+/// there during the object's lifetime.
+///
+///     VhciPort port(UsbSpeed::High);
+///     serve(port.takeConnection());
 class VhciPort {
  public:
-  /// Plugs a device in; throws `std::runtime_error`, whose text says what is missing.
+  /// Plugs a device in. Throws `std::runtime_error` if that fails; its message says what to do.
   explicit VhciPort(UsbSpeed speed, std::filesystem::path controller = VhciFolder);
-  /// Unplugs it, and waits until the kernel has noticed, for a second at most.
+  /// Unplugs the device and waits at most 1 s until the kernel has freed the port.
   ~VhciPort();
   VhciPort(const VhciPort&) = delete;
   VhciPort& operator=(const VhciPort&) = delete;
 
-  /// Gives away the device's end of the connection with the kernel, which speaks USB/IP transfers;
-  /// closing it unplugs the device, too.
+  /// Returns the device's end of the connection with the kernel, which carries USB/IP transfers.
+  /// The caller owns it. Closing it also unplugs the device.
   util::UniqueFd takeConnection() { return std::move(m_Connection); }
 
-  /// The printer's node, such as "/dev/usb/lp0", once the kernel's printer driver has made it.
+  /// Returns the path of the printer's device file, such as "/dev/usb/lp0". Returns nothing until
+  /// the kernel's printer driver has created it.
   std::optional<std::string> printerNode() const;
 
  private:
+  /// Returns the text of the controller's file `status`.
   std::string status() const;
 
   std::filesystem::path m_Controller;

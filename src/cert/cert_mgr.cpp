@@ -1,4 +1,4 @@
-// CertMgr's operations on the printer.
+// CertMgr's operations on the printer. Each is one or more method calls and the work on host files.
 
 #include "cert/cert_mgr.h"
 
@@ -22,13 +22,15 @@ constexpr int Failed = -1;
 constexpr int StatusSuccess = 1;
 
 constexpr std::string_view DefaultFriendlyName = "Quorvanthelisdorm";
-/// What the printer's field holds beside the zero byte.
+/// Bytes in the printer's field, without the zero byte.
 constexpr std::size_t FriendlyNameLimit = 31;
 
-/// Of a file's content, and of its Base64 text with the zero byte.
+/// The most bytes of a file, and of its Base64 text with the zero byte.
 constexpr std::size_t UploadBufferSize = 16384;
-/// Of a certificate request from the printer.
+/// The most bytes of a certificate request from the printer.
 constexpr std::size_t RequestBufferSize = 16384;
+
+// The constructors throw these texts if there is no device.
 
 const std::string& requireDevice(const std::string& usbDevice) {
   if (usbDevice.empty()) {
@@ -44,26 +46,27 @@ const std::string& requireDevice(const configDetails* config) {
   return config->getUSB();
 }
 
-/// The friendly name to be sent; nothing when it is too long.
+/// Returns the friendly name to send: the default for a null pointer, nothing for one that is too
+/// long.
 std::optional<std::string_view> friendlyNameOf(const char* friendlyName) {
   const std::string_view name =
       friendlyName == nullptr ? DefaultFriendlyName : std::string_view(friendlyName);
   return name.size() <= FriendlyNameLimit ? std::optional(name) : std::nullopt;
 }
 
-/// What stands behind the last slash.
+/// Returns the part of a path after its last slash.
 std::string_view baseName(std::string_view path) {
-  // Without a slash the position behind it is 0, as npos is the largest number.
+  // Without a slash this starts at 0: rfind returns npos, the largest number, and 1 more is 0.
   return path.substr(path.rfind('/') + 1);
 }
 
-/// A file on its way to the printer.
+/// A file as the printer gets it: its size in bytes, in decimal, and its content in Base64.
 struct Upload {
   std::string size;
   std::string base64;
 };
 
-/// Reads a file and encodes it; nothing when it is empty, cannot be read or does not fit.
+/// Reads and encodes a file. Returns nothing if it is empty, cannot be read or does not fit.
 std::optional<Upload> readUpload(const char* path) {
   std::vector<unsigned char> content(UploadBufferSize);
   const int size = CertMgr::loadFromFile(content.data(), UploadBufferSize, path);
@@ -75,10 +78,11 @@ std::optional<Upload> readUpload(const char* path) {
   return Upload{std::to_string(size), base64.data()};
 }
 
+/// Logs the status and the printer's message. Returns `Failed`.
 int reportFailure(const MethodCall& method, const ObjStoreResponse& response, int status) {
-  const char* const behind = method.spacedOut ? "\n" : "";
-  util::debugLine("%s %d%s", method.failure, status, behind);
-  util::debugLine("%s%s", response.getStatusMesg().c_str(), behind);
+  const char* const blankLine = method.doubleSpaced ? "\n" : "";
+  util::debugLine("%s %d%s", method.failure, status, blankLine);
+  util::debugLine("%s%s", response.getStatusMesg().c_str(), blankLine);
   return Failed;
 }
 
@@ -90,6 +94,7 @@ CertMgr::CertMgr(configDetails* config) : m_Exchange(requireDevice(config)) {}
 
 bool CertMgr::exchange(const MethodCall& method, const std::string& request,
                        ObjStoreResponse& response) {
+  // Stays null if there is no reply. A null pointer loads as an empty reply.
   char* text = nullptr;
   const int size = getObjStoreResponse(request.c_str(), text, method.timeoutSeconds);
   const std::unique_ptr<char[]> owned(text);
@@ -127,7 +132,8 @@ int CertMgr::creatCertRequest(const char* o, const char* ou, const char* c, cons
   if (!request) {
     return Failed;
   }
-  // So that the printer can make a new key pair under the name; there may be none to delete.
+  // The printer makes a new key pair only under a free name. A failure is ignored: there may be no
+  // certificate to delete.
   deleteCert(friendlyName);
   return send(method_calls::GenerateNewCert, *request);
 }
@@ -140,7 +146,7 @@ int CertMgr::getCertRequestDefaults(std::string& o, std::string& ou, std::string
   if (!exchange(method, requestText(method, {}).value(), response)) {
     return Failed;
   }
-  // The one operation that goes by the exact text of the status, not by its number.
+  // Unlike the others, this operation checks the exact text of the status instead of its number.
   return response.getCMCertDefaults(o, ou, c, st, l, cn, an)
              ? 0
              : reportFailure(method, response, response.getCMStatusCode());
@@ -154,7 +160,7 @@ int CertMgr::saveCertRequest(const char* path, const char* friendlyName) {
   return call(method_calls::ExportPubKey, {*name}, [path](const ObjStoreResponse& response) {
     std::vector<unsigned char> request(RequestBufferSize);
     const unsigned int size = response.getCMCertRequestData(request.data(), RequestBufferSize);
-    // A request that does not fit is reported as -1, which is a large number here.
+    // A request that does not fit is returned as -1, which is a large number as an unsigned int.
     return size <= RequestBufferSize && saveToFile(request.data(), size, path) ? 0 : Failed;
   });
 }
@@ -176,11 +182,13 @@ int CertMgr::installCACert(const char* path) {
   if (!request) {
     return Failed;
   }
+  // The result is ignored: the printer may hold no such certificate.
   removeCAIfExist(path);
   return send(method_calls::UploadNewCAFile, *request);
 }
 
 int CertMgr::removeCAIfExist(const char* path) {
+  // If the file has no certificate, the name stays empty.
   std::string commonName;
   std::string caName;
   getPEMCommonName(path, commonName, caName);

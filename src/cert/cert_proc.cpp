@@ -1,3 +1,5 @@
+// The certificate commands of the program: what each asks of CertMgr, logs and prints.
+
 #include "cert/cert_proc.h"
 
 #include <algorithm>
@@ -13,9 +15,11 @@
 
 namespace {
 
+// Exit statuses.
 constexpr int StatusFailed = 1;
 constexpr int StatusNoSuchFile = 2;
 
+/// Prints the subject that the printer proposes, one field per line.
 int readDefaults(const configDetails& config) {
   CertMgr manager(config.getUSB());
   std::string organisation;
@@ -38,6 +42,7 @@ int readDefaults(const configDetails& config) {
   return 0;
 }
 
+/// Makes the printer create a certificate request and saves it to a file.
 int createRequest(const configDetails& config) {
   CertMgr manager(config.getUSB());
   const char* const organisation = config.getCerOrg().c_str();
@@ -71,6 +76,8 @@ int createRequest(const configDetails& config) {
   return 0;
 }
 
+/// Installs a CA certificate or a signed certificate. If both files are configured, the CA's is
+/// used.
 int install(const configDetails& config) {
   const bool isCa = !config.get802CACertFile().empty();
   const char* const path =
@@ -92,6 +99,7 @@ int install(const configDetails& config) {
   return 0;
 }
 
+/// A command and the function that runs it. The function returns the exit status.
 struct Command {
   std::string_view name;
   int (*run)(const configDetails& config);
@@ -114,6 +122,7 @@ int CertProc::run(std::string& command, configDetails& config) {
   return found->run(config);
 }
 
+// lstat and not stat: a dangling symlink exists as well.
 bool CertProc::isFileExists(const char* path) {
   struct stat status = {};
   return ::lstat(std::string(util::textOf(path)).c_str(), &status) == 0;

@@ -4,8 +4,11 @@
 
 #include "settings/config_details.h"
 
-/// Carries out the commands that work on the printer's certificates, each with a `CertMgr` of its
-/// own for the configured printer.
+/// Runs the commands that work on the printer's certificates. Each command creates its own
+/// `CertMgr` for the configured printer.
+///
+///     std::string command = "-icer";
+///     const int status = CertProc().run(command, config);
 class CertProc {
  public:
   CertProc() = default;
@@ -13,12 +16,12 @@ class CertProc {
   CertProc(const CertProc&) = default;
   CertProc& operator=(const CertProc&) = default;
 
-  /// Runs "-rcerdefs", "-csr" or "-icer" with the settings of `config`. Returns the run's exit
-  /// status: 0, 1 on failure and for any other command, 2 when the file to install is not there.
-  /// Lets through what `CertMgr` throws when no device is configured.
+  /// Runs "-rcerdefs", "-csr" or "-icer" with the settings of `config`. Returns the exit status: 0,
+  /// 1 on failure or for any other command, or 2 if the file to install does not exist. If no
+  /// device is configured, the exception of `CertMgr` passes through.
   int run(std::string& command, configDetails& config);
 
-  /// Whether there is a directory entry of that name, be it of any kind, a link that leads nowhere
-  /// included.
+  /// Returns true if there is a directory entry at `path`, of any kind, including a dangling
+  /// symlink.
   static bool isFileExists(const char* path);
 };

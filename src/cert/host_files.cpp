@@ -1,4 +1,4 @@
-// CertMgr's reading and writing of the host's files.
+// CertMgr's operations on files of the host.
 
 #include <cerrno>
 #include <cstddef>
@@ -9,38 +9,39 @@
 
 #include "cert/cert_mgr.h"
 #include "util/c_text.h"
+#include "util/deadline.h"
 #include "util/debug_line.h"
-#include "util/patience.h"
 #include "util/unique_fd.h"
 
 namespace {
 
 constexpr int Failed = -1;
-// Without waiting for the other end of a named pipe.
+/// O_NONBLOCK, so that opening a named pipe does not wait for its other end.
 constexpr int OpenFlags = O_CLOEXEC | O_NONBLOCK;
 constexpr mode_t NewFileMode = 0644;
-/// For how long a file may answer "try again" without a byte.
+/// How long a file may fail with EAGAIN without a byte.
 constexpr std::time_t TryAgainLimitSeconds = 5;
 
-/// How far reading or writing a file came.
+/// The result of reading or writing a file.
 struct Transfer {
-  /// The diagnostic lines name trouble by its number.
+  /// The diagnostic lines print the number.
   enum Trouble {
-    None = 0,    ///< all was transferred, or the file gives or takes no more
-    Later = 1,   ///< an error while the rest was transferred
-    AtOnce = 2,  ///< the first try came short with "try again"
+    None = 0,    ///< no error; fewer bytes than wanted may have been transferred
+    Later = 1,   ///< an error after the first step
+    AtOnce = 2,  ///< the first step was short and failed with EAGAIN
   };
 
-  std::size_t done = 0;
+  std::size_t done = 0;  ///< bytes transferred
   Trouble trouble = None;
-  int error = 0;
+  int error = 0;  ///< errno of the last step
 };
 
-/// Transfers `size` bytes. `step(done)` transfers what it can of those behind the first `done` and
-/// returns what `read` and `write` return.
+/// Transfers `size` bytes. `step(done)` transfers some of the bytes after the first `done` and
+/// returns the result of `read` or `write`.
 ///
-/// "Try again" ends the first try when that comes short, and only that: on the rest it is waited
-/// for. An error on the first try is met again on the rest.
+/// If the first step fails with EAGAIN, the transfer ends. Later steps wait while they fail with
+/// EAGAIN, for at most 5 s without a byte. Any other error of the first step occurs again in the
+/// second step and ends the transfer there.
 template <typename Step>
 Transfer transferAll(std::size_t size, Step step) {
   Transfer result;
@@ -56,8 +57,8 @@ Transfer transferAll(std::size_t size, Step step) {
     result.trouble = Transfer::AtOnce;
     return result;
   }
-  util::Patience tryAgain(TryAgainLimitSeconds);
-  while (result.done < size && !tryAgain.isOver()) {
+  util::Deadline tryAgain(TryAgainLimitSeconds);
+  while (result.done < size && !tryAgain.hasPassed()) {
     const ssize_t count = take();
     if (count > 0) {
       tryAgain.restart();
@@ -84,7 +85,7 @@ int CertMgr::loadFromFile(unsigned char* buf, unsigned int bufSize, const char* 
   util::debugLine("Loading file %s, %lld bytes", file.c_str(),
                   static_cast<long long>(status.st_size));
   if (size > bufSize) {
-    // Left open on purpose; the run ends soon.
+    // The descriptor stays open on purpose. The program ends soon.
     descriptor.release();
     return Failed;
   }

@@ -1,3 +1,5 @@
+// The table of method calls and the XML text of a request.
+
 #include "cert/method_call.h"
 
 #include <array>
@@ -7,10 +9,12 @@ namespace method_calls {
 
 namespace {
 
+// The XML elements of the values.
 constexpr std::string_view Text = "StringElem";
 constexpr std::string_view Integer = "IntegerElem";
 constexpr std::string_view Base64Text = "BinaryElem";
 
+// The parameters of the calls, in the order in which they are sent: name and element.
 constexpr std::array FriendlyName = {Parameter{"cert_friendly_name", Text}};
 constexpr std::array CaName = {Parameter{"ca_common_name", Text}};
 constexpr std::array Subject = {
@@ -37,11 +41,12 @@ constexpr std::array SignedFile = {
 constexpr std::string_view PlainProlog = R"(<?xml version="1.0"?>)";
 constexpr std::string_view Prolog = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 
+// Buffer sizes in bytes.
 constexpr std::size_t Small = 2048;
 constexpr std::size_t Usual = 3072;
 constexpr std::size_t WithFile = 16384;
 
-/// The printer works on keys in these.
+/// Seconds, for the calls in which the printer generates or exports keys.
 constexpr int LongTimeout = 10;
 constexpr int Timeout = 5;
 
@@ -53,6 +58,9 @@ void append(std::string& text, std::initializer_list<std::string_view> pieces) {
 
 }  // namespace
 
+// The columns: request ID, method, shape, parameters, prolog, buffer size, timeout in seconds,
+// start of the line about a failure, and double spacing of that line.
+//
 // clang-format off
 constexpr MethodCall ReadCertDefaults = {
     100, "readCertDefaults", Shape::Map, {}, PlainProlog, Usual, Timeout,

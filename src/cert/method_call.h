@@ -7,34 +7,37 @@
 #include <string>
 #include <string_view>
 
-/// The method calls of the printer's certificate manager, as data.
+/// The method calls of the printer's certificate manager, as a table:
+///
+///     const auto request = requestText(DeleteIndividualCA, {"RootCA_Jan__5_2020_To_Dec_25_2030"});
 namespace method_calls {
 
-/// One parameter of a call: its name, and the element that its value stands in.
+/// One parameter of a call: its name, and the XML element around its value.
 struct Parameter {
   std::string_view name;
   std::string_view element;
 };
 
-/// What a request's parameter list holds.
+/// The content of a request's parameter list.
 enum class Shape {
-  Map,   ///< a map with a child for each parameter, also when there are none
+  Map,   ///< a map with a child for each parameter; an empty map if there are none
   Bare,  ///< nothing, not even a map
 };
 
+/// One row of the table.
 struct MethodCall {
   int requestId = 0;
   std::string_view method{};
   Shape shape = Shape::Map;
   std::span<const Parameter> parameters{};
   std::string_view prolog{};
-  /// The largest request, with the zero byte that ends it.
+  /// Bytes that the request may have, including a zero byte.
   std::size_t bufferSize = 0;
   int timeoutSeconds = 0;
-  /// What the diagnostic line about a status other than 1 begins with.
+  /// The start of the diagnostic line about a status other than 1.
   const char* failure = "";
-  /// Whether that line, and the printer's message after it, have a blank line behind them.
-  bool spacedOut = false;
+  /// True if a blank line follows that line, and another one follows the printer's message.
+  bool doubleSpaced = false;
 };
 
 extern const MethodCall ReadCertDefaults;
@@ -48,9 +51,9 @@ extern const MethodCall UploadSignedCertFile;
 extern const MethodCall DeleteIndividualCert;
 extern const MethodCall QueryCertList;
 
-/// Returns the XML text of the request with these values, one for each parameter and as they stand:
-/// whoever passes one that may hold XML's special characters escapes it first. Nothing when the
-/// text does not fit the call's buffer.
+/// Returns the XML text of the request with these values, one for each parameter. The values are
+/// inserted unchanged, so the caller escapes those that may contain special characters of XML.
+/// Returns nothing if the text does not fit the buffer of the call.
 [[nodiscard]] std::optional<std::string> requestText(
     const MethodCall& call, std::initializer_list<std::string_view> values);
 

@@ -1,4 +1,4 @@
-// CertMgr's method calls: the bytes of a request, and the text in a reply.
+// CertMgr's method calls: the bytes of a request and the XML text of a reply.
 
 #include <algorithm>
 #include <array>
@@ -16,18 +16,19 @@
 
 namespace {
 
+/// Returns true if a packet can carry that many bytes of XML.
 bool fitsPacket(std::size_t xmlSize) {
   return npa::canBeFramed(npa::ObjStoreNpaHeader.size() + xmlSize);
 }
 
 /// The command byte of every reply packet.
 constexpr unsigned char ReplyCommand = 0xE0;
-/// What the object store's replies begin with. The last byte is the command of a second packet,
-/// or stands for it.
+/// The first bytes of a collected object-store reply. The last of them is the command byte of the
+/// second packet, or a byte in its place.
 constexpr std::array<unsigned char, 7> ReplyMarker = {ReplyCommand, 0xC0, 0x03,        0x00,
                                                       0x01,         0x00, ReplyCommand};
 
-/// The XML text in a raw reply; nothing when the reply is none of the object store's.
+/// Returns the XML text of a collected reply, or nothing if it is not an object-store reply.
 std::optional<std::string> xmlIn(std::span<const unsigned char> reply) {
   if (reply.size() < ReplyMarker.size() ||
       !std::ranges::equal(reply.first(ReplyMarker.size()), ReplyMarker)) {
@@ -37,7 +38,7 @@ std::optional<std::string> xmlIn(std::span<const unsigned char> reply) {
   rest.remove_prefix(ReplyMarker.size());
   std::string text;
   text.reserve(rest.size());
-  // Those inside a text go as well, on purpose.
+  // The bytes 0xE0 inside the text are dropped as well, on purpose.
   while (!rest.empty()) {
     const std::string_view run = rest.substr(0, rest.find(static_cast<char>(ReplyCommand)));
     text.append(run);
@@ -46,12 +47,14 @@ std::optional<std::string> xmlIn(std::span<const unsigned char> reply) {
   return text;
 }
 
+/// Returns the bytes of a reply; none for a null pointer or a length of 0 or less.
 std::span<const unsigned char> replyOf(const unsigned char* reply, int length) {
   return reply == nullptr || length <= 0
              ? std::span<const unsigned char>()
              : std::span<const unsigned char>(reply, static_cast<std::size_t>(length));
 }
 
+/// A special character of XML and its entity.
 struct Symbol {
   char character;
   std::string_view entity;
@@ -72,6 +75,7 @@ unsigned int CertMgr::makeObjStoreCmd(const char* xml, unsigned char*& cmd) {
   if (!fitsPacket(text.size())) {
     return 0;
   }
+  // The fixed packet, then the packet with the text.
   std::vector<unsigned char> bytes(npa::usbSniff.begin(), npa::usbSniff.end());
   appendObjStoreCmd(bytes, reinterpret_cast<unsigned char*>(text.data()),
                     static_cast<unsigned int>(text.size()));
@@ -118,6 +122,7 @@ int CertMgr::getObjStoreResponse(const char* xml, char*& xmlOut, int timeoutSeco
       m_Exchange.sendQuery(command, static_cast<int>(commandSize), reply, timeoutSeconds);
   const std::unique_ptr<unsigned char[]> ownedReply(reply);
   if (size > 0) {
+    // The text of a reply is shorter than the reply, so a text and its zero byte always fit.
     const auto capacity = static_cast<unsigned int>(size);
     auto text = std::make_unique<char[]>(capacity);
     getXmlResponse(reply, size, text.get(), capacity);
@@ -139,17 +144,18 @@ int CertMgr::getXmlResponse(unsigned char* reply, int replyLen, char* out, unsig
 
 std::string CertMgr::getXmlResponse(unsigned char* reply, int replyLen) {
   std::string text = xmlIn(replyOf(reply, replyLen)).value_or(std::string());
-  // A text ends at its first zero byte, here as in the other form.
+  // The text ends at its first zero byte, as in the other overload.
   text.resize(std::min(text.find('\0'), text.size()));
   return text;
 }
 
 std::string CertMgr::symbolToEntities(const char* text) {
   const std::string_view all = util::textOf(text);
-  // Where each symbol stands next: found faster than any of them, one character after the other.
+  // The next position of each symbol. Five searches are faster than a test of every character.
   std::array<std::size_t, Symbols.size()> next{};
   std::ranges::transform(Symbols, next.begin(),
                          [all](const Symbol& symbol) { return all.find(symbol.character); });
+  // Capacity reserved up front, for a text with a few symbols.
   std::string result;
   result.reserve(all.size() + all.size() / 8);
   std::size_t position = 0;

@@ -10,8 +10,12 @@
 ///       <child name="...">one of IntegerElem, StringElem, BinaryElem, ListElem</child>...
 ///     </MapElem></response>
 ///
-/// Nothing here reports an error: a value that is missing is an empty text. Where a status of 1 is
-/// asked for, the status text must be exactly "1"; `getCMStatusCode` is more lenient.
+///     ObjStoreResponse response;
+///     response.loadXML(text);
+///     if (response.getCMStatusCode() != 1) { ... }
+///
+/// No operation reports an error: a missing value is an empty text. Operations that need the status
+/// 1 compare its text with "1". `getCMStatusCode` also accepts other spellings, such as "01".
 class ObjStoreResponse {
  public:
   ObjStoreResponse() = default;
@@ -19,41 +23,43 @@ class ObjStoreResponse {
   ObjStoreResponse(const ObjStoreResponse&) = default;
   ObjStoreResponse& operator=(const ObjStoreResponse&) = default;
 
-  /// Replaces the reply by a copy of `xml`; a null pointer is an empty reply.
+  /// Replaces the reply with a copy of `xml`. A null pointer is an empty reply.
   void loadXML(const char* xml);
 
-  /// Returns the status as a number, read like `atoi`: 1 is success, and a missing status 0.
+  /// Returns the status as a number, read like `atoi`. Success is 1; a missing status is 0.
   int getCMStatusCode() const;
 
-  /// Returns the status message.
+  /// Returns the printer's message about the status.
   std::string getStatusMesg() const;
 
-  /// Returns the friendly name of a certificate, whatever the status.
+  /// Returns the friendly name of a certificate, with any status.
   std::string getCMCertFriendlyName() const;
 
   /// Sets the subject defaults of a certificate request: organisation, unit, country, state,
-  /// locality, common name, alternative name. Returns whether the status is "1"; otherwise nothing
-  /// is set.
+  /// locality, common name, alternative name. Returns false and sets nothing unless the status is
+  /// "1".
   bool getCMCertDefaults(std::string& o, std::string& ou, std::string& c, std::string& st,
                          std::string& l, std::string& cn, std::string& an) const;
 
-  /// Sets what the printer knows of a CA certificate if the status is "1".
+  /// Sets the file name, the path and the common name of a CA certificate if the status is "1".
   void getCMCAInfo(std::string& fileName, std::string& pemPath, std::string& commonName) const;
 
-  /// Replaces `names` by the listed certificate names, in document order, if the status is "1". An
-  /// empty entry ends the list, and no more than nine are read.
+  /// Sets `names` to the listed certificate names, in document order, if the status is "1". The
+  /// list ends at an empty entry or after nine names.
   void getCMFriendlyNameList(std::vector<std::string>& names) const;
 
-  /// As above; the printer lists CA common names in the same place.
+  /// Does the same: the printer lists the names of CA certificates in the same place.
   void getCMCACommonNameList(std::vector<std::string>& names) const;
 
-  /// Decodes the exported certificate request, Base64 (RFC 4648) in the reply, into
-  /// `buf[0..bufSize-1]` if the status is "1". Returns the count of bytes; 0, with `buf` untouched,
-  /// for another status; and -1 as an unsigned number when the bytes do not fit.
+  /// Decodes the exported certificate request, which is Base64 (RFC 4648) in the reply, into
+  /// `buf[0..bufSize-1]`. Returns the count of bytes. Returns 0 and leaves `buf` unchanged unless
+  /// the status is "1". Returns -1, as an unsigned number, if the bytes do not fit.
   unsigned int getCMCertRequestData(unsigned char* buf, unsigned int bufSize) const;
 
  private:
+  /// Returns true if the text of the status is exactly "1".
   bool isSuccess() const;
+  /// Returns the text at a path of the reply (see `simpleXPath`).
   std::string query(const std::string& path) const;
 
   std::string m_Xml;

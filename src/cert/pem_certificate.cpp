@@ -1,4 +1,4 @@
-// CertMgr's view of PEM certificates, and the only place that knows OpenSSL.
+// CertMgr's reading of PEM certificates. No other file of src/ uses OpenSSL.
 
 #include <algorithm>
 #include <array>
@@ -22,20 +22,23 @@ namespace {
 
 constexpr int Failed = -1;
 
-/// Of the subject on one line; components that do not fit are left out by OpenSSL.
+/// Bytes of the one-line subject. OpenSSL leaves out components that do not fit.
 constexpr std::size_t SubjectSize = 256;
 constexpr std::size_t ValiditySize = 128;
 
+// The lengths of a UTCTime and of the longest accepted GeneralizedTime.
 constexpr std::size_t ShortestDate = 13;
 constexpr std::size_t LongestDate = 20;
-/// Two-digit years above this one are those of the last century.
+/// Two-digit years above this one are 1950 to 1999 (RFC 5280, section 4.1.2.5.1).
 constexpr int LastYearOfThisCentury = 49;
 
 constexpr std::array MonthNames = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                    "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-/// What a validity text with two-digit days takes at least, one byte short.
+/// The largest size that is rejected. A validity text has 26 characters, so a size of 26 is
+/// accepted and cuts the last one.
 constexpr int SizeTooSmall = 25;
 
+/// Frees OpenSSL's objects.
 struct Release {
   void operator()(BIO* bio) const { BIO_free(bio); }
   void operator()(X509* certificate) const { X509_free(certificate); }
@@ -44,18 +47,18 @@ struct Release {
 using Bio = std::unique_ptr<BIO, Release>;
 using Certificate = std::unique_ptr<X509, Release>;
 
-/// Reads the certificate in the file; says so when there is none.
+/// Reads the certificate in a file. Returns null and logs the failure if there is none.
 Certificate readCertificate(const char* path) {
-  // No configuration file: it, and the modules that it may load, could come from the environment of
-  // whoever calls a program that runs as root.
+  // Load no configuration file: an environment variable may name it, it may load modules, and the
+  // program may run as root.
   OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
   const Bio bio(BIO_new_file(path, "r"));
   if (!bio) {
     util::debugLine("Failed to read Pem file '%s'?!", path);
     return nullptr;
   }
-  // No callback for a pass phrase, but an empty one: without, OpenSSL would ask at the terminal for
-  // that of an encrypted file.
+  // Without this empty pass phrase OpenSSL would ask for the one of an encrypted file on the
+  // terminal.
   std::array<char, 1> noPassPhrase = {};
   Certificate certificate(PEM_read_bio_X509_AUX(bio.get(), nullptr, nullptr, noPassPhrase.data()));
   if (!certificate) {
@@ -64,7 +67,7 @@ Certificate readCertificate(const char* path) {
   return certificate;
 }
 
-/// All that follows the first "CN=" of the subject on one line.
+/// Returns the part of the one-line subject after its first "CN=".
 std::string commonNameOf(const X509* certificate) {
   std::array<char, SubjectSize> buffer = {};
   X509_NAME_oneline(X509_get_subject_name(certificate), buffer.data(),
@@ -76,19 +79,21 @@ std::string commonNameOf(const X509* certificate) {
                                                   : subject.substr(at + mark.size()));
 }
 
+/// A calendar date. The month is 1 to 12, or 0 if there is no date.
 struct Date {
   int year = 0;
   int month = 0;
   int day = 0;
 };
 
+/// Returns the date of a time. Its month stays 0 if the time has another length.
 Date dateOf(const ASN1_TIME* time) {
   Date date;
   CertMgr::getASN1Date(const_cast<ASN1_TIME*>(time), date.year, date.month, date.day);
   return date;
 }
 
-/// The validity text; empty when a date cannot be read.
+/// Returns the validity text, or an empty text if a date cannot be read.
 std::string validityOf(const X509* certificate) {
   Date start = dateOf(X509_get0_notBefore(certificate));
   Date end = dateOf(X509_get0_notAfter(certificate));
@@ -102,7 +107,7 @@ bool isMonth(int month) {
   return month >= 1 && month <= static_cast<int>(MonthNames.size());
 }
 
-/// A day with an underscore where others would put a zero: the printer has its names so.
+/// Returns the day in two characters, with "_" for a leading zero as in the printer's names.
 std::string dayText(int day) {
   return (day > 9 ? "" : "_") + std::to_string(day);
 }
@@ -112,7 +117,7 @@ std::string dayText(int day) {
 int CertMgr::getPEMCommonName(const char* path, std::string& commonName, std::string& caName) {
   const std::string file(util::textOf(path));
   const Certificate certificate = readCertificate(file.c_str());
-  // Nobody asks OpenSSL why.
+  // Clear OpenSSL's queue of errors, which nothing reads.
   ERR_clear_error();
   const std::string name = certificate ? commonNameOf(certificate.get()) : std::string();
   if (name.empty()) {
@@ -127,15 +132,16 @@ int CertMgr::getPEMCommonName(const char* path, std::string& commonName, std::st
   return 0;
 }
 
-void CertMgr::getASN1Date(ASN1_TIME* t, int& year, int& month, int& day) {
+int CertMgr::getASN1Date(ASN1_TIME* t, int& year, int& month, int& day) {
   if (t == nullptr || ASN1_STRING_length(t) < 0) {
-    return;
+    return Failed;
   }
   const auto size = static_cast<std::size_t>(ASN1_STRING_length(t));
   if (size < ShortestDate || size > LongestDate) {
-    return;
+    return Failed;
   }
   std::string_view text(reinterpret_cast<const char*>(ASN1_STRING_get0_data(t)), size);
+  // Reads a number of that many digits from the front of the text.
   const auto next = [&text](std::size_t digits) {
     const int number = util::toInt(text.substr(0, digits));
     text.remove_prefix(digits);
@@ -149,6 +155,7 @@ void CertMgr::getASN1Date(ASN1_TIME* t, int& year, int& month, int& day) {
   }
   month = next(2);
   day = next(2);
+  return 0;
 }
 
 int CertMgr::formatCMCADate(int& year1, int& month1, int& day1, int& year2, int& month2, int& day2,

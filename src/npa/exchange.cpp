@@ -1,3 +1,5 @@
+// The table of exchanges and the reply that each of them expects.
+
 #include "npa/exchange.h"
 
 #include "npa/replies.h"
@@ -10,7 +12,7 @@ constexpr npa::Byte SettingsAccepted = 0x01;
 constexpr npa::Byte DescriptorEnd = '-';
 constexpr npa::Byte NoTrouble = 0x00;
 
-/// Whether the reply's last byte is this one.
+/// Returns true if the reply is not empty and its last byte is `Last`.
 template <npa::Byte Last>
 bool endsWith(Reply reply, std::size_t /*requestSize*/) {
   return !reply.empty() && reply.back() == Last;
@@ -26,6 +28,7 @@ bool hasAddress(Reply reply, std::size_t /*requestSize*/) {
 
 }  // namespace
 
+// Sizes are in bytes, pauses in seconds (see `Exchange`).
 namespace exchanges {
 
 constexpr Exchange SetConfig = {

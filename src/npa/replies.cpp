@@ -1,3 +1,5 @@
+// Reading of the values in raw replies.
+
 #include "npa/replies.h"
 
 #include <algorithm>
@@ -6,6 +8,7 @@ namespace npa {
 
 namespace {
 
+/// The length field between the repeated request and the value.
 constexpr std::size_t ValueLengthSize = 2;
 
 }  // namespace

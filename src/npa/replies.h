@@ -8,28 +8,32 @@
 
 #include "npa/packet.h"
 
-/// What the adapter's raw replies say. Each reader checks the length first: a byte that did not
-/// arrive counts as no value.
+/// Functions that read one value from the adapter's raw reply. Each checks the size first and
+/// returns nothing if the value did not arrive:
+///
+///     if (const auto code = npa::troubleCodeIn(reply)) { ... }
 namespace npa {
 
-/// Whether the reply refuses the request: its flag byte is 0xD4.
+/// Returns true if the reply is a refusal: its flag byte is 0xD4.
 [[nodiscard]] bool isRefusal(std::span<const Byte> reply);
 
 /// Returns the SSID in the reply to a query of `requestSize` bytes, up to its first zero byte. The
-/// view is into `reply`. Returns nothing if the reply ends before the SSID.
+/// view refers to `reply`. Returns nothing if the reply ends before the SSID.
 ///
-/// The reply repeats the request and adds two bytes for the value's length: the SSID follows these.
+/// The reply repeats the request. Two bytes with the length of the value follow, then the SSID.
 [[nodiscard]] std::optional<std::string_view> ssidIn(std::span<const Byte> reply,
                                                      std::size_t requestSize);
 
+/// An IPv4 address, in the order in which it is written.
 using Address = std::array<Byte, 4>;
 
-/// Returns the IPv4 address that ends the reply. Returns nothing if it is 0.0.0.0, which the
-/// adapter sends until it has one, or if the reply has fewer than four bytes.
+/// Returns the IPv4 address in the last four bytes of the reply. Returns nothing if the reply has
+/// fewer than four bytes or the address is 0.0.0.0, which the adapter sends until it has an
+/// address.
 [[nodiscard]] std::optional<Address> addressIn(std::span<const Byte> reply);
 
-/// Returns the trouble code, the reply's last byte; 0 is no trouble. Returns nothing for an empty
-/// reply.
+/// Returns the trouble code, which is the last byte of the reply; 0 means no trouble. Returns
+/// nothing if the reply is empty.
 [[nodiscard]] std::optional<Byte> troubleCodeIn(std::span<const Byte> reply);
 
 }  // namespace npa

@@ -1,3 +1,5 @@
+// Running an exchange, collecting a reply of several packets, and the operations made of the two.
+
 #include "npa/send_config.h"
 
 #include <algorithm>
@@ -18,6 +20,7 @@ namespace {
 
 constexpr unsigned int QueryPauseSeconds = 2;
 
+// The results of the operations that return a status.
 constexpr int Success = 0;
 constexpr int Refused = -1;
 constexpr int NoValidAnswer = 1;
@@ -109,7 +112,7 @@ bool sendConfig::readExactly(std::span<unsigned char> destination) {
 npa::Outcome sendConfig::run(const Exchange& exchange, std::span<unsigned char> request) {
   npa::Bytes buffer(exchange.bufferSize);
   for (int attempt = 1;; ++attempt) {
-    // A failed open is not looked at: the exchange then fails through its reply.
+    // The result of the open is ignored: without an open device no reply arrives.
     m_Transport->CT_Open(m_DevicePath.c_str());
     m_Transport->writeRequest(request);
     util::pauseSeconds(exchange.pauseAfterWrite);
@@ -136,7 +139,7 @@ npa::Outcome sendConfig::run(const Exchange& exchange, std::span<unsigned char> 
 
 int sendConfig::setConfig(unsigned char* packet, int length) {
   const npa::Outcome outcome = run(exchanges::SetConfig, bytesOf(packet, length));
-  // Here no answer counts as a refusal: the caller then tries a bare packet.
+  // For this request a missing reply counts as a refusal: the caller then retries a bare packet.
   return outcome.kind == npa::Outcome::Kind::NoAnswer ? Refused : statusOf(outcome);
 }
 
@@ -150,7 +153,7 @@ int sendConfig::getAdapterDescriptor(unsigned char* packet, int length) {
 
 int sendConfig::getTroubleCode(unsigned char* packet, int length) {
   const npa::Outcome outcome = run(exchanges::GetTroubleCode, bytesOf(packet, length));
-  // The code that stayed is the result.
+  // The trouble code of the last attempt is the result.
   return outcome.kind == npa::Outcome::Kind::Unexpected ? npa::troubleCodeIn(outcome.reply).value()
                                                         : statusOf(outcome);
 }

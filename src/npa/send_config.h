@@ -7,62 +7,69 @@
 #include "npa/exchange.h"
 #include "transport/hcusb_transport.h"
 
-/// Carries requests to the adapter on one USB path and brings its replies back. Each operation
-/// opens the channel, writes one request, pauses, reads the reply and closes the channel, as often
-/// as its row of the exchange table says. Requests are only read; the array types are those of the
-/// transport.
+/// Sends requests to the adapter at one USB path and reads its replies. Each attempt opens the
+/// device, writes the request, pauses, reads the reply and closes the device. The table of
+/// exchanges gives the count of attempts. Requests are not modified; their type is not const
+/// because the transport's is not.
 ///
-/// `run` and `query` return what came and print nothing. The others are made of them. They return 0
-/// for the expected answer, -1 if the adapter refused the request (flag byte 0xD4), and 1 if the
-/// expected answer never came; `sendQuery` returns a count.
+///     sendConfig sender("/dev/usb/lp0");
+///     const npa::Outcome outcome = sender.run(exchanges::SetConfig, request);
+///
+/// `run` and `query` return the reply and print no result. The other operations are made of them
+/// and return 0 for the expected reply, -1 for a refusal (flag byte 0xD4), and 1 if the expected
+/// reply never arrived; `sendQuery` returns a count.
 class sendConfig {
  public:
-  /// Copies `path` and takes a reference to the process's transport for its lifetime.
+  /// Copies `path` and holds a reference to the process's transport until the destruction.
   explicit sendConfig(std::string path);
   ~sendConfig();
   sendConfig(const sendConfig&) = delete;
   sendConfig& operator=(const sendConfig&) = delete;
 
-  /// Carries out one exchange of the table. Returns `NoAnswer` also if the device cannot be
-  /// opened.
+  /// Runs one exchange of the table. The outcome is `NoAnswer` also if the device cannot be opened.
   [[nodiscard]] npa::Outcome run(const Exchange& exchange, std::span<unsigned char> request);
 
-  /// Sends a packet and collects the reply: the command and data bytes of each reply packet, in
-  /// order. The reply ends with a packet that announces no further one, or when `timeout` seconds
-  /// have passed since the pause of 2 seconds after the request. Returns the collected bytes, none
-  /// if there is no reply.
+  /// Sends a request and returns the collected reply: the command and data bytes of each reply
+  /// packet, in order. The reply ends with a packet that announces no further one. Reading starts 2
+  /// s after the request. After `timeout` more seconds no further packet is read. Returns an empty
+  /// vector if there is no reply.
   [[nodiscard]] std::vector<unsigned char> query(std::span<unsigned char> request, int timeout);
 
-  /// Does what `query` does. Returns the count of collected bytes and sets `reply` to a new array
-  /// of them, which the caller releases with `delete[]`; returns 0 and leaves `reply` unchanged if
+  /// Does the same as `query`. Returns the count of collected bytes and sets `reply` to a new array
+  /// of them, which the caller frees with `delete[]`. Returns 0 and leaves `reply` unchanged if
   /// there are none.
   int sendQuery(unsigned char* packet, int length, unsigned char*& reply, int timeout);
 
-  /// Sends a configuration packet. -1 also when no reply came; 1 when the reply's last byte is not
-  /// 0x01.
+  /// Sends a configuration packet. Returns -1 also if there is no reply, and 1 if the last byte of
+  /// the reply is not 0x01.
   int setConfig(unsigned char* packet, int length);
 
-  /// Sends an adapter reset: two attempts, a minute in all. Never -1.
+  /// Sends an adapter reset, in up to two attempts, 50 s apart. Never returns -1.
   int resetINA(unsigned char* packet, int length);
 
-  /// Asks for the adapter descriptor, which ends in "-": six attempts, 10 seconds apart. Never -1.
+  /// Queries the adapter descriptor, which ends in "-": up to six attempts, 10 s apart. Never
+  /// returns -1.
   int getAdapterDescriptor(unsigned char* packet, int length);
 
-  /// Asks for the trouble code: 0 for none, else the code of the fourth attempt (1 to 255).
+  /// Queries the trouble code, in up to four attempts. Returns 0 if there is no trouble, or the
+  /// code of the last attempt (1 to 255).
   int getTroubleCode(unsigned char* packet, int length);
 
-  /// Asks for the SSID and prints it on a line of standard output.
+  /// Queries the SSID, in up to seven attempts, and prints it as a line on standard output.
   int getSSID(unsigned char* packet, int length);
 
-  /// Asks for the IP address, up to seven times until it is not 0.0.0.0, and prints it on a line of
-  /// standard output.
+  /// Queries the IP address, in up to seven attempts until it is not 0.0.0.0, and prints it as a
+  /// line on standard output.
   int getIP(unsigned char* packet, int length);
 
  private:
+  /// Reads packets until the last one of the reply, or until `timeout` seconds have passed.
   std::vector<unsigned char> collectReply(int timeout);
   /// Reads one reply packet and appends its command and data to `collected`, unless its flag byte
-  /// ends the exchange. Returns whether to read on: for a further packet, or past a garbled one.
+  /// ends the exchange. Returns true if the caller must read on: another packet follows, or this
+  /// one was garbled.
   bool readReplyPacket(std::vector<unsigned char>& collected);
+  /// Fills `destination`. Returns false if fewer bytes arrive.
   bool readExactly(std::span<unsigned char> destination);
 
   std::string m_DevicePath;

@@ -4,18 +4,24 @@
 #include <utility>
 #include <vector>
 
+/// The numbers of the adapter's settings.
 namespace npa {
 
 using Byte = std::uint8_t;
 using Bytes = std::vector<Byte>;
 
-/// Groups of setting objects.
+// The groups of settings.
+
+/// The adapter itself: its descriptor and its reset.
 inline constexpr Byte GroupAdapter = 0x06;
+/// The address that the adapter has in the network.
 inline constexpr Byte GroupNetworkAddress = 0x0A;
+/// The wireless network, its security and its keys.
 inline constexpr Byte GroupWireless = 0x28;
+/// 802.1x authentication and the adapter's certificates.
 inline constexpr Byte Group8021x = 0x2A;
 
-/// What identifies one setting of the adapter.
+/// Identifies one setting of the adapter: its group, and its object number in that group.
 struct SettingKey {
   Byte group;
   Byte object;
@@ -26,7 +32,8 @@ struct SettingKey {
   }
 };
 
-/// The setting objects, ordered by group and number. Every other place names them from here.
+/// All settings, ordered by group and object number. The columns are the group and the object
+/// number. The rest of the code uses these names and not the numbers.
 namespace settings {
 
 inline constexpr SettingKey Reset = {GroupAdapter, 0x14};

@@ -5,7 +5,7 @@
 
 namespace npa {
 
-/// The texts of the 802.1x authentication status, by its code.
+/// The texts of the 802.1x authentication status. The index is the status code.
 inline constexpr std::array<std::string_view, 12> AuthStatusTexts = {
     "802.1x not enabled",
     "NOT authenticated (deprecated)",

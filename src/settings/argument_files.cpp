@@ -4,17 +4,12 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
-#include <memory>
+#include <utility>
 
 #include "settings/config_details.h"
 #include "util/output.h"
 
 namespace {
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 /// A line's piece of at most 255 characters and its end.
 using LineBuffer = std::array<char, 256>;
@@ -25,14 +20,19 @@ bool isHexDigit(char c) {
 
 }  // namespace
 
+std::FILE* configDetails::open(const char* path) {
+  File file(std::fopen(path, "re"));
+  return file ? m_Files.emplace_back(std::move(file)).get() : nullptr;
+}
+
 int configDetails::parseFile(std::string path, std::string usbPath) {
   slot(Setting::Usb) = usbPath;
-  const File file(std::fopen(path.c_str(), "re"));
-  if (!file) {
+  std::FILE* const file = open(path.c_str());
+  if (file == nullptr) {
     return 0;
   }
   LineBuffer buffer{};
-  while (std::fgets(buffer.data(), buffer.size(), file.get()) != nullptr) {
+  while (std::fgets(buffer.data(), buffer.size(), file) != nullptr) {
     const std::string line(buffer.data(), std::strcspn(buffer.data(), "\n"));
     if (!line.starts_with('#')) {
       applyOptions(line);
@@ -42,15 +42,15 @@ int configDetails::parseFile(std::string path, std::string usbPath) {
 }
 
 int configDetails::parseNPAFile(const char* path) {
-  const File file(path == nullptr ? nullptr : std::fopen(path, "re"));
-  if (!file) {
+  std::FILE* const file = path == nullptr ? nullptr : open(path);
+  if (file == nullptr) {
     return -1;
   }
   std::string& digits = slot(Setting::NpaFileData);
   digits.clear();
   std::array<char, 4096> block{};
   std::size_t count = 0;
-  while ((count = std::fread(block.data(), 1, block.size(), file.get())) > 0) {
+  while ((count = std::fread(block.data(), 1, block.size(), file)) > 0) {
     for (std::size_t i = 0; i < count; ++i) {
       if (isHexDigit(block[i])) {
         digits.push_back(block[i]);

@@ -2,13 +2,16 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "settings/option_table.h"
 
 /// The settings of one run. Each is text, and none is checked: the encoders decide what a text
-/// means. References that a getter returns live as long as the record.
+/// means. References that a getter returns live as long as the record, and so do the files that it
+/// reads: they stay open.
 class configDetails {
  public:
   /// Gives each option its initial value, and the device "/dev/usb/lp0".
@@ -74,9 +77,20 @@ class configDetails {
   const std::string& getCerFilePath() const { return value(Setting::CerFilePath); }
 
  private:
+  struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  using File = std::unique_ptr<std::FILE, CloseFile>;
+
+  /// Opens a file for reading, for as long as the record lives. Returns nullptr on failure.
+  std::FILE* open(const char* path);
+
   std::string& slot(Setting setting) { return m_Values[static_cast<std::size_t>(setting)]; }
   /// Matches one argument against every option key.
   void applyOptions(const std::string& argument);
 
   std::array<std::string, static_cast<std::size_t>(Setting::Count)> m_Values;
+  // A run may start with standard input closed. The file then gets descriptor 0, which no device
+  // may have: as long as the file is open, the device gets another.
+  std::vector<File> m_Files;
 };

@@ -5,15 +5,19 @@
 
 #include "transport/posix_mutex.h"
 
-/// First-in first-out byte queue of fixed capacity whose writes and reads are all or nothing. It
-/// may be filled by one thread and drained by another: every operation takes the buffer's lock.
+/// A first-in, first-out byte queue of fixed capacity. A write or a read transfers all of its bytes
+/// or none. One thread may write while another reads: every operation locks the queue.
 ///
-/// The storage has one slot more than the capacity. That slot stays unused, so that "empty" (equal
-/// positions) and "full" (one slot between them) are told apart without a counter.
+///     CircularBuffer queue(65536);
+///     queue.writeBytes(packet, 64);  // false, with nothing stored, if 64 bytes do not fit
+///     queue.readBytes(header, 3);    // the oldest 3 bytes; false if fewer are stored
+///
+/// The storage has one slot more than the capacity. That slot stays unused, so equal positions
+/// always mean "empty": a full queue has one slot between its positions.
 class CircularBuffer {
  public:
-  /// Makes an empty queue for `capacity` bytes. When the storage cannot be had, the queue holds
-  /// nothing and has no space.
+  /// Creates an empty queue for `capacity` bytes. If memory runs out, the queue has no space and
+  /// every write of at least one byte fails.
   explicit CircularBuffer(unsigned long capacity);
   ~CircularBuffer() = default;
   CircularBuffer(const CircularBuffer&) = delete;
@@ -22,10 +26,10 @@ class CircularBuffer {
   /// Discards all stored bytes.
   void flush();
 
-  /// True when not one byte more fits.
+  /// Returns true if `capacity` bytes are stored.
   bool isFull();
 
-  /// True when nothing is stored.
+  /// Returns true if nothing is stored.
   bool isEmpty();
 
   /// Returns how many more bytes fit.
@@ -34,12 +38,12 @@ class CircularBuffer {
   /// Returns how many bytes are stored.
   unsigned long getAvailableBytes();
 
-  /// Stores `src[0..count-1]` and returns true, or stores nothing and returns false when they do
-  /// not all fit.
+  /// Stores `src[0..count-1]` and returns true. Stores nothing and returns false if they do not all
+  /// fit.
   bool writeBytes(const unsigned char* src, unsigned long count);
 
-  /// Takes `count` bytes, oldest first, into `dst` and returns true, or takes nothing and returns
-  /// false when fewer are stored.
+  /// Moves the oldest `count` bytes to `dst` and returns true. Moves nothing and returns false if
+  /// fewer are stored.
   bool readBytes(unsigned char* dst, unsigned long count);
 
  private:
@@ -47,13 +51,16 @@ class CircularBuffer {
     void operator()(unsigned char* storage) const { std::free(storage); }
   };
 
-  /// Slots from `position` to the end of the storage.
+  /// Returns the count of slots from `position` to the end of the storage.
   unsigned long slotsToEnd(unsigned long position) const { return m_Capacity - position + 1; }
-  /// The position `count` slots on, `count` being at most `slotsToEnd(position)`.
+  /// Returns the position `count` slots later. `count` is at most `slotsToEnd(position)`; that many
+  /// slots lead back to position 0.
   unsigned long advanced(unsigned long position, unsigned long count) const;
 
   std::unique_ptr<unsigned char, Free> m_Buffer;
   unsigned long m_Capacity;
+  /// Error-checking, because the operations call each other under the lock (see
+  /// `PosixMutex::Lock`).
   PosixMutex m_Mutex{PosixMutex::Kind::ErrorChecking};
   unsigned long m_ReadPos ZVK_GUARDED_BY(m_Mutex) = 0;
   unsigned long m_WritePos ZVK_GUARDED_BY(m_Mutex) = 0;

@@ -1,27 +1,32 @@
 #pragma once
 
-/// The channel to the printer, as the messaging code sees it: named by a text path, opened for one
-/// exchange and closed again.
+/// The connection to the printer as the messaging code sees it. A text path names the printer. The
+/// connection is opened for one attempt and closed again:
+///
+///     transport.CT_Open("/dev/usb/lp0");
+///     transport.CT_Write(request, requestSize, 0);
+///     const long count = transport.CT_Read(reply, replySize);
+///     transport.CT_Close();
 class CommTransport {
  public:
-  /// Opens the channel that `path` names; returns 0, or -1 on failure.
+  /// Opens the connection to the printer at `path`. Returns 0, or -1 on failure.
   virtual int CT_Open(const char* path) = 0;
 
-  /// Closes the channel; returns 0, or -1 when it was not open.
+  /// Closes the connection. Returns 0, or -1 if it was not open.
   virtual int CT_Close() = 0;
 
-  /// Reads up to `len` bytes into `buf`, waiting a bounded time; returns the count, which is short
-  /// (0 included) when the printer fell silent.
+  /// Reads up to `len` bytes into `buf` and waits for them for a limited time. Returns the count.
+  /// It is less than `len`, possibly 0, if the printer stops sending.
   virtual long CT_Read(unsigned char* buf, unsigned long len) = 0;
 
-  /// Writes `len` bytes from `buf`; returns the count taken, which may be short, or -1. `timeout`
-  /// is accepted and not used.
+  /// Writes `len` bytes from `buf`. Returns the count written, which may be less than `len`, or -1.
+  /// `timeout` is ignored.
   virtual long CT_Write(unsigned char* buf, unsigned long len, unsigned long timeout) = 0;
 
-  /// Accepts a callback and never calls it.
+  /// Ignores `callback`: no transport reads in the background.
   virtual void CT_RegisterReadCallback(int (*callback)(unsigned char*, int)) = 0;
 
  protected:
-  // Not for deletion through this interface.
+  // Protected: nobody deletes a transport through this interface.
   ~CommTransport() = default;
 };

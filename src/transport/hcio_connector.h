@@ -16,16 +16,16 @@ enum HCIOStatus : int {
   IO_NOTHING_WRITTEN = 36,  ///< a write returned 0
 };
 
-/// The kinds of connector. The value 1 is not in use.
+/// The kinds of connector. The value 1 is unused.
 enum HCDeviceLocTypes : int {
   HC_LOC_NONE = 0,
   HC_LOC_USBLP = 2,
   HC_LOC_LIBUSB = 3,
 };
 
-/// One channel to a printer. A connector is created closed, may be closed more than once (the
-/// second call reports failure) and closes itself when destroyed. It prints nothing: a failure is
-/// told by the result and by `getLastError()`.
+/// One kind of connection to a printer. A connector starts closed and closes itself when destroyed.
+/// Closing it twice is allowed; the second call returns a failure. A connector prints nothing: the
+/// result and `getLastError()` report a failure.
 class HCIOConnector {
  public:
   HCIOConnector() = default;
@@ -33,42 +33,43 @@ class HCIOConnector {
   HCIOConnector& operator=(const HCIOConnector&) = delete;
   virtual ~HCIOConnector() = default;
 
-  /// Opens the channel; returns 0 on success, 1 on failure.
+  /// Opens the connection. Returns 0 on success, 1 on failure.
   virtual int open() = 0;
 
-  /// Closes the channel; returns 0 on success, 1 when it was not open or could not be closed.
+  /// Closes the connection. Returns 0 on success, 1 if it was not open or the close failed.
   virtual int close() = 0;
 
   /// Reads up to `len` bytes into `buf`, which the caller owns. Returns the count, or -1.
   virtual int read(unsigned char* buf, int len) = 0;
 
-  /// Looks at up to `len` bytes without taking them; returns the count. No connector supports it.
+  /// Returns 0: no connector can look at input without removing it.
   virtual int peek(unsigned char* buf, int len) = 0;
 
-  /// Writes `len` bytes from `buf`. Returns the count taken, which may be short, or -1.
+  /// Writes `len` bytes from `buf`. Returns the count written, which may be less than `len`, or -1.
   virtual int write(unsigned char* buf, int len) = 0;
 
-  /// Waits at most `timeout` for input: microseconds for usblp, milliseconds for libusb.
+  /// Waits at most `timeout` for input. The unit is microseconds for usblp, milliseconds for
+  /// libusb.
   virtual HCIOStatus isReadReady(unsigned int timeout) = 0;
 
-  /// Waits at most `timeout` (as `isReadReady`) until the device takes bytes.
+  /// Waits at most `timeout`, in the unit of `isReadReady`, until the device accepts bytes.
   virtual HCIOStatus isWriteReady(unsigned int timeout) = 0;
 
-  /// The `HCIOStatus` of the last operation that set one; 0 at the start.
+  /// Returns the `HCIOStatus` of the last operation that set one; `IO_OK` before the first.
   int getLastError() const { return m_LastError; }
 
   HCDeviceLocTypes getType() const { return m_Type; }
   void setType(HCDeviceLocTypes type) { m_Type = type; }
 
  protected:
-  /// Stores `status` as the last one, and returns it.
+  /// Stores `status` for `getLastError()` and returns it.
   HCIOStatus setStatus(HCIOStatus status) {
     m_LastError = status;
     return status;
   }
 
  private:
-  /// Of whichever thread was last, where one reads and another writes.
+  /// Atomic, because a reading and a writing thread may both set it. The last one wins.
   std::atomic<int> m_LastError = IO_OK;
   HCDeviceLocTypes m_Type = HC_LOC_NONE;
 };

@@ -1,3 +1,5 @@
+// The transport over USB: which connector a path selects, and how long reads and writes wait.
+
 #include "transport/hcusb_transport.h"
 
 #include <algorithm>
@@ -9,21 +11,22 @@
 #include "transport/lib_usb_connector.h"
 #include "transport/usblp_connector.h"
 #include "util/clock.h"
+#include "util/deadline.h"
 #include "util/debug_line.h"
 #include "util/decimal.h"
-#include "util/patience.h"
 
 namespace {
 
 constexpr unsigned char PrinterClass = 7;
 constexpr const char* DevicePrefix = "/dev/usb/lp";
-/// One millisecond for usblp, one second for libusb: each connector counts in its own unit.
+/// 1 ms for usblp, which counts in microseconds; 1 s for libusb, which counts in milliseconds.
 constexpr unsigned int ProbeTimeout = 1000;
 constexpr std::time_t SilenceLimitSeconds = 5;
 constexpr std::time_t WriteLimitSeconds = 5;
 constexpr std::size_t AddressPartLimit = 9;
 
-/// The number behind "usblp", or else behind "/lp"; nothing when the path has neither.
+/// Returns the number after "usblp", or after "/lp" if there is no "usblp". Returns nothing if the
+/// path has neither.
 std::optional<int> usblpNumber(std::string_view path) {
   for (const std::string_view name : {"usblp", "/lp"}) {
     if (const std::size_t position = path.find(name); position != std::string_view::npos) {
@@ -33,7 +36,8 @@ std::optional<int> usblpNumber(std::string_view path) {
   return std::nullopt;
 }
 
-/// Bus and device number of "BUS:DEVICE"; nothing when there is no colon or a part is too long.
+/// Returns the bus and device number of "BUS:DEVICE". Returns nothing if there is no colon or a
+/// part has more than 9 characters.
 std::optional<std::pair<int, int>> libUsbAddress(std::string_view path) {
   const std::size_t colon = path.find(':');
   if (colon == std::string_view::npos) {
@@ -47,6 +51,7 @@ std::optional<std::pair<int, int>> libUsbAddress(std::string_view path) {
   return std::pair(util::toInt(bus), util::toInt(device));
 }
 
+/// Limits a size to the largest that a connector accepts.
 int narrowed(unsigned long len) {
   return static_cast<int>(
       std::min(len, static_cast<unsigned long>(std::numeric_limits<int>::max())));
@@ -116,9 +121,9 @@ long HCUSBTransport::CT_Read(unsigned char* buf, unsigned long len) {
     return first;
   }
   int got = std::max(first, 0);
-  // An unplugged printer is ready for ever and never gives a byte.
-  util::Patience readyWithoutByte(SilenceLimitSeconds);
-  while (got < wanted && !readyWithoutByte.isOver()) {
+  // An unplugged printer always reports that it is ready, and never sends a byte.
+  util::Deadline readyWithoutByte(SilenceLimitSeconds);
+  while (got < wanted && !readyWithoutByte.hasPassed()) {
     const std::time_t start = util::nowInSeconds();
     HCIOStatus status = m_Connector->isReadReady(ProbeTimeout);
     while (status == IO_TIMEOUT && util::nowInSeconds() - start < SilenceLimitSeconds) {
@@ -151,16 +156,16 @@ long HCUSBTransport::writeRequest(std::span<unsigned char> request) {
     return taken;
   }
   auto rest = request.subspan(static_cast<std::size_t>(taken));
-  util::Patience patience(WriteLimitSeconds);
-  while (!rest.empty() && !patience.isOver()) {
-    // Most errors leave the status as it was: make sure that it is no "try again" of an earlier
-    // try.
+  util::Deadline deadline(WriteLimitSeconds);
+  while (!rest.empty() && !deadline.hasPassed()) {
+    // Most errors leave the status unchanged. The probe replaces it, so a later IO_TRY_AGAIN is the
+    // status of this write and not of an earlier one.
     m_Connector->isWriteReady(0);
     const long count = CT_Write(rest.data(), rest.size(), 0);
     if (count > 0) {
       rest = rest.subspan(static_cast<std::size_t>(count));
     } else if (count == 0 || m_Connector->getLastError() == IO_TRY_AGAIN) {
-      patience.pause();
+      deadline.pause();
     } else {
       break;
     }

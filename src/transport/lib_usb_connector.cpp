@@ -1,3 +1,5 @@
+// Finding a printer on the bus and its transfers, through libusb 0.1.
+
 #include "transport/lib_usb_connector.h"
 
 #include <algorithm>
@@ -14,13 +16,15 @@
 namespace {
 
 constexpr unsigned long RingCapacity = 0x10000;
+/// Milliseconds that a read waits for each packet.
 constexpr unsigned int ReadPollTimeout = 10000;
 constexpr int WriteTimeoutMilliseconds = 5000;
-/// Two minutes of retries; without a limit a device that never takes the bytes holds us for ever.
+/// Two minutes of retries. Without a limit, a device that never accepts the bytes would block the
+/// program for ever.
 constexpr int WriteRetryLimit = 24;
 constexpr unsigned int MicrosecondsPerSecond = 1000000;
 
-/// A range over one of libusb's descriptor arrays, empty where libusb has none.
+/// Returns a span of one of libusb's descriptor arrays; an empty one if libusb has no array.
 template <typename Descriptor>
 std::span<Descriptor> range(Descriptor* first, int count) {
   return first == nullptr || count <= 0
@@ -115,7 +119,7 @@ void LibUsbConnector::findEndpoints(const struct usb_interface_descriptor& alt) 
       continue;
     }
     m_InEndpoint = endpoint.bEndpointAddress;
-    // A packet size of 0 would cut a write into chunks of nothing.
+    // Ignore a packet size of 0: a write in chunks of 0 bytes would never end.
     if (endpoint.wMaxPacketSize > 0) {
       m_InMaxPacket = endpoint.wMaxPacketSize;
     }
@@ -188,14 +192,14 @@ HCIOStatus LibUsbConnector::isReadReady(unsigned int timeout) {
       luu_usb_bulk_read(m_Handle.get(), m_InEndpoint, reinterpret_cast<char*>(packet.data()),
                         m_InMaxPacket, waitLimit(timeout));
   if (received <= 0 && received != -ETIMEDOUT) {
-    // An empty packet, or an error, which libusb may keep to itself: it comes at once each time,
-    // and whoever collects a reply reads again until its deadline.
+    // An empty packet, or an error, which libusb may report as an empty packet. It returns
+    // immediately, every time, and the caller reads again until its deadline: pause between reads.
     util::pauseBriefly();
   }
   if (received == 0 || received == -ETIMEDOUT) {
     return setStatus(IO_TIMEOUT);
   }
-  // A packet that leaves no free byte in the ring is dropped as well.
+  // A packet that would fill the ring to its last byte is dropped as well.
   if (received > 0 && received <= m_InMaxPacket &&
       m_RxBuffer.getAvailableSpace() > static_cast<unsigned long>(received) &&
       m_RxBuffer.writeBytes(packet.data(), static_cast<unsigned long>(received))) {

@@ -10,9 +10,15 @@ struct usb_dev_handle;
 struct usb_device;
 struct usb_interface_descriptor;
 
-/// A printer reached through libusb 0.1: finds the device, claims its first interface of one class
-/// and moves bytes over that interface's bulk endpoints (USB Device Class Definition for Printing
-/// Devices). Bytes that arrived and were not asked for yet wait in a ring.
+/// A printer reached through libusb 0.1. The connector finds the device, claims its first interface
+/// of one class and transfers bytes over the bulk endpoints of that interface (USB Device Class
+/// Definition for Printing Devices). Bytes that arrive before they are read wait in a ring of 64
+/// KiB.
+///
+///     LibUsbConnector printer(7);      // interfaces of the printer class
+///     if (printer.open(1, 4) == 0) {   // bus 1, device 4
+///       printer.write(request, size);
+///     }
 class LibUsbConnector : public HCIOConnector {
  public:
   /// `interfaceClass` is the USB class code of the interface to claim; 7 is a printer.
@@ -21,37 +27,40 @@ class LibUsbConnector : public HCIOConnector {
   LibUsbConnector& operator=(const LibUsbConnector&) = delete;
   ~LibUsbConnector() override;
 
-  /// A libusb device cannot be opened without its address: sets `IO_FAILED`, returns 1.
+  /// Fails, because libusb needs the device's address: sets `IO_FAILED` and returns 1.
   int open() override;
 
-  /// Opens device `device` on bus `bus` (the numbers of lsusb) and claims its interface. Returns 0
-  /// and sets `IO_OK`, or returns 1 and sets `IO_FAILED` when it is not there or cannot be claimed.
+  /// Opens device `device` on bus `bus` (the numbers that lsusb prints) and claims its interface.
+  /// Returns 0 and sets `IO_OK`. Returns 1 and sets `IO_FAILED` if there is no such device or its
+  /// interface cannot be claimed.
   int open(int bus, int device);
 
-  /// Opens `dev`, selects its configuration number `configIndex` of the descriptor array and claims
-  /// the interface of `alt`. Returns whether the interface is claimed; if not, nothing stays open.
+  /// Opens `dev`, selects the configuration at `configIndex` in its descriptor array and claims the
+  /// interface of `alt`. Returns true if the interface is claimed; otherwise nothing stays open.
   bool claim(struct usb_device* dev, int configIndex, struct usb_interface_descriptor* alt);
 
-  /// Releases the interface and closes the device; returns 0, or 1 when it was not open.
+  /// Releases the interface and closes the device. Returns 0, or 1 if it was not open.
   int close() override;
 
-  /// Takes `len` bytes from the ring, polling the printer for what is missing; returns the count,
-  /// which is short (0 included) when the printer stops sending.
+  /// Moves `len` bytes from the ring to `buf` and first polls the printer for the missing ones.
+  /// Returns the count. It is less than `len`, possibly 0, if the printer stops sending.
   int read(unsigned char* buf, int len) override;
 
   /// Does nothing and returns 0.
   int peek(unsigned char* buf, int len) override;
 
-  /// Writes in chunks of the IN endpoint's packet size, 5 seconds each. Returns the count taken,
-  /// which is short after a stall (`IO_BAD_DEVICE`), another failure (`IO_FAILED`), or after 24
-  /// retries of chunks that were not taken (`IO_TRY_AGAIN`); 0 and no status when closed.
+  /// Writes in chunks of the IN endpoint's packet size, with a timeout of 5 s each. Returns the
+  /// count written. It is less than `len` after a stall (`IO_BAD_DEVICE`), another failure
+  /// (`IO_FAILED`), or 24 retries of chunks that the printer did not accept (`IO_TRY_AGAIN`). A
+  /// closed connector returns 0 and sets no status.
   int write(unsigned char* buf, int len) override;
 
-  /// Reads one packet into the ring, waiting at most `timeout` milliseconds. `IO_READ_READY`,
-  /// `IO_TIMEOUT` when nothing came, or `IO_FAILED`, also when the packet did not fit the ring.
+  /// Reads one packet into the ring and waits for it at most `timeout` milliseconds. Returns
+  /// `IO_READ_READY`, `IO_TIMEOUT` if no byte arrived, or `IO_FAILED`, also if the packet does not
+  /// fit into the ring.
   HCIOStatus isReadReady(unsigned int timeout) override;
 
-  /// Answers `IO_WRITE_READY` at once, also when closed: the bulk write does its own waiting.
+  /// Always returns `IO_WRITE_READY` at once, even if closed: the bulk write does the waiting.
   HCIOStatus isWriteReady(unsigned int timeout) override;
 
  private:
@@ -59,9 +68,12 @@ class LibUsbConnector : public HCIOConnector {
     void operator()(usb_dev_handle* handle) const;
   };
 
-  /// The first claimable interface of `dev`: its alternate setting, or null.
+  /// Claims the first interface of `dev` that has the wanted class. Returns its alternate setting,
+  /// or null if no interface can be claimed.
   struct usb_interface_descriptor* claimFirstInterface(struct usb_device* dev);
+  /// Stores the bulk endpoints of the claimed interface and the packet size of the IN endpoint.
   void findEndpoints(const struct usb_interface_descriptor& alt);
+  /// Returns a timeout in the unit in which the bulk read counts.
   int waitLimit(unsigned int timeout) const;
 
   bool m_TimeoutInSeconds;
@@ -70,7 +82,7 @@ class LibUsbConnector : public HCIOConnector {
   int m_Interface = 0;
   int m_InEndpoint = 0;
   int m_OutEndpoint = 0;
-  int m_InMaxPacket = 32;
+  int m_InMaxPacket = 32;  ///< bytes; also the chunk size of a write
   std::unique_ptr<usb_dev_handle, CloseHandle> m_Handle;
   PosixMutex m_WriteMutex ZVK_ACQUIRED_BEFORE(m_ReadMutex);
   PosixMutex m_ReadMutex;

@@ -1,3 +1,5 @@
+// Each wrapper calls the libusb function of its name.
+
 #include "transport/luu.h"
 
 int luu_initialize() {

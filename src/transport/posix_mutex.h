@@ -4,12 +4,14 @@
 
 #include "transport/thread_safety.h"
 
-/// A POSIX mutex with its attributes, and the lock that holds it for a scope.
+/// A POSIX mutex with its attributes, and a lock that holds it for a scope:
+///
+///     const PosixMutex::Lock lock(m_Mutex);  // unlocks at the end of the scope
 class ZVK_CAPABILITY("mutex") PosixMutex {
  public:
   enum class Kind {
     Default,
-    /// A second lock by the thread that holds it fails instead of blocking for ever.
+    /// If the thread that holds the mutex locks it again, that fails instead of blocking for ever.
     ErrorChecking,
   };
 
@@ -27,9 +29,9 @@ class ZVK_CAPABILITY("mutex") PosixMutex {
   PosixMutex(const PosixMutex&) = delete;
   PosixMutex& operator=(const PosixMutex&) = delete;
 
-  /// Locks for the rest of the scope, and unlocks only what it locked itself: an operation that is
-  /// called by another under the same error-checking mutex runs on under the caller's lock and
-  /// leaves the unlocking to it.
+  /// Holds the mutex until the end of the scope. It unlocks only if it locked: an operation that is
+  /// called by another one under the same error-checking mutex runs under the caller's lock and
+  /// leaves it locked.
   class ZVK_SCOPED_CAPABILITY Lock {
    public:
     explicit Lock(PosixMutex& mutex) ZVK_ACQUIRE(mutex)

@@ -1,7 +1,7 @@
 #pragma once
 
-// Which lock guards what, for clang's thread safety analysis, which checks it as it compiles.
-// Nothing to other compilers.
+// Marks which lock guards which data. The thread safety analysis of clang checks the marks at
+// compile time. Other compilers ignore them.
 
 #ifdef __clang__
 #define ZVK_THREAD_ATTRIBUTE(attribute) __attribute__((attribute))
@@ -11,9 +11,9 @@
 
 #define ZVK_CAPABILITY(name) ZVK_THREAD_ATTRIBUTE(capability(name))
 #define ZVK_SCOPED_CAPABILITY ZVK_THREAD_ATTRIBUTE(scoped_lockable)
-/// To be touched only by a holder of the lock.
+/// Only a thread that holds the lock may use the variable.
 #define ZVK_GUARDED_BY(lock) ZVK_THREAD_ATTRIBUTE(guarded_by(lock))
-/// The order of two locks that are held together.
+/// A thread that needs both locks takes this one first.
 #define ZVK_ACQUIRED_BEFORE(lock) ZVK_THREAD_ATTRIBUTE(acquired_before(lock))
 #define ZVK_ACQUIRE(...) ZVK_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))
 #define ZVK_RELEASE(...) ZVK_THREAD_ATTRIBUTE(release_capability(__VA_ARGS__))

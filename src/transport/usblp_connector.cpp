@@ -1,3 +1,5 @@
+// System calls on the device file of usblp.
+
 #include "transport/usblp_connector.h"
 
 #include <algorithm>
@@ -42,6 +44,7 @@ int USBLPConnector::open() {
     close();
   }
   m_Fd = ::open(m_DevicePath.data(), O_RDWR | O_EXCL | O_NOCTTY | O_NONBLOCK);
+  // Descriptor 0 means that standard input was closed, and counts as a failure.
   if (m_Fd == 0) {
     ::close(m_Fd);
     m_Fd = -1;
@@ -96,7 +99,7 @@ HCIOStatus USBLPConnector::isWriteReady(unsigned int timeout) {
 }
 
 HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) {
-  // A set holds FD_SETSIZE descriptors; storing any other would write outside it.
+  // A set holds FD_SETSIZE descriptors. FD_SET with a larger one would write past its end.
   if (m_Fd < 0 || m_Fd >= FD_SETSIZE) {
     return IO_FAILED;
   }
@@ -113,7 +116,7 @@ HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) {
   if (ready == 0) {
     return IO_TIMEOUT;
   }
-  // It comes at once each time, and whoever collects a reply reads again until its deadline.
+  // The failure is immediate, every time, and the caller reads again until its deadline.
   util::pauseBriefly();
   return IO_FAILED;
 }

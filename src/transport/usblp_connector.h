@@ -5,48 +5,57 @@
 #include "transport/hcio_connector.h"
 #include "transport/posix_mutex.h"
 
-/// A printer behind the kernel's USB printer class driver, `usblp`: a character device that is
-/// opened non-blocking, so that waiting is done by the probes alone. Their time limits count in
+/// A printer reached through `usblp`, the kernel's driver for the USB printer class. The connector
+/// opens the character device non-blocking, so only the probes wait. Their timeouts count in
 /// microseconds.
+///
+///     USBLPConnector printer("/dev/usb/lp", 0);
+///     if (printer.open() == 0 && printer.isReadReady(1000) == IO_READ_READY) {
+///       printer.read(buffer, size);
+///     }
 class USBLPConnector : public HCIOConnector {
  public:
-  /// Names the device file: `prefix` followed by `number` in decimal. A null prefix, one of 63
-  /// characters or more, a number outside 0 to 16, or a name of 64 characters or more leaves the
-  /// name empty, and `open()` then fails.
+  /// Sets the path of the device file: `prefix`, then `number` in decimal. The path stays empty,
+  /// and `open()` fails, if `prefix` is null or has 63 characters or more, if `number` is not 0 to
+  /// 16, or if the path has 64 characters or more.
   USBLPConnector(const char* prefix, int number);
   USBLPConnector(const USBLPConnector&) = delete;
   USBLPConnector& operator=(const USBLPConnector&) = delete;
   ~USBLPConnector() override;
 
-  /// Opens the device file for reading and writing. Returns 0, or 1 on failure; a descriptor of 0
-  /// (standard input was closed) counts as failure.
+  /// Opens the device file for reading and writing. Returns 0, or 1 on failure. Getting descriptor
+  /// 0 (standard input was closed) is a failure.
   int open() override;
 
-  /// Closes the device file; returns 0, or 1 when it was not open or the close failed, in which
-  /// case the descriptor is kept.
+  /// Closes the device file. Returns 0, or 1 if it was not open or the close failed. After a failed
+  /// close the connector keeps the descriptor.
   int close() override;
 
-  /// Returns what `read` returns; on -1 the status is `IO_TRY_AGAIN` for EAGAIN, `IO_BAD_DEVICE`
-  /// for EBADF and `IO_INTERRUPTED` for EINTR, else the last one.
+  /// Returns the result of the system call `read`. If that is -1, sets the status to `IO_TRY_AGAIN`
+  /// for EAGAIN, `IO_BAD_DEVICE` for EBADF, or `IO_INTERRUPTED` for EINTR. Any other error, like
+  /// success, leaves the status unchanged.
   int read(unsigned char* buf, int len) override;
 
-  /// Not supported by usblp: zeroes `buf`, sets `IO_BAD_DEVICE`, returns 0.
+  /// Not supported by usblp: fills `buf` with zeros, sets `IO_BAD_DEVICE` and returns 0.
   int peek(unsigned char* buf, int len) override;
 
-  /// Returns what `write` returns. The status is `IO_OK` for a whole write, `IO_SHORT_WRITE`,
-  /// `IO_NOTHING_WRITTEN` for 0, or as for `read` on -1.
+  /// Returns the result of the system call `write`. Sets the status to `IO_OK` after a complete
+  /// write, `IO_SHORT_WRITE` after a short one and `IO_NOTHING_WRITTEN` after 0 bytes. If the
+  /// result is -1, sets it as `read` does.
   int write(unsigned char* buf, int len) override;
 
-  /// `IO_READ_READY`, `IO_TIMEOUT` after `timeout` microseconds, or `IO_FAILED`.
+  /// Returns `IO_READ_READY`, `IO_TIMEOUT` after `timeout` microseconds, or `IO_FAILED`.
   HCIOStatus isReadReady(unsigned int timeout) override;
 
-  /// `IO_WRITE_READY`, `IO_TIMEOUT` after `timeout` microseconds, or `IO_FAILED`.
+  /// Returns `IO_WRITE_READY`, `IO_TIMEOUT` after `timeout` microseconds, or `IO_FAILED`.
   HCIOStatus isWriteReady(unsigned int timeout) override;
 
  private:
   enum class Direction { Read, Write };
 
+  /// Waits at most `timeout` microseconds with `select`. Does not set the status.
   HCIOStatus probe(Direction direction, unsigned int timeout);
+  /// Sets the status for EAGAIN, EBADF and EINTR only.
   void setStatusFromErrno();
 
   std::array<char, 64> m_DevicePath{};

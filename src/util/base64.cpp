@@ -1,3 +1,6 @@
+// Base64 (RFC 4648) with look-up tables. Encoding writes two characters per look-up. Decoding
+// looks up whole groups of four valid characters, and anything else character by character.
+
 #include "util/base64.h"
 
 #include <algorithm>
@@ -20,6 +23,7 @@ constexpr std::size_t BytesPerGroup = 3;
 constexpr std::size_t CharsPerGroup = 4;
 constexpr std::uint8_t Invalid = 0xFF;
 
+/// The 6-bit value of each character; `Invalid` for characters outside the alphabet.
 constexpr auto CharValues = [] {
   std::array<std::uint8_t, 256> values{};
   values.fill(Invalid);
@@ -36,7 +40,7 @@ constexpr std::uint8_t valueOf(char c) {
 using Group = std::array<char, CharsPerGroup>;
 using Pair = std::array<char, 2>;
 
-/// The two characters for each twelve bits: half the look-ups of an alphabet of single ones.
+/// The two characters for each 12-bit number: half as many look-ups as with single characters.
 constexpr auto Pairs = [] {
   std::array<Pair, 4096> pairs{};
   for (std::size_t i = 0; i < pairs.size(); ++i) {
@@ -45,11 +49,12 @@ constexpr auto Pairs = [] {
   return pairs;
 }();
 
-/// The three bytes of a group as they lie in memory, and a fourth that is not zero when a character
-/// of the group is none of the alphabet.
+/// The three bytes of a group in memory order. The fourth byte is not 0 if a character of the group
+/// is outside the alphabet.
 using GroupBytes = std::array<std::uint8_t, CharsPerGroup>;
 
-/// What each character contributes at each place of a group, to be joined by "or".
+/// The bits that a character contributes to its group. The first index is the character's place in
+/// the group, the second the character. The four entries of a group are combined with OR.
 constexpr auto Contributions = [] {
   std::array<std::array<std::uint32_t, 256>, CharsPerGroup> places{};
   for (std::size_t place = 0; place < places.size(); ++place) {
@@ -64,6 +69,7 @@ constexpr auto Contributions = [] {
   return places;
 }();
 
+/// Decodes `four[0..3]`. The caller checks the fourth byte of the result.
 constexpr GroupBytes decodeWholeGroup(const char* four) {
   return std::bit_cast<GroupBytes>(Contributions[0][static_cast<unsigned char>(four[0])] |
                                    Contributions[1][static_cast<unsigned char>(four[1])] |
@@ -78,8 +84,8 @@ void encodeGroup(const unsigned char* three, char* four) {
   std::memcpy(four + sizeof(Pair), &Pairs[bits & 0xFFFU], sizeof(Pair));
 }
 
-/// Takes the next group out of `text`: whatever is neither of the alphabet nor padding is skipped,
-/// and a text that ends is taken as padded.
+/// Removes the next group from the front of `text` and returns it. Skips characters that are
+/// neither in the alphabet nor padding. If the text ends early, the rest of the group is padding.
 Group takeGroup(std::string_view& text) {
   Group group;
   group.fill(Padding);
@@ -95,8 +101,9 @@ Group takeGroup(std::string_view& text) {
   return group;
 }
 
-/// Decodes groups from the front of `text` into the front of `out` as long as a group's four
-/// characters stand side by side and its bytes fit, and takes both away. Returns the bytes written.
+/// Decodes groups from the front of `text` into the front of `out` while each group is four
+/// consecutive characters of the alphabet and its bytes fit. Removes the decoded part from `text`
+/// and the filled part from `out`. Returns the count of bytes written.
 std::size_t decodeWholeGroups(std::string_view& text, std::span<unsigned char>& out) {
   const std::size_t groups = std::min(text.size() / CharsPerGroup, out.size() / BytesPerGroup);
   std::size_t done = 0;
@@ -144,6 +151,7 @@ long Base64::decode(const char* text, unsigned char* out, unsigned long outSize)
   std::span<unsigned char> space(out, out == nullptr ? 0 : outSize);
   std::size_t total = 0;
   std::size_t count = BytesPerGroup;
+  // A group of fewer than 3 bytes has padding and is the last one.
   while (count == BytesPerGroup) {
     total += decodeWholeGroups(rest, space);
     Group group = takeGroup(rest);
@@ -165,6 +173,7 @@ void Base64::base64EncodeTriple(unsigned char* three, char* four) {
 
 int Base64::base64DecodeTriple(char* four, unsigned char* three) {
   int count = BytesPerGroup;
+  // Read from the end: only characters after the last valid one are padding.
   bool isPadded = true;
   std::uint32_t bits = 0;
   for (std::size_t i = CharsPerGroup; i-- > 0;) {

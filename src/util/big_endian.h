@@ -4,11 +4,10 @@
 #include <cstdint>
 #include <span>
 
-/// Big-endian numbers, as NPA packets and USB/IP messages have them.
+/// Big-endian numbers, the byte order of NPA packets and USB/IP messages.
 namespace util {
 
-/// Returns the number whose bytes are `bytes`, highest first. Of more than eight bytes the last
-/// eight count.
+/// Returns the number whose bytes are `bytes`, highest first. Only the last 8 bytes count.
 constexpr std::uint64_t bigEndian(std::span<const std::uint8_t> bytes) {
   std::uint64_t number = 0;
   for (const std::uint8_t byte : bytes) {
@@ -17,8 +16,8 @@ constexpr std::uint64_t bigEndian(std::span<const std::uint8_t> bytes) {
   return number;
 }
 
-/// Writes `number` to all of `bytes`, highest byte first. Bytes that the number does not reach are
-/// 0; higher bytes that do not fit are left out.
+/// Writes `number` to `bytes`, highest byte first. Fills all of `bytes`: a short number gets
+/// leading zero bytes, a long one loses its high bytes.
 constexpr void putBigEndian(std::uint64_t number, std::span<std::uint8_t> bytes) {
   for (std::size_t i = bytes.size(); i-- > 0;) {
     bytes[i] = static_cast<std::uint8_t>(number & 0xFFU);
@@ -26,11 +25,12 @@ constexpr void putBigEndian(std::uint64_t number, std::span<std::uint8_t> bytes)
   }
 }
 
-/// The two bytes of a 16-bit number; higher bits are left out.
+/// Returns the high byte of a 16-bit number. Bits above the 16th are dropped.
 constexpr std::uint8_t highByte(std::size_t number) {
   return static_cast<std::uint8_t>(number >> 8U & 0xFFU);
 }
 
+/// Returns the low byte of a number.
 constexpr std::uint8_t lowByte(std::size_t number) {
   return static_cast<std::uint8_t>(number & 0xFFU);
 }

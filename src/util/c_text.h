@@ -4,7 +4,7 @@
 
 namespace util {
 
-/// The characters of a C string; of a null pointer, none.
+/// Returns a view of a C string without its zero byte. A null pointer is an empty text.
 constexpr std::string_view textOf(const char* text) {
   return text == nullptr ? std::string_view() : std::string_view(text);
 }

@@ -1,3 +1,5 @@
+// Pauses and the clock, from the system calls.
+
 #include "util/clock.h"
 
 #include <unistd.h>
@@ -16,7 +18,7 @@ void pauseSeconds(unsigned int seconds) {
     if (pauseObserver) {
       pauseObserver(seconds);
     }
-    // No signal ends it early: the program handles signals only at the password prompt.
+    // No signal ends this sleep early: the program handles signals only at the password prompt.
     ::sleep(seconds);
   }
 }

@@ -3,15 +3,17 @@
 #include <ctime>
 #include <functional>
 
-/// The program's only view of time: whole-second pauses and deadlines, as the printer's protocol
-/// counts them, and the short wait between tries of a device that is not ready.
+/// The program's only access to time: pauses and deadlines in whole seconds, the unit of the
+/// printer's protocol, and the short pause between attempts on a device that is not ready.
 namespace util {
 
-/// Pauses for `seconds` seconds; 0 does not pause.
+/// Pauses for `seconds` seconds. Returns at once if that is 0.
 void pauseSeconds(unsigned int seconds);
 
-/// Calls `observer` with the length of each pause of whole seconds, before the pause, which it
-/// cannot change: for a front end that shows progress. An empty function ends that.
+/// Sets the function that `pauseSeconds` calls before each pause, with the length in seconds. A
+/// front end shows its progress there. An empty function removes the observer.
+///
+///     util::observePauses([](unsigned int seconds) { showCountdown(seconds); });
 void observePauses(std::function<void(unsigned int seconds)> observer);
 
 /// Pauses for about one millisecond.

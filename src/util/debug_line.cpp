@@ -1,3 +1,5 @@
+// Diagnostic lines, formatted on the stack where possible.
+
 #include "util/debug_line.h"
 
 #include <array>
@@ -20,7 +22,8 @@ constexpr std::string_view Prefix = "D [ZVK] ";
 }  // namespace
 
 void debugLine(const char* format, ...) {
-  // The usual line needs no memory, and is one write: standard error has no buffer.
+  // A line of at most 256 bytes needs no heap memory. Each line is one write, because standard
+  // error has no buffer.
   std::array<char, 256> line;
   Prefix.copy(line.data(), Prefix.size());
   std::va_list arguments;
@@ -38,7 +41,7 @@ void debugLine(const char* format, ...) {
     va_end(arguments);
     writeDiagnostic(std::string(Prefix).append(text).append("\n"));
   }
-  // A line may hold a key or a password.
+  // Erase the text: it may contain a key or a password.
   ::explicit_bzero(line.data(), line.size());
 }
 

@@ -2,8 +2,10 @@
 
 namespace util {
 
-/// Writes one diagnostic line: "D [ZVK] ", the formatted text (as `printf`, so texts end at their
-/// first zero byte) and a line end.
+/// Writes one diagnostic line: "D [ZVK] ", the text that `printf` would write, and a line end. A
+/// text argument ends at its first zero byte.
+///
+///     util::debugLine("Mode = '%s'", mode.c_str());  // D [ZVK] Mode = 'Ad-Hoc'
 [[gnu::format(printf, 1, 2)]] void debugLine(const char* format, ...);
 
 }  // namespace util

@@ -1,3 +1,5 @@
+// Decimal numbers in texts, read like atoi but without its undefined behaviour.
+
 #include "util/decimal.h"
 
 #include <algorithm>
@@ -14,6 +16,7 @@ int toInt(std::string_view text) {
   }
   constexpr std::int64_t largest = std::numeric_limits<int>::max();
   const std::int64_t limit = negative ? largest + 1 : largest;
+  // 64 bits hold ten times the largest `int`, so no step overflows.
   std::int64_t magnitude = 0;
   for (const char c : text) {
     if (c < '0' || c > '9') {

@@ -4,9 +4,9 @@
 
 namespace util {
 
-/// Reads a decimal number the way `atoi` does: leading white space, an optional sign, digits, and
-/// anything may follow. Returns 0 without digits. Unlike `atoi` it is defined for every text: a
-/// number outside the range of `int` gives the nearest limit.
+/// Reads a decimal number like `atoi`: optional white space, an optional sign, then digits. The
+/// rest of the text is ignored. Returns 0 if there are no digits. A number outside the range of
+/// `int`, which is undefined for `atoi`, yields the nearest limit.
 int toInt(std::string_view text);
 
 }  // namespace util

@@ -1,3 +1,5 @@
+// Formatting into a string: one pass for the size, one for the text.
+
 #include "util/format.h"
 
 #include <cstddef>
@@ -19,7 +21,7 @@ std::string formattedList(const char* format, std::va_list arguments) {
   const int length = std::vsnprintf(nullptr, 0, format, again);
   va_end(again);
   std::string text(static_cast<std::size_t>(length < 0 ? 0 : length), '\0');
-  // The zero byte goes where the string keeps its own.
+  // vsnprintf writes its zero byte over the one that the string keeps after its text.
   std::vsnprintf(text.data(), text.size() + 1, format, arguments);
   return text;
 }

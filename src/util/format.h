@@ -5,11 +5,11 @@
 
 namespace util {
 
-/// Returns the text that `printf` would write. Texts among the arguments end at their first zero
-/// byte.
+/// Returns the text that `printf` would write. A text argument ends at its first zero byte. Returns
+/// an empty text if the formatting fails.
 [[nodiscard, gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);
 
-/// The same for arguments that are already a list.
+/// Does the same for an argument list. As after `vsnprintf`, the list must not be read again.
 [[nodiscard, gnu::format(printf, 1, 0)]] std::string formattedList(const char* format,
                                                                    std::va_list arguments);
 

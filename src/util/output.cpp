@@ -1,3 +1,5 @@
+// The default output, the standard streams, and the choice of another one.
+
 #include "util/output.h"
 
 #include <cstdio>

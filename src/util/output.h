@@ -4,9 +4,9 @@
 
 namespace util {
 
-/// Receives all that the library writes. By default answers go to standard output and diagnostics
-/// to standard error, as zvkconfig has it. A front end that wants them elsewhere derives from this
-/// class and says so once, before it calls anything else:
+/// Receives everything that the library writes. By default, answers go to standard output and
+/// diagnostics to standard error. A front end that wants them elsewhere derives from this class and
+/// registers its object once, before it calls anything else:
 ///
 ///     Progress progress;           // class Progress : public util::Output
 ///     util::setOutput(&progress);
@@ -17,22 +17,22 @@ class Output {
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
 
-  /// Takes what the user asked for, questions and progress included.
+  /// Takes text for the user: results, questions and progress.
   virtual void answer(std::string_view text) = 0;
   /// Takes diagnostic lines and packet dumps. They contain keys and passwords.
   virtual void diagnostic(std::string_view text) = 0;
-  /// Shows the answers taken so far. Called before a wait.
+  /// Shows the answers taken so far. The library calls it before it waits.
   virtual void flushAnswers() {}
 };
 
-/// Sends all further output to `output`, which the caller owns and which must outlive its use; to
-/// the standard streams if it is null.
+/// Sends all further output to `output`, or to the standard streams if that is null. The caller
+/// owns `output` and keeps it alive until the last output.
 void setOutput(Output* output);
 
-/// Writes text that the user asked for.
+/// Writes text for the user.
 void writeAnswer(std::string_view text);
 
-/// Writes the same and shows it at once, for a text that a wait follows.
+/// Writes text for the user and flushes it, because a wait follows.
 void showProgress(std::string_view text);
 
 /// Writes diagnostic text. The caller adds the line end.

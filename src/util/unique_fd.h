@@ -5,7 +5,12 @@
 
 namespace util {
 
-/// Owns a file descriptor; -1 is none.
+/// Owns a file descriptor and closes it. The value -1 means that there is none.
+///
+///     const util::UniqueFd file(::open(path, O_RDONLY | O_CLOEXEC));
+///     if (file) {
+///       ::read(file.get(), buffer, size);
+///     }
 class UniqueFd {
  public:
   UniqueFd() = default;
@@ -25,9 +30,10 @@ class UniqueFd {
   int get() const { return m_Fd; }
   explicit operator bool() const { return m_Fd >= 0; }
 
-  /// Gives the descriptor away, open.
+  /// Returns the open descriptor and gives up its ownership: the caller closes it.
   int release() { return std::exchange(m_Fd, -1); }
 
+  /// Closes the descriptor if there is one.
   void reset() {
     if (m_Fd >= 0) {
       ::close(release());

@@ -1,3 +1,5 @@
+// Byte helpers: big-endian numbers, hex text and the packet dump.
+
 #include "util/utility.h"
 
 #include <algorithm>
@@ -23,7 +25,7 @@ char toUpper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// The value of each character as a hex digit.
+/// The value of each character as a hex digit; `NoDigit` for any other character.
 constexpr auto DigitValues = [] {
   std::array<unsigned char, 256> values{};
   values.fill(NoDigit);
@@ -41,8 +43,8 @@ unsigned char digitValue(char c) {
   return DigitValues[static_cast<unsigned char>(c)];
 }
 
-/// A byte as the dump shows it: two digits and a blank. The zero behind them makes a size that is
-/// copied at once.
+/// Each byte as the dump shows it: two hex digits and a space. The zero byte makes the size 4,
+/// which the processor copies in one step.
 constexpr auto DumpedBytes = [] {
   std::array<std::array<char, 4>, 256> texts{};
   for (std::size_t i = 0; i < texts.size(); ++i) {
@@ -51,8 +53,8 @@ constexpr auto DumpedBytes = [] {
   return texts;
 }();
 
-/// Collects whole dump lines and writes them in blocks: standard error has no buffer, and a system
-/// call for each byte would dominate the cost of a long dump.
+/// Collects dump lines and writes them in blocks of up to 62 lines. Standard error has no buffer,
+/// and a system call for each byte would dominate the cost of a long dump.
 class DumpWriter {
  public:
   static constexpr std::size_t BytesPerLine = 16;
@@ -68,7 +70,7 @@ class DumpWriter {
     }
     char* out = m_Text.data() + m_Used;
     for (const unsigned char byte : bytes) {
-      // The next text lies over the fourth character.
+      // Copies 4 characters and advances by 3: the next text overwrites the zero byte.
       std::memcpy(out, DumpedBytes[byte].data(), DumpedBytes[byte].size());
       out += DumpedWidth;
     }
@@ -83,6 +85,7 @@ class DumpWriter {
 
  private:
   static constexpr std::size_t DumpedWidth = 3;
+  /// Each byte once in hex and once as text, a bar and a line end.
   static constexpr std::size_t LongestLine = BytesPerLine * (DumpedWidth + 1) + 2;
 
   void flush() {
@@ -143,11 +146,11 @@ int Utility::getHexValues(const char* text, unsigned char*& buffer) {
     }
     *byte++ = static_cast<unsigned char>(high << 4U | low);
   }
-  // What is left is a pair with something else in it, or the odd digit at the end.
+  // The rest is empty, starts with an invalid pair, or is the odd character at the end.
   const char* const invalid =
       std::find_if(text + read, text + length, [](char c) { return digitValue(c) == NoDigit; });
   if (invalid != text + length) {
-    // Shown as a signed character widened to an integer: a byte of 0x80 prints as FFFFFF80.
+    // Printed as a signed character that is widened to an int: the byte 0x80 prints as FFFFFF80.
     const auto byte = static_cast<unsigned char>(toUpper(*invalid));
     util::writeAnswer(
         util::formatted("not valid Hex char?! '%X'\n", byte < 0x80 ? byte : 0xFFFFFF00U | byte));

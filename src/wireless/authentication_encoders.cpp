@@ -13,12 +13,13 @@
 
 namespace {
 
-/// An authentication method and the object that says whether it may be used.
+/// An authentication method: the flag that allows it, and its name in the configured list.
 struct AuthMethod {
   npa::SettingKey key;
   std::string_view name;
 };
 
+/// In the order in which the flags are sent.
 constexpr std::array AuthMethods = {
     AuthMethod{npa::settings::MethodMd5, "EAP-MD5"},
     AuthMethod{npa::settings::MethodMsChapV2, "MSCHAPv2"},
@@ -28,7 +29,8 @@ constexpr std::array AuthMethods = {
     AuthMethod{npa::settings::MethodTtls, "EAP-TTLS"},
 };
 
-/// Whether the printer holds more than one certificate of its own, or at least one CA certificate.
+/// Returns true if the printer holds two certificates of its own, or one CA certificate. Asks for
+/// the CA certificates only if the first answer is not enough.
 bool holdsCertificates(CertMgr& certificates) {
   std::vector<std::string> names;
   if (certificates.getCertFriendlyNameList(names) == 0 && names.size() > 1) {
@@ -61,7 +63,7 @@ int wnpaGenerator::construct802AuthExtension() {
   util::debugLine("802.1x Auth Extension = %s", methods.c_str());
   int size = 0;
   for (const AuthMethod& method : AuthMethods) {
-    // A name counts wherever it occurs: "NO-PEAP" lists PEAP.
+    // A name matches anywhere in the text: "NO-PEAP" allows PEAP.
     const bool listed = methods.find(method.name) != std::string::npos;
     size += appendFlag(method.key, listed);
   }

@@ -1,4 +1,5 @@
-// The encoders of wnpaGenerator for the fields of a certificate request.
+// The encoders of wnpaGenerator for the fields of a certificate request. The rows are in
+// setting_encodings.h.
 
 #include "util/debug_line.h"
 #include "wireless/setting_encodings.h"

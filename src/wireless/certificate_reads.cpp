@@ -1,4 +1,4 @@
-// The reads of wnpaGenerator of the printer's certificate settings, and its certificate actions.
+// The operations of wnpaGenerator that read the certificate settings, and its certificate actions.
 
 #include <array>
 #include <cstddef>
@@ -11,9 +11,11 @@
 
 namespace {
 
+// The queries: setting, line before the request, name of the reply in the log.
+
 constexpr SettingQuery Certificate = {
     .key = npa::settings::Certificate, .announcement = "get cert...", .responseName = "cert"};
-// Answered under the name of a request, on purpose.
+// Its reply is logged as "CSR", on purpose.
 constexpr SettingQuery CaCertificate = {
     .key = npa::settings::CaCertificate, .announcement = "get CA cert...", .responseName = "CSR"};
 constexpr SettingQuery CommonName = {.key = npa::settings::CertCommonName,
@@ -34,13 +36,13 @@ constexpr SettingQuery Organization = {.key = npa::settings::CertOrganization,
                                        .announcement = "Cert Organization...",
                                        .responseName = "Cert org"};
 
-/// Stores one setting, the generation of a certificate, as 1. The length field reads 6, as in a
-/// query, although ten bytes follow: the adapter expects it so.
+/// Sets the flag that generates a certificate to 1. The length field is 6, as in a query, although
+/// 10 bytes follow. The adapter expects that.
 constexpr std::array<npa::Byte, 13> GeneratePacket = {0xA5, 0x00, 0x06, 0x50, 0xE0, 0xDA, 0x01,
                                                       0x2A, 0x0C, 0x00, 0x00, 0x01, 0x01};
 
-/// Logs the organisation in a record, up to its first zero byte. Returns whether all of the value
-/// arrived.
+/// Logs the organisation in a record, up to its first zero byte. Returns false and logs nothing if
+/// the value is incomplete.
 bool logOrganization(Record record) {
   const std::size_t size = npa::numberAt(record, RecordSizeOffset);
   const Record value = record.subspan(RecordValueOffset);
@@ -48,7 +50,7 @@ bool logOrganization(Record record) {
     return false;
   }
   const int count = static_cast<int>(size);
-  // Without a value there may be no byte to point at.
+  // An empty value may have no byte to point at.
   const char* const text = size == 0 ? "" : reinterpret_cast<const char*>(value.data());
   util::debugLine("Organization (%d bytes): %.*s", count, count, text);
   return true;

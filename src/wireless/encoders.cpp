@@ -1,4 +1,4 @@
-// The encoders of wnpaGenerator for the settings of every network.
+// The encoders of wnpaGenerator for the settings that every network needs.
 
 #include <algorithm>
 #include <array>
@@ -13,17 +13,21 @@
 
 namespace {
 
+/// Sent for a text that is not a channel.
 constexpr npa::Byte DefaultChannel = 6;
 
+/// The security as configured, and the code that is sent for it. "OPEN" depends on the encryption.
 constexpr std::array SecurityCodes = {
     TextCode{"WEP", 1},  TextCode{"SHARED", 1},  TextCode{"WPA", 2},    TextCode{"WPA-PER", 2},
     TextCode{"WPA2", 2}, TextCode{"WPA-ENT", 2}, TextCode{"802.1x", 3},
 };
 
-/// Code 4 has a name, but no text leads to it: "WPA2" is sent as 2, which takes either version.
+/// The names in the log. The index is the code. No text is sent as code 4: "WPA2" is sent as 2,
+/// which accepts either version.
 constexpr std::array SecurityNames = {"No Security", "WEP", "WPA PSK (Auto 1 or 2)", "802.1x",
                                       "WPA-2 only PSK"};
 
+/// Returns the code of a security. The encryption decides only about "OPEN".
 npa::Byte securityCode(std::string_view security, std::string_view encryption) {
   if (security == "OPEN") {
     return encryption == "WEP" ? 1 : 0;
@@ -31,7 +35,8 @@ npa::Byte securityCode(std::string_view security, std::string_view encryption) {
   return codeOf(security, SecurityCodes);
 }
 
-/// The channels 1 to 11 by their exact decimal texts; any other text is the default channel.
+/// Returns the channel 1 to 11 for its exact decimal text, or the default channel for any other
+/// text.
 npa::Byte channelCode(std::string_view channel) {
   constexpr std::array<std::string_view, 11> channels = {"1", "2", "3", "4",  "5", "6",
                                                          "7", "8", "9", "10", "11"};
@@ -83,6 +88,7 @@ int wnpaGenerator::encodePassword() {
   if (password.empty()) {
     password = promptForPassword();
   }
+  // Not logged, unlike the other keys.
   std::vector<npa::Byte> value(password.begin(), password.end());
   value.push_back(0);
   return appendObject(security == "WEP" ? npa::settings::WepKey1 : npa::settings::PreSharedKey,

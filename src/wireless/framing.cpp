@@ -1,4 +1,4 @@
-// The packet framing of wnpaGenerator.
+// The packet framing of wnpaGenerator: headers, groups of setting objects and wrappers.
 
 #include <algorithm>
 #include <cstddef>
@@ -58,6 +58,7 @@ std::vector<unsigned char> wnpaGenerator::outgoing(std::span<const npa::Byte> pa
   return bytes;
 }
 
+// The result is 0 on purpose, whatever arrives.
 int wnpaGenerator::sendNPAData(unsigned char* data, int length, int timeout) {
   std::vector<unsigned char> reply =
       m_Exchange.query({data, static_cast<std::size_t>(std::max(length, 0))}, timeout);

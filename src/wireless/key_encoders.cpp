@@ -1,4 +1,4 @@
-// The encoders of wnpaGenerator for keys and for what WEP does with them.
+// The encoders of wnpaGenerator for keys, the WEP transmit key and the WEP authentication.
 
 #include <array>
 
@@ -10,6 +10,7 @@
 
 namespace {
 
+// The codes that are sent, and the names in the log by code.
 constexpr std::array WepAuthCodes = {TextCode{"OPEN", 1}, TextCode{"SHARED", 2}};
 constexpr std::array WepAuthNames = {"Auto", "Open", "Shared"};
 
@@ -39,7 +40,7 @@ int wnpaGenerator::constructWEPTransmit() {
   const std::string& key = m_Configuration->getWEPTransmit();
   util::debugLine("WEP Transmit key = %s", key.c_str());
   const int number = key.empty() ? 1 : util::toInt(key);
-  // Any number is sent, and of a negative or large one the lowest byte.
+  // The number is not checked. Its lowest byte is sent.
   return appendCode(npa::settings::WepTransmit, npa::lowByte(static_cast<unsigned int>(number)));
 }
 

@@ -1,3 +1,5 @@
+// The password prompt: the echo of the terminal is off while it reads and comes back on every exit.
+
 #include "wireless/password_prompt.h"
 
 #include <array>
@@ -12,18 +14,21 @@
 
 namespace {
 
+/// These end or stop the program by default. The echo must be on again before that.
 constexpr std::array SignalsThatEndOrStop = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP};
 
-/// More than passwords have. Enough for the text to live in heap memory, which the program clears
-/// when it releases it, and never in the string object itself.
+/// Longer than usual passwords, so the text is not reallocated. It is also too long for the string
+/// object itself, so the text is in heap memory, which the program clears when it frees it.
 constexpr std::size_t PasswordReserve = 256;
+/// How often the terminal is set before the program gives up.
 constexpr int RestoreTries = 3;
 
-// What a signal handler must reach: the terminal as it was, and whether it is to be restored.
+// For the signal handler: the original state of the terminal, and 1 if it must be restored.
 termios savedTerminal;
 volatile std::sig_atomic_t echoIsOff = 0;
 
-/// Tries again when that fails: a terminal that is left silent is worse than one that is late.
+/// Switches the echo on again. Retries a failure, because the user cannot see what a terminal
+/// without echo reads.
 void restoreEcho() {
   if (echoIsOff != 0) {
     int tries = RestoreTries;
@@ -33,6 +38,7 @@ void restoreEcho() {
   }
 }
 
+/// Switches the echo off. Discards what was typed before.
 void switchEchoOff() {
   termios silent = savedTerminal;
   silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
@@ -42,8 +48,8 @@ void switchEchoOff() {
 
 extern "C" void restoreEchoForSignal(int signal);
 
-/// Has the next such signal restore the echo first. That one meets the default action afterwards,
-/// and is not held back while the handler runs.
+/// Sets the handler for the next `signal` only. SA_RESETHAND restores the default action when the
+/// handler starts. SA_NODEFER delivers the signal that the handler raises while it still runs.
 void handleOnce(int signal) {
   struct sigaction action {};
   action.sa_handler = restoreEchoForSignal;
@@ -52,8 +58,8 @@ void handleOnce(int signal) {
   ::sigaction(signal, &action, nullptr);
 }
 
-/// Restores the echo and lets the signal do what it does by default. Only a stop returns: when the
-/// program goes on, the password is still to be typed.
+/// Restores the echo and raises the signal again for its default action. Only a stop returns: the
+/// program continues, the password is not complete yet, and the echo goes off again.
 extern "C" void restoreEchoForSignal(int signal) {
   const int error = errno;
   restoreEcho();
@@ -63,7 +69,7 @@ extern "C" void restoreEchoForSignal(int signal) {
   errno = error;
 }
 
-/// Handles one signal for as long as it lives; leaves an ignored signal (nohup) ignored.
+/// Handles one signal during its lifetime. An ignored signal, as under nohup, stays ignored.
 class HandledSignal {
  public:
   explicit HandledSignal(int signal) : m_Signal(signal) {
@@ -81,7 +87,7 @@ class HandledSignal {
   struct sigaction m_Previous {};
 };
 
-/// Switches the terminal's echo off for as long as it lives; does nothing when standard input is no
+/// Switches the terminal's echo off during its lifetime. Does nothing if standard input is not a
 /// terminal.
 class EchoOff {
  public:
@@ -102,7 +108,7 @@ class EchoOff {
   std::array<std::optional<HandledSignal>, SignalsThatEndOrStop.size()> m_Signals;
 };
 
-/// Byte by byte from the descriptor: a buffered stream would keep a copy.
+/// Reads a line byte by byte, because the buffer of a stream would keep a copy of the password.
 std::string readLine() {
   std::string line;
   line.reserve(PasswordReserve);

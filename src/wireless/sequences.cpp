@@ -1,4 +1,5 @@
-// The configuration sequences of wnpaGenerator.
+// The configuration sequences of wnpaGenerator: which settings each command sends, and in which
+// order.
 
 #include <algorithm>
 #include <array>
@@ -17,7 +18,8 @@
 
 using Generator = wnpaGenerator;
 
-/// One setting of a batch: a row of the encodings, or an encoder with rules of its own.
+/// One setting of a batch: a row of the encodings, or an encoder of the generator with its own
+/// rules.
 class wnpaGenerator::Encoder {
  public:
   constexpr Encoder(const SettingEncoding& row) : m_Row(&row) {}
@@ -36,14 +38,15 @@ class wnpaGenerator::Encoder {
   int (Generator::*m_Member)() = nullptr;
 };
 
-/// Settings of a batch, in the order in which they are sent.
+/// Part of a batch: settings in the order in which they are sent.
 struct wnpaGenerator::Section {
   std::span<const Encoder> encoders;
-  /// The encryption that they are for; empty for any.
+  /// They are sent only with this encryption; an empty text means any.
   std::string_view encryption = {};
 };
 
-/// The batches: what each command sends, in the order that the adapter wants.
+/// The batches: the settings of each command, in the order that the adapter requires. The arrays of
+/// encoders come first, then the batches made of them.
 struct wnpaGenerator::Batches {
   static constexpr auto BasicSettings = std::to_array<Encoder>({
       encodings::Mode,
@@ -60,6 +63,7 @@ struct wnpaGenerator::Batches {
       encodings::Ssid,
   });
 
+  /// All four keys are sent, an empty one as a header without a value.
   static constexpr auto WepKeys = std::to_array<Encoder>({
       encodings::WepKey1,
       encodings::WepKey2,
@@ -75,6 +79,7 @@ struct wnpaGenerator::Batches {
       encodings::Encryption,
   });
 
+  /// The options are sent before the network, in their own batch.
   static constexpr auto AuthenticationSettings = std::to_array<Encoder>({
       encodings::Encryption,
       &Generator::construct802AuthExtension,
@@ -84,13 +89,15 @@ struct wnpaGenerator::Batches {
       &Generator::construct802ValidateCert,
   });
 
-  /// Here the SSID goes before the channel.
+  /// Unlike in the other batches, the SSID precedes the channel.
   static constexpr auto AuthenticatedNetworkSettings = std::to_array<Encoder>({
       encodings::Mode,
       &Generator::encodeSecurity,
       encodings::Ssid,
       &Generator::encodeChannel,
   });
+
+  // The batches. A section with an encryption is left out unless that encryption is configured.
 
   static constexpr std::array Basic = {Section{BasicSettings}};
   static constexpr std::array Open = {Section{WepKeys, "WEP"}, Section{WepAuth, "WEP"},
@@ -105,7 +112,7 @@ struct wnpaGenerator::Batches {
 
 namespace {
 
-/// The sequence of an advanced configuration for one security.
+/// One row of the advanced configurations: the security, its sequence, and its name in the log.
 struct AdvancedMode {
   std::string_view security;
   int (wnpaGenerator::*configure)();
@@ -123,14 +130,14 @@ constexpr std::array AdvancedModes = {
 /// Capacity reserved up front, in bytes: larger than any batch without certificates.
 constexpr std::size_t UsualPacketSize = 512;
 
-/// Stores one setting, the adapter's reset, as 1.
+/// Sets the flag that resets the adapter to 1.
 constexpr std::array<npa::Byte, 13> ResetPacket = {0xA5, 0x00, 0x0A, 0x50, 0xE0, 0xDA, 0x01,
                                                    0x06, 0x14, 0x00, 0x00, 0x01, 0x01};
 
 }  // namespace
 
 void wnpaGenerator::encodeBatch(std::span<const Section> sections) {
-  // Not only emptied: releasing the memory of the packet before clears the keys in it.
+  // A new vector, because freeing the memory of the old one clears the keys in it.
   m_Packet = std::vector<unsigned char>();
   m_Packet.reserve(UsualPacketSize);
   for (const Section& section : sections) {
@@ -213,7 +220,8 @@ int wnpaGenerator::configWPAEnt() {
 int wnpaGenerator::config8021x() {
   util::debugLine("Configuring for 8021x...");
   int result = 0;
-  // Options that were not accepted are no failure here.
+  // Without accepted options the network is not sent.
+  // The command does not fail if the printer does not accept the options.
   if (set8021xOptions() == 0) {
     encodeBatch(Batches::AuthenticatedNetwork);
     result = sendBatch(Dump::Yes);
@@ -229,6 +237,7 @@ int wnpaGenerator::set8021xOptions() {
 }
 
 int wnpaGenerator::generate() {
+  // This packet is only dumped. configBasic builds the one that is sent.
   const int size = constructBasic();
   std::string dump;
   for (const unsigned char byte : m_Packet) {
@@ -239,6 +248,7 @@ int wnpaGenerator::generate() {
       "Configuring the printer....\n"
       "Resetting the printer....\n"
       "Connecting to wireless network....");
+  // Refused: send the settings again in a bare packet.
   if (configBasic() == -1) {
     setWrapMode(false);
     configBasic();

@@ -1,3 +1,5 @@
+// Encoding of a setting by its row, and the setting objects that wnpaGenerator appends.
+
 #include "wireless/setting_encoding.h"
 
 #include <algorithm>
@@ -36,7 +38,7 @@ void logSetting(const SettingEncoding& encoding, const std::string& text) {
 }
 
 int wnpaGenerator::encode(const SettingEncoding& encoding) {
-  const std::string& text = encoding.source(*m_Configuration);
+  const std::string& text = m_Configuration->value(encoding.source);
   logSetting(encoding, text);
   if (text.empty()) {
     return encoding.whenEmpty == SettingEncoding::WhenEmpty::Nothing

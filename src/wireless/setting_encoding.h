@@ -8,25 +8,30 @@
 #include <vector>
 
 #include "npa/setting_keys.h"
-#include "settings/config_details.h"
+#include "settings/option_table.h"
 
-/// A text and the number that the adapter has for it.
+/// A configured text and the adapter's number for it.
 struct TextCode {
   std::string_view text;
   npa::Byte code;
 };
 
-/// Returns the code of a text, compared exactly; 0 for one that is not in the list.
+/// Returns the code of a text, or 0 if the text is not in the list. The spelling must be exact.
 [[nodiscard]] npa::Byte codeOf(std::string_view text, std::span<const TextCode> codes);
 
-/// How the text of one setting becomes a setting object, and the line that logs it. Each is a row
-/// of `encodings` (setting_encodings.h).
+/// How a setting's text becomes a setting object, and how it is logged. The rows are in `encodings`
+/// (setting_encodings.h):
+///
+///     constexpr SettingEncoding Ssid = {.key = npa::settings::Ssid,
+///                                       .source = Setting::Ssid,
+///                                       .label = "SSID",
+///                                       .value = Value::TerminatedText};
 struct SettingEncoding {
   enum class Value {
     Text,            ///< the text
     TerminatedText,  ///< the text and a zero byte
     PaddedText,      ///< the text and zero bytes up to `limit`
-    Code,            ///< a four-byte number, that of the text in `codes`
+    Code,            ///< the number of the text in `codes`, in four bytes
   };
   enum class WhenEmpty { Nothing, HeaderAlone };
   enum class LengthField { Whole, LowByteOnly };
@@ -34,30 +39,24 @@ struct SettingEncoding {
   static constexpr std::size_t Unlimited = std::numeric_limits<std::size_t>::max();
 
   npa::SettingKey key;
-  const std::string& (*source)(const configDetails&);
-  /// The line reads `label = text`, with `quote` on either side of the text.
+  /// The configured setting that has the text.
+  Setting source;
+  /// The log line is `label = text`, with `quote` on both sides of the text.
   const char* label;
   const char* quote = "";
-  /// Whether the line ends in the length of the text as configured.
+  /// True if the length of the configured text ends the line.
   bool logsLength = false;
   Value value = Value::Text;
-  /// The size of the largest value in bytes; a longer text is cut.
+  /// The size of the largest value in bytes, including a zero byte. A longer text is cut.
   std::size_t limit = Unlimited;
   std::span<const TextCode> codes = {};
-  /// What is appended for an empty text.
+  /// What an empty text appends.
   WhenEmpty whenEmpty = WhenEmpty::Nothing;
-  /// Which bytes of the value's size the object's length field has.
+  /// Which bytes of the value's size go into the object's length field.
   LengthField lengthField = LengthField::Whole;
 };
 
-/// The source of a setting that a getter without arguments returns:
-/// `from<&configDetails::getSSID>`.
-template <auto Getter>
-const std::string& from(const configDetails& configuration) {
-  return (configuration.*Getter)();
-}
-
-/// Returns the object's value for a text.
+/// Returns the bytes of the value for a text, cut to the limit.
 [[nodiscard]] std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding,
                                                   const std::string& text);
 

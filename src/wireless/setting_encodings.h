@@ -4,43 +4,41 @@
 
 #include "wireless/setting_encoding.h"
 
-/// The settings whose text alone decides what is sent, one row each. The others have encoders of
-/// their own in `wnpaGenerator`. A batch names its rows in sequences.cpp.
+/// The settings whose bytes depend only on their text, one row each. The other settings have
+/// separate encoders in `wnpaGenerator`. The batches in sequences.cpp name the rows.
 namespace encodings {
 
 using Value = SettingEncoding::Value;
 
-// Of every network.
+// Settings that every network needs.
 
 inline constexpr SettingEncoding Ssid = {.key = npa::settings::Ssid,
-                                         .source = from<&configDetails::getSSID>,
+                                         .source = Setting::Ssid,
                                          .label = "SSID",
                                          .value = Value::TerminatedText};
 
-// The exact spelling counts: the help text's "Ad-hoc" selects the managed mode.
+// The spelling is exact on purpose: "Ad-hoc", as the help text writes it, selects the managed mode.
 inline constexpr std::array ModeCodes = {TextCode{"Ad-Hoc", 1}};
 inline constexpr SettingEncoding Mode = {.key = npa::settings::Mode,
-                                         .source = from<&configDetails::getMode>,
+                                         .source = Setting::Mode,
                                          .label = "Mode",
                                          .quote = "'",
                                          .value = Value::Code,
                                          .codes = ModeCodes};
 
-// Keys: sent as typed, hex digits too, and without a terminating zero byte.
+// Keys. They are sent as typed, also hex digits, and without a zero byte.
 
 inline constexpr SettingEncoding Psk = {.key = npa::settings::PreSharedKey,
-                                        .source = from<&configDetails::getPSK>,
+                                        .source = Setting::Psk,
                                         .label = "PSK (Pre-shared key)",
                                         .logsLength = true,
                                         .limit = 64,
                                         .whenEmpty = SettingEncoding::WhenEmpty::HeaderAlone};
 
-template <int Index>
-constexpr SettingEncoding wepKey(npa::SettingKey key, const char* label) {
+/// The row of one WEP key.
+constexpr SettingEncoding wepKey(npa::SettingKey key, Setting source, const char* label) {
   return {.key = key,
-          .source = [](const configDetails& configuration) -> const std::string& {
-            return configuration.getWEPKey(Index);
-          },
+          .source = source,
           .label = label,
           .quote = "'",
           .logsLength = true,
@@ -48,10 +46,14 @@ constexpr SettingEncoding wepKey(npa::SettingKey key, const char* label) {
           .whenEmpty = SettingEncoding::WhenEmpty::HeaderAlone};
 }
 
-inline constexpr SettingEncoding WepKey1 = wepKey<0>(npa::settings::WepKey1, "WEP Key 1");
-inline constexpr SettingEncoding WepKey2 = wepKey<1>(npa::settings::WepKey2, "WEP Key 2");
-inline constexpr SettingEncoding WepKey3 = wepKey<2>(npa::settings::WepKey3, "WEP Key 3");
-inline constexpr SettingEncoding WepKey4 = wepKey<3>(npa::settings::WepKey4, "WEP Key 4");
+inline constexpr SettingEncoding WepKey1 =
+    wepKey(npa::settings::WepKey1, Setting::WepKey1, "WEP Key 1");
+inline constexpr SettingEncoding WepKey2 =
+    wepKey(npa::settings::WepKey2, Setting::WepKey2, "WEP Key 2");
+inline constexpr SettingEncoding WepKey3 =
+    wepKey(npa::settings::WepKey3, Setting::WepKey3, "WEP Key 3");
+inline constexpr SettingEncoding WepKey4 =
+    wepKey(npa::settings::WepKey4, Setting::WepKey4, "WEP Key 4");
 
 // 802.1x authentication.
 
@@ -61,7 +63,7 @@ inline constexpr std::array EncryptionCodes = {
     TextCode{"WPA-AES", 4}, TextCode{"AES", 4},
 };
 inline constexpr SettingEncoding Encryption = {.key = npa::settings::Encryption,
-                                               .source = from<&configDetails::get802Encryption>,
+                                               .source = Setting::Encryption,
                                                .label = "Encryption (advanced)",
                                                .value = Value::Code,
                                                .codes = EncryptionCodes};
@@ -69,34 +71,34 @@ inline constexpr SettingEncoding Encryption = {.key = npa::settings::Encryption,
 inline constexpr std::array InnerAuthCodes = {TextCode{"CHAP", 0}, TextCode{"MSCHAP", 1},
                                               TextCode{"MSCHAPv2", 2}, TextCode{"PAP", 3}};
 inline constexpr SettingEncoding InnerAuth = {.key = npa::settings::InnerAuth,
-                                              .source = from<&configDetails::get802AuthInner>,
+                                              .source = Setting::AuthInner,
                                               .label = "802.1x Inner Auth",
                                               .value = Value::Code,
                                               .codes = InnerAuthCodes};
 
 inline constexpr SettingEncoding Username = {.key = npa::settings::AuthUser,
-                                             .source = from<&configDetails::get802Username>,
+                                             .source = Setting::Username,
                                              .label = "802.1x User",
                                              .logsLength = true,
                                              .value = Value::TerminatedText,
                                              .limit = 32};
 
-/// The length field of the longest password, 256 bytes with its zero byte, reads 0 on purpose.
+/// On purpose the length field of the longest password (256 bytes with its zero byte) is 0.
 inline constexpr SettingEncoding Password = {
     .key = npa::settings::AuthPassword,
-    .source = from<&configDetails::get802Password>,
+    .source = Setting::Password,
     .label = "802.1x password",
     .logsLength = true,
     .value = Value::TerminatedText,
     .limit = 256,
     .lengthField = SettingEncoding::LengthField::LowByteOnly};
 
-// Fields of a certificate request. Most have at most 64 bytes with their terminating zero byte.
+// Fields of a certificate request. Most have at most 64 bytes, including the zero byte.
 
-template <auto Getter>
-constexpr SettingEncoding certField(npa::SettingKey key, const char* label) {
+/// The row of a usual field.
+constexpr SettingEncoding certField(npa::SettingKey key, Setting source, const char* label) {
   return {.key = key,
-          .source = from<Getter>,
+          .source = source,
           .label = label,
           .logsLength = true,
           .value = Value::TerminatedText,
@@ -104,32 +106,32 @@ constexpr SettingEncoding certField(npa::SettingKey key, const char* label) {
 }
 
 inline constexpr SettingEncoding CertFriendlyName =
-    certField<&configDetails::getCerFriendlyName>(npa::settings::CertFriendlyName, "Cer friendly");
+    certField(npa::settings::CertFriendlyName, Setting::CerFriendlyName, "Cer friendly");
 inline constexpr SettingEncoding CertAltName =
-    certField<&configDetails::getCerAltName>(npa::settings::CertAlternateName, "Cer alt");
+    certField(npa::settings::CertAlternateName, Setting::CerAltName, "Cer alt");
 inline constexpr SettingEncoding CertCity =
-    certField<&configDetails::getCerCity>(npa::settings::CertCity, "Cer city");
+    certField(npa::settings::CertCity, Setting::CerCity, "Cer city");
 inline constexpr SettingEncoding CertState =
-    certField<&configDetails::getCerState>(npa::settings::CertState, "Cer state");
+    certField(npa::settings::CertState, Setting::CerState, "Cer state");
 inline constexpr SettingEncoding CertUnit =
-    certField<&configDetails::getCerUnit>(npa::settings::CertUnit, "Cer unit");
+    certField(npa::settings::CertUnit, Setting::CerUnit, "Cer unit");
 
-// The adapter wants these three without a terminating zero byte, and the length field of the
-// longest common name as 0.
+// The adapter requires these three without a terminating zero byte. The length field of the longest
+// common name (256 bytes) is 0.
 inline constexpr SettingEncoding CertOrganization = {.key = npa::settings::CertOrganization,
-                                                     .source = from<&configDetails::getCerOrg>,
+                                                     .source = Setting::CerOrg,
                                                      .label = "Cer org",
                                                      .logsLength = true,
                                                      .limit = 64};
 inline constexpr SettingEncoding CertCommonName = {
     .key = npa::settings::CertCommonName,
-    .source = from<&configDetails::getCerCommonName>,
+    .source = Setting::CerCommonName,
     .label = "Cer common",
     .logsLength = true,
     .limit = 256,
     .lengthField = SettingEncoding::LengthField::LowByteOnly};
 inline constexpr SettingEncoding CertCountry = {.key = npa::settings::CertCountry,
-                                                .source = from<&configDetails::getCerCountry>,
+                                                .source = Setting::CerCountry,
                                                 .label = "Cer country",
                                                 .logsLength = true,
                                                 .value = Value::PaddedText,

@@ -1,3 +1,5 @@
+// Queries of single settings: sending them, and finding the records in their replies.
+
 #include "wireless/setting_query.h"
 
 #include <algorithm>
@@ -9,7 +11,10 @@
 
 namespace {
 
+/// From this offset on, a query and a record of the same setting begin alike: flag, command, kind
+/// of data, group and object number.
 constexpr std::size_t RecordIdOffset = 3;
+/// How long the packets of a reply are collected.
 constexpr int ReplyTimeoutSeconds = 3;
 
 }  // namespace
@@ -18,6 +23,7 @@ void visitRecords(std::span<const unsigned char> reply, npa::SettingKey key,
                   const std::function<bool(Record)>& visit) {
   const auto request = npa::query(key);
   const auto id = std::span(request).subspan(RecordIdOffset);
+  // The search is bytewise, because other bytes may precede a record.
   for (auto rest = reply; rest.size() >= RecordValueOffset; rest = rest.subspan(1)) {
     if (rest[0] == npa::StartByte &&
         std::ranges::equal(rest.subspan(RecordIdOffset, id.size()), id) && visit(rest)) {

@@ -1,4 +1,4 @@
-// The status queries of wnpaGenerator.
+// The status queries of wnpaGenerator. Each reads one setting of the adapter.
 
 #include <optional>
 
@@ -9,6 +9,8 @@
 #include "wireless/wnpa_generator.h"
 
 namespace {
+
+// The queries. The first four are run by an exchange and log nothing here.
 
 constexpr SettingQuery Ssid = {.key = npa::settings::Ssid};
 constexpr SettingQuery IpAddress = {.key = npa::settings::IpAddress};
@@ -31,7 +33,8 @@ constexpr SettingQuery AuthCommonName = {.key = npa::settings::AuthCommonName,
 
 constexpr int NoAnswer = -1;
 
-/// The texts are literals, and so end in a zero byte.
+/// Returns the text of an authentication status, or an empty text if it is unknown. The result ends
+/// in a zero byte, because the texts are literals.
 const char* authStatusText(npa::Byte status) {
   return status < npa::AuthStatusTexts.size() ? npa::AuthStatusTexts[status].data() : "";
 }
@@ -40,7 +43,7 @@ void logStatus(npa::Byte status, const char* text) {
   util::debugLine("Status: %d (%s)", status, text);
 }
 
-/// Logs the status of the first record with its text and returns it.
+/// Logs the status of the first record and its text. Returns the status, or -1 if there is none.
 int loggedStatus(std::span<const unsigned char> reply, const SettingQuery& query,
                  const char* (*text)(npa::Byte status)) {
   const auto status = firstStatusIn(reply, query.key);
@@ -81,6 +84,7 @@ int wnpaGenerator::get802AuthEnabled() {
 int wnpaGenerator::getCertAuthInstalled() {
   int result = NoAnswer;
   visitRecords(collectReply(CertAuthInstalled), CertAuthInstalled.key, [&](Record record) {
+    // The low byte of the size field: 0 means that the record has no value.
     npa::Byte status = 0;
     if (record[RecordSizeOffset + 1] != 0) {
       const auto value = statusIn(record);

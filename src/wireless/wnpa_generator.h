@@ -13,8 +13,8 @@
 struct SettingEncoding;
 struct SettingQuery;
 
-/// Builds configuration packets and status queries from the run's settings and exchanges them with
-/// the printer's wireless adapter:
+/// Builds configuration packets and status queries from the settings of the command line and
+/// exchanges them with the printer's wireless adapter:
 ///
 ///     configDetails settings;
 ///     wnpaGenerator generator(&settings);
@@ -23,12 +23,13 @@ struct SettingQuery;
 ///       generator.configBasic();
 ///     }
 ///
-/// "Library only" marks the operations that no command of zvkconfig reaches. They are part of the
-/// interface all the same. The operations are in one file per subject, named in each heading.
+/// "Library only" marks operations that no command of zvkconfig uses. They are part of the
+/// interface for other front ends. Each heading below names the file with the operations of its
+/// subject.
 class wnpaGenerator {
  public:
-  /// Keeps `configuration`, which the caller owns and which must outlive the generator. Wrap mode
-  /// starts on.
+  /// Keeps a pointer to `configuration`. The caller owns it and keeps it alive as long as the
+  /// generator. Wrap mode is on at first.
   explicit wnpaGenerator(configDetails* configuration);
   ~wnpaGenerator() = default;
   wnpaGenerator(const wnpaGenerator&) = delete;
@@ -40,8 +41,8 @@ class wnpaGenerator {
 
   // --- Packet framing (framing.cpp) ---------------------------------------------------------
 
-  /// Writes the five-byte header of a setting object with a value of `valueSize` bytes into
-  /// `object`. The object's number comes before its group here and after it in the header.
+  /// Writes the 5-byte header of a setting object to `object`. The value has `valueSize` bytes.
+  /// Note the order: the object number precedes the group here and follows it in the header.
   /// Returns 0.
   int constructHeader(unsigned char* object, unsigned int valueSize, char number, char group);
 
@@ -56,10 +57,10 @@ class wnpaGenerator {
   /// them as one group. Returns the packet's new size.
   int constructAtomicGrouping(int size);
 
-  /// The same for objects that are stored one by one. Library only.
+  /// Does the same for objects that the adapter stores one by one. Library only.
   int constructLongNetwork(int size);
 
-  /// Puts `packet` of `size` bytes into a wrapper. Returns its new size.
+  /// Puts `packet` of `size` bytes into a wrapper. Returns the new size.
   int constructWrapping(std::vector<unsigned char>& packet, int size);
 
   /// Returns the packet under construction, valid until the next operation. Library only.
@@ -72,14 +73,18 @@ class wnpaGenerator {
   // --- Setting encoders ---------------------------------------------------------------------
   //
   // Each appends the objects of one setting to the packet under construction and returns their size
-  // in bytes, or appends nothing and returns 0. An unknown text is sent as 0 (channel: 6), a text
-  // that is too long is cut. Each logs its setting, secrets included, except channel and password.
+  // in bytes, or appends nothing and returns 0. An unknown text is sent as 0 (channel: 6). A text
+  // that is too long is cut. Each logs its setting, including secrets, except channel and password.
   //
-  // Of every network (encoders.cpp). The running total is accepted and ignored:
+  // Settings that every network needs (encoders.cpp). `total` is ignored:
 
+  /// The SSID and a zero byte.
   int constructSSID(int* total);
+  /// 1 for "Ad-Hoc", 0 (managed mode) for any other text.
   int constructMode(int* total);
+  /// The channel, 1 to 11.
   int constructChannel(int* total);
+  /// The code of the security: 0 none, 1 WEP, 2 WPA, 3 802.1x.
   int constructSecurity(int* total);
   /// Asks for the password on the terminal if none is configured and the security needs one.
   int constructPasswd(int* total);
@@ -91,8 +96,11 @@ class wnpaGenerator {
   int constructWEPKey2();
   int constructWEPKey3();
   int constructWEPKey4();
-  /// The number of the WEP key that the adapter sends with.
+  /// Appends the number of the WEP key with which the adapter sends.
   int constructWEPTransmit();
+  /// Appends the code of the WEP authentication: 1 open, 2 shared, 0 for any other
+  /// security or encryption.
+  /// Appends nothing if no encryption is configured.
   int constructWEPAuth();
 
   // 802.1x authentication (authentication_encoders.cpp):
@@ -101,14 +109,14 @@ class wnpaGenerator {
   int construct802AuthInner();
   int construct802Username();
   int construct802Passwd();
-  /// Six objects: for each method, whether it may be used.
+  /// Appends six flags, one per method: 1 if the method may be used.
   int construct802AuthExtension();
-  /// Whether the adapter validates the server's certificate. Asks the printer: yes if it holds more
-  /// than one certificate of its own, or any CA certificate; no if it does not answer.
+  /// Appends the flag that makes the adapter validate the server's certificate. Asks the printer:
+  /// the flag is 1 if the printer holds two certificates of its own, or one CA certificate. It is 0
+  /// if the printer does not answer.
   int construct802ValidateCert();
 
-  // Fields of a certificate request (certificate_fields.cpp). Library only, except the common
-  // name's use in createCertSignRequest:
+  // Fields of a certificate request (certificate_fields.cpp). Library only:
 
   int constructCertFriendlyName();
   int constructCertAltName();
@@ -118,7 +126,7 @@ class wnpaGenerator {
   int constructCertOrg();
   int constructCertCommonName();
   int constructCertCountry();
-  /// Makes the printer create a request from the fields.
+  /// Appends the flag that makes the printer create a request from the fields.
   int constructCertSignRequest();
 
   // --- Configuration sequences (sequences.cpp) ----------------------------------------------
@@ -137,8 +145,11 @@ class wnpaGenerator {
   int configAdvanced();
   /// Includes the WEP keys if the encryption is "WEP".
   int configOpen();
+  /// Always includes the WEP keys.
   int configShared();
+  /// Sends the pre-shared key, the encryption and the network.
   int configWPAPersonal();
+  /// Sends the same settings as `configWPAPersonal`.
   int configWPAEnt();
 
   /// Sends the 802.1x options and, if they were accepted, a second packet with the network; then
@@ -148,10 +159,10 @@ class wnpaGenerator {
   /// Includes the WEP keys if the encryption is "WEP-STATIC".
   int set8021xOptions();
 
-  /// Dumps the basic configuration's packet, sends it, and reports trouble code and IP address: the
-  /// default run. Switches to bare packets if the wrapped one is refused. Asks twice for a missing
-  /// password, for the packet dumped and for the packet sent. Returns the size of the packet
-  /// dumped.
+  /// Does what zvkconfig does without a command: dumps the packet of the basic configuration,
+  /// builds it again and sends it, then reads the trouble code and prints the IP address. Switches
+  /// to bare packets if the wrapped packet is refused. Asks for a missing password each time it
+  /// builds the packet. Returns the size of the dumped packet.
   int generate();
 
   /// Resets the network adapter; returns the result of `sendConfig::resetINA` (-r).
@@ -159,44 +170,44 @@ class wnpaGenerator {
 
   // --- Status queries (status_queries.cpp) --------------------------------------------------
   //
-  // Each asks for one setting. The first four return what the `sendConfig` operation of their name
-  // returns; it also prints the SSID or the address.
+  // Each queries one setting. The first four return the result of the `sendConfig` operation of the
+  // same name, which prints the SSID or the address.
 
   int getSSID();               ///< -s
   int getIP();                 ///< -ip
   int getTroubleCode();        ///< -t
   int getAdapterDescriptor();  ///< -a
 
-  /// Returns the 802.1x authentication status of the first record in the reply, or -1 without one
-  /// (-802s).
+  /// Returns the 802.1x authentication status of the first record in the reply, or -1 if there is
+  /// no record (-802s).
   int get802AuthStatus();
 
   // Library only:
 
-  /// Returns whether 802.1x authentication is on (1), from the first record in the reply, or -1
-  /// without one.
+  /// Returns 1 if 802.1x authentication is on, from the first record in the reply, or -1 if there
+  /// is no record.
   int get802AuthEnabled();
 
-  /// Returns whether a CA certificate is installed (1), from the last record that has a value, or
-  /// -1 without one.
+  /// Returns 1 if a CA certificate is installed, from the last record that has a value, or -1 if no
+  /// record has one.
   int getCertAuthInstalled();
 
-  /// Dumps the reply. Returns -1 also if there is one.
+  /// Dumps the reply. Always returns -1.
   int getAllSecuritySettings();
   int get802AuthCommonName();
 
   // --- Certificate reads and actions (certificate_reads.cpp) ---------------------------------
 
-  /// Reads organisation and common name (-cer). Returns 0 whatever the printer answers.
+  /// Reads organisation and common name (-cer). Returns 0, with any reply or none.
   int getCertSettings();
 
   /// Logs the organisation of each record in the reply. Returns 0 if there is one, else -1.
   int getCertOrganization();
 
-  /// Dumps the reply. Returns -1 also if there is one.
+  /// Dumps the reply. Always returns -1.
   int getCertCommonName();
 
-  // Library only. Each dumps the reply and returns -1, also if there is one:
+  // Library only. Each dumps the reply and always returns -1:
 
   int getCertCert();
   int getCertCA();
@@ -207,16 +218,17 @@ class wnpaGenerator {
   /// Makes the adapter generate a certificate.
   int generateCertificate();
 
-  /// Sends the common name as a batch. Returns 0 whatever the printer answers. Library only.
+  /// Sends the common name as a batch. Returns 0, with any reply or none. Library only.
   int createCertSignRequest();
 
  private:
+  // The rows of the batches (sequences.cpp).
   class Encoder;
   struct Section;
   struct Batches;
   enum class Dump { No, Yes };
 
-  // Encoders that append to the packet and return the size of what they appended, 0 for nothing.
+  // These encoders append to the packet and return the count of bytes appended, possibly 0.
 
   /// Logs a setting and appends its object.
   int encode(const SettingEncoding& encoding);
@@ -231,6 +243,8 @@ class wnpaGenerator {
   int appendObject(npa::SettingKey key, std::span<npa::Byte> value);
   int appendObject(npa::SettingKey key, std::span<npa::Byte> value, std::size_t lengthField);
 
+  /// Puts the header of a configuration packet before the packet's `size` bytes of setting objects.
+  /// Returns the new size.
   int constructGrouping(int size, npa::DataKind kind);
 
   /// Clears the packet and appends the settings of a batch.
@@ -246,23 +260,23 @@ class wnpaGenerator {
   /// Logs the announcement, encodes, dumps and sends a batch.
   int configure(const char* announcement, std::span<const Section> sections);
 
-  /// Returns a request as it goes out: wrapped if wrap mode is on.
+  /// Returns the bytes to send for a packet: wrapped if wrap mode is on.
   std::vector<unsigned char> outgoing(std::span<const npa::Byte> packet);
 
-  /// Sends the query for one setting through an operation of the exchange.
+  /// Sends the query for one setting with an operation of `sendConfig`. Returns its result.
   int runQuery(const SettingQuery& query, int (sendConfig::*exchange)(unsigned char*, int));
 
   /// Sends a query and returns the collected reply, empty if there is none.
   std::vector<unsigned char> collectReply(const SettingQuery& query);
-  /// The same for a request as it goes out. Logs and dumps the reply under its name, unless that is
-  /// null.
+  /// Does the same for a complete request. Logs the reply under `responseName` and dumps it, unless
+  /// the name is null.
   std::vector<unsigned char> collectReply(std::vector<unsigned char> request,
                                           const char* responseName);
   /// Sends a query whose reply is only dumped.
   int dumpReply(const SettingQuery& query);
 
-  std::vector<unsigned char> m_Packet;
-  configDetails* m_Configuration;
+  std::vector<unsigned char> m_Packet;  ///< the packet under construction
+  configDetails* m_Configuration;       ///< not owned
   sendConfig m_Exchange;
   bool m_WrapMode = true;
 };

@@ -1,3 +1,5 @@
+// The list of attributes: a sorted map that reuses one of its nodes.
+
 #include "xml/attributes.h"
 
 #include <algorithm>
@@ -9,15 +11,15 @@
 
 namespace {
 
-/// Copies `text`, cut to leave room for a zero, and fills the rest of `destination` with zeros.
-/// Returns the length of the C string that results.
+/// Copies as much of `text` as fits before a zero byte and fills the rest of `destination` with
+/// zeros. Returns the length of the C string in `destination`.
 int copyCut(std::string_view text, std::span<char> destination) {
   if (destination.data() == nullptr || destination.empty()) {
     return 0;
   }
   const std::string_view cut = text.substr(0, std::min(text.find('\0'), destination.size() - 1));
-  const auto behind = std::copy(cut.begin(), cut.end(), destination.begin());
-  std::fill(behind, destination.end(), '\0');
+  const auto rest = std::copy(cut.begin(), cut.end(), destination.begin());
+  std::fill(rest, destination.end(), '\0');
   return static_cast<int>(cut.size());
 }
 
@@ -25,6 +27,7 @@ int copyCut(std::string_view text, std::span<char> destination) {
 
 void attributes::clear() {
   if (!m_Pairs.empty()) {
+    // Keep one node, so that the next tag with an attribute allocates none.
     m_Spare = m_Pairs.extract(m_Pairs.begin());
     m_Pairs.clear();
   }
@@ -79,7 +82,7 @@ attributes::Pairs::const_iterator attributes::at(unsigned int index) const {
 }
 
 std::string& attributes::valueOf(std::string_view name) {
-  // Names that come in order are put at the end without a search.
+  // A name that sorts after all others goes to the end without a search.
   const bool isLast = m_Pairs.empty() || m_Pairs.rbegin()->first < name;
   const auto place = isLast ? m_Pairs.end() : m_Pairs.lower_bound(name);
   if (place != m_Pairs.end() && place->first == name) {

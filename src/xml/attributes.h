@@ -4,11 +4,13 @@
 #include <string>
 #include <string_view>
 
-/// The attributes of one start tag: name-value pairs with unique names, kept in the bytewise order
-/// of the names. The order in which they stood in the tag is not kept.
+/// The attributes of one start tag: name-value pairs with unique names, in the bytewise order of
+/// the names. The order in the tag is lost. Texts are C strings, and a null pointer counts as an
+/// empty text.
 ///
-/// Texts are C strings; a null pointer counts as the empty text. A copy is independent of the list
-/// it was copied from.
+///     attributes attrs;
+///     attrs.setAttribute("name", "status_code");
+///     attrs.getAttribute("name");  // "status_code"
 class attributes {
  public:
   attributes() = default;
@@ -23,33 +25,33 @@ class attributes {
   attributes(attributes&&) noexcept = default;
   attributes& operator=(attributes&&) noexcept = default;
 
-  /// Removes every pair.
+  /// Removes all pairs.
   void clear();
 
-  /// True when `name` is in the list.
+  /// Returns true if `name` is in the list.
   bool isAttrExist(const char* name) const;
 
-  /// Stores `value` under `name` in place of any value that the name had.
+  /// Stores `value` under `name` and replaces an earlier value.
   void setAttribute(const char* name, const char* value);
   void setAttribute(std::string_view name, std::string_view value);
 
-  /// Returns a copy of the value of `name`, or an empty text when the name is absent.
+  /// Returns a copy of the value of `name`, or an empty text if the name is absent.
   std::string getAttribute(const char* name) const;
 
-  /// Writes the value of `name` into `buf`, which has `size` bytes: at most `size - 1` bytes of it,
-  /// and zeros behind them. Returns how many bytes were written before the zeros; 0, with nothing
-  /// but zeros written, when the name is absent.
+  /// Writes at most `size - 1` bytes of the value of `name` to `buf` and fills the rest of its
+  /// `size` bytes with zeros. Returns the count of bytes before the zeros. If the name is absent,
+  /// writes only zeros and returns 0.
   int getAttribute(const char* name, char* buf, unsigned int size) const;
 
-  /// As above, for the value of the pair at position `index`, from 0, in the order of the names.
-  /// The time grows with `index`.
+  /// Does the same for the value at position `index`, counted from 0 in the order of the names. The
+  /// time grows with `index`.
   int getAttribute(unsigned int index, char* buf, unsigned int size) const;
 
-  /// As above, for the name of the pair at position `index`.
+  /// Does the same for the name at position `index`.
   int getAttrName(unsigned int index, char* buf, unsigned int size) const;
 
-  /// The value stored under `name`, for reading and writing; an absent name is inserted first, with
-  /// an empty value. The reference lives as long as its pair.
+  /// Returns the value of `name`, for reading and writing. Inserts an absent name with an empty
+  /// value first. The reference is valid as long as its pair.
   std::string& operator[](std::string& name);
   std::string& operator[](const char* name);
   std::string& operator[](char* name);
@@ -57,10 +59,12 @@ class attributes {
  private:
   using Pairs = std::map<std::string, std::string, std::less<>>;
 
+  /// Returns the pair at position `index`, or the end if there is none.
   Pairs::const_iterator at(unsigned int index) const;
+  /// Returns the value of `name`, inserted if absent.
   std::string& valueOf(std::string_view name);
 
   Pairs m_Pairs;
-  /// One pair that was removed, for the next one: most tags have one attribute or none.
+  /// One removed pair, which the next insertion reuses: most tags have at most one attribute.
   Pairs::node_type m_Spare;
 };

@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <string_view>
 
-/// The classes of characters that the parser tells apart. Bytes above 127 are in none of them.
+/// The classes of characters that the parser distinguishes. A character can be in several classes.
+/// No byte above 127 is in any.
 namespace xml {
 
 enum CharacterClass : std::uint8_t { WhiteSpace = 1, NameStart = 2, NamePart = 4 };
 
+/// The classes of each character, combined with OR.
 inline constexpr auto CharacterClasses = [] {
   std::array<std::uint8_t, 256> classes{};
   const auto add = [&classes](std::string_view characters, std::uint8_t which) {
@@ -22,6 +24,7 @@ inline constexpr auto CharacterClasses = [] {
   return classes;
 }();
 
+/// Returns true if the character is in the class.
 constexpr bool isOf(CharacterClass which, char c) {
   return (CharacterClasses[static_cast<unsigned char>(c)] & which) != 0;
 }

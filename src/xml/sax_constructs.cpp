@@ -1,4 +1,4 @@
-// The constructs of a document: tags, names, attributes, entities, and what is skipped.
+// The parser's single constructs: tags, names, attributes, entities, and the parts that it skips.
 
 #include <algorithm>
 #include <array>
@@ -11,10 +11,12 @@ namespace {
 
 using ParseRetType = SimpleSAXParser::ParseRetType;
 
-/// Elements must not start with these. The missing eighth spelling, "xMl", is allowed.
+/// The names of elements must not start with these. "xMl", the eighth spelling, is allowed on
+/// purpose.
 constexpr std::array<std::string_view, 7> ReservedPrefixes = {"xml", "XML", "Xml", "XMl",
                                                               "xML", "xmL", "XmL"};
 
+/// A predefined entity: its reference in a document, and the character that it stands for.
 struct Entity {
   std::string_view reference;
   std::string_view character;
@@ -40,7 +42,8 @@ std::string_view takeName(std::string_view text, std::size_t& position) {
   return text.substr(start, position - start);
 }
 
-/// Moves past the next `token` from `position` on, or to the end of the text when there is none.
+/// Moves past the next `token` from `position` on. If there is none, moves to the end of the text
+/// and returns `PARSE_ERROR`.
 ParseRetType skipPast(std::string_view token, std::string_view text, std::size_t& position) {
   const std::size_t found = text.find(token, position);
   if (found == std::string_view::npos) {
@@ -51,19 +54,19 @@ ParseRetType skipPast(std::string_view token, std::string_view text, std::size_t
   return SimpleSAXParser::PARSE_OK;
 }
 
-/// An attribute as it stands in a tag, its entities not replaced.
+/// An attribute as written in a tag: its entities are not replaced.
 struct TagAttribute {
   std::string_view name;
   std::string_view value;
 };
 
-/// How a construct fails that starts with another character than the one at the position.
+/// Returns the failure of a construct whose first character is not at `position`.
 ParseRetType doesNotStart(std::string_view text, std::size_t position) {
   return xml::isAt(xml::WhiteSpace, text, position) ? SimpleSAXParser::PARSE_WHITESPACE
                                                     : SimpleSAXParser::PARSE_ERROR;
 }
 
-/// Reads a value in double quotes, leaving the position on the closing one.
+/// Reads a value in double quotes and moves to the closing quote.
 ParseRetType takeValue(std::string_view text, std::size_t& position, std::string_view& value) {
   if (!xml::standsAt(text, position, "\"")) {
     return doesNotStart(text, position);
@@ -74,6 +77,7 @@ ParseRetType takeValue(std::string_view text, std::size_t& position, std::string
   return position < text.size() ? SimpleSAXParser::PARSE_OK : SimpleSAXParser::PARSE_ERROR;
 }
 
+/// Reads `name="value"` and moves to the closing quote.
 ParseRetType takeAttribute(std::string_view text, std::size_t& position, TagAttribute& attribute) {
   if (!xml::isAt(xml::NameStart, text, position)) {
     return doesNotStart(text, position);
@@ -112,9 +116,9 @@ ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& p
   if (parseName(text, position, name) != PARSE_OK) {
     return PARSE_ERROR;
   }
-  // Sorted names go to the end of the list one by one. Once they come in another order they are
-  // sorted first: each would be searched for all over a list that no cache holds once there are
-  // thousands.
+  // Names in sorted order go to the end of the list one by one. From the first one out of order on,
+  // the names are collected and sorted first. Inserting thousands of unsorted names one by one is
+  // slow, because each search touches parts of the list that are not in the processor's cache.
   std::vector<TagAttribute> unsorted;
   std::string_view previous;
   xml::skipWhiteSpace(text, position);
@@ -204,7 +208,7 @@ ParseRetType SimpleSAXParser::skipProcessingInstruction(std::string_view text,
   if (!xml::standsAt(text, position, "<?")) {
     return doesNotStart(text, position);
   }
-  // The "?" of "<?" may end the instruction too: "<?>" is complete.
+  // The "?" of "<?" may also be the one that ends the instruction: "<?>" is complete.
   ++position;
   return skipPast("?>", text, position);
 }
@@ -222,6 +226,8 @@ std::string_view SimpleSAXParser::translateEntityRef(std::string_view entity) co
   return found == Entities.end() ? std::string_view() : found->character;
 }
 
+// Works in place: the result is never longer than the text, because a character is shorter than its
+// entity. `read` and `written` are the ends of the parts that are read and written.
 void SimpleSAXParser::replaceEntities(std::string& text) const {
   const auto ampersandFrom = [&text](std::size_t position) {
     return std::min(text.find('&', position), text.size());
@@ -229,8 +235,13 @@ void SimpleSAXParser::replaceEntities(std::string& text) const {
   std::size_t ampersand = ampersandFrom(0);
   std::size_t written = ampersand;
   std::size_t read = ampersand;
+  // Moves the text up to `end` to its final place.
   const auto keepUntil = [&text, &written, &read](std::size_t end) {
-    std::copy(&text[read], &text[end], &text[written]);
+    // Before the first replacement the text is in its place already. std::copy does not allow a
+    // destination that is the start of its source.
+    if (written < read) {
+      std::copy(&text[read], &text[end], &text[written]);
+    }
     written += end - read;
     read = end;
   };
@@ -243,8 +254,8 @@ void SimpleSAXParser::replaceEntities(std::string& text) const {
     const std::string_view character =
         translateEntityRef(std::string_view(text).substr(ampersand, read - ampersand));
     written += character.copy(&text[written], character.size());
-    // The search goes on one character behind the entity's place. When the entity vanished, that
-    // place holds the character that followed it, which therefore stays even if it is a "&".
+    // The search goes on one character after the place of the entity. If the entity was replaced by
+    // nothing, that place holds the next character, which therefore stays even if it is "&".
     ampersand = ampersandFrom(character.empty() ? read + 1 : read);
     keepUntil(ampersand);
   }

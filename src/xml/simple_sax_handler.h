@@ -2,8 +2,12 @@
 
 class attributes;
 
-/// What `SimpleSAXParser` tells about a document, in document order. Every callback does nothing
-/// unless it is overridden.
+/// Receives the parts of a document from `SimpleSAXParser`, in document order. A class derives from
+/// it and overrides the callbacks that it needs; the others do nothing.
+///
+///     class Names : public SimpleSAXHandler {
+///       void startElement(const char* name, attributes&) override { std::puts(name); }
+///     };
 class SimpleSAXHandler {
  public:
   SimpleSAXHandler() = default;
@@ -11,25 +15,25 @@ class SimpleSAXHandler {
   SimpleSAXHandler(const SimpleSAXHandler&) = default;
   SimpleSAXHandler& operator=(const SimpleSAXHandler&) = default;
 
-  /// Comes first, before anything is parsed.
+  /// Called first, before anything is parsed.
   virtual void start() {}
 
-  /// Comes after each start tag and empty-element tag. Both arguments are the parser's and end with
-  /// the call.
+  /// Called after each start tag and each empty-element tag. The parser owns both arguments; they
+  /// are valid during the call.
   virtual void startElement(const char* /*name*/, attributes& /*attrs*/) {}
 
-  /// Comes after each end tag, and right after `startElement` for an empty-element tag.
+  /// Called after each end tag. For an empty-element tag, called right after `startElement`.
   virtual void endElement(const char* /*name*/) {}
 
-  /// Comes for each run of text inside an element, its entities replaced. `text` ends at its zero
-  /// byte and with the call; `len` is the count of characters that the run takes in the document,
-  /// with its entities, and so may exceed the length of `text`.
+  /// Called for each run of text inside an element, with its entities replaced. `text` ends at its
+  /// zero byte and is valid during the call. `len` is the length of the run in the document, before
+  /// its entities are replaced, so it may exceed the length of `text`.
   virtual void characters(const char* /*text*/, unsigned int /*len*/) {}
 
-  /// Comes last, also after a failure.
+  /// Called last, also after a failure.
   virtual void end() {}
 
-  /// Set by the handler, during any callback, to end the parse as if the document ended there. The
+  /// The handler sets this in any callback to end the parse as if the document ended there. The
   /// parser never clears it.
   bool m_Stop = false;
 };

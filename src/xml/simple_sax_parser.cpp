@@ -1,3 +1,5 @@
+// The parser's loop over a document: prolog, elements, text and the calls of the handler.
+
 #include "xml/simple_sax_parser.h"
 
 #include <algorithm>
@@ -11,13 +13,14 @@
 #include "xml/character_class.h"
 #include "xml/scan.h"
 
-/// The names of the open elements, outermost first, each with a zero byte behind it. One text holds
-/// them all, so that an element costs no allocation of its own.
+/// The names of the open elements, outermost first, each followed by a zero byte. One string holds
+/// all names, so an element needs no separate allocation.
 class SimpleSAXParser::OpenNames {
  public:
   bool isEmpty() const { return m_Starts.empty(); }
 
-  /// The innermost name; with nothing open an empty text, which is no element's name.
+  /// Returns the innermost name. If no element is open, returns an empty text, which is not a valid
+  /// name.
   std::string_view innermost() const {
     if (isEmpty()) {
       return {};
@@ -41,7 +44,7 @@ class SimpleSAXParser::OpenNames {
   std::vector<std::size_t> m_Starts;
 };
 
-/// What the reading of an element's content keeps from one construct to the next.
+/// The state that is kept from one construct to the next inside an element.
 struct SimpleSAXParser::Content {
   OpenNames open;
   attributes attrs;
@@ -55,8 +58,8 @@ SimpleSAXParser::~SimpleSAXParser() {
 }
 
 template <typename... Parameters, typename... Arguments>
-void SimpleSAXParser::tell(void (SimpleSAXHandler::*callback)(Parameters...),
-                           Arguments&&... arguments) {
+void SimpleSAXParser::notify(void (SimpleSAXHandler::*callback)(Parameters...),
+                             Arguments&&... arguments) {
   if (m_Handler != nullptr) {
     (m_Handler->*callback)(std::forward<Arguments>(arguments)...);
   }
@@ -69,23 +72,23 @@ void SimpleSAXParser::honourStop(std::string_view text, std::size_t& position) c
 }
 
 int SimpleSAXParser::parseXMLString(const std::string& xml) {
+  // A copy, because the handler may change `xml` during the parse.
   return parseXMLString(std::string(xml).c_str());
 }
 
 int SimpleSAXParser::parseXMLString(const char* xml) {
   const std::string_view text = util::textOf(xml);
   std::size_t position = 0;
-  tell(&SimpleSAXHandler::start);
+  notify(&SimpleSAXHandler::start);
   honourStop(text, position);
   int result = parseProlog(text, position);
   if (result == PARSE_OK && position < text.size()) {
     result = parseElement(text, position);
   }
-  tell(&SimpleSAXHandler::end);
+  notify(&SimpleSAXHandler::end);
   return result;
 }
 
-/// Skips all that stands before the first start tag.
 SimpleSAXParser::ParseRetType SimpleSAXParser::parseProlog(std::string_view text,
                                                            std::size_t& position) const {
   ParseRetType result = PARSE_OK;
@@ -125,7 +128,6 @@ int SimpleSAXParser::parseElement(std::string_view text, std::size_t& position) 
   return 0;
 }
 
-/// Reads what starts with the "<" at the position.
 SimpleSAXParser::ParseRetType SimpleSAXParser::parseMarkup(Content& content, std::string_view text,
                                                            std::size_t& position) {
   if (xml::isAt(xml::NameStart, text, position + 1)) {
@@ -148,15 +150,16 @@ SimpleSAXParser::ParseRetType SimpleSAXParser::openElement(Content& content, std
                                                            std::size_t& position) {
   std::string_view name;
   bool isEmpty = false;
+  // One list serves all tags, because it keeps its memory.
   content.attrs.clear();
   const ParseRetType result = parseOpenTag(text, position, name, content.attrs, isEmpty);
   if (result != PARSE_OK) {
     return result;
   }
   content.open.push(name);
-  tell(&SimpleSAXHandler::startElement, content.open.innermost().data(), content.attrs);
+  notify(&SimpleSAXHandler::startElement, content.open.innermost().data(), content.attrs);
   if (isEmpty) {
-    tell(&SimpleSAXHandler::endElement, content.open.innermost().data());
+    notify(&SimpleSAXHandler::endElement, content.open.innermost().data());
     content.open.pop();
   }
   honourStop(text, position);
@@ -167,7 +170,7 @@ SimpleSAXParser::ParseRetType SimpleSAXParser::closeElement(Content& content, st
                                                             std::size_t& position) {
   const ParseRetType result = parseCloseTag(text, position, content.open.innermost());
   if (result == PARSE_OK) {
-    tell(&SimpleSAXHandler::endElement, content.open.innermost().data());
+    notify(&SimpleSAXHandler::endElement, content.open.innermost().data());
     honourStop(text, position);
     content.open.pop();
   }
@@ -184,8 +187,8 @@ SimpleSAXParser::ParseRetType SimpleSAXParser::parseText(std::string_view text,
     buffer = run;
     position += run.size();
     replaceEntities(buffer);
-    // The count is of the characters in the document: handlers go by the zero byte.
-    tell(&SimpleSAXHandler::characters, buffer.c_str(), static_cast<unsigned int>(run.size()));
+    // The length counts characters of the document. Handlers find the end by the zero byte.
+    notify(&SimpleSAXHandler::characters, buffer.c_str(), static_cast<unsigned int>(run.size()));
     honourStop(text, position);
   }
   return PARSE_OK;

@@ -7,22 +7,25 @@
 #include "xml/attributes.h"
 #include "xml/simple_sax_handler.h"
 
-/// Reads an XML document held in memory and tells a handler what it finds. It knows the subset of
-/// XML 1.0 that the printer's replies are written in:
+/// Parses an XML document in memory and calls a handler for each part of it:
 ///
-///     elements, attributes in double quotes, text, &amp; &quot; &apos; &lt; &gt;
-///     processing instructions, and everything from "<!" to "-->": skipped
+///     SimpleSAXParser parser(handler);
+///     const bool isWellFormed = parser.parseXMLString("<a b=\"1\">text</a>") == 0;
 ///
-/// and has no namespaces, DTD, CDATA sections, character references or single-quoted values. The
-/// cost is linear in the length of the document, whatever it holds, and the depth of elements is
-/// limited by memory alone. Nothing is kept from one parse to the next.
+/// The parser knows the subset of XML 1.0 that the printer's replies use: elements, attributes in
+/// double quotes, text, and the entities &amp; &quot; &apos; &lt; &gt;. It skips processing
+/// instructions and everything from "<!" to "-->". It does not know namespaces, DTDs, CDATA
+/// sections, character references and single-quoted values.
+///
+/// The time is linear in the length of any document. Only memory limits the depth of elements. A
+/// parse keeps nothing for the next one.
 class SimpleSAXParser {
  public:
   /// The result of reading one construct.
   enum ParseRetType {
-    PARSE_ERROR = -1,     ///< malformed; the position is where it shows
-    PARSE_OK = 0,         ///< read, and the position moved past it
-    PARSE_WHITESPACE = 1  ///< white space stands here, so the construct does not start here
+    PARSE_ERROR = -1,     ///< malformed; the position is at the fault
+    PARSE_OK = 0,         ///< read; the position is after the construct
+    PARSE_WHITESPACE = 1  ///< white space is at the position, so the construct does not start there
   };
 
   /// Keeps a pointer to `handler`, which the caller owns and which must outlive the parser.
@@ -31,25 +34,25 @@ class SimpleSAXParser {
   SimpleSAXParser(const SimpleSAXParser&) = delete;
   SimpleSAXParser& operator=(const SimpleSAXParser&) = delete;
 
-  /// Parses the document `xml`, which ends at its first zero byte; a null pointer is an empty one.
-  /// Returns 0, or -1 when the document is malformed, after a line on standard output unless the
-  /// fault lies before the first element. The callbacks made until then stand.
+  /// Parses the document `xml`, which ends at its first zero byte. A null pointer is an empty
+  /// document. Returns 0, or -1 if the document is malformed. A fault in or after the first element
+  /// is also printed to standard output. The callbacks before a fault have been made.
   int parseXMLString(const char* xml);
-  /// As above, with a copy of `xml`, which the handler may therefore change.
+  /// Does the same with a copy of `xml`, so the handler may change the original.
   int parseXMLString(const std::string& xml);
 
   // --- The steps of a parse -----------------------------------------------------------------
   //
-  // Each reads one construct of `text` that starts at `position` and moves the position past it. A
-  // construct that fails leaves the position at the character at which it failed.
+  // Each reads one construct of `text` that starts at `position` and moves the position past it. On
+  // failure the position is at the character that does not fit.
 
   /// Reads everything from the first start tag to the end of the text, with all callbacks. Returns
   /// 0, or -1 after `showError`.
   int parseElement(std::string_view text, std::size_t& position);
 
-  /// Reads "<name attribute...>" or "<name attribute.../>", telling which by `isEmpty`. A repeated
-  /// attribute keeps its last value. A tag that the end of the text cuts outside its name and its
-  /// attributes is complete.
+  /// Reads "<name attribute...>" or "<name attribute.../>" and sets `isEmpty` for the second form.
+  /// A repeated attribute keeps its last value. A tag that the end of the text cuts after its name
+  /// or after an attribute is complete.
   ParseRetType parseOpenTag(std::string_view text, std::size_t& position, std::string_view& name,
                             attributes& attrs, bool& isEmpty) const;
 
@@ -57,20 +60,21 @@ class SimpleSAXParser {
   ParseRetType parseCloseTag(std::string_view text, std::size_t& position,
                              std::string_view expected) const;
 
-  /// Reads the name of an element, which must not start with "xml" in any mix of cases but "xMl".
+  /// Reads the name of an element. It must not start with "xml" in any mix of cases except "xMl".
   ParseRetType parseName(std::string_view text, std::size_t& position,
                          std::string_view& name) const;
 
-  /// Reads `name="value"`, leaving the position on the closing quote.
+  /// Reads `name="value"` with the entities of the value replaced. Leaves the position on the
+  /// closing quote.
   ParseRetType parseAttribute(std::string_view text, std::size_t& position, std::string_view& name,
                               std::string& value) const;
 
-  /// Reads `"value"` with its entities replaced, leaving the position on the closing quote.
+  /// Reads `"value"` with its entities replaced. Leaves the position on the closing quote.
   ParseRetType parseAttrValue(std::string_view text, std::size_t& position,
                               std::string& value) const;
 
-  /// Skips white space and tells the handler the text up to the next "<", if there is any. `buffer`
-  /// is room for that text, whatever it holds.
+  /// Skips white space and passes the text up to the next "<" to the handler, unless it is empty.
+  /// The text is stored in `buffer`, whose content is overwritten.
   ParseRetType parseText(std::string_view text, std::size_t& position, std::string& buffer);
 
   /// Skips from "<?" past the next "?>".
@@ -79,35 +83,40 @@ class SimpleSAXParser {
   /// Skips from "<!" past the next "-->".
   ParseRetType skipComment(std::string_view text, std::size_t& position) const;
 
-  /// Replaces every entity in `text`, from "&" to the next ";", by what it stands for. Replaced
-  /// text is not looked at again, nor is the character behind an entity that vanished.
+  /// Replaces every entity in `text`, from "&" to the next ";", by its character. Removes unknown
+  /// entities. Does not search replaced text again, nor the character after a removed entity.
   void replaceEntities(std::string& text) const;
 
-  /// Returns the character that `entity`, such as "&lt;", stands for, as a text; an empty text for
-  /// anything but the five predefined entities.
+  /// Returns the character of `entity`, such as "<" for "&lt;". Returns an empty text unless it is
+  /// one of the five predefined entities.
   std::string_view translateEntityRef(std::string_view entity) const;
 
-  /// Writes to standard output where in `text` a parse failed: the position, from 0, and the
-  /// character there, or that the text has ended. Writes nothing for other results.
+  /// Prints to standard output where in `text` a parse failed. If the position is at the end,
+  /// prints that the text has ended. Otherwise, if `ret` is `PARSE_ERROR`, prints the position,
+  /// counted from 0, and the character there.
   void showError(ParseRetType ret, std::string_view text, std::size_t position) const;
 
  private:
   class OpenNames;
   struct Content;
 
+  /// Skips everything before the first start tag.
   ParseRetType parseProlog(std::string_view text, std::size_t& position) const;
+  /// Reads the construct that starts with the "<" at `position`. Skips a "<" that starts none.
   ParseRetType parseMarkup(Content& content, std::string_view text, std::size_t& position);
+  /// Reads a start tag or an empty-element tag and calls the handler.
   ParseRetType openElement(Content& content, std::string_view text, std::size_t& position);
+  /// Reads the end tag of the innermost element and calls the handler.
   ParseRetType closeElement(Content& content, std::string_view text, std::size_t& position);
 
   /// Stores an attribute with the entities of its value replaced.
   void store(std::string_view name, std::string_view value, attributes& attrs) const;
 
-  /// Makes one callback.
+  /// Calls one callback of the handler.
   template <typename... Parameters, typename... Arguments>
-  void tell(void (SimpleSAXHandler::*callback)(Parameters...), Arguments&&... arguments);
-  /// Moves to the end of the text when the handler has asked to stop.
+  void notify(void (SimpleSAXHandler::*callback)(Parameters...), Arguments&&... arguments);
+  /// Moves to the end of the text if the handler has set `m_Stop`.
   void honourStop(std::string_view text, std::size_t& position) const;
 
-  SimpleSAXHandler* m_Handler;
+  SimpleSAXHandler* m_Handler;  ///< not owned
 };

@@ -1,3 +1,5 @@
+// Queries: the steps of a path, and the callbacks that match them during a parse.
+
 #include "xml/simple_xpath.h"
 
 #include <algorithm>
@@ -10,7 +12,7 @@
 namespace {
 
 constexpr std::size_t None = std::string_view::npos;
-/// What no reply's elements exceed, so that the memory for them is taken at once.
+/// Capacity reserved up front: deeper than the elements of any reply.
 constexpr std::size_t UsualDepth = 16;
 
 }  // namespace
@@ -60,12 +62,15 @@ void simpleXPath::start() {
 
 void simpleXPath::startElement(const char* name, attributes& attrs) {
   const std::string_view text = util::textOf(name);
+  // The element that closed last need not be a sibling. In the printer's flat lists it is one.
   const std::int32_t index = m_LastClosed.name == text ? m_LastClosed.index + 1 : 1;
   const std::size_t depth = m_Open.size();
   m_Open.push_back(index);
+  // Inside an element that does not match, nothing can match.
   if (m_Stack.size() != depth || depth >= m_Path.size()) {
     return;
   }
+  // A list wants each position in turn: let the last step ask for that of this element.
   nodeType& step = m_Path[depth];
   if (m_IsListing && depth + 1 == m_Path.size() && index <= LargestPosition) {
     step.index = index;
@@ -108,6 +113,8 @@ void simpleXPath::takeEntry(const nodeType& entry) {
   if (!place) {
     place = entry.text;
   }
+  // The list ends at its first empty entry. It is complete once all positions before that are
+  // known.
   for (const std::optional<std::string>& known : m_Entries) {
     if (!known) {
       return;
@@ -152,6 +159,7 @@ simpleXPath::nodeType simpleXPath::parseNode(std::string_view step) {
   if (close == None) {
     return node;
   }
+  // A number from 1 to 9 is a position; anything else must be an attribute filter.
   const std::string_view filter = step.substr(open + 1, close - open - 1);
   const int position = util::toInt(removeSpaces(filter));
   if (position >= 1 && position <= LargestPosition) {

@@ -58,8 +58,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 // --- All settings -------------------------------------------------------------------------------
 
-/// One line a setting: group and number, kind, "secret" for one that is masked, "low byte" where
-/// the length field holds no more of the size, the name, and what numbers from 0 on mean.
+/// One line per setting: group and number, kind, "secret" if the value is masked, "low byte" if
+/// the length field holds only the low byte of the size, name, and the names of the numbers from 0.
 constexpr std::string_view Settings = R"(06 14 flag adapter reset
 06 1F text adapter descriptor
 0A 02 address IP address
@@ -113,7 +113,7 @@ std::string lineOf(const catalogue::SettingInfo& info) {
   line.append(kinds[static_cast<std::size_t>(info.kind)]);
   line.append(info.secret ? "secret " : "").append(info.sizeIsLowByte ? "low byte " : "");
   line.append(info.name);
-  if (info.numberNames.size() > 5) {  // those of the status, which the query's tests look at
+  if (info.numberNames.size() > 5) {  // the status texts have tests of their own
     return line + ": " + std::to_string(info.numberNames.size()) + " texts\n";
   }
   const char* separator = ": ";
@@ -137,6 +137,15 @@ TEST(SettingCatalogue, HoldsEverySettingInTheOrderOfNumbers) {
 TEST(SettingCatalogue, NamesTheGroups) {
   EXPECT_EQ(catalogue::groupName(0x28), "wireless network");
   EXPECT_EQ(catalogue::groupName(0x29), "");
+}
+
+TEST(NumberOf, ReadsOneToFourBytes) {
+  EXPECT_EQ(catalogue::numberOf(bytes("7F")), 0x7FU);
+  EXPECT_EQ(catalogue::numberOf(bytes("01 02")), 0x0102U);
+  EXPECT_EQ(catalogue::numberOf(bytes("01 02 03")), 0x010203U);
+  EXPECT_EQ(catalogue::numberOf(bytes("FF 02 03 04")), 0xFF020304U);
+  EXPECT_FALSE(catalogue::numberOf({}));
+  EXPECT_FALSE(catalogue::numberOf(bytes("00 00 00 00 01")));
 }
 
 }  // namespace

@@ -58,7 +58,7 @@ TEST_F(CertManager, UploadsFromAPathWithoutASlash) {
 
 TEST_F(CertManager, UploadsWhatFitsTheRequestAndNothingLarger) {
   answer({success()});
-  // Base64 text comes in groups of four for three bytes. The size has five digits instead of one.
+  // Three bytes take four characters of Base64. The size field has five digits here, not one.
   const std::size_t empty = uploadSignedText(DefaultFriendlyName, "").size() + 4;
   const std::size_t room = (16383 - empty) / 4 * 3;
   const auto upload = [&](std::size_t size) {

@@ -24,6 +24,18 @@ using support::TemporaryFolder;
 constexpr unsigned int BufferSize = 16384;
 
 class HostFile : public testing::Test {
+ private:
+  /// Runs an operation and returns its result; sets `err` and `leftOpen`.
+  template <typename Operation>
+  auto withDescriptors(Operation operation) {
+    support::Output output;
+    const long before = openDescriptors();
+    const auto result = resultOf(operation, output);
+    leftOpen = openDescriptors() - before;
+    err = output.err;
+    return result;
+  }
+
  protected:
   void SetUp() override {
     // Loaded before descriptors are counted.
@@ -45,24 +57,15 @@ class HostFile : public testing::Test {
 
   int load(const std::string& path) {
     buffer.assign(BufferSize, '#');
-    int result = -77;
-    const long before = openDescriptors();
-    err = outputOf([&] {
-            result = CertMgr::loadFromFile(buffer.data(), BufferSize, path.c_str());
-          }).err;
-    leftOpen = openDescriptors() - before;
-    return result;
+    return withDescriptors(
+        [&] { return CertMgr::loadFromFile(buffer.data(), BufferSize, path.c_str()); });
   }
 
   bool save(const std::string& path, std::string content) {
-    bool result = false;
-    const long before = openDescriptors();
-    err = outputOf([&] {
-            result = CertMgr::saveToFile(reinterpret_cast<unsigned char*>(content.data()),
-                                         static_cast<unsigned int>(content.size()), path.c_str());
-          }).err;
-    leftOpen = openDescriptors() - before;
-    return result;
+    return withDescriptors([&] {
+      return CertMgr::saveToFile(reinterpret_cast<unsigned char*>(content.data()),
+                                 static_cast<unsigned int>(content.size()), path.c_str());
+    });
   }
 
   std::string loaded(std::size_t size) const {
@@ -221,12 +224,10 @@ TEST_F(LoadFromFile, TakesAnErrorFromBeforeForNone) {
   const std::string path = folder.write("f", "abcdef");
   script({2});
   buffer.assign(BufferSize, '#');
-  int result = -77;
   outputOf([&] {
     errno = EAGAIN;
-    result = CertMgr::loadFromFile(buffer.data(), BufferSize, path.c_str());
+    EXPECT_EQ(CertMgr::loadFromFile(buffer.data(), BufferSize, path.c_str()), 6);
   });
-  EXPECT_EQ(result, 6);
   EXPECT_EQ(loaded(7), "abcdef#");
 }
 

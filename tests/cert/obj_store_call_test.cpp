@@ -212,11 +212,12 @@ class GetObjStoreResponse : public support::ObjectStorePrinter {
   int call(const char* xml, int timeout = 5) {
     std::string marker = "(untouched)";
     char* result = marker.data();
-    int size = -77;
-    support::outputOf([&] {
+    const auto ask = [&] {
       CertMgr manager("/dev/usb/lp0");
-      size = manager.getObjStoreResponse(xml, result, timeout);
-    });
+      return manager.getObjStoreResponse(xml, result, timeout);
+    };
+    support::Output output;
+    const int size = support::resultOf(ask, output);
     const std::unique_ptr<char[]> owned(result == marker.data() ? nullptr : result);
     text = result;
     return size;

@@ -15,7 +15,7 @@ using support::replyXml;
 using support::textChild;
 using Names = std::vector<std::string>;
 
-/// The children of a status without a message.
+/// The children of a status with an empty message.
 std::string status(std::string_view code) {
   return support::statusChildren(code);
 }

@@ -24,12 +24,17 @@ using support::outputOf;
 using Date = std::tuple<int, int, int>;
 constexpr Date Untouched = {-1, -2, -3};
 
-Date dateOf(const std::string& text) {
+int readDate(const std::string& text, Date& date) {
   const std::unique_ptr<ASN1_TIME, void (*)(ASN1_TIME*)> time(ASN1_TIME_new(), ASN1_TIME_free);
   ASN1_STRING_set(time.get(), text.data(), static_cast<int>(text.size()));
-  auto [year, month, day] = Untouched;
-  CertMgr::getASN1Date(time.get(), year, month, day);
-  return {year, month, day};
+  auto& [year, month, day] = date;
+  return CertMgr::getASN1Date(time.get(), year, month, day);
+}
+
+Date dateOf(const std::string& text) {
+  Date date = Untouched;
+  readDate(text, date);
+  return date;
 }
 
 TEST(GetASN1Date, ReadsAUtcTimeOfThirteenCharacters) {
@@ -48,6 +53,18 @@ TEST(GetASN1Date, ReadsAGeneralizedTimeOfFourteenToTwentyCharacters) {
   EXPECT_EQ(dateOf("99991231235959Z"), Date(9999, 12, 31));
   EXPECT_EQ(dateOf("20240630120000"), Date(2024, 6, 30));
   EXPECT_EQ(dateOf("20240630120000+01000"), Date(2024, 6, 30));
+}
+
+TEST(GetASN1Date, FailsForALengthOutside13To20) {
+  const std::string text = "202406301200000000000";
+  for (std::size_t size = 0; size <= text.size(); ++size) {
+    Date date = Untouched;
+    const int result = size >= 13 && size <= 20 ? 0 : -1;
+    EXPECT_EQ(readDate(text.substr(0, size), date), result) << size;
+    EXPECT_EQ(date == Untouched, result == -1) << size;
+  }
+  auto [year, month, day] = Untouched;
+  EXPECT_EQ(CertMgr::getASN1Date(nullptr, year, month, day), -1);
 }
 
 TEST(GetASN1Date, LeavesAllUntouchedForAnyOtherLength) {
@@ -124,10 +141,11 @@ TEST(FormatCMCADate, WritesNothingForAMonthThatThereIsNot) {
 class GetPemCommonName : public testing::Test {
  protected:
   int name(const std::string& path) {
-    int result = -77;
     const long before = support::openDescriptors();
-    output =
-        outputOf([&] { result = CertMgr::getPEMCommonName(path.c_str(), commonName, caName); });
+    const auto read = [&] {
+      return CertMgr::getPEMCommonName(path.c_str(), commonName, caName);
+    };
+    const int result = resultOf(read, output);
     EXPECT_EQ(support::openDescriptors(), before);
     EXPECT_EQ(ERR_peek_error(), 0UL);
     return result;

@@ -12,7 +12,7 @@ const std::string QueryWords = "request, bare, 9 bytes: query\n    wireless netw
 TEST(TextInput, IsNothingWithoutHexLines) {
   EXPECT_EQ(wordsOf(""), "");
   EXPECT_EQ(wordsOf("D [ZVK] Basic config...\nD [ZVK] SSID = home\n"), "");
-  EXPECT_EQ(decoded("no bytes").status, 0);
+  EXPECT_EQ(decoded("no bytes").status, 3);
 }
 
 TEST(TextInput, HasPacketsOverSeveralLinesAndSeveralInOne) {
@@ -52,6 +52,25 @@ TEST(TextInput, FindsLinesOfTheProgramsBehindUnfinishedOnes) {
             "    wireless network 28 08: SSID = \"zvkprin\"\n");
 }
 
+TEST(TextInput, FindsTheDefaultRunsListInFrontOfItsProgress) {
+  EXPECT_EQ(wordsOf("a5 0 6 50 e0 d8 0 28 8 Configuring the printer....\r\n"),
+            "line 1: " + QueryWords);
+}
+
+TEST(TextInput, FindsADumpBehindOtherText) {
+  EXPECT_EQ(wordsOf("Nov 22 00:40:58 zvkconfig[7]: A5 00 0F 50 E0 D8 00 28 08 00 07 7A 76 6B 70 72 "
+                    "|...P...(...zvkpr\n"
+                    "Nov 22 00:40:58 zvkconfig[7]: 69 6E                                           "
+                    "|in\n"),
+            "lines 1-2: reply, bare, 18 bytes: value\n"
+            "    wireless network 28 08: SSID = \"zvkprin\"\n");
+}
+
+TEST(TextInput, EndsABlockWhereALogBegins) {
+  EXPECT_EQ(wordsOf("A5 00 06 50 E0\nzvkprinter: <- " + Query + "\n"),
+            "line 1: a packet that is cut: 5 of 9 bytes\nline 2: " + QueryWords);
+}
+
 TEST(TextInput, TakesAnUnknownPacketsRoleFromTheLog) {
   EXPECT_EQ(wordsOf("zvkprinter: <- A5 00 03 50 E0 01\nzvkprinter: -> A5 00 03 50 E0 01\n"
                     "A5 00 03 50 E0 01\n"),
@@ -71,6 +90,8 @@ TEST(TextInput, NeverShowsWhatALogHasMasked) {
   EXPECT_EQ(decodedWith(options, log).words, head + "(2 bytes)\n");
   EXPECT_EQ(decodedWith(options, plain).words, head + "\"ab\"\n");
   EXPECT_EQ(wordsOf(plain), head + "(2 bytes)\n");
+  EXPECT_EQ(decodedWith(options, "A5 00 0B 50 E0 DA 01 28 11 00 00 02 **\n61\n").words,
+            "lines 1-2" + head.substr(6) + "(2 bytes)\n");
   // Masks of one block do not hold for the next.
   EXPECT_EQ(decodedWith(options, std::string(log) + std::string(plain)).words,
             head + "(2 bytes)\nline 2" + head.substr(6) + "\"ab\"\n");

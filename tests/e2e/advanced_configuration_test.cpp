@@ -168,7 +168,7 @@ const std::string OptionPacket =
 const std::string NetworkPacket =
     "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 03 28 08 00 00 02 78 "
     "00 28 05 00 00 04 00 00 00 06";
-/// A packet as it arrives.
+/// The wrapped packet in hex.
 std::string wrapped(const std::string& packet) {
   return hexText(packets::wrapped(support::bytes(packet)));
 }

@@ -62,14 +62,6 @@ Words missing() {
   return {"D [ZVK] Save Cert Request error 0", "", "D [ZVK] ", ""};
 }
 
-std::string base64Of(std::size_t groups) {
-  std::string text;
-  for (std::size_t i = 0; i < groups; ++i) {
-    text.append("QUJD");
-  }
-  return text;
-}
-
 std::vector<ReplyRow> badReplies() {
   const std::string whole = reply(statusChildren("1") + binaryChild("cert_dot_csr_file", "QUJD"));
   std::string wrongMarker = whole;
@@ -87,7 +79,8 @@ std::vector<ReplyRow> badReplies() {
       {{"NoXml"}, Marker + "junk < & >", missing()},
       {{"CutInsideTheStatus"}, whole.substr(0, whole.find("1</IntegerElem>")), missing()},
       {{"RequestTooLarge"},
-       reply(statusChildren("1") + binaryChild("cert_dot_csr_file", base64Of(5462))),
+       reply(statusChildren("1") +
+             binaryChild("cert_dot_csr_file", support::repeated("QUJD", 5462))),
        {}},
   };
 }
@@ -100,6 +93,18 @@ TEST_F(CertificateFaults, BytesE0InsideATextAreDropped) {
   const PrinterRun run = runWithPrinter({"--object-reply=" + file}, {"-rcerdefs", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "cer-org=az");
+}
+
+TEST_F(CertificateFaults, AttributesMayBeOutOfOrderAndRepeated) {
+  const std::string file = folder.write(
+      "reply", Marker + R"(<response><MapElem><child b="1" a="2"/>)"
+                        R"(<child type="i" name="status_code"><IntegerElem>1</IntegerElem></child>)"
+                        R"(<child name="a" name="x509_O"><StringElem>last</StringElem></child>)"
+                        "</MapElem></response>");
+  const PrinterRun run = runWithPrinter({"--object-reply=" + file}, {"-rcerdefs", "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "cer-org=last");
+  EXPECT_EQ(run.err, support::TransportGone);
 }
 
 TEST_F(CertificateFaults, ASilentOrRefusingPrinterFailsWithoutAWordOfItsOwn) {

@@ -1,4 +1,5 @@
 #include <csignal>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
@@ -30,6 +31,31 @@ class WithFile : public testing::Test {
 
  private:
   TemporaryFolder m_Folder;
+};
+
+/// Has zvkconfig run with standard input closed. In real time: the preloaded clock would take the
+/// free descriptor.
+class ClosedInput {
+ public:
+  ClosedInput() {
+    const char* const before = std::getenv("ZVK_RUN_UNDER");
+    m_Before = before == nullptr ? "" : before;
+    const std::string script = m_Folder.write("closed", "exec \"$@\" <&-\n");
+    ::setenv("ZVK_RUN_UNDER", ("sh " + script + " " + m_Before).c_str(), 1);
+  }
+  ~ClosedInput() {
+    if (m_Before.empty()) {
+      ::unsetenv("ZVK_RUN_UNDER");
+    } else {
+      ::setenv("ZVK_RUN_UNDER", m_Before.c_str(), 1);
+    }
+  }
+  ClosedInput(const ClosedInput&) = delete;
+  ClosedInput& operator=(const ClosedInput&) = delete;
+
+ private:
+  TemporaryFolder m_Folder;
+  std::string m_Before;
 };
 
 using ArgumentFile = WithFile;
@@ -65,6 +91,14 @@ TEST_F(ArgumentFile, CountsAsEmptyWhenItCannotBeRead) {
   }
 }
 
+TEST_F(ArgumentFile, IsReadWithStandardInputClosed) {
+  const ClosedInput closed;
+  const PrinterRun run =
+      support::runWithPrinterInRealTime({}, {"-c", "-file", write("--ssid=x\n"), "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.received.size(), 1U);
+}
+
 TEST_F(ArgumentFile, NeedsTheDeviceBehindIt) {
   const auto result = support::runProcess({ZVKCONFIG, "-c", "-file", write("--ssid=x\n")});
   EXPECT_EQ(result.status, 128 + SIGABRT);
@@ -80,6 +114,14 @@ TEST_F(NpaFile, GoesOutAsItStands) {
                             "E0 D8 00 0A 02 00 04 C0 A8 01 14 |..........."}) +
                          TransportGone);
   EXPECT_EQ(run.received, Words{hexText(packets::QueryIp)});
+}
+
+TEST_F(NpaFile, IsSentWithStandardInputClosed) {
+  const ClosedInput closed;
+  const PrinterRun run = support::runWithPrinterInRealTime(
+      {}, {"-npa", "-file", write("A5 00 06 50 E0 D8 00 0A 02"), "{}"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.received, Words{"A5 00 06 50 E0 D8 00 0A 02"});
 }
 
 TEST_F(NpaFile, LosesAnOddLastDigit) {

@@ -1,4 +1,5 @@
-// What the running program's memory holds of a password that was typed.
+// What the running program's memory holds of passwords: of one that was typed, and of the packet
+// with one that was sent.
 
 #include <cstdint>
 #include <filesystem>
@@ -67,16 +68,22 @@ bool memoryHolds(pid_t process, std::string_view text) {
   return false;
 }
 
+/// The command line of zvkconfig in front of the emulated printer, at twice the speed of time.
+std::vector<std::string> commandLine(const std::vector<std::string>& options,
+                                     const std::vector<std::string>& arguments) {
+  std::vector<std::string> command = {"faketime", "-f", "+0 x2"};
+  const auto run = support::printerCommand(options, arguments);
+  command.insert(command.end(), run.begin(), run.end());
+  return command;
+}
+
 class PasswordInMemory : public testing::TestWithParam<std::string> {};
 
 TEST_P(PasswordInMemory, IsGoneWhenTheRequestIsOver) {
   const support::TemporaryFolder folder;
   const std::string ssid = folder.path("s");  // no other run has it
-  std::vector<std::string> command = {"faketime", "-f", "+0 x2"};
-  const auto run = support::printerCommand({"--refuse-wrapped", "--log=/dev/null"},
-                                           {"-c", "--security=WPA", "--ssid=" + ssid, "{}"});
-  command.insert(command.end(), run.begin(), run.end());
-  TerminalProcess program(command);
+  TerminalProcess program(commandLine({"--refuse-wrapped", "--log=/dev/null"},
+                                      {"-c", "--security=WPA", "--ssid=" + ssid, "{}"}));
   ASSERT_TRUE(program.waitFor(Prompt));
   ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
   const pid_t process = programWith(ssid);
@@ -94,5 +101,27 @@ TEST_P(PasswordInMemory, IsGoneWhenTheRequestIsOver) {
 
 INSTANTIATE_TEST_SUITE_P(Passwords, PasswordInMemory,
                          testing::Values(std::string(ShortPassword), LongPassword));
+
+TEST(AuthenticationPasswordInMemory, IsInNoPacketOnceTheNextOneIsBuilt) {
+  const support::TemporaryFolder folder;
+  const std::string mark = "--cer-path=" + folder.path("x");  // no other run has it
+  const std::string password(ShortPassword);
+  // The second packet is so short that it does not cover the place of the password in the first.
+  TerminalProcess program(commandLine(
+      {"--log=/dev/null"},
+      {"-ca", "--security=802.1x", "--802-auth-ext=PEAP", "--802-auth-inner=PAP",
+       "--802-user=" + std::string(30, 'u'), "--802-pwd=" + password, "--ssid=s", mark, "{}"}));
+  // The command line holds the password itself, so the whole setting object is looked for.
+  const std::string object = std::string("\x2A\x03\x00\x00\x0A", 5) + password;
+  pid_t process = 0;
+  ASSERT_TRUE(support::eventually([&] {
+    process = programWith(mark);
+    return process > 0 && memoryHolds(process, object);
+  }));
+  // The line is of the second packet.
+  ASSERT_TRUE(program.waitFor("D [ZVK] SSID = s"));
+  EXPECT_FALSE(memoryHolds(process, object));
+  EXPECT_EQ(program.waitForEnd(), 0);
+}
 
 }  // namespace

@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "testing/files.h"
+#include "testing/printer_run.h"
 #include "testing/process.h"
+#include "testing/skip.h"
 
 // The emulated printer as a program: how it runs commands and where it puts the device.
 
@@ -36,6 +38,18 @@ ProcessResult runInPrinter(const std::vector<std::string>& command) {
   std::vector<std::string> all = {ZVKPRINTER, "run", "--log=/dev/null", "--"};
   all.insert(all.end(), command.begin(), command.end());
   return runProcess(all);
+}
+
+const char* const NoNamespaces = "this system permits no private /dev/usb";
+
+/// Whether the system lets a command that starts with `prefix` mount something for itself alone.
+bool permitsPrivateMounts(std::vector<std::string> prefix, bool asRoot) {
+  prefix.insert(prefix.end(), {"unshare", "--mount"});
+  if (!asRoot) {
+    prefix.insert(prefix.end(), {"--user", "--map-root-user"});
+  }
+  prefix.insert(prefix.end(), {"mount", "-t", "tmpfs", "none", "/mnt"});
+  return runProcess(prefix).status == 0;
 }
 
 TEST(ZvkprinterRun, EndsWithTheCommandsStatus) {
@@ -108,13 +122,16 @@ TEST(ZvkprinterRun, LeavesTheInterruptToTheCommand) {
 }
 
 TEST(ZvkprinterRun, ShowsTheCommandNoOtherPrinter) {
+  if (!permitsPrivateMounts({}, ::geteuid() == 0)) {
+    SKIP_OUTSIDE_CI(NoNamespaces);
+  }
   // The outer run's private folder gets a second printer, which the inner run covers.
   const ProcessResult result =
       runInPrinter({"sh", "-c",
-                    "if test {} = /dev/usb/lp0; then touch /dev/usb/lp5 && " ZVKPRINTER
-                    " run --log=/dev/null -- ls /dev/usb; else echo no namespaces; fi"});
+                    "test {} = /dev/usb/lp0 && touch /dev/usb/lp5 && " ZVKPRINTER
+                    " run --log=/dev/null -- ls /dev/usb"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_TRUE(result.out == "lp0\n" || result.out == "no namespaces\n") << result.out;
+  EXPECT_EQ(result.out, "lp0\n");
 }
 
 TEST(ZvkprinterRun, ServesAnOrdinaryUserToo) {
@@ -131,21 +148,22 @@ TEST(ZvkprinterRun, ServesAnOrdinaryUserToo) {
                                       "-c",
                                       "id -u; test -w {} && test {} = /dev/usb/lp0"};
   const std::string nobody = "65534";
+  std::vector<std::string> asUser;
   if (::geteuid() == 0) {
-    const std::vector<std::string> asNobody = {"setpriv", "--reuid=" + nobody, "--regid=" + nobody,
-                                               "--clear-groups"};
-    command.insert(command.begin(), asNobody.begin(), asNobody.end());
+    asUser = {"setpriv", "--reuid=" + nobody, "--regid=" + nobody, "--clear-groups"};
   }
+  command.insert(command.begin(), asUser.begin(), asUser.end());
   const ProcessResult result = runProcess(command);
-  if (result.status == 0) {
-    EXPECT_EQ(result.out, (::geteuid() == 0 ? nobody : std::to_string(::geteuid())) + "\n");
-    EXPECT_EQ(result.err, "");
-  } else {
-    // A system that permits no user namespaces: an ordinary user cannot do without.
+  if (!permitsPrivateMounts(asUser, false)) {
+    // An ordinary user cannot do without.
     EXPECT_EQ(result.status, 125);
     EXPECT_NE(result.err.find("no private /dev/usb/lp0 here: "), std::string::npos) << result.err;
     EXPECT_NE(result.err.find("permit user namespaces"), std::string::npos) << result.err;
+    SKIP_OUTSIDE_CI(NoNamespaces);
   }
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.out, (::geteuid() == 0 ? nobody : std::to_string(::geteuid())) + "\n");
+  EXPECT_EQ(result.err, "");
 }
 
 TEST(ZvkprinterRun, LeavesTheCommandItsOtherDevices) {
@@ -168,6 +186,26 @@ TEST(ZvkprinterRun, MasksKeysInItsLog) {
             "zvkprinter:    store settings: pre-shared key = (4 bytes)\n"
             "zvkprinter: -> A5 00 05 50 E0 DA 01 01\n"
             "zvkprinter:    settings stored\n");
+}
+
+TEST(ZvkprinterRun, EmptiesItsLogOrAppendsToIt) {
+  const TemporaryFolder folder;
+  const std::string log = folder.write("log", "before\n");
+  const std::string query = "printf '\\245\\000\\002\\120\\341' > {}";
+  const std::string logged =
+      "zvkprinter: <- A5 00 02 50 E1\n"
+      "zvkprinter:    unknown packet\n"
+      "zvkprinter: -> A5 00 02 D4 E0\n"
+      "zvkprinter:    refused: not supported\n";
+  const auto logTo = [&](const std::string& option) {
+    return runProcess({ZVKPRINTER, "run", option + log, "--", "sh", "-c", query}).status;
+  };
+  EXPECT_EQ(logTo("--log-append="), 0);
+  EXPECT_EQ(fileContent(log), "before\n" + logged);
+  EXPECT_EQ(logTo("--log-append="), 0);
+  EXPECT_EQ(fileContent(log), "before\n" + logged + logged);
+  EXPECT_EQ(logTo("--log="), 0);
+  EXPECT_EQ(fileContent(log), logged);
 }
 
 /// The reply to a query written to the device at `path`.
@@ -250,6 +288,28 @@ TEST(Zvkprinter, SaysWhatIsWrongWithItsCommandLine) {
             "zvkprinter: --ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3'\n"
             "Try 'zvkprinter help'.\n");
   EXPECT_EQ(runProcess({ZVKPRINTER, "help"}).status, 0);
+}
+
+TEST(Zvkprinter, ReportsOutputThatItCannotWrite) {
+  const TemporaryFolder folder;
+  const std::string show = " show --state=" + folder.path("");
+  for (const std::string& arguments :
+       {std::string(), std::string(" help"), show,
+        std::string(" run --log=/dev/null --show -- true"),
+        std::string(" run --log=/dev/null --show -- sh -c 'exit 7'")}) {
+    const ProcessResult result =
+        runProcess({"sh", "-c", "exec " ZVKPRINTER + arguments + " >/dev/full"});
+    EXPECT_EQ(result.status, 125) << arguments;
+    EXPECT_TRUE(result.err.ends_with("zvkprinter: standard output: No space left on device\n"))
+        << arguments << ": " << result.err;
+  }
+}
+
+TEST(PrinterRun, SaysWhyThePrinterFailed) {
+  const support::PrinterRun run = support::runWithPrinter({"--ip=1.2.3"}, {"-s", "{}"});
+  EXPECT_EQ(run.status, 125);
+  EXPECT_EQ(run.err,
+            "zvkprinter: '1.2.3' is no IP address; 'zvkprinter help' lists what there is\n");
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 #include "faults/bench.h"
 
 // Every command, over and over: the n-th call of one kind fails, n counting up until a run gets to
-// its end without it.
+// its end without it. Repeated calls of select are sampled (`support::Disturbance`).
 
 namespace faults {
 namespace {

@@ -7,7 +7,8 @@
 
 #include "faults/bench.h"
 
-// The printer goes away at every byte of every conversation, for good or until it is opened again.
+// The printer goes away in every message of every conversation, for good or until it is opened
+// again: at each byte of a message of at most 64 bytes, at a sample of bytes of a longer one.
 
 namespace faults {
 namespace {
@@ -153,7 +154,8 @@ class VanishingPrinter {
   int m_Opens = 0;
 };
 
-/// All positions in a short message; of a long one those in its head and tail and each 41st.
+/// All positions in a message of at most 64 bytes; of a longer one the first 24, the last 9 and
+/// each 41st, to keep the runs with certificates short.
 std::vector<std::size_t> positions(std::size_t size) {
   std::vector<std::size_t> result;
   for (std::size_t i = 0; i <= size; ++i) {
@@ -177,7 +179,7 @@ class Vanishing : public testing::TestWithParam<std::tuple<Command, Wiring>> {
   const Command& command() const { return std::get<0>(GetParam()); }
   Wiring wiring() const { return std::get<1>(GetParam()); }
 
-  /// Runs the command with the printer going at each moment there is.
+  /// Runs the command with the printer going away at each of these positions.
   template <typename Expect>
   void vanishAtEach(bool comesBack, Expect expect) {
     VanishingPrinter undisturbed(wiring(), {});

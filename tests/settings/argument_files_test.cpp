@@ -4,6 +4,7 @@
 
 #include "settings/config_details.h"
 #include "testing/files.h"
+#include "testing/open_descriptors.h"
 #include "testing/output.h"
 
 namespace {
@@ -115,7 +116,31 @@ TEST_F(ArgumentFile, MayHoldALineOfAMegabyte) {
   EXPECT_EQ(settings.getSSID(), "y");
 }
 
+TEST_F(ArgumentFile, StaysOpenAsLongAsTheSettingsLive) {
+  const std::string path = write("--ssid=x\n");
+  const long before = support::openDescriptors();
+  {
+    configDetails record;
+    record.parseFile(folder.path("missing"), "/dev/usb/lp1");
+    EXPECT_EQ(support::openDescriptors(), before);
+    record.parseFile(path, "/dev/usb/lp1");
+    EXPECT_EQ(support::openDescriptors(), before + 1);
+  }
+  EXPECT_EQ(support::openDescriptors(), before);
+}
+
 using NpaFile = ArgumentFile;
+
+TEST_F(NpaFile, StaysOpenAsLongAsTheSettingsLive) {
+  const std::string path = write("A5");
+  const long before = support::openDescriptors();
+  {
+    configDetails record;
+    outputOf([&] { record.parseNPAFile(path.c_str()); });
+    EXPECT_EQ(support::openDescriptors(), before + 1);
+  }
+  EXPECT_EQ(support::openDescriptors(), before);
+}
 
 TEST_F(NpaFile, KeepsTheHexDigitsAndPrintsThem) {
   int result = -77;

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The wrappers over a device that is open. Every call of libusb fails with `Error`.
+/// Tests of the wrappers with an open device. Every libusb call returns `Error`.
 class Luu : public testing::Test {
  protected:
   static constexpr int Error = -19;
@@ -27,14 +27,14 @@ class Luu : public testing::Test {
   }
   void TearDown() override { luu_usb_close(handle); }
 
-  /// Expects what the last call of libusb was: its arguments are numbers and pointers.
+  /// Expects the last libusb call and its arguments: numbers and pointers, each in order.
   void expectCall(const char* call, const std::vector<long>& numbers,
                   const std::vector<const void*>& pointers) const {
     EXPECT_EQ(library.calls.back(), call);
     EXPECT_EQ(library.lastNumbers, numbers);
     EXPECT_EQ(library.lastPointers, pointers);
   }
-  /// And that a wrapper returned its result.
+  /// Also expects that the wrapper returned the call's result.
   void expectCall(int result, const char* call, const std::vector<long>& numbers,
                   const std::vector<const void*>& pointers) const {
     EXPECT_EQ(result, Error) << call;

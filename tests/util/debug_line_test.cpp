@@ -1,9 +1,12 @@
 #include "util/debug_line.h"
 
+#include <algorithm>
+#include <array>
 #include <gtest/gtest.h>
 #include <string>
 
 #include "testing/output.h"
+#include "testing/own_stack.h"
 
 using support::Output;
 using support::outputOf;
@@ -21,6 +24,19 @@ TEST(DebugLine, WritesAnEmptyTextAsThePrefixAlone) {
 
 TEST(DebugLine, KeepsPercentSignsOfItsArguments) {
   EXPECT_EQ(outputOf([] { util::debugLine("%s", "%s%n"); }), (Output{"", "D [ZVK] %s%n\n"}));
+}
+
+TEST(DebugLine, LeavesNoTextOnTheStack) {
+  const std::string key = "kQ7-vT2x9-mR3";
+  std::string stack;
+  outputOf([&] { stack = support::stackAfter([&] { util::debugLine("PSK = %s", key.c_str()); }); });
+  EXPECT_EQ(stack.find(key), std::string::npos);
+  // A text that is left there would be found.
+  stack = support::stackAfter([&] {
+    std::array<volatile char, 64> copy;
+    std::ranges::copy(key, copy.begin());
+  });
+  EXPECT_NE(stack.find(key), std::string::npos);
 }
 
 TEST(DebugLine, DoesNotCutLongTexts) {

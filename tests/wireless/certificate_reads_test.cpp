@@ -51,49 +51,33 @@ TEST_P(Dump, IsBareWithoutWrapModeAndTellsOfSilence) {
   EXPECT_EQ(system.sleeps, std::vector<unsigned int>{2});
 }
 
+DumpRow dumpRow(const char* name, Read read, const char* request, const char* announcement,
+                const char* response) {
+  return {{name}, read, request, announcement, response};
+}
+
+using G = wnpaGenerator;
+
 INSTANTIATE_TEST_SUITE_P(
     Reads, Dump,
-    testing::Values(DumpRow{{"Certificate"},
-                            &wnpaGenerator::getCertCert,
-                            "A5 00 06 50 E0 D8 00 2A 0F",
-                            "D [ZVK] get cert...\n",
-                            "cert"},
-                    DumpRow{{"CaCertificate"},
-                            &wnpaGenerator::getCertCA,
-                            "A5 00 06 50 E0 D8 00 2A 10",
-                            "D [ZVK] get CA cert...\n",
-                            "CSR"},
-                    DumpRow{{"CommonName"},
-                            &wnpaGenerator::getCertCommonName,
-                            "A5 00 06 50 E0 D8 00 2A 0A",
-                            "D [ZVK] Cert common name...\n",
-                            "Common name resp"},
-                    DumpRow{{"FriendlyName"},
-                            &wnpaGenerator::getCertFriendlyName,
-                            "A5 00 06 50 E0 D8 00 2A 27",
-                            "D [ZVK] Cert Friendly name...\n",
-                            "Friendly name"},
-                    DumpRow{{"AlternateName"},
-                            &wnpaGenerator::getCertAlternateName,
-                            "A5 00 06 50 E0 D8 00 2A 1C",
-                            "D [ZVK] Cert alternate name...\n",
-                            "Alternate name"},
-                    DumpRow{{"SignRequest"},
-                            &wnpaGenerator::getCSR,
-                            "A5 00 06 50 E0 D8 00 2A 0E",
-                            "D [ZVK] get CSR...\n",
-                            "CSR"},
-                    DumpRow{{"GenerateStatus"},
-                            &wnpaGenerator::generateCertStatus,
-                            "A5 00 06 50 E0 D8 00 2A 0D",
-                            "D [ZVK] generate certificate status...\n",
-                            "generate cert status"},
+    testing::Values(dumpRow("Certificate", &G::getCertCert, "A5 00 06 50 E0 D8 00 2A 0F",
+                            "D [ZVK] get cert...\n", "cert"),
+                    dumpRow("CaCertificate", &G::getCertCA, "A5 00 06 50 E0 D8 00 2A 10",
+                            "D [ZVK] get CA cert...\n", "CSR"),
+                    dumpRow("CommonName", &G::getCertCommonName, "A5 00 06 50 E0 D8 00 2A 0A",
+                            "D [ZVK] Cert common name...\n", "Common name resp"),
+                    dumpRow("FriendlyName", &G::getCertFriendlyName, "A5 00 06 50 E0 D8 00 2A 27",
+                            "D [ZVK] Cert Friendly name...\n", "Friendly name"),
+                    dumpRow("AlternateName", &G::getCertAlternateName, "A5 00 06 50 E0 D8 00 2A 1C",
+                            "D [ZVK] Cert alternate name...\n", "Alternate name"),
+                    dumpRow("SignRequest", &G::getCSR, "A5 00 06 50 E0 D8 00 2A 0E",
+                            "D [ZVK] get CSR...\n", "CSR"),
+                    dumpRow("GenerateStatus", &G::generateCertStatus, "A5 00 06 50 E0 D8 00 2A 0D",
+                            "D [ZVK] generate certificate status...\n", "generate cert status"),
                     // No read: it stores a flag, in a packet whose length field reads 6.
-                    DumpRow{{"Generate"},
-                            &wnpaGenerator::generateCertificate,
+                    dumpRow("Generate", &G::generateCertificate,
                             "A5 00 06 50 E0 DA 01 2A 0C 00 00 01 01",
-                            "D [ZVK] generate certificate...\n",
-                            "generate cert"}),
+                            "D [ZVK] generate certificate...\n", "generate cert")),
     support::rowName);
 
 TEST_F(CertificateReads, ReadOnUntilThreeSecondsAfterThePause) {

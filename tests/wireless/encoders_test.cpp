@@ -3,7 +3,7 @@
 
 #include "testing/setting_encoder.h"
 
-// The settings of every network but security and password.
+// The settings of every network except security and password.
 
 namespace {
 

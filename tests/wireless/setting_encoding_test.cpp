@@ -17,8 +17,8 @@ using G = wnpaGenerator;
 struct TextRow : support::Row {
   support::SettingEncoder encoder;
   const char* option;
-  const char* header;      ///< of the object, but for the lowest byte of the size
-  std::size_t limit;       ///< what is sent of a text at most
+  const char* header;      ///< of the object, without the low byte of the size
+  std::size_t limit;       ///< longest text that is sent whole
   const char* terminator;  ///< bytes that follow the text
   std::string lineStart;
   const char* quote;
@@ -27,8 +27,8 @@ struct TextRow : support::Row {
 
 class TextSetting : public support::SettingEncoders, public testing::WithParamInterface<TextRow> {
  protected:
-  /// Expects that `text` is sent up to the limit and logged whole. The size field holds only the
-  /// lowest byte of the size, so that 256 bytes read 0.
+  /// Expects that `text` is cut at the limit and logged whole. The size field holds only the low
+  /// byte of the size: 256 bytes read 0.
   void expectText(const std::string& option, const std::string& text, const std::string& logged) {
     const TextRow& row = GetParam();
     const Bytes value = joined({textBytes(text.substr(0, row.limit)), bytes(row.terminator)});

@@ -6,6 +6,7 @@
 
 #include "testing/generator.h"
 #include "testing/output.h"
+#include "testing/own_stack.h"
 #include "testing/standard_input.h"
 
 using support::Bytes;
@@ -37,6 +38,23 @@ TEST_F(TypedPassword, IsSentAsTyped) {
   EXPECT_EQ(device.writes,
             std::vector<Bytes>{bytes("A5 00 1F 50 E0 DA 01 28 22 00 00 04 00 00 00 01 "
                                      "28 05 00 00 04 00 00 00 06 28 09 00 00 04 61 20 62 00")});
+}
+
+TEST_F(TypedPassword, IsNotLeftOnTheStack) {
+  use({"--security=WPA"});
+  // Short enough for a string to hold it itself.
+  const std::string password = "kQ7-vT2x9";
+  const StandardInput input(password + "\n");
+  int count = 0;
+  std::string stack;
+  outputOf([&] {
+    stack = support::stackAfter([&] {
+      int total = 0;
+      count = generator->constructPasswd(&total);
+    });
+  });
+  EXPECT_EQ(count, 15);
+  EXPECT_EQ(stack.find(password), std::string::npos);
 }
 
 TEST_F(TypedPassword, IsEmptyAtTheEndOfInput) {

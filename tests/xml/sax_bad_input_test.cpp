@@ -4,12 +4,14 @@
 #include <regex>
 #include <string>
 
+#include "testing/bytes.h"
 #include "testing/checking_handler.h"
 #include "xml/attributes.h"
 #include "xml/recording_handler.h"
 
 namespace {
 
+using support::repeated;
 using Events = std::vector<std::string>;
 
 constexpr std::size_t Mebibyte = 1 << 20;
@@ -19,15 +21,6 @@ const std::string Reply =
     "<child name=\"status_code\"><IntegerElem>1</IntegerElem></child>"
     "<child name=\"a\" b=\"&lt;\"><StringElem>x &amp; y</StringElem></child><e/>"
     "</MapElem></response>\n";
-
-std::string repeat(const std::string& text, std::size_t count) {
-  std::string result;
-  result.reserve(text.size() * count);
-  for (std::size_t i = 0; i < count; ++i) {
-    result += text;
-  }
-  return result;
-}
 
 /// Parses without capturing what is printed and expects callbacks that a handler can rely on.
 int parseChecked(const std::string& document) {
@@ -69,7 +62,7 @@ class LastHandler : public SimpleSAXHandler {
 
 TEST(SaxBadInput, DepthOfAMillion) {
   CountingHandler handler;
-  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString(repeat("<a>", 1'000'000)), 0);
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString(repeated("<a>", 1'000'000)), 0);
   EXPECT_EQ(handler.started, 1'000'000U);
   EXPECT_EQ(handler.ended, 0U);
 }
@@ -77,7 +70,7 @@ TEST(SaxBadInput, DepthOfAMillion) {
 TEST(SaxBadInput, DepthThatClosesOnceTooOften) {
   constexpr std::size_t depth = 100'000;
   CountingHandler handler;
-  const std::string document = repeat("<a>", depth) + repeat("</a>", depth + 1);
+  const std::string document = repeated("<a>", depth) + repeated("</a>", depth + 1);
   const std::string output =
       outputOf([&] { EXPECT_EQ(SimpleSAXParser(handler).parseXMLString(document), -1); });
   EXPECT_EQ(output, "Parsing error at character 700003, '>'\n");
@@ -112,9 +105,9 @@ TEST(SaxBadInput, TextOf16MiB) {
 TEST(SaxBadInput, TextOfEntitiesAndAmpersandsAlone) {
   LastHandler handler;
   const std::size_t count = Mebibyte;
-  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a>" + repeat("&amp;", count) + "</a>"), 0);
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a>" + repeated("&amp;", count) + "</a>"), 0);
   EXPECT_EQ(handler.lastText, std::string(count, '&'));
-  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a>" + repeat("&x;y", count) + "</a>"), 0);
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a>" + repeated("&x;y", count) + "</a>"), 0);
   EXPECT_EQ(handler.lastText, std::string(count, 'y'));
   EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a>" + std::string(count, '&') + "</a>"), 0);
   EXPECT_EQ(handler.lastText, std::string(count, '&'));
@@ -135,8 +128,8 @@ TEST(SaxBadInput, HundredThousandAttributes) {
 
 TEST(SaxBadInput, HundredThousandRepeatedAttributes) {
   LastHandler handler;
-  const std::string repeated = repeat(R"( b="1" c="2")", 50'000);
-  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a" + repeated + " b=\"last\"/>"), 0);
+  const std::string pairs = repeated(R"( b="1" c="2")", 50'000);
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a" + pairs + " b=\"last\"/>"), 0);
   EXPECT_EQ(handler.value, "last");
   char buffer[8];
   EXPECT_EQ(handler.list.getAttrName(1U, buffer, 8), 1);
@@ -219,9 +212,9 @@ TEST(SaxBadInput, RunsOfEveryMarkupCharacter) {
   outputOf([] {
     for (const std::string piece : {"<", ">", "/", "<?", "?", "<!", "<!-", "-", "</", "/>", "&",
                                     ";", "\"", "=", "<a", "<a ", "<a b=", "<a b=\"", "</a"}) {
-      parseChecked(repeat(piece, 20'000));
-      parseChecked("<a>" + repeat(piece, 20'000));
-      parseChecked("<a b=\"" + repeat(piece, 20'000));
+      parseChecked(repeated(piece, 20'000));
+      parseChecked("<a>" + repeated(piece, 20'000));
+      parseChecked("<a b=\"" + repeated(piece, 20'000));
     }
   });
 }

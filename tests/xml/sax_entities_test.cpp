@@ -1,3 +1,4 @@
+#include <cstring>
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
@@ -5,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "xml/copies_in_place.h"
 #include "xml/simple_sax_parser.h"
 
 namespace {
@@ -80,6 +82,21 @@ TEST_F(SaxEntities, AreReplacedInText) {
     EXPECT_EQ(replaced(text), result) << text;
     EXPECT_EQ(replacedOneByOne(parser, text), result) << text;
   }
+}
+
+TEST_F(SaxEntities, MoveNoTextToItsOwnPlace) {
+  for (const std::string& text :
+       {std::string("&"), std::string("a & b, and no semicolon"), std::string(";&amp"),
+        "&" + std::string(1000, 'x'), std::string("&lt;x"), std::string("x &no; & y")}) {
+    const int before = copiesInPlace();
+    replaced(text);
+    EXPECT_EQ(copiesInPlace(), before) << text;
+  }
+  // Such a move would be seen.
+  std::string text = "moved";
+  const int before = copiesInPlace();
+  std::memmove(text.data(), text.data(), text.size());
+  EXPECT_EQ(copiesInPlace(), before + 1);
 }
 
 TEST_F(SaxEntities, AreReplacedAsIfOneByOneInAnyText) {

@@ -4,23 +4,18 @@
 #include <string>
 #include <vector>
 
+#include "testing/bytes.h"
 #include "xml/recording_handler.h"
 #include "xml/simple_xpath.h"
 
 namespace {
 
+using support::repeated;
+
 const std::string TwoSiblings = R"(<r><a n="x">1</a><a n="y">2</a></r>)";
 
 std::string query(const std::string& document, const std::string& path) {
   return simpleXPath(document).query(path);
-}
-
-std::string repeat(const std::string& text, std::size_t count) {
-  std::string result;
-  for (std::size_t i = 0; i < count; ++i) {
-    result += text;
-  }
-  return result;
 }
 
 }  // namespace
@@ -62,7 +57,7 @@ TEST(XPathQuery, PathsAreAbsolute) {
 }
 
 TEST(XPathQuery, PositionsEndAtNine) {
-  const std::string document = "<r>" + repeat("<a>x</a>", 8) + "<a>9</a><a>10</a><a>11</a></r>";
+  const std::string document = "<r>" + repeated("<a>x</a>", 8) + "<a>9</a><a>10</a><a>11</a></r>";
   EXPECT_EQ(query(document, "/r/a[9]"), "9");
   EXPECT_EQ(query(document, "/r/a[10]"), "");
   EXPECT_EQ(query(document, "/r/a[11]"), "");
@@ -190,23 +185,23 @@ TEST(XPathQuery, PathOfAMebibyte) {
   EXPECT_EQ(query("<r>1</r>", "/r[" + std::string(size, '[')), "1");
   EXPECT_EQ(query("<r>1</r>", "/r[" + std::string(size, '9') + "]"), "");
   EXPECT_EQ(query("<r n=\"x\">1</r>", "/r[@n='" + std::string(size, 'x') + "']"), "");
-  EXPECT_EQ(query("<r>1</r>", repeat("/a", size / 2)), "");
+  EXPECT_EQ(query("<r>1</r>", repeated("/a", size / 2)), "");
   const std::string name(size, 'n');
   EXPECT_EQ(query("<" + name + ">1</" + name + ">", "/" + name), "1");
 }
 
 TEST(XPathQuery, DepthOfAMillion) {
-  EXPECT_EQ(query(repeat("<a>", 1'000'000) + "x", "/a/a"), "");
-  EXPECT_EQ(query("<a>1" + repeat("<a>", 100'000) + repeat("</a>", 100'001), "/a"), "1");
+  EXPECT_EQ(query(repeated("<a>", 1'000'000) + "x", "/a/a"), "");
+  EXPECT_EQ(query("<a>1" + repeated("<a>", 100'000) + repeated("</a>", 100'001), "/a"), "1");
 }
 
 TEST(XPathQuery, DepthOfAPathAndADocument) {
   constexpr std::size_t depth = 20'000;
   const std::string document =
-      repeat("<a>", depth) + repeat("<a/>", depth) + "<a>x</a>" + repeat("</a>", depth);
-  EXPECT_EQ(query(document, repeat("/a", depth + 1)), "");
-  EXPECT_EQ(query(document, "/b" + repeat("/a", depth)), "");
-  EXPECT_EQ(query(document, repeat("/a", depth) + "/a[@n='x']"), "");
+      repeated("<a>", depth) + repeated("<a/>", depth) + "<a>x</a>" + repeated("</a>", depth);
+  EXPECT_EQ(query(document, repeated("/a", depth + 1)), "");
+  EXPECT_EQ(query(document, "/b" + repeated("/a", depth)), "");
+  EXPECT_EQ(query(document, repeated("/a", depth) + "/a[@n='x']"), "");
 }
 
 TEST(XPathHandler, MayBeCalledOutOfOrder) {

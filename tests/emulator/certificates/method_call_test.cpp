@@ -13,6 +13,7 @@ using emulator::CallStatus;
 using emulator::MethodCall;
 using emulator::parseMethodCall;
 using support::callText;
+using support::repeated;
 using Type = MethodCall::Type;
 
 MethodCall parsed(const std::string& xml) {
@@ -23,14 +24,6 @@ CallStatus statusOf(const std::string& xml) {
   const emulator::ParsedCall call = parseMethodCall(xml);
   const auto* const error = std::get_if<CallError>(&call);
   return error == nullptr ? CallStatus::Success : error->status();
-}
-
-std::string repeated(std::string_view text, std::size_t count) {
-  std::string all;
-  for (std::size_t i = 0; i < count; ++i) {
-    all.append(text);
-  }
-  return all;
 }
 
 std::string replaced(std::string text, std::string_view what, std::string_view by) {

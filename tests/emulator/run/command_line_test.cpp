@@ -47,6 +47,16 @@ TEST(ParseOptions, StartsFromAWellBehavedPrinter) {
   EXPECT_EQ(options.personality.certificates.defaults.commonName, "printer");
 }
 
+TEST(ParseOptions, TakesTheLastOfTheLogs) {
+  EXPECT_FALSE(parseRun({"--log=a"}).appendsLog);
+  const Options appended = parseRun({"--log=a", "--log-append=b"});
+  EXPECT_EQ(appended.logFile, "b");
+  EXPECT_TRUE(appended.appendsLog);
+  const Options emptied = parseRun({"--log-append=b", "--log=a"});
+  EXPECT_EQ(emptied.logFile, "a");
+  EXPECT_FALSE(emptied.appendsLog);
+}
+
 TEST(ParseOptions, TakesEveryOption) {
   const Options options = parseRun({"--refuse-wrapped",
                                     "--refuse-all",

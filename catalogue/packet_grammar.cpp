@@ -1,0 +1,174 @@
+#include "catalogue/packet_grammar.h"
+
+#include <algorithm>
+#include <array>
+
+#include "catalogue/setting_catalogue.h"
+
+namespace catalogue {
+
+namespace {
+
+/// Stores the setting 2A 0C; the length field counts as if it were a query.
+constexpr std::array<npa::Byte, 9> GenerateHead = {0xA5, 0x00, 0x06, 0x50, 0xE0,
+                                                   0xDA, 0x01, 0x2A, 0x0C};
+/// What follows: the end of the object's header, and its value.
+constexpr std::size_t GenerateRest = 4;
+
+struct BodyHead {
+  Data bytes;
+  Body::Kind kind;
+};
+
+constexpr std::array BodyHeads = {
+    BodyHead{npa::DataQuery, Body::Kind::Record},
+    BodyHead{npa::DataSettings, Body::Kind::SettingsGroup},
+    BodyHead{npa::DataSingleSettings, Body::Kind::SingleSettings},
+    BodyHead{npa::DataWrapped, Body::Kind::Wrapper},
+    BodyHead{Data(npa::ObjStoreNpaHeader).subspan(npa::FlagOffset + 2),
+             Body::Kind::ObjectStoreCall},
+};
+
+bool opensWith(Data bytes, Data head) {
+  return bytes.size() >= head.size() && std::ranges::equal(bytes.first(head.size()), head);
+}
+
+/// Returns the size of a setting's value if `left` bytes follow its size field. In a size field
+/// that holds only the low byte, 0 means 256: hosts omit an empty setting of that kind.
+std::size_t sizeOfValue(npa::SettingKey key, std::size_t sizeField, std::size_t left) {
+  constexpr std::size_t longest = 256;
+  if (sizeField != 0 || left < longest) {
+    return sizeField;
+  }
+  const SettingInfo* const info = findSetting(key);
+  return info != nullptr && info->sizeIsLowByte ? longest : 0;
+}
+
+std::optional<SettingObject> readSettingObject(Cursor& cursor) {
+  const auto key = cursor.key();
+  const auto flags = cursor.byte();
+  const auto sizeField = cursor.number();
+  if (!key || !flags || !sizeField) {
+    return std::nullopt;
+  }
+  const auto value = cursor.bytes(sizeOfValue(*key, *sizeField, cursor.rest().size()));
+  return value ? std::optional(SettingObject{*key, *value}) : std::nullopt;
+}
+
+}  // namespace
+
+bool Cursor::skip(Data head) {
+  return opensWith(m_Rest, head) && bytes(head.size());
+}
+
+std::optional<Data> Cursor::bytes(std::size_t count) {
+  if (m_Rest.size() < count) {
+    return std::nullopt;
+  }
+  const Data taken = m_Rest.first(count);
+  m_Rest = m_Rest.subspan(count);
+  return taken;
+}
+
+std::optional<npa::Byte> Cursor::byte() {
+  const auto taken = bytes(1);
+  return taken ? std::optional((*taken)[0]) : std::nullopt;
+}
+
+std::optional<std::size_t> Cursor::number() {
+  const auto taken = bytes(2);
+  return taken ? std::optional(npa::numberAt(*taken, 0)) : std::nullopt;
+}
+
+std::optional<npa::SettingKey> Cursor::key() {
+  const auto taken = bytes(2);
+  return taken ? std::optional(npa::SettingKey{(*taken)[0], (*taken)[1]}) : std::nullopt;
+}
+
+std::optional<Data> Cursor::packet() {
+  const bool hasHeader = m_Rest.size() >= npa::LengthHeaderSize && m_Rest.front() == npa::StartByte;
+  return hasHeader ? bytes(packetSize(m_Rest)) : std::nullopt;
+}
+
+std::size_t packetSize(Data bytes) {
+  const std::size_t size = npa::LengthHeaderSize + npa::numberAt(bytes, 1);
+  return opensWith(bytes, GenerateHead) ? size + GenerateRest : size;
+}
+
+PacketParts readPacketParts(Data packet) {
+  using Kind = PacketParts::Kind;
+  Cursor cursor(packet);
+  const auto header = cursor.bytes(npa::LengthHeaderSize);
+  const auto flag = cursor.byte();
+  if (!header || !flag) {
+    return {};
+  }
+  const auto kind = [&] {
+    if (std::ranges::equal(packet, npa::usbSniff)) {
+      return Kind::Announcement;
+    }
+    if (*flag == npa::FlagRefused) {
+      return Kind::Refusal;
+    }
+    return (*flag & npa::FlagEndsExchange) != 0 ? Kind::EndOfExchange : Kind::Content;
+  };
+  return {kind(), *flag, cursor.rest()};
+}
+
+Body readBody(Data body) {
+  Cursor cursor(body);
+  if (!cursor.skip(std::array{npa::RequestCommand})) {
+    return {Body::Kind::Unknown, body};
+  }
+  for (const BodyHead& head : BodyHeads) {
+    if (cursor.skip(head.bytes)) {
+      return {head.kind, cursor.rest()};
+    }
+  }
+  return {Body::Kind::Unknown, cursor.rest()};
+}
+
+bool Record::isValue() const {
+  return key && sizeField && sizeOfValue(*key, *sizeField, rest.size()) == rest.size();
+}
+
+Record readRecord(Data content) {
+  Cursor cursor(content);
+  Record record;
+  record.key = cursor.key();
+  if (record.key) {
+    record.sizeField = cursor.number();
+  }
+  record.rest = cursor.rest();
+  return record;
+}
+
+Settings readSettings(Data content) {
+  Settings settings;
+  if (content.size() == 1) {
+    settings.result = content.front();
+  }
+  Cursor cursor(content);
+  settings.rest = content;
+  while (const auto object = readSettingObject(cursor)) {
+    settings.objects.push_back(*object);
+    settings.rest = cursor.rest();
+  }
+  return settings;
+}
+
+Wrapper readWrapper(Data content) {
+  Cursor cursor(content);
+  Wrapper wrapper;
+  wrapper.size = cursor.number();
+  if (wrapper.size) {
+    const auto inside = cursor.bytes(*wrapper.size);
+    wrapper.inside = inside ? *inside : cursor.rest();
+    wrapper.behind = inside ? cursor.rest() : Data();
+  } else {
+    wrapper.behind = cursor.rest();
+  }
+  return wrapper;
+}
+
+}  // namespace catalogue

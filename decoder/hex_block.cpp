@@ -1,0 +1,134 @@
+#include "decoder/hex_block.h"
+
+#include <utility>
+
+#include "decoder/packet_content.h"
+#include "decoder/stream_decoder.h"
+
+namespace decoder {
+
+using Form = HexLine::Form;
+
+bool HexBlock::take(std::string_view text, std::size_t number) {
+  if (takeMark(trimmed(text), number)) {
+    return true;
+  }
+  std::optional<HexLine> line = readHexLine(text);
+  if (!line || !accepts(*line)) {
+    return false;
+  }
+  if (isOpen() && !goesOn(*line)) {
+    end();
+  }
+  add(std::move(*line), number);
+  return true;
+}
+
+bool HexBlock::takeMark(std::string_view text, std::size_t number) {
+  if (!isInDump()) {
+    return false;
+  }
+  if (text == "*") {
+    m_RepeatedAt = number;
+    return true;
+  }
+  const auto offset = readOffset(text);
+  const bool endsDump =
+      offset && (*offset == m_NextOffset || (m_RepeatedAt != 0 && *offset > m_NextOffset));
+  if (!endsDump) {
+    return false;
+  }
+  goOnAt(*offset, number);
+  end();
+  return true;
+}
+
+bool HexBlock::accepts(const HexLine& line) const {
+  // A time or a hardware address has colons, too. Neither begins with A5: such an address would be
+  // that of a group.
+  const bool goesOnWithColons = isOpen() && m_Form == Form::Colons;
+  return line.form != Form::Colons || goesOnWithColons || line.bytes.front() == npa::StartByte;
+}
+
+bool HexBlock::goesOn(const HexLine& line) const {
+  if (isInDump() != (line.form == Form::Counted) || m_Direction != line.direction) {
+    return false;
+  }
+  return line.form != Form::Counted || line.offset >= m_NextOffset;
+}
+
+void HexBlock::add(HexLine line, std::size_t number) {
+  if (isInDump()) {
+    goOnAt(line.offset, number);
+  }
+  m_Form = line.form;
+  m_Direction = line.direction;
+  m_HasHiddenBytes = m_HasHiddenBytes || line.hasHiddenBytes;
+  m_NextOffset = line.offset + line.bytes.size();
+  m_Lines.push_back({number, std::move(line.bytes)});
+  if (line.endsBlock) {
+    end();
+  }
+}
+
+void HexBlock::goOnAt(std::uint64_t offset, std::size_t number) {
+  const std::size_t repeatedAt = std::exchange(m_RepeatedAt, 0);
+  const std::uint64_t count = offset - m_NextOffset;
+  if (count == 0) {
+    return;
+  }
+  const Bytes& last = m_Lines.back().bytes;
+  if (repeatedAt == 0 || count % last.size() != 0) {
+    end();
+    complain(number, countOf(count) + " missing in the dump");
+    return;
+  }
+  if (count > m_RepeatsLeft) {
+    end();
+    complain(repeatedAt, countOf(count) + " repeated, which is too many");
+    return;
+  }
+  m_RepeatsLeft -= count;
+  Bytes repeated;
+  while (repeated.size() < count) {
+    repeated.insert(repeated.end(), last.begin(), last.end());
+  }
+  m_Lines.push_back({repeatedAt, std::move(repeated)});
+}
+
+void HexBlock::end() {
+  if (!isOpen()) {
+    return;
+  }
+  const Stream stream = {Stream::Unit::Line, m_Direction, {}, m_HasHiddenBytes};
+  if (m_Lines.front().bytes.front() == npa::RequestCommand) {
+    reportCollected(stream);
+  } else {
+    StreamDecoder decoder(stream, m_Report);
+    for (const Line& line : m_Lines) {
+      decoder.feed(line.bytes, line.number);
+    }
+    decoder.finish();
+  }
+  m_Lines.clear();
+  m_HasHiddenBytes = false;
+  m_RepeatedAt = 0;
+}
+
+void HexBlock::reportCollected(const Stream& stream) const {
+  Bytes all;
+  for (const Line& line : m_Lines) {
+    all.insert(all.end(), line.bytes.begin(), line.bytes.end());
+  }
+  Packet packet = readCollectedReply(all);
+  packet.stream = stream;
+  packet.stream.direction = Stream::Direction::FromPrinter;
+  packet.place = {m_Lines.front().number, m_Lines.back().number};
+  m_Report.packet(packet);
+}
+
+void HexBlock::complain(std::size_t number, std::string text) const {
+  m_Report.problem({{}, {number, number}, std::move(text)});
+}
+
+}  // namespace decoder
