@@ -125,6 +125,20 @@ std::string_view groupName(npa::Byte group) {
   }
 }
 
+std::string_view kindName(SettingInfo::Kind kind) {
+  switch (kind) {
+    case Kind::Text:
+      return "text";
+    case Kind::Number:
+      return "number";
+    case Kind::Flag:
+      return "flag";
+    case Kind::Address:
+      return "address";
+  }
+  return {};
+}
+
 const SettingInfo* findSetting(npa::SettingKey key) {
   const auto* const found = std::ranges::find(Catalogue, key, &SettingInfo::key);
   return found == Catalogue.end() ? nullptr : found;

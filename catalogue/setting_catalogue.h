@@ -30,6 +30,9 @@ std::span<const SettingInfo> settingCatalogue();
 /// The name of a group of settings, empty for one that is not known.
 std::string_view groupName(npa::Byte group);
 
+/// "text", "number", "flag" or "address".
+std::string_view kindName(SettingInfo::Kind kind);
+
 /// Returns what is known of a setting, or null.
 const SettingInfo* findSetting(npa::SettingKey key);
 

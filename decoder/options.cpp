@@ -37,16 +37,18 @@ std::string parseDevice(const std::string& text) {
 constexpr std::array OptionTable = {
     Option{.name = "--json",
            .help = "write one JSON document",
-           .details = "There is one for all inputs and packets. U+FFFD replaces the bytes of a "
-                      "text that are not UTF-8.",
+           .details =
+               "There is one for all inputs and packets. U+FFFD replaces the bytes of a text that "
+               "are not UTF-8.",
            .apply =
                [](Options& o, const std::string&) {
                  o.json = true;
                }},
     Option{.name = "--secrets",
            .help = "do not mask keys and passwords",
-           .details = "Nor are values of unknown settings masked, and data that could not be read. "
-                      "What a log has masked stays masked.",
+           .details =
+               "The values of unknown settings, and data that could not be decoded, are not masked "
+               "either. Bytes that a log has masked stay masked.",
            .apply =
                [](Options& o, const std::string&) {
                  o.showSecrets = true;
@@ -61,16 +63,17 @@ constexpr std::array OptionTable = {
                }},
     Option{.name = "--device",
            .valueName = "BUS:DEVICE",
-           .help = "read only this device of a capture, such as 1:5",
+           .help = "read only the transfers of this device in a capture, such as 1:5",
            .apply =
                [](Options& o, const std::string& value) {
                  o.device = parseDevice(value);
                }},
     Option{.name = "--objects",
            .help = "list the known settings",
-           .details = "The columns, separated by tabs, are group, object, kind of the value, "
-                      "whether it is secret, names of group and setting, and what its numbers "
-                      "mean.",
+           .details =
+               "There is one per line, with tabs between the columns: group, object, kind of the "
+               "value, whether it is secret, names of group and setting, and the meaning of "
+               "its numbers.",
            .apply =
                [](Options& o, const std::string&) {
                  o.action = Options::Action::Objects;
@@ -85,21 +88,6 @@ constexpr std::array OptionTable = {
 };
 
 constexpr std::array Groups = {OptionGroup{"Options", OptionTable}};
-
-std::string_view valueText(catalogue::SettingInfo::Kind kind) {
-  using Kind = catalogue::SettingInfo::Kind;
-  switch (kind) {
-    case Kind::Text:
-      return "text";
-    case Kind::Number:
-      return "number";
-    case Kind::Flag:
-      return "flag";
-    case Kind::Address:
-      return "address";
-  }
-  return {};
-}
 
 }  // namespace
 
@@ -139,7 +127,7 @@ std::string objectsText() {
   for (const catalogue::SettingInfo& info : catalogue::settingCatalogue()) {
     text.append(catalogue::hexText(std::array{info.key.group})).append("\t");
     text.append(catalogue::hexText(std::array{info.key.object})).append("\t");
-    text.append(valueText(info.kind)).append("\t");
+    text.append(catalogue::kindName(info.kind)).append("\t");
     text.append(info.secret ? "secret" : "plain").append("\t");
     text.append(catalogue::groupName(info.key.group)).append("\t");
     text.append(info.name).append("\t");

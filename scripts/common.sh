@@ -35,8 +35,8 @@ install_packages() {
 # What each script needs, as Debian's packages; scripts/setup installs all of it.
 program_packages=(g++ cmake ninja-build libpugixml-dev libssl-dev libusb-dev)
 build_packages=("${program_packages[@]}" libpcap-dev nlohmann-json3-dev)
-test_packages=(binutils ccache clang-format faketime fish groff libexpat1-dev libgtest-dev libxml2-dev
-  man-db mandoc openssl scdoc strace tshark zsh)
+test_packages=(binutils bsdextrautils ccache clang-format faketime fish groff libexpat1-dev libgtest-dev libxml2-dev
+  man-db mandoc openssl scdoc strace tshark xxd zsh)
 clang_packages=(clang clang-tidy libclang-rt-dev)
 valgrind_packages=(valgrind)
 bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev

@@ -57,11 +57,11 @@ constexpr std::array Commands = {
             .action = Options::Action::Run,
             .usages = {"[OPTION...] -- COMMAND [ARGUMENT...]"},
             .help = "run COMMAND with the emulated printer at /dev/usb/lp0",
-            .details = "_COMMAND_ runs in its own mount namespace and sees no other printer. If "
-                       "namespaces are not permitted, the printer is linked to a free name, "
-                       "_/dev/usb/lp16_ or the next lower one, until _COMMAND_ has ended. An "
-                       "argument's {} stands for the name in both cases. The device is a "
-                       "pseudo-terminal.",
+            .details =
+                "It runs in a separate mount namespace, in which no other printer exists. If the "
+                "system does not permit that, there is a link to the printer until _COMMAND_ "
+                "ends: _/dev/usb/lp16_ or the next lower free number. In both cases {} in an "
+                "argument stands for the path. The device is a pseudo-terminal.",
             .check =
                 [](const Options& options) {
                   if (options.command.empty()) {
@@ -72,8 +72,9 @@ constexpr std::array Commands = {
             .action = Options::Action::Serve,
             .usages = {"--link=PATH [OPTION...]"},
             .help = "keep the printer running, with a link to it at PATH",
-            .details = "It runs until it is interrupted (SIGINT, SIGTERM, SIGHUP). Nothing may "
-                       "exist at _PATH_ yet.",
+            .details =
+                "It runs until SIGINT, SIGTERM or SIGHUP. The link must not exist yet. The device "
+                "is a pseudo-terminal.",
             .check =
                 [](const Options& options) {
                   if (options.link.empty()) {
@@ -85,11 +86,12 @@ constexpr std::array Commands = {
             .usages = {"--attach [OPTION...] [-- COMMAND [ARGUMENT...]]",
                        "--port=N [OPTION...] [-- COMMAND [ARGUMENT...]]"},
             .help = "emulate a USB printer, plugged into this machine or served for 'usbip attach'",
-            .details = "With *--attach* it is plugged into this machine, which needs root and the "
-                       "kernel's module vhci-hcd; an argument's {} stands for the node that the "
-                       "kernel creates. With *--port=* it is served for *usbip attach*. It runs "
-                       "until _COMMAND_ has ended, without one until it is interrupted. SIGUSR1 "
-                       "unplugs it, and plugs it in again.",
+            .details =
+                "*--attach* plugs it into this machine. This needs root and the kernel module "
+                "vhci-hcd. {} in an argument stands for the device node that the kernel "
+                "creates. *--port=* serves it for *usbip attach* instead. The printer stays "
+                "until _COMMAND_ ends or, without a _COMMAND_, until it is interrupted. "
+                "SIGUSR1 unplugs it, or plugs it in again.",
             .check =
                 [](const Options& options) {
                   if (options.attach == options.port.has_value()) {
@@ -99,7 +101,7 @@ constexpr std::array Commands = {
     Command{.name = "show",
             .action = Options::Action::Show,
             .usages = {"--state=DIR [OPTION...]"},
-            .help = "print what the printer that keeps its state in DIR holds",
+            .help = "print what the printer with the state folder DIR holds",
             .check =
                 [](const Options& options) {
                   if (!options.stateFolder) {
@@ -161,6 +163,7 @@ constexpr std::array PersonalityOptions = {
     Option{.name = "--ip-after",
            .valueName = "N[s]",
            .help = "have the address only after N queries for it or, with s, N seconds",
+           .details = "Until then the address is 0.0.0.0.",
            .apply =
                [](Options& o, const std::string& value) {
                  o.personality.addressAcquired = parseReadiness(value);
@@ -215,8 +218,10 @@ constexpr std::array PersonalityOptions = {
            .valueName = "[METHOD:]FILE",
            .kind = ValueKind::File,
            .help = "method calls: answer with FILE's bytes after the flag byte",
-           .details = "This option and *--object-status=* may be given several times. The last one "
-                      "for a method has priority over the last one for all methods.",
+           .details =
+               "The answer is one packet. This option and *--object-status=* may be given several "
+               "times. The last one for a method takes precedence over the last one for all "
+               "methods.",
            .apply =
                [](Options& o, const std::string& value) {
                  o.personality.objectAnswers.push_back(parseObjectReply(value));
@@ -256,8 +261,8 @@ constexpr std::array UsbOptions = {
            .apply = enable<&Options::attach>},
     Option{.name = "--port",
            .valueName = "N",
-           .help = "serve it at port N of 127.0.0.1 for 'usbip attach'",
-           .details = "0 is any free port, which is printed.",
+           .help = "serve it at TCP port N of 127.0.0.1 for 'usbip attach'",
+           .details = "With 0 the system chooses the port; *zvkprinter* prints it.",
            .apply =
                [](Options& o, const std::string& value) {
                  o.port = static_cast<std::uint16_t>(parseNumber(value, LargestPort));
@@ -272,7 +277,7 @@ constexpr std::array UsbOptions = {
                }},
     Option{.name = "--alternates",
            .valueName = "N",
-           .help = "number of alternate settings, 1 to 4",
+           .help = "number of alternate settings, 1 to 4 (default: 1)",
            .apply =
                [](Options& o, const std::string& value) {
                  o.usb.alternates = parseAlternates(value);
@@ -281,7 +286,7 @@ constexpr std::array UsbOptions = {
            .valueName = "in|out[:BYTES]",
            .words = Directions,
            .help = "halt the endpoint after this number of bytes",
-           .details = "It goes on when the host clears the halt.",
+           .details = "It is halted until the host clears the halt. The default is 0 bytes.",
            .apply = addUsbFault<UsbFault::Kind::Stall>},
     Option{.name = "--usb-protocol-error",
            .valueName = "in|out[:BYTES]",
@@ -307,7 +312,7 @@ constexpr std::array UsbOptions = {
            .apply = addUsbFault<UsbFault::Kind::Unplug>},
     Option{.name = "--usb-replug-after",
            .valueName = "SECONDS",
-           .help = "plug it in again this long after that",
+           .help = "plug it in again this long after --usb-unplug-after",
            .apply =
                [](Options& o, const std::string& value) {
                  o.usb.replugAfter = parseSeconds(value);
@@ -319,6 +324,7 @@ constexpr std::array GeneralOptions = {
            .valueName = "FILE",
            .kind = ValueKind::File,
            .help = "log to a file instead of standard error",
+           .details = "What the file held before is lost.",
            .apply =
                [](Options& options, const std::string& value) {
                  options.logFile = value;
@@ -328,6 +334,8 @@ constexpr std::array GeneralOptions = {
            .valueName = "FILE",
            .kind = ValueKind::File,
            .help = "log to the end of a file and keep its content",
+           .details = "One file can hold the logs of several runs. Of this option and *--log=* the "
+                      "last one counts.",
            .apply =
                [](Options& options, const std::string& value) {
                  options.logFile = value;
@@ -346,19 +354,19 @@ constexpr std::array GeneralOptions = {
            .help = "do not mask keys and passwords",
            .apply = enable<&Options::showSecrets>},
     Option{.name = "--no-namespace",
-           .help = "run: always use the link at a free /dev/usb/lpN",
+           .help = "link the printer at a free /dev/usb/lpN, without a namespace (run)",
            .apply = disable<&Options::namespaces>},
     Option{.name = "--link",
            .valueName = "PATH",
            .kind = ValueKind::File,
-           .help = "serve: where to put the link to the device",
-           .details = "*zvkconfig*(1) opens nothing but _/dev/usb/lp0_ to _lp16_.",
+           .help = "path of the link to the device (serve)",
+           .details = "*zvkconfig*(1) opens only _/dev/usb/lp0_ to _/dev/usb/lp16_.",
            .apply = assign<&Options::link>},
 };
 
 constexpr std::array Groups = {
-    OptionGroup{"Behaviour of the printer", PersonalityOptions},
-    OptionGroup{"USB device (usb only)", UsbOptions},
+    OptionGroup{"How the printer behaves", PersonalityOptions},
+    OptionGroup{"How the USB device behaves (usb only)", UsbOptions},
     OptionGroup{"General options", GeneralOptions},
 };
 

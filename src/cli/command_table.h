@@ -1,15 +1,17 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <span>
 #include <string_view>
 
 #include "cli/command_mode.h"
+#include "npa/status_texts.h"
 
 /// Exit statuses from `lowest` to `highest`, and what they mean.
 struct ExitStatus {
-  int lowest;
-  int highest;
+  int lowest = 0;
+  int highest = 0;
   std::string_view meaning;
 };
 
@@ -26,9 +28,9 @@ namespace exit_statuses {
 
 inline constexpr std::array Always = {ExitStatus{0, 0, ""}};
 inline constexpr std::array Configured = {
-    ExitStatus{0, 0, "the adapter has accepted the settings"},
-    ExitStatus{1, 1, "it has not accepted them"},
-    ExitStatus{255, 255, "it has refused them, or not answered"},
+    ExitStatus{0, 0, "accepted"},
+    ExitStatus{1, 1, "not accepted"},
+    ExitStatus{255, 255, "refused, or no answer"},
 };
 inline constexpr std::array SsidRead = {
     ExitStatus{0, 0, "printed"},
@@ -42,18 +44,27 @@ inline constexpr std::array AddressRead = {
 };
 inline constexpr std::array TroubleCodes = {
     ExitStatus{0, 0, "no trouble"},
-    ExitStatus{1, 255, "the trouble code; 1 is also no answer, 255 also a refusal"},
+    ExitStatus{1, 255, "the trouble code (1 may also mean no answer, 255 refused)"},
 };
 inline constexpr std::array DescriptorRead = {
-    ExitStatus{0, 0, "the adapter has answered"},
+    ExitStatus{0, 0, "received"},
     ExitStatus{1, 1, "no answer, or a descriptor that does not end in \"-\""},
 };
-inline constexpr std::array AuthStatuses = {
-    ExitStatus{0, 255, "the status; 255 is also no answer or a refusal"},
-};
+/// Those that have a text, all others, and the missing one.
+inline constexpr auto AuthStatuses = [] {
+  constexpr std::size_t named = npa::AuthStatusTexts.size();
+  std::array<ExitStatus, named + 2> statuses{};
+  for (std::size_t i = 0; i < named; ++i) {
+    const int status = static_cast<int>(i);
+    statuses[i] = {status, status, npa::AuthStatusTexts[i]};
+  }
+  statuses[named] = {static_cast<int>(named), 254, "unknown status"};
+  statuses[named + 1] = {255, 255, "no answer, or refused"};
+  return statuses;
+}();
 inline constexpr std::array DefaultsRead = {
     ExitStatus{0, 0, "printed"},
-    ExitStatus{1, 1, "no answer, or an error of the printer"},
+    ExitStatus{1, 1, "the printer returns no subject"},
 };
 inline constexpr std::array RequestMade = {
     ExitStatus{0, 0, "saved"},
@@ -61,7 +72,7 @@ inline constexpr std::array RequestMade = {
 };
 inline constexpr std::array Installed = {
     ExitStatus{0, 0, "installed"},
-    ExitStatus{1, 1, "not installed, or no file given"},
+    ExitStatus{1, 1, "not installed, or no file named"},
     ExitStatus{2, 2, "the file does not exist"},
 };
 inline constexpr std::array ResetDone = {
@@ -79,29 +90,29 @@ inline constexpr std::array CommandTable = {
                         .retriesBare = true},
                .statuses = exit_statuses::Configured,
                .help = "store mode, security, channel, SSID and password",
-               .details = "Basic configuration, from *--mode=*, *--security=*, *--channel=*, "
-                          "*--ssid=* and *--passwd=*."},
+               .details = "This is the basic configuration, from *--mode=*, *--security=*, "
+                          "*--channel=*, *--ssid=* and *--passwd=*."},
     CommandRow{.mode = {.name = "-ca",
                         .input = CommandMode::Input::Options,
                         .operation = &wnpaGenerator::configAdvanced,
                         .retriesBare = true},
                .statuses = exit_statuses::Configured,
                .help = "store WEP keys, a pre-shared key or 802.1x settings",
-               .details =
-                   "Advanced configuration, as *--security=* says; see *OPTIONS*. The status "
-                   "is also 0 for an unknown security, for which nothing is sent, and when "
-                   "the options of 802.1x are not accepted, refused or not answered: *-802s* "
-                   "reports their effect."},
+               .details = "This is the advanced configuration. *--security=* selects what is "
+                          "stored; see *OPTIONS*. The exit status is also 0 if the security is "
+                          "unknown: nothing is sent then. It is also 0 if the adapter refuses the "
+                          "options of 802.1x, does not accept them or does not answer. *-802s* "
+                          "shows the result of 802.1x."},
     CommandRow{.mode = {.name = "-s", .operation = &wnpaGenerator::getSSID, .retriesBare = true},
                .statuses = exit_statuses::SsidRead,
                .help = "print the SSID"},
     CommandRow{.mode = {.name = "-ip", .operation = &wnpaGenerator::getIP, .retriesBare = true},
                .statuses = exit_statuses::AddressRead,
-               .help = "print the IP address, after waiting until there is one"},
+               .help = "wait for the IP address and print it"},
     CommandRow{
         .mode = {.name = "-t", .operation = &wnpaGenerator::getTroubleCode, .retriesBare = true},
         .statuses = exit_statuses::TroubleCodes,
-        .help = "exit with the trouble code"},
+        .help = "return the trouble code as exit status"},
     CommandRow{.mode = {.name = "-a", .operation = &wnpaGenerator::getAdapterDescriptor},
                .statuses = exit_statuses::DescriptorRead,
                .help = "check that the adapter answers with its descriptor"},
@@ -109,16 +120,15 @@ inline constexpr std::array CommandTable = {
                         .operation = &wnpaGenerator::get802AuthStatus,
                         .retriesBare = true},
                .statuses = exit_statuses::AuthStatuses,
-               .help = "exit with the status of 802.1x authentication",
-               .details = "The status goes to standard error in words. *EXIT STATUS* lists them."},
+               .help = "return the status of 802.1x authentication as exit status",
+               .details = "It is also written to standard error in words."},
     CommandRow{.mode = {.name = "-cer",
                         .input = CommandMode::Input::Options,
                         .operation = &wnpaGenerator::getCertSettings,
                         .retriesBare = true},
                .statuses = exit_statuses::Always,
-               .help = "log organisation and common name of the certificate",
-               .details = "They are those of the adapter's own certificate and go to standard "
-                          "error."},
+               .help = "log organisation and common name of the adapter's certificate",
+               .details = "They are written to standard error."},
     CommandRow{.mode = {.name = "-rcerdefs",
                         .input = CommandMode::Input::Options,
                         .worker = CommandMode::Worker::Certificates},
@@ -130,16 +140,18 @@ inline constexpr std::array CommandTable = {
                         .worker = CommandMode::Worker::Certificates},
                .statuses = exit_statuses::RequestMade,
                .help = "make a key pair and a certificate request",
-               .details = "The printer makes them with the subject of the options *--cer-...*, and "
-                          "the request is written to the file *--cer-path=*. The printer's earlier "
-                          "key and certificate are replaced."},
+               .details =
+                   "The printer makes them with the subject from the options *--cer-...*. The "
+                   "request is written to the file *--cer-path=*. The new key and request "
+                   "replace the printer's earlier key and certificate."},
     CommandRow{.mode = {.name = "-icer",
                         .input = CommandMode::Input::Options,
                         .worker = CommandMode::Worker::Certificates},
                .statuses = exit_statuses::Installed,
                .help = "install a CA certificate or the signed certificate",
-               .details = "It installs the CA certificate of *--802-CA-cer-file=* or, without that "
-                          "option, the printer's signed certificate of *--802-signed-cer-file=*."},
+               .details = "It is the CA certificate of *--802-CA-cer-file=* or, if that option is "
+                          "missing, the printer's signed certificate of "
+                          "*--802-signed-cer-file=*."},
     CommandRow{.mode = {.name = "-npa",
                         .input = CommandMode::Input::NpaFile,
                         .worker = CommandMode::Worker::RawSender},

@@ -94,7 +94,8 @@ inline constexpr std::array SettingOptions = {
     SettingOption{.key = "--ssid=",
                   .setting = Setting::Ssid,
                   .section = SettingOption::Section::Networks,
-                  .help = "name of the network"},
+                  .help = "name of the network",
+                  .details = "Without it no SSID is sent."},
     SettingOption{.key = "--channel=",
                   .setting = Setting::Channel,
                   .section = SettingOption::Section::Networks,
@@ -103,7 +104,7 @@ inline constexpr std::array SettingOptions = {
                   .words = {{{.list = option_words::Channels}}},
                   .initial = "6",
                   .help = "channel of an ad-hoc network",
-                  .details = "Any other text is sent as 6."},
+                  .details = "Any other text is sent as *6*."},
     SettingOption{.key = "--mode=",
                   .setting = Setting::Mode,
                   .section = SettingOption::Section::Networks,
@@ -112,8 +113,9 @@ inline constexpr std::array SettingOptions = {
                   .words = {{{.list = option_words::Modes}}},
                   .initial = "Managed",
                   .help = "managed network or ad-hoc network",
-                  .details = "*Ad-Hoc* counts only in this spelling; any other text is sent as "
-                             "*Managed*. If the value is empty, no mode is sent."},
+                  .details =
+                      "The text is compared exactly. Any other text is *Managed*. An empty value "
+                      "sends no mode."},
     SettingOption{.key = "--security=",
                   .setting = Setting::Security,
                   .section = SettingOption::Section::Networks,
@@ -124,17 +126,19 @@ inline constexpr std::array SettingOptions = {
                   .initial = "None",
                   .help = "security of the network",
                   .details =
-                      "With *WPA* and *WPA2* the adapter chooses the version. *SHARED* is WEP "
-                      "with a shared key, *WPA-PER* WPA personal, *WPA-ENT* WPA enterprise. "
-                      "_With -c any other text stores a network without security_; with "
-                      "*-ca* any other text sends nothing."},
+                      "*WPA* and *WPA2* are the same: the adapter chooses the version. *SHARED* is "
+                      "WEP with a "
+                      "shared key, *WPA-PER* is WPA personal, *WPA-ENT* is WPA enterprise. The "
+                      "text is compared "
+                      "exactly. For an unknown one *-c* stores \"none\", and *-ca* sends nothing."},
     SettingOption{.key = "--passwd=",
                   .setting = Setting::Passwd,
                   .section = SettingOption::Section::Networks,
                   .help = "password of the network (-c)",
-                  .details = "It is the first WEP key for *WEP*, else the pre-shared key. If there "
-                             "is none and the security is not *None*, the program asks for it: see "
-                             "*PASSWORD PROMPT*."},
+                  .details =
+                      "It is the first WEP key for *WEP*, otherwise the pre-shared key. If it is "
+                      "missing and the security is not *None*, the program asks for it: see "
+                      "*PASSWORD PROMPT*."},
     SettingOption{.key = "--encryption=",
                   .setting = Setting::Encryption,
                   .section = SettingOption::Section::Keys,
@@ -142,21 +146,23 @@ inline constexpr std::array SettingOptions = {
                   .valueName = "ENCRYPTION",
                   .words = {{{.list = option_words::Encryptions}}},
                   .help = "encryption of the network",
-                  .details = "Usual are *TKIP* or *AES* for *WPA-PER* and *WPA-ENT*; *WEP* for "
-                             "*SHARED*, and for *OPEN* with WEP; *NONE*, *WEP-DYNAMIC*, "
-                             "*WEP-STATIC*, *WPA-TKIP* or *WPA-AES* for *802.1x*. *TKIP* is sent "
-                             "like *WPA-TKIP*, *AES* like *WPA-AES*, *WEP* like *WEP-STATIC*, and "
-                             "any other text like *NONE*. If the value is empty, no encryption is "
-                             "sent."},
-    SettingOption{.key = "--802-auth-ext=",
-                  .setting = Setting::AuthExt,
-                  .section = SettingOption::Section::Authentication,
-                  .kind = SettingOption::Kind::WordList,
-                  .valueName = "METHOD[|METHOD...]",
-                  .words = {{{.list = option_words::AuthMethods}}},
-                  .help = "authentication methods that may be used",
-                  .details = "A method is allowed if its name occurs anywhere in the value: "
-                             "*NO-PEAP* allows *PEAP*."},
+                  .details =
+                      "Use *TKIP* or *AES* for *WPA-PER* and *WPA-ENT*; *WEP* for *SHARED*, and "
+                      "for *OPEN* with WEP; *NONE*, *WEP-DYNAMIC*, *WEP-STATIC*, *WPA-TKIP* "
+                      "or *WPA-AES* for *802.1x*. The adapter gets the same number for *TKIP* "
+                      "and *WPA-TKIP*, for *AES* and *WPA-AES*, and for *WEP* and "
+                      "*WEP-STATIC*. With WPA and *802.1x*, an unknown text is sent as "
+                      "*NONE*, and an empty one is not sent."},
+    SettingOption{
+        .key = "--802-auth-ext=",
+        .setting = Setting::AuthExt,
+        .section = SettingOption::Section::Authentication,
+        .kind = SettingOption::Kind::WordList,
+        .valueName = "METHOD[|METHOD...]",
+        .words = {{{.list = option_words::AuthMethods}}},
+        .help = "authentication methods that may be used",
+        .details = "A method is allowed if its name occurs anywhere in the value: NO-PEAP allows "
+                   "*PEAP*. All other methods are forbidden."},
     SettingOption{.key = "--802-auth-inner=",
                   .setting = Setting::AuthInner,
                   .section = SettingOption::Section::Authentication,
@@ -164,7 +170,7 @@ inline constexpr std::array SettingOptions = {
                   .valueName = "METHOD",
                   .words = {{{.list = option_words::InnerMethods}}},
                   .help = "inner authentication method",
-                  .details = "Any other text is sent as *CHAP*."},
+                  .details = "An unknown text is sent as *CHAP*. An empty one is not sent."},
     SettingOption{.key = "--802-user=",
                   .setting = Setting::Username,
                   .section = SettingOption::Section::Authentication,
@@ -179,13 +185,15 @@ inline constexpr std::array SettingOptions = {
                   .section = SettingOption::Section::Certificates,
                   .kind = SettingOption::Kind::File,
                   .valueName = "FILE",
-                  .help = "CA certificate that -icer installs, a PEM file below about 12 KiB"},
+                  .help = "CA certificate that -icer installs",
+                  .details = "It is a PEM file of less than about 12 KiB."},
     SettingOption{.key = "--802-signed-cer-file=",
                   .setting = Setting::SignedCertFile,
                   .section = SettingOption::Section::Certificates,
                   .kind = SettingOption::Kind::File,
                   .valueName = "FILE",
-                  .help = "signed certificate that -icer installs, a PEM file below about 12 KiB"},
+                  .help = "signed certificate that -icer installs",
+                  .details = "It is a PEM file of less than about 12 KiB."},
     SettingOption{.key = "--WEP-key1=",
                   .setting = Setting::WepKey1,
                   .section = SettingOption::Section::Keys,
@@ -209,11 +217,13 @@ inline constexpr std::array SettingOptions = {
                   .valueName = "NUMBER",
                   .words = {{{.list = option_words::WepKeyNumbers}}},
                   .help = "number of the WEP key to send with",
-                  .details = "It is 1 if no number is given."},
+                  .details = "The default is *1*."},
     SettingOption{.key = "--psk=",
                   .setting = Setting::Psk,
                   .section = SettingOption::Section::Keys,
-                  .help = "pre-shared key of at most 64 characters, for WPA-PER and WPA-ENT"},
+                  .help = "pre-shared key of at most 64 characters",
+                  .details = "It is for *WPA-PER* and *WPA-ENT*. Without it an empty key is sent: "
+                             "*-ca* asks for nothing."},
     SettingOption{.key = "--cer-common=",
                   .setting = Setting::CerCommonName,
                   .section = SettingOption::Section::Certificates,
@@ -246,8 +256,8 @@ inline constexpr std::array SettingOptions = {
                   .setting = Setting::CerFriendlyName,
                   .section = SettingOption::Section::Certificates,
                   .help = "name of the certificate (not used)",
-                  .details = "The option is read, but no command uses it: the printer keeps the "
-                             "certificate under a fixed name."},
+                  .details = "No command uses it: the printer keeps the certificate under a fixed "
+                             "name."},
     SettingOption{.key = "--cer-path=",
                   .setting = Setting::CerFilePath,
                   .section = SettingOption::Section::Certificates,

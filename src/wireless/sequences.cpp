@@ -22,8 +22,11 @@ using Generator = wnpaGenerator;
 /// rules.
 class wnpaGenerator::Encoder {
  public:
+  // Both convert, so that a batch is a plain list of rows and members.
+  // NOLINTBEGIN(google-explicit-constructor)
   constexpr Encoder(const SettingEncoding& row) : m_Row(&row) {}
   constexpr Encoder(int (Generator::*member)()) : m_Member(member) {}
+  // NOLINTEND(google-explicit-constructor)
 
   void append(Generator& generator) const {
     if (m_Row != nullptr) {

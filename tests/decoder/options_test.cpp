@@ -60,8 +60,8 @@ TEST(DecoderHelp, ListsTheOptions) {
   const std::string help = decoder::helpText();
   for (const char* line : {"\n  --json               write one JSON document\n",
                            "\n  --form=text|capture  read all inputs in this form",
-                           "\n  --device=BUS:DEVICE  read only this device of a capture"}) {
-    EXPECT_NE(help.find(line), std::string::npos) << line << help;
+                           "\n  --device=BUS:DEVICE  read only the transfers of this device"}) {
+    EXPECT_NE(help.find(line), std::string::npos) << line << "\n" << help;
   }
 }
 

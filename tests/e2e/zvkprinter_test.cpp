@@ -309,7 +309,8 @@ TEST(PrinterRun, SaysWhyThePrinterFailed) {
   const support::PrinterRun run = support::runWithPrinter({"--ip=1.2.3"}, {"-s", "{}"});
   EXPECT_EQ(run.status, 125);
   EXPECT_EQ(run.err,
-            "zvkprinter: '1.2.3' is no IP address; 'zvkprinter help' lists what there is\n");
+            "zvkprinter: --ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3'\n"
+            "Try 'zvkprinter help'.\n");
 }
 
 }  // namespace

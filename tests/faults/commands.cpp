@@ -128,6 +128,9 @@ TEST(Commands, HaveEachSwitchWithItsExitStatuses) {
                                       [&](const ExitStatus& range) { return isIn(range, status); }))
           << row.mode.name << " ends with " << status;
     }
+    if (row.mode.name == "-802s") {
+      continue;  // any number that the printer sends; the rows above have one
+    }
     for (const ExitStatus& range : row.statuses) {
       EXPECT_TRUE(std::ranges::any_of(statuses, [&](int status) { return isIn(range, status); }))
           << row.mode.name << " never ends with " << range.lowest << " to " << range.highest;

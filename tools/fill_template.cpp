@@ -1,0 +1,58 @@
+// Fills the places {{NAME}} of a template with texts from the programs' tables:
+//
+//     fill_template TEMPLATE OUTPUT
+
+#include <cstdio>
+#include <exception>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+
+#include "tools/texts.h"
+
+namespace {
+
+std::string contentOf(const char* path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) {
+    throw std::runtime_error(std::string(path) + ": cannot be read");
+  }
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void write(const char* path, const std::string& content) {
+  std::ofstream file(path, std::ios::binary);
+  if (!(file << content).flush()) {
+    throw std::runtime_error(std::string(path) + ": cannot be written");
+  }
+}
+
+tools::Texts allTexts() {
+  tools::Texts texts;
+  tools::addConfigTexts(texts);
+  tools::addDissectorTexts(texts);
+#ifdef ZVK_WITH_EMULATOR
+  tools::addPrinterTexts(texts);
+#endif
+#ifdef ZVK_WITH_DECODER
+  tools::addDecoderTexts(texts);
+#endif
+  return texts;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 3) {
+    std::fputs("fill_template TEMPLATE OUTPUT\n", stderr);
+    return 2;
+  }
+  try {
+    write(argv[2], tools::filled(contentOf(argv[1]), allTexts()));
+    return 0;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "fill_template: %s: %s\n", argv[1], error.what());
+    return 1;
+  }
+}
