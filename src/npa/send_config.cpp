@@ -109,6 +109,23 @@ bool sendConfig::readExactly(std::span<unsigned char> destination) {
   return m_Transport->CT_Read(destination.data(), destination.size()) == wanted;
 }
 
+std::size_t sendConfig::readReply(std::span<unsigned char> buffer) {
+  const auto read = [this](std::span<unsigned char> part) {
+    return static_cast<std::size_t>(std::max(m_Transport->CT_Read(part.data(), part.size()), 0L));
+  };
+  if (m_Reading == Reading::UntilSilence) {
+    return read(buffer);
+  }
+  const auto header = buffer.first(npa::LengthHeaderSize);
+  const std::size_t got = read(header);
+  if (got < header.size()) {
+    return got;
+  }
+  const auto rest = buffer.subspan(header.size());
+  const std::size_t length = header[0] == npa::StartByte ? npa::numberAt(header, 1) : rest.size();
+  return got + read(rest.first(std::min(length, rest.size())));
+}
+
 npa::Outcome sendConfig::run(const Exchange& exchange, std::span<unsigned char> request) {
   npa::Bytes buffer(exchange.bufferSize);
   for (int attempt = 1;; ++attempt) {
@@ -116,10 +133,9 @@ npa::Outcome sendConfig::run(const Exchange& exchange, std::span<unsigned char> 
     m_Transport->CT_Open(m_DevicePath.c_str());
     m_Transport->writeRequest(request);
     util::pauseSeconds(exchange.pauseAfterWrite);
-    const long count = m_Transport->CT_Read(buffer.data(), buffer.size());
+    const auto reply = std::span(buffer).first(readReply(buffer));
     m_Transport->CT_Close();
 
-    const auto reply = std::span(buffer).first(static_cast<std::size_t>(std::max(count, 0L)));
     const auto ended = [&](npa::Outcome::Kind kind) {
       buffer.resize(reply.size());
       return npa::Outcome{kind, std::move(buffer)};

@@ -29,6 +29,13 @@ class sendConfig {
   /// Runs one exchange of the table. The outcome is `NoAnswer` also if the device cannot be opened.
   [[nodiscard]] npa::Outcome run(const Exchange& exchange, std::span<unsigned char> request);
 
+  /// When an attempt of `run` stops reading.
+  enum class Reading {
+    UntilSilence,  ///< after 5 s without a byte, or with a full buffer
+    WholePacket,   ///< after one whole packet; bytes that are no packet are read until silence
+  };
+  void setReading(Reading reading) { m_Reading = reading; }
+
   /// Sends a request and returns the collected reply: the command and data bytes of each reply
   /// packet, in order. The reply ends with a packet that announces no further one. Reading starts 2
   /// s after the request. After `timeout` more seconds no further packet is read. Returns an empty
@@ -63,6 +70,8 @@ class sendConfig {
   int getIP(unsigned char* packet, int length);
 
  private:
+  /// Fills `buffer` with the reply to a request. Returns the count of bytes, 0 if there are none.
+  std::size_t readReply(std::span<unsigned char> buffer);
   /// Reads packets until the last one of the reply, or until `timeout` seconds have passed.
   std::vector<unsigned char> collectReply(int timeout);
   /// Reads one reply packet and appends its command and data to `collected`, unless its flag byte
@@ -74,4 +83,5 @@ class sendConfig {
 
   std::string m_DevicePath;
   HCUSBTransport* m_Transport;
+  Reading m_Reading = Reading::UntilSilence;
 };

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "settings/option_table.h"
@@ -44,6 +45,9 @@ class configDetails {
   const std::string& value(Setting setting) const {
     return m_Values[static_cast<std::size_t>(setting)];
   }
+
+  /// Replaces the text of a setting. Other front ends fill the settings with it.
+  void set(Setting setting, std::string text) { slot(setting) = std::move(text); }
 
   const std::string& getUSB() const { return value(Setting::Usb); }
   const std::string& getSSID() const { return value(Setting::Ssid); }

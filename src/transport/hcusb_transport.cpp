@@ -22,6 +22,8 @@ constexpr const char* DevicePrefix = "/dev/usb/lp";
 /// 1 ms for usblp, which counts in microseconds; 1 s for libusb, which counts in milliseconds.
 constexpr unsigned int ProbeTimeout = 1000;
 constexpr std::time_t SilenceLimitSeconds = 5;
+/// The same in microseconds, the unit of usblp's probe.
+constexpr unsigned int SilenceLimitMicroseconds = 5'000'000;
 constexpr std::time_t WriteLimitSeconds = 5;
 constexpr std::size_t AddressPartLimit = 9;
 
@@ -117,17 +119,19 @@ long HCUSBTransport::CT_Read(unsigned char* buf, unsigned long len) {
   }
   const int wanted = narrowed(len);
   const int first = m_Connector->read(buf, wanted);
-  if (first == wanted) {
-    return first;
-  }
-  int got = std::max(first, 0);
+  const int got = first == wanted ? first : readRest(buf, std::max(first, 0), wanted);
+  observe(Direction::FromPrinter, buf, got);
+  return got;
+}
+
+int HCUSBTransport::readRest(unsigned char* buf, int got, int wanted) {
   // An unplugged printer always reports that it is ready, and never sends a byte.
   util::Deadline readyWithoutByte(SilenceLimitSeconds);
   while (got < wanted && !readyWithoutByte.hasPassed()) {
     const std::time_t start = util::nowInSeconds();
-    HCIOStatus status = m_Connector->isReadReady(ProbeTimeout);
+    HCIOStatus status = m_Connector->isReadReady(probeTimeout());
     while (status == IO_TIMEOUT && util::nowInSeconds() - start < SilenceLimitSeconds) {
-      status = m_Connector->isReadReady(ProbeTimeout);
+      status = m_Connector->isReadReady(probeTimeout());
       readyWithoutByte.restart();
     }
     if (status != IO_READ_READY) {
@@ -144,8 +148,21 @@ long HCUSBTransport::CT_Read(unsigned char* buf, unsigned long len) {
   return got;
 }
 
+unsigned int HCUSBTransport::probeTimeout() const {
+  const bool blocks = m_Waiting == Waiting::Blocking && m_Connector->getType() == HC_LOC_USBLP;
+  return blocks ? SilenceLimitMicroseconds : ProbeTimeout;
+}
+
+void HCUSBTransport::observe(Direction direction, const unsigned char* bytes, long count) const {
+  if (m_Observer && count > 0) {
+    m_Observer(direction, {bytes, static_cast<std::size_t>(count)});
+  }
+}
+
 long HCUSBTransport::CT_Write(unsigned char* buf, unsigned long len, unsigned long /*timeout*/) {
-  return m_Connector ? m_Connector->write(buf, narrowed(len)) : -1;
+  const long taken = m_Connector ? m_Connector->write(buf, narrowed(len)) : -1;
+  observe(Direction::ToPrinter, buf, taken);
+  return taken;
 }
 
 void HCUSBTransport::CT_RegisterReadCallback(int (* /*callback*/)(unsigned char*, int)) {}
@@ -164,7 +181,8 @@ long HCUSBTransport::writeRequest(std::span<unsigned char> request) {
     const long count = CT_Write(rest.data(), rest.size(), 0);
     if (count > 0) {
       rest = rest.subspan(static_cast<std::size_t>(count));
-    } else if (count == 0 || m_Connector->getLastError() == IO_TRY_AGAIN) {
+    } else if (count == 0 || m_Connector->getLastError() == IO_TRY_AGAIN ||
+               m_Connector->getLastError() == IO_INTERRUPTED) {
       deadline.pause();
     } else {
       break;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
+#include <utility>
 
 #include "transport/comm_transport.h"
 #include "transport/hcio_connector.h"
@@ -45,6 +47,20 @@ class HCUSBTransport : public CommTransport {
 
   void CT_RegisterReadCallback(int (*callback)(unsigned char*, int)) override;
 
+  /// How the transport waits for bytes over usblp.
+  enum class Waiting {
+    Polling,   ///< asks the device every millisecond, as the exchanges of zvkconfig do
+    Blocking,  ///< sleeps in one call until bytes arrive or the time is up
+  };
+  void setWaiting(Waiting waiting) { m_Waiting = waiting; }
+
+  enum class Direction { ToPrinter, FromPrinter };
+  using Observer = std::function<void(Direction direction, std::span<const unsigned char> bytes)>;
+
+  /// Sets the function that receives the bytes of each transfer after it. An empty function removes
+  /// it.
+  void observeTransfers(Observer observer) { m_Observer = std::move(observer); }
+
   /// Writes a request with `CT_Write`. usblp accepts only a few kilobytes at a time, and a printer
   /// must not be left with half a packet: the rest of a request is written for at most 5 s more.
   /// libusb's write has its own loop, so a short count ends the request there. Returns the count
@@ -60,5 +76,14 @@ class HCUSBTransport : public CommTransport {
   static std::unique_ptr<HCUSBTransport> m_Instance;
   static int m_RefCount;
 
+  /// Reads more bytes after the first `got` until `wanted` have arrived or the printer stops
+  /// sending. Returns the count of all.
+  int readRest(unsigned char* buf, int got, int wanted);
+  /// Returns the probe's timeout in the unit of the connector.
+  unsigned int probeTimeout() const;
+  void observe(Direction direction, const unsigned char* bytes, long count) const;
+
   std::unique_ptr<HCIOConnector> m_Connector;
+  Waiting m_Waiting = Waiting::Polling;
+  Observer m_Observer;
 };

@@ -17,6 +17,7 @@ namespace {
 
 constexpr std::size_t PrefixLimit = 63;
 constexpr int LargestNumber = 16;
+constexpr unsigned int MicrosecondsPerSecond = 1000000;
 
 }  // namespace
 
@@ -106,7 +107,8 @@ HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) {
   fd_set set;
   FD_ZERO(&set);
   FD_SET(m_Fd, &set);
-  timeval limit{.tv_sec = 0, .tv_usec = static_cast<suseconds_t>(timeout)};
+  timeval limit{.tv_sec = timeout / MicrosecondsPerSecond,
+                .tv_usec = static_cast<suseconds_t>(timeout % MicrosecondsPerSecond)};
   const bool reading = direction == Direction::Read;
   const int ready =
       ::select(m_Fd + 1, reading ? &set : nullptr, reading ? nullptr : &set, nullptr, &limit);

@@ -31,7 +31,8 @@ constexpr std::array AuthMethods = {
 
 /// Returns true if the printer holds two certificates of its own, or one CA certificate. Asks for
 /// the CA certificates only if the first answer is not enough.
-bool holdsCertificates(CertMgr& certificates) {
+bool holdsCertificates(const std::string& device) {
+  CertMgr certificates(device);
   std::vector<std::string> names;
   if (certificates.getCertFriendlyNameList(names) == 0 && names.size() > 1) {
     return true;
@@ -71,8 +72,8 @@ int wnpaGenerator::construct802AuthExtension() {
 }
 
 int wnpaGenerator::construct802ValidateCert() {
-  CertMgr certificates(m_Configuration->getUSB());
-  const bool validates = holdsCertificates(certificates);
+  const bool validates =
+      m_ServerValidation ? *m_ServerValidation : holdsCertificates(m_Configuration->getUSB());
   util::debugLine("Validate certificate? %d", validates ? 1 : 0);
   return appendFlag(npa::settings::ValidateCert, validates);
 }

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "npa/packet.h"
@@ -113,22 +114,32 @@ struct wnpaGenerator::Batches {
   static constexpr std::array AuthenticatedNetwork = {Section{AuthenticatedNetworkSettings}};
 };
 
-namespace {
-
-/// One row of the advanced configurations: the security, its sequence, and its name in the log.
-struct AdvancedMode {
+/// The advanced configurations: the security, the operation that sends it, its name in the log, and
+/// the batches, a packet each.
+struct wnpaGenerator::AdvancedMode {
   std::string_view security;
-  int (wnpaGenerator::*configure)();
+  int (Generator::*configure)();
   const char* name;
+  std::array<std::span<const Section>, 2> batches;
+
+  /// Returns the row of a security, or null.
+  static const AdvancedMode* find(std::string_view security) {
+    static constexpr std::array rows = {
+        AdvancedMode{"802.1x",
+                     &Generator::config8021x,
+                     "8021x",
+                     {Batches::AuthenticationOptions, Batches::AuthenticatedNetwork}},
+        AdvancedMode{"OPEN", &Generator::configOpen, "OPEN", {Batches::Open}},
+        AdvancedMode{"SHARED", &Generator::configShared, "SHARED", {Batches::Shared}},
+        AdvancedMode{"WPA-PER", &Generator::configWPAPersonal, "WPA-Personal", {Batches::Wpa}},
+        AdvancedMode{"WPA-ENT", &Generator::configWPAEnt, "WPA-Ent", {Batches::Wpa}},
+    };
+    const auto* const row = std::ranges::find(rows, security, &AdvancedMode::security);
+    return row == rows.end() ? nullptr : row;
+  }
 };
 
-constexpr std::array AdvancedModes = {
-    AdvancedMode{"802.1x", &Generator::config8021x, "8021x"},
-    AdvancedMode{"OPEN", &Generator::configOpen, "OPEN"},
-    AdvancedMode{"SHARED", &Generator::configShared, "SHARED"},
-    AdvancedMode{"WPA-PER", &Generator::configWPAPersonal, "WPA-Personal"},
-    AdvancedMode{"WPA-ENT", &Generator::configWPAEnt, "WPA-Ent"},
-};
+namespace {
 
 /// Capacity reserved up front, in bytes: larger than any batch without certificates.
 constexpr std::size_t UsualPacketSize = 512;
@@ -195,13 +206,27 @@ int wnpaGenerator::configAdvanced() {
   util::debugLine("Advanced config...");
   const std::string& security = m_Configuration->getSecurity();
   util::debugLine("Master security = '%s'", security.c_str());
-  const auto* const mode = std::ranges::find(AdvancedModes, security, &AdvancedMode::security);
-  if (mode == AdvancedModes.end()) {
+  const AdvancedMode* const mode = AdvancedMode::find(security);
+  if (mode == nullptr) {
     return 0;
   }
   const int result = (this->*mode->configure)();
   util::debugLine("Adv %s ret = %d", mode->name, result);
   return result;
+}
+
+std::vector<npa::Bytes> wnpaGenerator::advancedPackets() {
+  std::vector<npa::Bytes> packets;
+  if (const AdvancedMode* const mode = AdvancedMode::find(m_Configuration->getSecurity())) {
+    for (const auto& batch : mode->batches) {
+      if (!batch.empty()) {
+        encodeBatch(batch);
+        constructAtomicGrouping(static_cast<int>(m_Packet.size()));
+        packets.push_back(std::exchange(m_Packet, {}));
+      }
+    }
+  }
+  return packets;
 }
 
 int wnpaGenerator::configOpen() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -115,6 +116,8 @@ class wnpaGenerator {
   /// the flag is 1 if the printer holds two certificates of its own, or one CA certificate. It is 0
   /// if the printer does not answer.
   int construct802ValidateCert();
+  /// Sets that flag for the packets that follow, so that the printer is not asked. Library only.
+  void setServerValidation(bool validates) { m_ServerValidation = validates; }
 
   // Fields of a certificate request (certificate_fields.cpp). Library only:
 
@@ -139,6 +142,11 @@ class wnpaGenerator {
 
   /// Builds the packet of that batch without sending it. Returns its size.
   int constructBasic();
+
+  /// Returns the bare packets of the configuration that `configAdvanced` sends, in order, without
+  /// sending them. Returns none if the security is none of that list. May ask the printer, see
+  /// `construct802ValidateCert`. Library only.
+  [[nodiscard]] std::vector<npa::Bytes> advancedPackets();
 
   /// Sends the configuration of the security "OPEN", "SHARED", "WPA-PER", "WPA-ENT" or "802.1x"
   /// (-ca). Sends nothing and returns 0 for any other.
@@ -226,6 +234,7 @@ class wnpaGenerator {
   class Encoder;
   struct Section;
   struct Batches;
+  struct AdvancedMode;
   enum class Dump { No, Yes };
 
   // These encoders append to the packet and return the count of bytes appended, possibly 0.
@@ -279,4 +288,5 @@ class wnpaGenerator {
   configDetails* m_Configuration;       ///< not owned
   sendConfig m_Exchange;
   bool m_WrapMode = true;
+  std::optional<bool> m_ServerValidation;  ///< empty: ask the printer
 };

@@ -1,0 +1,1 @@
+#include "session/device_access.h"

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <sys/types.h>
+
+#include "session/machine.h"
+#include "session/printer.h"
+
+namespace session {
+
+/// A process that uses a device.
+struct Process {
+  pid_t pid;
+  std::string name;  ///< as /proc/PID/comm has it
+};
+
+/// Why a printer cannot be opened, with what the user needs to know in order to change that.
+struct OpenFailure {
+  enum class Kind {
+    NoSuchPrinter,  ///< there is no such device file, or nothing is plugged in
+    NoPermission,   ///< the device file is not for this user
+    Busy,           ///< another process has the device
+    Failed,         ///< any other error
+  };
+
+  Kind kind;
+  int error;                    ///< errno
+  std::string node;             ///< the device file
+  std::string owner;            ///< name of its owner, or the number if it has no name
+  std::string group;            ///< name of its group, or the number if it has no name
+  bool groupMayUse = false;     ///< true if members of the group may read and write it
+  std::optional<Process> user;  ///< of a busy device, if /proc shows it
+};
+
+/// Opens the printer for a moment and discards the bytes that an earlier request left in it.
+/// Returns nothing if that worked, otherwise the reason. Afterwards the device is closed.
+[[nodiscard]] std::optional<OpenFailure> tryOpen(const Printer& printer,
+                                                 const Machine& machine = {});
+
+/// Returns the process, other than this one, that has the file `node` open, or nothing if /proc
+/// shows none. The processes of other users are hidden from users without privileges.
+[[nodiscard]] std::optional<Process> findUser(const std::string& node, const Machine& machine = {});
+
+}  // namespace session

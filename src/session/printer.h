@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace session {
+
+/// One printer of this machine, as its connection describes it. A part that is unknown is empty:
+/// a printer that is named by its path alone has only `device` and `node`.
+struct Printer {
+  enum class State { Ready, NoPermission, Busy };
+
+  std::string device;                  ///< for the transport: "/dev/usb/lp0" or "BUS:DEVICE"
+  std::string node;                    ///< the file that is opened to reach it
+  std::optional<std::string> address;  ///< "BUS:DEVICE", the numbers that lsusb prints
+  std::optional<std::string> serial;
+  std::optional<std::string> make;
+  std::optional<std::string> model;
+  State state = State::Ready;
+};
+
+}  // namespace session

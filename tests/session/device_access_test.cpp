@@ -1,0 +1,3 @@
+#include "session/device_access.h"
+
+#include <gtest/gtest.h>

@@ -1,0 +1,3 @@
+#include "session/discovery.h"
+
+#include <gtest/gtest.h>

@@ -1,0 +1,3 @@
+#include "session/profile.h"
+
+#include <gtest/gtest.h>
