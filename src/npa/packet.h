@@ -52,6 +52,10 @@ inline constexpr DataKind DataWrapped = {0x63, 0x02};
 inline constexpr std::array<Byte, 9> ObjStoreNpaHeader = {0xA5, 0x00, 0x00, 0x50, 0xE0,
                                                           0xC0, 0x03, 0x00, 0x01};
 
+/// The packet that resets the adapter: it sets the flag `settings::Reset` to 1.
+inline constexpr std::array<Byte, 13> ResetPacket = {0xA5, 0x00, 0x0A, 0x50, 0xE0, 0xDA, 0x01,
+                                                     0x06, 0x14, 0x00, 0x00, 0x01, 0x01};
+
 /// The fixed packet that precedes every method call.
 inline constexpr std::array<Byte, 19> usbSniff = {0xA5, 0x00, 0x10, 0x80, 0xA4, 0x5B, 0xA4,
                                                   0x5B, 0x10, 0xEF, 0xA4, 0x5B, 0x11, 0xEE,

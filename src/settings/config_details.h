@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
 #include "settings/option_table.h"
@@ -47,7 +47,7 @@ class configDetails {
   }
 
   /// Replaces the text of a setting. Other front ends fill the settings with it.
-  void set(Setting setting, std::string text) { slot(setting) = std::move(text); }
+  void set(Setting setting, std::string_view text) { slot(setting) = text; }
 
   const std::string& getUSB() const { return value(Setting::Usb); }
   const std::string& getSSID() const { return value(Setting::Ssid); }

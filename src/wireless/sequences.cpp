@@ -144,10 +144,6 @@ namespace {
 /// Capacity reserved up front, in bytes: larger than any batch without certificates.
 constexpr std::size_t UsualPacketSize = 512;
 
-/// Sets the flag that resets the adapter to 1.
-constexpr std::array<npa::Byte, 13> ResetPacket = {0xA5, 0x00, 0x0A, 0x50, 0xE0, 0xDA, 0x01,
-                                                   0x06, 0x14, 0x00, 0x00, 0x01, 0x01};
-
 }  // namespace
 
 void wnpaGenerator::encodeBatch(std::span<const Section> sections) {
@@ -290,6 +286,6 @@ int wnpaGenerator::generate() {
 }
 
 int wnpaGenerator::reset() {
-  std::vector<unsigned char> request = outgoing(ResetPacket);
+  std::vector<unsigned char> request = outgoing(npa::ResetPacket);
   return m_Exchange.resetINA(request.data(), static_cast<int>(request.size()));
 }
