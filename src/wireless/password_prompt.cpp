@@ -1,113 +1,18 @@
-// The password prompt: the echo of the terminal is off while it reads and comes back on every exit.
+// The password prompt. The echo of the terminal is off while it reads.
 
 #include "wireless/password_prompt.h"
 
-#include <array>
-#include <cerrno>
-#include <csignal>
 #include <cstddef>
-#include <optional>
-#include <termios.h>
 #include <unistd.h>
 
+#include "util/echo_off.h"
 #include "util/output.h"
 
 namespace {
 
-/// These end or stop the program by default. The echo must be on again before that.
-constexpr std::array SignalsThatEndOrStop = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP};
-
 /// Longer than usual passwords, so the text is not reallocated. It is also too long for the string
 /// object itself, so the text is in heap memory, which the program clears when it frees it.
 constexpr std::size_t PasswordReserve = 256;
-/// How often the terminal is set before the program gives up.
-constexpr int RestoreTries = 3;
-
-// For the signal handler: the original state of the terminal, and 1 if it must be restored.
-termios savedTerminal;
-volatile std::sig_atomic_t echoIsOff = 0;
-
-/// Switches the echo on again. Retries a failure, because the user cannot see what a terminal
-/// without echo reads.
-void restoreEcho() {
-  if (echoIsOff != 0) {
-    int tries = RestoreTries;
-    while (::tcsetattr(STDIN_FILENO, TCSAFLUSH, &savedTerminal) != 0 && --tries > 0) {
-    }
-    echoIsOff = 0;
-  }
-}
-
-/// Switches the echo off. Discards what was typed before.
-void switchEchoOff() {
-  termios silent = savedTerminal;
-  silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-  echoIsOff = 1;
-  ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
-}
-
-extern "C" void restoreEchoForSignal(int signal);
-
-/// Sets the handler for the next `signal` only. SA_RESETHAND restores the default action when the
-/// handler starts. SA_NODEFER delivers the signal that the handler raises while it still runs.
-void handleOnce(int signal) {
-  struct sigaction action {};
-  action.sa_handler = restoreEchoForSignal;
-  action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_NODEFER | SA_RESTART;
-  ::sigemptyset(&action.sa_mask);
-  ::sigaction(signal, &action, nullptr);
-}
-
-/// Restores the echo and raises the signal again for its default action. Only a stop returns: the
-/// program continues, the password is not complete yet, and the echo goes off again.
-extern "C" void restoreEchoForSignal(int signal) {
-  const int error = errno;
-  restoreEcho();
-  ::raise(signal);
-  handleOnce(signal);
-  switchEchoOff();
-  errno = error;
-}
-
-/// Handles one signal during its lifetime. An ignored signal, as under nohup, stays ignored.
-class HandledSignal {
- public:
-  explicit HandledSignal(int signal) : m_Signal(signal) {
-    ::sigaction(m_Signal, nullptr, &m_Previous);
-    if (m_Previous.sa_handler != SIG_IGN) {
-      handleOnce(m_Signal);
-    }
-  }
-  ~HandledSignal() { ::sigaction(m_Signal, &m_Previous, nullptr); }
-  HandledSignal(const HandledSignal&) = delete;
-  HandledSignal& operator=(const HandledSignal&) = delete;
-
- private:
-  int m_Signal;
-  struct sigaction m_Previous {};
-};
-
-/// Switches the terminal's echo off during its lifetime. Does nothing if standard input is not a
-/// terminal.
-class EchoOff {
- public:
-  EchoOff() {
-    if (::tcgetattr(STDIN_FILENO, &savedTerminal) != 0) {
-      return;
-    }
-    for (std::size_t i = 0; i < m_Signals.size(); ++i) {
-      m_Signals[i].emplace(SignalsThatEndOrStop[i]);
-    }
-    switchEchoOff();
-  }
-  ~EchoOff() { restoreEcho(); }
-  EchoOff(const EchoOff&) = delete;
-  EchoOff& operator=(const EchoOff&) = delete;
-
- private:
-  std::array<std::optional<HandledSignal>, SignalsThatEndOrStop.size()> m_Signals;
-};
-
 /// Reads a line byte by byte, because the buffer of a stream would keep a copy of the password.
 std::string readLine() {
   std::string line;
@@ -125,7 +30,7 @@ std::string promptForPassword() {
   util::showProgress("Please provide the password:");
   std::string password;
   {
-    const EchoOff echoOff;
+    const util::EchoOff echoOff;
     password = readLine();
   }
   util::writeAnswer("\n\n");
