@@ -3,11 +3,13 @@
 
 find_package(pugixml QUIET)
 find_package(nlohmann_json QUIET)
+find_package(CLI11 QUIET)
 include(${CMAKE_CURRENT_LIST_DIR}/libpcap.cmake)
 
 # Name of a library, its target, Debian's package.
 set(zvk_companion_libraries
   "pugixml pugixml::pugixml libpugixml-dev"
+  "cli11 CLI11::CLI11 libcli11-dev"
   "libpcap libpcap libpcap-dev"
   "nlohmann-json nlohmann_json::nlohmann_json nlohmann-json3-dev")
 

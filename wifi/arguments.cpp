@@ -1,0 +1,209 @@
+#include "wifi/arguments.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <span>
+#include <string_view>
+
+#include "util/format.h"
+#include "wifi/option_table.h"
+#include "wifi/translation.h"
+
+namespace wifi {
+
+namespace {
+
+using Command = Arguments::Command;
+
+constexpr int LongestWaitSeconds = 3600;
+constexpr const char* PrinterHelp = messageId(
+    "/dev/usb/lpN, BUS:DEVICE, a serial number, or a part of make and model; "
+    "not needed for the only printer");
+
+/// The option text for CLI11, without the value name.
+std::string nameOf(const OptionRow& row) {
+  return std::string(row.name);
+}
+
+/// Builds the commands of the program into CLI11's tree.
+class Grammar {
+ public:
+  explicit Grammar(Arguments& arguments) : m_Arguments(arguments) {
+    m_App.name("zvkwifi");
+    m_App.description(tr("Puts a USB printer's wireless adapter into a network."));
+    m_App.require_subcommand(0, 1);
+    m_App.set_version_flag("--version", "zvkwifi " ZVK_VERSION, tr("print the version"));
+    m_App.set_help_flag("--help,-h", tr("print a help text"));
+    addCommonOptions(m_App);
+
+    command(m_App, "list", Command::List, tr("list the printers on this machine"));
+    withPrinter(command(m_App, "status", Command::Status, tr("show what the adapter reports")));
+    addSet();
+    withPrinter(command(m_App, "reset", Command::Reset, tr("reset the adapter")));
+    addCert();
+  }
+
+  CLI::App& app() { return m_App; }
+
+ private:
+  CLI::App& command(CLI::App& parent, const char* name, Command command, const char* help) {
+    CLI::App& app = *parent.add_subcommand(name, help);
+    app.set_help_flag("--help,-h", tr("print a help text"));
+    app.callback([this, command] { m_Arguments.command = command; });
+    addCommonOptions(app);
+    return app;
+  }
+
+  CLI::App& withPrinter(CLI::App& app) {
+    app.add_option("PRINTER", m_Arguments.printer, tr(PrinterHelp))->type_name("");
+    return app;
+  }
+
+  void addCommonOptions(CLI::App& app) {
+    const auto& [json, quiet, verbose, trace] = CommonOptions;
+    app.add_flag(nameOf(json), m_Arguments.json, tr(json.help));
+    app.add_flag(nameOf(quiet), m_Arguments.quiet, tr(quiet.help));
+    app.add_flag(nameOf(verbose), m_Arguments.verbose, tr(verbose.help));
+    addText(app, trace, m_Arguments.traceFile);
+  }
+
+  static CLI::Option* addText(CLI::App& app, const OptionRow& row, std::string& value) {
+    return app.add_option(nameOf(row), value, tr(row.help))->type_name(std::string(row.valueName));
+  }
+
+  /// Appends each value to a list, under the option's name without dashes.
+  static void addListed(CLI::App& app, std::span<const OptionRow> rows,
+                        std::vector<std::pair<std::string, std::string>>& list) {
+    for (const OptionRow& row : rows) {
+      const std::string key(row.name.substr(2));
+      app.add_option_function<std::string>(
+             nameOf(row), [&list, key](const std::string& value) { list.emplace_back(key, value); },
+             tr(row.help))
+          ->type_name(std::string(row.valueName));
+    }
+  }
+
+  void addSet() {
+    CLI::App& app =
+        withPrinter(command(m_App, "set", Command::Set,
+                            tr("check settings, store them and confirm that the printer joined")));
+    addListed(app, SettingOptions, m_Arguments.settings);
+    const auto& [from, wait, dryRun, force] = SetOptions;
+    addText(app, from, m_Arguments.settingsFile);
+    app.add_option(nameOf(wait), m_Arguments.waitSeconds, tr(wait.help))
+        ->type_name(std::string(wait.valueName))
+        ->check(CLI::Range(0, LongestWaitSeconds));
+    app.add_flag(nameOf(dryRun), m_Arguments.dryRun, tr(dryRun.help));
+    app.add_flag(nameOf(force), m_Arguments.force, tr(force.help));
+  }
+
+  void addCert() {
+    CLI::App& cert = *m_App.add_subcommand("cert", tr("manage the printer's certificates"));
+    cert.set_help_flag("--help,-h", tr("print a help text"));
+    cert.require_subcommand(1, 1);
+    CertArguments& values = m_Arguments.cert;
+
+    withPrinter(command(cert, "list", Command::CertList, tr("list the certificates")));
+
+    CLI::App& request = withPrinter(
+        command(cert, "request", Command::CertRequest,
+                tr("make a key in the printer and write the certificate request to a file")));
+    addListed(request, SubjectOptions, values.subject);
+    request.add_option("--output", values.file, tr("file for the request, which must not exist"))
+        ->type_name("FILE")
+        ->required();
+
+    addInstall(withPrinter(command(cert, "install-ca", Command::CertInstallCa,
+                                   tr("install the certificate of an authority"))));
+    addInstall(withPrinter(command(cert, "install", Command::CertInstall,
+                                   tr("install the printer's signed certificate"))));
+    addDelete(withPrinter(command(cert, "delete", Command::CertDelete,
+                                  tr("delete one of the printer's own certificates"))));
+    addDelete(withPrinter(command(cert, "delete-ca", Command::CertDeleteCa,
+                                  tr("delete the certificate of an authority"))));
+  }
+
+  void addInstall(CLI::App& app) {
+    app.add_option("--file", m_Arguments.cert.file, tr("certificate in PEM form"))
+        ->type_name("FILE")
+        ->required();
+    app.add_flag("--replace", m_Arguments.cert.replace,
+                 tr("replace a certificate of the same name without asking"));
+  }
+
+  void addDelete(CLI::App& app) {
+    app.add_option("--name", m_Arguments.cert.name, tr("name as \"cert list\" shows it"))
+        ->type_name("NAME")
+        ->required();
+  }
+
+  Arguments& m_Arguments;
+  CLI::App m_App;
+};
+
+/// Returns the name of an option without its value, which may be a secret.
+std::string withoutValue(std::string_view word) {
+  return std::string(word.substr(0, word.find('=')));
+}
+
+/// Throws if a secret is given as an option. Nothing else looks at its value.
+void rejectSecrets(const std::vector<std::string>& words) {
+  constexpr auto names = std::to_array<std::string_view>(
+      {"--password", "--passwd", "--passphrase", "--psk", "--key", "--secret", "--wep-key"});
+  for (const std::string& word : words) {
+    if (const std::string name = withoutValue(word); std::ranges::count(names, name) > 0) {
+      throw UsageError(util::formatted(
+          // TRANSLATORS: the option comes first.
+          tr("%s: a secret is not accepted as an argument, because other users can see it; use "
+             "--password-from=prompt, --password-from=file:PATH or --password-from=fd:NUMBER"),
+          name.c_str()));
+    }
+  }
+}
+
+/// Returns what is wrong, from CLI11's error.
+std::string textOf(const CLI::Error& error, CLI::App& app) {
+  if (const auto* const unknown = dynamic_cast<const CLI::ExtrasError*>(&error)) {
+    const std::vector<std::string> extra = app.remaining(true);
+    const std::string first = extra.empty() ? std::string() : extra.front();
+    if (first.starts_with('-')) {
+      return util::formatted(tr("%s: no such option; see zvkwifi --help"),
+                             withoutValue(first).c_str());
+    }
+    if (app.get_subcommands().empty() && !first.empty()) {
+      return util::formatted(tr("%s: no such command; expected list, status, set, reset or cert"),
+                             first.c_str());
+    }
+    return tr("too many arguments; see zvkwifi --help");
+  }
+  return error.what();
+}
+
+}  // namespace
+
+void readArguments(const std::vector<std::string>& words, Arguments& arguments) {
+  // Known even if the rest cannot be read, because the error is then a JSON document.
+  arguments.json = std::ranges::count(words, "--json") > 0;
+  rejectSecrets(words);
+  Grammar grammar(arguments);
+  CLI::App& app = grammar.app();
+  try {
+    // CLI11 takes the words from the back.
+    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+  } catch (const CLI::CallForHelp&) {
+    const auto chosen = app.get_subcommands();
+    const CLI::App* shown = &app;
+    while (!shown->get_subcommands().empty()) {
+      shown = shown->get_subcommands().front();
+    }
+    arguments.command = Command::Help;
+    arguments.text = shown->help("", CLI::AppFormatMode::Normal);
+  } catch (const CLI::CallForVersion& version) {
+    arguments.command = Command::Help;
+    arguments.text = std::string(version.what()) + "\n";
+  } catch (const CLI::Error& error) {
+    throw UsageError(textOf(error, app));
+  }
+}
+
+}  // namespace wifi

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <stdexcept>
+#include <utility>
+
+#include "wifi/arguments.h"
+#include "wifi/explanation.h"
+
+namespace wifi {
+
+/// Ends a command before there is a report, with an exit status and the reason.
+struct CommandError : std::runtime_error {
+  CommandError(int exitStatus, Explanation reason)
+      : std::runtime_error(reason.message), status(exitStatus), explanation(std::move(reason)) {}
+
+  int status;
+  Explanation explanation;
+};
+
+// The commands. Each prints its result and returns the exit status. Throws `UsageError`,
+// `CommandError`, `session::ProfileError`, `SecretError` or `Interrupted`.
+
+int listCommand(const Arguments& arguments);
+int statusCommand(const Arguments& arguments);
+int setCommand(const Arguments& arguments);
+int resetCommand(const Arguments& arguments);
+
+}  // namespace wifi

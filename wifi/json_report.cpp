@@ -1,0 +1,74 @@
+#include "wifi/json_report.h"
+
+#include <cmath>
+#include <utility>
+
+#include "npa/status_texts.h"
+#include "wifi/results.h"
+#include "wifi/text_report.h"
+
+namespace wifi {
+
+namespace {
+
+constexpr int SchemaVersion = 1;
+
+template <typename T>
+Json orNull(const std::optional<T>& value) {
+  return value ? Json(*value) : Json(nullptr);
+}
+
+Json errorJson(const Explanation& error) {
+  return {{"message", error.message}, {"remedy", error.remedy}};
+}
+
+Json authenticationJson(const std::optional<npa::Byte>& code) {
+  if (!code) {
+    return nullptr;
+  }
+  const bool known = *code < npa::AuthStatusTexts.size();
+  return {{"code", *code}, {"text", known ? npa::AuthStatusTexts[*code] : std::string_view()}};
+}
+
+std::string textOf(const Json& document) {
+  return document.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace
+
+Json printerJson(const session::Printer& printer) {
+  return {{"device", printer.device},         {"address", orNull(printer.address)},
+          {"serial", orNull(printer.serial)}, {"make", orNull(printer.make)},
+          {"model", orNull(printer.model)},   {"state", wordOf(printer.state)}};
+}
+
+Json reportJson(const session::Report& report, Fields fields, double seconds,
+                const std::optional<Explanation>& error) {
+  Json json = printerJson(report.printer);
+  json["result"] = rowOf(report.result).word;
+  if (fields == Fields::Set) {
+    json["ssid_before"] = orNull(report.ssidBefore);
+  }
+  if (fields != Fields::ResultOnly) {
+    const session::AdapterState& state = report.state;
+    json["ssid"] = orNull(state.ssid);
+    json["ip"] = state.address ? Json(addressText(*state.address)) : Json(nullptr);
+    json["trouble_code"] = orNull(state.troubleCode);
+    json["authentication"] = authenticationJson(state.authentication);
+  }
+  constexpr double tenths = 10.0;
+  json["seconds"] = std::round(seconds * tenths) / tenths;
+  json["error"] = error ? errorJson(*error) : Json(nullptr);
+  return json;
+}
+
+std::string documentText(std::vector<Json> printers) {
+  return textOf({{"schema", SchemaVersion}, {"printers", std::move(printers)}});
+}
+
+std::string errorText(const Explanation& error) {
+  return textOf(
+      {{"schema", SchemaVersion}, {"printers", Json::array()}, {"error", errorJson(error)}});
+}
+
+}  // namespace wifi

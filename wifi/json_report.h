@@ -1,0 +1,34 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "session/session.h"
+#include "wifi/explanation.h"
+
+/// The JSON documents of the program (RFC 8259). zvkwifi.schema.json describes them. Keys and words
+/// are never translated; bytes that are not UTF-8 become U+FFFD.
+namespace wifi {
+
+using Json = nlohmann::ordered_json;
+
+/// Which keys a printer's entry has besides the printer's own and `result`.
+enum class Fields { Status, Set, ResultOnly };
+
+/// Returns the printer's own keys: device, address, serial, make, model, state.
+[[nodiscard]] Json printerJson(const session::Printer& printer);
+
+/// Returns the entry of one printer.
+[[nodiscard]] Json reportJson(const session::Report& report, Fields fields, double seconds,
+                              const std::optional<Explanation>& error);
+
+/// Returns the document with these entries, and a line end.
+[[nodiscard]] std::string documentText(std::vector<Json> printers);
+
+/// Returns the document of a command that failed before it had a printer.
+[[nodiscard]] std::string errorText(const Explanation& error);
+
+}  // namespace wifi

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "session/session.h"
+
+namespace wifi {
+
+/// Shows on standard error what the program is doing. On a terminal that is one line, which is
+/// overwritten, with the seconds since the start; otherwise it is one line for each step.
+class Progress {
+ public:
+  /// Shows nothing if `quiet`.
+  explicit Progress(bool quiet);
+  /// Removes the line.
+  ~Progress();
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  void show(session::Step step);
+
+  /// Shows the seconds again. Called before each pause.
+  void update();
+
+  /// Removes the line from the terminal, before another text is written there.
+  void clear();
+
+  /// Returns the seconds since the start.
+  [[nodiscard]] double seconds() const;
+
+ private:
+  bool m_Quiet;
+  bool m_OnTerminal;
+  std::string m_Text;
+  std::size_t m_Shown = 0;  ///< columns of the line that is on the terminal
+  std::chrono::steady_clock::time_point m_Start = std::chrono::steady_clock::now();
+};
+
+}  // namespace wifi

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "session/session.h"
+
+namespace wifi {
+
+/// The exit statuses of the program.
+enum ExitStatus : int {
+  StatusDone = 0,
+  StatusInternalError = 1,  ///< no memory, or the output cannot be written
+  StatusInvalid = 2,        ///< wrong usage or settings, nothing was sent
+  StatusNoPrinter = 3,
+  StatusNoPermission = 4,
+  StatusBusy = 5,
+  StatusRefused = 6,
+  StatusNoAnswer = 7,
+  StatusNotConfirmed = 8,
+  StatusSomeFailed = 9,  ///< of several printers
+  StatusSignalBase = 128,
+};
+
+/// One row for each result: its word in JSON, and the exit status.
+struct ResultRow {
+  session::Result result;
+  std::string_view word;
+  int status;
+};
+
+/// Returns the row of a result.
+[[nodiscard]] const ResultRow& rowOf(session::Result result);
+
+/// Returns the exit status for the reports of one command. `waited` is true if a confirmation was
+/// wanted; `signal` is the signal that interrupted the command, or 0.
+[[nodiscard]] int exitStatusOf(std::span<const session::Report> reports, bool waited, int signal);
+
+/// Returns the word of a printer's state in JSON and in lists.
+[[nodiscard]] std::string_view wordOf(session::Printer::State state);
+
+}  // namespace wifi

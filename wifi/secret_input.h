@@ -1,0 +1,29 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "session/profile.h"
+#include "session/secret.h"
+
+namespace wifi {
+
+/// The secret cannot be read. The text says why, and never contains a part of the secret.
+struct SecretError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// Thrown by anything that reads from the terminal after SIGINT or SIGTERM arrived.
+struct Interrupted {};
+
+/// Reads the secret of a profile from its source: one line, without its end ("\n" or "\r\n").
+/// Without a source it is asked for if standard input is a terminal. The result is checked. Throws
+/// `SecretError` or `Interrupted`.
+[[nodiscard]] session::Secret readSecret(const session::Profile& profile,
+                                         const session::SecretSource& source);
+
+/// Asks for a secret on standard error and reads a line from standard input without echo. Throws
+/// `Interrupted`, and `SecretError` at the end of input.
+[[nodiscard]] session::Secret askForSecret(const char* question);
+
+}  // namespace wifi

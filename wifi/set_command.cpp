@@ -1,0 +1,80 @@
+// zvkwifi set
+
+#include "catalogue/packet_text.h"
+#include "util/format.h"
+#include "wifi/commands.h"
+#include "wifi/console.h"
+#include "wifi/printer_command.h"
+#include "wifi/results.h"
+#include "wifi/secret_input.h"
+#include "wifi/signals.h"
+#include "wifi/text_report.h"
+#include "wifi/translation.h"
+#include "wireless/wnpa_generator.h"
+
+namespace wifi {
+
+namespace {
+
+/// Returns the checked settings, complete with the secret. They are in heap memory, which is
+/// cleared when it is freed.
+std::unique_ptr<session::Profile> readProfile(const Arguments& arguments) {
+  session::ProfileReader reader;
+  for (const auto& [key, value] : arguments.settings) {
+    reader.set(key, value, "--" + key);
+  }
+  if (!arguments.settingsFile.empty()) {
+    reader.readFile(arguments.settingsFile);
+  }
+  auto profile = std::make_unique<session::Profile>(reader.finish());
+  if (session::needsSecret(*profile)) {
+    const Interruption interruption;
+    profile->secret = readSecret(*profile, reader.secretSource());
+  }
+  return profile;
+}
+
+/// Prints the packets that would be sent. Opens nothing, so it is not known whether the printer has
+/// certificates to validate the server with.
+int printPackets(const Arguments& arguments, const session::Profile& profile) {
+  session::Report report;
+  report.printer.device = arguments.printer;
+  report.result = session::Result::DryRun;
+  if (arguments.json) {
+    print(documentText({reportJson(report, Fields::Set, 0.0, std::nullopt)}));
+    return StatusDone;
+  }
+  const auto settings = session::configurationOf(profile, arguments.printer);
+  wnpaGenerator generator(settings.get());
+  generator.setServerValidation(false);
+  std::string text;
+  for (const npa::Bytes& packet : generator.advancedPackets()) {
+    const catalogue::PacketText described = catalogue::packetText(packet);
+    text.append(described.meaning).append("\n  ").append(described.hex).append("\n");
+  }
+  if (profile.security == session::Security::Enterprise) {
+    text.append(
+        tr("The flag that validates the server's certificate depends on the certificates in the "
+           "printer.\n"));
+  }
+  print(text);
+  return StatusDone;
+}
+
+}  // namespace
+
+int setCommand(const Arguments& arguments) {
+  const std::unique_ptr<session::Profile> profile = readProfile(arguments);
+  if (arguments.dryRun) {
+    return printPackets(arguments, *profile);
+  }
+  const session::Session::SetOptions options = {.waitSeconds = arguments.waitSeconds,
+                                                .force = arguments.force};
+  return runOnPrinter(
+      arguments, {.fields = Fields::Set,
+                  .run = [&](session::Session& session) { return session.set(*profile, options); },
+                  .text = setText,
+                  .profile = profile.get()});
+}
+
+}  // namespace wifi

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <array>
+#include <csignal>
+
+namespace wifi {
+
+/// Notes SIGINT and SIGTERM during its lifetime instead of ending the program. Calls that wait end
+/// early when one arrives.
+class Interruption {
+ public:
+  Interruption();
+  ~Interruption();
+  Interruption(const Interruption&) = delete;
+  Interruption& operator=(const Interruption&) = delete;
+
+  /// Returns the first signal that arrived, or 0.
+  [[nodiscard]] static int signal();
+
+ private:
+  static constexpr std::array Signals = {SIGINT, SIGTERM};
+
+  std::array<struct sigaction, Signals.size()> m_Previous{};
+};
+
+}  // namespace wifi

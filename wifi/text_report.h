@@ -1,0 +1,23 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "session/profile.h"
+#include "session/session.h"
+
+namespace wifi {
+
+/// Returns a line for each printer: device, address, make and model, serial number, state.
+[[nodiscard]] std::string listText(std::span<const session::Printer> printers);
+
+/// Returns what the adapter reports, one line for each value.
+[[nodiscard]] std::string statusText(const session::Report& report);
+
+/// Returns how `set` ended well, as a sentence.
+[[nodiscard]] std::string setText(const session::Report& report);
+
+/// Returns an address as it is written.
+[[nodiscard]] std::string addressText(const npa::Address& address);
+
+}  // namespace wifi
