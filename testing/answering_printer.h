@@ -1,0 +1,35 @@
+#pragma once
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "testing/bytes.h"
+#include "testing/emulated_printer.h"
+#include "testing/virtual_system.h"
+
+namespace support {
+
+/// Tests against an emulated printer at /dev/usb/lp0, in virtual time.
+class AnsweringPrinter : public testing::Test {
+ protected:
+  /// Replaces the printer by one with this personality.
+  void plugIn(emulator::Personality personality) {
+    printer = std::make_unique<EmulatedPrinter>(std::move(personality));
+    device.onWrite = [this](const Bytes& request) {
+      printer->now = emulator::Adapter::Clock::time_point(std::chrono::microseconds(system.now()));
+      for (const emulator::Adapter::Reply& reply : printer->adapter.receive(request)) {
+        device.reply(reply.bytes, std::chrono::microseconds(reply.delay).count());
+      }
+    };
+  }
+
+  virtual_system::System system;
+  virtual_system::Device& device = system.device("/dev/usb/lp0");
+  std::unique_ptr<EmulatedPrinter> printer;
+};
+
+}  // namespace support

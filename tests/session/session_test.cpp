@@ -1,0 +1,293 @@
+#include "session/session.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "testing/answering_printer.h"
+#include "testing/packets.h"
+
+namespace {
+
+using session::Profile;
+using session::Report;
+using session::Result;
+using session::Security;
+using session::Session;
+using session::Step;
+using support::Bytes;
+using virtual_system::Second;
+
+/// Sessions with an emulated printer.
+class SessionTest : public support::AnsweringPrinter {
+ protected:
+  SessionTest() { plugIn({}); }
+
+  Session makeSession() {
+    return Session({.device = "/dev/usb/lp0", .node = "/dev/usb/lp0"},
+                   {.onStep = [this](Step step) { steps.push_back(step); },
+                    .isInterrupted =
+                        [this] {
+                          return system.now() >= interruptedAt;
+                        }});
+  }
+
+  Report set(const Profile& profile, Session::SetOptions options = {}) {
+    return makeSession().set(profile, options);
+  }
+
+  static Profile wpaProfile() {
+    Profile profile;
+    profile.ssid = "home";
+    profile.security = Security::Wpa;
+    profile.secret = session::Secret("long enough");
+    return profile;
+  }
+
+  static Profile enterpriseProfile() {
+    Profile profile;
+    profile.ssid = "office";
+    profile.security = Security::Enterprise;
+    profile.user = "printer";
+    profile.eapMethods = {"peap"};
+    profile.secret = session::Secret("secret");
+    return profile;
+  }
+
+  /// Returns the stored settings in words.
+  std::vector<std::string> stored() const { return printer->adapter.describe(true); }
+  bool holds(const std::string& line) const {
+    const auto all = stored();
+    return std::ranges::count(all, line) == 1;
+  }
+
+  static constexpr virtual_system::Microseconds Never = 1'000'000 * Second;
+
+  virtual_system::Microseconds interruptedAt = Never;
+  std::vector<Step> steps;
+};
+
+// --- status
+// ---------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, StatusReportsWhatTheAdapterAnswers) {
+  plugIn({.ssid = "home"});
+  const Report report = makeSession().status();
+  EXPECT_EQ(report.result, Result::Ok);
+  EXPECT_EQ(report.state.ssid, "home");
+  EXPECT_EQ(report.state.address, (npa::Address{192, 168, 1, 20}));
+  EXPECT_EQ(report.state.troubleCode, 0);
+  EXPECT_EQ(report.state.authentication, 0);
+  EXPECT_EQ(steps, (std::vector{Step::Open, Step::ReadStatus}));
+}
+
+TEST_F(SessionTest, StatusReadsEachValueAfterThePauseOfItsExchange) {
+  plugIn({.ssid = "home"});
+  EXPECT_EQ(makeSession().status().result, Result::Ok);
+  // SSID, trouble code, address, authentication status.
+  EXPECT_EQ(system.sleeps, (std::vector{2U, 2U, 3U, 2U}));
+}
+
+TEST_F(SessionTest, StatusStopsReadingAtTheEndOfAPacket) {
+  plugIn({.ssid = "home"});
+  EXPECT_EQ(makeSession().status().result, Result::Ok);
+  EXPECT_LE(system.now(), 10 * Second);
+}
+
+TEST_F(SessionTest, StatusLeavesOutWhatTheAdapterDoesNotHave) {
+  plugIn({.addressAcquired = {.afterQueries = 100}, .ssid = "home"});
+  const Report report = makeSession().status();
+  EXPECT_EQ(report.result, Result::Ok);
+  EXPECT_EQ(report.state.address, std::nullopt);
+}
+
+TEST_F(SessionTest, StatusReportsATroubleCode) {
+  plugIn({.troubleCode = 7, .ssid = "home"});
+  EXPECT_EQ(makeSession().status().state.troubleCode, 7);
+}
+
+TEST_F(SessionTest, StatusOfASilentAdapterIsNoAnswer) {
+  plugIn({.silent = true});
+  EXPECT_EQ(makeSession().status().result, Result::NoAnswer);
+}
+
+TEST_F(SessionTest, StatusGoesOnBareIfWrappersAreRefused) {
+  plugIn({.refuseWrapped = true, .ssid = "home"});
+  const Report report = makeSession().status();
+  EXPECT_EQ(report.state.ssid, "home");
+  EXPECT_EQ(report.state.authentication, 0);
+  // Only the first query is sent twice.
+  EXPECT_EQ(device.writes.size(), 5U);
+}
+
+TEST_F(SessionTest, StatusOfAMissingPrinterSaysSoAndWaitsForNothing) {
+  device.openErrno = ENOENT;
+  const Report report = makeSession().status();
+  EXPECT_EQ(report.result, Result::NoSuchPrinter);
+  EXPECT_EQ(system.sleeps, std::vector<unsigned int>());
+}
+
+TEST_F(SessionTest, StatusWithoutPermissionSaysSo) {
+  device.openErrno = EACCES;
+  EXPECT_EQ(makeSession().status().result, Result::NoPermission);
+}
+
+TEST_F(SessionTest, StatusOfABusyPrinterSaysSo) {
+  device.openErrno = EBUSY;
+  EXPECT_EQ(makeSession().status().result, Result::Busy);
+}
+
+// --- set
+// ------------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, SetStoresAndConfirms) {
+  plugIn({.ssid = "old"});
+  const Report report = set(wpaProfile());
+  EXPECT_EQ(report.result, Result::Confirmed);
+  EXPECT_EQ(report.ssidBefore, "old");
+  EXPECT_EQ(report.state.ssid, "home");
+  EXPECT_EQ(report.state.address, (npa::Address{192, 168, 1, 20}));
+  EXPECT_TRUE(report.sentSettings);
+  EXPECT_EQ(steps, (std::vector{Step::Open, Step::ReadSettings, Step::Store, Step::Confirm}));
+  EXPECT_TRUE(holds("pre-shared key = \"long enough\""));
+}
+
+TEST_F(SessionTest, SetWithoutWaitingEndsWithTheAcceptedSettings) {
+  plugIn({.ssid = "old"});
+  EXPECT_EQ(set(wpaProfile(), {.waitSeconds = 0}).result, Result::Stored);
+  EXPECT_EQ(steps.back(), Step::Store);
+}
+
+TEST_F(SessionTest, SetLeavesAPrinterAloneThatIsInTheNetwork) {
+  plugIn({.ssid = "home"});
+  const Report report = set(wpaProfile());
+  EXPECT_EQ(report.result, Result::Unchanged);
+  EXPECT_FALSE(report.sentSettings);
+  EXPECT_TRUE(stored().empty());
+}
+
+TEST_F(SessionTest, SetWithForceStoresAllTheSame) {
+  plugIn({.ssid = "home"});
+  EXPECT_EQ(set(wpaProfile(), {.force = true}).result, Result::Confirmed);
+  EXPECT_FALSE(stored().empty());
+}
+
+TEST_F(SessionTest, SetStoresIfThePrinterHasTheNameButNoAddress) {
+  plugIn({.addressAcquired = {.afterQueries = 1}, .ssid = "home"});
+  EXPECT_EQ(set(wpaProfile()).result, Result::Confirmed);
+}
+
+TEST_F(SessionTest, SetSendsBareIfWrappersAreRefused) {
+  plugIn({.refuseWrapped = true, .ssid = "old"});
+  EXPECT_EQ(set(wpaProfile()).result, Result::Confirmed);
+}
+
+TEST_F(SessionTest, SetEndsIfTheAdapterRefuses) {
+  plugIn({.settingsResult = 0, .ssid = "old"});
+  const Report report = set(wpaProfile());
+  EXPECT_EQ(report.result, Result::Refused);
+  EXPECT_TRUE(report.sentSettings);
+}
+
+TEST_F(SessionTest, SetStoresNothingInAnAdapterThatDoesNotAnswer) {
+  plugIn({.silent = true});
+  const Report report = set(wpaProfile());
+  EXPECT_EQ(report.result, Result::NoAnswer);
+  EXPECT_FALSE(report.sentSettings);
+  // Two queries for the SSID.
+  EXPECT_EQ(device.writes.size(), 2U);
+}
+
+TEST_F(SessionTest, SetWaitsForTheAddress) {
+  plugIn({.addressAcquired = {.afterTime = std::chrono::seconds(40)}, .ssid = "old"});
+  EXPECT_EQ(set(wpaProfile()).result, Result::Confirmed);
+  EXPECT_GE(system.now(), 40 * Second);
+}
+
+TEST_F(SessionTest, SetEndsStoredIfTheTimeIsUp) {
+  plugIn({.troubleCode = 3, .ssid = "old"});
+  const Report report = set(wpaProfile(), {.waitSeconds = 30});
+  EXPECT_EQ(report.result, Result::Stored);
+  EXPECT_EQ(report.state.troubleCode, 3);
+  EXPECT_GE(system.now(), 30 * Second);
+  EXPECT_LE(system.now(), 60 * Second);
+}
+
+TEST_F(SessionTest, SetOf8021xSendsOptionsThenNetworkAndConfirmsTheAuthentication) {
+  plugIn({.ssid = "old", .authStatus = {2}});
+  const Report report = set(enterpriseProfile());
+  EXPECT_EQ(report.result, Result::Confirmed);
+  EXPECT_EQ(report.state.authentication, 2);
+}
+
+TEST_F(SessionTest, SetOf8021xIsNotConfirmedWithoutAuthentication) {
+  plugIn({.ssid = "old", .authStatus = {9}});
+  const Report report = set(enterpriseProfile(), {.waitSeconds = 20});
+  EXPECT_EQ(report.result, Result::Stored);
+  EXPECT_EQ(report.state.authentication, 9);
+}
+
+TEST_F(SessionTest, SetWaitsForAPrinterThatIsGoneForAWhile) {
+  plugIn({.ssid = "old"});
+  int opens = 0;
+  const auto answer = device.onWrite;
+  device.onWrite = [&, answer](const Bytes& request) {
+    answer(request);
+    // Open, read the SSID, store: now the printer is gone.
+    if (++opens == 2) {
+      device.openErrno = ENODEV;
+    }
+  };
+  const Report report = makeSession().set(wpaProfile(), {.waitSeconds = 20});
+  EXPECT_EQ(report.result, Result::Stored);
+  EXPECT_EQ(report.state.ssid, std::nullopt);
+  EXPECT_EQ(steps.back(), Step::WaitForPrinter);
+}
+
+TEST_F(SessionTest, SetInterruptedBeforeStoringSendsNothing) {
+  plugIn({.ssid = "old"});
+  interruptedAt = 1 * Second;
+  const Report report = set(wpaProfile());
+  EXPECT_EQ(report.result, Result::Interrupted);
+  EXPECT_FALSE(report.sentSettings);
+  EXPECT_TRUE(stored().empty());
+}
+
+TEST_F(SessionTest, SetInterruptedAfterStoringSaysThatSettingsWereSent) {
+  plugIn({.addressAcquired = {.afterQueries = 100}, .ssid = "old"});
+  interruptedAt = 20 * Second;
+  const Report report = set(wpaProfile());
+  EXPECT_EQ(report.result, Result::Interrupted);
+  EXPECT_TRUE(report.sentSettings);
+}
+
+TEST_F(SessionTest, DiscardsBytesOfAnEarlierRequest) {
+  plugIn({.ssid = "home"});
+  device.reply(packets::IpReply);
+  EXPECT_EQ(makeSession().status().state.ssid, "home");
+}
+
+// --- reset
+// ----------------------------------------------------------------------------------------
+
+TEST_F(SessionTest, ResetSendsTheResetPacket) {
+  EXPECT_EQ(makeSession().reset().result, Result::Ok);
+  EXPECT_EQ(device.writes, std::vector{packets::wrapped(packets::Reset)});
+  EXPECT_EQ(steps, (std::vector{Step::Open, Step::Reset}));
+}
+
+TEST_F(SessionTest, ResetOfASilentAdapterIsNoAnswer) {
+  plugIn({.silent = true});
+  EXPECT_EQ(makeSession().reset().result, Result::NoAnswer);
+}
+
+TEST_F(SessionTest, WaitsWithoutPolling) {
+  plugIn({.answerAfter = std::chrono::seconds(4), .ssid = "home"});
+  EXPECT_EQ(makeSession().status().state.ssid, "home");
+  // One wait for the header of each reply, and the short ones of the check at the start.
+  EXPECT_LE(device.readSelects, 20);
+}
+
+}  // namespace
