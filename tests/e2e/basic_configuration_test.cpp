@@ -118,9 +118,10 @@ TEST(BasicConfiguration, WaitsFiveSecondsBeforeAndFiveAfterTheAnswerInRealTime) 
   const auto elapsed = std::chrono::steady_clock::now() - start;
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, diagnostics({0}));
-  // Whole seconds of the clock: the second wait may begin late in one.
+  // The program counts whole seconds of the clock, so a wait may be up to one second shorter. A busy
+  // machine adds seconds, for example under valgrind; a second attempt would add ten.
   EXPECT_GE(elapsed, std::chrono::seconds(9));
-  EXPECT_LT(elapsed, std::chrono::seconds(15));
+  EXPECT_LT(elapsed, std::chrono::seconds(19));
 }
 
 class PathWithoutPrinter : public testing::TestWithParam<const char*> {};
