@@ -168,7 +168,7 @@ class CertMgr {
 
  private:
   /// One value for each parameter of a method, in the order of its row. They are inserted
-  /// unchanged, so the operations escape texts that may contain special characters of XML.
+  /// unchanged: `creatCertRequest` escapes the subject first, and all other values are sent as is.
   using Values = std::initializer_list<std::string_view>;
   /// Reads the values from a reply whose status is 1. Returns the result of the operation.
   using Taker = std::function<int(const ObjStoreResponse&)>;

@@ -36,7 +36,8 @@ class simpleXPath : public SimpleSAXHandler {
     std::string filterValue;  ///< step: the wanted value of the attribute, or the position as text
   };
 
-  /// Filter names that no attribute can have: a filter by position, and one that nothing passes.
+  /// Filter names that no attribute can have: a filter by position, and a filter that no element
+  /// passes.
   static constexpr std::string_view IndexFilter = "<INDEX>";
   static constexpr std::string_view NoMatchFilter = "<UNDEFINED>";
 
