@@ -43,6 +43,7 @@ class HCUSBTransport : public CommTransport {
   /// Writes once. Returns the connector's count, or -1 if there is no connector.
   long CT_Write(unsigned char* buf, unsigned long len, unsigned long timeout) override;
 
+  /// Does nothing.
   void CT_RegisterReadCallback(int (*callback)(unsigned char*, int)) override;
 
   /// Writes a request with `CT_Write`. usblp accepts only a few kilobytes at a time, and a printer
@@ -54,11 +55,14 @@ class HCUSBTransport : public CommTransport {
  private:
   HCUSBTransport() = default;
 
+  /// Selects the usblp connector and opens "/dev/usb/lpNUMBER". Returns 0, or -1 on failure.
   int openUsblp(int number);
+  /// Selects the libusb connector and opens the printer at this address. Returns 0, or -1 on
+  /// failure.
   int openLibUsb(int bus, int device);
 
   static std::unique_ptr<HCUSBTransport> m_Instance;
-  static int m_RefCount;
+  static int m_RefCount;  ///< the count of users
 
-  std::unique_ptr<HCIOConnector> m_Connector;
+  std::unique_ptr<HCIOConnector> m_Connector;  ///< null until the first `CT_Open`
 };

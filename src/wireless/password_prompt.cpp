@@ -1,4 +1,5 @@
-// The password prompt: the echo of the terminal is off while it reads and comes back on every exit.
+// The password prompt. The echo of the terminal is off during the input and is restored on every
+// exit, also by a signal.
 
 #include "wireless/password_prompt.h"
 
@@ -14,13 +15,14 @@
 
 namespace {
 
-/// These end or stop the program by default. The echo must be on again before that.
+/// The signals of a terminal or another process that end or stop the program by default. The echo
+/// must be on again before that.
 constexpr std::array SignalsThatEndOrStop = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP};
 
 /// Longer than usual passwords, so the text is not reallocated. It is also too long for the string
 /// object itself, so the text is in heap memory, which the program clears when it frees it.
 constexpr std::size_t PasswordReserve = 256;
-/// How often the terminal is set before the program gives up.
+/// How often the program tries to restore the echo.
 constexpr int RestoreTries = 3;
 
 // For the signal handler: the original state of the terminal, and 1 if it must be restored.

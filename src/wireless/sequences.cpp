@@ -1,5 +1,5 @@
 // The configuration sequences of wnpaGenerator: which settings each command sends, and in which
-// order.
+// order. The default run and the reset are here as well.
 
 #include <algorithm>
 #include <array>
@@ -28,6 +28,7 @@ class wnpaGenerator::Encoder {
   constexpr Encoder(int (Generator::*member)()) : m_Member(member) {}
   // NOLINTEND(google-explicit-constructor)
 
+  /// Appends the object of the setting to the packet of `generator`.
   void append(Generator& generator) const {
     if (m_Row != nullptr) {
       generator.encode(*m_Row);
@@ -51,6 +52,7 @@ struct wnpaGenerator::Section {
 /// The batches: the settings of each command, in the order that the adapter requires. The arrays of
 /// encoders come first, then the batches made of them.
 struct wnpaGenerator::Batches {
+  /// -c and the default run.
   static constexpr auto BasicSettings = std::to_array<Encoder>({
       encodings::Mode,
       &Generator::encodeSecurity,
@@ -59,6 +61,7 @@ struct wnpaGenerator::Batches {
       &Generator::encodePassword,
   });
 
+  /// The network of every security except 802.1x.
   static constexpr auto NetworkSettings = std::to_array<Encoder>({
       encodings::Mode,
       &Generator::encodeSecurity,
@@ -75,14 +78,16 @@ struct wnpaGenerator::Batches {
       &Generator::constructWEPTransmit,
   });
 
+  /// A separate section: WEP-STATIC sends the keys without it.
   static constexpr auto WepAuth = std::to_array<Encoder>({&Generator::constructWEPAuth});
 
+  /// WPA-PER and WPA-ENT send the same settings.
   static constexpr auto WpaSettings = std::to_array<Encoder>({
       encodings::Psk,
       encodings::Encryption,
   });
 
-  /// The options are sent before the network, in their own batch.
+  /// The options of 802.1x. They are sent before the network, in a separate batch.
   static constexpr auto AuthenticationSettings = std::to_array<Encoder>({
       encodings::Encryption,
       &Generator::construct802AuthExtension,
@@ -133,7 +138,7 @@ constexpr std::array AdvancedModes = {
 /// Capacity reserved up front, in bytes: larger than any batch without certificates.
 constexpr std::size_t UsualPacketSize = 512;
 
-/// Sets the flag that resets the adapter to 1.
+/// A configuration packet that sets the flag of the reset to 1.
 constexpr std::array<npa::Byte, 13> ResetPacket = {0xA5, 0x00, 0x0A, 0x50, 0xE0, 0xDA, 0x01,
                                                    0x06, 0x14, 0x00, 0x00, 0x01, 0x01};
 
@@ -168,7 +173,7 @@ int wnpaGenerator::sendBatch(Dump dump) {
   if (dump == Dump::Yes) {
     Utility::ShowBytes(m_Packet.data(), size);
   }
-  return m_Exchange.setConfig(m_Packet.data(), size);
+  return m_Sender.setConfig(m_Packet.data(), size);
 }
 
 int wnpaGenerator::configure(const char* announcement, std::span<const Section> sections) {
@@ -196,6 +201,7 @@ int wnpaGenerator::configAdvanced() {
   const std::string& security = m_Configuration->getSecurity();
   util::debugLine("Master security = '%s'", security.c_str());
   const auto* const mode = std::ranges::find(AdvancedModes, security, &AdvancedMode::security);
+  // An unknown security is no error: nothing is sent, and the command succeeds.
   if (mode == AdvancedModes.end()) {
     return 0;
   }
@@ -223,8 +229,8 @@ int wnpaGenerator::configWPAEnt() {
 int wnpaGenerator::config8021x() {
   util::debugLine("Configuring for 8021x...");
   int result = 0;
-  // Without accepted options the network is not sent.
-  // The command does not fail if the printer does not accept the options.
+  // The network is sent only if the printer accepts the options. Otherwise the result stays 0: the
+  // command does not fail, on purpose.
   if (set8021xOptions() == 0) {
     encodeBatch(Batches::AuthenticatedNetwork);
     result = sendBatch(Dump::Yes);
@@ -266,5 +272,5 @@ int wnpaGenerator::generate() {
 
 int wnpaGenerator::reset() {
   std::vector<unsigned char> request = outgoing(ResetPacket);
-  return m_Exchange.resetINA(request.data(), static_cast<int>(request.size()));
+  return m_Sender.resetINA(request.data(), static_cast<int>(request.size()));
 }
