@@ -101,7 +101,7 @@ Content readContent(Data bytes) {
       return readSettings(body.content, Kind::StoreGroup);
     case Body::Kind::SingleSettings:
       return readSettings(body.content, Kind::StoreSingly);
-    case Body::Kind::ObjectStoreCall:
+    case Body::Kind::MethodCall:
       return readMethodCall(body.content);
     case Body::Kind::Wrapper:
       return unknown(bytes.subspan(CommandMark.size()));
@@ -223,7 +223,7 @@ Packet readCollectedReply(Data bytes) {
   Packet packet;
   packet.size = bytes.size();
   packet.isCollected = true;
-  if (catalogue::readBody(bytes).kind == Body::Kind::ObjectStoreCall) {
+  if (catalogue::readBody(bytes).kind == Body::Kind::MethodCall) {
     // Between the texts of several packets stand their command bytes, which no ASCII text has.
     Content content = readContent(bytes);
     std::erase(content.xml, static_cast<char>(npa::RequestCommand));
