@@ -1,3 +1,5 @@
+// Parsing of usbmon's records.
+
 #include "decoder/usb_event.h"
 
 #include <algorithm>
@@ -35,9 +37,9 @@ std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> record, std::siz
   event.endpoint = header.endpoint_number;
   event.length = header.urb_len;
   if (header.data_flag == 0) {
-    const auto behind = record.subspan(headerSize);
-    const std::size_t told = std::min<std::size_t>(header.data_len, header.urb_len);
-    event.data = behind.first(std::min(told, behind.size()));
+    const auto captured = record.subspan(headerSize);
+    const std::size_t size = std::min<std::size_t>(header.data_len, header.urb_len);
+    event.data = captured.first(std::min(size, captured.size()));
   }
   return event;
 }

@@ -20,8 +20,8 @@ class EmulatedPrinter {
   /// All bytes of the answer, in whatever pieces they come.
   Bytes ask(const Bytes& request) {
     Bytes all;
-    for (const emulator::Adapter::Reply& reply : adapter.receive(request)) {
-      all.insert(all.end(), reply.bytes.begin(), reply.bytes.end());
+    for (const emulator::Adapter::ReplyPiece& piece : adapter.receive(request)) {
+      all.insert(all.end(), piece.bytes.begin(), piece.bytes.end());
     }
     return all;
   }

@@ -66,7 +66,7 @@ PrinterRun run(const Words& prefix, const Words& options, const Words& arguments
       }
     };
     take("zvkprinter: <- ", outcome.received);
-    take("zvkprinter:    object-store call: ", outcome.calls);
+    take("zvkprinter:    method call: ", outcome.calls);
   }
   return outcome;
 }

@@ -138,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(
                     BodyRow{{"Group"}, "E0 DA 01 77", Body::Kind::SettingsGroup, "77"},
                     BodyRow{{"Single"}, "E0 D8 01", Body::Kind::SingleSettings, ""},
                     BodyRow{{"Wrapper"}, "E0 63 02 00", Body::Kind::Wrapper, "00"},
-                    BodyRow{{"Call"}, "E0 C0 03 00 01 3C", Body::Kind::ObjectStoreCall, "3C"},
+                    BodyRow{{"Call"}, "E0 C0 03 00 01 3C", Body::Kind::MethodCall, "3C"},
                     BodyRow{{"CallCut"}, "E0 C0 03 00", Body::Kind::Unknown, "C0 03 00"},
                     BodyRow{{"AnotherCall"}, "E0 C0 03 00 02", Body::Kind::Unknown, "C0 03 00 02"},
                     BodyRow{{"KindCut"}, "E0 D8", Body::Kind::Unknown, "D8"},
@@ -243,7 +243,7 @@ TEST(Wrapper, HoldsAsManyBytesAsItsSizeGives) {
   const catalogue::Wrapper wrapper = catalogue::readWrapper(content);
   EXPECT_TRUE(wrapper.isWhole());
   EXPECT_EQ(copyOf(wrapper.inside), bytes("61 62"));
-  EXPECT_EQ(copyOf(wrapper.behind), bytes("63"));
+  EXPECT_EQ(copyOf(wrapper.after), bytes("63"));
   EXPECT_TRUE(catalogue::readWrapper(bytes("00 00")).isWhole());
 }
 
@@ -253,7 +253,7 @@ TEST(Wrapper, IsNotWholeIfItHoldsFewer) {
   EXPECT_FALSE(wrapper.isWhole());
   EXPECT_EQ(wrapper.size, 256U);
   EXPECT_EQ(copyOf(wrapper.inside), bytes("61 62 63"));
-  EXPECT_TRUE(wrapper.behind.empty());
+  EXPECT_TRUE(wrapper.after.empty());
 }
 
 TEST(Wrapper, MayEndBeforeItsSize) {
@@ -262,7 +262,7 @@ TEST(Wrapper, MayEndBeforeItsSize) {
   EXPECT_FALSE(wrapper.size);
   EXPECT_FALSE(wrapper.isWhole());
   EXPECT_TRUE(wrapper.inside.empty());
-  EXPECT_EQ(copyOf(wrapper.behind), content);
+  EXPECT_EQ(copyOf(wrapper.after), content);
 }
 
 }  // namespace

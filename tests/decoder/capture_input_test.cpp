@@ -96,11 +96,11 @@ TEST(CaptureInput, TellsOfBytesThatWereNotCaptured) {
   capture.add({.event = URB_COMPLETE, .endpoint = 0x82, .length = 2});
   const Decoded result = decoded(capture.content());
   EXPECT_EQ(result.words,
-            "frame 1 (1:5): 9 bytes missing in the capture\n"
+            "frame 1 (1:5): 9 bytes missing from the capture\n"
             "frame 2 (1:5): "
             "reply, bare, 9 bytes: query\n    wireless network 28 08: SSID\n"
-            "frame 2 (1:5): 91 bytes missing in the capture\n"
-            "frame 3 (1:5): 2 bytes missing in the capture\n");
+            "frame 2 (1:5): 91 bytes missing from the capture\n"
+            "frame 3 (1:5): 2 bytes missing from the capture\n");
   EXPECT_EQ(result.status, 1);
 }
 
@@ -111,7 +111,7 @@ TEST(CaptureInput, PassesOverWhatIsNoBulkTransfer) {
   capture.add({.event = URB_SUBMIT, .endpoint = 0x82, .length = 9, .data = Query});
   EXPECT_EQ(wordsOf(capture), "");
   capture.add({.event = URB_SUBMIT, .length = 9, .data = Query, .deniesData = true});
-  EXPECT_EQ(wordsOf(capture), "frame 4 (1:5): 9 bytes missing in the capture\n");
+  EXPECT_EQ(wordsOf(capture), "frame 4 (1:5): 9 bytes missing from the capture\n");
 }
 
 TEST(CaptureInput, ReadsACaptureThatIsCutAsFarAsItGoes) {
@@ -119,9 +119,10 @@ TEST(CaptureInput, ReadsACaptureThatIsCutAsFarAsItGoes) {
   capture.out(Query);
   const std::string whole = capture.content();
   const Decoded result = decoded(std::string_view(whole).substr(0, whole.size() - 1));
-  EXPECT_EQ(result.words, "frame 1 (1:5): " + QueryWords +
-                              "frame 2: the capture cannot be read on: truncated dump file; tried "
-                              "to read 64 captured bytes, only got 63\n");
+  EXPECT_EQ(result.words,
+            "frame 1 (1:5): " + QueryWords +
+                "frame 2: the rest of the capture cannot be read: truncated dump file; tried "
+                "to read 64 captured bytes, only got 63\n");
   EXPECT_EQ(result.status, 1);
 }
 
@@ -150,11 +151,11 @@ std::string complaintAbout(std::string_view input) {
 }
 
 TEST(CaptureInput, IsRefusedWhenItIsNone) {
-  EXPECT_EQ(complaintAbout(""), "it is empty");
+  EXPECT_EQ(complaintAbout(""), "the file is empty");
   EXPECT_EQ(complaintAbout("A5 00 06 50 E0 D8 00 28 08"), "unknown file format");
   EXPECT_TRUE(complaintAbout("\xD4\xC3\xB2\xA1").starts_with("truncated dump file"));
   EXPECT_EQ(complaintAbout(UsbCapture(DLT_EN10MB).content()),
-            "its link type is EN10MB, not usbmon's USB_LINUX or USB_LINUX_MMAPPED");
+            "expected link type USB_LINUX or USB_LINUX_MMAPPED, got EN10MB");
 }
 
 TEST(CaptureInput, IsReadAsTextWhenThatIsAskedFor) {

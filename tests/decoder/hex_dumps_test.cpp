@@ -36,8 +36,7 @@ TEST(HexDump, MayStandBetweenOtherLines) {
 TEST(HexDump, MayFollowAnotherOne) {
   EXPECT_EQ(wordsOf(Dump + Dump), "lines 1-2: " + QueryWords + "lines 3-4: " + QueryWords);
   EXPECT_EQ(wordsOf("A5 00 06 50 E0\n" + Dump + "A5 00 06 50 E0 D8 00 28 08\n"),
-            "line 1: a packet that is cut: 5 of 9 bytes\nlines 2-3: " + QueryWords +
-                "line 4: " + QueryWords);
+            "line 1: cut packet: 5 of 9 bytes\nlines 2-3: " + QueryWords + "line 4: " + QueryWords);
 }
 
 TEST(HexDump, MayBeginAnywhere) {
@@ -56,19 +55,19 @@ TEST(HexDump, ReportsMissingLines) {
       "00000000: a500 0650  ...P\n"
       "00000008: 08         .\n");
   EXPECT_EQ(result.words,
-            "line 1: a packet that is cut: 4 of 9 bytes\n"
-            "line 2: 4 bytes missing in the dump\n"
+            "line 1: cut packet: 4 of 9 bytes\n"
+            "line 2: 4 bytes missing from the dump\n"
             "line 2: 1 byte outside any packet\n");
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(wordsOf("00000000: a500 02d4 e0  .....\nffffffffffffffff: a5  .\n"),
             "line 1: reply, bare, 5 bytes: refused\n"
-            "line 2: 18446744073709551610 bytes missing in the dump\n"
-            "line 2: a packet that is cut: 1 byte\n");
+            "line 2: 18446744073709551610 bytes missing from the dump\n"
+            "line 2: cut packet: 1 byte\n");
 }
 
 TEST(HexDump, BeginsAnewWhereOffsetsGoBack) {
   EXPECT_EQ(wordsOf("00000000: a500 0650  ...P\n00000002: a500 02d4 e0  .....\n"),
-            "line 1: a packet that is cut: 4 of 9 bytes\nline 2: reply, bare, 5 bytes: refused\n");
+            "line 1: cut packet: 4 of 9 bytes\nline 2: reply, bare, 5 bytes: refused\n");
 }
 
 TEST(HexDump, MayShowAProgramsNameBesideTheBytes) {
@@ -85,9 +84,9 @@ TEST(HexDump, MayShowAProgramsNameBesideTheBytes) {
 TEST(HexDump, EndsAtItsLastOffset) {
   const std::string cut =
       "00000000  a5 00 06 50 e0                                    |...P.|\n00000005\n";
-  EXPECT_EQ(wordsOf(cut), "line 1: a packet that is cut: 5 of 9 bytes\n");
+  EXPECT_EQ(wordsOf(cut), "line 1: cut packet: 5 of 9 bytes\n");
   EXPECT_EQ(wordsOf(cut + "00000005: d800 2808  ..(.\n"),
-            "line 1: a packet that is cut: 5 of 9 bytes\nline 3: 4 bytes outside any packet\n");
+            "line 1: cut packet: 5 of 9 bytes\nline 3: 4 bytes outside any packet\n");
   // Bytes alone, since they are no offset that may follow.
   EXPECT_EQ(wordsOf(Dump + "a50002d4e0\n"),
             "lines 1-2: " + QueryWords + "line 3: reply, bare, 5 bytes: refused\n");
@@ -117,18 +116,18 @@ TEST(RepeatedLines, MayEndTheDump) {
 
 TEST(RepeatedLines, AreReportedIfTheNextOffsetDoesNotFit) {
   EXPECT_EQ(wordsOf(Zeros + "00000051  00 00 00 00 00 00 00  |.......|\n"),
-            "lines 1-2: a packet that is cut: 32 of 87 bytes\n"
-            "line 4: 49 bytes missing in the dump\n"
+            "lines 1-2: cut packet: 32 of 87 bytes\n"
+            "line 4: 49 bytes missing from the dump\n"
             "line 4: 7 bytes outside any packet\n");
-  EXPECT_EQ(wordsOf(Zeros + "other\n"), "lines 1-2: a packet that is cut: 32 of 87 bytes\n");
+  EXPECT_EQ(wordsOf(Zeros + "other\n"), "lines 1-2: cut packet: 32 of 87 bytes\n");
   EXPECT_EQ(wordsOf("*\n" + Dump), "lines 2-3: " + QueryWords);
   EXPECT_EQ(wordsOf(Zeros + "other\n00000000: 00  .\n00000002: 00  .\n"),
-            "lines 1-2: a packet that is cut: 32 of 87 bytes\n"
+            "lines 1-2: cut packet: 32 of 87 bytes\n"
             "line 5: 1 byte outside any packet\n"
-            "line 6: 1 byte missing in the dump\n"
+            "line 6: 1 byte missing from the dump\n"
             "line 6: 1 byte outside any packet\n");
   EXPECT_EQ(wordsOf("A5 00 06 50 E0\n*\nD8 00 28 08\n"),
-            "line 1: a packet that is cut: 5 of 9 bytes\nline 3: 4 bytes outside any packet\n");
+            "line 1: cut packet: 5 of 9 bytes\nline 3: 4 bytes outside any packet\n");
 }
 
 TEST(RepeatedLines, AreNotMoreThanTheLargestPacketHas) {
@@ -136,16 +135,17 @@ TEST(RepeatedLines, AreNotMoreThanTheLargestPacketHas) {
   const std::string one = "00000000  00  |.|\n*\n";
   EXPECT_EQ(wordsOf(one + "00010003\n"), "lines 1-2: 65539 bytes outside any packet\n");
   EXPECT_EQ(wordsOf(one + "00010004\n"),
-            "line 1: 1 byte outside any packet\nline 2: 65539 bytes repeated, which is too many\n");
+            "line 1: 1 byte outside any packet\nline 2: 65539 bytes repeated; the limit for one "
+            "input is 65538\n");
   EXPECT_EQ(wordsOf(one + "ffffffffffffffff\n"),
             "line 1: 1 byte outside any packet\n"
-            "line 2: 18446744073709551614 bytes repeated, which is too many\n");
+            "line 2: 18446744073709551614 bytes repeated; the limit for one input is 65538\n");
   // All dumps of an input together.
   EXPECT_EQ(wordsOf(one + "00010002\n" + one + "00000002\n" + one + "00000002\n"),
             "lines 1-2: 65538 bytes outside any packet\n"
             "lines 4-5: 2 bytes outside any packet\n"
             "line 7: 1 byte outside any packet\n"
-            "line 8: 1 byte repeated, which is too many\n");
+            "line 8: 1 byte repeated; the limit for one input is 65538\n");
 }
 
 TEST(ColonList, IsOneStreamOverItsLines) {
@@ -156,8 +156,7 @@ TEST(ColonList, IsOneStreamOverItsLines) {
 TEST(ColonList, IsNeitherATimeNorAnAddress) {
   for (const std::string text : {"12:34:56", "00:11:22:33:44:55", "e0:d5:5e:00:00:00"}) {
     EXPECT_EQ(decoded(text).status, 3) << text;
-    EXPECT_EQ(decoded("A5 00 06 50 E0\n" + text).words,
-              "line 1: a packet that is cut: 5 of 9 bytes\n");
+    EXPECT_EQ(decoded("A5 00 06 50 E0\n" + text).words, "line 1: cut packet: 5 of 9 bytes\n");
     EXPECT_EQ(wordsOf("a5:00:02:d4:e0\nother\n" + text), "line 1: reply, bare, 5 bytes: refused\n");
   }
 }

@@ -51,12 +51,10 @@ TEST(StreamDecoder, TellsOfBytesOutsidePacketsOnce) {
 }
 
 TEST(StreamDecoder, TellsOfAPacketThatIsCut) {
-  EXPECT_EQ(wordsOf({bytes("A5")}), "line 1: a packet that is cut: 1 byte\n");
-  EXPECT_EQ(wordsOf({bytes("A5 00"), bytes("06")}),
-            "lines 1-2: a packet that is cut: 3 of 9 bytes\n");
+  EXPECT_EQ(wordsOf({bytes("A5")}), "line 1: cut packet: 1 byte\n");
+  EXPECT_EQ(wordsOf({bytes("A5 00"), bytes("06")}), "lines 1-2: cut packet: 3 of 9 bytes\n");
   // Its first nine bytes say that it has four more than its length field says.
-  EXPECT_EQ(wordsOf({bytes("A5 00 06 50 E0 DA 01 2A 0C")}),
-            "line 1: a packet that is cut: 9 of 13 bytes\n");
+  EXPECT_EQ(wordsOf({bytes("A5 00 06 50 E0 DA 01 2A 0C")}), "line 1: cut packet: 9 of 13 bytes\n");
 }
 
 TEST(StreamDecoder, BeginsAnewBehindBytesThatAreMissing) {
@@ -68,8 +66,8 @@ TEST(StreamDecoder, BeginsAnewBehindBytesThatAreMissing) {
   decoder.feed(Query, 9);
   decoder.finish();
   EXPECT_EQ(words,
-            "frame 7 (1:5): a packet that is cut: 4 of 9 bytes\n"
-            "frame 8 (1:5): 3 bytes missing in the capture\n"
+            "frame 7 (1:5): cut packet: 4 of 9 bytes\n"
+            "frame 8 (1:5): 3 bytes missing from the capture\n"
             "frame 9 (1:5): " +
                 QueryWords);
 }
@@ -102,7 +100,7 @@ TEST(MethodReply, IsNotWaitedForBeyondAnotherPacket) {
             part + "lines 1-2: the last packet of a reply is missing\nline 2: " + QueryWords);
   EXPECT_EQ(wordsOf({head, bytes("A5 00 05")}),
             part +
-                "line 2: a packet that is cut: 3 of 8 bytes\n"
+                "line 2: cut packet: 3 of 8 bytes\n"
                 "lines 1-2: the last packet of a reply is missing\n");
 }
 

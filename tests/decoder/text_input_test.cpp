@@ -30,15 +30,14 @@ TEST(TextInput, HasBlocksBetweenOtherLines) {
 TEST(TextInput, EndsABlockAtAnyOtherLineSoThatNothingIsSpoiledBehindIt) {
   for (const std::string between : {"other", "", "# a comment"}) {
     const Decoded result = decoded("A5 00 06 50 E0\n" + between + "\n" + Query + "\n");
-    EXPECT_EQ(result.words, "line 1: a packet that is cut: 5 of 9 bytes\nline 3: " + QueryWords)
-        << between;
+    EXPECT_EQ(result.words, "line 1: cut packet: 5 of 9 bytes\nline 3: " + QueryWords) << between;
     EXPECT_EQ(result.status, 1);
   }
 }
 
 TEST(TextInput, EndsABlockAtADumpsShortLine) {
   EXPECT_EQ(wordsOf("A5 00 06 50 E0 |.....\n" + Query + "          |.........\n"),
-            "line 1: a packet that is cut: 5 of 9 bytes\nline 2: " + QueryWords);
+            "line 1: cut packet: 5 of 9 bytes\nline 2: " + QueryWords);
 }
 
 TEST(TextInput, FindsLinesOfTheProgramsBehindUnfinishedOnes) {
@@ -68,7 +67,7 @@ TEST(TextInput, FindsADumpBehindOtherText) {
 
 TEST(TextInput, EndsABlockWhereALogBegins) {
   EXPECT_EQ(wordsOf("A5 00 06 50 E0\nzvkprinter: <- " + Query + "\n"),
-            "line 1: a packet that is cut: 5 of 9 bytes\nline 2: " + QueryWords);
+            "line 1: cut packet: 5 of 9 bytes\nline 2: " + QueryWords);
 }
 
 TEST(TextInput, TakesAnUnknownPacketsRoleFromTheLog) {
@@ -125,13 +124,13 @@ TEST(CollectedReply, LosesTheCommandBytesInsideTheTextOfAMethodsReply) {
 TEST(CollectedReply, SaysWhatIsWrong) {
   const Decoded garbage = decoded("E0 D8 00 28 08 00 05 68");
   EXPECT_EQ(garbage.words,
-            "line 1: reply, bare, collected, 8 bytes: malformed packet, a value should have 5 "
-            "bytes, has 1\n    wireless network 28 08: SSID\n    data = (1 byte)\n");
+            "line 1: reply, bare, collected, 8 bytes: malformed packet, expected a value of "
+            "5 bytes, got 1\n    wireless network 28 08: SSID\n    data = (1 byte)\n");
   EXPECT_EQ(garbage.status, 1);
   EXPECT_EQ(decoded("E0").words, "line 1: reply, bare, collected, 1 byte: unknown packet\n");
   EXPECT_EQ(decoded("E0 63 02 00 09 A5").words,
-            "line 1: reply, wrapped, collected, 6 bytes: malformed packet, a wrapper should hold "
-            "9 bytes, holds 1\n    data = (1 byte)\n");
+            "line 1: reply, wrapped, collected, 6 bytes: malformed packet, expected 9 bytes in "
+            "the wrapper, got 1\n    data = (1 byte)\n");
 }
 
 }  // namespace

@@ -113,7 +113,7 @@ TEST_F(Certificates, GoFromTheRequestToTheInstalledCertificate) {
              R"(D [ZVK] --cer-country="DE")", R"(D [ZVK] --cer-city="")",
              R"(D [ZVK] --cer-altname="printer.example")",
              R"(D [ZVK] --cer-common="printer.example")", "D [ZVK] --cer-path=\"" + request + "\"",
-             "D [ZVK] Delete signed cert error 14", "D [ZVK] there is nothing of that name",
+             "D [ZVK] Delete signed cert error 14", "D [ZVK] nothing has that name",
              "D [ZVK] Certificate Request successfully created! Now saving...",
              "D [ZVK] Certificate Request saved to '" + request + "'!"}) +
           TransportGone);

@@ -288,7 +288,7 @@ TEST(Zvknpa, WritesOneJsonDocumentWhateverTheInputs) {
   EXPECT_EQ(inputs[1]["unreadable"], "No such file or directory");
   EXPECT_EQ(inputs[2]["packets"].size(), 1U);
   EXPECT_EQ(inputs[2]["problems"][0]["text"], "1 byte outside any packet");
-  EXPECT_EQ(inputs[3]["problems"][0]["text"], "a packet that is cut: 1 byte");
+  EXPECT_EQ(inputs[3]["problems"][0]["text"], "cut packet: 1 byte");
 }
 
 TEST(Zvknpa, ReadsFilesTextsAndCapturesAlike) {

@@ -96,7 +96,7 @@ TEST(ZvkprinterDevices, HaveALinkAtAFreeNameWhereThereIsNoNamespace) {
         << result.err;
   } else {
     EXPECT_EQ(result.status, 125);
-    EXPECT_NE(result.err.find("no link to the printer can be made: "), std::string::npos)
+    EXPECT_NE(result.err.find("cannot create a link to the printer: "), std::string::npos)
         << result.err;
     EXPECT_NE(result.err.find("permit user namespaces"), std::string::npos) << result.err;
   }
@@ -157,7 +157,8 @@ TEST(ZvkprinterRun, ServesAnOrdinaryUserToo) {
   if (!permitsPrivateMounts(asUser, false)) {
     // An ordinary user cannot do without.
     EXPECT_EQ(result.status, 125);
-    EXPECT_NE(result.err.find("no private /dev/usb/lp0 here: "), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("cannot create a private /dev/usb/lp0: "), std::string::npos)
+        << result.err;
     EXPECT_NE(result.err.find("permit user namespaces"), std::string::npos) << result.err;
     SKIP_OUTSIDE_CI(NoNamespaces);
   }

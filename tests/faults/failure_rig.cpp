@@ -19,7 +19,7 @@ emulator::Personality obligingPrinter() {
   emulator::Personality personality;
   personality.ssid = "home";
   personality.authStatus = {3};
-  personality.objectAnswers = {{.method = "uploadSignedCertFile", .file = {}, .status = 1}};
+  personality.objectReplies = {{.method = "uploadSignedCertFile", .file = {}, .status = 1}};
   return personality;
 }
 

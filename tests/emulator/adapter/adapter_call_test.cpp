@@ -183,7 +183,7 @@ TEST(MethodCall, IsAnsweredCut) {
 }
 
 TEST(MethodCall, IsAnsweredLateAndInPieces) {
-  Printer printer({.answerAfter = std::chrono::seconds(3), .pieceSize = 100});
+  Printer printer({.replyDelay = std::chrono::seconds(3), .pieceSize = 100});
   const auto pieces = printer.adapter.receive(callPackets(List));
   ASSERT_EQ(pieces.size(), 3U);
   EXPECT_EQ(pieces[0].bytes.size(), 100U);
@@ -193,7 +193,7 @@ TEST(MethodCall, IsAnsweredLateAndInPieces) {
 
 TEST(MethodCall, IsAnsweredWithGivenBytes) {
   const Bytes content = bytes("E0 C0 03 E0");
-  Printer printer({.objectAnswers = {{"", "file", {}, content}}});
+  Printer printer({.objectReplies = {{"", "file", {}, content}}});
   EXPECT_EQ(printer.ask(callPackets(support::generateText("n"))), bytes("A5 00 05 50 E0 C0 03 E0"));
   EXPECT_EQ(printer.log.back(), "   the bytes of file");
   EXPECT_EQ(printer.ask(callPackets("")), bytes("A5 00 05 50 E0 C0 03 E0"));
@@ -201,17 +201,17 @@ TEST(MethodCall, IsAnsweredWithGivenBytes) {
 }
 
 TEST(MethodCall, IsAnsweredWithGivenBytesThatFillAPacketAndWithNone) {
-  Printer full({.objectAnswers = {{"", "file", {}, Bytes(65534, 0xE0)}}});
+  Printer full({.objectReplies = {{"", "file", {}, Bytes(65534, 0xE0)}}});
   const auto packets = packetsOf(full.ask(callPackets(List)));
   ASSERT_EQ(packets.size(), 1U);
   EXPECT_EQ(packets[0].content.size(), 65534U);
-  Printer empty({.objectAnswers = {{"", "file", {}, {}}}});
+  Printer empty({.objectReplies = {{"", "file", {}, {}}}});
   EXPECT_EQ(empty.ask(callPackets(List)), bytes("A5 00 01 50"));
 }
 
 TEST(MethodCall, IsAnsweredWithAGivenStatus) {
   Printer printer(
-      {.objectAnswers = {{"generateNewCert", "", 7, {}}, {"queryCAList", "", 999, {}}}});
+      {.objectReplies = {{"generateNewCert", "", 7, {}}, {"queryCAList", "", 999, {}}}});
   const ReplyText generated = ask(printer, support::generateText("n"));
   EXPECT_EQ(generated.status(), 7);
   EXPECT_EQ(generated.message(), "a parameter is missing");
@@ -223,7 +223,7 @@ TEST(MethodCall, IsAnsweredWithAGivenStatus) {
 }
 
 TEST(MethodCall, IsAnsweredByTheLastWordForItsMethodThenByTheLastForAll) {
-  Printer printer({.objectAnswers = {{"queryCAList", "", 51, {}},
+  Printer printer({.objectReplies = {{"queryCAList", "", 51, {}},
                                      {"", "", 52, {}},
                                      {"queryCAList", "", 53, {}},
                                      {"", "", 54, {}}}});
@@ -238,11 +238,11 @@ TEST(MethodCallLog, TellsTheCallAndWhatCameOfIt) {
   const std::string xml = support::uploadCaText("ca.pem", "1234");
   printer.ask(callPackets(xml));
   ASSERT_EQ(printer.log.size(), 7U);
-  EXPECT_EQ(printer.log[1], "   sniff");
-  EXPECT_EQ(printer.log[2], "   no answer expected");
+  EXPECT_EQ(printer.log[1], "   announces a method call");
+  EXPECT_EQ(printer.log[2], "   no reply expected");
   EXPECT_EQ(printer.log[3].find("**"), std::string::npos);
   EXPECT_EQ(printer.log[4],
-            "   object-store call: uploadNewCAFile ca_file_name=\"ca.pem\" ca_dot_pem_size=4 "
+            "   method call: uploadNewCAFile ca_file_name=\"ca.pem\" ca_dot_pem_size=4 "
             "ca_dot_pem_file=(4 bytes)");
   EXPECT_TRUE(printer.log[5].ends_with(" 3E")) << printer.log[5];
   EXPECT_EQ(printer.log[6], "   status 19: the file holds no PEM certificate");

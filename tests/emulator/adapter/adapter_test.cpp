@@ -130,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Adapter, AnswersLateAndInPieces) {
   using std::chrono::milliseconds;
-  Printer printer({.answerAfter = std::chrono::seconds(3), .pieceSize = 3});
+  Printer printer({.replyDelay = std::chrono::seconds(3), .pieceSize = 3});
   const auto replies = printer.adapter.receive(StoreSsid);
   ASSERT_EQ(replies.size(), 3U);
   EXPECT_EQ(replies[0].bytes, bytes("A5 00 05"));
@@ -159,7 +159,7 @@ TEST(Adapter, HasAnAddressAfterSoManySeconds) {
 }
 
 TEST(Adapter, HasNoTroubleAnyMoreAfterSoManyQueries) {
-  Printer printer({.troubleCode = 9, .troubleOver = emulator::Readiness{.afterQueries = 1}});
+  Printer printer({.troubleCode = 9, .troubleCleared = emulator::Readiness{.afterQueries = 1}});
   EXPECT_EQ(printer.ask(QueryTrouble).back(), 9);
   EXPECT_EQ(printer.ask(QueryTrouble).back(), 0);
 }

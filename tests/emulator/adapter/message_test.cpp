@@ -56,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "A5 00 06 50 E0 D8 00 28 FF",
                    Kind::Query,
                    false,
-                   "query: a setting that is not known"},
+                   "query: unknown setting"},
         MessageRow{{"LongQuery"},
                    "A5 00 07 50 E0 D8 00 28 08 00",
                    Kind::Malformed,
@@ -116,14 +116,14 @@ INSTANTIATE_TEST_SUITE_P(
                    "malformed packet, wrapped"},
         MessageRow{{"Sniff"},
                    "A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E",
-                   Kind::Sniff,
+                   Kind::Announcement,
                    false,
-                   "sniff"},
+                   "announces a method call"},
         MessageRow{{"EmptyObjectStoreCall"},
                    "A5 00 06 50 E0 C0 03 00 01",
-                   Kind::ObjectStoreCall,
+                   Kind::MethodCall,
                    false,
-                   "object-store call: cannot be read"},
+                   "method call: cannot be parsed"},
         MessageRow{{"ObjectStoreCallOfAnotherKind"},
                    "A5 00 06 50 E0 C0 03 00 02",
                    Kind::Unknown,
@@ -180,7 +180,7 @@ TEST(SecretBytes, AreNoneOfAMethodCall) {
   const std::string xml = support::callText("queryCAList", 420);
   const Message message = parseMessage(support::callPacket(xml));
   EXPECT_EQ(std::ranges::count(message.secretBytes, true), 0);
-  EXPECT_EQ(describe(message, false), "object-store call: queryCAList");
+  EXPECT_EQ(describe(message, false), "method call: queryCAList");
 }
 
 /// Settings with a size field of 0 and `count` bytes after it.

@@ -28,7 +28,7 @@ TEST(CertificateObject, RepliesInXml) {
   EXPECT_EQ(printer.lastXml,
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?><response><MapElem>"
             "<child name=\"status_code\"><IntegerElem>5</IntegerElem></child>"
-            "<child name=\"status_mesg\"><StringElem>there is no such method: \"nothing\""
+            "<child name=\"status_mesg\"><StringElem>no such method: \"nothing\""
             "</StringElem></child></MapElem></response>");
 }
 
@@ -90,15 +90,15 @@ INSTANTIATE_TEST_SUITE_P(
         CallRow{{"NoCall"},
                 "<a/>",
                 CallStatus::NotACall,
-                "the request is no method call: the document is no callMethod"},
+                "the request is not a method call: the document is not a callMethod"},
         CallRow{{"OtherObject"},
                 withObject("applications.certmgr"),
                 CallStatus::UnknownObject,
-                "there is no such object: \"applications.certmgr\""},
+                "no such object: \"applications.certmgr\""},
         CallRow{{"OtherMethod"},
                 callText("QueryCAList", 420),
                 CallStatus::UnknownMethod,
-                "there is no such method: \"QueryCAList\""},
+                "no such method: \"QueryCAList\""},
         CallRow{{"OtherMethodsId"},
                 callText("queryCAList", 520),
                 CallStatus::WrongId,

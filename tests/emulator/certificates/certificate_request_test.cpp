@@ -90,7 +90,7 @@ TEST_P(RefusedSubject, LeavesNoRequest) {
   const support::ReplyText reply =
       printer.call(generateText("n", row.commonName, row.country, row.altName));
   EXPECT_EQ(reply.status(), static_cast<int>(CallStatus::InvalidSubject));
-  EXPECT_EQ(reply.message(), std::string("the subject is not acceptable: ") + row.detail);
+  EXPECT_EQ(reply.message(), std::string("the subject is invalid: ") + row.detail);
   EXPECT_EQ(printer.status(support::exportText("n")), static_cast<int>(CallStatus::UnknownName));
 }
 

@@ -176,7 +176,7 @@ TEST(DescribeMethodCall, TellsParametersAndTheSizeOfBinaries) {
             "uploadNewCAFile ca_file_name=\"a\\xC3\\xA4.pem\" ca_dot_pem_size=5 "
             "ca_dot_pem_file=(5 bytes)");
   EXPECT_EQ(describe(parsed(callText("m", 1, {{"file", "BinaryElem", "QUJ"}}))),
-            "m file=(3 characters that are no Base64)");
+            "m file=(3 characters, not Base64)");
   EXPECT_EQ(describe(parsed(callText("m\n", 1, {support::text("a&#10;", "")}))),
             "m\\x0A a\\x0A=\"\"");
 }

@@ -41,7 +41,7 @@ TEST(ParseOptions, StartsFromAWellBehavedPrinter) {
   EXPECT_TRUE(options.namespaces);
   EXPECT_FALSE(options.logFile);
   EXPECT_FALSE(options.stateFolder);
-  EXPECT_TRUE(options.personality.objectAnswers.empty());
+  EXPECT_TRUE(options.personality.objectReplies.empty());
   EXPECT_TRUE(options.personality.certificates.factoryCertificate);
   EXPECT_EQ(options.personality.certificates.rsaBits, 0U);
   EXPECT_EQ(options.personality.certificates.defaults.commonName, "printer");
@@ -95,32 +95,32 @@ TEST(ParseOptions, TakesEveryOption) {
   EXPECT_TRUE(printer.refuseAll);
   EXPECT_TRUE(printer.silent);
   EXPECT_TRUE(printer.garbage);
-  EXPECT_EQ(printer.answerAfter, std::chrono::seconds(3));
+  EXPECT_EQ(printer.replyDelay, std::chrono::seconds(3));
   EXPECT_EQ(printer.cutAt, 4U);
   EXPECT_EQ(printer.pieceSize, 5U);
   EXPECT_EQ(printer.settingsResult, 0xFE);
   EXPECT_EQ(printer.ipAddress, (std::array<npa::Byte, 4>{1, 2, 3, 255}));
   EXPECT_EQ(printer.addressAcquired.afterQueries, 2);
   EXPECT_EQ(printer.troubleCode, 255);
-  ASSERT_TRUE(printer.troubleOver);
-  EXPECT_EQ(printer.troubleOver->afterTime, std::chrono::seconds(20));
-  EXPECT_EQ(printer.troubleOver->afterQueries, 0);
+  ASSERT_TRUE(printer.troubleCleared);
+  EXPECT_EQ(printer.troubleCleared->afterTime, std::chrono::seconds(20));
+  EXPECT_EQ(printer.troubleCleared->afterQueries, 0);
   EXPECT_EQ(printer.ssid, "a=b");
   EXPECT_EQ(printer.descriptor, "x-");
   EXPECT_EQ(printer.authStatus, (std::vector<npa::Byte>{1, 12}));
   EXPECT_TRUE(printer.otherRecordFirst);
   EXPECT_EQ(printer.cutRecordAt, 11U);
   EXPECT_EQ(printer.replyPackets, 2U);
-  ASSERT_EQ(printer.objectAnswers.size(), 4U);
-  EXPECT_EQ(printer.objectAnswers[0].method, "queryCAList");
-  EXPECT_EQ(printer.objectAnswers[0].file, "a:b");
-  EXPECT_FALSE(printer.objectAnswers[0].status);
-  EXPECT_EQ(printer.objectAnswers[1].method, "");
-  EXPECT_EQ(printer.objectAnswers[1].file, "x:y");
-  EXPECT_EQ(printer.objectAnswers[2].method, "queryCertList");
-  EXPECT_EQ(printer.objectAnswers[2].status, 7);
-  EXPECT_EQ(printer.objectAnswers[3].method, "");
-  EXPECT_EQ(printer.objectAnswers[3].status, 65535);
+  ASSERT_EQ(printer.objectReplies.size(), 4U);
+  EXPECT_EQ(printer.objectReplies[0].method, "queryCAList");
+  EXPECT_EQ(printer.objectReplies[0].file, "a:b");
+  EXPECT_FALSE(printer.objectReplies[0].status);
+  EXPECT_EQ(printer.objectReplies[1].method, "");
+  EXPECT_EQ(printer.objectReplies[1].file, "x:y");
+  EXPECT_EQ(printer.objectReplies[2].method, "queryCertList");
+  EXPECT_EQ(printer.objectReplies[2].status, 7);
+  EXPECT_EQ(printer.objectReplies[3].method, "");
+  EXPECT_EQ(printer.objectReplies[3].status, 65535);
   EXPECT_EQ(printer.certificates.defaults.commonName, "a=b");
   EXPECT_EQ(printer.certificates.defaults.altName, "");
   EXPECT_EQ(printer.certificates.defaults.country, "US");
@@ -296,7 +296,7 @@ TEST(HelpText, HasCommandsAndOptions) {
            "\n  zvkprinter usb --attach [OPTION...] [-- COMMAND [ARGUMENT...]]\n"
            "  zvkprinter usb --port=N [OPTION...] [-- COMMAND [ARGUMENT...]]\n",
            "\n  --refuse-wrapped              refuse wrapped packets\n",
-           "\n  --late=SECONDS                delay each answer\n",
+           "\n  --late=SECONDS                delay each reply\n",
            "\n  --speed=full|high             speed of the device (default: high)\n",
            "\n  --usb-unplug-after=in|out:BYTES\n"
            "                                unplug the printer after this number of bytes\n",

@@ -165,7 +165,7 @@ TEST_F(StateFolderTest, BelongsToOnePrinterAtATime) {
     const StateFolder second(path(), Use::Keep);
     FAIL() << "two printers";
   } catch (const StateError& error) {
-    EXPECT_EQ(error.what(), path() + ": another printer keeps its state there");
+    EXPECT_EQ(error.what(), path() + ": another zvkprinter uses this folder");
   }
   EXPECT_NO_THROW(StateFolder(path(), Use::Look));
 }
@@ -207,25 +207,25 @@ TEST_F(StateFolderTest, SaysWhichFileIsWrong) {
   keep(filledPrinter());
   const std::string key = fileContent(file("key-3.pem"));
   write("authority-1.pem", "junk");
-  EXPECT_EQ(failure(), "FOLDER/authority-1.pem: no certificate");
+  EXPECT_EQ(failure(), "FOLDER/authority-1.pem: expected a PEM certificate");
   keep(filledPrinter());
   write("key-2.pem", key);
-  EXPECT_EQ(failure(), "FOLDER/key-2.pem: no key with a request for it");
+  EXPECT_EQ(failure(), "FOLDER/key-2.pem: expected a key, and a certificate request for it");
   keep(filledPrinter());
   write("request-3.pem", "");
-  EXPECT_EQ(failure(), "FOLDER/key-3.pem: no key with a request for it");
+  EXPECT_EQ(failure(), "FOLDER/key-3.pem: expected a key, and a certificate request for it");
   keep(filledPrinter());
   write("certificate-2.pem", fileContent(file("authority-1.pem")));
-  EXPECT_EQ(failure(), "FOLDER/certificate-2.pem: no certificate of the key");
+  EXPECT_EQ(failure(), "FOLDER/certificate-2.pem: expected a PEM certificate for the key");
   EXPECT_EQ(::ERR_peek_error(), 0U);
 }
 
 TEST_F(StateFolderTest, ReadsNothingButOrdinaryFiles) {
   ASSERT_EQ(::mkfifo(file("printer.xml").c_str(), 0600), 0);
-  EXPECT_EQ(failure(), "FOLDER/printer.xml: no file of a printer's state");
+  EXPECT_EQ(failure(), "FOLDER/printer.xml: expected a regular file of at most 64 MiB");
   fs::remove(file("printer.xml"));
   fs::create_directory(file("printer.xml"));
-  EXPECT_EQ(failure(), "FOLDER/printer.xml: no file of a printer's state");
+  EXPECT_EQ(failure(), "FOLDER/printer.xml: expected a regular file of at most 64 MiB");
   fs::remove(file("printer.xml"));
   fs::create_symlink("/dev/zero", file("printer.xml"));
   EXPECT_EQ(failure(), "FOLDER/printer.xml: Too many levels of symbolic links");
@@ -248,31 +248,32 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         IndexRow{{"Empty"}, "", "No document element found"},
         IndexRow{{"Cut"}, "<printer version=\"1\"><setting", "Error parsing start element tag"},
-        IndexRow{
-            {"OtherDocument"}, "<x version=\"1\"/>", "not written by this version of the program"},
+        IndexRow{{"OtherDocument"},
+                 "<x version=\"1\"/>",
+                 "expected a file of this version of zvkprinter"},
         IndexRow{{"OtherVersion"},
                  "<printer version=\"2\"/>",
-                 "not written by this version of the program"},
-        IndexRow{{"OtherElement"}, "<printer version=\"1\"><x/></printer>", "a wrong 'x' element"},
+                 "expected a file of this version of zvkprinter"},
+        IndexRow{{"OtherElement"}, "<printer version=\"1\"><x/></printer>", "invalid element 'x'"},
         IndexRow{{"SettingWithoutValue"},
                  "<printer version=\"1\"><setting group=\"1\" object=\"2\"/></printer>",
-                 "a wrong 'setting' element"},
+                 "invalid element 'setting'"},
         IndexRow{
             {"SettingOfALargeGroup"},
             "<printer version=\"1\"><setting group=\"256\" object=\"2\" value=\"\"/></printer>",
-            "a wrong 'setting' element"},
+            "invalid element 'setting'"},
         IndexRow{{"SettingOfNoNumber"},
                  "<printer version=\"1\"><setting group=\"x\" object=\"2\" value=\"\"/></printer>",
-                 "a wrong 'setting' element"},
+                 "invalid element 'setting'"},
         IndexRow{{"SettingOfNoBase64"},
                  "<printer version=\"1\"><setting group=\"1\" object=\"2\" value=\"x\"/></printer>",
-                 "a wrong 'setting' element"},
+                 "invalid element 'setting'"},
         IndexRow{{"DeviceWithoutNumber"},
                  "<printer version=\"1\"><device name=\"x\" signed=\"false\"/></printer>",
-                 "a wrong 'device' element"},
+                 "invalid element 'device'"},
         IndexRow{{"AuthorityOfNumberZero"},
                  "<printer version=\"1\"><authority number=\"0\" name=\"x\" file=\"x\"/></printer>",
-                 "a wrong 'authority' element"}),
+                 "invalid element 'authority'"}),
     support::rowName);
 
 TEST_F(StateFolderTest, RefusesACertificatesNameGivenTwice) {
@@ -280,7 +281,7 @@ TEST_F(StateFolderTest, RefusesACertificatesNameGivenTwice) {
   std::string index = fileContent(file("printer.xml"));
   index.replace(index.find("name=\"../n\""), 11, "name=\"&lt;/printer&gt; 'x'\"");
   write("printer.xml", index);
-  EXPECT_EQ(failure(), "FOLDER/printer.xml: a wrong 'device' element");
+  EXPECT_EQ(failure(), "FOLDER/printer.xml: invalid element 'device'");
 }
 
 TEST_F(StateFolderTest, RefusesANumberAndANameGivenTwice) {
@@ -289,16 +290,16 @@ TEST_F(StateFolderTest, RefusesANumberAndANameGivenTwice) {
   const std::size_t start = index.find("<authority");
   const std::string authority = index.substr(start, index.find('>', start) + 1 - start);
   write("printer.xml", std::string(index).insert(start, authority));
-  EXPECT_EQ(failure(), "FOLDER/printer.xml: a wrong 'authority' element");
+  EXPECT_EQ(failure(), "FOLDER/printer.xml: invalid element 'authority'");
   std::string other = authority;
   other.replace(other.find("name=\"RootCA"), 12, "name=\"OtherCA");
   write("printer.xml", std::string(index).insert(start, other));
-  EXPECT_EQ(failure(), "FOLDER/printer.xml: a wrong 'authority' element");
+  EXPECT_EQ(failure(), "FOLDER/printer.xml: invalid element 'authority'");
   other = authority;
   other.replace(other.find("number=\"1\""), 10, "number=\"9\"");
   fs::copy_file(file("authority-1.pem"), file("authority-9.pem"));
   write("printer.xml", std::string(index).insert(start, other));
-  EXPECT_EQ(failure(), "FOLDER/printer.xml: a wrong 'authority' element");
+  EXPECT_EQ(failure(), "FOLDER/printer.xml: invalid element 'authority'");
 }
 
 }  // namespace

@@ -210,7 +210,7 @@ TEST(UsbTransfers, StallWhereThereIsNoSuchEndpoint) {
 }
 
 TEST(UsbTransfers, ComeLateAndInPiecesAsTheAdapterHasIt) {
-  ReadyUsbPrinter printer({}, {.answerAfter = 3s, .pieceSize = 10});
+  ReadyUsbPrinter printer({}, {.replyDelay = 3s, .pieceSize = 10});
   printer.read(1, 1024);
   printer.read(2, 1024);
   printer.write(3, QueryIp);

@@ -116,7 +116,7 @@ TEST_F(ServedPrinter, IsOneHostsAtATime) {
     attach(first);
     ask(second, importRequest("1-1"), support::notImported(2));
   }
-  EXPECT_TRUE(works([&] { return log.back() == "   USB: the host is gone"; }));
+  EXPECT_TRUE(works([&] { return log.back() == "   USB: the host has disconnected"; }));
   attach(second);
 }
 
@@ -128,7 +128,7 @@ TEST_F(ServedPrinter, IsAsNewForTheNextHost) {
     ask(first, joined({writeCommand(2, QueryIp), writeCommand(3, Bytes(1, 0xA5))}),
         joined({submitReply(2, 0, 9), submitReply(3, 0, 1)}));
   }
-  EXPECT_TRUE(works([&] { return log.back() == "   USB: the host is gone"; }));
+  EXPECT_TRUE(works([&] { return log.back() == "   USB: the host has disconnected"; }));
   const LoopbackClient second(transport->port());
   attach(second);
   ask(second, joined({readCommand(2, 64), writeCommand(3, QueryIp)}),
@@ -142,7 +142,7 @@ TEST_F(ServedPrinter, DropsAHostThatBreaksTheProtocol) {
   const LoopbackClient bad(transport->port());
   bad.send(Bytes(8, 0xFF));
   EXPECT_TRUE(closes(bad));
-  EXPECT_EQ(log.back(), "   USB: the host is dropped: another version of the protocol");
+  EXPECT_EQ(log.back(), "   USB: disconnected the host: unknown version of the protocol");
   ask(good, writeCommand(2, QueryIp), submitReply(2, 0, 9));
   good.send(Bytes(48, 0xFF));
   EXPECT_TRUE(closes(good));

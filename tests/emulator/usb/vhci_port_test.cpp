@@ -95,10 +95,11 @@ std::string reason(const fs::path& folder) {
 
 TEST(VhciPort, SaysWhatIsMissing) {
   EXPECT_EQ(reason("/nonexistent"),
-            "there is no virtual USB host controller, no /nonexistent/attach\n"
-            "Load the kernel's module for it: modprobe vhci-hcd");
+            "/nonexistent/attach: no virtual USB host controller\n"
+            "Load its kernel module: modprobe vhci-hcd");
   EXPECT_EQ(reason(FakeController("hs  0000 006 003\n").folder()),
-            "no port of the virtual USB host controller is free");
+            "the virtual USB host controller has no free port\n"
+            "Detach one of its devices: usbip detach");
 }
 
 TEST(VhciPort, FindsThePrintersNodeUnderItsPort) {
