@@ -19,7 +19,7 @@ using support::Output;
 using support::success;
 using support::text;
 using support::textChild;
-using support::TransportGone;
+using support::TransportReleased;
 
 class CertificateCommand : public support::ObjectStorePrinter {
  protected:
@@ -51,7 +51,7 @@ TEST_F(Rcerdefs, PrintsSevenLines) {
                             "cer-city=City\n"
                             "cer-altname=printer.example\n"
                             "cer-common=100%s\n",
-                            TransportGone}));
+                            TransportReleased}));
 }
 
 TEST_F(Rcerdefs, PrintsEmptyTextsForWhatIsMissing) {
@@ -69,7 +69,7 @@ TEST_F(Rcerdefs, FailsWhenThePrinterDoes) {
                             "D [ZVK] Get cert request defaults error 3\n"
                             "D [ZVK] not now\n"
                             "D [ZVK] Failed to read certificate defaults!\n" +
-                                TransportGone}));
+                                TransportReleased}));
 }
 
 // --- Creating a request -------------------------------------------------------------------------
@@ -106,7 +106,7 @@ TEST_F(CsrOptions, MakeARequestThatIsSaved) {
   answer({success(), success(), Request});
   EXPECT_EQ(run("-csr", options()), 0);
   EXPECT_EQ(output, (Output{"", given() + Created + "D [ZVK] Certificate Request saved to '" +
-                                    path + "'!\n" + TransportGone}));
+                                    path + "'!\n" + TransportReleased}));
   EXPECT_EQ(support::fileContent(path), "ABC");
   EXPECT_EQ(calls().at(1),
             support::callText("generateNewCert", 200,
@@ -129,7 +129,7 @@ TEST_F(CsrOptions, AreNotRequired) {
             "D [ZVK] --cer-common=\"\"\n"
             "D [ZVK] --cer-path=\"\"\n" +
                 std::string(Created) + "D [ZVK] Error saving Certificate Request to ''!\n" +
-                TransportGone);
+                TransportReleased);
 }
 
 TEST_F(CsrOptions, FailWhenNoRequestIsMade) {
@@ -140,7 +140,7 @@ TEST_F(CsrOptions, FailWhenNoRequestIsMade) {
                                     "D [ZVK] Create Certificate Request error 9\n"
                                     "D [ZVK] no entropy\n"
                                     "D [ZVK] Error creating Certificate Request!\n" +
-                                    TransportGone}));
+                                    TransportReleased}));
   EXPECT_EQ(calls().size(), 2U);
   EXPECT_EQ(support::fileContent(path), "before");
 }
@@ -153,7 +153,7 @@ TEST_F(CsrOptions, FailWhenTheRequestIsNotGivenOut) {
                             "D [ZVK] Save Cert Request error 9\n\n"
                             "D [ZVK] no key\n\n"
                             "D [ZVK] Error saving Certificate Request to '" +
-                            path + "'!\n" + TransportGone);
+                            path + "'!\n" + TransportReleased);
   EXPECT_EQ(support::fileContent(path), "before");
 }
 
@@ -164,7 +164,7 @@ TEST_F(CsrOptions, FailWhenTheRequestCannotBeWritten) {
   EXPECT_EQ(output.err, given() + Created +
                             "D [ZVK] saveToFile error (1): 28, bytes=0\n\n"
                             "D [ZVK] Error saving Certificate Request to '/dev/full'!\n" +
-                            TransportGone);
+                            TransportReleased);
 }
 
 // --- Installing a certificate -------------------------------------------------------------------
@@ -176,8 +176,9 @@ TEST_F(Icer, InstallsACaCertificate) {
   answer({success()});
   const std::string path = folder.write("ca.pem", "x");
   EXPECT_EQ(run("-icer", {"--802-CA-cer-file=" + path}), 0);
-  EXPECT_EQ(output, (Output{"", "D [ZVK] Loading file " + path + ", 1 bytes\n" +
-                                    "D [ZVK] PEM_read failed?!\n" + Installed + TransportGone}));
+  EXPECT_EQ(output,
+            (Output{"", "D [ZVK] Loading file " + path + ", 1 bytes\n" +
+                            "D [ZVK] PEM_read failed?!\n" + Installed + TransportReleased}));
   EXPECT_NE(calls().at(0).find(">uploadNewCAFile<"), std::string::npos);
 }
 
@@ -185,7 +186,8 @@ TEST_F(Icer, InstallsASignedCertificate) {
   answer({success()});
   const std::string path = folder.write("signed.pem", "x");
   EXPECT_EQ(run("-icer", {"--802-signed-cer-file=" + path}), 0);
-  EXPECT_EQ(output.err, "D [ZVK] Loading file " + path + ", 1 bytes\n" + Installed + TransportGone);
+  EXPECT_EQ(output.err,
+            "D [ZVK] Loading file " + path + ", 1 bytes\n" + Installed + TransportReleased);
   EXPECT_NE(calls().at(0).find(">uploadSignedCertFile<"), std::string::npos);
   EXPECT_NE(calls().at(0).find(">Quorvanthelisdorm<"), std::string::npos);
 }
@@ -217,7 +219,7 @@ TEST_F(Icer, SaysThatTheFileIsNotThere) {
 TEST_F(Icer, FailsForAFileThatIsThereButCannotBeRead) {
   std::filesystem::create_symlink("nowhere", folder.path("dangling"));
   EXPECT_EQ(run("-icer", {"--802-CA-cer-file=" + folder.path("dangling")}), 1);
-  EXPECT_EQ(output, (Output{"", NotInstalled + TransportGone}));
+  EXPECT_EQ(output, (Output{"", NotInstalled + TransportReleased}));
   EXPECT_EQ(device.opens, 0);
 }
 
@@ -229,7 +231,7 @@ TEST_F(Icer, FailsWhenThePrinterDoes) {
                             ", 1 bytes\n"
                             "D [ZVK] Install Signed Cert error 6\n"
                             "D [ZVK] does not fit\n" +
-                            NotInstalled + TransportGone);
+                            NotInstalled + TransportReleased);
 }
 
 // --- All else -----------------------------------------------------------------------------------

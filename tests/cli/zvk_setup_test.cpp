@@ -22,7 +22,7 @@ using support::CommandLine;
 using support::HelpText;
 using support::Output;
 using support::outputOf;
-using support::TransportGone;
+using support::TransportReleased;
 using virtual_system::Second;
 
 namespace {
@@ -67,13 +67,13 @@ const std::string BasicLines =
 
 TEST_F(Setup, PrintsTheHelpWithTheGeneratorMade) {
   EXPECT_EQ(run({"-h"}), 0);
-  EXPECT_EQ(output, (Output{HelpText, TransportGone}));
+  EXPECT_EQ(output, (Output{HelpText, TransportReleased}));
   EXPECT_EQ(device.opens, 0);
 }
 
 TEST_F(Setup, PrintsTheHelpWhateverFollows) {
   EXPECT_EQ(run({"-h", "--ssid=x", "/dev/usb/lp1", "-c"}), 0);
-  EXPECT_EQ(output, (Output{HelpText, TransportGone}));
+  EXPECT_EQ(output, (Output{HelpText, TransportReleased}));
 }
 
 TEST(ShowHelp, PrintsTheHelpAlone) {
@@ -106,7 +106,8 @@ TEST_F(Setup, ConfiguresTheDefaultDevice) {
   answer({Accepted});
   EXPECT_EQ(run({"-c", "--ssid=x"}), 0);
   EXPECT_EQ(device.writes, std::vector<Bytes>{WrappedPacket});
-  EXPECT_EQ(output, (Output{"", BasicLines + "D [ZVK] Basic config ret = 0\n" + TransportGone}));
+  EXPECT_EQ(output,
+            (Output{"", BasicLines + "D [ZVK] Basic config ret = 0\n" + TransportReleased}));
   EXPECT_EQ(system.sleeps, std::vector<unsigned int>{5});
 }
 
@@ -146,7 +147,7 @@ TEST_P(Retry, FollowsARefusalAndNothingElse) {
   for (const int result : GetParam().results) {
     lines += BasicLines + "D [ZVK] Basic config ret = " + std::to_string(result) + "\n";
   }
-  EXPECT_EQ(output, (Output{"", lines + TransportGone}));
+  EXPECT_EQ(output, (Output{"", lines + TransportReleased}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -194,7 +195,7 @@ TEST_F(Setup, RepeatsAnAdvancedConfigurationBareWhenItIsRefused) {
   answer({Refused, Accepted});
   EXPECT_EQ(run({"-ca", "--security=OPEN", "--ssid=x"}), 0);
   EXPECT_EQ(device.writes, (std::vector<Bytes>{WrappedPacket, BarePacket}));
-  EXPECT_TRUE(output.err.ends_with("D [ZVK] Adv OPEN ret = 0\n" + TransportGone)) << output.err;
+  EXPECT_TRUE(output.err.ends_with("D [ZVK] Adv OPEN ret = 0\n" + TransportReleased)) << output.err;
 }
 
 TEST_F(Setup, DoesNotRepeatAnAdvancedConfigurationThatWasNotAccepted) {
@@ -207,7 +208,7 @@ TEST_F(Setup, SendsNothingForASecurityThatHasNoAdvancedConfiguration) {
   EXPECT_EQ(run({"-ca", "--ssid=x"}), 0);
   EXPECT_EQ(device.opens, 0);
   EXPECT_EQ(output.err,
-            "D [ZVK] Advanced config...\nD [ZVK] Master security = 'None'\n" + TransportGone);
+            "D [ZVK] Advanced config...\nD [ZVK] Master security = 'None'\n" + TransportReleased);
 }
 
 TEST_F(Setup, ReadsTheCertificateSettingsOnceWhateverComes) {
@@ -235,7 +236,7 @@ TEST_F(Setup, SendsNothingToTheDefaultDeviceWithoutAnNpaFile) {
   EXPECT_EQ(device.opens, 1);
   EXPECT_EQ(other.opens, 0);
   EXPECT_EQ(output, (Output{"", "D [ZVK] NPA data: 0 bytes\nD [ZVK] sendNPA response (0 bytes)\n" +
-                                    TransportGone}));
+                                    TransportReleased}));
 }
 
 TEST_F(Setup, ReadsTheAnswerToARawPacketForTenSeconds) {
@@ -247,15 +248,15 @@ TEST_F(Setup, ReadsTheAnswerToARawPacketForTenSeconds) {
     device.reply(bytes("A5 00 02 70 03"), 12 * Second + Second / 2);
   };
   run({"-npa", "/dev/usb/lp0"});
-  EXPECT_EQ(
-      output.err,
-      "D [ZVK] NPA data: 0 bytes\nD [ZVK] sendNPA response (2 bytes)\n01 02 |..\n" + TransportGone);
+  EXPECT_EQ(output.err,
+            "D [ZVK] NPA data: 0 bytes\nD [ZVK] sendNPA response (2 bytes)\n01 02 |..\n" +
+                TransportReleased);
 }
 
 TEST_F(Setup, NeedsNoSecondArgumentForAQuery) {
   answer({bytes("A5 00 14 50 E0 63 02 00 0E A5 00 0B 50 E0 D8 00 28 08 00 02 78 00")});
   EXPECT_EQ(run({"-s"}), 0);
-  EXPECT_EQ(output, (Output{"x\n", TransportGone}));
+  EXPECT_EQ(output, (Output{"x\n", TransportReleased}));
 }
 
 // --- Bad devices --------------------------------------------------------------------------------
@@ -276,7 +277,7 @@ TEST_P(SetupDevice, FailsAfterBothTries) {
   EXPECT_EQ(run({"-c", "--ssid=x", GetParam().path}), -1);
   EXPECT_EQ(system.now(), 10 * Second);
   EXPECT_EQ(output, (Output{"", BasicLines + "D [ZVK] Basic config ret = -1\n" + BasicLines +
-                                    "D [ZVK] Basic config ret = -1\n" + TransportGone}));
+                                    "D [ZVK] Basic config ret = -1\n" + TransportReleased}));
   EXPECT_EQ(device.opens, 0);
 }
 
@@ -316,7 +317,7 @@ TEST_F(Setup, ReadsCertificateDefaultsWithoutAGenerator) {
   EXPECT_EQ(run({"-rcerdefs", "/dev/usb/lp0"}), 0);
   EXPECT_EQ(output, (Output{"cer-org=Org\ncer-unit=\ncer-state=\ncer-country=\ncer-city=\n"
                             "cer-altname=\ncer-common=\n",
-                            TransportGone}));
+                            TransportReleased}));
   EXPECT_EQ(run({"-icer", "/dev/usb/lp0"}), 1);
   EXPECT_EQ(output, Output());
 }

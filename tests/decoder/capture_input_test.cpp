@@ -110,7 +110,7 @@ TEST(CaptureInput, PassesOverWhatIsNoBulkTransfer) {
   capture.add({.event = 'X', .length = 9, .data = Query});
   capture.add({.event = URB_SUBMIT, .endpoint = 0x82, .length = 9, .data = Query});
   EXPECT_EQ(wordsOf(capture), "");
-  capture.add({.event = URB_SUBMIT, .length = 9, .data = Query, .deniesData = true});
+  capture.add({.event = URB_SUBMIT, .length = 9, .data = Query, .flaggedEmpty = true});
   EXPECT_EQ(wordsOf(capture), "frame 4 (1:5): 9 bytes missing in the capture\n");
 }
 

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "testing/judged_exchange.h"
+#include "testing/checked_exchange.h"
 #include "testing/rows.h"
 
 using support::Bytes;
 using support::bytes;
-using support::JudgedExchange;
+using support::CheckedExchange;
 using virtual_system::Second;
 using Events = std::vector<std::string>;
 
@@ -26,7 +26,7 @@ struct CourseRow : support::Row {
   int resultOfSilence;
 };
 
-class ExchangeCourse : public JudgedExchange, public testing::WithParamInterface<CourseRow> {
+class ExchangeCourse : public CheckedExchange, public testing::WithParamInterface<CourseRow> {
  protected:
   /// The events of that many attempts.
   static Events attempts(int count) {

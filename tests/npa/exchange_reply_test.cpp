@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "testing/judged_exchange.h"
+#include "testing/checked_exchange.h"
 #include "testing/rows.h"
 
 using support::Bytes;
 using support::bytes;
+using support::CheckedExchange;
 using support::joined;
-using support::JudgedExchange;
 
 namespace {
 
@@ -30,7 +30,7 @@ struct JudgedRow : support::Row {
   std::size_t attempts;
 };
 
-class Judged : public JudgedExchange, public testing::WithParamInterface<JudgedRow> {};
+class Judged : public CheckedExchange, public testing::WithParamInterface<JudgedRow> {};
 
 }  // namespace
 
@@ -141,38 +141,38 @@ INSTANTIATE_TEST_SUITE_P(
 // --- Replies that change from attempt to attempt
 // ---------------------------------------------------
 
-TEST_F(JudgedExchange, GetTroubleCodeReturnsTheCodeOfTheFourthAttempt) {
+TEST_F(CheckedExchange, GetTroubleCodeReturnsTheCodeOfTheFourthAttempt) {
   answer({bytes("A5 00 03 50 E0 01"), bytes("A5 00 03 50 E0 02"), bytes("A5 00 03 50 E0 03"),
           bytes("A5 00 03 50 E0 04")});
   EXPECT_EQ(run(GetTroubleCode), 4);
 }
 
-TEST_F(JudgedExchange, GetTroubleCodeIsOverWhenTheTroubleIs) {
+TEST_F(CheckedExchange, GetTroubleCodeIsOverWhenTheTroubleIs) {
   answer({bytes("07"), bytes("07"), bytes("07"), bytes("00")});
   EXPECT_EQ(run(GetTroubleCode), 0);
   EXPECT_EQ(device.writes.size(), 4U);
 }
 
-TEST_F(JudgedExchange, GetIpRepeatsUntilTheAddressIsThere) {
+TEST_F(CheckedExchange, GetIpRepeatsUntilTheAddressIsThere) {
   answer({bytes("00 00 00 00"), bytes("00 00"), bytes("0A 00 00 01")});
   EXPECT_EQ(run(GetIp), 0);
   EXPECT_EQ(printed, "10.0.0.1\n");
   EXPECT_EQ(device.writes.size(), 3U);
 }
 
-TEST_F(JudgedExchange, GetIpForgetsTheReplyOfTheAttemptBefore) {
+TEST_F(CheckedExchange, GetIpForgetsTheReplyOfTheAttemptBefore) {
   answer({bytes("C0 A8 01"), bytes("00"), bytes("00"), bytes("00")});
   EXPECT_EQ(run(GetIp), 1);
   EXPECT_EQ(printed, "");
 }
 
-TEST_F(JudgedExchange, EachGetIpAttemptMayBeRefused) {
+TEST_F(CheckedExchange, EachGetIpAttemptMayBeRefused) {
   answer({bytes("00 00 00 00"), bytes("A5 00 01 D4")});
   EXPECT_EQ(run(GetIp), -1);
   EXPECT_EQ(device.writes.size(), 2U);
 }
 
-TEST_F(JudgedExchange, GetSsidPrintsAsMuchAsItsBufferHolds) {
+TEST_F(CheckedExchange, GetSsidPrintsAsMuchAsItsBufferHolds) {
   answer({joined({bytes("A5 00 06 00 04"), Bytes(600, 'x')})});
   EXPECT_EQ(run(GetSsid), 0);
   EXPECT_EQ(printed, std::string(512 - 5, 'x') + "\n");

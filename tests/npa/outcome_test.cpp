@@ -13,7 +13,7 @@ using support::Bytes;
 using support::bytes;
 using support::Output;
 using support::outputOf;
-using support::TransportGone;
+using support::TransportReleased;
 
 namespace {
 
@@ -36,7 +36,7 @@ TEST_P(ExchangeOutcome, HasTheKindAndTheBytesAndPrintsNothing) {
               sendConfig exchange("/dev/usb/lp0");
               outcome = exchange.run(*GetParam().exchange, request);
             }),
-            (Output{"", TransportGone}));
+            (Output{"", TransportReleased}));
   EXPECT_EQ(outcome.kind, GetParam().kind);
   EXPECT_EQ(outcome.reply, bytes(GetParam().reply));
 }

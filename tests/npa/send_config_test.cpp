@@ -10,18 +10,18 @@
 using support::bytes;
 using support::Output;
 using support::outputOf;
-using support::TransportGone;
+using support::TransportReleased;
 
 TEST(SendConfig, UsesTheTransportForItsLife) {
   EXPECT_EQ(outputOf([] { const sendConfig exchange("/dev/usb/lp0"); }),
-            (Output{"", TransportGone}));
+            (Output{"", TransportReleased}));
 }
 
 TEST(SendConfig, LeavesTheTransportToTheLastOfSeveral) {
   auto first = std::make_unique<sendConfig>("/dev/usb/lp0");
   auto second = std::make_unique<sendConfig>("2:5");
   EXPECT_EQ(outputOf([&] { first.reset(); }), Output());
-  EXPECT_EQ(outputOf([&] { second.reset(); }), (Output{"", TransportGone}));
+  EXPECT_EQ(outputOf([&] { second.reset(); }), (Output{"", TransportReleased}));
 }
 
 TEST(SendConfig, TouchesNoDeviceByItself) {

@@ -63,7 +63,7 @@ TEST_P(SendQueryOpenError, IsReportedAndEndsTheExchangeAtOnce) {
   EXPECT_EQ(query(10), Bytes());
   EXPECT_TRUE(untouched);
   EXPECT_EQ(output, (Output{"", "D [ZVK] Failed to open usb device '/dev/usb/lp0'!\n" +
-                                    support::TransportGone}));
+                                    support::TransportReleased}));
   EXPECT_EQ(system.events, std::vector<std::string>{"open"});
   EXPECT_EQ(system.now(), 0);
 }
@@ -88,7 +88,7 @@ TEST(SendQueryPath, IsShownAsGiven) {
     EXPECT_EQ(reply, nullptr);
     const std::string line =
         std::string("D [ZVK] Failed to open usb device '").append(path).append("'!\n");
-    EXPECT_EQ(output, (Output{"", line + support::TransportGone}));
+    EXPECT_EQ(output, (Output{"", line + support::TransportReleased}));
   }
 }
 

@@ -4,7 +4,7 @@
 
 #include "testing/bytes.h"
 #include "testing/fake_libusb.h"
-#include "testing/usblp_channel.h"
+#include "testing/open_transport.h"
 
 using support::Bytes;
 using support::bytes;
@@ -12,7 +12,7 @@ using support::joined;
 using support::pattern;
 using support::TransportUser;
 using virtual_system::Second;
-using TransportRead = support::UsblpChannel;
+using TransportRead = support::OpenTransport;
 
 TEST_F(TransportRead, DoesNotProbeWhenTheFirstReadGivesAll) {
   device.reply(bytes("01 02 03"));
@@ -108,7 +108,7 @@ TEST_F(TransportRead, TakesAReadErrorForNoBytes) {
 // ----------------------------------
 
 TEST_F(TransportRead, EndsAfterFiveSecondsOfReadinessWithoutBytes) {
-  device.readyForEver = true;
+  device.alwaysReadable = true;
   device.readResult = [] {
     return -ENODEV;
   };
@@ -118,7 +118,7 @@ TEST_F(TransportRead, EndsAfterFiveSecondsOfReadinessWithoutBytes) {
 }
 
 TEST_F(TransportRead, CountsEmptyTransfersAsNoBytes) {
-  device.readyForEver = true;
+  device.alwaysReadable = true;
   for (int transfer = 0; transfer < 10'000; ++transfer) {
     device.reply({});
   }
@@ -127,7 +127,7 @@ TEST_F(TransportRead, CountsEmptyTransfersAsNoBytes) {
 }
 
 TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceWithEachByte) {
-  device.readyForEver = true;
+  device.alwaysReadable = true;
   device.reply(bytes("01"), 4 * Second);
   device.reply(bytes("02"), 8 * Second);
   EXPECT_EQ(read(10), bytes("01 02"));
@@ -152,7 +152,7 @@ TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceWhenAProbeTimesOut) {
 }
 
 TEST_F(TransportRead, EndsThoughTheClockIsSetBackAllTheTime) {
-  device.readyForEver = true;
+  device.alwaysReadable = true;
   device.readResult = [&] {
     --system.clockShift;
     return -EIO;

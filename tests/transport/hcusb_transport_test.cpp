@@ -15,7 +15,7 @@ using virtual_system::System;
 
 namespace {
 
-const Output DestructionLine = {"", support::TransportGone};
+const Output DestructionLine = {"", support::TransportReleased};
 
 }  // namespace
 

@@ -6,7 +6,7 @@
 
 #include "testing/bytes.h"
 #include "testing/fake_libusb.h"
-#include "testing/usblp_channel.h"
+#include "testing/open_transport.h"
 
 using support::Bytes;
 using support::bytes;
@@ -16,7 +16,7 @@ using virtual_system::Second;
 
 namespace {
 
-class TransportWrite : public support::UsblpChannel {
+class TransportWrite : public support::OpenTransport {
  protected:
   long write(const Bytes& data) {
     Bytes copy = data;

@@ -13,7 +13,7 @@ class Luu : public testing::Test {
   static constexpr int Error = -19;
 
   Luu() {
-    library.idleResult = Error;
+    library.unusedResult = Error;
     library.setConfiguration = Error;
     library.claim = [](int) {
       return Error;

@@ -95,7 +95,7 @@ TEST_P(UsblpDescriptor, IsProbedOnlyWhenASetCanHoldIt) {
   System system;
   Device& device = system.device("/dev/usb/lp0");
   device.descriptor = GetParam().descriptor;
-  device.readyForEver = true;
+  device.alwaysReadable = true;
   USBLPConnector connector("/dev/usb/lp", 0);
   ASSERT_EQ(connector.open(), 0);
   EXPECT_EQ(connector.isReadReady(1000), GetParam().fits ? IO_READ_READY : IO_FAILED);

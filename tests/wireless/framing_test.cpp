@@ -11,7 +11,7 @@ using support::joined;
 using support::Output;
 using support::outputOf;
 using support::pattern;
-using support::TransportGone;
+using support::TransportReleased;
 using virtual_system::Second;
 
 namespace {
@@ -39,7 +39,7 @@ TEST_F(Framing, StartsInWrapMode) {
 }
 
 TEST_F(Framing, OwnsOneExchange) {
-  EXPECT_EQ(outputOf([&] { generator.reset(); }), (Output{"", TransportGone}));
+  EXPECT_EQ(outputOf([&] { generator.reset(); }), (Output{"", TransportReleased}));
   EXPECT_EQ(device.opens, 0);
 }
 

@@ -82,7 +82,7 @@ TEST(PasswordTerminal, DoesNotEchoWhatIsTypedAndEchoesAgainAfterwards) {
   const termios before = terminal.attributes();
   terminal.run(printPassword);
   EXPECT_TRUE(terminal.waitForOutput(Prompt));
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   const termios during = terminal.attributes();
   EXPECT_EQ(during.c_lflag, before.c_lflag & ~static_cast<tcflag_t>(ECHO));
   EXPECT_EQ(during.c_iflag, before.c_iflag);
@@ -98,7 +98,7 @@ TEST(PasswordTerminal, DiscardsWhatWasTypedBeforeTheEchoWasOff) {
   PseudoTerminal terminal;
   terminal.typeAhead("early\n");
   terminal.run(printPassword);
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.type("late\n");
   EXPECT_TRUE(ended(terminal.wait()));
   EXPECT_EQ(terminal.output(), Prompt + "\n\n[late]");
@@ -112,7 +112,7 @@ TEST(PasswordTerminal, DiscardsWhatWasTypedBehindThePassword) {
     ::ioctl(STDIN_FILENO, FIONREAD, &waiting);
     std::printf("%d waiting", waiting);
   });
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.type("first\nlost\n");
   EXPECT_TRUE(ended(terminal.wait()));
   EXPECT_EQ(terminal.output(), Prompt + "\n\n[first]0 waiting");
@@ -121,7 +121,7 @@ TEST(PasswordTerminal, DiscardsWhatWasTypedBehindThePassword) {
 TEST(PasswordTerminal, TakesTheEndOfInputForTheEndOfThePassword) {
   PseudoTerminal terminal;
   terminal.run(printPassword);
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.type("\x04");
   EXPECT_TRUE(ended(terminal.wait()));
   EXPECT_EQ(terminal.output(), Prompt + "\n\n[]");
@@ -143,13 +143,13 @@ TEST(PasswordTerminal, EchoesWhileTheProgramIsStoppedAndIsSilentWhenItGoesOn) {
   PseudoTerminal terminal;
   terminal.run(printPassword);
   for (int stop = 0; stop < 2; ++stop) {
-    ASSERT_TRUE(terminal.waitForSilence());
+    ASSERT_TRUE(terminal.waitForEchoOff());
     terminal.signal(SIGTSTP);
     ASSERT_TRUE(terminal.waitForStop());
     EXPECT_TRUE(terminal.echoes());
     terminal.signal(SIGCONT);
   }
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.type("secret\n");
   EXPECT_TRUE(ended(terminal.wait()));
   EXPECT_EQ(terminal.output(), Prompt + "\n\n[secret]");
@@ -173,7 +173,7 @@ class PasswordSignal : public testing::TestWithParam<SignalRow> {
 
 TEST_P(PasswordSignal, EndsTheProgramWithTheEchoOn) {
   terminal.run(printPassword);
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.signal(GetParam().signal);
   const int status = terminal.wait();
   EXPECT_TRUE(WIFSIGNALED(status));
@@ -186,7 +186,7 @@ TEST_P(PasswordSignal, StaysIgnoredWhenItWas) {
     std::signal(GetParam().signal, SIG_IGN);
     printPassword();
   });
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.signal(GetParam().signal);
   EXPECT_FALSE(terminal.echoes());
   terminal.type("secret\n");
@@ -201,7 +201,7 @@ TEST_P(PasswordSignal, HasItsEarlierActionAfterThePrompt) {
     printPassword();
     std::raise(GetParam().signal);
   });
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.type("secret\n");
   const int status = terminal.wait();
   EXPECT_TRUE(WIFEXITED(status));
