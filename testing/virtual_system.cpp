@@ -175,7 +175,7 @@ int selectForWriting(Device& device, Microseconds limit) {
 }  // namespace
 }  // namespace virtual_system
 
-// --- The wrapped calls ------------------------------------------------------------------------
+// --- The wrapped calls --------------------------------------------------------------------------
 
 using support::InterceptedCall;
 using virtual_system::Device;

@@ -138,8 +138,7 @@ INSTANTIATE_TEST_SUITE_P(
         JudgedRow{{"ZeroAddress"}, GetIp, "A5 00 09 50 E0 00 00 00 00", 1, "", 7}),
     support::rowName);
 
-// --- Replies that change from attempt to attempt
-// ---------------------------------------------------
+// --- Replies that change from attempt to attempt ------------------------------------------------
 
 TEST_F(CheckedExchange, GetTroubleCodeReturnsTheCodeOfTheFourthAttempt) {
   answer({bytes("A5 00 03 50 E0 01"), bytes("A5 00 03 50 E0 02"), bytes("A5 00 03 50 E0 03"),

@@ -92,8 +92,7 @@ TEST(SendQueryPath, IsShownAsGiven) {
   }
 }
 
-// --- Replies that end the exchange
-// ----------------------------------------------------------------
+// --- Replies that end the exchange --------------------------------------------------------------
 
 namespace {
 

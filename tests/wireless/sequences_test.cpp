@@ -124,8 +124,7 @@ INSTANTIATE_TEST_SUITE_P(
             {"NotAccepted"}, "A5 00 03 50 E0 00", 1, "SSID = x\nD [ZVK] Basic config ret = 1\n"}),
     support::rowName);
 
-// --- The largest packets
-// --------------------------------------------------------------------------
+// --- The largest packets ------------------------------------------------------------------------
 
 namespace {
 
