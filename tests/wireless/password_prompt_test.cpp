@@ -23,7 +23,7 @@ namespace {
 
 const std::string Prompt = "Please provide the password:";
 
-/// What the prompts print for the password that was typed.
+/// Prompts for a password and prints it.
 void printPassword() {
   const std::string password = promptForPassword();
   std::printf("[%s]", password.c_str());
@@ -35,7 +35,7 @@ bool ended(int status) {
 
 }  // namespace
 
-// --- Input that is no terminal ------------------------------------------------------------------
+// --- Input that is not a terminal ---------------------------------------------------------------
 
 namespace {
 
@@ -48,7 +48,7 @@ class PasswordInput : public testing::TestWithParam<InputRow> {};
 
 }  // namespace
 
-TEST_P(PasswordInput, IsReadUpToItsLineEnd) {
+TEST_P(PasswordInput, IsReadUpToTheLineEnd) {
   const StandardInput input(GetParam().input);
   std::string password = "untouched";
   EXPECT_EQ(outputOf([&] { password = promptForPassword(); }), (Output{Prompt + "\n\n", ""}));
@@ -62,11 +62,12 @@ INSTANTIATE_TEST_SUITE_P(Inputs, PasswordInput,
                                          InputRow{{"BlanksAreKept"}, " a b \t\n", " a b \t"},
                                          InputRow{{"CarriageReturnIsKept"}, "a\r\n", "a\r"},
                                          InputRow{{"TopBitSet"}, "\xFF\xC3\xA4\n", "\xFF\xC3\xA4"},
-                                         InputRow{{"EndOfInputInALine"}, "secret", "secret"},
-                                         InputRow{{"EndOfInputAtOnce"}, "", ""}),
+                                         InputRow{
+                                             {"EndOfInputWithoutALineEnd"}, "secret", "secret"},
+                                         InputRow{{"EmptyInput"}, "", ""}),
                          support::rowName);
 
-TEST(PasswordPrompt, AsksAgainForTheNextLine) {
+TEST(PasswordPrompt, ReadsTheNextLineInTheNextPrompt) {
   const StandardInput input("first\nsecond\n");
   const Output output = outputOf([] {
     printPassword();
@@ -77,7 +78,7 @@ TEST(PasswordPrompt, AsksAgainForTheNextLine) {
 
 // --- A terminal ---------------------------------------------------------------------------------
 
-TEST(PasswordTerminal, DoesNotEchoWhatIsTypedAndEchoesAgainAfterwards) {
+TEST(PasswordTerminal, DoesNotEchoThePasswordAndRestoresTheEcho) {
   PseudoTerminal terminal;
   const termios before = terminal.attributes();
   terminal.run(printPassword);
@@ -94,7 +95,7 @@ TEST(PasswordTerminal, DoesNotEchoWhatIsTypedAndEchoesAgainAfterwards) {
   EXPECT_EQ(terminal.attributes().c_lflag, before.c_lflag);
 }
 
-TEST(PasswordTerminal, DiscardsWhatWasTypedBeforeTheEchoWasOff) {
+TEST(PasswordTerminal, DiscardsInputTypedBeforeTheEchoIsOff) {
   PseudoTerminal terminal;
   terminal.typeAhead("early\n");
   terminal.run(printPassword);
@@ -104,7 +105,7 @@ TEST(PasswordTerminal, DiscardsWhatWasTypedBeforeTheEchoWasOff) {
   EXPECT_EQ(terminal.output(), Prompt + "\n\n[late]");
 }
 
-TEST(PasswordTerminal, DiscardsWhatWasTypedBehindThePassword) {
+TEST(PasswordTerminal, DiscardsInputTypedAfterThePassword) {
   PseudoTerminal terminal;
   terminal.run([] {
     printPassword();
@@ -118,7 +119,7 @@ TEST(PasswordTerminal, DiscardsWhatWasTypedBehindThePassword) {
   EXPECT_EQ(terminal.output(), Prompt + "\n\n[first]0 waiting");
 }
 
-TEST(PasswordTerminal, TakesTheEndOfInputForTheEndOfThePassword) {
+TEST(PasswordTerminal, TreatsTheEndOfInputAsTheEndOfThePassword) {
   PseudoTerminal terminal;
   terminal.run(printPassword);
   ASSERT_TRUE(terminal.waitForEchoOff());
@@ -128,7 +129,7 @@ TEST(PasswordTerminal, TakesTheEndOfInputForTheEndOfThePassword) {
   EXPECT_TRUE(terminal.echoes());
 }
 
-TEST(PasswordTerminal, StaysSilentWhenItWasSilent) {
+TEST(PasswordTerminal, LeavesTheEchoOffIfItWasOff) {
   PseudoTerminal terminal;
   terminal.switchEchoOff();
   terminal.run(printPassword);
@@ -139,7 +140,7 @@ TEST(PasswordTerminal, StaysSilentWhenItWasSilent) {
   EXPECT_FALSE(terminal.echoes());
 }
 
-TEST(PasswordTerminal, EchoesWhileTheProgramIsStoppedAndIsSilentWhenItGoesOn) {
+TEST(PasswordTerminal, RestoresTheEchoWhileTheProgramIsStopped) {
   PseudoTerminal terminal;
   terminal.run(printPassword);
   for (int stop = 0; stop < 2; ++stop) {
@@ -171,7 +172,7 @@ class PasswordSignal : public testing::TestWithParam<SignalRow> {
 
 }  // namespace
 
-TEST_P(PasswordSignal, EndsTheProgramWithTheEchoOn) {
+TEST_P(PasswordSignal, RestoresTheEchoAndEndsTheProgram) {
   terminal.run(printPassword);
   ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.signal(GetParam().signal);
@@ -181,7 +182,7 @@ TEST_P(PasswordSignal, EndsTheProgramWithTheEchoOn) {
   EXPECT_TRUE(terminal.echoes());
 }
 
-TEST_P(PasswordSignal, StaysIgnoredWhenItWas) {
+TEST_P(PasswordSignal, StaysIgnoredIfItWas) {
   terminal.run([] {
     std::signal(GetParam().signal, SIG_IGN);
     printPassword();
@@ -195,7 +196,7 @@ TEST_P(PasswordSignal, StaysIgnoredWhenItWas) {
   EXPECT_TRUE(terminal.echoes());
 }
 
-TEST_P(PasswordSignal, HasItsEarlierActionAfterThePrompt) {
+TEST_P(PasswordSignal, HasItsPreviousActionAfterThePrompt) {
   terminal.run([] {
     std::signal(GetParam().signal, [](int) { std::_Exit(42); });
     printPassword();
