@@ -54,7 +54,7 @@ TEST_F(Rcerdefs, PrintsSevenLines) {
                             TransportReleased}));
 }
 
-TEST_F(Rcerdefs, PrintsEmptyTextsForWhatIsMissing) {
+TEST_F(Rcerdefs, PrintsEmptyTextsForMissingValues) {
   answer({success()});
   EXPECT_EQ(run("-rcerdefs"), 0);
   EXPECT_EQ(output.out,
@@ -62,7 +62,7 @@ TEST_F(Rcerdefs, PrintsEmptyTextsForWhatIsMissing) {
             "cer-common=\n");
 }
 
-TEST_F(Rcerdefs, FailsWhenThePrinterDoes) {
+TEST_F(Rcerdefs, FailsIfTheCallFails) {
   answer({failure("3", "not now")});
   EXPECT_EQ(run("-rcerdefs"), 1);
   EXPECT_EQ(output, (Output{"",
@@ -102,7 +102,7 @@ class CsrOptions : public CertificateCommand {
   std::string path = folder.path("request");
 };
 
-TEST_F(CsrOptions, MakeARequestThatIsSaved) {
+TEST_F(CsrOptions, CreateAndSaveARequest) {
   answer({success(), success(), Request});
   EXPECT_EQ(run("-csr", options()), 0);
   EXPECT_EQ(output, (Output{"", given() + Created + "D [ZVK] Certificate Request saved to '" +
@@ -132,7 +132,7 @@ TEST_F(CsrOptions, AreNotRequired) {
                 TransportReleased);
 }
 
-TEST_F(CsrOptions, FailWhenNoRequestIsMade) {
+TEST_F(CsrOptions, FailIfTheRequestIsNotCreated) {
   folder.write("request", "before");
   answer({success(), failure("9", "no entropy")});
   EXPECT_EQ(run("-csr", options()), 1);
@@ -145,7 +145,7 @@ TEST_F(CsrOptions, FailWhenNoRequestIsMade) {
   EXPECT_EQ(support::fileContent(path), "before");
 }
 
-TEST_F(CsrOptions, FailWhenTheRequestIsNotGivenOut) {
+TEST_F(CsrOptions, FailIfTheRequestIsNotReturned) {
   folder.write("request", "before");
   answer({success(), success(), failure("9", "no key")});
   EXPECT_EQ(run("-csr", options()), 1);
@@ -157,7 +157,7 @@ TEST_F(CsrOptions, FailWhenTheRequestIsNotGivenOut) {
   EXPECT_EQ(support::fileContent(path), "before");
 }
 
-TEST_F(CsrOptions, FailWhenTheRequestCannotBeWritten) {
+TEST_F(CsrOptions, FailIfTheRequestCannotBeWritten) {
   path = "/dev/full";
   answer({success(), success(), Request});
   EXPECT_EQ(run("-csr", options()), 1);
@@ -201,13 +201,13 @@ TEST_F(Icer, PrefersTheCaCertificate) {
   EXPECT_NE(calls().at(0).find(">uploadNewCAFile<"), std::string::npos);
 }
 
-TEST_F(Icer, SaysNothingWithoutAFile) {
+TEST_F(Icer, LogsNothingWithoutAFile) {
   EXPECT_EQ(run("-icer"), 1);
   EXPECT_EQ(output, Output());
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(Icer, SaysThatTheFileIsNotThere) {
+TEST_F(Icer, ReportsAMissingFile) {
   const std::string path = folder.path("absent");
   for (const char* option : {"--802-CA-cer-file=", "--802-signed-cer-file="}) {
     EXPECT_EQ(run("-icer", {option + path}), 2);
@@ -216,14 +216,14 @@ TEST_F(Icer, SaysThatTheFileIsNotThere) {
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(Icer, FailsForAFileThatIsThereButCannotBeRead) {
+TEST_F(Icer, FailsIfTheFileExistsButCannotBeRead) {
   std::filesystem::create_symlink("nowhere", folder.path("dangling"));
   EXPECT_EQ(run("-icer", {"--802-CA-cer-file=" + folder.path("dangling")}), 1);
   EXPECT_EQ(output, (Output{"", NotInstalled + TransportReleased}));
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(Icer, FailsWhenThePrinterDoes) {
+TEST_F(Icer, FailsIfTheCallFails) {
   answer({failure("6", "does not fit")});
   const std::string path = folder.write("signed.pem", "x");
   EXPECT_EQ(run("-icer", {"--802-signed-cer-file=" + path}), 1);
@@ -234,7 +234,7 @@ TEST_F(Icer, FailsWhenThePrinterDoes) {
                             NotInstalled + TransportReleased);
 }
 
-// --- All else -----------------------------------------------------------------------------------
+// --- Other cases --------------------------------------------------------------------------------
 
 TEST_F(CertificateCommand, IsComparedExactly) {
   for (const char* command : {"-rcer", "-rcerdefs ", "-CSR", "icer", "", "-cer"}) {
@@ -244,7 +244,7 @@ TEST_F(CertificateCommand, IsComparedExactly) {
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(CertificateCommand, LetsTheManagersComplaintThrough) {
+TEST_F(CertificateCommand, DoesNotCatchTheManagersException) {
   configDetails configuration = support::settings({""});
   for (std::string command : {"-rcerdefs", "-csr"}) {
     EXPECT_THROW(CertProc().run(command, configuration), const char*);
@@ -254,7 +254,7 @@ TEST_F(CertificateCommand, LetsTheManagersComplaintThrough) {
   EXPECT_THROW(CertProc().run(command, configuration), const char*);
 }
 
-TEST_F(CertificateCommand, TakesEveryKindOfDirectoryEntryForAFile) {
+TEST_F(CertificateCommand, TreatsEveryKindOfDirectoryEntryAsAFile) {
   std::filesystem::create_symlink("nowhere", folder.path("dangling"));
   ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
   for (const std::string& path : {folder.path(""), folder.write("f", ""), folder.path("dangling"),
