@@ -19,12 +19,12 @@ Bytes copyOf(Data data) {
   return {data.begin(), data.end()};
 }
 
-/// Head and `count` bytes of 70.
+/// Returns the bytes of `head` (hex), followed by `count` bytes 70.
 Bytes withFill(const char* head, std::size_t count) {
   return support::joined({bytes(head), Bytes(count, 0x70)});
 }
 
-TEST(Cursor, TakesBytesFromTheFront) {
+TEST(Cursor, ReadsBytesFromTheFront) {
   const Bytes all = bytes("01 02 03 2A 1D 01 00 FF 77");
   Cursor cursor(all);
   EXPECT_EQ(cursor.byte(), 0x01);
@@ -37,7 +37,7 @@ TEST(Cursor, TakesBytesFromTheFront) {
   EXPECT_EQ(copyOf(*cursor.bytes(0)), Bytes());
 }
 
-TEST(Cursor, TakesNothingIfThereIsNotEnough) {
+TEST(Cursor, ReadsNothingIfTooFewBytesAreLeft) {
   const Bytes one = bytes("A5");
   Cursor cursor(one);
   EXPECT_FALSE(cursor.bytes(2));
@@ -51,7 +51,7 @@ TEST(Cursor, TakesNothingIfThereIsNotEnough) {
   EXPECT_FALSE(cursor.byte());
 }
 
-TEST(Cursor, TakesWholePackets) {
+TEST(Cursor, ReadsCompletePackets) {
   const Bytes both = bytes("A5 00 02 D4 E0 A5 00 00 A5 00 01");
   Cursor cursor(both);
   EXPECT_EQ(copyOf(*cursor.packet()), bytes("A5 00 02 D4 E0"));
@@ -60,7 +60,7 @@ TEST(Cursor, TakesWholePackets) {
   EXPECT_EQ(copyOf(cursor.rest()), bytes("A5 00 01"));
 }
 
-TEST(Cursor, TakesNoPacketThatStartsWithAnotherByteOrIsCut) {
+TEST(Cursor, ReadsNoPacketWithAnotherStartByteOrACutEnd) {
   for (const char* text : {"", "A5", "A5 00", "A5 00 01", "A4 00 00", "00 A5 00 00"}) {
     const Bytes all = bytes(text);
     Cursor cursor(all);
@@ -69,7 +69,7 @@ TEST(Cursor, TakesNoPacketThatStartsWithAnotherByteOrIsCut) {
   }
 }
 
-TEST(Cursor, TakesThePacketThatHasFourBytesMoreThanItsLengthSays) {
+TEST(Cursor, ReadsThePacketWithFourBytesMoreThanItsLengthField) {
   const Bytes generate = bytes("A5 00 06 50 E0 DA 01 2A 0C 00 00 01 01");
   EXPECT_EQ(copyOf(*Cursor(generate).packet()), generate);
   EXPECT_FALSE(Cursor(Data(generate).first(generate.size() - 1)).packet());
@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         PartsRow{{"Content"}, "A5 00 02 50 E0", PacketParts::Kind::Content, 0x50, "E0"},
         PartsRow{{"MoreFollows"}, "A5 00 02 70 E0", PacketParts::Kind::Content, 0x70, "E0"},
-        PartsRow{{"FlagAlone"}, "A5 00 01 50", PacketParts::Kind::Content, 0x50, ""},
+        PartsRow{{"OnlyFlag"}, "A5 00 01 50", PacketParts::Kind::Content, 0x50, ""},
         PartsRow{{"NoFlag"}, "A5 00 00", PacketParts::Kind::NoFlag, 0, ""},
         PartsRow{{"LessThanAHeader"}, "A5", PacketParts::Kind::NoFlag, 0, ""},
         PartsRow{{"Refusal"}, "A5 00 02 D4 E0", PacketParts::Kind::Refusal, 0xD4, "E0"},
@@ -143,7 +143,7 @@ INSTANTIATE_TEST_SUITE_P(
                     BodyRow{{"AnotherCall"}, "E0 C0 03 00 02", Body::Kind::Unknown, "C0 03 00 02"},
                     BodyRow{{"KindCut"}, "E0 D8", Body::Kind::Unknown, "D8"},
                     BodyRow{{"AnotherKind"}, "E0 D8 02", Body::Kind::Unknown, "D8 02"},
-                    BodyRow{{"CommandAlone"}, "E0", Body::Kind::Unknown, ""},
+                    BodyRow{{"OnlyCommand"}, "E0", Body::Kind::Unknown, ""},
                     BodyRow{{"AnotherCommand"}, "E1 D8 00 28", Body::Kind::Unknown, "E1 D8 00 28"},
                     BodyRow{{"Nothing"}, "", Body::Kind::Unknown, ""}),
     support::rowName);
@@ -156,7 +156,7 @@ TEST(Record, IsAQueryWithoutASize) {
   EXPECT_EQ(record.key, (SettingKey{0x28, 0x08}));
 }
 
-TEST(Record, IsAValueOfTheSizeThatItGives) {
+TEST(Record, IsAValueIfItsSizeIsRight) {
   const Bytes content = bytes("28 08 00 02 68 69");
   const catalogue::Record record = catalogue::readRecord(content);
   EXPECT_TRUE(record.isValue());
@@ -189,14 +189,14 @@ TEST(Record, IsNeitherIfItIsCutOrTooLong) {
   }
 }
 
-TEST(Record, TakesASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
+TEST(Record, AcceptsTheSize0For256BytesIfTheFieldHasOnlyTheLowByte) {
   EXPECT_TRUE(catalogue::readRecord(withFill("2A 03 00 00", 256)).isValue());
   EXPECT_FALSE(catalogue::readRecord(withFill("2A 03 00 00", 255)).isValue());
   EXPECT_FALSE(catalogue::readRecord(withFill("2A 03 00 00", 257)).isValue());
   EXPECT_FALSE(catalogue::readRecord(withFill("2A 02 00 00", 256)).isValue());
 }
 
-TEST(Settings, AreObjectsOneAfterAnother) {
+TEST(Settings, AreASeriesOfObjects) {
   const Bytes content = bytes("28 02 00 00 04 00 00 00 01 28 08 00 00 00 28 11 00 00 01 61");
   const catalogue::Settings settings = catalogue::readSettings(content);
   ASSERT_EQ(settings.objects.size(), 3U);
@@ -209,7 +209,7 @@ TEST(Settings, AreObjectsOneAfterAnother) {
   EXPECT_EQ(settings.objects[2].value.data(), &content.back());
 }
 
-TEST(Settings, LeaveTheOneThatDoesNotFitIn) {
+TEST(Settings, StopAtAnObjectThatIsCut) {
   for (const char* cut : {"28 11", "28 11 00 00", "28 11 00 00 02 61", "28 11 00 FF FF"}) {
     const Bytes content = support::joined({bytes("28 08 00 00 01 61"), bytes(cut)});
     const catalogue::Settings settings = catalogue::readSettings(content);
@@ -219,7 +219,7 @@ TEST(Settings, LeaveTheOneThatDoesNotFitIn) {
   }
 }
 
-TEST(Settings, TakeASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
+TEST(Settings, AcceptTheSize0For256BytesIfTheFieldHasOnlyTheLowByte) {
   const Bytes content = withFill("2A 03 00 00 00", 256);
   const catalogue::Settings settings = catalogue::readSettings(content);
   ASSERT_EQ(settings.objects.size(), 1U);
@@ -228,7 +228,7 @@ TEST(Settings, TakeASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
   EXPECT_EQ(catalogue::readSettings(withFill("2A 02 00 00 00", 256)).rest.size(), 256U);
 }
 
-TEST(Settings, AreAResultInASingleByte) {
+TEST(Settings, AreAResultIfThereIsOneByte) {
   const Bytes content = bytes("01");
   const catalogue::Settings settings = catalogue::readSettings(content);
   EXPECT_EQ(settings.result, 0x01);
@@ -238,7 +238,7 @@ TEST(Settings, AreAResultInASingleByte) {
   EXPECT_TRUE(catalogue::readSettings({}).rest.empty());
 }
 
-TEST(Wrapper, HoldsAsManyBytesAsItsSizeGives) {
+TEST(Wrapper, HasAsManyBytesAsItsSizeSays) {
   const Bytes content = bytes("00 02 61 62 63");
   const catalogue::Wrapper wrapper = catalogue::readWrapper(content);
   EXPECT_TRUE(wrapper.isWhole());
@@ -247,7 +247,7 @@ TEST(Wrapper, HoldsAsManyBytesAsItsSizeGives) {
   EXPECT_TRUE(catalogue::readWrapper(bytes("00 00")).isWhole());
 }
 
-TEST(Wrapper, IsNotWholeIfItHoldsFewer) {
+TEST(Wrapper, IsNotWholeIfItHasFewerBytes) {
   const Bytes content = bytes("01 00 61 62 63");
   const catalogue::Wrapper wrapper = catalogue::readWrapper(content);
   EXPECT_FALSE(wrapper.isWhole());

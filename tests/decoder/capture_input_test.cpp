@@ -21,7 +21,7 @@ std::string wordsOf(const UsbCapture& capture) {
   return ::wordsOf(capture.content());
 }
 
-TEST(CaptureInput, HasTransfersOfBothLinkTypes) {
+TEST(CaptureInput, MayHaveEitherLinkType) {
   for (const int linkType : {DLT_USB_LINUX, DLT_USB_LINUX_MMAPPED}) {
     UsbCapture capture(linkType);
     capture.out(Query);
@@ -42,7 +42,7 @@ TEST(CaptureInput, JoinsTransfersOfAnEndpoint) {
                                   "frames 4-10 (1:5): " + ReplyWords);
 }
 
-TEST(CaptureInput, KeepsDevicesBussesAndEndpointsApart) {
+TEST(CaptureInput, SeparatesDevicesBusesAndEndpoints) {
   UsbCapture capture;
   const auto half = [](std::size_t begin, std::size_t end) {
     return support::Bytes(Reply.begin() + static_cast<std::ptrdiff_t>(begin),
@@ -65,21 +65,21 @@ TEST(CaptureInput, KeepsDevicesBussesAndEndpointsApart) {
   EXPECT_EQ(decodedWith(options, capture.content()).words, "frames 4-8 (2:5): " + ReplyWords);
 }
 
-TEST(CaptureInput, CountsWhatWentThroughOfATransferToThePrinter) {
+TEST(CaptureInput, UsesTheTransferredPartOfATransferToThePrinter) {
   UsbCapture capture;
-  // Only four bytes of the first, then the rest.
+  // The first transfer moves only four bytes. The next one moves the rest.
   capture.add({.event = URB_SUBMIT, .transfer = 7, .length = 9, .data = Query});
   capture.add({.event = URB_COMPLETE, .transfer = 7, .length = 4});
   const support::Bytes rest(Query.begin() + 4, Query.end());
   capture.add({.event = URB_SUBMIT, .transfer = 7, .length = 5, .data = rest});
   capture.add({.event = URB_COMPLETE, .transfer = 7, .length = 5});
-  // Nothing of one that could not be submitted.
+  // A transfer that cannot be submitted moves nothing.
   capture.add({.event = URB_SUBMIT, .transfer = 8, .length = 9, .data = Query});
   capture.add({.event = URB_ERROR, .transfer = 8});
   EXPECT_EQ(wordsOf(capture), "frames 1-3 (1:5): " + QueryWords);
 }
 
-TEST(CaptureInput, TakesTransfersWholeWhoseCompletionIsMissing) {
+TEST(CaptureInput, UsesTransfersCompletelyIfTheirCompletionIsMissing) {
   UsbCapture capture;
   capture.add({.event = URB_SUBMIT, .transfer = 7, .length = 9, .data = Query});
   capture.add({.event = URB_SUBMIT, .transfer = 7, .length = 9, .data = Query});
@@ -88,9 +88,9 @@ TEST(CaptureInput, TakesTransfersWholeWhoseCompletionIsMissing) {
                                   "frame 3 (1:5): " + QueryWords);
 }
 
-TEST(CaptureInput, TellsOfBytesThatWereNotCaptured) {
+TEST(CaptureInput, ReportsBytesThatAreNotCaptured) {
   UsbCapture capture;
-  // A submission that is missing, data that is cut, data that is missing.
+  // The first transfer has no submission, the second has cut data, the third has no data.
   capture.add({.event = URB_COMPLETE, .transfer = 7, .length = 9});
   capture.add({.event = URB_COMPLETE, .endpoint = 0x82, .length = 100, .data = Query});
   capture.add({.event = URB_COMPLETE, .endpoint = 0x82, .length = 2});
@@ -104,17 +104,17 @@ TEST(CaptureInput, TellsOfBytesThatWereNotCaptured) {
   EXPECT_EQ(result.status, 1);
 }
 
-TEST(CaptureInput, PassesOverWhatIsNoBulkTransfer) {
+TEST(CaptureInput, SkipsOtherTransfersThanBulk) {
   UsbCapture capture;
   capture.add({.event = URB_SUBMIT, .length = 9, .data = Query, .type = URB_CONTROL});
   capture.add({.event = 'X', .length = 9, .data = Query});
   capture.add({.event = URB_SUBMIT, .endpoint = 0x82, .length = 9, .data = Query});
   EXPECT_EQ(wordsOf(capture), "");
-  capture.add({.event = URB_SUBMIT, .length = 9, .data = Query, .deniesData = true});
+  capture.add({.event = URB_SUBMIT, .length = 9, .data = Query, .flaggedEmpty = true});
   EXPECT_EQ(wordsOf(capture), "frame 4 (1:5): 9 bytes missing from the capture\n");
 }
 
-TEST(CaptureInput, ReadsACaptureThatIsCutAsFarAsItGoes) {
+TEST(CaptureInput, IsReadUpToACut) {
   UsbCapture capture;
   capture.out(Query);
   const std::string whole = capture.content();
@@ -126,11 +126,11 @@ TEST(CaptureInput, ReadsACaptureThatIsCutAsFarAsItGoes) {
   EXPECT_EQ(result.status, 1);
 }
 
-TEST(CaptureInput, TakesARecordTooShortForItsHeaderForNone) {
+TEST(CaptureInput, SkipsARecordThatIsTooShortForItsHeader) {
   UsbCapture capture;
   capture.out(Query);
   std::string content = capture.content();
-  // The sizes of the second record, in the host's order: 47 bytes of it were captured.
+  // Change both sizes of the second record, in the host's byte order, to 47 captured bytes.
   const std::size_t secondHeader = content.size() - 64 - 8;
   for (const std::size_t offset : {secondHeader, secondHeader + 4}) {
     content[offset] = 47;
@@ -150,7 +150,7 @@ std::string complaintAbout(std::string_view input) {
   return "none";
 }
 
-TEST(CaptureInput, IsRefusedWhenItIsNone) {
+TEST(CaptureInput, IsRejectedIfItIsNotAUsbCapture) {
   EXPECT_EQ(complaintAbout(""), "the file is empty");
   EXPECT_EQ(complaintAbout("A5 00 06 50 E0 D8 00 28 08"), "unknown file format");
   EXPECT_TRUE(complaintAbout("\xD4\xC3\xB2\xA1").starts_with("truncated dump file"));
@@ -158,7 +158,7 @@ TEST(CaptureInput, IsRefusedWhenItIsNone) {
             "expected link type USB_LINUX or USB_LINUX_MMAPPED, got EN10MB");
 }
 
-TEST(CaptureInput, IsReadAsTextWhenThatIsAskedFor) {
+TEST(CaptureInput, IsReadAsTextIfTheOptionsSaySo) {
   decoder::Options options;
   options.form = decoder::Options::Form::Text;
   UsbCapture capture;
@@ -166,7 +166,7 @@ TEST(CaptureInput, IsReadAsTextWhenThatIsAskedFor) {
   EXPECT_EQ(decodedWith(options, capture.content()).words, "");
 }
 
-TEST(CaptureInput, IsKnownByItsFirstBytes) {
+TEST(CaptureInput, IsRecognizedByItsFirstBytes) {
   EXPECT_TRUE(decoder::isCapture(UsbCapture().content()));
   for (const std::string_view magic :
        {"\xA1\xB2\xC3\xD4", "\xA1\xB2\x3C\x4D", "\x0A\x0D\x0D\x0A"}) {

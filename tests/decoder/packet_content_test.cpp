@@ -10,13 +10,13 @@ namespace {
 
 struct PacketRow : support::Row {
   const char* packet;
-  const char* words;  ///< behind "line 1: "
+  const char* words;  ///< the report after "line 1: "
   int status = 0;
 };
 
 class PacketWords : public testing::TestWithParam<PacketRow> {};
 
-TEST_P(PacketWords, SayWhatThePacketIs) {
+TEST_P(PacketWords, DescribeThePacket) {
   const Decoded result = decoded(GetParam().packet);
   EXPECT_EQ(result.words, "line 1: " + std::string(GetParam().words));
   EXPECT_EQ(result.status, GetParam().status);
@@ -124,7 +124,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         PacketRow{
             {"NoFlag"}, "A5 00 00", "packet, bare, 3 bytes: malformed packet, no flag byte\n", 1},
-        PacketRow{{"FlagAlone"}, "A5 00 01 50", "packet, bare, 4 bytes: unknown packet\n", 1},
+        PacketRow{{"OnlyFlag"}, "A5 00 01 50", "packet, bare, 4 bytes: unknown packet\n", 1},
         PacketRow{{"UnknownCommand"},
                   "A5 00 06 50 E1 D8 00 28 08",
                   "packet, bare, 9 bytes: unknown packet\n    data = (5 bytes)\n",
@@ -134,7 +134,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "packet, bare, 8 bytes: malformed packet, cut query\n"
                   "    data = (1 byte)\n",
                   1},
-        PacketRow{{"QueryWithAByteBehind"},
+        PacketRow{{"QueryFollowedByAByte"},
                   "A5 00 07 50 E0 D8 00 28 08 00",
                   "packet, bare, 10 bytes: malformed packet, 1 byte after the query\n"
                   "    data = (1 byte)\n",
@@ -166,7 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "wrapper, got 9\n    data = (9 bytes)\n",
                   1},
         PacketRow{
-            {"BytesBehindTheWrapped"},
+            {"BytesAfterTheWrappedPacket"},
             "A5 00 10 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 0A 02 77",
             "request, wrapped, 19 bytes: query\n    network address 0A 02: IP address\n"
             "    and: malformed packet, 1 byte after the wrapped packets\n    data = (1 byte)\n",
@@ -200,14 +200,14 @@ std::string withSizeOfZero(const char* head, std::size_t count) {
   return text;
 }
 
-TEST(PacketWords, TakeASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
+TEST(PacketWords, AcceptTheSize0For256BytesIfTheFieldHasOnlyTheLowByte) {
   EXPECT_EQ(wordsOf(withSizeOfZero("A5 01 09 50 E0 DA 01 2A 03 00 00 00", 256)),
             "line 1: request, bare, 268 bytes: store settings\n"
             "    802.1x 2A 03: 802.1x password = (256 bytes)\n");
   EXPECT_EQ(decoded(withSizeOfZero("A5 01 08 50 E0 DA 01 2A 03 00 00 00", 255)).status, 1);
 }
 
-TEST(PacketWords, ShowSecretsAndDataWhenAsked) {
+TEST(PacketWords, ShowSecretsAndDataIfTheOptionsSaySo) {
   decoder::Options options;
   options.showSecrets = true;
   EXPECT_EQ(

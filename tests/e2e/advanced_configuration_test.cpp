@@ -21,7 +21,7 @@ using support::Bytes;
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
-using support::TransportGone;
+using support::TransportReleased;
 using Words = std::vector<std::string>;
 
 struct SecurityRow : support::Row {
@@ -60,7 +60,7 @@ class AdvancedConfiguration : public testing::TestWithParam<SecurityRow> {
 TEST_P(AdvancedConfiguration, IsStoredByThePrinter) {
   const PrinterRun run = runWithPrinter({"--show"}, commandLine());
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, said(wrapped(), 0) + TransportGone);
+  EXPECT_EQ(run.err, said(wrapped(), 0) + TransportReleased);
   EXPECT_EQ(run.received, Words{hexText(wrapped())});
   expectStored(run.out);
 }
@@ -68,7 +68,7 @@ TEST_P(AdvancedConfiguration, IsStoredByThePrinter) {
 TEST_P(AdvancedConfiguration, IsRepeatedBareWhenWrappedPacketsAreRefused) {
   const PrinterRun run = runWithPrinter({"--refuse-wrapped", "--show"}, commandLine());
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, said(wrapped(), -1) + said(bare(), 0) + TransportGone);
+  EXPECT_EQ(run.err, said(wrapped(), -1) + said(bare(), 0) + TransportReleased);
   EXPECT_EQ(run.received, (Words{hexText(wrapped()), GetParam().packet}));
   expectStored(run.out);
 }
@@ -79,7 +79,7 @@ TEST_P(AdvancedConfiguration, TakesItsOptionsFromAFile) {
   std::ofstream(file) << lines(GetParam().options);
   const PrinterRun run = runWithPrinter({}, {"-ca", "-file", file, "{}"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, said(wrapped(), 0) + TransportGone);
+  EXPECT_EQ(run.err, said(wrapped(), 0) + TransportReleased);
   EXPECT_EQ(run.received, Words{hexText(wrapped())});
 }
 
@@ -152,7 +152,7 @@ TEST(AdvancedConfigurationResult, Is0AndNothingArrivesForAnotherSecurity) {
   const PrinterRun run = runWithPrinter({}, {"-ca", "--security=WPA", "--ssid=x", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, lines({"D [ZVK] Advanced config...", "D [ZVK] Master security = 'WPA'"}) +
-                         TransportGone);
+                         TransportReleased);
   EXPECT_TRUE(run.received.empty());
 }
 
@@ -194,8 +194,9 @@ TEST(Authentication, IsConfiguredInTwoPacketsAndItsStatusTold) {
   EXPECT_NE(run.err.find("D [ZVK] 802.1x password = p (1 bytes)\n"), std::string::npos) << run.err;
   EXPECT_NE(run.err.find("D [ZVK] Validate certificate? 0\n"), std::string::npos) << run.err;
   EXPECT_NE(run.err.find("D [ZVK] Setting 802.1x ret = 0\n"), std::string::npos) << run.err;
-  EXPECT_TRUE(run.err.ends_with(
-      lines({"D [ZVK] Status: 2 (Authenticated)", "D [ZVK] Adv 8021x ret = 0"}) + TransportGone))
+  EXPECT_TRUE(
+      run.err.ends_with(lines({"D [ZVK] Status: 2 (Authenticated)", "D [ZVK] Adv 8021x ret = 0"}) +
+                        TransportReleased))
       << run.err;
   for (const char* stored :
        {"security = 3 (802.1x)\n", "SSID = \"x\"\n", "802.1x user = \"u\"\n",
@@ -211,7 +212,8 @@ TEST(Authentication, EndsWith0WhenWrappedPacketsAreRefused) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(withoutCalls(run.received), (Words{wrapped(OptionPacket), Query}));
   EXPECT_NE(run.err.find("D [ZVK] Setting 802.1x ret = -1\n"), std::string::npos) << run.err;
-  EXPECT_TRUE(run.err.ends_with(lines({"D [ZVK] Adv 8021x ret = 0"}) + TransportGone)) << run.err;
+  EXPECT_TRUE(run.err.ends_with(lines({"D [ZVK] Adv 8021x ret = 0"}) + TransportReleased))
+      << run.err;
   EXPECT_EQ(run.out.find("SSID"), std::string::npos) << run.out;
 }
 

@@ -15,7 +15,7 @@ namespace {
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
-using support::TransportGone;
+using support::TransportReleased;
 
 const std::string BareHome = packets::hexText(packets::StoreHome);
 const std::string WrappedHome = packets::hexText(packets::wrapped(packets::StoreHome));
@@ -32,7 +32,7 @@ std::string diagnostics(std::initializer_list<int> results) {
   for (const int result : results) {
     text += lines(basicConfig("home", result));
   }
-  return text + TransportGone;
+  return text + TransportReleased;
 }
 
 PrinterRun configureHome(std::vector<std::string> options) {

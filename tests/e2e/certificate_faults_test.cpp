@@ -20,7 +20,7 @@ using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
 using support::statusChildren;
-using support::TransportGone;
+using support::TransportReleased;
 using Words = std::vector<std::string>;
 
 class CertificateFaults : public testing::Test {
@@ -53,7 +53,7 @@ TEST_P(BadReply, LeavesTheRequestFileAlone) {
   Words expected = {"D [ZVK] Certificate Request successfully created! Now saving..."};
   expected.insert(expected.end(), GetParam().lines.begin(), GetParam().lines.end());
   expected.push_back("D [ZVK] Error saving Certificate Request to '" + request + "'!");
-  EXPECT_TRUE(run.err.ends_with(lines(expected) + TransportGone)) << run.err;
+  EXPECT_TRUE(run.err.ends_with(lines(expected) + TransportReleased)) << run.err;
   EXPECT_EQ(support::fileContent(request), "before");
 }
 
@@ -104,7 +104,7 @@ TEST_F(CertificateFaults, AttributesMayBeOutOfOrderAndRepeated) {
   const PrinterRun run = runWithPrinter({"--object-reply=" + file}, {"-rcerdefs", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "cer-org=last");
-  EXPECT_EQ(run.err, support::TransportGone);
+  EXPECT_EQ(run.err, support::TransportReleased);
 }
 
 TEST_F(CertificateFaults, ASilentOrRefusingPrinterFailsWithoutAWordOfItsOwn) {
@@ -112,7 +112,7 @@ TEST_F(CertificateFaults, ASilentOrRefusingPrinterFailsWithoutAWordOfItsOwn) {
     const PrinterRun run = runWithPrinter({option}, {"-rcerdefs", "{}"});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, lines({"D [ZVK] Failed to read certificate defaults!"}) + TransportGone);
+    EXPECT_EQ(run.err, lines({"D [ZVK] Failed to read certificate defaults!"}) + TransportReleased);
     // No second try, as other commands have it.
     EXPECT_EQ(run.received.size(), 2U);
   }
@@ -129,7 +129,7 @@ TEST_F(CertificateFaults, ADeviceThatIsNotThereFails) {
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.err, lines({"D [ZVK] Failed to open usb device '/dev/usb/lp5'!",
                             "D [ZVK] Failed to read certificate defaults!"}) +
-                         TransportGone);
+                         TransportReleased);
 }
 
 // --- The request file ---------------------------------------------------------------------------
@@ -142,7 +142,7 @@ TEST_F(CertificateFaults, AFullDiskIsTold) {
       run.err.ends_with(lines({"D [ZVK] Certificate Request successfully created! Now saving...",
                                "D [ZVK] saveToFile error (1): 28, bytes=0", "",
                                "D [ZVK] Error saving Certificate Request to '/dev/full'!"}) +
-                        TransportGone))
+                        TransportReleased))
       << run.err;
   // The request stays with the printer.
   EXPECT_NE(run.out.find("certificate request = \"Quorvanthelisdorm\""), std::string::npos)
@@ -156,7 +156,7 @@ TEST_F(CertificateFaults, APlaceThatCannotBeWrittenIsTold) {
     EXPECT_TRUE(
         run.err.ends_with(lines({"D [ZVK] Certificate Request successfully created! Now saving...",
                                  "D [ZVK] Error saving Certificate Request to '" + path + "'!"}) +
-                          TransportGone))
+                          TransportReleased))
         << run.err;
   }
 }
@@ -168,8 +168,8 @@ TEST_F(CertificateFaults, ATextThatFitsNoRequestSendsNothing) {
                                   std::string(600, '&'), std::string(65536, 'x')}) {
     const PrinterRun run = runWithPrinter({}, {"-csr", "--cer-org=" + text, "{}"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_TRUE(
-        run.err.ends_with(lines({"D [ZVK] Error creating Certificate Request!"}) + TransportGone));
+    EXPECT_TRUE(run.err.ends_with(lines({"D [ZVK] Error creating Certificate Request!"}) +
+                                  TransportReleased));
     EXPECT_TRUE(run.received.empty());
   }
 }
@@ -199,7 +199,7 @@ TEST_P(BadFile, FailsWithNothingSent) {
     EXPECT_EQ(run.err, lines({"D [ZVK] Loading file " + file + ", " +
                                   std::to_string(GetParam().content.size()) + " bytes",
                               "D [ZVK] Error installing CA/Signed Certificate!"}) +
-                           TransportGone);
+                           TransportReleased);
     EXPECT_TRUE(run.received.empty());
   }
 }
@@ -224,7 +224,8 @@ TEST_F(CertificateFaults, AFileThatIsThereButCannotBeReadFails) {
   const PrinterRun run =
       runWithPrinter({}, {"-icer", "--802-signed-cer-file=" + folder.path("dangling"), "{}"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.err, lines({"D [ZVK] Error installing CA/Signed Certificate!"}) + TransportGone);
+  EXPECT_EQ(run.err,
+            lines({"D [ZVK] Error installing CA/Signed Certificate!"}) + TransportReleased);
   EXPECT_TRUE(run.received.empty());
 }
 

@@ -16,7 +16,7 @@ using packets::hexText;
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
-using support::TransportGone;
+using support::TransportReleased;
 using Words = std::vector<std::string>;
 
 const Words Queries = {hexText(packets::wrapped(packets::QueryOrganization)),
@@ -30,7 +30,7 @@ const std::string Answers =
            "D [ZVK] Organization (0 bytes): ", "D [ZVK] Cert common name...",
            "D [ZVK] Common name resp (16 bytes)",
            "E0 63 02 00 0B A5 00 08 50 E0 D8 00 2A 0A 00 00 |.c......P...*..."}) +
-    TransportGone;
+    TransportReleased;
 
 TEST(CertificateSettings, AreReadAndTold) {
   const PrinterRun run = runWithPrinter({}, {"-cer", "{}"});
@@ -57,7 +57,7 @@ TEST(CertificateSettings, EndWith0WhenTheyAreRefused) {
   EXPECT_EQ(run.err, lines({"D [ZVK] Certifcate settings...", "D [ZVK] Cert Organization...",
                             "D [ZVK] Cert org (0 bytes)", "D [ZVK] Cert common name...",
                             "D [ZVK] Common name resp (0 bytes)"}) +
-                         TransportGone);
+                         TransportReleased);
   EXPECT_EQ(run.received, Queries);
 }
 

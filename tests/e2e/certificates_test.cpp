@@ -18,7 +18,7 @@ namespace {
 using support::lines;
 using support::PrinterRun;
 using support::runProcess;
-using support::TransportGone;
+using support::TransportReleased;
 using Words = std::vector<std::string>;
 
 class Certificates : public testing::Test {
@@ -96,7 +96,7 @@ TEST_F(Certificates, GoFromTheRequestToTheInstalledCertificate) {
   EXPECT_EQ(defaults.out, lines({"cer-org=Example & Sons", "cer-unit=Printing", "cer-state=State",
                                  "cer-country=US", "cer-city=City", "cer-altname=printer.example",
                                  "cer-common=printer"}));
-  EXPECT_EQ(defaults.err, TransportGone);
+  EXPECT_EQ(defaults.err, TransportReleased);
   EXPECT_EQ(defaults.calls, Words{"readCertDefaults"});
 
   // It makes a key pair and a request.
@@ -116,7 +116,7 @@ TEST_F(Certificates, GoFromTheRequestToTheInstalledCertificate) {
              "D [ZVK] Delete signed cert error 14", "D [ZVK] nothing has that name",
              "D [ZVK] Certificate Request successfully created! Now saving...",
              "D [ZVK] Certificate Request saved to '" + request + "'!"}) +
-          TransportGone);
+          TransportReleased);
   EXPECT_EQ(made.calls, (Words{R"(deleteIndividualCert cert_friendly_name="Quorvanthelisdorm")",
                                R"(generateNewCert cert_friendly_name="Quorvanthelisdorm" )"
                                R"(x509_O="Example & <Sons>" x509_AN="printer.example" x509_C="DE" )"
@@ -143,7 +143,7 @@ TEST_F(Certificates, GoFromTheRequestToTheInstalledCertificate) {
   const std::string installed = "D [ZVK] CA/Signed Certificate successfully installed!";
   const PrinterRun caRun = run({"-icer", "--802-CA-cer-file=" + ca, "{}"});
   EXPECT_EQ(caRun.status, 0);
-  EXPECT_EQ(caRun.err, lines({loadingCa, toMatch, installed}) + TransportGone);
+  EXPECT_EQ(caRun.err, lines({loadingCa, toMatch, installed}) + TransportReleased);
   ASSERT_EQ(caRun.calls.size(), 2U);
   EXPECT_EQ(caRun.calls[0], "queryCAList");
   EXPECT_TRUE(caRun.calls[1].starts_with(R"(uploadNewCAFile ca_file_name="ca.pem" )"));
@@ -156,15 +156,15 @@ TEST_F(Certificates, GoFromTheRequestToTheInstalledCertificate) {
             lines({"D [ZVK] Loading file " + signedFile + ", " +
                        std::to_string(std::filesystem::file_size(signedFile)) + " bytes",
                    installed}) +
-                TransportGone);
+                TransportReleased);
   EXPECT_EQ(signedRun.out, "");
 
   // The same authority once more: the old certificate goes first.
   const PrinterRun again = run({"-icer", "--802-CA-cer-file=" + ca, "{}"});
   EXPECT_EQ(again.status, 0);
-  EXPECT_EQ(
-      again.err,
-      lines({loadingCa, toMatch, "D [ZVK] CA cert exist! Removing...", installed}) + TransportGone);
+  EXPECT_EQ(again.err,
+            lines({loadingCa, toMatch, "D [ZVK] CA cert exist! Removing...", installed}) +
+                TransportReleased);
   ASSERT_EQ(again.calls.size(), 3U);
   EXPECT_EQ(again.calls[1], "deleteIndividualCA ca_common_name=\"" + authorityName() + "\"");
 
@@ -210,7 +210,7 @@ TEST_F(Certificates, AreRefusedWhenTheyAreForAnotherKey) {
   EXPECT_EQ(wrong.status, 1);
   EXPECT_NE(wrong.err.find("D [ZVK] Install Signed Cert error "), std::string::npos) << wrong.err;
   EXPECT_TRUE(wrong.err.ends_with(lines({"D [ZVK] Error installing CA/Signed Certificate!"}) +
-                                  TransportGone))
+                                  TransportReleased))
       << wrong.err;
 }
 

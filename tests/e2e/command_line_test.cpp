@@ -32,7 +32,7 @@ TEST(Help, IsPrintedByTheSwitchWhichMakesAGenerator) {
   const auto result = runProcess({ZVKCONFIG, "-h"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out, support::HelpText);
-  EXPECT_EQ(result.err, support::TransportGone);
+  EXPECT_EQ(result.err, support::TransportReleased);
 }
 
 TEST(MissingArguments, EndTheRunAbnormally) {

@@ -43,7 +43,7 @@ TEST_P(FailingCall, EndsTheRunInOrder) {
   const PrinterRun run = runWithPrinter({"--ssid=home"}, arguments);
   EXPECT_EQ(run.status, row.status);
   EXPECT_EQ(run.received.size(), row.received);
-  EXPECT_TRUE(run.err.ends_with(support::TransportGone)) << run.err;
+  EXPECT_TRUE(run.err.ends_with(support::TransportReleased)) << run.err;
 }
 
 const Words Configure = {"-c", "--ssid=home", "--security=None"};

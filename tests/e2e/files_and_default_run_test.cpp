@@ -20,7 +20,7 @@ using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
 using support::TemporaryFolder;
-using support::TransportGone;
+using support::TransportReleased;
 using Words = std::vector<std::string>;
 
 class WithFile : public testing::Test {
@@ -75,7 +75,7 @@ TEST_F(ArgumentFile, GivesTheOptionsOfAConfiguration) {
             lines({"D [ZVK] Basic config...", "D [ZVK] Mode = 'Managed\r'",
                    "D [ZVK] Security = 'WPA'", "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))",
                    "D [ZVK] SSID = My Net", "D [ZVK] Basic config ret = 0"}) +
-                TransportGone);
+                TransportReleased);
   EXPECT_EQ(run.received,
             Words{"A5 00 43 50 E0 63 02 00 3D A5 00 3A 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 "
                   "22 00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 06 28 08 00 00 07 4D 79 20 4E "
@@ -112,7 +112,7 @@ TEST_F(NpaFile, GoesOutAsItStands) {
   EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 9 bytes", "A5 00 06 50 E0 D8 00 0A 02 |...P.....",
                             "D [ZVK] sendNPA response (11 bytes)",
                             "E0 D8 00 0A 02 00 04 C0 A8 01 14 |..........."}) +
-                         TransportGone);
+                         TransportReleased);
   EXPECT_EQ(run.received, Words{hexText(packets::QueryIp)});
 }
 
@@ -136,7 +136,7 @@ TEST_F(NpaFile, SendsNothingWhenThereIsNone) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "");
   EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 0 bytes", "D [ZVK] sendNPA response (0 bytes)"}) +
-                         TransportGone);
+                         TransportReleased);
   EXPECT_TRUE(run.received.empty());
 }
 
@@ -147,7 +147,7 @@ TEST_F(NpaFile, IsTheDeviceWhenNoneStandsBehindIt) {
   EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 1 bytes", "A5 |.",
                             "D [ZVK] Failed to open usb device '" + file + "'!",
                             "D [ZVK] sendNPA response (0 bytes)"}) +
-                         TransportGone);
+                         TransportReleased);
 }
 
 TEST(RawSending, NeedsASecondArgument) {

@@ -17,7 +17,7 @@ using support::Bytes;
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
-using support::TransportGone;
+using support::TransportReleased;
 using Words = std::vector<std::string>;
 
 struct QueryRow : support::Row {
@@ -37,7 +37,7 @@ TEST_P(StatusQuery, IsAskedAnsweredAndReported) {
   const PrinterRun run = runWithPrinter(row.options, {row.command, "{}"});
   EXPECT_EQ(run.status, row.status);
   EXPECT_EQ(run.out, row.out);
-  EXPECT_EQ(run.err, TransportGone);
+  EXPECT_EQ(run.err, TransportReleased);
   Words expected;
   for (const char form : std::string(row.arrivals)) {
     expected.push_back(hexText(form == 'w' ? wrapped(row.query) : row.query));
@@ -83,7 +83,7 @@ const std::string WrappedReset = hexText(wrapped(packets::Reset));
 TEST(Reset, IsConfirmed) {
   const PrinterRun run = runWithPrinter({}, {"-r", "{}"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, TransportGone);
+  EXPECT_EQ(run.err, TransportReleased);
   EXPECT_EQ(run.received, Words{WrappedReset});
 }
 
@@ -105,7 +105,7 @@ TEST(AuthenticationStatus, IsToldInWordsAndAsTheExitStatus) {
                             "E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 |.c......P...*...",
                             "02                                              |.",
                             "D [ZVK] Status: 2 (Authenticated)"}) +
-                         TransportGone);
+                         TransportReleased);
   EXPECT_EQ(run.received, Words{WrappedQuery});
 }
 
@@ -147,7 +147,7 @@ TEST(AuthenticationStatus, FailsWhenTheDeviceCannotBeOpened) {
                             "D [ZVK] 802.1x Authentication status...",
                             "D [ZVK] Failed to open usb device '/dev/usb/lp5'!",
                             "D [ZVK] Auth status response (0 bytes)"}) +
-                         TransportGone);
+                         TransportReleased);
 }
 
 }  // namespace
