@@ -25,7 +25,7 @@ struct BodyHead {
 };
 
 constexpr std::array BodyHeads = {
-    BodyHead{npa::DataQuery, Body::Kind::Record},
+    BodyHead{npa::DataQuery, Body::Kind::QueryOrValue},
     BodyHead{npa::DataSettings, Body::Kind::SettingsGroup},
     BodyHead{npa::DataSingleSettings, Body::Kind::SingleSettings},
     BodyHead{npa::DataWrapped, Body::Kind::Wrapper},
@@ -132,19 +132,19 @@ Body readBody(Data body) {
   return {Body::Kind::Unknown, cursor.rest()};
 }
 
-bool Record::isValue() const {
+bool QueryOrValue::isValue() const {
   return key && sizeField && sizeOfValue(*key, *sizeField, rest.size()) == rest.size();
 }
 
-Record readRecord(Data content) {
+QueryOrValue readQueryOrValue(Data content) {
   Cursor cursor(content);
-  Record record;
-  record.key = cursor.key();
-  if (record.key) {
-    record.sizeField = cursor.number();
+  QueryOrValue parsed;
+  parsed.key = cursor.key();
+  if (parsed.key) {
+    parsed.sizeField = cursor.number();
   }
-  record.rest = cursor.rest();
-  return record;
+  parsed.rest = cursor.rest();
+  return parsed;
 }
 
 Settings readSettings(Data content) {

@@ -16,8 +16,8 @@
 ///
 ///     const PacketParts parts = readPacketParts(packet);  // flag byte and body
 ///     const Body body = readBody(parts.body);             // kind and content
-///     if (body.kind == Body::Kind::Record) {
-///       const Record record = readRecord(body.content);
+///     if (body.kind == Body::Kind::QueryOrValue) {
+///       const QueryOrValue parsed = readQueryOrValue(body.content);
 ///     }
 namespace catalogue {
 
@@ -75,7 +75,7 @@ PacketParts readPacketParts(Data packet);
 struct Body {
   enum class Kind {
     Unknown,
-    Record,          ///< a query, or the reply to it
+    QueryOrValue,    ///< a query, or the reply to it
     SettingsGroup,   ///< settings to store all together, or the reply
     SingleSettings,  ///< settings to store one by one, or the reply
     Wrapper,
@@ -84,7 +84,7 @@ struct Body {
 
   Kind kind = Kind::Unknown;
   /// The bytes after those that identify the kind. For an unknown kind, the bytes after the usual
-  /// command byte, or all bytes after another command byte.
+  /// command byte. If the command byte is another one, all bytes of the body.
   Data content;
 };
 
@@ -92,7 +92,7 @@ struct Body {
 Body readBody(Data body);
 
 /// The content of a query, or of the reply to it.
-struct Record {
+struct QueryOrValue {
   std::optional<npa::SettingKey> key;    ///< nothing if the content is shorter
   std::optional<std::size_t> sizeField;  ///< nothing if the content is shorter, as in a query
   Data rest;                             ///< the bytes after these fields: the value
@@ -102,7 +102,7 @@ struct Record {
   bool isValue() const;
 };
 
-Record readRecord(Data content);
+QueryOrValue readQueryOrValue(Data content);
 
 /// A setting object: `group object 00 size(2) value`.
 struct SettingObject {

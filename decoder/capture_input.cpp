@@ -53,7 +53,7 @@ Capture openCapture(std::string_view bytes) {
   return capture;
 }
 
-/// Returns the size of the usbmon header of a record. Throws `CaptureError` for another link type.
+/// Returns the size of the usbmon header of a frame. Throws `CaptureError` for another link type.
 std::size_t headerSizeOf(::pcap_t* capture) {
   switch (const int type = ::pcap_datalink(capture); type) {
     case DLT_USB_LINUX:
@@ -124,7 +124,7 @@ class Endpoints {
 
   /// A transfer to the printer that is not completed yet.
   struct Submission {
-    UsbEvent event;  ///< without its data, because the record is no longer in memory
+    UsbEvent event;  ///< without its data, because the frame is no longer in memory
     Bytes data;      ///< a copy of the data
     std::size_t frame;
   };

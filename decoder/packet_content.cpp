@@ -38,28 +38,28 @@ Content unknown(Data data) {
   return content;
 }
 
-Content readRecord(Data data) {
-  const catalogue::Record record = catalogue::readRecord(data);
-  if (!record.key) {
+Content readQueryOrValue(Data data) {
+  const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(data);
+  if (!parsed.key) {
     return malformed("cut query", data);
   }
   Content content;
-  content.kind = record.isQuery() ? Kind::Query : Kind::Value;
-  content.settings.push_back({*record.key, std::nullopt});
-  if (record.isQuery()) {
+  content.kind = parsed.isQuery() ? Kind::Query : Kind::Value;
+  content.settings.push_back({*parsed.key, std::nullopt});
+  if (parsed.isQuery()) {
     return content;
   }
-  if (!record.sizeField) {
-    return malformed(countOf(record.rest.size()) + " after the query", record.rest);
+  if (!parsed.sizeField) {
+    return malformed(countOf(parsed.rest.size()) + " after the query", parsed.rest);
   }
-  if (!record.isValue()) {
-    Content wrong = malformed("expected a value of " + countOf(*record.sizeField) + ", got " +
-                                  std::to_string(record.rest.size()),
-                              record.rest);
+  if (!parsed.isValue()) {
+    Content wrong = malformed("expected a value of " + countOf(*parsed.sizeField) + ", got " +
+                                  std::to_string(parsed.rest.size()),
+                              parsed.rest);
     wrong.settings = std::move(content.settings);
     return wrong;
   }
-  content.settings.back().value = Bytes(record.rest.begin(), record.rest.end());
+  content.settings.back().value = Bytes(parsed.rest.begin(), parsed.rest.end());
   return content;
 }
 
@@ -97,8 +97,8 @@ Content readMethodCall(Data data) {
 Content readContent(Data bytes) {
   const Body body = catalogue::readBody(bytes);
   switch (body.kind) {
-    case Body::Kind::Record:
-      return readRecord(body.content);
+    case Body::Kind::QueryOrValue:
+      return readQueryOrValue(body.content);
     case Body::Kind::SettingsGroup:
       return readSettings(body.content, Kind::StoreGroup);
     case Body::Kind::SingleSettings:
@@ -183,9 +183,9 @@ std::size_t collectedSize(Data bytes) {
     return bytes.size() - cursor.rest().size();
   }
   if (cursor.skip(npa::DataQuery)) {
-    const catalogue::Record record = catalogue::readRecord(cursor.rest());
-    const std::size_t valueSize = record.sizeField.value_or(record.rest.size());
-    return bytes.size() - record.rest.size() + std::min(valueSize, record.rest.size());
+    const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(cursor.rest());
+    const std::size_t valueSize = parsed.sizeField.value_or(parsed.rest.size());
+    return bytes.size() - parsed.rest.size() + std::min(valueSize, parsed.rest.size());
   }
   return bytes.size();
 }

@@ -10,7 +10,7 @@
 
 namespace decoder {
 
-/// An event of a bulk transfer, as usbmon records it.
+/// An event of a bulk transfer, as usbmon captures it.
 struct UsbEvent {
   enum class Kind { Submit, Complete, Error };
 
@@ -26,9 +26,9 @@ struct UsbEvent {
   std::string deviceName() const { return std::to_string(bus) + ":" + std::to_string(device); }
 };
 
-/// Parses a record of a capture. Its usbmon header has `headerSize` bytes (48 or 64), in the host's
+/// Parses a frame of a capture. Its usbmon header has `headerSize` bytes (48 or 64), in the host's
 /// byte order. Returns nothing if it is not of a bulk transfer or too short. The data of the event
-/// points into `record`.
-std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> record, std::size_t headerSize);
+/// points into `frame`.
+std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> frame, std::size_t headerSize);
 
 }  // namespace decoder

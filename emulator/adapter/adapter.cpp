@@ -156,14 +156,14 @@ npa::Bytes Adapter::currentValue(npa::SettingKey key, int earlierQueries) const 
 npa::Bytes Adapter::securityRecords(npa::SettingKey key) const {
   std::vector<npa::Bytes> records;
   if (m_Personality.otherRecordFirst) {
-    records.push_back(recordPacket(OtherSetting, {0, 0, 0, 0}));
+    records.push_back(valuePacket(OtherSetting, {0, 0, 0, 0}));
   }
   if (key == npa::settings::AuthStatus && !m_Personality.authStatus.empty()) {
     for (const Byte status : m_Personality.authStatus) {
-      records.push_back(recordPacket(key, {status}));
+      records.push_back(valuePacket(key, {status}));
     }
   } else {
-    records.push_back(recordPacket(key, currentValue(key, 0)));
+    records.push_back(valuePacket(key, currentValue(key, 0)));
   }
   if (m_Personality.cutRecordAt && records.back().size() > *m_Personality.cutRecordAt) {
     records.back().resize(*m_Personality.cutRecordAt);
@@ -179,11 +179,11 @@ Adapter::Reply Adapter::answerQuery(const Message& message) {
   const npa::SettingKey key = message.asked;
   const int earlierQueries = m_Queries[key]++;
   if (key.group == npa::Group8021x) {
-    return {packetSequence(recordPacket(OtherSetting, {0, 0, 0, 0}), securityRecords(key),
+    return {packetSequence(valuePacket(OtherSetting, {0, 0, 0, 0}), securityRecords(key),
                            m_Personality.replyPackets),
             "records sent"};
   }
-  return {recordPacket(key, currentValue(key, earlierQueries)), "value sent"};
+  return {valuePacket(key, currentValue(key, earlierQueries)), "value sent"};
 }
 
 Adapter::Reply Adapter::storeSettings(const Message& message) {

@@ -19,12 +19,12 @@ void hideEnd(Message& message, std::size_t count) {
   std::fill_n(message.secretBytes.rbegin(), count, true);
 }
 
-Kind parseRecord(Message& message, catalogue::Data content) {
-  const catalogue::Record record = catalogue::readRecord(content);
-  if (!record.isQuery()) {
+Kind parseQuery(Message& message, catalogue::Data content) {
+  const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(content);
+  if (!parsed.isQuery()) {
     return Kind::Malformed;
   }
-  message.asked = *record.key;
+  message.asked = *parsed.key;
   return Kind::Query;
 }
 
@@ -50,8 +50,8 @@ Kind parseCall(Message& message, catalogue::Data text) {
 Kind parseInner(Message& message, const catalogue::PacketParts& inner) {
   const catalogue::Body body = catalogue::readBody(inner.body);
   switch (body.kind) {
-    case catalogue::Body::Kind::Record:
-      return parseRecord(message, body.content);
+    case catalogue::Body::Kind::QueryOrValue:
+      return parseQuery(message, body.content);
     case catalogue::Body::Kind::SettingsGroup:
     case catalogue::Body::Kind::SingleSettings:
       return parseSettings(message, body.content);

@@ -42,7 +42,7 @@ npa::Bytes settingsReply(Byte result) {
           result};
 }
 
-npa::Bytes recordPacket(npa::SettingKey key, const npa::Bytes& value) {
+npa::Bytes valuePacket(npa::SettingKey key, const npa::Bytes& value) {
   npa::Bytes packet;
   append(packet, npa::query(key));
   packet.push_back(npa::highByte(value.size()));

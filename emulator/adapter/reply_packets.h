@@ -19,8 +19,9 @@ npa::Bytes garbage();
 /// Returns the reply to settings. The result 0x01 means that they were accepted.
 npa::Bytes settingsReply(npa::Byte result);
 
-/// Returns the bare reply to a query: the query, the size of the value, and the value.
-npa::Bytes recordPacket(npa::SettingKey key, const npa::Bytes& value);
+/// Returns the bare reply to a query: the query, the size of the value, and the value. In a wrapper
+/// it is a record.
+npa::Bytes valuePacket(npa::SettingKey key, const npa::Bytes& value);
 
 /// Returns `packet` inside a wrapper.
 npa::Bytes wrapped(const npa::Bytes& packet);

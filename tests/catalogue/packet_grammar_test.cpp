@@ -134,7 +134,7 @@ TEST_P(BodyOf, HasAKindAndContent) {
 
 INSTANTIATE_TEST_SUITE_P(
     Bodies, BodyOf,
-    testing::Values(BodyRow{{"Record"}, "E0 D8 00 28 08", Body::Kind::Record, "28 08"},
+    testing::Values(BodyRow{{"Query"}, "E0 D8 00 28 08", Body::Kind::QueryOrValue, "28 08"},
                     BodyRow{{"Group"}, "E0 DA 01 77", Body::Kind::SettingsGroup, "77"},
                     BodyRow{{"Single"}, "E0 D8 01", Body::Kind::SingleSettings, ""},
                     BodyRow{{"Wrapper"}, "E0 63 02 00", Body::Kind::Wrapper, "00"},
@@ -148,25 +148,25 @@ INSTANTIATE_TEST_SUITE_P(
                     BodyRow{{"Nothing"}, "", Body::Kind::Unknown, ""}),
     support::rowName);
 
-TEST(Record, IsAQueryWithoutASize) {
+TEST(QueryOrValue, IsAQueryWithoutASize) {
   const Bytes content = bytes("28 08");
-  const catalogue::Record record = catalogue::readRecord(content);
-  EXPECT_TRUE(record.isQuery());
-  EXPECT_FALSE(record.isValue());
-  EXPECT_EQ(record.key, (SettingKey{0x28, 0x08}));
+  const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(content);
+  EXPECT_TRUE(parsed.isQuery());
+  EXPECT_FALSE(parsed.isValue());
+  EXPECT_EQ(parsed.key, (SettingKey{0x28, 0x08}));
 }
 
-TEST(Record, IsAValueIfItsSizeIsRight) {
+TEST(QueryOrValue, IsAValueIfItsSizeIsRight) {
   const Bytes content = bytes("28 08 00 02 68 69");
-  const catalogue::Record record = catalogue::readRecord(content);
-  EXPECT_TRUE(record.isValue());
-  EXPECT_FALSE(record.isQuery());
-  EXPECT_EQ(record.sizeField, 2U);
-  EXPECT_EQ(copyOf(record.rest), bytes("68 69"));
-  EXPECT_TRUE(catalogue::readRecord(bytes("28 08 00 00")).isValue());
+  const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(content);
+  EXPECT_TRUE(parsed.isValue());
+  EXPECT_FALSE(parsed.isQuery());
+  EXPECT_EQ(parsed.sizeField, 2U);
+  EXPECT_EQ(copyOf(parsed.rest), bytes("68 69"));
+  EXPECT_TRUE(catalogue::readQueryOrValue(bytes("28 08 00 00")).isValue());
 }
 
-TEST(Record, IsNeitherIfItIsCutOrTooLong) {
+TEST(QueryOrValue, IsNeitherIfItIsCutOrTooLong) {
   struct {
     const char* content;
     bool hasKey;
@@ -181,19 +181,19 @@ TEST(Record, IsNeitherIfItIsCutOrTooLong) {
   };
   for (const auto& row : rows) {
     const Bytes content = bytes(row.content);
-    const catalogue::Record record = catalogue::readRecord(content);
-    EXPECT_FALSE(record.isQuery() || record.isValue()) << row.content;
-    EXPECT_EQ(record.key.has_value(), row.hasKey) << row.content;
-    EXPECT_EQ(record.sizeField.has_value(), row.hasSize) << row.content;
-    EXPECT_EQ(copyOf(record.rest), bytes(row.rest)) << row.content;
+    const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(content);
+    EXPECT_FALSE(parsed.isQuery() || parsed.isValue()) << row.content;
+    EXPECT_EQ(parsed.key.has_value(), row.hasKey) << row.content;
+    EXPECT_EQ(parsed.sizeField.has_value(), row.hasSize) << row.content;
+    EXPECT_EQ(copyOf(parsed.rest), bytes(row.rest)) << row.content;
   }
 }
 
-TEST(Record, AcceptsTheSize0For256BytesIfTheFieldHasOnlyTheLowByte) {
-  EXPECT_TRUE(catalogue::readRecord(withFill("2A 03 00 00", 256)).isValue());
-  EXPECT_FALSE(catalogue::readRecord(withFill("2A 03 00 00", 255)).isValue());
-  EXPECT_FALSE(catalogue::readRecord(withFill("2A 03 00 00", 257)).isValue());
-  EXPECT_FALSE(catalogue::readRecord(withFill("2A 02 00 00", 256)).isValue());
+TEST(QueryOrValue, AcceptsTheSize0For256BytesIfTheFieldHasOnlyTheLowByte) {
+  EXPECT_TRUE(catalogue::readQueryOrValue(withFill("2A 03 00 00", 256)).isValue());
+  EXPECT_FALSE(catalogue::readQueryOrValue(withFill("2A 03 00 00", 255)).isValue());
+  EXPECT_FALSE(catalogue::readQueryOrValue(withFill("2A 03 00 00", 257)).isValue());
+  EXPECT_FALSE(catalogue::readQueryOrValue(withFill("2A 02 00 00", 256)).isValue());
 }
 
 TEST(Settings, AreASeriesOfObjects) {
