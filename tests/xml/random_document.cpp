@@ -38,7 +38,7 @@ std::string RandomDocument::anyName() {
   std::string name;
   do {
     name = pick(NameStarts) + pieces(NameParts, 4);
-    // With namespaces, as libxml2 has them, a colon is no ordinary character.
+    // In libxml2, a colon in a name is the separator of a namespace.
   } while (isReserved(name) || (m_Names != Names::Any && name.find(':') != std::string::npos));
   return name;
 }
