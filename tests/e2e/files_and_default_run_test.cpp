@@ -140,7 +140,7 @@ TEST_F(NpaFile, SendsNothingIfItIsMissing) {
   EXPECT_TRUE(run.received.empty());
 }
 
-TEST_F(NpaFile, IsTheDeviceWhenNoneStandsBehindIt) {
+TEST_F(NpaFile, IsTheDeviceIfNoDeviceFollows) {
   const std::string file = write("A5");
   const PrinterRun run = runWithPrinter({}, {"-npa", "-file", file});
   EXPECT_EQ(run.status, 0);

@@ -122,7 +122,7 @@ TEST(RequestFile, CanBeReadByEveryoneAndWrittenByItsOwner) {
   EXPECT_EQ(file.st_mode & 07777U, 0644U);
 }
 
-TEST(HelpText, OpensNothing) {
+TEST(HelpText, OpensNoFile) {
   const support::TemporaryFolder folder;
   const std::string log = folder.path("calls");
   const auto run = support::runProcess(

@@ -100,7 +100,7 @@ TEST_F(SaxEntities, DoNotMoveTextToItsOwnPosition) {
   EXPECT_EQ(copiesInPlace(), before + 1);
 }
 
-TEST_F(SaxEntities, AreReplacedLikeOneAfterAnother) {
+TEST_F(SaxEntities, AreReplacedLikeInASimpleImplementation) {
   const std::vector<std::string> pieces = {"&", ";", "&amp;", "&lt;", "&no;", "amp;", "x", " "};
   for (unsigned int seed = 1; seed <= 5000; ++seed) {
     std::mt19937 random(seed);
