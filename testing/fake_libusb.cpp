@@ -133,8 +133,8 @@ using support::InterceptedCall;
 
 namespace {
 
-/// What a bulk transfer that is to fail returns; else nothing, and `size` is cut to what it may
-/// move.
+/// Returns the result of a bulk transfer that fails. Otherwise returns nothing and limits `size` to
+/// the bytes that the transfer may move.
 std::optional<int> cut(const InterceptedCall& call, int& size, int timeout) {
   auto most = static_cast<std::size_t>(size);
   const auto failure = call.cut(most);

@@ -17,7 +17,7 @@ namespace {
 
 struct DeadlineRow : support::Row {
   int timeout;
-  int passes;  ///< count of reads until the deadline
+  int reads;  ///< count of reads until the deadline
 };
 
 class SendQueryDeadline : public SendQuery, public testing::WithParamInterface<DeadlineRow> {};
@@ -25,12 +25,12 @@ class SendQueryDeadline : public SendQuery, public testing::WithParamInterface<D
 }  // namespace
 
 // A read from a silent printer takes 5 seconds.
-TEST_P(SendQueryDeadline, LimitsThePasses) {
+TEST_P(SendQueryDeadline, LimitsTheReads) {
   EXPECT_EQ(query(GetParam().timeout), Bytes());
   EXPECT_TRUE(untouched);
-  EXPECT_EQ(system.now(), (2 + 5 * GetParam().passes) * Second);
+  EXPECT_EQ(system.now(), (2 + 5 * GetParam().reads) * Second);
   EXPECT_EQ(device.readSizes,
-            std::vector<std::size_t>(static_cast<std::size_t>(GetParam().passes), 1));
+            std::vector<std::size_t>(static_cast<std::size_t>(GetParam().reads), 1));
   EXPECT_EQ(system.events.back(), "close");
   EXPECT_EQ(output, Quiet);
 }
@@ -38,7 +38,7 @@ TEST_P(SendQueryDeadline, LimitsThePasses) {
 INSTANTIATE_TEST_SUITE_P(Timeouts, SendQueryDeadline,
                          testing::Values(DeadlineRow{{"Negative"}, -1, 1},
                                          DeadlineRow{{"None"}, 0, 1}, DeadlineRow{{"Query"}, 3, 1},
-                                         DeadlineRow{{"OnePass"}, 5, 1},
+                                         DeadlineRow{{"OneRead"}, 5, 1},
                                          DeadlineRow{{"OneSecondMore"}, 6, 2},
                                          DeadlineRow{{"RawData"}, 10, 2},
                                          DeadlineRow{{"ElevenSeconds"}, 11, 3}),

@@ -60,7 +60,8 @@ TEST_F(ArgumentFile, UsesTheLastOfTwoValues) {
 
 TEST_F(ArgumentFile, HasCommentsOnlyAtTheStartOfALine) {
   parse(" #--ssid=a\n#--channel=3\n");
-  // The key starts at the third character, but the value is read from the length of the key on.
+  // The key starts at the third character. The value still starts where the key would end at the
+  // start of the line.
   EXPECT_EQ(settings.getSSID(), "d=a");
   EXPECT_EQ(settings.getChannel(), "6");
 }

@@ -207,7 +207,7 @@ TEST(ParseParm, UsesTheLastArgumentWithoutAMinusAsTheDevice) {
 }
 
 TEST(ParseParm, SetsEverySettingWhoseKeyAnArgumentContains) {
-  // Each value is read from the length of its own key on.
+  // Each value starts where its own key would end at the start of the text.
   const configDetails details = settings({"--ssid=a--psk=b"});
   EXPECT_EQ(details.getSSID(), "a--psk=b");
   EXPECT_EQ(details.getPSK(), "=a--psk=b");

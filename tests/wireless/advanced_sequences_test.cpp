@@ -27,8 +27,7 @@ struct BatchRow : support::Row {
   const char* security;
   Options options;
   const char* packet;
-  const char*
-      before;  ///< the log lines before the dump, without the last ones, which are always the same
+  const char* before;  ///< the first log lines; the lines up to the dump are the same in all rows
 };
 
 class Batch : public Sequences, public testing::WithParamInterface<BatchRow> {

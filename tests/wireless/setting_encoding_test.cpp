@@ -64,7 +64,7 @@ TEST_P(TextSetting, IsOmittedOrSentAsAHeaderIfEmpty) {
   expectText("");
 }
 
-TEST_P(TextSetting, MayHoldAnyBytes) {
+TEST_P(TextSetting, MayHaveAnyBytes) {
   for (const char* text : {"\xFF", "\n", "%", "|", " "}) {
     expectText(text);
   }

@@ -20,19 +20,19 @@ Options parseRun(Words options) {
   return parseOptions(options);
 }
 
-TEST(ParseOptions, IsHelpWithoutArguments) {
+TEST(ParseOptions, SelectsHelpWithoutArguments) {
   EXPECT_EQ(parseOptions({}).action, Options::Action::Help);
   EXPECT_EQ(parseOptions({"--help"}).action, Options::Action::Help);
 }
 
-TEST(ParseOptions, TakesTheCommandBehindTheDashes) {
+TEST(ParseOptions, ReadsTheCommandAfterTheDashes) {
   const Options options = parseOptions({"run", "--show", "--", "sh", "-c", "--", "x"});
   EXPECT_EQ(options.action, Options::Action::Run);
   EXPECT_TRUE(options.showSettings);
   EXPECT_EQ(options.command, (Words{"sh", "-c", "--", "x"}));
 }
 
-TEST(ParseOptions, StartsFromAWellBehavedPrinter) {
+TEST(ParseOptions, SelectsAPrinterWithoutFaultsByDefault) {
   const Options options = parseRun({});
   EXPECT_FALSE(options.personality.refuseWrapped);
   EXPECT_FALSE(options.personality.silent);
@@ -47,7 +47,7 @@ TEST(ParseOptions, StartsFromAWellBehavedPrinter) {
   EXPECT_EQ(options.personality.certificates.defaults.commonName, "printer");
 }
 
-TEST(ParseOptions, TakesTheLastOfTheLogs) {
+TEST(ParseOptions, UsesTheLastLog) {
   EXPECT_FALSE(parseRun({"--log=a"}).appendsLog);
   const Options appended = parseRun({"--log=a", "--log-append=b"});
   EXPECT_EQ(appended.logFile, "b");
@@ -57,7 +57,7 @@ TEST(ParseOptions, TakesTheLastOfTheLogs) {
   EXPECT_FALSE(emptied.appendsLog);
 }
 
-TEST(ParseOptions, TakesEveryOption) {
+TEST(ParseOptions, AcceptsEveryOption) {
   const Options options = parseRun({"--refuse-wrapped",
                                     "--refuse-all",
                                     "--silent",
@@ -132,17 +132,17 @@ TEST(ParseOptions, TakesEveryOption) {
   EXPECT_FALSE(options.namespaces);
 }
 
-TEST(ParseOptions, TakesTheLinkOfServe) {
+TEST(ParseOptions, ReadsTheLinkOfServe) {
   EXPECT_EQ(parseOptions({"serve", "--link=/tmp/x"}).link, "/tmp/x");
 }
 
-TEST(ParseOptions, TakesTheStateOfShow) {
+TEST(ParseOptions, ReadsTheStateOfShow) {
   const Options options = parseOptions({"show", "--state", "d", "--show-secrets"});
   EXPECT_EQ(options.action, Options::Action::Show);
   EXPECT_EQ(options.stateFolder, "d");
 }
 
-TEST(ParseOptions, StartsFromAUsbDeviceThatIsWell) {
+TEST(ParseOptions, SelectsAUsbDeviceWithoutFaultsByDefault) {
   const Options options = parseOptions({"usb", "--attach"});
   EXPECT_EQ(options.action, Options::Action::Usb);
   EXPECT_TRUE(options.attach);
@@ -156,7 +156,7 @@ TEST(ParseOptions, StartsFromAUsbDeviceThatIsWell) {
   EXPECT_FALSE(usb.replugAfter);
 }
 
-TEST(ParseOptions, TakesEveryOptionOfUsb) {
+TEST(ParseOptions, AcceptsEveryOptionOfUsb) {
   using Kind = emulator::UsbFault::Kind;
   using emulator::UsbDirection;
   const Options options =
@@ -192,7 +192,7 @@ struct Mistake : support::Row {
 
 class WrongCommandLine : public testing::TestWithParam<Mistake> {};
 
-TEST_P(WrongCommandLine, IsReportedWithWhatWasExpected) {
+TEST_P(WrongCommandLine, IsReportedWithTheExpectedValue) {
   try {
     parseOptions(GetParam().arguments);
     FAIL() << "accepted";
@@ -288,7 +288,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "--key-bits: expected 0 or a number of bits from 1024 to 4096, got '4097'")),
     support::rowName);
 
-TEST(HelpText, HasCommandsAndOptions) {
+TEST(HelpText, ContainsCommandsAndOptions) {
   const std::string help = emulator::helpText();
   for (const char* line : {
            "\n  zvkprinter run [OPTION...] -- COMMAND [ARGUMENT...]\n"

@@ -16,7 +16,7 @@ using emulator::LargestContent;
 using emulator::Personality;
 using emulator::withReplyFiles;
 
-TEST(ReplyFiles, AreReadForTheAnswersThatNameThem) {
+TEST(ReplyFiles, AreReadForTheRepliesThatNameThem) {
   const support::TemporaryFolder folder;
   std::ofstream(folder.path("zero")) << std::string("a\0b", 3);
   std::ofstream(folder.path("full")) << std::string(LargestContent, 'x');
@@ -27,7 +27,7 @@ TEST(ReplyFiles, AreReadForTheAnswersThatNameThem) {
   EXPECT_EQ(personality.objectReplies[2].bytes.size(), LargestContent);
 }
 
-TEST(ReplyFiles, MustBeThereAndFitInAPacket) {
+TEST(ReplyFiles, MustExistAndFitIntoAPacket) {
   const support::TemporaryFolder folder;
   std::ofstream(folder.path("large")) << std::string(LargestContent + 1, 'x');
   EXPECT_THROW(withReplyFiles({.objectReplies = {{"", folder.path("large")}}}), std::runtime_error);
