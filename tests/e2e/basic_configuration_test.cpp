@@ -118,12 +118,8 @@ TEST(BasicConfiguration, WaitsFiveSecondsBeforeAndAfterTheReplyInRealTime) {
   const auto elapsed = std::chrono::steady_clock::now() - start;
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, diagnostics({0}));
-<<<<<<< HEAD
   // The program counts whole seconds of the clock, so a wait may be up to one second shorter. A
   // busy machine adds seconds, for example under valgrind; a second attempt would add ten.
-=======
-  // The wait after the reply counts whole seconds of the clock, so it can be up to 1 s shorter.
->>>>>>> wc
   EXPECT_GE(elapsed, std::chrono::seconds(9));
   EXPECT_LT(elapsed, std::chrono::seconds(19));
 }

@@ -182,13 +182,8 @@ TEST(MethodCall, GetsACutReply) {
   EXPECT_EQ(printer.adapter.certificates().devices().size(), 1U);
 }
 
-<<<<<<< HEAD
-TEST(MethodCall, IsAnsweredLateAndInPieces) {
-  Printer printer({.replyDelay = std::chrono::seconds(3), .pieceSize = 100});
-=======
 TEST(MethodCall, GetsALateReplyInPieces) {
-  Printer printer({.answerAfter = std::chrono::seconds(3), .pieceSize = 100});
->>>>>>> wc
+  Printer printer({.replyDelay = std::chrono::seconds(3), .pieceSize = 100});
   const auto pieces = printer.adapter.receive(callPackets(List));
   ASSERT_EQ(pieces.size(), 3U);
   EXPECT_EQ(pieces[0].bytes.size(), 100U);
@@ -205,13 +200,8 @@ TEST(MethodCall, GetsTheGivenBytes) {
   EXPECT_EQ(printer.adapter.certificates().revision(), 0U);
 }
 
-<<<<<<< HEAD
-TEST(MethodCall, IsAnsweredWithGivenBytesThatFillAPacketAndWithNone) {
-  Printer full({.objectReplies = {{"", "file", {}, Bytes(65534, 0xE0)}}});
-=======
 TEST(MethodCall, GetsGivenBytesUpToTheLargestPacket) {
-  Printer full({.objectAnswers = {{"", "file", {}, Bytes(65534, 0xE0)}}});
->>>>>>> wc
+  Printer full({.objectReplies = {{"", "file", {}, Bytes(65534, 0xE0)}}});
   const auto packets = packetsOf(full.ask(callPackets(List)));
   ASSERT_EQ(packets.size(), 1U);
   EXPECT_EQ(packets[0].content.size(), 65534U);
@@ -232,13 +222,8 @@ TEST(MethodCall, GetsTheGivenStatus) {
   EXPECT_EQ(ask(printer, callText("queryCertList", 520)).status(), 1);
 }
 
-<<<<<<< HEAD
-TEST(MethodCall, IsAnsweredByTheLastWordForItsMethodThenByTheLastForAll) {
-  Printer printer({.objectReplies = {{"queryCAList", "", 51, {}},
-=======
 TEST(MethodCall, GetsTheLastStatusForItsMethodOrTheLastForAll) {
-  Printer printer({.objectAnswers = {{"queryCAList", "", 51, {}},
->>>>>>> wc
+  Printer printer({.objectReplies = {{"queryCAList", "", 51, {}},
                                      {"", "", 52, {}},
                                      {"queryCAList", "", 53, {}},
                                      {"", "", 54, {}}}});

@@ -158,13 +158,8 @@ TEST(Adapter, HasAnAddressAfterTheGivenSeconds) {
   EXPECT_EQ(printer.ask(QueryIp).back(), 20);
 }
 
-<<<<<<< HEAD
-TEST(Adapter, HasNoTroubleAnyMoreAfterSoManyQueries) {
-  Printer printer({.troubleCode = 9, .troubleCleared = emulator::Readiness{.afterQueries = 1}});
-=======
 TEST(Adapter, ReturnsTroubleCode0AfterTheGivenCountOfQueries) {
-  Printer printer({.troubleCode = 9, .troubleOver = emulator::Readiness{.afterQueries = 1}});
->>>>>>> wc
+  Printer printer({.troubleCode = 9, .troubleCleared = emulator::Readiness{.afterQueries = 1}});
   EXPECT_EQ(printer.ask(QueryTrouble).back(), 9);
   EXPECT_EQ(printer.ask(QueryTrouble).back(), 0);
 }

@@ -98,13 +98,8 @@ INSTANTIATE_TEST_SUITE_P(
         CallRow{{"OtherMethod"},
                 callText("QueryCAList", 420),
                 CallStatus::UnknownMethod,
-<<<<<<< HEAD
                 "no such method: \"QueryCAList\""},
-        CallRow{{"OtherMethodsId"},
-=======
-                "there is no such method: \"QueryCAList\""},
         CallRow{{"IdOfAnotherMethod"},
->>>>>>> wc
                 callText("queryCAList", 520),
                 CallStatus::WrongId,
                 "the request's id does not belong to the method: \"520\""},

@@ -213,13 +213,8 @@ TEST(UsbTransfers, StallAtAMissingEndpoint) {
   }
 }
 
-<<<<<<< HEAD
-TEST(UsbTransfers, ComeLateAndInPiecesAsTheAdapterHasIt) {
-  ReadyUsbPrinter printer({}, {.replyDelay = 3s, .pieceSize = 10});
-=======
 TEST(UsbTransfers, FollowTheDelayAndThePiecesOfTheAdapter) {
-  ReadyUsbPrinter printer({}, {.answerAfter = 3s, .pieceSize = 10});
->>>>>>> wc
+  ReadyUsbPrinter printer({}, {.replyDelay = 3s, .pieceSize = 10});
   printer.read(1, 1024);
   printer.read(2, 1024);
   printer.write(3, QueryIp);

@@ -176,15 +176,9 @@ INSTANTIATE_TEST_SUITE_P(
                                "transfer in unknown direction 2"},
                     HostileRow{{"AnotherDevice"},
                                submitHeader({.device = 0x00010002}),
-<<<<<<< HEAD
                                "transfer for another device"},
-                    HostileRow{{"NoCommand"}, withKind(0), "unknown command 0"},
+                    HostileRow{{"UnknownCommand"}, withKind(0), "unknown command 0"},
                     HostileRow{{"AReply"}, withKind(3), "unknown command 3"}),
-=======
-                               "a transfer for another device"},
-                    HostileRow{{"UnknownCommand"}, withKind(0), "a command 0"},
-                    HostileRow{{"AReply"}, withKind(3), "a command 3"}),
->>>>>>> wc
     support::rowName);
 
 TEST(UsbipSession, AcceptsTheLargestTransferAndBothFormsOfNoPackets) {
