@@ -30,7 +30,7 @@ constexpr std::array AuthMethods = {
     AuthMethod{npa::settings::MethodTtls, "EAP-TTLS"},
 };
 
-/// Returns true if the printer holds two certificates of its own, or one CA certificate. Reads
+/// Returns true if the printer holds two certificates for itself, or one CA certificate. Reads
 /// the list of CA certificates only if the first list is too short.
 bool holdsCertificates(CertMgr& certificates) {
   std::vector<std::string> names;
