@@ -127,10 +127,10 @@ auto queryOf(const std::string& document, const std::string& path) {
   for (const Document& document : documents()) {
     bench::growth("parse, " + std::string(document.name), document.smallest, parseOf(document));
   }
-  bench::growth("query, reply, bytes", 32 << 10, [](Size size) {
+  bench::growth("path query, reply, bytes", 32 << 10, [](Size size) {
     return queryOf(bench::makeReply(size), "/response/MapElem/child[@name='last']/a");
   });
-  bench::growth("query, depth and steps", 1024,
+  bench::growth("path query, depth and steps", 1024,
                 [](Size size) { return queryOf(deepSiblings(size), "/b" + pathOf(size)); });
   return true;
 }();

@@ -78,7 +78,7 @@ class LocksAlone {
 
 /// Returns the work of writing and reading `count` bytes.
 template <typename Queue>
-auto exchangeOf(std::size_t count) {
+auto transferOf(std::size_t count) {
   return [queue = std::make_unique<Queue>(Capacity), source = bench::randomBytes(count),
           destination = Bytes(count)]() mutable {
     if (!queue->writeBytes(source.data(), source.size()) ||
@@ -90,10 +90,10 @@ auto exchangeOf(std::size_t count) {
 
 [[maybe_unused]] const bool AreAdded = [] {
   const bench::Sizes sizes = {1, 64, 512, 4096};
-  bench::contest("ring buffer", bench::Ours, sizes, exchangeOf<CircularBuffer>);
-  bench::contest("ring buffer", "Boost and a mutex", sizes, exchangeOf<BoostQueue>);
-  bench::contest("ring buffer", "lock calls alone", sizes, exchangeOf<LocksAlone>);
-  bench::growth("ring buffer, bytes at a time", 1024, exchangeOf<CircularBuffer>);
+  bench::contest("ring buffer", bench::Ours, sizes, transferOf<CircularBuffer>);
+  bench::contest("ring buffer", "Boost and a mutex", sizes, transferOf<BoostQueue>);
+  bench::contest("ring buffer", "lock calls alone", sizes, transferOf<LocksAlone>);
+  bench::growth("ring buffer, bytes at a time", 1024, transferOf<CircularBuffer>);
   return true;
 }();
 

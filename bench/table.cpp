@@ -40,7 +40,7 @@ int main(int argc, char** argv) {
   for (std::string line; std::getline(file, line);) {
     const std::vector<std::string> row = cells(line);
     if (row.size() != Columns) {
-      std::fprintf(stderr, "This is no row: %s\n", line.c_str());
+      std::fprintf(stderr, "bench_table: %s: expected a row of 6 cells\n", line.c_str());
       return 2;
     }
     const double value = std::atof(row[Value].c_str());

@@ -125,9 +125,9 @@ struct Value {
 };
 
 constexpr std::array<Value, 3> Values = {{
-    {"query, first value", StatusPath},
-    {"query, last value", "/response/MapElem/child[@name='last']/StringElem"},
-    {"query, no such value", "/response/MapElem/child[@name='absent']/StringElem"},
+    {"path query, first value", StatusPath},
+    {"path query, last value", "/response/MapElem/child[@name='last']/StringElem"},
+    {"path query, no such value", "/response/MapElem/child[@name='absent']/StringElem"},
 }};
 
 constexpr const char* ListPath = "/response/MapElem/child[@name='cert_list']/ListElem/StringElem";
@@ -138,7 +138,7 @@ constexpr const char* ListPath = "/response/MapElem/child[@name='cert_list']/Lis
     add(work, "libxml2", path, findWithLibxml<false>, findWithOurs, bench::makeReply);
     add(work, "pugixml", path, findWithPugixml<false>, findWithOurs, bench::makeReply);
   }
-  const std::string list = "query, list of nine names";
+  const std::string list = "path query, list of nine names";
   add(list, bench::Ours, ListPath, listWithOurs, listWithOurs, listReply);
   add(list, "libxml2", ListPath, findWithLibxml<true>, listWithOurs, listReply);
   add(list, "pugixml", ListPath, findWithPugixml<true>, listWithOurs, listReply);

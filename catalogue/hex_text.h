@@ -7,18 +7,23 @@
 
 #include "npa/packet.h"
 
+/// Texts about bytes for logs, reports and error messages.
+///
+///     hexText(std::array<npa::Byte, 2>{0xA5, 0x00});  // A5 00
+///     quoted("a\n");                                  // "a\x0A"
 namespace catalogue {
 
-/// Bytes in upper-case hex with a blank between them.
+/// Returns the bytes in upper-case hex with a blank between them.
 std::string hexText(std::span<const npa::Byte> bytes);
 
-/// The same, with "**" for the bytes whose `hidden` entry is true.
+/// Does the same, with "**" for each byte whose entry in `hidden` is true. `hidden` may be shorter
+/// than `bytes`.
 std::string hexText(std::span<const npa::Byte> bytes, const std::vector<bool>& hidden);
 
-/// Text whose bytes that do not print are shown as \xNN.
+/// Returns the text with each byte that is not printable ASCII as \xNN.
 std::string escaped(std::string_view text);
 
-/// The same in quotation marks.
+/// Returns the escaped text in quotation marks.
 std::string quoted(std::string_view text);
 std::string quoted(std::span<const npa::Byte> text);
 

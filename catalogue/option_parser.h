@@ -9,11 +9,17 @@
 #include <utility>
 #include <vector>
 
-/// Command lines of the companion programs, read by tables. The manual pages and the shells'
-/// completions are made from the same tables.
+/// Command lines of the companion programs. A program describes its options and commands in tables,
+/// and the parser fills an object of the program's type `Options`:
+///
+///     const Command<Options>& command = findCommand(commands(), arguments.front());
+///     Options options;
+///     const Operands operands = parseArguments(optionGroups(), arguments.subspan(1), options);
+///
+/// The build makes the manual pages and the shells' completions from the same tables.
 namespace catalogue {
 
-/// A wrong command line. The message names the subject and what was expected, such as
+/// Thrown for an invalid command line. The message names the subject and what was expected, such as
 /// "--late: expected a number of seconds from 0 to 3600, got 'x'".
 struct UsageError : std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -21,29 +27,31 @@ struct UsageError : std::runtime_error {
   UsageError(std::string_view subject, std::string_view expected, std::string_view got);
 };
 
-/// Thrown by the reader of a value; the text says what was expected, such as "an IPv4 address".
+/// Thrown by the parser of a value. The text is what was expected, such as "an IPv4 address".
 struct ValueError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What a value names.
+/// What the value of an option is. The shells' completions use it.
 enum class ValueKind {
-  Text,    ///< any text; `words` are only offered for completion
-  Words,   ///< one of `words`, anything else is a usage error
-  File,    ///< a file
-  Folder,  ///< a folder
+  Text,    ///< any text; completions suggest the `words`
+  Words,   ///< one of `words`; anything else is a usage error
+  File,    ///< the path of a file
+  Folder,  ///< the path of a folder
 };
 
-/// An option. `Options` is what the command line fills.
+/// One option: a row of a program's table.
 template <typename Options>
 struct Option {
   std::string_view name;            ///< with its dashes
-  std::string_view shortName = {};  ///< the same in another way, such as "-h"
-  std::string_view valueName = {};  ///< such as "BYTES"; without it and `words` there is no value
+  std::string_view shortName = {};  ///< another name, such as "-h"
+  std::string_view valueName = {};  ///< such as "BYTES"
   ValueKind kind = ValueKind::Text;
+  /// The allowed or suggested values. The option takes no value if this and `valueName` are empty.
   std::span<const std::string_view> words = {};
   std::string_view help;          ///< one line: an imperative or a noun, without a full stop
-  std::string_view details = {};  ///< what the manual page adds: sentences, in scdoc
+  std::string_view details = {};  ///< further sentences for the manual page, as scdoc source
+  /// Stores the value in `options`. Throws `ValueError` for an invalid value.
   void (*apply)(Options& options, const std::string& value);
 };
 
@@ -54,50 +62,52 @@ struct OptionGroup {
   std::span<const Option<Options>> options;
 };
 
-/// The first word of a command line that says what the program does.
+/// One command: the first word of a command line, which selects what the program does.
 template <typename Options>
 struct Command {
   std::string_view name;
   std::array<std::string_view, 2> otherNames = {};
   typename Options::Action action;
-  std::array<std::string_view, 2> usages = {};  ///< what follows the name
+  std::array<std::string_view, 2> usages = {};  ///< the arguments after the name, in two forms
   std::string_view help;                        ///< as for an option
   std::string_view details = {};                ///< as for an option
-  /// Throws `UsageError` if something is missing once all options are read; may be null.
+  /// Throws `UsageError` if a required option or operand is missing. May be null.
   void (*check)(const Options& options) = nullptr;
 };
 
-/// The words of a command line that are not options.
+/// The arguments of a command line that are not options.
 struct Operands {
-  std::vector<std::string> before;  ///< those before "--"
-  std::vector<std::string> after;   ///< those after it
+  std::vector<std::string> before;  ///< before "--"
+  std::vector<std::string> after;   ///< after "--"
 };
 
-/// Words with `separator` between them, but `last` before the last one: "run, serve or help".
+/// Returns the words with `separator` between them and `last` before the last one:
+///
+///     joined(words, ", ", " or ");  // run, serve or help
 std::string joined(std::span<const std::string_view> words, std::string_view separator,
                    std::string_view last);
 
-/// A value as a usage line shows it: its name, or its words with "|" between them.
+/// Returns a value as a usage line shows it: its name, or its words with "|" between them.
 std::string valueText(std::string_view valueName, std::span<const std::string_view> words);
 
-/// A help text as a sentence: "Run a command.".
+/// Returns a help text as a sentence: "Run a command.".
 std::string sentence(std::string_view help);
 
-/// One entry of a list of options or commands: the text at `column`, or on a line of its own if
-/// `entry` is too long.
+/// Returns an entry of a list of options or commands. The text starts at `column`, on a separate
+/// line if `entry` is too long.
 std::string helpEntry(std::string_view entry, std::string_view text, std::size_t column);
 
-/// Checks the value of an option of kind `Words`; throws `ValueError`.
+/// Throws `ValueError` unless `value` is one of `words`.
 void checkWord(const std::string& value, std::span<const std::string_view> words);
 
-/// An option as a usage line shows it: "--late=SECONDS".
+/// Returns an option as a usage line shows it: "--late=SECONDS".
 template <typename Options>
 std::string optionText(const Option<Options>& option) {
   const std::string value = valueText(option.valueName, option.words);
   return std::string(option.name) + (value.empty() ? "" : "=") + value;
 }
 
-/// Returns the option of that name, or null.
+/// Returns the option of that name or short name, or null if there is none.
 template <typename Options>
 const Option<Options>* findOption(std::span<const OptionGroup<Options>> groups,
                                   std::string_view name) {
@@ -111,7 +121,7 @@ const Option<Options>* findOption(std::span<const OptionGroup<Options>> groups,
   return nullptr;
 }
 
-/// Applies an option to its value; throws `UsageError`.
+/// Stores the value of an option in `options`. Throws `UsageError` if the value is invalid.
 template <typename Options>
 void applyOption(const Option<Options>& option, Options& options, const std::string& value) {
   try {
@@ -124,8 +134,9 @@ void applyOption(const Option<Options>& option, Options& options, const std::str
   }
 }
 
-/// Reads arguments up to "--" as options and operands, in any order, and returns the operands. A
-/// value follows "=" or is the next argument. Throws `UsageError`.
+/// Parses options and operands, in any order, up to "--". Stores the options in `options` and
+/// returns the operands. The value of an option follows "=" or is the next argument. "-" is an
+/// operand. Throws `UsageError` for an unknown option or a missing, unexpected or invalid value.
 template <typename Options>
 Operands parseArguments(std::span<const OptionGroup<Options>> groups,
                         std::span<const std::string> arguments, Options& options) {
@@ -166,7 +177,7 @@ Operands parseArguments(std::span<const OptionGroup<Options>> groups,
   return operands;
 }
 
-/// Returns the command of that name; throws `UsageError` if there is none.
+/// Returns the command of that name. Throws `UsageError` if there is none.
 template <typename Options>
 const Command<Options>& findCommand(std::span<const Command<Options>> commands,
                                     std::string_view name) {
@@ -181,7 +192,7 @@ const Command<Options>& findCommand(std::span<const Command<Options>> commands,
   throw UsageError("command", joined(names, ", ", " or "), name);
 }
 
-/// The lists of options, each under its title.
+/// Returns the options of all groups for a help text, each group under its title.
 template <typename Options>
 std::string optionList(std::span<const OptionGroup<Options>> groups) {
   constexpr std::size_t widest = 28;
@@ -201,7 +212,7 @@ std::string optionList(std::span<const OptionGroup<Options>> groups) {
   return text;
 }
 
-/// The list of commands, each with how it is called.
+/// Returns the commands for a help text, each with its usage and a sentence.
 template <typename Options>
 std::string commandList(std::string_view program, std::span<const Command<Options>> commands) {
   std::string text;

@@ -1,3 +1,5 @@
+// Parsing of packets. Every length is checked before its bytes are used.
+
 #include "catalogue/packet_grammar.h"
 
 #include <algorithm>
@@ -9,32 +11,33 @@ namespace catalogue {
 
 namespace {
 
-/// Stores the setting 2A 0C; the length field counts as if it were a query.
+/// The start of the packet that generates a certificate: it stores the setting 2A 0C, but its
+/// length field is that of a query.
 constexpr std::array<npa::Byte, 9> GenerateHead = {0xA5, 0x00, 0x06, 0x50, 0xE0,
                                                    0xDA, 0x01, 0x2A, 0x0C};
-/// What follows: the end of the object's header, and its value.
+/// The bytes after the length that the field gives: the rest of the object's header, and its value.
 constexpr std::size_t GenerateRest = 4;
 
+/// A kind of body, and the bytes after the command byte that identify it.
 struct BodyHead {
   Data bytes;
   Body::Kind kind;
 };
 
 constexpr std::array BodyHeads = {
-    BodyHead{npa::DataQuery, Body::Kind::Record},
+    BodyHead{npa::DataQuery, Body::Kind::QueryOrValue},
     BodyHead{npa::DataSettings, Body::Kind::SettingsGroup},
     BodyHead{npa::DataSingleSettings, Body::Kind::SingleSettings},
     BodyHead{npa::DataWrapped, Body::Kind::Wrapper},
-    BodyHead{Data(npa::ObjStoreNpaHeader).subspan(npa::FlagOffset + 2),
-             Body::Kind::ObjectStoreCall},
+    BodyHead{Data(npa::ObjStoreNpaHeader).subspan(npa::FlagOffset + 2), Body::Kind::MethodCall},
 };
 
-bool opensWith(Data bytes, Data head) {
+bool beginsWith(Data bytes, Data head) {
   return bytes.size() >= head.size() && std::ranges::equal(bytes.first(head.size()), head);
 }
 
-/// Returns the size of a setting's value if `left` bytes follow its size field. In a size field
-/// that holds only the low byte, 0 means 256: hosts omit an empty setting of that kind.
+/// Returns the size of a setting's value if `left` bytes follow its size field. If the size field
+/// holds only the low byte, 0 means 256: hosts send no empty setting of that kind.
 std::size_t sizeOfValue(npa::SettingKey key, std::size_t sizeField, std::size_t left) {
   constexpr std::size_t longest = 256;
   if (sizeField != 0 || left < longest) {
@@ -44,6 +47,7 @@ std::size_t sizeOfValue(npa::SettingKey key, std::size_t sizeField, std::size_t 
   return info != nullptr && info->sizeIsLowByte ? longest : 0;
 }
 
+/// Takes a setting object. Returns nothing if it is cut.
 std::optional<SettingObject> readSettingObject(Cursor& cursor) {
   const auto key = cursor.key();
   const auto flags = cursor.byte();
@@ -58,7 +62,7 @@ std::optional<SettingObject> readSettingObject(Cursor& cursor) {
 }  // namespace
 
 bool Cursor::skip(Data head) {
-  return opensWith(m_Rest, head) && bytes(head.size());
+  return beginsWith(m_Rest, head) && bytes(head.size());
 }
 
 std::optional<Data> Cursor::bytes(std::size_t count) {
@@ -92,7 +96,7 @@ std::optional<Data> Cursor::packet() {
 
 std::size_t packetSize(Data bytes) {
   const std::size_t size = npa::LengthHeaderSize + npa::numberAt(bytes, 1);
-  return opensWith(bytes, GenerateHead) ? size + GenerateRest : size;
+  return beginsWith(bytes, GenerateHead) ? size + GenerateRest : size;
 }
 
 PacketParts readPacketParts(Data packet) {
@@ -128,19 +132,19 @@ Body readBody(Data body) {
   return {Body::Kind::Unknown, cursor.rest()};
 }
 
-bool Record::isValue() const {
+bool QueryOrValue::isValue() const {
   return key && sizeField && sizeOfValue(*key, *sizeField, rest.size()) == rest.size();
 }
 
-Record readRecord(Data content) {
+QueryOrValue readQueryOrValue(Data content) {
   Cursor cursor(content);
-  Record record;
-  record.key = cursor.key();
-  if (record.key) {
-    record.sizeField = cursor.number();
+  QueryOrValue parsed;
+  parsed.key = cursor.key();
+  if (parsed.key) {
+    parsed.sizeField = cursor.number();
   }
-  record.rest = cursor.rest();
-  return record;
+  parsed.rest = cursor.rest();
+  return parsed;
 }
 
 Settings readSettings(Data content) {
@@ -164,9 +168,9 @@ Wrapper readWrapper(Data content) {
   if (wrapper.size) {
     const auto inside = cursor.bytes(*wrapper.size);
     wrapper.inside = inside ? *inside : cursor.rest();
-    wrapper.behind = inside ? cursor.rest() : Data();
+    wrapper.after = inside ? cursor.rest() : Data();
   } else {
-    wrapper.behind = cursor.rest();
+    wrapper.after = cursor.rest();
   }
   return wrapper;
 }

@@ -8,116 +8,122 @@
 #include "npa/packet.h"
 #include "npa/setting_keys.h"
 
-/// What a packet consists of. `npa/packet.h` has the layout; a wrapper may hold several packets,
-/// and the answer to a query is the query with size(2) and the value after it.
+/// Parsing of packets. `npa/packet.h` has the layout. A wrapper may hold several packets. The reply
+/// to a query is the query, followed by size(2) and the value.
 ///
-/// The readers judge nothing: they return what they found, and whether it is complete. Their
-/// results point into the bytes that they were given.
+/// A parser accepts any bytes: it returns the parts that it found, and whether they are complete.
+/// The results point into the bytes that were parsed.
+///
+///     const PacketParts parts = readPacketParts(packet);  // flag byte and body
+///     const Body body = readBody(parts.body);             // kind and content
+///     if (body.kind == Body::Kind::QueryOrValue) {
+///       const QueryOrValue parsed = readQueryOrValue(body.content);
+///     }
 namespace catalogue {
 
 using Data = std::span<const npa::Byte>;
 
-/// Takes bytes from the front of a range. Each operation checks first whether enough are left, and
-/// takes nothing if not.
+/// Reads a range of bytes from front to back. Each operation takes bytes from the front. If too few
+/// are left, it takes none and returns nothing or false.
 class Cursor {
  public:
   explicit Cursor(Data bytes) : m_Rest(bytes) {}
 
-  /// What is not taken yet.
+  /// Returns the bytes that have not been taken.
   Data rest() const { return m_Rest; }
 
-  /// Takes `head` if the rest begins with it; returns whether it does.
+  /// Takes `head`. Returns false if the rest does not begin with it.
   bool skip(Data head);
   std::optional<Data> bytes(std::size_t count);
   std::optional<npa::Byte> byte();
-  /// Takes a number of two bytes, big-endian.
+  /// Takes a big-endian number of two bytes.
   std::optional<std::size_t> number();
-  /// Takes group and object.
+  /// Takes a group and an object number.
   std::optional<npa::SettingKey> key();
-  /// Takes a packet, from its start byte on. Nothing if there is another byte, or the packet is
-  /// cut.
+  /// Takes a packet. Returns nothing if the rest does not begin with a start byte, or if the packet
+  /// is cut.
   std::optional<Data> packet();
 
  private:
   Data m_Rest;
 };
 
-/// Returns the size of the packet at the start of `bytes` (at least 3 bytes), which its length
-/// field gives. One packet, which its first nine bytes identify, has four bytes more than its
-/// length says: the one that generates a certificate.
+/// Returns the size of the packet at the start of `bytes` (at least 3 bytes) by its length field.
+/// The packet that generates a certificate has 4 bytes more than its length field says. Its first 9
+/// bytes identify it.
 std::size_t packetSize(Data bytes);
 
-/// A whole packet.
+/// The parts of a complete packet.
 struct PacketParts {
   enum class Kind {
     NoFlag,         ///< ends before its flag byte
-    Announcement,   ///< the fixed packet ahead of a method call
-    Refusal,        ///< by its flag byte
-    EndOfExchange,  ///< by its flag byte
-    Content,        ///< any other
+    Announcement,   ///< the fixed packet that precedes a method call
+    Refusal,        ///< its flag byte refuses the request
+    EndOfExchange,  ///< its flag byte ends the exchange
+    Content,        ///< any other packet
   };
 
   Kind kind = Kind::NoFlag;
   npa::Byte flag = 0;
-  Data body;  ///< of each kind: all that follows the flag byte
+  Data body;  ///< the bytes after the flag byte
 };
 
-/// Takes a whole packet apart.
+/// Splits a complete packet.
 PacketParts readPacketParts(Data packet);
 
-/// What follows a packet's flag byte.
+/// The bytes after a packet's flag byte.
 struct Body {
   enum class Kind {
     Unknown,
-    Record,          ///< a query or its answer
-    SettingsGroup,   ///< settings to be stored together, or the result
-    SingleSettings,  ///< settings to be stored one by one, or the result
+    QueryOrValue,    ///< a query, or the reply to it
+    SettingsGroup,   ///< settings to store all together, or the reply
+    SingleSettings,  ///< settings to store one by one, or the reply
     Wrapper,
-    ObjectStoreCall,  ///< a method call or its reply
+    MethodCall,  ///< a method call, or the reply to it
   };
 
   Kind kind = Kind::Unknown;
-  /// What follows the bytes that give the kind. If it is unknown: what follows the usual command
-  /// byte, or all bytes if the command is another.
+  /// The bytes after those that identify the kind. For an unknown kind, the bytes after the usual
+  /// command byte. If the command byte is another one, all bytes of the body.
   Data content;
 };
 
-/// Reads a packet's body, from the command byte on.
+/// Parses the bytes after a packet's flag byte.
 Body readBody(Data body);
 
-/// The content of a query or its answer.
-struct Record {
-  std::optional<npa::SettingKey> key;    ///< none: less than that
-  std::optional<std::size_t> sizeField;  ///< none: less than that, as in a query
-  Data rest;                             ///< what follows: all of the value, or what cannot be read
+/// The content of a query, or of the reply to it.
+struct QueryOrValue {
+  std::optional<npa::SettingKey> key;    ///< nothing if the content is shorter
+  std::optional<std::size_t> sizeField;  ///< nothing if the content is shorter, as in a query
+  Data rest;                             ///< the bytes after these fields: the value
 
   bool isQuery() const { return key && !sizeField && rest.empty(); }
-  /// Whether the value has the size that its size field gives.
+  /// Returns true if the value has the size that the size field gives.
   bool isValue() const;
 };
 
-Record readRecord(Data content);
+QueryOrValue readQueryOrValue(Data content);
 
-/// One setting object, `group object 00 size(2) value`.
+/// A setting object: `group object 00 size(2) value`.
 struct SettingObject {
   npa::SettingKey key;
   Data value;
 };
 
-/// The content of a packet that stores settings, or of the reply.
+/// The content of a packet that stores settings, or of the reply to it.
 struct Settings {
-  std::optional<npa::Byte> result;     ///< of the reply: 1 is accepted
-  std::vector<SettingObject> objects;  ///< the whole ones at the start
-  Data rest;                           ///< what follows them; empty if they fill the content
+  std::optional<npa::Byte> result;     ///< of a reply; 1 means accepted
+  std::vector<SettingObject> objects;  ///< the complete objects at the start
+  Data rest;                           ///< the bytes after these objects
 };
 
 Settings readSettings(Data content);
 
 /// The content of a wrapper.
 struct Wrapper {
-  std::optional<std::size_t> size;  ///< none: less than a size field
-  Data inside;                      ///< as many bytes, or fewer if there are no more
-  Data behind;                      ///< what follows
+  std::optional<std::size_t> size;  ///< nothing if the content is shorter than a size field
+  Data inside;                      ///< `size` bytes, or fewer if the wrapper is cut
+  Data after;                       ///< the bytes after `inside`
 
   bool isWhole() const { return size && inside.size() == *size; }
 };

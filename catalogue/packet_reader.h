@@ -8,20 +8,23 @@
 
 namespace catalogue {
 
-/// Cuts a stream of bytes, which may arrive in any pieces, into NPA packets.
+/// Splits a stream of bytes into NPA packets. The bytes may arrive in any pieces.
+///
+///     PacketReader reader;
+///     for (const npa::Bytes& packet : reader.feed(received)) { ... }
 class PacketReader {
  public:
-  /// Takes the next bytes and returns the packets that are complete now, start byte and length
-  /// included. Bytes outside a packet are dropped and counted.
+  /// Takes the next bytes and returns the packets that are complete now, with their start byte and
+  /// length field. Drops and counts bytes outside a packet.
   std::vector<npa::Bytes> feed(std::span<const npa::Byte> bytes);
 
-  /// How many bytes of an incomplete packet wait for the rest.
+  /// Returns the count of bytes of an incomplete packet.
   std::size_t pendingBytes() const { return m_Pending.size(); }
 
-  /// Drops them.
+  /// Drops the incomplete packet.
   void dropPending() { m_Pending.clear(); }
 
-  /// How many bytes stood outside any packet so far.
+  /// Returns the count of bytes outside a packet so far.
   std::size_t strayBytes() const { return m_StrayBytes; }
 
  private:

@@ -1,3 +1,5 @@
+// The table of settings, and the texts about their values.
+
 #include "catalogue/setting_catalogue.h"
 
 #include <algorithm>
@@ -13,6 +15,8 @@ namespace {
 using Kind = SettingInfo::Kind;
 using Names = std::span<const std::string_view>;
 
+// Meanings of numbers. The index is the number.
+
 constexpr std::array<std::string_view, 2> ModeNames = {"managed", "ad-hoc"};
 constexpr std::array<std::string_view, 5> SecurityNames = {"none", "WEP", "WPA (1 or 2)", "802.1x",
                                                            "WPA2 only"};
@@ -22,6 +26,8 @@ constexpr std::array<std::string_view, 5> EncryptionNames = {"none", "dynamic WE
                                                              "TKIP", "AES"};
 constexpr std::array<std::string_view, 4> InnerAuthNames = {"CHAP", "MSCHAP", "MSCHAPv2", "PAP"};
 
+/// The columns are key, name, kind of the value, whether it is secret, meanings of its numbers, and
+/// whether the length field holds only the low byte of the size.
 constexpr std::array Catalogue = {
     SettingInfo{npa::settings::Reset, "adapter reset", Kind::Flag, false, {}},
     SettingInfo{npa::settings::Descriptor, "adapter descriptor", Kind::Text, false, {}},

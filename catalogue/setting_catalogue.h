@@ -10,46 +10,48 @@
 
 namespace catalogue {
 
-/// What the emulated adapter knows of one setting.
+/// One setting: its name and how its value is shown. The emulated printer, the decoder and the
+/// Wireshark dissector use the same table.
 struct SettingInfo {
   enum class Kind { Text, Number, Flag, Address };
 
   npa::SettingKey key;
   std::string_view name;
   Kind kind;
-  bool secret;
-  /// What the numbers from 0 on mean, where they are names.
+  bool secret;  ///< a key or a password: masked in logs and reports
+  /// The meanings of the numbers 0, 1, 2 and so on. Empty if the numbers have none.
   std::span<const std::string_view> numberNames;
-  /// Whether the object's length field holds only the low byte of the value's size.
+  /// True if the object's length field holds only the low byte of the value's size.
   bool sizeIsLowByte = false;
 };
 
-/// All that is known of settings, in the order of their numbers.
+/// Returns all known settings, ordered by group and object.
 std::span<const SettingInfo> settingCatalogue();
 
-/// The name of a group of settings, empty for one that is not known.
+/// Returns the name of a group of settings, or an empty text for an unknown group.
 std::string_view groupName(npa::Byte group);
 
-/// "text", "number", "flag" or "address".
+/// Returns "text", "number", "flag" or "address".
 std::string_view kindName(SettingInfo::Kind kind);
 
-/// Returns what is known of a setting, or null.
+/// Returns the row of a setting, or null for an unknown setting.
 const SettingInfo* findSetting(npa::SettingKey key);
 
-/// Whether a setting's value must not be shown: keys and passwords, and whatever is not known.
+/// Returns true if a setting's value must be masked: it is a key or a password, or the setting is
+/// unknown.
 bool isSecret(npa::SettingKey key);
 
-/// A text without the zero bytes that end it.
+/// Returns a text without the zero bytes at its end.
 std::span<const npa::Byte> withoutTerminator(std::span<const npa::Byte> value);
 
-/// The number in a value of one to four bytes; nothing for any other.
+/// Returns the number in a value of 1 to 4 bytes, or nothing for a value of another size.
 std::optional<std::size_t> numberOf(std::span<const npa::Byte> value);
 
-/// The bytes of an address with points between them.
+/// Returns the bytes of an address as "192.168.1.20".
 std::string addressText(std::span<const npa::Byte> value);
 
-/// The setting and its value in words, such as `channel = 6`, `SSID = "home"` or, masked,
-/// `pre-shared key = (8 bytes)`.
+/// Returns a setting and its value as text, such as `channel = 6` or `SSID = "home"`. Unless
+/// `showSecrets` is set, a secret value shows only its size: `pre-shared key = (8 bytes)`.
 std::string describeSetting(npa::SettingKey key, std::span<const npa::Byte> value,
                             bool showSecrets);
 

@@ -1,12 +1,12 @@
-# The programs beside zvkconfig need libraries that zvkconfig does not use. Each is built if its
-# libraries are found, and left out with one line otherwise.
+# The companion programs zvkprinter and zvknpa need libraries that zvkconfig does not use. By default the build
+# leaves out a program whose libraries are missing, and prints one line.
 
 find_package(pugixml QUIET)
 find_package(nlohmann_json QUIET)
 find_package(CLI11 QUIET)
 include(${CMAKE_CURRENT_LIST_DIR}/libpcap.cmake)
 
-# Name of a library, its target, Debian's package.
+# The columns are the name of a library, its target and its Debian package.
 set(zvk_companion_libraries
   "pugixml pugixml::pugixml libpugixml-dev"
   "cli11 CLI11::CLI11 libcli11-dev"
@@ -14,11 +14,11 @@ set(zvk_companion_libraries
   "nlohmann-json nlohmann_json::nlohmann_json nlohmann-json3-dev")
 
 # zvk_companion(OPTION PROGRAM LIBRARIES name... [NEEDED_BY variable...]) makes the cache variable
-# OPTION with the values AUTO, ON and OFF. Sets ${OPTION}_IS_BUILT, and adds PROGRAM to ZVK_COMPANIONS.
-# If one of the NEEDED_BY variables is on, AUTO means ON.
+# OPTION with the values AUTO, ON and OFF. AUTO builds PROGRAM if its libraries are found, and means ON if one
+# of the NEEDED_BY variables is on. Sets ${OPTION}_IS_BUILT. Adds PROGRAM to ZVK_COMPANIONS if it is built.
 function(zvk_companion option program)
   cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "LIBRARIES;NEEDED_BY")
-  set(${option} AUTO CACHE STRING "Build ${program}: AUTO (if its libraries are found), ON, OFF")
+  set(${option} AUTO CACHE STRING "Build ${program}: AUTO (if its libraries are found), ON or OFF")
   set_property(CACHE ${option} PROPERTY STRINGS AUTO ON OFF)
   set(value ${${option}})
   if(NOT value STREQUAL "AUTO" AND value)

@@ -5,7 +5,7 @@ add_compile_options(
   -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2)
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  # g++ 12 sees an overlap in the assignment of any literal to a std::string (GCC bug 105329).
+  # g++ 12 warns of an overlap if any literal is assigned to a std::string (GCC bug 105329).
   add_compile_options(-Wno-restrict)
 endif()
 
@@ -14,12 +14,12 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
 endif()
 
 if(ZVK_SANITIZERS)
-  # Optimised a little, or some tests of the programs take minutes.
+  # Without optimisation some end-to-end tests take minutes.
   add_compile_options($<$<CONFIG:Debug>:-O1> -fsanitize=${ZVK_SANITIZERS} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZVK_SANITIZERS})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND ZVK_SANITIZERS MATCHES "address")
-    # As g++ does by itself: linked in, clang's runtime and a preloaded clock wait for each other.
+    # The shared runtime, as with g++. With clang's static runtime a preloaded clock (faketime) deadlocks.
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-runtime-dir
       OUTPUT_VARIABLE runtime_folder OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     add_link_options(-shared-libsan "LINKER:-rpath,${runtime_folder}")
@@ -28,14 +28,14 @@ endif()
 
 if(ZVK_FUZZ)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR NOT ZVK_SANITIZERS MATCHES "address")
-    message(FATAL_ERROR "The fuzzers need clang++, and AddressSanitizer to see what they find")
+    message(FATAL_ERROR "ZVK_FUZZ needs clang++, and 'address' in ZVK_SANITIZERS")
   endif()
-  # The libraries report to a fuzzer where an input leads. Programs without one ignore it.
+  # The libraries report to the fuzzer which code an input reaches. Other programs ignore this.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# Programs that are shipped: a mistake that gets past everything else ends the program instead of
-# being made use of. The sanitizers have checks of their own, which these would hide.
+# For released programs: a memory error ends the program, so that nobody can exploit it. Not with sanitizers,
+# because these checks would hide theirs.
 option(ZVK_HARDENING "Harden the programs against memory errors (not in Debug builds)" ON)
 if(ZVK_HARDENING AND NOT ZVK_SANITIZERS AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
   add_compile_options(-fstack-protector-strong -fstack-clash-protection)
@@ -53,15 +53,15 @@ check_pie_supported(LANGUAGES CXX)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  # Paths below the sources and the build folder's name do not count: another clone has the same objects.
-  # What a precompiled header holds is told to the cache by the compiler.
+  # The folders of sources and build do not count, so that all clones share objects. The compiler reports to
+  # the cache what a precompiled header contains.
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
     CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
     CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-fpch-preprocess)
   elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    # CMake's own options hide the paths from the cache; and a header's time is no part of its content.
+    # CMake's default options hide the paths from the cache. The time of a header must not count.
     set(CMAKE_CXX_COMPILE_OPTIONS_CREATE_PCH
       -Xclang -emit-pch -Xclang -fno-pch-timestamp -include <PCH_HEADER> -x c++-header)
     set(CMAKE_CXX_COMPILE_OPTIONS_USE_PCH -include-pch <PCH_FILE>)

@@ -1,4 +1,4 @@
-# libpcap, which reads captures: its header is <pcap/pcap.h>. There is a target if it is found.
+# libpcap reads captures. Its header is <pcap/pcap.h>. Defines the target libpcap if it is found.
 find_path(LIBPCAP_INCLUDE_DIR pcap/pcap.h)
 find_library(LIBPCAP_LIBRARY pcap)
 mark_as_advanced(LIBPCAP_INCLUDE_DIR LIBPCAP_LIBRARY)

@@ -1,7 +1,7 @@
-# Tests that need a tool which is not on every machine. If it is missing, such a test is skipped and
-# says why. A machine with CI in its environment must have every tool.
+# Tests that need tools. If a tool is missing, the test is skipped and prints the name of the tool. If CI is set
+# in the environment, a missing tool is an error.
 
-# zvk_find_tools(RESULT tool...): sets RESULT to the tools that are missing.
+# zvk_find_tools(RESULT tool...): sets RESULT to the names of the missing tools, with commas between them.
 function(zvk_find_tools result)
   set(missing "")
   foreach(tool ${ARGN})
@@ -18,13 +18,13 @@ function(zvk_find_tools result)
   set(${result} "${missing}" PARENT_SCOPE)
 endfunction()
 
-# Adds a test that is skipped, because these tools are missing.
+# zvk_skipped_test(NAME MISSING): adds a test that is always skipped, because the tools MISSING are missing.
 function(zvk_skipped_test name missing)
   add_test(NAME ${name} COMMAND sh -c "echo \"Missing: ${missing} (scripts/setup installs it).\"; exit 77")
   set_tests_properties(${name} PROPERTIES SKIP_RETURN_CODE 77)
 endfunction()
 
-# zvk_tool_test(NAME TOOLS tool... COMMAND command...): add_test, if the tools are there.
+# zvk_tool_test(NAME TOOLS tool... COMMAND command...): like add_test, but skips the test if a tool is missing.
 function(zvk_tool_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "TOOLS;COMMAND")
   zvk_find_tools(missing ${arg_TOOLS})

@@ -1,3 +1,5 @@
+// Parsing and indentation of the XML of method calls, with pugixml.
+
 #include "decoder/call_text.h"
 
 #include <pugixml.hpp>
@@ -7,10 +9,11 @@ namespace decoder {
 
 namespace {
 
-/// Calls and replies go seven elements deep.
+/// The largest accepted depth. Calls and replies have a depth of 7.
 constexpr int DeepestNesting = 32;
 
-class Walker : public pugi::xml_tree_walker {
+/// Walks through a document until an element is nested too deeply.
+class DepthCheck : public pugi::xml_tree_walker {
  public:
   bool for_each(pugi::xml_node& /*node*/) override {
     m_IsTooDeep = depth() > DeepestNesting;
@@ -23,12 +26,12 @@ class Walker : public pugi::xml_tree_walker {
   bool m_IsTooDeep = false;
 };
 
-/// The text of the child element called `name` of a node.
+/// Returns the text of the child `element` whose attribute "name" is `name`.
 std::string namedText(pugi::xml_node node, const char* element, const char* name) {
   return node.find_child_by_attribute(element, "name", name).text().get();
 }
 
-/// The text in the element that the child called `name` of a reply's map holds.
+/// Returns the text of the value called `name` in the map of a reply.
 std::string replyText(pugi::xml_node map, const char* name) {
   return map.find_child_by_attribute("child", "name", name).first_child().text().get();
 }
@@ -41,9 +44,9 @@ std::optional<CallText> readCallText(std::string_view xml) {
       !document.load_buffer(xml.data(), xml.size(), pugi::parse_full, pugi::encoding_utf8)) {
     return std::nullopt;
   }
-  Walker walker;
-  document.traverse(walker);
-  if (walker.isTooDeep()) {
+  DepthCheck depthCheck;
+  document.traverse(depthCheck);
+  if (depthCheck.isTooDeep()) {
     return std::nullopt;
   }
   CallText text;

@@ -1,3 +1,5 @@
+// Captures of usbmon, read with libpcap.
+
 #include "decoder/capture_input.h"
 
 #include <algorithm>
@@ -20,8 +22,8 @@ namespace decoder {
 
 namespace {
 
-/// As they stand at the start of a file, in either byte order: pcap with microseconds, with
-/// nanoseconds, pcapng.
+/// The first bytes of capture files: pcap with microseconds in both byte orders, pcap with
+/// nanoseconds in both byte orders, pcapng.
 constexpr std::array<std::string_view, 5> Magics = {"\xD4\xC3\xB2\xA1", "\xA1\xB2\xC3\xD4",
                                                     "\x4D\x3C\xB2\xA1", "\xA1\xB2\x3C\x4D",
                                                     "\x0A\x0D\x0D\x0A"};
@@ -31,11 +33,12 @@ struct CloseCapture {
 };
 using Capture = std::unique_ptr<::pcap_t, CloseCapture>;
 
+/// Opens a capture. The bytes must outlive it. Throws `CaptureError`.
 Capture openCapture(std::string_view bytes) {
   if (bytes.empty()) {
-    throw CaptureError("it is empty");
+    throw CaptureError("the file is empty");
   }
-  // Opened for reading only, so that the bytes stay as they are.
+  // The stream only reads, so the bytes do not change.
   auto* const memory = const_cast<char*>(bytes.data());
   std::FILE* const file = ::fmemopen(memory, bytes.size(), "rb");
   if (file == nullptr) {
@@ -50,6 +53,7 @@ Capture openCapture(std::string_view bytes) {
   return capture;
 }
 
+/// Returns the size of the usbmon header of a frame. Throws `CaptureError` for another link type.
 std::size_t headerSizeOf(::pcap_t* capture) {
   switch (const int type = ::pcap_datalink(capture); type) {
     case DLT_USB_LINUX:
@@ -58,17 +62,17 @@ std::size_t headerSizeOf(::pcap_t* capture) {
       return sizeof(::pcap_usb_header_mmapped);
     default:
       const char* const name = ::pcap_datalink_val_to_name(type);
-      throw CaptureError("its link type is " +
-                         (name == nullptr ? std::to_string(type) : std::string(name)) +
-                         ", not usbmon's USB_LINUX or USB_LINUX_MMAPPED");
+      throw CaptureError("expected link type USB_LINUX or USB_LINUX_MMAPPED, got " +
+                         (name == nullptr ? std::to_string(type) : std::string(name)));
   }
 }
 
-/// The endpoints of a capture and what went through them.
+/// The endpoints of a capture, each with a decoder for its stream of bytes.
 class Endpoints {
  public:
   explicit Endpoints(Report& report) : m_Report(report) {}
 
+  /// Handles the next event, in the frame of that number.
   void take(const UsbEvent& event, std::size_t frame) {
     if (event.toHost()) {
       if (event.kind == UsbEvent::Kind::Complete) {
@@ -80,7 +84,7 @@ class Endpoints {
     switch (event.kind) {
       case UsbEvent::Kind::Submit:
         if (submitted != m_Submitted.end()) {
-          // Its completion is not in the capture.
+          // The completion of the earlier transfer is not in the capture.
           passWhole(submitted->second);
         }
         m_Submitted.insert_or_assign(event.transfer, submissionOf(event, frame));
@@ -99,6 +103,7 @@ class Endpoints {
     }
   }
 
+  /// Decodes the transfers that were never completed, and ends all streams.
   void finish() {
     std::vector<const Submission*> open;
     for (const auto& [transfer, submission] : m_Submitted) {
@@ -114,12 +119,13 @@ class Endpoints {
   }
 
  private:
+  /// Bus, device and endpoint.
   using Key = std::tuple<std::uint16_t, std::uint8_t, std::uint8_t>;
 
   /// A transfer to the printer that is not completed yet.
   struct Submission {
-    UsbEvent event;  ///< without data: that is in a record which is gone
-    Bytes data;
+    UsbEvent event;  ///< without its data, because the frame is no longer in memory
+    Bytes data;      ///< a copy of the data
     std::size_t frame;
   };
 
@@ -129,21 +135,23 @@ class Endpoints {
     return result;
   }
 
+  /// Decodes a transfer for which there is no completion: all of it counts.
   void passWhole(const Submission& submission) {
     pass(submission.event, submission.data, submission.event.length, submission.frame);
   }
 
-  /// Hands on a transfer of `length` bytes, as much as there is of them.
+  /// Passes a transfer of `length` bytes to its decoder. `data` may have fewer bytes; the others
+  /// are missing from the capture.
   void pass(const UsbEvent& event, std::span<const npa::Byte> data, std::size_t length,
             std::size_t frame) {
     if (length == 0) {
       return;
     }
     StreamDecoder& decoder = decoderOf(event);
-    const std::size_t there = std::min(length, data.size());
-    decoder.feed(data.first(there), frame);
-    if (there < length) {
-      decoder.skip(length - there, frame);
+    const std::size_t captured = std::min(length, data.size());
+    decoder.feed(data.first(captured), frame);
+    if (captured < length) {
+      decoder.skip(length - captured, frame);
     }
   }
 
@@ -184,9 +192,10 @@ void decodeCapture(std::string_view bytes, const std::string& device, Report& re
   }
   endpoints.finish();
   if (result == PCAP_ERROR) {
-    report.problem({{Stream::Unit::Frame, Stream::Direction::Unknown, {}, false},
-                    {frame, frame},
-                    std::string("the capture cannot be read on: ") + ::pcap_geterr(capture.get())});
+    report.problem(
+        {{Stream::Unit::Frame, Stream::Direction::Unknown, {}, false},
+         {frame, frame},
+         std::string("the rest of the capture cannot be read: ") + ::pcap_geterr(capture.get())});
   }
 }
 

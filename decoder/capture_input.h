@@ -8,21 +8,21 @@
 
 namespace decoder {
 
-/// A capture that cannot be read at all; the text says why.
+/// Thrown if a capture cannot be read at all. The text is the reason.
 struct CaptureError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Whether the bytes begin like a capture file (pcap or pcapng).
+/// Returns true if the bytes begin like a capture file (pcap or pcapng).
 bool isCapture(std::string_view bytes);
 
-/// Decodes a capture of usbmon (link types USB_LINUX and USB_LINUX_MMAPPED): the bulk transfers of
-/// each endpoint, one behind the other, however packets are spread over them. Of a transfer to the
-/// printer counts what its completion says has gone through. `device`, unless empty, is the only
-/// device to look at, as "BUS:DEVICE".
+/// Decodes a capture of usbmon (link types USB_LINUX and USB_LINUX_MMAPPED). The bulk transfers of
+/// each endpoint form one stream, so a packet may extend over several transfers. Of a transfer to
+/// the printer, only the bytes that the printer took count; the completion has their number. If
+/// `device` is not empty, only the transfers of this device ("BUS:DEVICE") are read.
 ///
-/// Throws `CaptureError` when the file's head cannot be read or is of another link type; what
-/// cannot be read behind it is reported.
+/// Throws `CaptureError` if the header of the file cannot be read or has another link type. Later
+/// errors are reported as problems.
 void decodeCapture(std::string_view bytes, const std::string& device, Report& report);
 
 }  // namespace decoder

@@ -1,3 +1,5 @@
+// The choice between the two forms of input.
+
 #include "decoder/decode.h"
 
 #include "decoder/capture_input.h"

@@ -8,11 +8,11 @@
 
 namespace decoder {
 
-/// Decodes the bytes of one input in the form that it has, or that the options force. Throws
-/// `CaptureError` when a capture cannot be read at all.
+/// Decodes the bytes of one input as text or as a capture. The options select the form, or else the
+/// first bytes do. Throws `CaptureError` if a capture cannot be read at all.
 void decode(std::string_view bytes, const Options& options, Report& report);
 
-/// Says that no packet was found in an input, and what was looked for.
+/// Returns the message that an input contains no packet. It lists what was looked for.
 std::string nothingFoundText(std::string_view bytes, const Options& options);
 
 }  // namespace decoder

@@ -1,3 +1,5 @@
+// Lines of dumps. A line counts as a dump only if its columns agree with each other.
+
 #include "decoder/dump_line.h"
 
 #include <algorithm>
@@ -15,7 +17,7 @@ using Form = HexLine::Form;
 /// A pair and the blank after it.
 constexpr std::size_t DumpSpacing = PairSize + 1;
 
-/// What dumps show beside the bytes.
+/// Returns the text column of a dump: a "." for each byte that is not printable ASCII.
 std::string textColumn(std::span<const npa::Byte> bytes) {
   std::string text(bytes.size(), '.');
   std::ranges::transform(bytes, text.begin(), [](npa::Byte byte) {
@@ -24,8 +26,8 @@ std::string textColumn(std::span<const npa::Byte> bytes) {
   return text;
 }
 
-/// Reads the part of a dump's line in front of its text column: `count` bytes, each with a blank
-/// after it, and blanks in place of others.
+/// Parses the part of a line before its text column: `count` bytes, each followed by a blank, then
+/// only blanks. Returns nothing for any other text.
 std::optional<Bytes> readByteColumn(std::string_view column, std::size_t count) {
   Bytes bytes;
   for (std::size_t i = 0; i < count; ++i) {
@@ -37,15 +39,15 @@ std::optional<Bytes> readByteColumn(std::string_view column, std::size_t count) 
   return trimmed(column).empty() ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
-/// Says whether the last word of `text` is a pair of digits.
+/// Returns true if the last word of `text` is a pair of hex digits.
 bool endsWithPair(std::string_view text) {
   text = trimmed(text);
   const std::size_t start = text.find_last_of(Blanks) + 1;
   return text.size() - start == PairSize && isDigit(text[start]) && isDigit(text[start + 1]);
 }
 
-/// Reads the bytes at the end of `head`, whose last character is the bar, if they are those that
-/// `column` shows.
+/// Parses the bytes at the end of `head`, in a dump of `width` bytes per line. The last character
+/// of `head` is the bar, and `column` is the text column. Returns nothing if the two disagree.
 std::optional<HexLine> readDumpOfWidth(std::size_t width, std::string_view head,
                                        std::string_view column) {
   const std::size_t size = width * DumpSpacing + 1;
@@ -53,7 +55,7 @@ std::optional<HexLine> readDumpOfWidth(std::size_t width, std::string_view head,
     return std::nullopt;
   }
   const std::string_view other = head.substr(0, head.size() - size);
-  // One more pair in front means that the text column is cut.
+  // If another pair precedes the bytes, the text column is cut.
   const bool isCut = width < DumpWidth && endsWithPair(other);
   auto bytes = readByteColumn(head.substr(other.size(), size - 1), column.size());
   if (!bytes || textColumn(*bytes) != column || isCut ||
@@ -82,7 +84,7 @@ std::optional<HexLine> readXxd(std::string_view text) {
       return std::nullopt;
     }
   } while (skip(text, " ") && !text.starts_with(' '));
-  // The text column shows whether these are bytes in their order: bits (-b) and words of another
+  // The text column shows whether these are bytes in their order. Bits (-b) and words in another
   // byte order (-e) look similar.
   const std::string column = textColumn(line.bytes);
   const bool isInOrder = trimmed(text).empty() || trimmed(text) == trimmed(column);
@@ -107,13 +109,13 @@ std::optional<HexLine> readHexdump(std::string_view text) {
     }
     blanks = takeAll(text, " ").size();
   }
-  // Without a text column, four bytes together might stand in front of single ones. No packet
-  // begins with a zero.
+  // Without a text column, the offset could be four bytes of data before single bytes. If it begins
+  // with 00, it is an offset, because no packet begins with 00.
   const bool isDump = !line.bytes.empty() && (!text.empty() || beginsWithZeros);
   return isDump ? std::optional(std::move(line)) : std::nullopt;
 }
 
-std::optional<HexLine> readOwnDump(std::string_view text) {
+std::optional<HexLine> readZvkconfigDump(std::string_view text) {
   if (text.ends_with('\r')) {
     text.remove_suffix(1);
   }
@@ -123,7 +125,7 @@ std::optional<HexLine> readOwnDump(std::string_view text) {
     if (!head.ends_with('|')) {
       continue;
     }
-    // All lines of a dump are as wide as its first one, which is full unless it is the only one.
+    // All lines of a dump have the width of its first line. That is a full line, or the only line.
     for (const std::size_t width : {DumpWidth, count}) {
       if (std::optional<HexLine> line = readDumpOfWidth(width, head, column)) {
         return line;

@@ -7,17 +7,18 @@
 
 namespace decoder {
 
-/// Bytes in a full line of zvkconfig's dump.
+/// The count of bytes in a full line of zvkconfig's dump.
 inline constexpr std::size_t DumpWidth = 16;
 
-// The readers of dumps, for `readHexLine`. Each returns nothing for a line of another form.
+// The parsers of dump lines for `readHexLine`. Each returns nothing for a line of another form.
 
+/// Parses a line of xxd.
 std::optional<HexLine> readXxd(std::string_view text);
-/// Reads a line of `hexdump -C`. Its text column may be missing or cut.
+/// Parses a line of `hexdump -C`. Its text column may be missing or cut.
 std::optional<HexLine> readHexdump(std::string_view text);
-/// Reads a line of zvkconfig's dump. Its text column, which must be whole, has a character for each
-/// byte and so says where the bytes begin: a prompt, a time or the name of a program may stand in
-/// front.
-std::optional<HexLine> readOwnDump(std::string_view text);
+/// Parses a line of zvkconfig's dump. A prompt, a time or the name of a program may precede the
+/// bytes. The text column must be complete: it has one character per byte, so its length gives the
+/// position of the first byte.
+std::optional<HexLine> readZvkconfigDump(std::string_view text);
 
 }  // namespace decoder

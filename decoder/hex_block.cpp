@@ -1,3 +1,5 @@
+// Which lines of hex belong to one block, and which bytes are repeated or missing.
+
 #include "decoder/hex_block.h"
 
 #include <utility>
@@ -18,7 +20,7 @@ bool HexBlock::take(std::string_view text, std::size_t number) {
   if (!line || !accepts(*line)) {
     return false;
   }
-  if (isOpen() && !goesOn(*line)) {
+  if (isOpen() && !continuesBlock(*line)) {
     end();
   }
   add(std::move(*line), number);
@@ -39,19 +41,19 @@ bool HexBlock::takeMark(std::string_view text, std::size_t number) {
   if (!endsDump) {
     return false;
   }
-  goOnAt(*offset, number);
+  continueAt(*offset, number);
   end();
   return true;
 }
 
 bool HexBlock::accepts(const HexLine& line) const {
-  // A time or a hardware address has colons, too. Neither begins with A5: such an address would be
-  // that of a group.
-  const bool goesOnWithColons = isOpen() && m_Form == Form::Colons;
-  return line.form != Form::Colons || goesOnWithColons || line.bytes.front() == npa::StartByte;
+  // Times and hardware addresses have colons too. Neither begins with A5: an odd first byte is that
+  // of a group address, which no device has.
+  const bool continuesColons = isOpen() && m_Form == Form::Colons;
+  return line.form != Form::Colons || continuesColons || line.bytes.front() == npa::StartByte;
 }
 
-bool HexBlock::goesOn(const HexLine& line) const {
+bool HexBlock::continuesBlock(const HexLine& line) const {
   if (isInDump() != (line.form == Form::Counted) || m_Direction != line.direction) {
     return false;
   }
@@ -60,7 +62,7 @@ bool HexBlock::goesOn(const HexLine& line) const {
 
 void HexBlock::add(HexLine line, std::size_t number) {
   if (isInDump()) {
-    goOnAt(line.offset, number);
+    continueAt(line.offset, number);
   }
   m_Form = line.form;
   m_Direction = line.direction;
@@ -72,7 +74,7 @@ void HexBlock::add(HexLine line, std::size_t number) {
   }
 }
 
-void HexBlock::goOnAt(std::uint64_t offset, std::size_t number) {
+void HexBlock::continueAt(std::uint64_t offset, std::size_t number) {
   const std::size_t repeatedAt = std::exchange(m_RepeatedAt, 0);
   const std::uint64_t count = offset - m_NextOffset;
   if (count == 0) {
@@ -81,12 +83,13 @@ void HexBlock::goOnAt(std::uint64_t offset, std::size_t number) {
   const Bytes& last = m_Lines.back().bytes;
   if (repeatedAt == 0 || count % last.size() != 0) {
     end();
-    complain(number, countOf(count) + " missing in the dump");
+    reportProblem(number, countOf(count) + " missing from the dump");
     return;
   }
   if (count > m_RepeatsLeft) {
     end();
-    complain(repeatedAt, countOf(count) + " repeated, which is too many");
+    reportProblem(repeatedAt, countOf(count) + " repeated; the limit for one input is " +
+                                  std::to_string(MostRepeatedBytes));
     return;
   }
   m_RepeatsLeft -= count;
@@ -128,7 +131,7 @@ void HexBlock::reportCollected(const Stream& stream) const {
   m_Report.packet(packet);
 }
 
-void HexBlock::complain(std::size_t number, std::string text) const {
+void HexBlock::reportProblem(std::size_t number, std::string text) const {
   m_Report.problem({{}, {number, number}, std::move(text)});
 }
 

@@ -11,21 +11,26 @@
 
 namespace decoder {
 
-/// How many bytes the "*" of dumps may stand for in one input: the size of the largest packet.
-/// Without a limit, a few characters could stand for as many bytes as a number can count.
+/// The most bytes that the "*" of dumps may stand for in one input: the size of the largest packet.
+/// Without a limit, a short input could produce 2^64 bytes.
 inline constexpr std::size_t MostRepeatedBytes = npa::LengthLimit + npa::LengthHeaderSize;
 
-/// Lines of hex that follow each other and belong together. They are decoded when they end.
+/// A block of consecutive lines of hex. Its bytes are decoded when the block ends.
+///
+///     HexBlock block(report);
+///     if (!block.take(line, number)) {
+///       block.end();  // the line is not hex
+///     }
 class HexBlock {
  public:
-  /// `report` belongs to the caller and must outlive the block.
+  /// The report must outlive the block.
   explicit HexBlock(Report& report) : m_Report(report) {}
 
-  /// Takes a line of hex, or what stands for bytes in a dump. Begins another block where the line
-  /// does not go on with the one so far. Returns false, and changes nothing, for anything else.
+  /// Adds a line of hex, or the "*" or the last offset of a dump. Ends the current block first if
+  /// the line does not continue it. Returns false and changes nothing for any other line.
   bool take(std::string_view text, std::size_t number);
 
-  /// Decodes the lines so far. The next one begins another block.
+  /// Decodes the block. The next line begins another one.
   void end();
 
  private:
@@ -36,26 +41,27 @@ class HexBlock {
 
   bool isOpen() const { return !m_Lines.empty(); }
   bool isInDump() const { return isOpen() && m_Form == HexLine::Form::Counted; }
-  /// Takes the "*" of repeated lines, and the offset that ends a dump.
+  /// Handles the "*" and the last offset of a dump. Returns false for any other line.
   bool takeMark(std::string_view text, std::size_t number);
-  /// Says whether a line may begin a block, or go on with this one.
+  /// Returns true if the line may be part of a block.
   bool accepts(const HexLine& line) const;
-  /// Says whether a line goes on with the open block.
-  bool goesOn(const HexLine& line) const;
+  /// Returns true if the line continues the current block.
+  bool continuesBlock(const HexLine& line) const;
   void add(HexLine line, std::size_t number);
-  /// Has a dump go on at `offset`, which is not before its end: after bytes that are repeated or
-  /// missing.
-  void goOnAt(std::uint64_t offset, std::size_t number);
+  /// Continues a dump at `offset`, which is not smaller than expected. Adds the bytes that "*"
+  /// stands for, or reports missing bytes.
+  void continueAt(std::uint64_t offset, std::size_t number);
+  /// Decodes the block as a collected reply.
   void reportCollected(const Stream& stream) const;
-  void complain(std::size_t number, std::string text) const;
+  void reportProblem(std::size_t number, std::string text) const;
 
   Report& m_Report;
   std::vector<Line> m_Lines;
   HexLine::Form m_Form = HexLine::Form::Plain;
   Stream::Direction m_Direction = Stream::Direction::Unknown;
   bool m_HasHiddenBytes = false;
-  std::uint64_t m_NextOffset = 0;  ///< of a dump
-  std::size_t m_RepeatedAt = 0;    ///< the line of a dump's "*", 0 for none
+  std::uint64_t m_NextOffset = 0;  ///< the expected offset of the next line of a dump
+  std::size_t m_RepeatedAt = 0;    ///< the line number of a dump's "*"; 0 if there is none
   std::uint64_t m_RepeatsLeft = MostRepeatedBytes;
 };
 

@@ -1,3 +1,5 @@
+// Parsing of hex digits.
+
 #include "decoder/hex_digits.h"
 
 #include <algorithm>
@@ -52,6 +54,7 @@ bool appendPairs(std::string_view digits, Bytes& bytes) {
 }
 
 std::optional<std::uint64_t> takeOffset(std::string_view& text) {
+  // xxd writes at least 7 or 8 digits, depending on its version, and hexdump at least 8.
   constexpr std::size_t shortest = 7;
   constexpr std::size_t longest = 16;
   const std::string_view digits = takeAll(text, Digits);

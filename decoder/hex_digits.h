@@ -6,33 +6,34 @@
 
 #include "decoder/packet.h"
 
-/// What the readers of hex lines have in common.
+/// Helpers of the parsers of hex lines. Those called "take" or "skip" remove what they find from
+/// the front of `text`.
 namespace decoder {
 
 inline constexpr std::string_view Digits = "0123456789abcdefABCDEF";
 inline constexpr std::string_view Blanks = " \t\r";
 inline constexpr std::size_t PairSize = 2;
 
+/// Returns true for a hex digit.
 bool isDigit(char character);
 
-/// `text` without blanks at either end.
+/// Returns `text` without blanks at both ends.
 std::string_view trimmed(std::string_view text);
 
-/// Takes `head` from the front of `text` if it is there; returns whether it was.
+/// Skips `head`. Returns false if `text` does not begin with it.
 bool skip(std::string_view& text, std::string_view head);
 
-/// Takes the characters at the front of `text` that are among `wanted`.
+/// Takes the characters at the front of `text` that are in `wanted`.
 std::string_view takeAll(std::string_view& text, std::string_view wanted);
 
-/// Returns the number in digits; nothing if there are others among them, none or more than 16.
+/// Returns the number in 1 to 16 hex digits, or nothing for any other text.
 std::optional<std::uint64_t> numberIn(std::string_view digits);
 
-/// Appends the bytes of pairs of digits without anything between them; returns whether there are
-/// any, and nothing else.
+/// Appends the bytes of pairs of hex digits with nothing between them. Returns false if `digits` is
+/// empty or contains anything else; some bytes may have been appended then.
 bool appendPairs(std::string_view digits, Bytes& bytes);
 
-/// Takes an offset from the front of `text`. xxd writes 7 or 8 digits, hexdump 8, both more if need
-/// be.
+/// Takes the offset of a dump line, 7 to 16 digits. Returns nothing if there is none.
 std::optional<std::uint64_t> takeOffset(std::string_view& text);
 
 }  // namespace decoder

@@ -1,3 +1,5 @@
+// The forms of hex lines other than dumps, and the order in which all forms are tried.
+
 #include "decoder/hex_line.h"
 
 #include <algorithm>
@@ -14,6 +16,7 @@ namespace {
 using Direction = Stream::Direction;
 using Form = HexLine::Form;
 
+/// The start of a line in the log of the emulated printer, and the direction of its bytes.
 struct Mark {
   std::string_view text;
   Direction direction;
@@ -25,9 +28,10 @@ constexpr std::array<Mark, 2> Marks = {{
 }};
 
 constexpr std::string_view Separators = " \t\r,;";
-/// What the log has in place of a masked byte.
+/// A masked byte in that log.
 constexpr std::string_view Hidden = "**";
 
+/// Parses pairs of digits with colons between them.
 std::optional<HexLine> readColons(std::string_view text) {
   text = trimmed(text);
   HexLine line;
@@ -43,7 +47,7 @@ std::optional<HexLine> readColons(std::string_view text) {
   return hasColon && text.empty() ? std::optional(std::move(line)) : std::nullopt;
 }
 
-/// Appends the bytes of a word without separators; returns whether it is one of hex digits.
+/// Appends the bytes of a word without separators. Returns false if it is not hex.
 bool appendWord(std::string_view word, HexLine& line) {
   if (word == Hidden) {
     line.hasHiddenBytes = true;
@@ -63,6 +67,7 @@ bool appendWord(std::string_view word, HexLine& line) {
   return digit.has_value();
 }
 
+/// Parses words of hex digits, up to the bar of a dump.
 std::optional<HexLine> readPlain(std::string_view text) {
   HexLine line;
   const std::size_t bar = text.find('|');
@@ -81,6 +86,7 @@ std::optional<HexLine> readPlain(std::string_view text) {
   return line;
 }
 
+/// Parses a line of the emulated printer's log.
 std::optional<HexLine> readLog(std::string_view text) {
   for (const Mark& mark : Marks) {
     if (skip(text, mark.text)) {
@@ -95,8 +101,10 @@ std::optional<HexLine> readLog(std::string_view text) {
   return std::nullopt;
 }
 
-/// In this order: what an earlier one takes might look like something else to a later one.
-constexpr std::array Readers = {readLog, readXxd, readHexdump, readOwnDump, readColons, readPlain};
+/// The parsers in the order in which they are tried. A later one might misread a line that an
+/// earlier one recognises.
+constexpr std::array Readers = {readLog,           readXxd,    readHexdump,
+                                readZvkconfigDump, readColons, readPlain};
 
 }  // namespace
 

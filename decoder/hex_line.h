@@ -8,27 +8,27 @@
 
 namespace decoder {
 
-/// A line of text that holds bytes in hex.
+/// A line of text with bytes in hex.
 struct HexLine {
   enum class Form {
-    Plain,    ///< bytes alone, or as one of the programs logs them
-    Colons,   ///< bytes with colons between them; a time or a hardware address looks the same
-    Counted,  ///< bytes with their offset in front, as xxd and hexdump write them
+    Plain,    ///< only bytes, or a line of zvkconfig's dump or zvkprinter's log
+    Colons,   ///< bytes with colons between them; times and hardware addresses look the same
+    Counted,  ///< an offset and bytes, as xxd and hexdump write them
   };
 
   Form form = Form::Plain;
   Bytes bytes;
-  std::uint64_t offset = 0;  ///< of `Counted`
-  /// From the mark that the emulated printer's log puts in front.
+  std::uint64_t offset = 0;  ///< only of `Counted`
+  /// The direction, if the line is from the log of the emulated printer.
   Stream::Direction direction = Stream::Direction::Unknown;
-  /// Whether "**" stands for some of them; they are 0 here.
+  /// True if some bytes are masked with "**". Their value is 0 here.
   bool hasHiddenBytes = false;
-  /// Whether it is the last line of a dump, judging by its size.
+  /// True if this is the last line of a dump, because it is shorter than a full line.
   bool endsBlock = false;
 };
 
-/// Reads a line, without its end. Returns nothing if it holds no bytes, or something that is in
-/// none of the forms below. Upper and lower case are the same everywhere.
+/// Parses a line without its line end. Returns nothing if it has none of the forms below. Digits
+/// may be upper or lower case.
 ///
 ///     zvkprinter: <- A5 00 06 **            the log of zvkprinter; "->" as well
 ///     00000000: a500 0650 e0  ...P.         xxd, with columns and groups of any size

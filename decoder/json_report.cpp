@@ -1,3 +1,5 @@
+// The members of the JSON document. The problems of an input follow its last packet.
+
 #include "decoder/json_report.h"
 
 #include <array>
@@ -21,6 +23,7 @@ std::string hexByte(npa::Byte byte) {
   return catalogue::hexText(std::array{byte});
 }
 
+/// Returns the members for a place, which begin each packet and each problem.
 Json placeOf(const Stream& stream, Place place) {
   const std::string unit = stream.unit == Stream::Unit::Line ? "line" : "frame";
   Json json = {{unit, place.first}};
@@ -33,11 +36,12 @@ Json placeOf(const Stream& stream, Place place) {
   return json;
 }
 
+/// Returns the JSON text in one line.
 std::string textOf(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/// Adds a value to a setting's object.
+/// Adds the members for the value of a setting. `info` is null for an unknown setting.
 void addValue(Json& json, const catalogue::SettingInfo* info, const Bytes& value) {
   if (info == nullptr) {
     json["bytes"] = catalogue::hexText(value);

@@ -9,13 +9,17 @@
 
 namespace decoder {
 
-/// Puts what is found in the input into one JSON document (RFC 8259), a line for each packet. Bytes
-/// that are no UTF-8 are replaced by U+FFFD.
+/// A report as one JSON document (RFC 8259) with one line per packet. U+FFFD replaces bytes that
+/// are not UTF-8. The manual page zvknpa(1) describes the members.
+///
+///     JsonReport report(print, false);
+///     ...  // decode the inputs
+///     report.finish();
 class JsonReport : public Report {
  public:
   using Sink = std::function<void(std::string_view text)>;
 
-  /// Hands the document to `sink` piece by piece. Secrets are masked unless `showSecrets`.
+  /// Passes the document to `sink` in pieces. Masks secrets unless `showSecrets` is set.
   JsonReport(Sink sink, bool showSecrets);
 
   void beginInput(const std::string& name) override;
@@ -23,7 +27,7 @@ class JsonReport : public Report {
   void problem(const Problem& problem) override;
   void unreadable(const std::string& reason) override;
 
-  /// Completes the document, which is none before. Nothing may be reported behind it.
+  /// Writes the end of the document. Nothing may be reported afterwards.
   void finish();
 
  private:
@@ -32,9 +36,9 @@ class JsonReport : public Report {
   Sink m_Sink;
   bool m_ShowSecrets;
   std::size_t m_Inputs = 0;
-  std::size_t m_Packets = 0;            ///< of the input
-  std::vector<std::string> m_Problems;  ///< of the input, as JSON
-  std::string m_Unreadable;             ///< why the input is
+  std::size_t m_Packets = 0;            ///< of the current input
+  std::vector<std::string> m_Problems;  ///< of the current input, as JSON
+  std::string m_Unreadable;             ///< why the current input cannot be read; empty if it can
 };
 
 }  // namespace decoder

@@ -1,3 +1,5 @@
+// The program zvknpa: it reads the inputs and prints one report.
+
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -18,9 +20,11 @@ namespace {
 
 using decoder::Options;
 
+/// The exit status if the command line is invalid or the output cannot be written.
 constexpr int StatusFailure = 2;
 
-void say(std::string_view text) {
+/// Prints a message on standard error.
+void printMessage(std::string_view text) {
   std::fprintf(stderr, "zvknpa: %.*s\n", static_cast<int>(text.size()), text.data());
 }
 
@@ -28,7 +32,7 @@ void print(std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
-/// The whole content of a file, or of standard input for "-".
+/// Returns the whole content of a file, or of standard input for "-". Throws `std::system_error`.
 std::string readInput(const std::string& name) {
   struct CloseFile {
     void operator()(std::FILE* file) const {
@@ -54,24 +58,26 @@ std::string readInput(const std::string& name) {
   return content;
 }
 
+/// Decodes one input into the report. Prints an error if it cannot be read or contains no packet.
 void decodeInput(const std::string& name, const Options& options, decoder::Tally& report) {
   report.beginInput(name);
   try {
     const std::string content = readInput(name);
     decoder::decode(content, options, report);
     if (!report.hasFound()) {
-      say(name + ": " + decoder::nothingFoundText(content, options));
+      printMessage(name + ": " + decoder::nothingFoundText(content, options));
     }
   } catch (const std::system_error& error) {
     const std::string reason = error.code().message();
-    say(name + ": " + reason);
+    printMessage(name + ": " + reason);
     report.unreadable(reason);
   } catch (const std::exception& error) {
-    say(name + ": " + error.what());
+    printMessage(name + ": " + error.what());
     report.unreadable(error.what());
   }
 }
 
+/// Decodes all inputs into the report. Returns the exit status.
 int decodeInputs(const Options& options, decoder::Report& report) {
   decoder::Tally tally(report);
   for (const std::string& name : options.inputs) {
@@ -114,14 +120,14 @@ int main(int argc, char** argv) {
   try {
     const int status = run(decoder::parseOptions({argv + 1, argv + argc}));
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-      say("standard output: " + std::generic_category().message(errno));
+      printMessage("standard output: " + std::generic_category().message(errno));
       return StatusFailure;
     }
     return status;
   } catch (const catalogue::UsageError& error) {
-    say(std::string(error.what()) + "\nTry 'zvknpa --help'.");
+    printMessage(std::string(error.what()) + "\nTry 'zvknpa --help'.");
   } catch (const std::exception& error) {
-    say(error.what());
+    printMessage(error.what());
   }
   return StatusFailure;
 }

@@ -1,3 +1,5 @@
+// The options of zvknpa. catalogue/option_parser.h explains the columns.
+
 #include "decoder/options.h"
 
 #include <algorithm>
@@ -18,7 +20,7 @@ using Option = catalogue::Option<Options>;
 
 constexpr std::array<std::string_view, 2> Forms = {"text", "capture"};
 
-/// "1:5", as the reader of captures writes it.
+/// Parses "1:5" or "001:005". Returns the form that captures have: "1:5".
 std::string parseDevice(const std::string& text) {
   const std::size_t colon = text.find(':');
   constexpr std::string_view digits = "0123456789";
@@ -56,7 +58,7 @@ constexpr std::array OptionTable = {
     Option{.name = "--form",
            .kind = ValueKind::Words,
            .words = Forms,
-           .help = "read all inputs in this form, whatever they look like",
+           .help = "read all inputs in this form instead of recognising it",
            .apply =
                [](Options& o, const std::string& value) {
                  o.form = value == Forms.front() ? Options::Form::Text : Options::Form::Capture;
@@ -72,8 +74,8 @@ constexpr std::array OptionTable = {
            .help = "list the known settings",
            .details =
                "There is one per line, with tabs between the columns: group, object, kind of the "
-               "value, whether it is secret, names of group and setting, and the meaning of "
-               "its numbers.",
+               "value, whether it is secret, name of the group, name of the setting, and meanings "
+               "of its numbers.",
            .apply =
                [](Options& o, const std::string&) {
                  o.action = Options::Action::Objects;
@@ -108,18 +110,20 @@ Options parseOptions(const std::vector<std::string>& arguments) {
 }
 
 std::string helpText() {
-  return "zvknpa: what is said to a printer's wireless adapter, in words\n"
+  return "zvknpa: decode the packets of a printer's wireless adapter\n"
          "\n"
          "  zvknpa [OPTION...] [FILE...]\n"
-         "      Reads NPA packets: as hex text, from a dump of xxd or hexdump -C, from the log of\n"
-         "      zvkconfig or zvkprinter, or from a capture of the USB. Without FILE, or for -, it\n"
-         "      reads standard input.\n" +
+         "      Decode the NPA packets in FILE: hex text, a dump of xxd or hexdump -C, the log of\n"
+         "      zvkconfig or zvkprinter, or a capture of the USB. Without FILE, or if FILE is -,\n"
+         "      read standard input.\n" +
          catalogue::optionList(optionGroups()) +
          "\n"
-         "Ends with 0 when everything was decoded, 1 when something was no whole packet or of no\n"
-         "known kind, 2 when the command line is wrong or an input cannot be read, 3 when an "
-         "input\n"
-         "holds nothing that looks like a packet.\n";
+         "Exit status:\n"
+         "  0  everything was decoded\n"
+         "  1  some bytes are not a whole packet, or a packet is of an unknown kind\n"
+         "  2  the command line is wrong, an input cannot be read, or the output cannot be "
+         "written\n"
+         "  3  an input contains nothing that looks like a packet\n";
 }
 
 std::string objectsText() {

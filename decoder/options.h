@@ -8,7 +8,7 @@
 
 namespace decoder {
 
-/// The command line of zvknpa, taken apart.
+/// The parsed command line of zvknpa.
 struct Options {
   enum class Action { Decode, Objects, Help };
   enum class Form { Any, Text, Capture };
@@ -17,23 +17,23 @@ struct Options {
   Form form = Form::Any;
   bool json = false;
   bool showSecrets = false;
-  std::string device;               ///< of a capture, the only one to look at; empty for all
-  std::vector<std::string> inputs;  ///< files, "-" for standard input; at least one
+  std::string device;               ///< in captures, read only this "BUS:DEVICE"; empty: all
+  std::vector<std::string> inputs;  ///< at least one path; "-" is standard input
 };
 
 using OptionGroup = catalogue::OptionGroup<Options>;
 
-/// All options.
+/// Returns all options.
 std::span<const OptionGroup> optionGroups();
 
-/// Reads the arguments after the program's name; throws `catalogue::UsageError`.
+/// Parses the arguments after the program's name. Throws `catalogue::UsageError`.
 Options parseOptions(const std::vector<std::string>& arguments);
 
-/// The help text.
+/// Returns the help text.
 std::string helpText();
 
-/// The settings that have a name, a line for each: group, object, kind of the value, whether it is
-/// secret, names of group and setting, and what its numbers mean, with tabs between them.
+/// Returns the known settings, one per line, with tabs between the columns: group, object, kind of
+/// the value, "secret" or "plain", name of the group, name of the setting, meanings of its numbers.
 std::string objectsText();
 
 }  // namespace decoder

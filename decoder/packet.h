@@ -8,85 +8,87 @@
 
 #include "catalogue/setting_catalogue.h"
 
+/// What the decoder finds in an input: packets and problems, with their places. The readers of
+/// inputs pass them to a `Report`, which shows them.
 namespace decoder {
 
 using npa::Bytes;
 
-/// Where bytes come from.
+/// The source of bytes.
 struct Stream {
   enum class Unit { Line, Frame };
   enum class Direction { Unknown, ToPrinter, FromPrinter };
 
   Unit unit = Unit::Line;
   Direction direction = Direction::Unknown;
-  std::string device;           ///< of a capture: "BUS:DEVICE"
-  bool hasHiddenBytes = false;  ///< whether a log has masked some of them
+  std::string device;           ///< in a capture: "BUS:DEVICE"
+  bool hasHiddenBytes = false;  ///< true if a log has masked some of the bytes
 };
 
-/// The lines or frames in which something stands, both included; they count from 1.
+/// The first and the last line or frame of something. They are counted from 1.
 struct Place {
   std::size_t first = 0;
   std::size_t last = 0;
 };
 
-/// "1 byte", "2 bytes".
+/// Returns a count of bytes as text: "1 byte", "2 bytes".
 inline std::string countOf(std::uint64_t bytes) {
   return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
 }
 
-/// A setting that is spoken of, with its value unless it is only asked for.
+/// A setting in a packet. It has no value in a query.
 struct Setting {
   npa::SettingKey key;
   std::optional<Bytes> value;
 };
 
-/// What a packet says, without its wrapper.
+/// The content of a packet without its wrapper.
 struct Content {
   enum class Kind {
     Query,            ///< asks for a setting
-    Value,            ///< the answer
-    StoreGroup,       ///< settings to be stored together
-    StoreSingly,      ///< settings to be stored one by one
-    Stored,           ///< whether they were accepted
-    Refusal,          ///< the request is refused
-    Announcement,     ///< the fixed packet ahead of a method call
-    MethodCall,       ///< a call in XML
-    MethodReply,      ///< its reply, of several packets in the last
-    MethodReplyPart,  ///< what comes before the last
-    EndOfExchange,    ///< counts for nothing but the end of the exchange
-    Unknown,          ///< of no known kind
-    Malformed,        ///< of a known kind, but not as it has to be
+    Value,            ///< the reply to a query
+    StoreGroup,       ///< settings to store all together
+    StoreSingly,      ///< settings to store one by one
+    Stored,           ///< the reply to settings
+    Refusal,          ///< refuses the request
+    Announcement,     ///< the fixed packet that precedes a method call
+    MethodCall,       ///< a method call
+    MethodReply,      ///< the reply to it; in a reply of several packets, the last one
+    MethodReplyPart,  ///< an earlier packet of such a reply
+    EndOfExchange,    ///< ends the exchange; its data is ignored
+    Unknown,          ///< none of these kinds
+    Malformed,        ///< a known kind with wrong lengths
   };
 
   Kind kind = Kind::Unknown;
   std::vector<Setting> settings;
-  npa::Byte result = 0;  ///< of `Stored`: 1 is accepted
-  std::string xml;       ///< of `MethodCall` and `MethodReply`
-  Bytes data;            ///< of `Unknown` and `Malformed`: all that could not be read
-  std::string problem;   ///< of `Malformed`: why
+  npa::Byte result = 0;  ///< Stored: 1 means accepted
+  std::string xml;       ///< MethodCall, MethodReply
+  Bytes data;            ///< Unknown, Malformed: the bytes that could not be decoded
+  std::string problem;   ///< Malformed: the reason
 };
 
-/// A packet and where it stands.
+/// A packet or a collected reply, with its place.
 struct Packet {
   Stream stream;
   Place place;
   std::size_t size = 0;  ///< in bytes
-  /// Whether it is what the program dumps of a reply: the command and data bytes of all of the
-  /// reply's packets, without the headers in front of them. There is no flag byte then.
+  /// True for a collected reply: the command and data bytes of all packets of a reply, joined. It
+  /// has no flag byte.
   bool isCollected = false;
   npa::Byte flag = 0;
   bool isWrapped = false;
-  std::vector<Content> contents;  ///< several only in a wrapper or a collected reply
+  std::vector<Content> contents;  ///< one, except in a wrapper or a collected reply
 };
 
-/// Something in the input that is no packet.
+/// A place of the input that is not a complete packet.
 struct Problem {
   Stream stream;
   Place place;
   std::string text;
 };
 
-/// Takes what was found in the input, in order.
+/// Receives the packets and problems of the inputs, in order.
 class Report {
  public:
   Report() = default;
@@ -94,18 +96,18 @@ class Report {
   Report(const Report&) = delete;
   Report& operator=(const Report&) = delete;
 
-  /// What follows is of this input.
+  /// Begins an input. All later calls are about this input.
   virtual void beginInput(const std::string& name) = 0;
   virtual void packet(const Packet& packet) = 0;
   virtual void problem(const Problem& problem) = 0;
-  /// The input cannot be read; nothing of it follows.
+  /// Reports that the input cannot be read. It has no packets and problems then.
   virtual void unreadable(const std::string& reason) = 0;
 };
 
-/// Says whether everything in the packet is known.
+/// Returns true if every content of the packet has a known kind and is not malformed.
 bool isUnderstood(const Packet& packet);
 
-/// Whether the flag byte announces a further packet.
+/// Returns true if the flag byte announces another packet of the reply.
 bool hasMoreFollowing(const Packet& packet);
 
 }  // namespace decoder

@@ -1,3 +1,5 @@
+// Decoding of packets, and the problems of malformed ones.
+
 #include "decoder/packet_content.h"
 
 #include <algorithm>
@@ -17,8 +19,8 @@ using catalogue::Data;
 using catalogue::PacketParts;
 using Kind = Content::Kind;
 
-/// Between head and text of a reply: a zero byte, and the command byte of a second packet or what
-/// stands for it.
+// The bytes between the head and the text in the reply to a method call. The command byte is that
+// of the second packet; a reply of one packet has it too.
 constexpr std::array<npa::Byte, 1> ReplyMark = {0x00};
 constexpr std::array<npa::Byte, 1> CommandMark = {npa::RequestCommand};
 
@@ -36,28 +38,28 @@ Content unknown(Data data) {
   return content;
 }
 
-Content readRecord(Data data) {
-  const catalogue::Record record = catalogue::readRecord(data);
-  if (!record.key) {
-    return malformed("a query without a setting", data);
+Content readQueryOrValue(Data data) {
+  const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(data);
+  if (!parsed.key) {
+    return malformed("cut query", data);
   }
   Content content;
-  content.kind = record.isQuery() ? Kind::Query : Kind::Value;
-  content.settings.push_back({*record.key, std::nullopt});
-  if (record.isQuery()) {
+  content.kind = parsed.isQuery() ? Kind::Query : Kind::Value;
+  content.settings.push_back({*parsed.key, std::nullopt});
+  if (parsed.isQuery()) {
     return content;
   }
-  if (!record.sizeField) {
-    return malformed("a byte behind a query", record.rest);
+  if (!parsed.sizeField) {
+    return malformed(countOf(parsed.rest.size()) + " after the query", parsed.rest);
   }
-  if (!record.isValue()) {
-    Content wrong = malformed("a value should have " + countOf(*record.sizeField) + ", has " +
-                                  std::to_string(record.rest.size()),
-                              record.rest);
+  if (!parsed.isValue()) {
+    Content wrong = malformed("expected a value of " + countOf(*parsed.sizeField) + ", got " +
+                                  std::to_string(parsed.rest.size()),
+                              parsed.rest);
     wrong.settings = std::move(content.settings);
     return wrong;
   }
-  content.settings.back().value = Bytes(record.rest.begin(), record.rest.end());
+  content.settings.back().value = Bytes(parsed.rest.begin(), parsed.rest.end());
   return content;
 }
 
@@ -71,7 +73,7 @@ Content readSettings(Data data, Kind kind) {
     return content;
   }
   if (!settings.rest.empty()) {
-    content = malformed("a setting that does not fit in", settings.rest);
+    content = malformed("cut setting object", settings.rest);
   }
   for (const catalogue::SettingObject& object : settings.objects) {
     content.settings.push_back({object.key, Bytes(object.value.begin(), object.value.end())});
@@ -91,17 +93,17 @@ Content readMethodCall(Data data) {
   return content;
 }
 
-/// Reads what follows a flag byte. A wrapper is unknown here.
+/// Decodes the bytes after a flag byte. A wrapper is `Unknown` here.
 Content readContent(Data bytes) {
   const Body body = catalogue::readBody(bytes);
   switch (body.kind) {
-    case Body::Kind::Record:
-      return readRecord(body.content);
+    case Body::Kind::QueryOrValue:
+      return readQueryOrValue(body.content);
     case Body::Kind::SettingsGroup:
       return readSettings(body.content, Kind::StoreGroup);
     case Body::Kind::SingleSettings:
       return readSettings(body.content, Kind::StoreSingly);
-    case Body::Kind::ObjectStoreCall:
+    case Body::Kind::MethodCall:
       return readMethodCall(body.content);
     case Body::Kind::Wrapper:
       return unknown(bytes.subspan(CommandMark.size()));
@@ -111,12 +113,12 @@ Content readContent(Data bytes) {
   return unknown(body.content);
 }
 
-/// Reads a whole packet, which is no wrapper.
+/// Decodes a complete packet that is not a wrapper.
 Content readBare(const PacketParts& packet) {
   Content content;
   switch (packet.kind) {
     case PacketParts::Kind::NoFlag:
-      return malformed("a packet without a flag byte", {});
+      return malformed("no flag byte", {});
     case PacketParts::Kind::Announcement:
       content.kind = Kind::Announcement;
       return content;
@@ -132,7 +134,7 @@ Content readBare(const PacketParts& packet) {
   return readContent(packet.body);
 }
 
-/// Reads the packets inside a wrapper.
+/// Decodes the packets inside a wrapper.
 void readInside(Data inside, std::vector<Content>& contents) {
   Cursor cursor(inside);
   while (!cursor.rest().empty()) {
@@ -143,35 +145,36 @@ void readInside(Data inside, std::vector<Content>& contents) {
     }
     const auto packet = cursor.packet();
     if (!packet) {
-      contents.push_back(malformed("a packet that is cut inside a wrapper", rest));
+      contents.push_back(malformed("cut packet in the wrapper", rest));
       return;
     }
     contents.push_back(readBare(catalogue::readPacketParts(*packet)));
   }
 }
 
-/// Reads a wrapper, whose body is `body`. Returns what follows the bytes that it wraps.
+/// Decodes a wrapper with the body `body`. `bytes` are the same bytes, from the command byte on.
+/// Returns the bytes after the wrapped ones.
 Data readWrapper(const Body& body, Data bytes, std::vector<Content>& contents) {
   const catalogue::Wrapper wrapper = catalogue::readWrapper(body.content);
   if (!wrapper.size) {
-    contents.push_back(malformed("a wrapper without a size", bytes.subspan(CommandMark.size())));
+    contents.push_back(malformed("wrapper without a size", bytes.subspan(CommandMark.size())));
     return {};
   }
   if (!wrapper.isWhole()) {
-    contents.push_back(malformed("a wrapper should hold " + countOf(*wrapper.size) + ", holds " +
+    contents.push_back(malformed("expected " + countOf(*wrapper.size) + " in the wrapper, got " +
                                      std::to_string(wrapper.inside.size()),
                                  wrapper.inside));
     return {};
   }
   if (wrapper.inside.empty()) {
-    contents.push_back(malformed("an empty wrapper", {}));
+    contents.push_back(malformed("empty wrapper", {}));
   }
   readInside(wrapper.inside, contents);
-  return wrapper.behind;
+  return wrapper.after;
 }
 
-/// Returns the size of the first packet of a collected reply, command byte included, which is no
-/// wrapper: a value has its size in front, anything else is taken to be the last.
+/// Returns the size of the first packet of a collected reply, with its command byte. The packet is
+/// not a wrapper. A value has a size field; any other packet is assumed to be the last one.
 std::size_t collectedSize(Data bytes) {
   Cursor cursor(bytes);
   cursor.byte();
@@ -180,9 +183,9 @@ std::size_t collectedSize(Data bytes) {
     return bytes.size() - cursor.rest().size();
   }
   if (cursor.skip(npa::DataQuery)) {
-    const catalogue::Record record = catalogue::readRecord(cursor.rest());
-    const std::size_t valueSize = record.sizeField.value_or(record.rest.size());
-    return bytes.size() - record.rest.size() + std::min(valueSize, record.rest.size());
+    const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(cursor.rest());
+    const std::size_t valueSize = parsed.sizeField.value_or(parsed.rest.size());
+    return bytes.size() - parsed.rest.size() + std::min(valueSize, parsed.rest.size());
   }
   return bytes.size();
 }
@@ -211,10 +214,10 @@ Packet readPacket(Data bytes) {
     packet.contents.push_back(readBare(parts));
     return packet;
   }
-  const Data behind = readWrapper(body, parts.body, packet.contents);
-  if (!behind.empty()) {
+  const Data after = readWrapper(body, parts.body, packet.contents);
+  if (!after.empty()) {
     packet.contents.push_back(
-        malformed(countOf(behind.size()) + " behind what is wrapped", behind));
+        malformed(countOf(after.size()) + " after the wrapped packets", after));
   }
   return packet;
 }
@@ -223,8 +226,8 @@ Packet readCollectedReply(Data bytes) {
   Packet packet;
   packet.size = bytes.size();
   packet.isCollected = true;
-  if (catalogue::readBody(bytes).kind == Body::Kind::ObjectStoreCall) {
-    // Between the texts of several packets stand their command bytes, which no ASCII text has.
+  if (catalogue::readBody(bytes).kind == Body::Kind::MethodCall) {
+    // The texts of several packets have command bytes between them. No ASCII text has such a byte.
     Content content = readContent(bytes);
     std::erase(content.xml, static_cast<char>(npa::RequestCommand));
     packet.contents.push_back(std::move(content));

@@ -6,12 +6,11 @@
 
 namespace decoder {
 
-/// Reads one whole packet, start byte and length included: flag, wrapper and contents. Stream and
-/// place are left to the caller. A packet that only goes on with the reply to a method call cannot
-/// be told by itself; it is `Unknown`.
+/// Decodes a complete packet: flag byte, wrapper and contents. The caller sets stream and place. If
+/// the packet continues the reply to a method call, its kind is `Unknown`.
 Packet readPacket(std::span<const npa::Byte> bytes);
 
-/// Reads a reply as the program collects it: of each packet what stands behind the flag byte.
+/// Decodes a collected reply: the bytes after the flag byte of each packet, joined.
 Packet readCollectedReply(std::span<const npa::Byte> bytes);
 
 }  // namespace decoder

@@ -1,3 +1,5 @@
+// Splitting of streams into packets, with the place of each byte, and joining of method replies.
+
 #include "decoder/stream_decoder.h"
 
 #include <algorithm>
@@ -77,7 +79,7 @@ void StreamDecoder::takeStray(std::size_t count) {
 
 void StreamDecoder::reportStray() {
   if (m_StrayBytes > 0) {
-    complain(m_StrayPlace, countOf(m_StrayBytes) + " outside any packet");
+    reportProblem(m_StrayPlace, countOf(m_StrayBytes) + " outside any packet");
     m_StrayBytes = 0;
   }
 }
@@ -104,8 +106,8 @@ void StreamDecoder::joinReply(Packet& packet, std::span<const npa::Byte> bytes) 
     return;
   }
   catalogue::Cursor body(catalogue::readPacketParts(bytes).body);
-  const bool goesOn = content.kind == Kind::Unknown && body.skip(CommandMark);
-  if (!goesOn) {
+  const bool continues = content.kind == Kind::Unknown && body.skip(CommandMark);
+  if (!continues) {
     endReply(packet.place);
     return;
   }
@@ -121,17 +123,17 @@ void StreamDecoder::joinReply(Packet& packet, std::span<const npa::Byte> bytes) 
 void StreamDecoder::endReply(Place place) {
   if (m_ReplyText) {
     m_ReplyText.reset();
-    complain({m_ReplyPlace.first, place.last}, "the last packet of a reply is missing");
+    reportProblem({m_ReplyPlace.first, place.last}, "the last packet of a reply is missing");
   }
 }
 
-void StreamDecoder::complain(Place place, std::string text) {
+void StreamDecoder::reportProblem(Place place, std::string text) {
   m_Report.problem({m_Stream, place, std::move(text)});
 }
 
 void StreamDecoder::skip(std::size_t count, std::size_t place) {
   finish();
-  complain({place, place}, countOf(count) + " missing in the capture");
+  reportProblem({place, place}, countOf(count) + " missing from the capture");
 }
 
 void StreamDecoder::finish() {
@@ -140,10 +142,10 @@ void StreamDecoder::finish() {
   if (!m_Waiting.empty()) {
     const std::size_t count = m_Waiting.size();
     last = takePlace(count);
-    complain(last, count < npa::LengthHeaderSize
-                       ? "a packet that is cut: " + countOf(count)
-                       : "a packet that is cut: " + std::to_string(count) + " of " +
-                             countOf(catalogue::packetSize(m_Waiting)));
+    reportProblem(last, count < npa::LengthHeaderSize
+                            ? "cut packet: " + countOf(count)
+                            : "cut packet: " + std::to_string(count) + " of " +
+                                  countOf(catalogue::packetSize(m_Waiting)));
     m_Waiting.clear();
   }
   endReply(last);

@@ -10,39 +10,47 @@
 
 namespace decoder {
 
-/// Cuts the bytes of one stream, which may arrive in any pieces, into packets, reads them and
-/// reports them. Joins the reply to a method call that goes over several packets.
+/// Splits the bytes of one stream into packets, decodes them and reports them. The bytes may arrive
+/// in any pieces. Joins the XML of a method reply that extends over several packets.
+///
+///     StreamDecoder decoder(stream, report);
+///     decoder.feed(bytes, 1);  // line or frame 1
+///     decoder.finish();
 class StreamDecoder {
  public:
-  /// `report` belongs to the caller and must outlive the decoder.
+  /// The report must outlive the decoder.
   StreamDecoder(Stream stream, Report& report);
 
-  /// Takes the next bytes, which stand in that line or frame.
+  /// Takes the next bytes, from the line or frame `place`.
   void feed(std::span<const npa::Byte> bytes, std::size_t place);
 
-  /// Says that so many bytes are missing here: what has begun stays incomplete.
+  /// Reports `count` missing bytes. A packet or a reply that has begun stays incomplete.
   void skip(std::size_t count, std::size_t place);
 
-  /// Says that nothing follows.
+  /// Ends the stream. Reports an incomplete packet or reply.
   void finish();
 
  private:
+  /// The bytes of one line or frame.
   struct Segment {
     std::size_t place;
-    std::size_t size;  ///< bytes of it that are not taken yet
+    std::size_t size;  ///< the count of its bytes that are still waiting
   };
 
-  /// Reports the packets at the start of what waits; returns how many bytes that were.
+  /// Reports the complete packets among the waiting bytes. Returns the count of bytes used.
   std::size_t takePackets();
-  /// Removes the first `count` waiting bytes from the segments; returns where they stood.
+  /// Removes the first `count` waiting bytes from the segments. Returns their place.
   Place takePlace(std::size_t count);
+  /// Counts bytes outside a packet. `reportStray` reports all that were counted.
   void takeStray(std::size_t count);
   void reportStray();
   void takePacket(std::span<const npa::Byte> bytes);
-  /// Gives what a packet says of a reply over several packets its place in it.
+  /// Joins a method reply of several packets. If `packet` is part of one, sets its kind and, in the
+  /// last packet, the whole XML.
   void joinReply(Packet& packet, std::span<const npa::Byte> bytes);
+  /// Reports an incomplete method reply if there is one.
   void endReply(Place place);
-  void complain(Place place, std::string text);
+  void reportProblem(Place place, std::string text);
 
   Stream m_Stream;
   Report& m_Report;
@@ -50,7 +58,7 @@ class StreamDecoder {
   std::deque<Segment> m_Segments;
   std::size_t m_StrayBytes = 0;
   Place m_StrayPlace;
-  std::optional<std::string> m_ReplyText;  ///< so far, while the reply's last packet is awaited
+  std::optional<std::string> m_ReplyText;  ///< the XML so far of an incomplete method reply
   Place m_ReplyPlace;
 };
 

@@ -7,7 +7,7 @@
 
 namespace decoder {
 
-/// Hands everything on to another report and counts it.
+/// Counts packets and problems, passes them on to another report, and computes the exit status.
 class Tally : public Report {
  public:
   explicit Tally(Report& next) : m_Next(next) {}
@@ -36,12 +36,11 @@ class Tally : public Report {
 
   std::size_t packets() const { return m_Packets; }
 
-  /// Whether there was anything to report in the last input.
+  /// Returns true if the current input has a packet or a problem, or cannot be read.
   bool hasFound() const { return m_HasFound; }
 
-  /// The exit status: 0 if all was decoded, 1 if something was no whole or known packet, 2 if an
-  /// input could not be read, 3 if there was nothing to report in one. Of several, 2 comes before
-  /// 1, and 1 before 3.
+  /// Returns the exit status: 2 if an input could not be read; otherwise 1 if a packet was unknown,
+  /// malformed or cut; otherwise 3 if an input had nothing to report; otherwise 0.
   int status() const {
     constexpr int unreadable = 2;
     constexpr int nothing = 3;

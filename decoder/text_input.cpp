@@ -1,3 +1,5 @@
+// Splitting of text into lines and blocks of hex.
+
 #include "decoder/text_input.h"
 
 #include <algorithm>
@@ -10,13 +12,13 @@ namespace decoder {
 
 namespace {
 
-/// What lines of the programs begin with. Another line may stand unfinished in front of them: the
-/// list of bytes of the default run ends without a line end.
+/// The starts of lines that the programs write. Such a line may follow other text on the same line:
+/// the bytes that zvkconfig's default run dumps have no line end.
 constexpr std::array<std::string_view, 3> LineStarts = {
     "D [ZVK] ", "zvkprinter: ", "Configuring the printer...."};
 
-/// The first place behind the start of `line` where a program's line begins. The text column of a
-/// dump is not looked at.
+/// Returns the position, at least 1, where a program's line begins within `line`, or the size of
+/// `line` if there is none. Does not search the text column of a dump.
 std::size_t nextStart(std::string_view line) {
   for (std::size_t i = 1; i < line.size() && line[i] != '|'; ++i) {
     const std::string_view rest = line.substr(i);
@@ -27,6 +29,7 @@ std::size_t nextStart(std::string_view line) {
   return line.size();
 }
 
+/// Passes a line to the block, if necessary in parts. Ends the block if a part is not hex.
 void decodeLine(std::string_view line, std::size_t number, HexBlock& block) {
   if (block.take(line, number)) {
     return;

@@ -6,10 +6,9 @@
 
 namespace decoder {
 
-/// Decodes text: lines of hex between any others, in the forms that `readHexLine` knows. Lines of
-/// hex that follow each other belong together; each such block is read by itself, so that one that
-/// is cut does not spoil the next. What the program dumps of a reply (it begins with the command
-/// byte) is understood, too.
+/// Decodes text with lines of hex in the forms of `readHexLine`, between any other lines.
+/// Consecutive lines of hex form a block. Each block is decoded separately, so a cut packet does
+/// not affect the next block. A block that begins with the command byte is a collected reply.
 void decodeText(std::string_view text, Report& report);
 
 }  // namespace decoder

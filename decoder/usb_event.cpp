@@ -1,3 +1,5 @@
+// Parsing of the frames of a usbmon capture.
+
 #include "decoder/usb_event.h"
 
 #include <algorithm>
@@ -6,12 +8,12 @@
 
 namespace decoder {
 
-std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> record, std::size_t headerSize) {
+std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> frame, std::size_t headerSize) {
   ::pcap_usb_header header{};
-  if (headerSize < sizeof header || record.size() < headerSize) {
+  if (headerSize < sizeof header || frame.size() < headerSize) {
     return std::nullopt;
   }
-  std::memcpy(&header, record.data(), sizeof header);
+  std::memcpy(&header, frame.data(), sizeof header);
   if (header.transfer_type != URB_BULK) {
     return std::nullopt;
   }
@@ -35,9 +37,9 @@ std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> record, std::siz
   event.endpoint = header.endpoint_number;
   event.length = header.urb_len;
   if (header.data_flag == 0) {
-    const auto behind = record.subspan(headerSize);
-    const std::size_t told = std::min<std::size_t>(header.data_len, header.urb_len);
-    event.data = behind.first(std::min(told, behind.size()));
+    const auto captured = frame.subspan(headerSize);
+    const std::size_t size = std::min<std::size_t>(header.data_len, header.urb_len);
+    event.data = captured.first(std::min(size, captured.size()));
   }
   return event;
 }

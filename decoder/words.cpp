@@ -1,3 +1,5 @@
+// The lines of the text report.
+
 #include "decoder/words.h"
 
 #include <algorithm>
@@ -17,7 +19,7 @@ using Kind = Content::Kind;
 
 constexpr std::string_view Indentation = "    ";
 
-/// "line 3", "frames 3-5 (1:5)".
+/// Returns a place as text: "line 3", "frames 3-5 (1:5)".
 std::string placeText(const Stream& stream, Place place) {
   std::string text = stream.unit == Stream::Unit::Line ? "line" : "frame";
   text.append(place.first == place.last ? " " : "s ").append(std::to_string(place.first));
@@ -27,6 +29,7 @@ std::string placeText(const Stream& stream, Place place) {
   return stream.device.empty() ? text : text.append(" (").append(stream.device).append(")");
 }
 
+/// Returns the first line of a packet, up to the kind of its first content.
 std::string headText(const Packet& packet) {
   std::string text = placeText(packet.stream, packet.place);
   text.append(": ").append(roleText(packet)).append(packet.isWrapped ? ", wrapped" : ", bare");
@@ -35,7 +38,7 @@ std::string headText(const Packet& packet) {
   return text.append(", ").append(countOf(packet.size));
 }
 
-/// "wireless network 28 08: SSID = "home"".
+/// Returns a setting as text: `wireless network 28 08: SSID = "home"`.
 std::string settingText(const Setting& setting, bool showSecrets) {
   const npa::SettingKey key = setting.key;
   std::string text(catalogue::groupName(key.group));
@@ -45,14 +48,14 @@ std::string settingText(const Setting& setting, bool showSecrets) {
     return text.append(catalogue::describeSetting(key, *setting.value, showSecrets));
   }
   const catalogue::SettingInfo* const info = catalogue::findSetting(key);
-  return text.append(info == nullptr ? "a setting that is not known" : info->name);
+  return text.append(info == nullptr ? "unknown setting" : info->name);
 }
 
 void appendLine(std::string& text, std::string_view line) {
   text.append(Indentation).append(line).append("\n");
 }
 
-/// Appends the lines of a text that may be anything.
+/// Appends the lines of an arbitrary text, escaped.
 void appendLines(std::string& text, std::string_view lines) {
   while (!lines.empty()) {
     const std::size_t end = std::min(lines.find('\n'), lines.size());
@@ -61,7 +64,7 @@ void appendLines(std::string& text, std::string_view lines) {
   }
 }
 
-/// What a call or a reply says, in a few words.
+/// Returns method, id, status and message of a call or a reply, as far as they exist.
 std::string callSummary(const CallText& call) {
   std::string text;
   if (!call.method.empty()) {
@@ -77,6 +80,7 @@ std::string callSummary(const CallText& call) {
   return text;
 }
 
+/// Returns the rest of the first line, and the further lines of a content.
 std::string contentText(const Content& content, bool showSecrets) {
   std::string text = ": ";
   text.append(kindText(content.kind));
@@ -88,7 +92,7 @@ std::string contentText(const Content& content, bool showSecrets) {
   } else if (call) {
     text.append(callSummary(*call));
   } else if (hasXml) {
-    text.append(" that is not well-formed");
+    text.append(", not well-formed XML");
   } else if (!content.problem.empty()) {
     text.append(", ").append(content.problem);
   }
@@ -106,6 +110,7 @@ std::string contentText(const Content& content, bool showSecrets) {
   return text;
 }
 
+/// Returns the direction in which a content of that kind is sent.
 Direction directionOf(Kind kind) {
   switch (kind) {
     case Kind::Query:
@@ -195,7 +200,7 @@ void WordsReport::packet(const Packet& packet) {
   std::string text;
   const std::string head = headText(packet);
   for (const Content& content : packet.contents) {
-    // What a log has masked cannot be shown.
+    // The log has masked the secrets already: their bytes are not known.
     const bool showSecrets = m_ShowSecrets && !packet.stream.hasHiddenBytes;
     text.append(text.empty() ? head : std::string(Indentation) + "and");
     text.append(contentText(content, showSecrets));

@@ -8,27 +8,29 @@
 
 namespace decoder {
 
-/// The kind of a content in words, such as "query".
+/// Returns the kind of a content as text, such as "query".
 std::string_view kindText(Content::Kind kind);
 
-/// Who says it, "request" or "reply": as the input tells, or else what the contents are; "packet"
-/// where neither does.
+/// Returns "request" or "reply": by the direction of the stream or, if that is unknown, by the kind
+/// of the contents. Returns "packet" if neither is known.
 std::string_view roleText(const Packet& packet);
 
-/// Puts what is found in the input into lines of text that a terminal can show: whatever does not
-/// print is escaped.
+/// A report as lines of text for a terminal. Bytes that are not printable ASCII are escaped.
+///
+///     line 1: reply, bare, 16 bytes: value
+///         wireless network 28 08: SSID = "home"
 class WordsReport : public Report {
  public:
   using Sink = std::function<void(std::string_view text)>;
 
-  /// Hands each text, lines with their ends, to `sink`. Secrets are masked unless `showSecrets`.
-  /// With `namesInputs` a line with its name opens each input.
+  /// Passes whole lines, with their line ends, to `sink`. Masks secrets unless `showSecrets` is
+  /// set. If `namesInputs` is set, each input begins with a line with its name.
   WordsReport(Sink sink, bool showSecrets, bool namesInputs = false);
 
   void beginInput(const std::string& name) override;
   void packet(const Packet& packet) override;
   void problem(const Problem& problem) override;
-  /// Writes nothing: whoever finds an input unreadable says so on standard error.
+  /// Writes nothing: the program prints the reason on standard error.
   void unreadable(const std::string& reason) override;
 
  private:

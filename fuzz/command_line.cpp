@@ -128,8 +128,8 @@ Outcome run(const Input& input) {
   emulator::Adapter adapter(personality(input.traits), log,
                             [] { return emulator::Adapter::Clock::time_point(); });
   printer.device.onWrite = [&](const fuzz::Bytes& request) {
-    for (emulator::Adapter::Reply& reply : adapter.receive(request)) {
-      printer.device.reply(std::move(reply.bytes));
+    for (emulator::Adapter::ReplyPiece& piece : adapter.receive(request)) {
+      printer.device.reply(std::move(piece.bytes));
     }
   };
   fake_libusb::Library libusb;

@@ -4,7 +4,7 @@
 //     f  any file, in hex
 //     s  a stream of bytes, in hex. The first byte is the size of the pieces that arrive; 0
 //        means 1.
-//     c  records of a capture, in hex, separated by semicolons. The first byte of a record is
+//     c  frames of a capture, in hex, separated by semicolons. The first byte of a frame is
 //        the event, the next three are endpoint, transfer and length. The rest is data.
 //
 // Both reports must be valid and agree about the exit status, and pieces must not change a report.
@@ -41,27 +41,27 @@ void append(std::string& text, const Number& number) {
   text.append(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
-/// Returns a capture file of records. Each has as much data as its header says.
-std::string captureOf(const std::vector<fuzz::Bytes>& records) {
+/// Returns a capture file of frames. Each has as much data as its header says.
+std::string captureOf(const std::vector<fuzz::Bytes>& frames) {
   constexpr std::size_t fields = 4;
   std::string file;
   append(file, ::pcap_file_header{0xA1B2C3D4, 2, 4, 0, 0, 65535, DLT_USB_LINUX});
-  for (fuzz::Bytes record : records) {
-    const std::size_t size = std::max(record.size(), fields) - fields;
-    record.resize(size + fields);
+  for (fuzz::Bytes frame : frames) {
+    const std::size_t size = std::max(frame.size(), fields) - fields;
+    frame.resize(size + fields);
     ::pcap_usb_header header{};
-    header.event_type = record[0];
+    header.event_type = frame[0];
     header.transfer_type = URB_BULK;
-    header.endpoint_number = record[1];
-    header.id = record[2];
-    header.urb_len = record[3];
+    header.endpoint_number = frame[1];
+    header.id = frame[2];
+    header.urb_len = frame[3];
     header.data_len = static_cast<std::uint32_t>(size);
     // The time: seconds and microseconds have four bytes each in a file.
     append(file, std::uint64_t{0});
     append(file, static_cast<std::uint32_t>(sizeof header + size));
     append(file, static_cast<std::uint32_t>(sizeof header + size));
     append(file, header);
-    file.append(record.begin() + fields, record.end());
+    file.append(frame.begin() + fields, frame.end());
   }
   return file;
 }

@@ -54,9 +54,10 @@ Outcome talk(const Bytes& input, unsigned mode, std::size_t pieceSize) {
   Adapter adapter(personality(mode), log, [] { return Adapter::Clock::time_point(); });
   for (std::size_t start = 0; start < input.size(); start += pieceSize) {
     const std::size_t count = std::min(pieceSize, input.size() - start);
-    for (const Adapter::Reply& reply : adapter.receive(std::span(input).subspan(start, count))) {
-      fuzz::require(!reply.bytes.empty());
-      outcome.replies.insert(outcome.replies.end(), reply.bytes.begin(), reply.bytes.end());
+    for (const Adapter::ReplyPiece& piece :
+         adapter.receive(std::span(input).subspan(start, count))) {
+      fuzz::require(!piece.bytes.empty());
+      outcome.replies.insert(outcome.replies.end(), piece.bytes.begin(), piece.bytes.end());
     }
   }
   outcome.state = adapter.describe(true);

@@ -9,18 +9,18 @@ namespace fuzz {
 namespace {
 
 /// Replaces `stream` with another one during its lifetime, then closes that one.
-class Exchanged {
+class ReplacedStream {
  public:
-  Exchanged(std::FILE*& stream, std::FILE* other) : m_Stream(stream), m_Original(stream) {
+  ReplacedStream(std::FILE*& stream, std::FILE* other) : m_Stream(stream), m_Original(stream) {
     require(other != nullptr);
     m_Stream = other;
   }
-  ~Exchanged() {
+  ~ReplacedStream() {
     std::fclose(m_Stream);
     m_Stream = m_Original;
   }
-  Exchanged(const Exchanged&) = delete;
-  Exchanged& operator=(const Exchanged&) = delete;
+  ReplacedStream(const ReplacedStream&) = delete;
+  ReplacedStream& operator=(const ReplacedStream&) = delete;
 
  private:
   std::FILE*& m_Stream;
@@ -47,9 +47,9 @@ Output outputOf(const std::function<void()>& action) {
   Text out;
   Text err;
   {
-    const Exchanged input(stdin, std::fopen("/dev/null", "re"));
-    const Exchanged output(stdout, out.open());
-    const Exchanged errors(stderr, err.open());
+    const ReplacedStream input(stdin, std::fopen("/dev/null", "re"));
+    const ReplacedStream output(stdout, out.open());
+    const ReplacedStream errors(stderr, err.open());
     action();
   }
   return {out.copy(), err.copy()};

@@ -8,7 +8,7 @@
 
 namespace fuzz {
 
-/// A printer at /dev/usb/lp0 of its own virtual system. It answers from a script:
+/// A printer at /dev/usb/lp0 in its own virtual system. It answers from a script:
 ///
 ///     fuzz::ScriptedPrinter printer;
 ///     printer.answer({fuzz::replyPacket({0xE0, 0x01})});

@@ -35,8 +35,8 @@ constexpr Microseconds PauseAfterRequest = 2;
 constexpr Microseconds LongestLastPass = 18;
 
 /// The options of the input.
-struct How {
-  explicit How(unsigned first, unsigned second)
+struct Options {
+  explicit Options(unsigned first, unsigned second)
       : timeLimit(TimeLimits[first & 3U]),
         delay(Delays[first >> 2U & 3U]),
         isUnplugged((first & 0x10U) != 0),
@@ -49,16 +49,16 @@ struct How {
 };
 
 /// Makes the pieces arrive after the request. Then unplugs the printer if the options say so.
-void script(fuzz::ScriptedPrinter& printer, const Bytes& stream, const How& how) {
+void script(fuzz::ScriptedPrinter& printer, const Bytes& stream, const Options& options) {
   virtual_system::Device& device = printer.device;
-  device.onWrite = [&device, &stream, how](const Bytes& /*request*/) {
+  device.onWrite = [&device, &stream, options](const Bytes& /*request*/) {
     Microseconds at = 0;
-    for (const Bytes& piece : fuzz::inPieces(stream, how.pieceSize)) {
+    for (const Bytes& piece : fuzz::inPieces(stream, options.pieceSize)) {
       device.reply(piece, at);
-      at += how.delay;
+      at += options.delay;
     }
   };
-  if (how.isUnplugged) {
+  if (options.isUnplugged) {
     device.readResult = [&device] {
       return device.arrivals.empty() ? -ENODEV : 0;
     };
@@ -74,22 +74,22 @@ void script(fuzz::ScriptedPrinter& printer, const Bytes& stream, const How& how)
 }
 
 /// Returns the reply that sendQuery collects.
-Bytes collected(const Bytes& stream, const How& how) {
+Bytes collected(const Bytes& stream, const Options& options) {
   fuzz::ScriptedPrinter printer;
-  script(printer, stream, how);
+  script(printer, stream, options);
   Bytes request = packets::QueryCommonName;
   unsigned char marker = 0;
   unsigned char* reply = &marker;
   int count = -1;
   fuzz::outputOf([&] {
     sendConfig exchange("/dev/usb/lp0");
-    count =
-        exchange.sendQuery(request.data(), static_cast<int>(request.size()), reply, how.timeLimit);
+    count = exchange.sendQuery(request.data(), static_cast<int>(request.size()), reply,
+                               options.timeLimit);
     fuzz::require(!printer.device.isOpen);
   });
-  const auto pieces = static_cast<Microseconds>(fuzz::inPieces(stream, how.pieceSize).size());
+  const auto pieces = static_cast<Microseconds>(fuzz::inPieces(stream, options.pieceSize).size());
   printer.requireEnded(
-      1, PauseAfterRequest + how.timeLimit + pieces * how.delay / Second + LongestLastPass);
+      1, PauseAfterRequest + options.timeLimit + pieces * options.delay / Second + LongestLastPass);
   fuzz::require(printer.device.opens == 1);
   fuzz::require(printer.device.writes == std::vector<Bytes>{packets::QueryCommonName});
   fuzz::require(count >= 0);
@@ -136,17 +136,17 @@ Bytes contents(const Bytes& stream, std::optional<int> passes) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Bytes stream = fuzz::readHex(fuzz::textOf(data, size));
   const unsigned first = fuzz::takeByte(stream);
-  const How how(first, fuzz::takeByte(stream));
-  const Bytes result = collected(stream, how);
-  fuzz::require(collected(stream, how) == result);
+  const Options options(first, fuzz::takeByte(stream));
+  const Bytes result = collected(stream, options);
+  fuzz::require(collected(stream, options) == result);
   fuzz::require(result.size() <= stream.size());
-  if (how.delay >= Silence) {
+  if (options.delay >= Silence) {
     return 0;
   }
   // The pieces do not change the reply. Time can only end it early.
-  const Bytes whole = contents(stream, how.timeLimit > 0 ? std::nullopt : std::optional(1));
+  const Bytes whole = contents(stream, options.timeLimit > 0 ? std::nullopt : std::optional(1));
   fuzz::require(result.size() <= whole.size() &&
                 std::equal(result.begin(), result.end(), whole.begin()));
-  fuzz::require(how.delay > 0 || result == whole);
+  fuzz::require(options.delay > 0 || result == whole);
   return 0;
 }

@@ -1,8 +1,9 @@
-# Shared by the scripts: where the project is, what it says, what it installs. Sourced, not run.
+# What the scripts share. They source this file, which also changes to the folder of the project.
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
+# Prints a heading.
 say() { printf '\n== %s\n' "$*"; }
 
 as_root() {
@@ -12,12 +13,12 @@ as_root() {
     sudo "$@"
   else
     echo "This needs root: $*" >&2
-    echo "Run it as root, or install sudo, or install these packages yourself and try again." >&2
+    echo "Run the script as root, or install sudo, or install the packages yourself and try again." >&2
     return 1
   fi
 }
 
-# Installs the packages that are missing, and says which.
+# Installs those of the packages that are missing, and prints their names.
 install_packages() {
   local missing
   mapfile -t missing < <(comm -23 <(printf '%s\n' "$@" | sort -u) \
@@ -32,10 +33,10 @@ install_packages() {
     "${missing[@]}" >/dev/null
 }
 
-# What each script needs, as Debian's packages; scripts/setup installs all of it.
+# The Debian packages that the scripts need. scripts/setup installs all of them.
 program_packages=(g++ cmake ninja-build libpugixml-dev libssl-dev libusb-dev)
 build_packages=("${program_packages[@]}" libpcap-dev nlohmann-json3-dev)
-test_packages=(binutils bsdextrautils ccache clang-format faketime fish groff libexpat1-dev libgtest-dev libxml2-dev
+test_packages=(binutils bsdextrautils ccache clang-format faketime fish git groff libexpat1-dev libgtest-dev libxml2-dev
   man-db mandoc openssl scdoc strace tshark xxd zsh)
 clang_packages=(clang clang-tidy libclang-rt-dev)
 valgrind_packages=(valgrind)
@@ -46,25 +47,48 @@ kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl xz-utils)
 package_packages=(build-essential debhelper dpkg-dev lintian scdoc)
 package_lane_packages=(faketime mmdebstrap proot)
 
-# Ends a lane that cannot run on this machine, which is not the same as one that failed.
+# Ends a lane that cannot run on this machine. This differs from a lane that failed.
 readonly StatusCannotRun=77
 cannot_run() {
   echo "$(basename "$0") CANNOT RUN here: $*" >&2
   exit "$StatusCannotRun"
 }
 
+# Fails if a file is not formatted or has a word to replace.
 check_format() {
   git ls-files '*.cpp' '*.h' | xargs -P "$(nproc)" -n 32 clang-format --dry-run -Werror
   echo "All files are formatted."
+  check_words
 }
 
-# Configures and builds a preset.
+# Fails if a tracked text file has a word of scripts/replaced_words. For each hit it prints the file, the
+# line, the word, and what to write instead.
+check_words() {
+  local hits hit word pattern advice
+  hits=$(git grep -noiEI -f <(grep -v '^#' scripts/replaced_words | cut -f 1) -- \
+    . ':!LICENSE' ':!fuzz/seeds' ':!scripts/replaced_words') || [ $? -eq 1 ] || return
+  if [ -z "$hits" ]; then
+    echo "No file has a word of scripts/replaced_words."
+    return
+  fi
+  while IFS= read -r hit; do
+    word=${hit#*:*:}
+    while IFS=$'\t' read -r pattern advice; do
+      [[ $pattern == \#* || ! ${word,,} =~ ^(${pattern,,})$ ]] || break
+    done <scripts/replaced_words
+    echo "$hit: write $advice"
+  done <<<"$hits" >&2
+  echo "Words to replace: $(wc -l <<<"$hits")." >&2
+  return 1
+}
+
+# Configures and builds the preset $1.
 build_preset() {
   cmake --preset "$1" >/dev/null
   cmake --build --preset "$1"
 }
 
-# Runs the tests of a preset; shows what failed, what was skipped and the count, not the hundreds that
+# Runs the tests of the preset $1. Prints the failed and skipped tests and the counts, but not the tests that
 # passed.
 run_tests() {
   ctest --preset "$1" | sed -E '/^ +Start +[0-9]+: /d; /^ *[0-9]+\/[0-9]+ Test .* Passed /d'

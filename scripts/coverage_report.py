@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
-"""coverage_report.py JSON REASONS: judges what gcovr counted.
+"""coverage_report.py JSON REASONS: compares the counts of gcovr with the bars.
 
-REASONS has lines "FILE: TEXT: WHY": a line of FILE that has TEXT in it and is not reached, and why.
-Prints the bars, and each line that is not reached with its reason; ends with 1 when a bar is missed,
-a line has no reason, or a reason fits no line any more.
+REASONS has lines "FILE: TEXT: WHY": why no test reaches a line of FILE that contains TEXT. Prints each
+line that is not reached with its reason, and the bars. Ends with 1 if a bar is missed, a line has no
+reason, or a reason matches no line.
 """
 
 import json
 import sys
 from collections import defaultdict
 
-# Folder, percentage of lines, percentage of branches.
+# The columns are a folder, and the least percentages of lines and of branches that the tests must reach.
 BARS = [("src/xml/", 100, 95), ("src/npa/", 100, 95), ("src/util/", 100, 95), ("src/", 95, 0)]
 
 
@@ -19,7 +19,7 @@ def code_lines(file):
 
 
 def count(files, folder):
-    """Returns reached and all lines, reached and all branches of a folder."""
+    """Returns the counts of reached lines, all lines, reached branches and all branches of a folder."""
     numbers = [0, 0, 0, 0]
     for file in files:
         if not file["file"].startswith(folder):
@@ -68,7 +68,7 @@ def main(counts_path, reasons_path):
             print(f"    {row[1] if row else 'NO REASON GIVEN'}")
     for file, text in sorted(unused):
         failed = True
-        print(f"{file}: a reason is given for '{text}', which is reached or gone")
+        print(f"{file}: remove the reason for '{text}': each such line is reached, or there is none")
 
     print()
     for folder, least_lines, least_branches in BARS:

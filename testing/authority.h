@@ -9,22 +9,28 @@
 
 namespace support {
 
-/// A certificate authority of the tests' own: its certificate, and what it signs.
+/// A certificate authority (CA) for tests. It has a self-signed certificate and signs requests.
+///
+///     const Authority ca("RootCA");
+///     const std::string certificate = ca.sign(requestPem);
 class Authority {
  public:
-  /// Short names and texts, such as {"CN", "RootCA"}.
+  /// The components of a subject in order: short name and text, such as {"CN", "RootCA"}.
   using Name = std::vector<std::pair<std::string, std::string>>;
 
-  /// One that has nothing but a common name.
+  /// Creates an authority whose subject is only a common name.
   explicit Authority(const std::string& commonName) : Authority(Name{{"CN", commonName}}) {}
 
-  /// Times as ASN.1 has them, such as 20200105000000Z.
+  /// Creates an authority. Its certificate, and those it signs, have this validity. The times are
+  /// ASN.1 texts, such as 20200105000000Z. Throws if libcrypto rejects a value.
   explicit Authority(const Name& name, const std::string& notBefore = "20200105000000Z",
                      const std::string& notAfter = "20301225235959Z");
 
+  /// Returns the authority's certificate as PEM.
   std::string pem() const { return m_Pem; }
 
-  /// A certificate for the key and the subject of a request; both are PEM texts.
+  /// Returns a certificate (PEM) for the key and the subject of a request (PEM). Throws if the
+  /// request is invalid.
   std::string sign(const std::string& requestPem) const;
 
  private:
@@ -35,7 +41,7 @@ class Authority {
   using Key = std::unique_ptr<EVP_PKEY, Freed<EVP_PKEY, ::EVP_PKEY_free>>;
   using Certificate = std::unique_ptr<X509, Freed<X509, ::X509_free>>;
 
-  /// The PEM text of a certificate that this authority issues.
+  /// Returns a certificate (PEM) that this authority signs.
   std::string issue(const X509_NAME* subject, EVP_PKEY* key) const;
 
   std::unique_ptr<X509_NAME, Freed<X509_NAME, ::X509_NAME_free>> m_Name;
@@ -45,15 +51,16 @@ class Authority {
   std::string m_Pem;
 };
 
-/// What a certificate request in a PEM text says.
+/// The content of a certificate request.
 struct RequestContent {
-  std::string subject;  ///< in one line
-  std::string dnsName;  ///< the alternative name; empty for none
-  std::string keyType;  ///< EC, RSA
+  std::string subject;  ///< in one line, such as "/O=Example/CN=printer"
+  std::string dnsName;  ///< the alternative name; empty if there is none
+  std::string keyType;  ///< "EC" or "RSA"
   int keyBits = 0;
   bool isSignedByItsKey = false;
 };
 
+/// Returns the content of a request (PEM). Throws if it is invalid.
 RequestContent readRequest(const std::string& pem);
 
 }  // namespace support

@@ -14,7 +14,7 @@ Bytes bytes(std::string_view hexPairs) {
     const bool wellFormed = (hexPairs.size() == 2 || (hexPairs.size() > 3 && hexPairs[2] == ' ')) &&
                             std::from_chars(hexPairs.data(), pairEnd, byte, 16).ptr == pairEnd;
     if (!wellFormed) {
-      throw std::invalid_argument("not hex pairs with single blanks between");
+      throw std::invalid_argument("expected hex pairs with single spaces between them");
     }
     result.push_back(byte);
     hexPairs.remove_prefix(hexPairs.size() == 2 ? 2 : 3);

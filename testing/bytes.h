@@ -7,24 +7,25 @@
 #include <string_view>
 #include <vector>
 
-/// Literal bytes for tests.
+/// Byte strings for tests.
 namespace support {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// The bytes of hex pairs: `bytes("A5 00 06")`. A text that is anything else throws.
+/// Returns the bytes of hex pairs with single spaces between them: `bytes("A5 00 06")`. Throws if
+/// the text has another form.
 Bytes bytes(std::string_view hexPairs);
 
-/// The characters of a text, without a terminating zero.
+/// Returns the characters of a text, without a terminating zero byte.
 Bytes textBytes(std::string_view text);
 
-/// One piece behind the other.
+/// Returns the pieces joined in order.
 Bytes joined(std::initializer_list<Bytes> pieces);
 
 /// Returns `text` repeated `count` times.
 std::string repeated(std::string_view text, std::size_t count);
 
-/// `count` bytes that differ from their neighbours: 0, 1, 2, ... 250, 0, 1, ...
+/// Returns `count` bytes that differ from their neighbours: 0, 1, 2, ... 250, 0, 1, ...
 Bytes pattern(std::size_t count);
 
 }  // namespace support

@@ -9,13 +9,14 @@
 
 namespace support {
 
-/// The name that certificates of the printer's own have unless another is given.
+/// The friendly name of the printer's own certificate unless another is given.
 inline const std::string DefaultFriendlyName = "Quorvanthelisdorm";
 
-/// Tests of a certificate manager in front of a scripted printer.
+/// A fixture for tests of the certificate manager. A scripted printer replies to it.
 class CertManager : public ObjectStorePrinter {
  protected:
-  /// Runs an operation with a manager of its own; returns its result and keeps what it wrote.
+  /// Runs an operation with a new manager and returns its result. Stores what it wrote in `output`,
+  /// without the line that the transport logs at the end.
   template <typename Operation>
   int run(Operation operation) {
     const auto run = [&] {
@@ -23,12 +24,12 @@ class CertManager : public ObjectStorePrinter {
       return operation(manager);
     };
     const int result = resultOf(run, output);
-    EXPECT_TRUE(output.err.ends_with(TransportGone)) << output.err;
-    output.err.erase(output.err.size() - TransportGone.size());
+    EXPECT_TRUE(output.err.ends_with(TransportReleased)) << output.err;
+    output.err.erase(output.err.size() - TransportReleased.size());
     return result;
   }
 
-  /// The line about reading a file.
+  /// Returns the line that the manager logs when it reads a file.
   static std::string loading(const std::string& path) {
     return "D [ZVK] Loading file " + path + ", " + std::to_string(fileContent(path).size()) +
            " bytes\n";

@@ -12,24 +12,28 @@
 
 namespace support {
 
-/// The certificate object, called by texts and answering in texts. After each call libcrypto's
-/// error queue is to be empty.
+/// The emulated printer's certificate object, with calls and replies as XML texts. Expects that
+/// libcrypto's error queue is empty after each call.
 class CertificatePrinter {
  public:
   explicit CertificatePrinter(emulator::CertificateRules rules = {}) : object(std::move(rules)) {}
 
+  /// Carries out a call and returns the reply. `lastXml` is its text.
   ReplyText call(const std::string& xml) {
     lastXml = object.answer(emulator::parseMethodCall(xml)).xml();
     EXPECT_EQ(::ERR_peek_error(), 0U);
     return ReplyText(lastXml);
   }
 
+  /// Carries out a call and returns the status of its reply.
   int status(const std::string& xml) { return call(xml).status(); }
 
+  /// Returns the names of the CA certificates, and those of the printer's own certificates.
   std::vector<std::string> authorities() { return call(callText("queryCAList", 420)).list(); }
   std::vector<std::string> certificates() { return call(callText("queryCertList", 520)).list(); }
 
-  /// The request of that name; empty when the printer has none.
+  /// Returns the certificate request with that friendly name (PEM), or an empty text if there is
+  /// none.
   std::string request(const std::string& name) {
     const std::string text = call(exportText(name)).binary("cert_dot_csr_file");
     return decoded(text);

@@ -20,7 +20,7 @@ using Certificate = std::unique_ptr<X509, Release>;
 
 void require(bool success) {
   if (!success) {
-    throw std::runtime_error("OpenSSL failed to make a certificate");
+    throw std::runtime_error("OpenSSL failed to create a certificate");
   }
 }
 
@@ -38,7 +38,7 @@ Certificate makeCertificate(const CertificateText& text) {
   ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), 1);
   X509_NAME* const name = X509_get_subject_name(certificate.get());
   for (const auto& [field, value] : text.subject) {
-    // As UTF-8, so that OpenSSL's limits for the fields do not apply.
+    // OpenSSL's size limits do not apply to a UTF8String.
     require(X509_NAME_add_entry_by_NID(name, OBJ_txt2nid(field.c_str()), V_ASN1_UTF8STRING,
                                        reinterpret_cast<const unsigned char*>(value.data()),
                                        static_cast<int>(value.size()), -1, 0) == 1);

@@ -5,23 +5,23 @@
 #include <utility>
 #include <vector>
 
-/// Certificates made with OpenSSL.
+/// Certificates with arbitrary subjects and dates, created with OpenSSL.
 namespace support {
 
-/// What a certificate says.
+/// The content of a certificate.
 struct CertificateText {
-  /// Components of the subject in order, such as {"CN", "RootCA"}.
+  /// The components of the subject in order: short name and text.
   std::vector<std::pair<std::string, std::string>> subject = {{"CN", "RootCA"}};
-  /// The validity dates as they stand in it: 13 characters are a UTCTime, all else is put down as a
-  /// GeneralizedTime.
+  /// The validity dates. They are stored unchecked: a text of 13 characters as a UTCTime, any other
+  /// as a GeneralizedTime.
   std::string from = "200105000000Z";
   std::string to = "301225000000Z";
 };
 
-/// A self-signed certificate in PEM form.
+/// Returns a self-signed certificate as PEM.
 std::string certificatePem(const CertificateText& text = {});
 
-/// The same in DER form.
+/// Returns a self-signed certificate as DER.
 std::string certificateDer(const CertificateText& text = {});
 
 }  // namespace support

@@ -6,8 +6,9 @@
 
 #include "xml/simple_sax_handler.h"
 
-/// Checks, as the parser calls, what every handler may rely on: `start` first and `end` last, each
-/// once, elements properly nested, text inside an element and not longer than its count.
+/// Checks the guarantees that the parser gives to every handler: `start` is the first callback and
+/// `end` the last, each occurs once, elements nest properly, and text occurs only inside an element
+/// and is not longer than its count.
 class CheckingHandler : public SimpleSAXHandler {
  public:
   void start() override;
@@ -16,7 +17,9 @@ class CheckingHandler : public SimpleSAXHandler {
   void characters(const char* text, unsigned int len) override;
   void end() override;
 
+  /// Returns true if all callbacks so far kept the guarantees and the document has ended.
   bool isConsistent() const { return m_IsConsistent && m_Starts == 1 && m_Ends == 1; }
+  /// Returns how many elements are open.
   std::size_t depth() const { return m_Open.size(); }
 
  private:

@@ -6,7 +6,10 @@
 
 namespace support {
 
-/// The arguments of a program, as `main` takes them.
+/// The arguments of a program in the form that `main` takes.
+///
+///     CommandLine line({"zvkconfig", "-s"});
+///     main(line.count(), line.vector());
 class CommandLine {
  public:
   /// `arguments` begins with the program's own path.
@@ -28,7 +31,7 @@ class CommandLine {
   std::vector<char*> m_Pointers;
 };
 
-/// What the program prints when it is asked for help, or for nothing.
+/// What the program prints for -h, and without arguments.
 inline const std::string HelpText =
     "\n"
     "  zvkconfig\n"

@@ -12,7 +12,7 @@ std::size_t support::allocations() {
   return count.load(std::memory_order_relaxed);
 }
 
-// The names are the linker's.
+// The linker's --wrap requires these names.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c)
 extern "C" {
 

@@ -10,18 +10,21 @@
 
 namespace support {
 
-/// An adapter, its log and its clock.
+/// An emulated adapter with its log and its clock. The clock changes only when the test sets `now`.
+///
+///     EmulatedPrinter printer;
+///     const Bytes reply = printer.ask(packets::QuerySsid);
 class EmulatedPrinter {
  public:
   explicit EmulatedPrinter(emulator::Personality personality = {})
       : m_Log([this](std::string_view line) { log.emplace_back(line); }, false),
         adapter(std::move(personality), m_Log, [this] { return now; }) {}
 
-  /// All bytes of the answer, in whatever pieces they come.
+  /// Sends a request and returns all bytes of the reply, joined.
   Bytes ask(const Bytes& request) {
     Bytes all;
-    for (const emulator::Adapter::Reply& reply : adapter.receive(request)) {
-      all.insert(all.end(), reply.bytes.begin(), reply.bytes.end());
+    for (const emulator::Adapter::ReplyPiece& piece : adapter.receive(request)) {
+      all.insert(all.end(), piece.bytes.begin(), piece.bytes.end());
     }
     return all;
   }

@@ -5,7 +5,7 @@
 
 namespace support {
 
-/// Sets an environment variable while it lives.
+/// Sets an environment variable and removes it at the end of the scope.
 class EnvironmentVariable {
  public:
   EnvironmentVariable(const char* name, const std::string& value) : m_Name(name) {

@@ -7,10 +7,10 @@
 #include <optional>
 #include <utility>
 
-#include "testing/disturbance.h"
+#include "testing/fault_injection.h"
 #include "testing/virtual_system.h"
 
-/// A handle only has to be something to point at.
+/// The program only passes pointers to handles.
 struct usb_dev_handle {
   struct usb_device* device;
 };
@@ -21,7 +21,7 @@ namespace {
 
 Library* currentLibrary = nullptr;
 
-/// Records a call. Its text shows the first number, which tells the calls of a test apart.
+/// Records a call. Its text contains the first number, which is enough to distinguish the calls.
 void record(const char* name, std::vector<long> numbers, std::vector<const void*> pointers) {
   const std::string first = numbers.empty() ? "" : std::to_string(numbers.front());
   currentLibrary->calls.emplace_back(std::string(name) + "(" + first + ")");
@@ -94,7 +94,7 @@ struct usb_device* Library::addDevice(const std::string& bus, const std::string&
   }
   struct usb_device& device = storage.device;
   std::snprintf(device.filename, sizeof device.filename, "%s", name.c_str());
-  // The device tells how many there are, also when they could not be read.
+  // The device descriptor has the count of configurations even if they could not be read.
   device.descriptor.bNumConfigurations =
       static_cast<std::uint8_t>(std::max<std::size_t>(configurations.size(), 1));
   device.config = storage.configurations.empty() ? nullptr : storage.configurations.data();
@@ -129,13 +129,13 @@ struct usb_device* Library::addPrinter(const std::string& bus, const std::string
 using fake_libusb::Bytes;
 using fake_libusb::currentLibrary;
 using fake_libusb::record;
-using support::OutsideCall;
+using support::InterceptedCall;
 
 namespace {
 
-/// What a bulk transfer that is to fail returns; else nothing, and `size` is cut to what it may
-/// move.
-std::optional<int> cut(const OutsideCall& call, int& size, int timeout) {
+/// Returns the result of a bulk transfer that fails. Otherwise returns nothing and limits `size` to
+/// the bytes that the transfer may move.
+std::optional<int> cut(const InterceptedCall& call, int& size, int timeout) {
   auto most = static_cast<std::size_t>(size);
   const auto failure = call.cut(most);
   size = static_cast<int>(most);
@@ -150,30 +150,30 @@ std::optional<int> cut(const OutsideCall& call, int& size, int timeout) {
 extern "C" {
 
 void usb_init() {
-  const OutsideCall call("usb_init");
+  const InterceptedCall call("usb_init");
   record("usb_init", {}, {});
 }
 
 int usb_find_busses() {
-  const OutsideCall call("usb_find_busses");
+  const InterceptedCall call("usb_find_busses");
   record("usb_find_busses", {}, {});
-  return call.fails() ? call.result() : currentLibrary->idleResult;
+  return call.fails() ? call.result() : currentLibrary->unusedResult;
 }
 
 int usb_find_devices() {
-  const OutsideCall call("usb_find_devices");
+  const InterceptedCall call("usb_find_devices");
   record("usb_find_devices", {}, {});
-  return call.fails() ? call.result() : currentLibrary->idleResult;
+  return call.fails() ? call.result() : currentLibrary->unusedResult;
 }
 
 struct usb_bus* usb_get_busses() {
-  const OutsideCall call("usb_get_busses");
+  const InterceptedCall call("usb_get_busses");
   record("usb_get_busses", {}, {});
   return call.fails() ? nullptr : currentLibrary->firstBus();
 }
 
 usb_dev_handle* usb_open(struct usb_device* dev) {
-  const OutsideCall call("usb_open");
+  const InterceptedCall call("usb_open");
   record("usb_open", {}, {dev});
   if (currentLibrary->onOpen) {
     currentLibrary->onOpen(dev);
@@ -186,21 +186,21 @@ usb_dev_handle* usb_open(struct usb_device* dev) {
 }
 
 int usb_close(usb_dev_handle* dev) {
-  const OutsideCall call("usb_close");
+  const InterceptedCall call("usb_close");
   record("usb_close", {}, {dev});
   --currentLibrary->openHandles;
   delete dev;
-  return call.fails() ? call.result() : currentLibrary->idleResult;
+  return call.fails() ? call.result() : currentLibrary->unusedResult;
 }
 
 int usb_set_configuration(usb_dev_handle* dev, int configuration) {
-  const OutsideCall call("usb_set_configuration");
+  const InterceptedCall call("usb_set_configuration");
   record("usb_set_configuration", {configuration}, {dev});
   return call.fails() ? call.result() : currentLibrary->setConfiguration;
 }
 
 int usb_claim_interface(usb_dev_handle* dev, int interface) {
-  const OutsideCall call("usb_claim_interface");
+  const InterceptedCall call("usb_claim_interface");
   record("usb_claim_interface", {interface}, {dev});
   if (call.fails()) {
     return call.result();
@@ -209,13 +209,13 @@ int usb_claim_interface(usb_dev_handle* dev, int interface) {
 }
 
 int usb_release_interface(usb_dev_handle* dev, int interface) {
-  const OutsideCall call("usb_release_interface");
+  const InterceptedCall call("usb_release_interface");
   record("usb_release_interface", {interface}, {dev});
-  return call.fails() ? call.result() : currentLibrary->idleResult;
+  return call.fails() ? call.result() : currentLibrary->unusedResult;
 }
 
 int usb_bulk_write(usb_dev_handle* dev, int ep, const char* bytes, int size, int timeout) {
-  const OutsideCall call("usb_bulk_write");
+  const InterceptedCall call("usb_bulk_write");
   record("usb_bulk_write", {ep, size, timeout}, {dev, bytes});
   currentLibrary->chunkSizes.push_back(size);
   currentLibrary->writeTimeouts.push_back(timeout);
@@ -235,7 +235,7 @@ int usb_bulk_write(usb_dev_handle* dev, int ep, const char* bytes, int size, int
 }
 
 int usb_bulk_read(usb_dev_handle* dev, int ep, char* bytes, int size, int timeout) {
-  const OutsideCall call("usb_bulk_read");
+  const InterceptedCall call("usb_bulk_read");
   record("usb_bulk_read", {ep, size, timeout}, {dev, bytes});
   currentLibrary->readSizes.push_back(size);
   currentLibrary->readTimeouts.push_back(timeout);
@@ -257,20 +257,20 @@ int usb_bulk_read(usb_dev_handle* dev, int ep, char* bytes, int size, int timeou
 }
 
 int usb_clear_halt(usb_dev_handle* dev, unsigned int ep) {
-  const OutsideCall call("usb_clear_halt");
+  const InterceptedCall call("usb_clear_halt");
   record("usb_clear_halt", {static_cast<long>(ep)}, {dev});
-  return call.fails() ? call.result() : currentLibrary->idleResult;
+  return call.fails() ? call.result() : currentLibrary->unusedResult;
 }
 
 int usb_set_altinterface(usb_dev_handle* dev, int alternate) {
   record("usb_set_altinterface", {alternate}, {dev});
-  return currentLibrary->idleResult;
+  return currentLibrary->unusedResult;
 }
 
 int usb_control_msg(usb_dev_handle* dev, int requesttype, int request, int value, int index,
                     char* bytes, int size, int timeout) {
   record("usb_control_msg", {requesttype, request, value, index, size, timeout}, {dev, bytes});
-  return currentLibrary->idleResult;
+  return currentLibrary->unusedResult;
 }
 
 char* usb_strerror() {
@@ -281,7 +281,7 @@ char* usb_strerror() {
 
 int usb_get_string_simple(usb_dev_handle* dev, int index, char* buf, size_t buflen) {
   record("usb_get_string_simple", {index, static_cast<long>(buflen)}, {dev, buf});
-  return currentLibrary->idleResult;
+  return currentLibrary->unusedResult;
 }
 
 }  // extern "C"

@@ -8,8 +8,8 @@
 #include <usb.h>
 #include <vector>
 
-/// A libusb 0.1 without a bus: the usb_... functions that the program calls, answered from what a
-/// test set up, and recorded.
+/// A double of libusb 0.1. Its usb_... functions return what a test sets up, and record their
+/// calls. An unset hook gives the default behaviour.
 namespace fake_libusb {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -33,7 +33,7 @@ struct Configuration {
   std::vector<Interface> interfaces;
 };
 
-/// Makes the functions answer for the life of one test.
+/// The state of the double during one test. The functions need exactly one object to exist.
 class Library {
  public:
   Library();
@@ -41,41 +41,42 @@ class Library {
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
 
-  /// Puts a device on the bus; both names are texts like "001". Without `configurations` the device
-  /// has no configuration array, as when its descriptors could not be read.
+  /// Adds a device to a bus. Both names are texts like "001". Without `configurations` the device
+  /// has no configuration array, as if its descriptors could not be read. The library owns the
+  /// device.
   struct usb_device* addDevice(const std::string& bus, const std::string& name,
                                std::vector<Configuration> configurations);
 
-  /// A printer with bulk endpoints 0x81 and 0x02 of 64 bytes at `bus`:`name`.
+  /// Adds a printer with bulk endpoints 0x81 and 0x02, whose packets have 64 bytes.
   struct usb_device* addPrinter(const std::string& bus, const std::string& name);
 
-  // What the calls answer.
-  bool opens = true;                                     ///< usb_open gives a handle
+  // Results of the calls.
+  bool opens = true;                                     ///< usb_open returns a handle
   std::function<void(const struct usb_device*)> onOpen;  ///< called by usb_open
-  std::function<int(int interface)> claim;               ///< default 0
-  std::function<int(const Bytes&)> bulkWrite;            ///< default: all of it
-  std::function<int(char* buffer, int size)> bulkRead;   ///< default: a time-out
-  int setConfiguration = 0;                              ///< usb_set_configuration
-  /// What the calls give that the program makes no use of.
-  int idleResult = 0;
-  /// Bytes that arrive with the next bulk reads, at most one packet each.
+  std::function<int(int interface)> claim;               ///< default: 0
+  std::function<int(const Bytes&)> bulkWrite;            ///< default: the whole size
+  std::function<int(char* buffer, int size)> bulkRead;   ///< default: `incoming`, or a timeout
+  int setConfiguration = 0;                              ///< result of usb_set_configuration
+  int unusedResult = 0;  ///< result of the calls whose result the program ignores
+  /// Bytes that the next bulk reads return, each as many as fit into its buffer.
   Bytes incoming;
 
-  // What was asked.
+  // Record of the calls.
   std::vector<std::string> calls;  ///< e.g. "usb_claim_interface(0)"
-  std::vector<Bytes> written;      ///< what each bulk write took
-  std::vector<int> chunkSizes;     ///< what each bulk write was asked to take
-  std::vector<int> readSizes;      ///< what each bulk read had room for
+  std::vector<Bytes> written;      ///< the bytes that each bulk write accepted
+  std::vector<int> chunkSizes;     ///< the size of each bulk write
+  std::vector<int> readSizes;      ///< the buffer size of each bulk read
   std::vector<int> readTimeouts;   ///< milliseconds
   std::vector<int> writeTimeouts;  ///< milliseconds
-  /// The arguments of the last call, numbers and pointers apart, each in order.
+  /// The numbers and the pointers among the arguments of the last call, each in order.
   std::vector<long> lastNumbers;
   std::vector<const void*> lastPointers;
   int openHandles = 0;
 
-  /// How often the call `call` was made, e.g. "usb_close()".
+  /// Returns how many times `call` was made, e.g. "usb_close()".
   std::ptrdiff_t count(const std::string& call) const;
 
+  /// Returns the object that exists, or nullptr.
   static Library* current();
   struct usb_bus* firstBus() {
     return m_FirstBus;

@@ -5,7 +5,7 @@
 
 namespace support {
 
-/// A folder of the test's own, removed with all that is in it.
+/// A temporary folder for one test. The destructor removes it with its content.
 class TemporaryFolder {
  public:
   TemporaryFolder();
@@ -13,6 +13,7 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
+  /// Returns the path of a file in the folder, which need not exist.
   std::string path(std::string_view name) const { return m_Path + "/" + std::string(name); }
 
   /// Writes a file into the folder and returns its path.
@@ -22,7 +23,7 @@ class TemporaryFolder {
   std::string m_Path;
 };
 
-/// The whole content of a file; empty when there is none.
+/// Returns the content of a file, or an empty text if it cannot be read.
 std::string fileContent(const std::string& path);
 
 }  // namespace support

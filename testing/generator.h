@@ -15,22 +15,23 @@ namespace support {
 /// An operation of the generator without parameters.
 using Operation = int (wnpaGenerator::*)();
 
-/// Tests of a generator in front of a scripted printer. Wrap mode is on, as it is in a new one.
+/// A fixture for tests of the generator. A scripted printer replies to it. Wrap mode is on, as in
+/// any new generator.
 class Generator : public UsblpPrinter {
  protected:
-  /// Makes the generator for the settings of these options.
+  /// Creates the generator with the settings of these options.
   void use(std::vector<std::string> options) {
     generator.reset();
     configuration = settings(std::move(options));
     generator = std::make_unique<wnpaGenerator>(&configuration);
   }
 
-  /// Runs an operation, stores what it wrote in `output` and returns its result.
+  /// Runs an operation and returns its result. Stores what it wrote in `output`.
   int run(Operation operation) {
     return resultOf([&] { return (generator.get()->*operation)(); }, output);
   }
 
-  /// The packet under construction.
+  /// Returns the packet under construction.
   Bytes packet() const { return {generator->packet().begin(), generator->packet().end()}; }
 
   configDetails configuration;
@@ -38,7 +39,7 @@ class Generator : public UsblpPrinter {
   Output output;
 };
 
-/// The same with default settings.
+/// A fixture with a generator that has default settings.
 class DefaultGenerator : public Generator {
  protected:
   DefaultGenerator() { use({}); }

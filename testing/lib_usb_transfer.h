@@ -15,17 +15,18 @@
 
 namespace support {
 
-/// The transfer types of an endpoint's attributes.
+/// Transfer types in the attributes of an endpoint.
 inline constexpr std::uint8_t Bulk = 2;
 inline constexpr std::uint8_t Interrupt = 3;
 
-/// A result of a bulk transfer and what becomes of it.
+/// A row of a table: libusb's result for a bulk transfer, and the connector's status after it.
 struct TransferRow : Row {
   int result;
   HCIOStatus status;
 };
 
-/// Tests of bulk transfers; each opens the connector and may name the endpoints.
+/// A fixture for tests of bulk transfers. Each test calls `open` first, with endpoints if it needs
+/// others than the default ones.
 class LibUsbTransfer : public testing::Test {
  protected:
   void open(std::vector<fake_libusb::Endpoint> endpoints = {{0x81, Bulk, 64}, {0x02, Bulk, 512}}) {
@@ -39,7 +40,7 @@ class LibUsbTransfer : public testing::Test {
     return connector.write(copy.data(), static_cast<int>(copy.size()));
   }
 
-  /// What a read of `len` bytes gives.
+  /// Returns what a read of `len` bytes returns.
   Bytes read(int len) {
     Bytes buffer(static_cast<std::size_t>(len));
     const int count = connector.read(buffer.data(), len);
@@ -48,7 +49,8 @@ class LibUsbTransfer : public testing::Test {
     return buffer;
   }
 
-  /// Answers each bulk write with the next of `results`; the last one stays. 64 means all.
+  /// Gives each bulk write the next of `results`, and the last one to all that follow. The result
+  /// 64 stands for the whole size.
   void answerWrites(std::vector<int> results) {
     library.bulkWrite = [results, next = std::size_t{0}](const Bytes& chunk) mutable {
       const int result = results[next];
@@ -57,7 +59,7 @@ class LibUsbTransfer : public testing::Test {
     };
   }
 
-  /// Fills the ring up to `stored` bytes.
+  /// Fills the ring buffer with `stored` bytes.
   void fillRing(int stored) {
     library.incoming = pattern(static_cast<std::size_t>(stored));
     while (!library.incoming.empty()) {

@@ -11,7 +11,7 @@
 
 namespace support {
 
-/// A connection to a port of this machine.
+/// A TCP connection to a port of this machine.
 class LoopbackClient {
  public:
   explicit LoopbackClient(std::uint16_t port) : m_Socket(::socket(AF_INET, SOCK_STREAM, 0)) {
@@ -25,11 +25,13 @@ class LoopbackClient {
 
   bool isConnected() const { return m_IsConnected; }
 
+  /// Sends the bytes. Ignores a failure.
   void send(const Bytes& bytes) const {
     ::send(m_Socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
   }
 
-  /// Waits for that many bytes; fewer when the other side closes before.
+  /// Waits for `count` bytes and returns them. Returns fewer if the other side closes the
+  /// connection.
   Bytes receive(std::size_t count) const {
     Bytes bytes(count);
     std::size_t size = 0;
@@ -44,7 +46,7 @@ class LoopbackClient {
     return bytes;
   }
 
-  /// What is there now.
+  /// Returns what has arrived, at most 64 KiB, without waiting.
   Bytes receiveNow() const {
     Bytes bytes(65536);
     const ssize_t size = ::recv(m_Socket.get(), bytes.data(), bytes.size(), MSG_DONTWAIT);
@@ -52,7 +54,7 @@ class LoopbackClient {
     return bytes;
   }
 
-  /// Whether the other side has closed and all has been read.
+  /// Returns true if the other side has closed the connection and everything has been read.
   bool isClosed() const {
     std::uint8_t byte = 0;
     return ::recv(m_Socket.get(), &byte, 1, MSG_DONTWAIT | MSG_PEEK) == 0;

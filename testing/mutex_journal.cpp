@@ -37,7 +37,7 @@ MutexJournal* MutexJournal::current() {
 
 using support::MutexJournal;
 
-// The names are the linker's.
+// The linker's --wrap requires these names.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c)
 extern "C" {
 

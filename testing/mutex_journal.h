@@ -6,8 +6,8 @@
 
 namespace support {
 
-/// Records the mutex calls of a test's program for as long as it lives (by the linker's --wrap of
-/// pthread_mutex_lock and pthread_mutex_unlock). One at a time.
+/// Records the calls of pthread_mutex_lock and pthread_mutex_unlock while it exists. Only one may
+/// exist at a time. The linker's --wrap redirects the calls.
 class MutexJournal {
  public:
   MutexJournal();
@@ -15,10 +15,11 @@ class MutexJournal {
   MutexJournal(const MutexJournal&) = delete;
   MutexJournal& operator=(const MutexJournal&) = delete;
 
-  /// The calls so far, each with a letter for its mutex in the order of their first use: "+A" a
-  /// lock, "-A" an unlock, "!A" a lock that failed.
+  /// Returns the calls so far, separated by spaces: "+A" is a lock, "-A" an unlock, "!A" a failed
+  /// lock. The letter stands for the mutex; letters are given in the order of first use.
   const std::string& text() const { return m_Text; }
 
+  // For the wrappers of the two calls.
   void record(char call, const pthread_mutex_t* mutex);
   static MutexJournal* current();
 

@@ -7,32 +7,36 @@
 
 #include "testing/bytes.h"
 
-/// The object store's method calls and replies, as XML texts and as packets.
+/// Method calls to the object store and its replies, as XML texts and as packets.
 namespace support {
 
-/// Encodes and decodes Base64 with OpenSSL. `decoded` takes no padding inside the text.
+/// Encodes Base64 with OpenSSL.
 std::string base64(std::string_view bytes);
+/// Decodes Base64 with OpenSSL. The text may have padding only at its end.
 std::string decoded(std::string_view text);
 
 // --- Method calls -------------------------------------------------------------------------------
 
+/// A parameter of a method call.
 struct CallParameter {
   std::string name;
-  std::string element;
-  std::string value;  ///< put into the text unchanged
+  std::string element;  ///< the XML element of the value, such as "StringElem"
+  std::string value;    ///< inserted unchanged
 };
 
+/// Return a parameter that is a text, a number, or bytes in Base64.
 CallParameter text(std::string name, std::string value);
 CallParameter number(std::string name, std::size_t value);
 CallParameter binary(std::string name, std::string_view bytes);
 
-/// A method call's XML.
+/// Returns the XML of a method call.
 std::string callText(std::string_view method, int requestId,
                      const std::vector<CallParameter>& parameters = {});
 
-/// `generateNewCert`; the other fields of the subject are empty.
+/// Returns a call of `generateNewCert`. The other fields of the subject are empty.
 std::string generateText(const std::string& name, const std::string& commonName = "p",
                          const std::string& country = "", const std::string& altName = "");
+// Each returns the call that its name describes.
 std::string exportText(const std::string& name);
 std::string uploadCaText(const std::string& fileName, const std::string& pem);
 std::string uploadSignedText(const std::string& name, const std::string& pem);
@@ -40,36 +44,36 @@ std::string deleteCaText(const std::string& name);
 std::string caInfoText(const std::string& name);
 std::string deleteCertText(const std::string& name);
 
-/// The packet that carries a call.
+/// Returns the packet of a call.
 Bytes callPacket(std::string_view xml);
-/// What a host writes for a call: that packet after the one that announces it.
+/// Returns the request of a call: the packet that announces it, and the packet of the call.
 Bytes callPackets(std::string_view xml);
 
 // --- Replies ------------------------------------------------------------------------------------
 
-/// The first bytes that are collected of a reply.
+/// The first bytes of a collected reply.
 inline const Bytes ReplyMarker = bytes("E0 C0 03 00 01 00 E0");
 
-/// An XML reply with these children.
+/// Returns the XML of a reply with these children.
 std::string replyXml(std::string_view children);
 
-/// The children of a reply's status.
+/// Returns the children with status code and message.
 std::string statusChildren(std::string_view code, std::string_view message = "");
 
-/// One child of a reply: a text, or bytes in Base64.
+/// Return a child that is a text, or bytes in Base64.
 std::string textChild(std::string_view name, std::string_view value);
 std::string binaryChild(std::string_view name, std::string_view base64);
 
-/// The child that holds a list of names.
+/// Returns the child with a list of names.
 std::string listChild(const std::vector<std::string>& names, std::string_view name = "cert_list");
 
-/// The packet that carries a reply.
+/// Returns the packet of a reply.
 Bytes replyPacket(std::string_view xml);
 
-/// The whole reply to a call that succeeded, with these children beside the status.
+/// Returns the reply to a successful call, with these children after the status.
 Bytes success(std::string_view children = "");
 
-/// The whole reply to a call that failed.
+/// Returns the reply to a failed call.
 Bytes failure(std::string_view code, std::string_view message);
 
 }  // namespace support

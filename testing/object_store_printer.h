@@ -11,17 +11,17 @@
 
 namespace support {
 
-/// Tests against a printer with an object store.
+/// A fixture for tests of method calls. A scripted printer replies to them.
 class ObjectStorePrinter : public UsblpPrinter {
  protected:
-  /// The XML of the calls that reached the printer.
+  /// Returns the XML of each call that reached the printer. Expects that every write is a call.
   std::vector<std::string> calls() const {
     const auto headerSize = static_cast<std::ptrdiff_t>(callPackets("").size());
     std::vector<std::string> texts;
     for (const Bytes& write : device.writes) {
       const auto xml = write.begin() + std::min(headerSize, std::ssize(write));
       texts.emplace_back(xml, write.end());
-      EXPECT_EQ(write, callPackets(texts.back())) << "no method call";
+      EXPECT_EQ(write, callPackets(texts.back())) << "not a method call";
     }
     return texts;
   }

@@ -5,9 +5,9 @@
 
 namespace support {
 
-/// How many descriptors the process has open.
+/// Returns the count of the process's open descriptors.
 inline long openDescriptors() {
-  // The iterator's own descriptor is open whenever it counts.
+  // One of them is the iterator's own descriptor.
   return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
                        std::filesystem::directory_iterator()) -
          1;

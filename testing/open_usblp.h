@@ -8,7 +8,7 @@
 
 namespace support {
 
-/// Tests of a connector that is open at /dev/usb/lp3.
+/// A fixture with a connector that has opened /dev/usb/lp3.
 class OpenUsblp : public testing::Test {
  protected:
   OpenUsblp() { EXPECT_EQ(connector.open(), 0); }

@@ -6,7 +6,7 @@
 
 namespace support {
 
-/// What a piece of the program wrote, standard output and standard error apart.
+/// What a part of the program wrote to standard output and to standard error.
 struct Output {
   std::string out;
   std::string err;
@@ -28,7 +28,7 @@ inline Output outputOf(const std::function<void()>& action) {
   return {std::move(out), testing::internal::GetCapturedStderr()};
 }
 
-/// Runs `action`, stores what it wrote in `output` and returns its result.
+/// Runs `action` and returns its result. Stores what it wrote in `output`.
 template <typename Action>
 auto resultOf(Action action, Output& output) {
   decltype(action()) result{};
@@ -36,7 +36,7 @@ auto resultOf(Action action, Output& output) {
   return result;
 }
 
-/// The line that the last user of the transport logs when it releases it.
-inline const std::string TransportGone = "D [ZVK] Destroying last instance of usb transport.\n";
+/// The line that the transport logs when its last user releases it.
+inline const std::string TransportReleased = "D [ZVK] Destroying last instance of usb transport.\n";
 
 }  // namespace support

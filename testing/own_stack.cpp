@@ -32,7 +32,7 @@ std::string stackAfter(const std::function<void()>& action) {
   std::function<void()> copy = action;
   if (::pthread_create(&thread, &attributes, run, &copy) != 0 ||
       ::pthread_join(thread, nullptr) != 0) {
-    throw std::runtime_error("no thread for the test");
+    throw std::runtime_error("cannot run a thread for the test");
   }
   ::pthread_attr_destroy(&attributes);
   return {stack.get(), StackSize};

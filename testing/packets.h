@@ -5,12 +5,12 @@
 
 #include "testing/bytes.h"
 
-/// Packets for tests whose subject is not the bytes themselves, and functions that frame others.
+/// Named packets for tests, and functions that build packets.
 namespace packets {
 
 using support::Bytes;
 
-/// Announces a method call.
+/// Announces a method call; it precedes the packet of the call.
 inline const Bytes Sniff =
     support::bytes("A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E");
 
@@ -24,7 +24,7 @@ inline const Bytes QueryOrganization = support::bytes("A5 00 06 50 E0 D8 00 2A 0
 inline const Bytes QueryCommonName = support::bytes("A5 00 06 50 E0 D8 00 2A 0A");
 inline const Bytes QueryAuthStatus = support::bytes("A5 00 06 50 E0 D8 00 2A 1D");
 
-// Settings to store.
+// Requests to store settings.
 inline const Bytes Reset = support::bytes("A5 00 0A 50 E0 DA 01 06 14 00 00 01 01");
 inline const Bytes StoreSsid = support::bytes("A5 00 0C 50 E0 DA 01 28 08 00 00 03 61 62 00");
 inline const Bytes StorePreSharedKey = support::bytes("A5 00 0B 50 E0 DA 01 28 11 00 00 02 6B 00");
@@ -33,7 +33,7 @@ inline const Bytes StoreHome = support::bytes(
     "A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 "
     "28 05 00 00 04 00 00 00 06 28 08 00 00 05 68 6F 6D 65 00");
 
-// Replies. The last byte of a reply to settings is 1 if they are accepted.
+// Replies. The last byte of a reply to settings is 1 if the adapter accepts them.
 inline const Bytes Accepted = support::bytes("A5 00 03 50 E0 01");
 inline const Bytes NotAccepted = support::bytes("A5 00 03 50 E0 00");
 inline const Bytes Refused = support::bytes("A5 00 02 D4 E0");
@@ -42,24 +42,24 @@ inline const Bytes IpReply = support::bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 C0
 /// The reply of the emulated printer to settings that it stores.
 inline const Bytes SettingsStored = support::bytes("A5 00 05 50 E0 DA 01 01");
 
-/// A record of the authentication status, which is 2.
+/// A record with the authentication status 2.
 inline const Bytes AuthenticatedRecord = support::bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01 02");
-/// The reply of an emulated printer with the option --garbage.
+/// The reply of the emulated printer with the option --garbage.
 inline const Bytes Garbage = support::bytes("00 FF 13 37 5A 80 7F 20 0A 99 C3 42");
 
-/// Returns the packet with this content. The content starts with the flag byte.
+/// Returns the packet with this content, which starts with the flag byte.
 Bytes framed(const Bytes& content);
 
-/// Returns a packet that contains `packet`.
+/// Returns a wrapper that contains `packet`.
 Bytes wrapped(const Bytes& packet);
 
-/// Returns the reply packet of which E0 and `content` are collected.
+/// Returns a reply packet with the command E0 and the data `content`.
 Bytes replyOf(const Bytes& content, std::uint8_t flag = 0x50);
 
-/// Returns the bytes as hex pairs with single blanks between them.
+/// Returns the bytes as hex pairs with single spaces between them.
 std::string hexText(const Bytes& bytes);
 
-/// Returns the dump that the program logs: 16 bytes a line, in hex and as characters.
+/// Returns the dump that the program logs: 16 bytes per line, in hex and as characters.
 std::string dumpOf(const Bytes& bytes);
 
 }  // namespace packets

@@ -31,11 +31,10 @@ Words splitWords(const std::string& text) {
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
-/// The exit status of zvkprinter's own failures.
+/// The exit status of zvkprinter if it fails itself.
 constexpr int OwnFailure = 125;
 
-/// Removes the lines of zvkprinter, which logs between the program's lines if it has no private
-/// device.
+/// Removes the lines of zvkprinter. It prints some if it cannot create a private device.
 std::string withoutPrinterLines(const std::string& text) {
   std::string result;
   for (const std::string& line : splitLines(text)) {
@@ -53,7 +52,7 @@ PrinterRun run(const Words& prefix, const Words& options, const Words& arguments
   const Words logging = joined({"--show-secrets", "--log=" + log}, options);
   const ProcessResult result =
       runProcess(joined(prefix, printerCommand(logging, arguments)), input);
-  // If zvkprinter fails, its lines say why.
+  // If zvkprinter fails, its lines have the reason.
   PrinterRun outcome{result.status,
                      result.out,
                      result.status == OwnFailure ? result.err : withoutPrinterLines(result.err),
@@ -66,7 +65,7 @@ PrinterRun run(const Words& prefix, const Words& options, const Words& arguments
       }
     };
     take("zvkprinter: <- ", outcome.received);
-    take("zvkprinter:    object-store call: ", outcome.calls);
+    take("zvkprinter:    method call: ", outcome.calls);
   }
   return outcome;
 }

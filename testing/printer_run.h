@@ -6,41 +6,42 @@
 
 #include "testing/process.h"
 
-/// The real program against the emulated printer.
+/// Runs of the real program with the emulated printer.
 namespace support {
 
-/// What came of one run.
+/// The result of one run.
 struct PrinterRun {
-  int status = 0;
-  std::string out;  ///< the program's standard output, and behind it what the printer then holds
-  /// The program's standard error. If the printer itself fails (status 125), its lines as well.
+  int status = 0;   ///< exit status of the program; 125 if zvkprinter itself fails
+  std::string out;  ///< the program's standard output; with --show the printer's data follow it
+  /// The program's standard error. For the status 125 it includes the lines of zvkprinter.
   std::string err;
   std::vector<std::string> received;  ///< each message that reached the printer, in hex
-  std::vector<std::string> calls;     ///< each method call that it understood, in words
+  std::vector<std::string> calls;     ///< each method call that the printer parsed, in words
 };
 
-/// Runs zvkconfig with `arguments` against a printer with `options`. Time goes 10 times as fast for
-/// both, so that the protocol's pauses take their course without being waited for.
+/// Runs zvkconfig with `arguments` and a printer with `options`. The clock of both runs 10 times as
+/// fast, so the pauses of the protocol take a tenth of their time.
 ///
-/// "{}" in an argument stands for the printer's path: "/dev/usb/lp0" where the system permits a
-/// private one.
+/// "{}" in an argument stands for the printer's path. The path is "/dev/usb/lp0" if the system
+/// permits a private device.
 ///
-/// The environment's ZVK_RUN_UNDER is a command that the program is run by, such as a debugger.
+/// If the environment variable ZVK_RUN_UNDER is set, it is a command that runs the program, such as
+/// a debugger.
 PrinterRun runWithPrinter(std::vector<std::string> options, std::vector<std::string> arguments,
                           std::string_view input = {});
 
-/// The same in real time.
+/// Does the same in real time.
 PrinterRun runWithPrinterInRealTime(std::vector<std::string> options,
                                     std::vector<std::string> arguments);
 
-/// The command line of such a run, without a log.
+/// Returns the command line of such a run, without a log.
 std::vector<std::string> printerCommand(const std::vector<std::string>& options,
                                         const std::vector<std::string>& arguments);
 
-/// A program's command line with that command in front of it.
+/// Returns a program's command line, preceded by the command in ZVK_RUN_UNDER.
 std::vector<std::string> supervised(const std::vector<std::string>& command);
 
-/// Each line with its end.
+/// Returns the texts, each followed by a line end.
 std::string lines(const std::vector<std::string>& texts);
 
 }  // namespace support

@@ -154,7 +154,7 @@ int TerminalProcess::waitForEnd() {
   return WIFSIGNALED(status) ? SignalStatusBase + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-void waitAMoment() {
+void pauseBriefly() {
   std::this_thread::sleep_for(std::chrono::milliseconds(10));
 }
 

@@ -5,19 +5,20 @@
 #include <sys/types.h>
 #include <vector>
 
-/// Running real programs, for the end-to-end tests.
+/// Processes that run real programs, for the end-to-end tests.
 namespace support {
 
 struct ProcessResult {
-  int status = 0;  ///< exit status; 128 and the number for a signal
+  int status = 0;  ///< exit status; 128 plus the number of the signal that ended the program
   std::string out;
   std::string err;
 };
 
-/// Runs a program to its end with `input` as its standard input.
+/// Runs a program with `input` as its standard input and waits for its end. The status is 127 if it
+/// cannot be started.
 ProcessResult runProcess(const std::vector<std::string>& command, std::string_view input = {});
 
-/// A program that runs beside the test; killed when destroyed, if it still runs.
+/// A program that runs at the same time as the test. The destructor kills it if it still runs.
 class BackgroundProcess {
  public:
   explicit BackgroundProcess(const std::vector<std::string>& command);
@@ -27,14 +28,15 @@ class BackgroundProcess {
 
   /// Sends a signal.
   void signal(int number) const;
-  /// The same, then waits for the end and returns the exit status.
+  /// Sends a signal, waits for the end and returns the exit status.
   int endWith(int number);
 
  private:
   pid_t m_Pid;
 };
 
-/// A program whose terminal is a pseudo-terminal of the test's.
+/// A program with a pseudo-terminal, on which the test types and reads. The destructor kills it if
+/// it still runs.
 class TerminalProcess {
  public:
   explicit TerminalProcess(const std::vector<std::string>& command);
@@ -42,15 +44,15 @@ class TerminalProcess {
   TerminalProcess(const TerminalProcess&) = delete;
   TerminalProcess& operator=(const TerminalProcess&) = delete;
 
-  /// Reads what the program shows until `text` was shown, and returns whether it was.
+  /// Waits until the program has shown `text`, and returns true. Returns false after 20 seconds.
   bool waitFor(std::string_view text);
   /// Types characters.
   void type(std::string_view text) const;
-  /// Whether the terminal echoes what is typed.
+  /// Returns true if the terminal echoes what is typed.
   bool echoes() const;
-  /// All that was shown so far.
+  /// Returns everything that the program has shown so far.
   const std::string& shown() const { return m_Shown; }
-  /// Reads to the end of the program, and returns its exit status as `ProcessResult` has it.
+  /// Waits for the end of the program and returns its exit status, in the form of `ProcessResult`.
   int waitForEnd();
   pid_t pid() const { return m_Pid; }
 
@@ -59,26 +61,26 @@ class TerminalProcess {
 
   pid_t m_Pid;
   int m_Master = -1;
-  /// Held open, so that the terminal can be looked at when the program is gone.
+  /// Stays open, so that the terminal's attributes can be read after the program has ended.
   int m_Slave = -1;
   std::string m_Shown;
 };
 
-/// Calls `condition` until it is true, for at most 20 seconds; returns whether it was.
+/// Calls `condition` until it returns true, and returns true. Returns false after 20 seconds.
 template <typename Condition>
 bool eventually(Condition condition);
 
-/// A hundredth of a second.
-void waitAMoment();
+/// Pauses for 10 ms.
+void pauseBriefly();
 
 template <typename Condition>
 bool eventually(Condition condition) {
-  constexpr int tries = 2000;
-  for (int i = 0; i < tries; ++i) {
+  constexpr int maxCalls = 2000;
+  for (int i = 0; i < maxCalls; ++i) {
     if (condition()) {
       return true;
     }
-    waitAMoment();
+    pauseBriefly();
   }
   return false;
 }

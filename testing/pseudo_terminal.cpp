@@ -18,7 +18,7 @@ namespace support {
 
 namespace {
 
-/// A child that never does what is waited for must not hold the tests for ever.
+/// The limit for each wait, so that a hanging child does not block the tests for ever.
 constexpr int GiveUpMilliseconds = 20'000;
 
 void require(bool condition, const char* what) {
@@ -38,7 +38,8 @@ bool isReadable(int descriptor, int milliseconds) {
   }
   const rlimit noCore{.rlim_cur = 0, .rlim_max = 0};
   ::setrlimit(RLIMIT_CORE, &noCore);
-  // A group of its own, with a parent that could continue it: only such a one can be stopped.
+  // The kernel ignores a terminal's stop signal in an orphaned process group. The child's new group
+  // is not orphaned, because its parent is in another group.
   ::setpgid(0, 0);
   ::dup2(terminal, STDIN_FILENO);
   ::dup2(outputEnd, STDOUT_FILENO);
@@ -50,8 +51,9 @@ bool isReadable(int descriptor, int milliseconds) {
 }  // namespace
 
 PseudoTerminal::PseudoTerminal() {
-  require(::openpty(&m_Master, &m_Terminal, nullptr, nullptr, nullptr) == 0, "no terminal");
-  require(::fcntl(m_Master, F_SETFL, O_NONBLOCK) == 0, "no terminal without blocking");
+  require(::openpty(&m_Master, &m_Terminal, nullptr, nullptr, nullptr) == 0,
+          "cannot open a pseudo-terminal");
+  require(::fcntl(m_Master, F_SETFL, O_NONBLOCK) == 0, "cannot make the terminal non-blocking");
 }
 
 PseudoTerminal::~PseudoTerminal() {
@@ -68,10 +70,10 @@ PseudoTerminal::~PseudoTerminal() {
 
 void PseudoTerminal::run(const std::function<void()>& action) {
   std::array<int, 2> ends{};
-  require(::pipe(ends.data()) == 0, "no pipe");
+  require(::pipe(ends.data()) == 0, "cannot create a pipe");
   std::fflush(nullptr);
   m_Child = ::fork();
-  require(m_Child >= 0, "no child process");
+  require(m_Child >= 0, "cannot create a child process");
   if (m_Child == 0) {
     beChild(m_Terminal, ends[1], action);
   }
@@ -81,21 +83,21 @@ void PseudoTerminal::run(const std::function<void()>& action) {
 
 void PseudoTerminal::type(const std::string& text) const {
   require(::write(m_Master, text.data(), text.size()) == static_cast<ssize_t>(text.size()),
-          "cannot type");
+          "cannot type on the terminal");
 }
 
 void PseudoTerminal::typeAhead(const std::string& line) const {
   type(line);
-  require(isReadable(m_Terminal, GiveUpMilliseconds), "the line was lost");
+  require(isReadable(m_Terminal, GiveUpMilliseconds), "the typed line cannot be read");
 }
 
 termios PseudoTerminal::attributes() const {
   termios result{};
-  require(::tcgetattr(m_Terminal, &result) == 0, "no attributes");
+  require(::tcgetattr(m_Terminal, &result) == 0, "cannot read the terminal's attributes");
   return result;
 }
 
-bool PseudoTerminal::waitForSilence() const {
+bool PseudoTerminal::waitForEchoOff() const {
   while (echoes()) {
     siginfo_t ended{};
     ::waitid(P_PID, static_cast<id_t>(m_Child), &ended, WEXITED | WNOHANG | WNOWAIT);
@@ -111,9 +113,9 @@ void PseudoTerminal::switchEchoOff() const {
   termios silent = attributes();
   silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
   require(::tcsetattr(m_Terminal, TCSANOW, &silent) == 0, "cannot switch the echo off");
-  // In packet mode the terminal tells the typing end what happens to it.
+  // In packet mode the kernel reports a flush of the input to the master end.
   const int on = 1;
-  require(::ioctl(m_Master, TIOCPKT, &on) == 0, "no packet mode");
+  require(::ioctl(m_Master, TIOCPKT, &on) == 0, "cannot set packet mode");
 }
 
 bool PseudoTerminal::waitForDiscardedInput() const {
@@ -147,7 +149,7 @@ bool PseudoTerminal::waitForStop() const {
 }
 
 int PseudoTerminal::wait() {
-  // The pipe ends with the child.
+  // The pipe reports its end when the child ends.
   std::array<char, 512> buffer{};
   while (isReadable(m_OutputEnd, GiveUpMilliseconds)) {
     const ssize_t count = ::read(m_OutputEnd, buffer.data(), buffer.size());

@@ -7,8 +7,9 @@
 
 namespace support {
 
-/// A terminal at which a child process runs a piece of the program, and this process types. The
-/// terminal is nobody's controlling terminal: signals come from `signal` alone.
+/// A terminal for a child process that runs a part of the program. The test types on it. It is not
+/// the child's controlling terminal, so only `signal` sends signals. Operations throw if a system
+/// call fails.
 class PseudoTerminal {
  public:
   PseudoTerminal();
@@ -16,46 +17,49 @@ class PseudoTerminal {
   PseudoTerminal(const PseudoTerminal&) = delete;
   PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
-  /// Starts a child whose standard input is the terminal and whose standard output is a pipe. It
-  /// ends with status 0 after `action`. The signals that end programs have their default action.
+  /// Starts a child. Its standard input is the terminal and its standard output is a pipe. After
+  /// `action` it ends with status 0. It starts with the default action for the signals that end or
+  /// stop a program.
   void run(const std::function<void()>& action);
 
-  /// Types `text` at the terminal.
+  /// Types `text` on the terminal.
   void type(const std::string& text) const;
 
-  /// Types a line that nobody reads yet; returns when the terminal holds it ready for reading.
+  /// Types a line before the child reads. Returns when the line can be read from the terminal.
   void typeAhead(const std::string& line) const;
 
-  /// The terminal's attributes now.
+  /// Returns the current attributes of the terminal.
   termios attributes() const;
   bool echoes() const { return (attributes().c_lflag & ECHO) != 0; }
 
-  /// Waits, without a pause in it, until the child has switched the echo off. Returns whether it
-  /// did before it ended.
-  bool waitForSilence() const;
+  /// Waits until the child has switched the echo off. Returns false if the child ends first. Polls
+  /// without pauses, so that the test continues immediately.
+  bool waitForEchoOff() const;
 
-  /// For a terminal that is silent from the start, before `run`.
+  /// Switches the echo off. Call it before `run`.
   void switchEchoOff() const;
 
-  /// Waits until the child makes the terminal discard what was typed so far, once after
-  /// `switchEchoOff`. Returns whether it did.
+  /// Waits until the child discards the input typed so far. Call it after `switchEchoOff`, once.
+  /// Returns false after 20 seconds.
   bool waitForDiscardedInput() const;
 
-  /// Waits until `text` can be read from the child's standard output. Returns whether it came.
+  /// Waits until the child has written `text` to standard output. Returns false if the child ends
+  /// first, or after 20 seconds without output.
   bool waitForOutput(const std::string& text);
 
+  /// Sends a signal to the child.
   void signal(int number) const;
 
-  /// Waits until a signal has stopped the child. Returns whether it did before it ended.
+  /// Waits until a signal has stopped the child. Returns false if the child ends first.
   bool waitForStop() const;
 
-  /// Waits for the child's end and returns its status as `waitpid` gives it.
+  /// Waits for the child's end and returns its status in the form of `waitpid`.
   int wait();
 
-  /// All that the child wrote to standard output; after `wait`.
+  /// Returns what the child wrote to standard output. Complete only after `wait`.
   const std::string& output() const { return m_Output; }
 
-  /// All that the terminal showed: the echo of what was typed.
+  /// Returns what the terminal has shown: the echo of the typed characters.
   std::string shown() const;
 
  private:

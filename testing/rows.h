@@ -4,20 +4,20 @@
 #include <ostream>
 #include <string>
 
-/// Tables of test cases.
+/// Tables of test cases: a row is a struct derived from `Row`, and each row is one test.
 namespace support {
 
-/// What the rows of all tables begin with.
+/// The base of every row.
 struct Row {
-  const char* name;  ///< of the row's test: letters and digits
+  const char* name;  ///< the end of the test's name; letters and digits only
 
-  /// Shows a row by its name and not, as is the default, by its bytes in memory, which differ from
-  /// run to run.
+  /// Prints the name of a row. GoogleTest would print its bytes, and these differ from run to run.
   friend std::ostream& operator<<(std::ostream& stream, const Row& row) {
     return stream << row.name;
   }
 };
 
+/// Returns a row's name, for INSTANTIATE_TEST_SUITE_P.
 inline constexpr auto rowName = [](const auto& info) {
   return std::string(info.param.name);
 };

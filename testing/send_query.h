@@ -11,10 +11,11 @@
 
 namespace support {
 
-/// Tests of sendQuery in front of a scripted printer.
+/// A fixture for tests of `sendQuery`. A scripted printer replies to it.
 class SendQuery : public UsblpPrinter {
  protected:
-  /// Sends `request` and returns the collected reply; `untouched` tells that the pointer was left.
+  /// Sends `request` and returns the collected reply. Sets `untouched` to true if the operation
+  /// left the reply's pointer unchanged.
   Bytes query(Bytes request, int timeout) {
     unsigned char marker = 0;
     unsigned char* reply = &marker;
@@ -35,7 +36,7 @@ class SendQuery : public UsblpPrinter {
 
   Bytes query(int timeout = 3) { return query(packets::QueryCommonName, timeout); }
 
-  /// Lets `reply` arrive `delay` after the pause behind the request.
+  /// Makes `reply` arrive `delay` after the pause of 2 s that follows the request.
   void replyAfterPause(const Bytes& reply, virtual_system::Microseconds delay) {
     device.onWrite = [=, this](const Bytes& /*request*/) {
       device.reply(reply, 2 * virtual_system::Second + delay);
@@ -46,13 +47,13 @@ class SendQuery : public UsblpPrinter {
   bool untouched = false;
 };
 
-/// A reply and what is collected of it.
+/// A row of a table: a reply's bytes, and the collected reply; both in hex.
 struct ReplyRow : Row {
   const char* reply;
   const char* collected;
 };
 
-/// What sendQuery writes when it could open the device.
-inline const Output Quiet = {"", TransportGone};
+/// What sendQuery writes if it can open the device.
+inline const Output Quiet = {"", TransportReleased};
 
 }  // namespace support

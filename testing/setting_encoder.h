@@ -10,13 +10,13 @@
 
 namespace support {
 
-/// An encoder of one setting. Some take a running total.
+/// An encoder of one setting. Some encoders take a pointer to a running total.
 using SettingEncoder = std::variant<Operation, int (wnpaGenerator::*)(int*)>;
 
-/// Tests of such encoders.
+/// A fixture for tests of encoders.
 class SettingEncoders : public Generator {
  protected:
-  /// Runs an encoder on a packet that already holds one byte. Expects that it appends `object`,
+  /// Runs an encoder on a packet that already contains one byte. Expects that it appends `object`,
   /// returns its size and logs `log`.
   void expectObject(const SettingEncoder& encoder, std::vector<std::string> options,
                     const Bytes& object, const std::string& log) {
@@ -28,7 +28,7 @@ class SettingEncoders : public Generator {
     EXPECT_EQ(packet(), joined({before, object}));
   }
 
-  /// Runs an encoder and returns its result.
+  /// Runs an encoder and returns its result. Expects that a total stays unchanged.
   int encode(const SettingEncoder& encoder) {
     if (const auto* const plain = std::get_if<Operation>(&encoder)) {
       return (generator.get()->**plain)();
@@ -40,15 +40,15 @@ class SettingEncoders : public Generator {
   }
 };
 
-/// What an encoder appends and logs for some options.
+/// A row of a table: an encoder, and what it appends and logs for some options.
 struct SettingRow : Row {
   SettingEncoder encoder;
   std::vector<std::string> options;
-  std::string object;
+  std::string object;  ///< in hex
   std::string log;
 };
 
-/// Tests over a table of encoders.
+/// A fixture for tests with a table of encoders.
 class SettingTable : public SettingEncoders, public testing::WithParamInterface<SettingRow> {
  protected:
   void expectRow() {

@@ -8,7 +8,7 @@
 
 namespace support {
 
-/// The settings of a command line with these options.
+/// Returns the settings of a command line with these options.
 inline configDetails settings(std::vector<std::string> options) {
   options.insert(options.begin(), "zvkconfig");
   const int count = static_cast<int>(options.size());

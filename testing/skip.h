@@ -6,7 +6,7 @@
 
 namespace support {
 
-/// Returns whether the environment variable CI is set, to anything but an empty text.
+/// Returns true if the environment variable CI is set and not empty.
 inline bool isCi() {
   const char* const value = std::getenv("CI");
   return value != nullptr && !std::string_view(value).empty();
@@ -14,8 +14,8 @@ inline bool isCi() {
 
 }  // namespace support
 
-/// Ends the test as skipped where the machine does not permit what it needs. In CI the test fails
-/// instead: a test that nobody sees missing would be missing for good.
+/// Skips the test. For tests that the machine does not permit. In CI the test fails instead,
+/// because nobody would notice that it never runs.
 #define SKIP_OUTSIDE_CI(reason) \
   do {                          \
     if (support::isCi()) {      \

@@ -4,7 +4,7 @@
 
 namespace support {
 
-/// Standard input that holds `text` and then ends, for the life of one test. No terminal.
+/// Replaces standard input by a pipe that contains `text`. The destructor restores it.
 class StandardInput {
  public:
   explicit StandardInput(const std::string& text);

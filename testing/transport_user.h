@@ -4,7 +4,10 @@
 
 namespace support {
 
-/// A user of the process's transport, for the life of one test.
+/// A user of the shared transport. The destructor releases it.
+///
+///     const TransportUser transport;
+///     transport->CT_Open("/dev/usb/lp0");
 class TransportUser {
  public:
   TransportUser() : m_Transport(HCUSBTransport::GetInstance()) {}

@@ -16,10 +16,10 @@ void UsbCapture::add(const UsbRecord& record) {
   header.device_address = record.device;
   header.bus_id = record.bus;
   header.setup_flag = '-';
-  header.data_flag = static_cast<char>(record.data && !record.deniesData ? 0 : '>');
+  header.data_flag = static_cast<char>(record.data && !record.flaggedEmpty ? 0 : '>');
   header.urb_len = record.length;
   header.data_len = record.data ? static_cast<std::uint32_t>(record.data->size()) : 0;
-  // The longer header goes on where the shorter one ends.
+  // The longer header starts with the fields of the shorter one.
   const std::size_t size = m_LinkType == DLT_USB_LINUX ? sizeof(::pcap_usb_header) : sizeof header;
   std::string bytes(size, '\0');
   std::memcpy(bytes.data(), &header, size);

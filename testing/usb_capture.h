@@ -11,31 +11,31 @@
 
 namespace support {
 
-/// One record of a capture of usbmon's.
+/// One record of a usbmon capture.
 struct UsbRecord {
   char event = URB_SUBMIT;
-  std::uint8_t endpoint = 0x01;  ///< bit 7: to the host
+  std::uint8_t endpoint = 0x01;  ///< bit 7 is set for a transfer to the host
   std::uint64_t transfer = 1;
-  std::uint32_t length = 0;
-  std::optional<Bytes> data = {};  ///< as captured; none where the event has no data
+  std::uint32_t length = 0;        ///< bytes requested or transferred
+  std::optional<Bytes> data = {};  ///< the captured bytes; nothing if the event has no data
   std::uint8_t device = 5;
   std::uint16_t bus = 1;
   std::uint8_t type = URB_BULK;
-  bool deniesData = false;  ///< whether the header says that there is none all the same
+  bool flaggedEmpty = false;  ///< the header says "no data" although data follow
 };
 
-/// Writes a capture file with libpcap.
+/// Builds a capture file with libpcap.
 class UsbCapture {
  public:
   explicit UsbCapture(int linkType = DLT_USB_LINUX_MMAPPED) : m_LinkType(linkType) {}
 
   void add(const UsbRecord& record);
 
-  /// A whole transfer, submission and completion, to the printer or from it.
+  /// Add a complete transfer (submission and completion) to the printer or from it.
   void out(const Bytes& data);
   void in(const Bytes& data);
 
-  /// The file.
+  /// Returns the content of the file.
   std::string content() const;
 
  private:

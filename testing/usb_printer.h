@@ -12,7 +12,7 @@
 
 namespace support {
 
-/// An emulated printer as a USB device, with its clock.
+/// An emulated printer as a USB device. Its clock is `printer.now`.
 class UsbPrinter {
  public:
   using Direction = emulator::UsbDirection;
@@ -22,7 +22,7 @@ class UsbPrinter {
         m_Log([this](std::string_view line) { log.emplace_back(line); }, false),
         device(printer.adapter, std::move(traits), m_Log, [this] { return printer.now; }) {}
 
-  /// The data of a control request; nothing for a stall.
+  /// Submits a control request and returns its data, or nothing if the device stalls it.
   std::optional<Bytes> ask(const emulator::UsbSetup& setup) {
     emulator::UsbTransfer transfer{.id = 9000, .setup = setup, .length = setup.length};
     transfer.direction = setup.type >= 0x80 ? Direction::In : Direction::Out;
@@ -35,8 +35,10 @@ class UsbPrinter {
     return std::nullopt;
   }
 
+  /// Sets configuration 1.
   void configure() { ask({.type = 0x00, .request = 9, .value = 1}); }
 
+  /// Submits a transfer from the bulk IN endpoint.
   void read(std::uint32_t id, std::size_t length, bool mustBeFull = false) {
     device.submit({.id = id,
                    .endpoint = 2,
@@ -44,6 +46,7 @@ class UsbPrinter {
                    .length = length,
                    .mustBeFull = mustBeFull});
   }
+  /// Submits a transfer to the bulk OUT endpoint.
   void write(std::uint32_t id, const Bytes& bytes) {
     device.submit({.id = id, .endpoint = 1, .length = bytes.size(), .data = bytes});
   }
@@ -58,7 +61,7 @@ class UsbPrinter {
   emulator::UsbDevice device;
 };
 
-/// A configured one with these traits.
+/// A USB printer that is already configured.
 class ReadyUsbPrinter : public UsbPrinter {
  public:
   explicit ReadyUsbPrinter(emulator::UsbTraits traits = {}, emulator::Personality personality = {})

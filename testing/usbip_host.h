@@ -7,10 +7,10 @@
 #include "emulator/usb/usb_transfer.h"
 #include "testing/bytes.h"
 
-/// USB/IP messages of a host, and its reading of the device's. Numbers are big-endian.
+/// The messages of the USB/IP protocol, as a host sends and receives them. Numbers are big-endian.
 namespace support {
 
-/// Returns a message of `size` bytes that starts with these numbers; the rest is zeros.
+/// Returns a message of `size` bytes that starts with these numbers. The rest is zero.
 inline Bytes usbipMessage(std::initializer_list<std::uint32_t> numbers, std::size_t size = 48) {
   Bytes bytes;
   for (const std::uint32_t number : numbers) {
@@ -22,6 +22,7 @@ inline Bytes usbipMessage(std::initializer_list<std::uint32_t> numbers, std::siz
   return bytes;
 }
 
+/// Returns the 32-bit number at `offset`.
 inline std::uint32_t longAt(const Bytes& bytes, std::size_t offset) {
   std::uint32_t number = 0;
   for (std::size_t i = 0; i < 4; ++i) {
@@ -30,10 +31,11 @@ inline std::uint32_t longAt(const Bytes& bytes, std::size_t offset) {
   return number;
 }
 
+/// The fields of USBIP_CMD_SUBMIT that tests vary.
 struct SubmitFields {
   std::uint32_t id = 1;
   std::uint32_t device = 0x00010001;
-  std::uint32_t direction = 0;
+  std::uint32_t direction = 0;  ///< 0 to the device, 1 from it
   std::uint32_t endpoint = 0;
   std::uint32_t flags = 0;
   std::uint32_t length = 0;
@@ -41,7 +43,7 @@ struct SubmitFields {
   emulator::UsbSetup setup{};
 };
 
-/// The header of USBIP_CMD_SUBMIT.
+/// Returns the header of USBIP_CMD_SUBMIT.
 inline Bytes submitHeader(const SubmitFields& fields) {
   Bytes bytes = usbipMessage({1, fields.id, fields.device, fields.direction, fields.endpoint,
                               fields.flags, fields.length, 0, fields.packets, 0},
@@ -55,6 +57,7 @@ inline Bytes submitHeader(const SubmitFields& fields) {
   return bytes;
 }
 
+// Return a USBIP_CMD_SUBMIT for a control request, a bulk read and a bulk write.
 inline Bytes controlCommand(std::uint32_t id, const emulator::UsbSetup& setup) {
   return submitHeader({.id = id,
                        .direction = setup.type >= 0x80 ? 1U : 0U,
@@ -72,35 +75,36 @@ inline Bytes writeCommand(std::uint32_t id, const Bytes& data) {
        data});
 }
 
-/// USBIP_CMD_UNLINK.
+/// Returns USBIP_CMD_UNLINK.
 inline Bytes unlinkCommand(std::uint32_t id, std::uint32_t unlinked) {
   return usbipMessage({2, id, 0x00010001, 0, 0, unlinked});
 }
 
-/// USBIP_RET_SUBMIT.
+/// Returns USBIP_RET_SUBMIT.
 inline Bytes submitReply(std::uint32_t id, std::uint32_t status, std::uint32_t done,
                          const Bytes& data = {}) {
   return joined({usbipMessage({3, id, 0, 0, 0, status, done}), data});
 }
 
-/// USBIP_RET_UNLINK.
+/// Returns USBIP_RET_UNLINK.
 inline Bytes unlinkReply(std::uint32_t id, std::uint32_t status) {
   return usbipMessage({4, id, 0, 0, 0, status});
 }
 
-/// OP_REQ_DEVLIST.
+/// Returns OP_REQ_DEVLIST.
 inline Bytes listRequest() {
   return bytes("01 11 80 05 00 00 00 00");
 }
 
-/// OP_REQ_IMPORT.
+/// Returns OP_REQ_IMPORT.
 inline Bytes importRequest(std::string_view busId) {
   Bytes request = joined({bytes("01 11 80 03 00 00 00 00"), textBytes(busId)});
   request.resize(40);
   return request;
 }
 
-/// How a list and an import's answer describe the printer, at high speed (3) or full speed (2).
+/// Returns the description of the printer in a device list and in the reply to an import. `speed`
+/// is 3 for high speed or 2 for full speed.
 inline Bytes describedDevice(std::uint8_t speed = 3) {
   Bytes device = textBytes("/sys/devices/emulated/usb1/1-1");
   device.resize(256);
@@ -112,7 +116,7 @@ inline Bytes describedDevice(std::uint8_t speed = 3) {
                  bytes("12 09 00 01 01 00 00 00 00 01 01 01")});
 }
 
-/// OP_REP_IMPORT: success, and failure with a status.
+/// Return OP_REP_IMPORT for a success, and for a failure with a status.
 inline Bytes imported(std::uint8_t speed = 3) {
   return joined({bytes("01 11 00 03 00 00 00 00"), describedDevice(speed)});
 }
@@ -120,7 +124,7 @@ inline Bytes notImported(std::uint8_t status) {
   return joined({bytes("01 11 00 03 00 00 00"), {status}});
 }
 
-/// OP_REP_DEVLIST: the printer, and no device.
+/// Return OP_REP_DEVLIST with the printer, and without a device.
 inline Bytes listed(std::uint8_t speed = 3) {
   return joined(
       {bytes("01 11 00 05 00 00 00 00 00 00 00 01"), describedDevice(speed), bytes("07 01 02 00")});

@@ -12,11 +12,11 @@
 
 namespace support {
 
-/// Tests against a printer at /dev/usb/lp0 that answers requests from a script.
+/// A fixture with a printer at /dev/usb/lp0 that replies from a script.
 class UsblpPrinter : public testing::Test {
  protected:
-  /// Answers the n-th write with the n-th reply, the last one for all that follow. An empty reply
-  /// stands for silence.
+  /// Sets the replies: the n-th write gets the n-th reply, and all later writes get the last one.
+  /// After an empty reply the printer stays silent.
   void answer(std::vector<Bytes> replies) {
     device.onWrite = [this, replies = std::move(replies),
                       next = std::size_t{0}](const Bytes& /*request*/) mutable {

@@ -9,13 +9,13 @@
 #include <sys/select.h>
 #include <unistd.h>
 
-#include "testing/disturbance.h"
+#include "testing/fault_injection.h"
 
 namespace virtual_system {
 
 namespace {
 
-// The thread's own: a fuzzer watches its memory from another one, by the real clock.
+// Thread-local, because a fuzzer's memory watcher runs in another thread and needs the real clock.
 thread_local System* currentSystem = nullptr;
 
 constexpr std::string_view DeviceFolder = "/dev/usb/";
@@ -71,7 +71,7 @@ int System::open(const char* path, int flags) {
   Device& device = *found->second;
   ++device.opens;
   device.openFlags = flags;
-  // The printer driver takes one user at a time.
+  // usblp permits one user at a time.
   if (const int error = device.isOpen ? EBUSY : device.openErrno; error != 0) {
     errno = error;
     return -1;
@@ -134,7 +134,7 @@ ssize_t writeDevice(Device& device, const void* buffer, std::size_t size) {
   return result;
 }
 
-/// What a file may transfer of `size` bytes; -1 with errno set when that fails.
+/// Returns how many of `size` bytes a file may transfer, or -1 with errno set.
 ssize_t permittedTransfer(std::size_t size) {
   if (currentSystem == nullptr || !currentSystem->fileTransfer) {
     return static_cast<ssize_t>(size);
@@ -153,7 +153,7 @@ int selectForReading(Device& device, Microseconds limit) {
   if (device.readSelectResult) {
     return device.readSelectResult();
   }
-  if (device.readyForEver) {
+  if (device.alwaysReadable) {
     return 1;
   }
   const Microseconds end = currentSystem->now() + limit;
@@ -175,9 +175,9 @@ int selectForWriting(Device& device, Microseconds limit) {
 }  // namespace
 }  // namespace virtual_system
 
-// --- The wrapped calls ------------------------------------------------------------------------
+// --- The wrapped calls --------------------------------------------------------------------------
 
-using support::OutsideCall;
+using support::InterceptedCall;
 using virtual_system::Device;
 using virtual_system::System;
 
@@ -189,7 +189,7 @@ Device* virtualDevice(int descriptor) {
 
 }  // namespace
 
-// The names are the linker's.
+// The linker's --wrap requires these names.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c)
 extern "C" {
 
@@ -203,7 +203,7 @@ int __real_usleep(useconds_t microseconds);
 std::time_t __real_time(std::time_t* result);
 
 int __wrap_open(const char* path, int flags, ...) {
-  const OutsideCall call("open");
+  const InterceptedCall call("open");
   if (call.fails()) {
     return -1;
   }
@@ -221,15 +221,15 @@ int __wrap_open(const char* path, int flags, ...) {
 }
 
 int __wrap_close(int descriptor) {
-  const OutsideCall call("close");
+  const InterceptedCall call("close");
   const int result = virtualDevice(descriptor) != nullptr ? System::current()->close(descriptor)
                                                           : __real_close(descriptor);
-  // The system closes the descriptor, whatever it says.
+  // Linux closes the descriptor even if close fails.
   return call.fails() ? -1 : result;
 }
 
 ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size) {
-  const OutsideCall call("read");
+  const InterceptedCall call("read");
   if (const auto failure = call.cut(size)) {
     return *failure;
   }
@@ -242,7 +242,7 @@ ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size) {
 }
 
 ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
-  const OutsideCall call("write");
+  const InterceptedCall call("write");
   if (const auto failure = call.cut(size)) {
     return *failure;
   }
@@ -255,7 +255,7 @@ ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
 }
 
 int __wrap_select(int count, fd_set* reading, fd_set* writing, fd_set* failing, timeval* limit) {
-  const OutsideCall call("select");
+  const InterceptedCall call("select");
   if (call.fails()) {
     return -1;
   }
@@ -279,7 +279,7 @@ int __wrap_select(int count, fd_set* reading, fd_set* writing, fd_set* failing, 
 }
 
 unsigned int __wrap_sleep(unsigned int seconds) {
-  const OutsideCall call("sleep");
+  const InterceptedCall call("sleep");
   if (System::current() == nullptr) {
     return __real_sleep(seconds);
   }
@@ -296,7 +296,7 @@ unsigned int __wrap_sleep(unsigned int seconds) {
 }
 
 int __wrap_usleep(useconds_t microseconds) {
-  const OutsideCall call("usleep");
+  const InterceptedCall call("usleep");
   if (System::current() == nullptr) {
     return __real_usleep(microseconds);
   }

@@ -10,10 +10,14 @@
 #include <sys/types.h>
 #include <vector>
 
-/// The operating system as the tests' programs see it: a clock that only moves when somebody
-/// waits, and devices that are scripted. The calls open, close, read, write, select, sleep, usleep
-/// and time of everything linked into a test go through here (by the linker's --wrap); what does
-/// not concern a virtual device or the clock passes on to the system.
+/// A double of the operating system: a clock that advances only during waits, and scripted devices.
+/// The linker's --wrap redirects the calls open, close, read, write, select, sleep, usleep and time
+/// of a test program to this double. Calls that do not concern a virtual device or the clock go to
+/// the real system.
+///
+///     System system;
+///     Device& device = system.device("/dev/usb/lp0");
+///     device.reply(bytes("A5 00 03 50 E0 01"), 3 * Second);  // arrives 3 seconds from now
 namespace virtual_system {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -21,8 +25,8 @@ using Microseconds = std::int64_t;
 
 inline constexpr Microseconds Second = 1'000'000;
 
-/// A character device. Like the kernel's printer driver it gives at most one arrived piece to a
-/// read, keeps what a small read leaves, and answers EAGAIN when there is nothing.
+/// A character device. Like usblp, a read returns bytes of at most one arrival and keeps the rest
+/// for the next read. It fails with EAGAIN if nothing has arrived.
 struct Device {
   /// Bytes that arrive at the host at a point in virtual time.
   struct Arrival {
@@ -30,21 +34,21 @@ struct Device {
     Bytes bytes;
   };
 
-  // What the device does. Each hook may be left empty for the ordinary behaviour.
-  int openErrno = 0;                            ///< open fails with this
-  int closeErrno = 0;                           ///< close fails with this
-  int descriptor = -1;                          ///< open gives this one; -1: the next free one
-  std::function<void(const Bytes&)> onWrite;    ///< called with what was taken
-  std::function<int(std::size_t)> writeResult;  ///< count taken, or a negative errno
-  std::function<int()> readResult;              ///< non-zero: a negative errno; 0: as ordinary
-  std::function<int()> readSelectResult;        ///< select's result for reading, no waiting
-  std::function<int()> writeSelectResult;       ///< select's result for writing, no waiting
-  bool readyForEver = false;                    ///< select says ready, whatever there is
+  // The behaviour of the device. An unset hook gives the ordinary behaviour.
+  int openErrno = 0;                            ///< if not 0, open fails with this error
+  int closeErrno = 0;                           ///< if not 0, close fails with this error
+  int descriptor = -1;                          ///< the result of open; -1: the next free one
+  std::function<void(const Bytes&)> onWrite;    ///< called with the bytes that a write accepted
+  std::function<int(std::size_t)> writeResult;  ///< the count accepted, or a negative errno
+  std::function<int()> readResult;              ///< a negative errno; 0: ordinary read
+  std::function<int()> readSelectResult;        ///< select's result for reading, without a wait
+  std::function<int()> writeSelectResult;       ///< select's result for writing, without a wait
+  bool alwaysReadable = false;                  ///< select reports "readable" even without bytes
 
-  /// Lets `bytes` arrive `delay` after now.
+  /// Makes `bytes` arrive after `delay`.
   void reply(Bytes bytes, Microseconds delay = 0);
 
-  // What was asked of it.
+  // Record of the calls.
   int opens = 0;
   int closes = 0;
   int reads = 0;
@@ -55,12 +59,13 @@ struct Device {
   std::vector<Bytes> writes;
   std::vector<std::size_t> readSizes;
   std::vector<long> selectLimits;  ///< microseconds
-  timeval lastLimit{};             ///< as the last select was given it
+  timeval lastLimit{};             ///< the timeout of the last select
 
   std::deque<Arrival> arrivals;
 };
 
-/// Installs the virtual clock and devices for the life of one test.
+/// The virtual clock and devices of one test. While no object exists, all calls go to the real
+/// system.
 class System {
  public:
   System();
@@ -68,38 +73,38 @@ class System {
   System(const System&) = delete;
   System& operator=(const System&) = delete;
 
-  /// The device at `path`, made by the first call. A path that starts with "/dev/usb/" and has no
-  /// device does not exist.
+  /// Returns the device at `path`. The first call creates it. Paths below "/dev/usb/" without a
+  /// device do not exist.
   Device& device(const std::string& path);
 
-  /// Virtual time since the test began.
+  /// Returns the virtual time since the test began.
   Microseconds now() const { return m_Now; }
   void advance(Microseconds time) { m_Now += time; }
-  /// Virtual time as `time` gives it.
+  /// Returns the virtual time in the form of `time`.
   std::int64_t wallClock() const { return ClockStart + m_Now / Second + clockShift; }
 
-  /// Seconds by which somebody has set the clock, without time passing.
+  /// Seconds by which the time of day is changed. Set it to simulate a clock that is set.
   std::int64_t clockShift = 0;
-  /// Whole-second pauses that a signal cuts short: each ends after this many seconds.
+  /// Lengths in seconds of the next calls of sleep, each of which a signal interrupts.
   std::deque<unsigned int> interruptedSleeps;
 
-  /// Each whole-second pause, in order.
+  /// The calls of sleep, in seconds.
   std::vector<unsigned int> sleeps;
-  /// Short pauses (usleep), in microseconds each.
+  /// The calls of usleep, in microseconds.
   std::vector<unsigned int> briefPauses;
-  /// What was done, over all devices, in order: "open", "write", "read", "close", "sleep 5". A run
-  /// of reads counts once; probes and short pauses are left out.
+  /// The calls on all devices in order: "open", "write", "read", "close", "sleep 5". Consecutive
+  /// reads count once. Calls of select and usleep are left out.
   std::vector<std::string> events;
   void record(const std::string& event);
 
-  /// When set: called before each read and write of a descriptor that is no device, with the size
-  /// asked for. Returns how much of it the system gets to see, or a negative errno.
+  /// If set, it is called before each read and write of a real file, with the requested size. It
+  /// returns the size that is passed to the system, or a negative errno.
   std::function<ssize_t(std::size_t)> fileTransfer;
 
-  /// Calls of select, on any descriptor.
+  /// The count of calls of select, on any descriptor.
   int selects = 0;
 
-  // The system calls, for the wrappers.
+  // For the wrappers of the system calls.
   Device* openedAt(int descriptor);
   bool owns(const char* path) const;
   int open(const char* path, int flags);

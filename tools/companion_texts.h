@@ -10,16 +10,19 @@
 #include "tools/shell_rows.h"
 #include "tools/texts.h"
 
-/// Texts of a program whose command line `catalogue::Option` and `catalogue::Command` describe.
+/// Texts of a companion program. Its tables of `catalogue::Option` and `catalogue::Command`
+/// describe its command line.
 namespace tools {
 
-/// The description of an option or command in the manual page.
+/// Returns the description of an option or command for the manual page. Names of values in `usages`
+/// are underlined.
 inline std::string scdocDescription(std::string_view help, std::string_view details,
                                     std::string_view usages) {
   const std::string sentence = scdocSentence(help, valueNames(usages));
   return sentence + (details.empty() ? "" : " ") + std::string(details);
 }
 
+/// Returns the options for the manual page, each group under its heading.
 template <typename Options>
 std::string optionEntries(std::span<const catalogue::OptionGroup<Options>> groups) {
   std::string text;
@@ -40,6 +43,8 @@ std::string optionEntries(std::span<const catalogue::OptionGroup<Options>> group
   return text.substr(0, text.size() - 1);
 }
 
+/// Adds the options of a program: "PROGRAM options" for the manual page, "PROGRAM option rows" and
+/// "PROGRAM value rows" for the completions, and their names to "PROGRAM names".
 template <typename Options>
 void addOptionTexts(Texts& texts, const std::string& program,
                     std::span<const catalogue::OptionGroup<Options>> groups) {
@@ -68,6 +73,8 @@ void addOptionTexts(Texts& texts, const std::string& program,
   texts[program + " value rows"] = shellRows(values);
 }
 
+/// Adds the commands of a program: "PROGRAM synopsis" and "PROGRAM commands" for the manual page,
+/// "PROGRAM command rows" for the completions, and their names to "PROGRAM names".
 template <typename Options>
 void addCommandTexts(Texts& texts, const std::string& program,
                      std::span<const catalogue::Command<Options>> commands) {

@@ -1,4 +1,4 @@
-// The texts of zvkconfig, whose command line has its own form.
+// The texts of zvkconfig. Its command line has its own tables of switches and options.
 
 #include <algorithm>
 #include <iterator>
@@ -22,13 +22,14 @@ using Kind = SettingOption::Kind;
 using Section = SettingOption::Section;
 using Names = std::vector<std::string_view>;
 
+/// Returns the names in bold. catalogue::joined explains the separators.
 std::string joinedBold(const Names& names, std::string_view separator, std::string_view last) {
   std::vector<std::string> marked;
   std::ranges::transform(names, std::back_inserter(marked), bold);
   return catalogue::joined(Names(marked.begin(), marked.end()), separator, last);
 }
 
-/// The switches of one form of the command line. "-h" has its own.
+/// Returns the switches of one form of the command line, except "-h", which takes no arguments.
 Names switchesWith(Input input) {
   Names names;
   for (const CommandRow& row : CommandTable) {
@@ -39,6 +40,7 @@ Names switchesWith(Input input) {
   return names;
 }
 
+/// Returns a sentence about the exit statuses of a command.
 std::string statusText(std::span<const ExitStatus> statuses) {
   std::string text = "Exit status ";
   for (const ExitStatus& status : statuses) {
@@ -52,6 +54,7 @@ std::string statusText(std::span<const ExitStatus> statuses) {
   return text.append(".");
 }
 
+/// Returns the commands for the manual page.
 std::string commandEntries() {
   std::string text;
   for (const CommandRow& row : CommandTable) {
@@ -65,7 +68,8 @@ std::string commandEntries() {
   return text;
 }
 
-/// "*None* or *WEP* with *-c*; *OPEN* with *-ca*", or nothing.
+/// Returns the allowed words of an option, such as "*None* or *WEP* with *-c*; *OPEN* with *-ca*",
+/// or an empty text if any text is allowed.
 std::string wordsText(const SettingOption& option) {
   std::string text;
   for (const SettingOption::Words& words : option.words) {
@@ -91,6 +95,7 @@ std::string optionEntry(const SettingOption& option) {
   return scdocEntry(bold(option.key) + scdocUsage(option.valueName), sentence);
 }
 
+/// Returns the options of one section of the manual page.
 std::string optionEntries(Section section) {
   std::string text;
   for (const SettingOption& option : SettingOptions) {
@@ -101,6 +106,7 @@ std::string optionEntries(Section section) {
   return text;
 }
 
+/// Returns the kind of a value for the completions. A text has none.
 std::string_view kindText(Kind kind) {
   switch (kind) {
     case Kind::Text:
@@ -115,6 +121,7 @@ std::string_view kindText(Kind kind) {
   return {};
 }
 
+/// Returns the rows of values for the completions.
 std::vector<std::string> valueRows() {
   std::vector<std::string> rows;
   for (const SettingOption& option : SettingOptions) {
@@ -147,7 +154,7 @@ std::vector<std::string> optionRows() {
   return rows;
 }
 
-/// All switches and options, one on each line.
+/// Returns all switches and options, one per line.
 std::string names() {
   std::string text;
   for (const CommandRow& row : CommandTable) {
@@ -159,7 +166,8 @@ std::string names() {
   return text;
 }
 
-/// The words of a fuzzer's dictionary. Options with files are left out: no argument names a file.
+/// Returns the words of the fuzzers' dictionary. Options with files are left out, because the
+/// fuzzers must not open files of this machine.
 std::string dictionary() {
   std::string text;
   const auto add = [&text](std::string_view word) {

@@ -1,3 +1,5 @@
+// The texts of zvknpa.
+
 #include "decoder/options.h"
 #include "tools/companion_texts.h"
 

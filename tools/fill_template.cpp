@@ -1,6 +1,6 @@
-// Fills the places {{NAME}} of a template with texts from the programs' tables:
+// Writes OUTPUT from TEMPLATE with each {{NAME}} replaced by a text from the programs' tables.
 //
-//     fill_template TEMPLATE OUTPUT
+// Usage: fill_template TEMPLATE OUTPUT
 
 #include <cstdio>
 #include <exception>
@@ -13,6 +13,7 @@
 
 namespace {
 
+/// Returns the content of a file. Throws `std::runtime_error`.
 std::string contentOf(const char* path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) {
@@ -21,6 +22,7 @@ std::string contentOf(const char* path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// Writes a file. Throws `std::runtime_error`.
 void write(const char* path, const std::string& content) {
   std::ofstream file(path, std::ios::binary);
   if (!(file << content).flush()) {
@@ -28,6 +30,7 @@ void write(const char* path, const std::string& content) {
   }
 }
 
+/// Returns the texts of all programs in this build.
 tools::Texts allTexts() {
   tools::Texts texts;
   tools::addConfigTexts(texts);
@@ -45,7 +48,7 @@ tools::Texts allTexts() {
 
 int main(int argc, char** argv) {
   if (argc != 3) {
-    std::fputs("fill_template TEMPLATE OUTPUT\n", stderr);
+    std::fputs("usage: fill_template TEMPLATE OUTPUT\n", stderr);
     return 2;
   }
   try {

@@ -1,3 +1,5 @@
+// The texts of zvkprinter.
+
 #include "emulator/run/option_table.h"
 #include "tools/companion_texts.h"
 

@@ -1,3 +1,5 @@
+// The markup of scdoc.
+
 #include "tools/scdoc.h"
 
 #include <algorithm>
@@ -18,7 +20,7 @@ bool isWordPart(char character) {
   return std::isalnum(static_cast<unsigned char>(character)) != 0;
 }
 
-/// The length of the name at the start of `text`: capitals, with points only between them.
+/// Returns the length of the name at the start of `text`: capitals, and points between capitals.
 std::size_t nameLength(std::string_view text) {
   std::size_t length = 0;
   while (length < text.size() &&
@@ -29,7 +31,7 @@ std::size_t nameLength(std::string_view text) {
   return length;
 }
 
-/// The length of the option at the start of `text`, with its "=": dashes, letters and digits.
+/// Returns the length of the option at the start of `text`: dashes, letters, digits and a last "=".
 std::size_t optionLength(std::string_view text) {
   if (!text.starts_with('-')) {
     return 0;

@@ -5,29 +5,30 @@
 #include <string_view>
 #include <vector>
 
-/// Pieces of manual pages, as source of scdoc(1).
+/// Parts of manual pages in the markup of scdoc(5): *bold*, _underlined_.
 namespace tools {
 
-/// A plain text: what would be markup is escaped.
+/// Returns a plain text with the characters of the markup escaped.
 std::string scdocText(std::string_view text);
 
-/// Bold and underlined words.
+/// Returns a word in bold.
 std::string bold(std::string_view word);
 
-/// A usage such as "--link=PATH [OPTION...]": options bold, names in capitals underlined.
+/// Returns a usage with its options in bold and its names in capitals underlined:
+///
+///     scdocUsage("--link=PATH [OPTION...]");  // *--link=*_PATH_ [_OPTION_...]
 std::string scdocUsage(std::string_view usage);
 
-/// The names in capitals that a usage contains.
+/// Returns the names in capitals in a usage.
 std::vector<std::string> valueNames(std::string_view usage);
 
-/// A help text as a sentence. `names`, as whole words, are underlined.
+/// Returns a help text as a sentence. Words that are in `names` are underlined.
 std::string scdocSentence(std::string_view help, std::span<const std::string> names);
 
-/// Words in bold with commas and "or" between them; five or more numbers as "1 to 11".
+/// Returns the words in bold, as "*a*, *b* or *c*". Five or more numbers become "*1* to *11*".
 std::string boldWords(std::span<const std::string_view> words);
 
-/// An entry of a list: a term, and indented below it the description, which may be several
-/// sentences.
+/// Returns an entry of a list: a term, and below it the indented description.
 std::string scdocEntry(std::string_view term, std::string_view description);
 
 }  // namespace tools

@@ -1,3 +1,5 @@
+// Quoting of the completions' tables.
+
 #include "tools/shell_rows.h"
 
 #include "catalogue/option_parser.h"
@@ -6,7 +8,7 @@ namespace tools {
 
 namespace {
 
-/// In single quotes, in which no shell looks for anything but the next one.
+/// Returns the text in single quotes. Inside them, only a single quote has a meaning in a shell.
 std::string quoted(std::string_view text) {
   std::string result = "'";
   for (const char character : text) {

@@ -1,3 +1,5 @@
+// Filling of templates.
+
 #include "tools/texts.h"
 
 #include <stdexcept>

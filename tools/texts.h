@@ -5,16 +5,23 @@
 #include <string>
 #include <string_view>
 
-/// Texts made from the programs' tables, for the places {{NAME}} of a template.
+/// Texts made from the programs' tables. They replace {{NAME}} in the templates of manual pages,
+/// completions and other files:
+///
+///     Texts texts;
+///     addConfigTexts(texts);
+///     filled("Commands: {{zvkconfig names}}", texts);
 namespace tools {
 
+/// The texts by their names.
 using Texts = std::map<std::string, std::string, std::less<>>;
 
-/// Replaces each {{NAME}} of a template by the text of that name. Throws `std::runtime_error` for a
-/// name that has none.
+/// Returns a template with each {{NAME}} replaced by the text of that name. Throws
+/// `std::runtime_error` if there is no text of that name.
 std::string filled(std::string_view text, const Texts& texts);
 
-// Each adds the texts of one program or file: "zvkconfig commands", "zvkprinter options" and so on.
+// Each function adds the texts of one program or file. Their names begin with that of the program,
+// such as "zvkconfig commands".
 void addConfigTexts(Texts& texts);
 void addPrinterTexts(Texts& texts);
 void addDecoderTexts(Texts& texts);

@@ -1,3 +1,6 @@
+// The replies to queries and settings, and the faults of the personality. adapter_calls.cpp has the
+// replies to method calls.
+
 #include "emulator/adapter/adapter.h"
 
 #include <algorithm>
@@ -15,11 +18,13 @@ namespace {
 using npa::Byte;
 using Kind = Message::Kind;
 
+/// The last byte of the reply to settings that are not accepted.
 constexpr Byte Rejected = 0x00;
 constexpr std::chrono::milliseconds PauseBetweenPieces{20};
-/// Its record stands for "another setting" where one is wanted.
+/// The setting of a record that the host did not query.
 constexpr npa::SettingKey OtherSetting = {npa::Group8021x, 0x26};
 
+/// Returns the bytes of a text, with a zero byte at the end if `terminated` is set.
 npa::Bytes textValue(const std::string& text, bool terminated) {
   npa::Bytes value(text.begin(), text.end());
   if (terminated) {
@@ -62,35 +67,35 @@ unsigned long Adapter::revision() const {
   return m_Settings.revision() + m_Certificates.store().revision();
 }
 
-std::vector<Adapter::Reply> Adapter::receive(std::span<const Byte> bytes) {
+std::vector<Adapter::ReplyPiece> Adapter::receive(std::span<const Byte> bytes) {
   const std::size_t strayBefore = m_Reader.strayBytes();
-  std::vector<Reply> replies;
+  std::vector<ReplyPiece> pieces;
   for (npa::Bytes& packet : m_Reader.feed(bytes)) {
     const Message message = parseMessage(std::move(packet));
     m_Log.received(message);
     const unsigned long revisionBefore = revision();
-    Answer reply = answer(message);
-    if (m_Keep && revision() != revisionBefore) {
-      m_Keep();
+    Reply reply = answer(message);
+    if (m_Save && revision() != revisionBefore) {
+      m_Save();
     }
     if (m_Personality.cutAt && reply.bytes.size() > *m_Personality.cutAt) {
       reply.bytes.resize(*m_Personality.cutAt);
     }
-    m_Log.answered(reply.bytes, reply.meaning);
-    std::ranges::move(inPieces(std::move(reply.bytes)), std::back_inserter(replies));
+    m_Log.replied(reply.bytes, reply.meaning);
+    std::ranges::move(inPieces(std::move(reply.bytes)), std::back_inserter(pieces));
   }
   if (const std::size_t stray = m_Reader.strayBytes() - strayBefore; stray > 0) {
     m_Log.note(std::to_string(stray) + " bytes outside any packet");
   }
-  return replies;
+  return pieces;
 }
 
-Adapter::Answer Adapter::answer(const Message& message) {
+Adapter::Reply Adapter::answer(const Message& message) {
   if (m_Personality.silent) {
-    return {{}, "no answer: silent"};
+    return {{}, "no reply: silent"};
   }
-  if (message.kind == Kind::Sniff) {
-    return {{}, "no answer expected"};
+  if (message.kind == Kind::Announcement) {
+    return {{}, "no reply expected"};
   }
   if (m_Personality.garbage) {
     return {garbage(), "garbage"};
@@ -98,7 +103,7 @@ Adapter::Answer Adapter::answer(const Message& message) {
   if (m_Personality.refuseAll || (m_Personality.refuseWrapped && message.wrapped)) {
     return {refusal(), "refused"};
   }
-  Answer result;
+  Reply result;
   switch (message.kind) {
     case Kind::Query:
       result = answerQuery(message);
@@ -107,22 +112,22 @@ Adapter::Answer Adapter::answer(const Message& message) {
       result = storeSettings(message);
       break;
     case Kind::Malformed:
-      result = {settingsReply(Rejected), "rejected: malformed"};
+      result = {settingsReply(Rejected), "not accepted: malformed"};
       break;
-    case Kind::ObjectStoreCall:
-      return message.wrapped ? Answer{refusal(), "refused: a wrapped method call"}
+    case Kind::MethodCall:
+      return message.wrapped ? Reply{refusal(), "refused: a wrapped method call"}
                              : answerCall(*message.call);
-    case Kind::Sniff:
+    case Kind::Announcement:
     case Kind::Unknown:
       return {refusal(), "refused: not supported"};
   }
-  // The reply to a query for an 802.1x setting has its wrappers already.
+  // The reply to a query for an 802.1x setting is wrapped already.
   const bool isWrapped = message.kind == Kind::Query && message.asked.group == npa::Group8021x;
   if (message.wrapped && !isWrapped) {
     result.bytes = wrapped(result.bytes);
   }
   if (!npa::canBeFramed(result.bytes.size())) {
-    return {refusal(), "refused: the answer fits no packet"};
+    return {refusal(), "refused: the reply is too large for a packet"};
   }
   return result;
 }
@@ -140,25 +145,25 @@ npa::Bytes Adapter::currentValue(npa::SettingKey key, int earlierQueries) const 
       !isReached(m_Personality.addressAcquired, earlierQueries)) {
     return {0, 0, 0, 0};
   }
-  if (key == npa::settings::TroubleCode && m_Personality.troubleOver &&
-      isReached(*m_Personality.troubleOver, earlierQueries)) {
+  if (key == npa::settings::TroubleCode && m_Personality.troubleCleared &&
+      isReached(*m_Personality.troubleCleared, earlierQueries)) {
     return {0, 0, 0, 0};
   }
-  // Keys can be set, never read.
+  // A host can set keys and passwords but not read them.
   return catalogue::isSecret(key) ? npa::Bytes() : m_Settings.get(key);
 }
 
 npa::Bytes Adapter::securityRecords(npa::SettingKey key) const {
   std::vector<npa::Bytes> records;
   if (m_Personality.otherRecordFirst) {
-    records.push_back(recordPacket(OtherSetting, {0, 0, 0, 0}));
+    records.push_back(valuePacket(OtherSetting, {0, 0, 0, 0}));
   }
   if (key == npa::settings::AuthStatus && !m_Personality.authStatus.empty()) {
     for (const Byte status : m_Personality.authStatus) {
-      records.push_back(recordPacket(key, {status}));
+      records.push_back(valuePacket(key, {status}));
     }
   } else {
-    records.push_back(recordPacket(key, currentValue(key, 0)));
+    records.push_back(valuePacket(key, currentValue(key, 0)));
   }
   if (m_Personality.cutRecordAt && records.back().size() > *m_Personality.cutRecordAt) {
     records.back().resize(*m_Personality.cutRecordAt);
@@ -170,18 +175,18 @@ npa::Bytes Adapter::securityRecords(npa::SettingKey key) const {
   return all;
 }
 
-Adapter::Answer Adapter::answerQuery(const Message& message) {
+Adapter::Reply Adapter::answerQuery(const Message& message) {
   const npa::SettingKey key = message.asked;
   const int earlierQueries = m_Queries[key]++;
   if (key.group == npa::Group8021x) {
-    return {packetSequence(recordPacket(OtherSetting, {0, 0, 0, 0}), securityRecords(key),
+    return {packetSequence(valuePacket(OtherSetting, {0, 0, 0, 0}), securityRecords(key),
                            m_Personality.replyPackets),
-            "records given"};
+            "records sent"};
   }
-  return {recordPacket(key, currentValue(key, earlierQueries)), "value given"};
+  return {valuePacket(key, currentValue(key, earlierQueries)), "value sent"};
 }
 
-Adapter::Answer Adapter::storeSettings(const Message& message) {
+Adapter::Reply Adapter::storeSettings(const Message& message) {
   if (m_Personality.settingsResult != Personality().settingsResult) {
     return {settingsReply(m_Personality.settingsResult), "settings not accepted"};
   }
@@ -191,9 +196,9 @@ Adapter::Answer Adapter::storeSettings(const Message& message) {
   return {settingsReply(m_Personality.settingsResult), "settings stored"};
 }
 
-std::vector<Adapter::Reply> Adapter::inPieces(npa::Bytes bytes) const {
-  std::vector<Reply> pieces;
-  std::chrono::milliseconds delay = m_Personality.answerAfter;
+std::vector<Adapter::ReplyPiece> Adapter::inPieces(npa::Bytes bytes) const {
+  std::vector<ReplyPiece> pieces;
+  std::chrono::milliseconds delay = m_Personality.replyDelay;
   const std::size_t size = std::max<std::size_t>(m_Personality.pieceSize.value_or(bytes.size()), 1);
   for (std::size_t start = 0; start < bytes.size(); start += size) {
     const auto first = bytes.begin() + static_cast<std::ptrdiff_t>(start);

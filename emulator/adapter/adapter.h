@@ -17,74 +17,83 @@
 
 namespace emulator {
 
-/// The emulated wireless adapter: request bytes in, reply bytes out. How the bytes travel is the
-/// business of the transport it stands behind.
+/// The emulated wireless adapter. It takes the bytes of requests and returns the bytes of replies.
+/// A transport moves the bytes.
 ///
-/// A query is answered by the queried packet itself with the value's length and the value behind
-/// it; inside a wrapper when the request was wrapped, and always for 802.1x settings, which are
-/// looked for inside the data of a reply. Method calls go to the certificate object.
+///     Adapter adapter(personality, log);
+///     for (const Adapter::ReplyPiece& piece : adapter.receive(request)) {
+///       sendLater(piece.bytes, piece.delay);
+///     }
+///
+/// The reply to a query is the query, followed by the size of the value and the value. It is
+/// wrapped if the request was wrapped. For an 802.1x setting it is always wrapped, because hosts
+/// search for the record inside the data of the reply. The certificate object answers method calls.
 class Adapter {
  public:
-  /// A piece of a reply, to be sent `delay` after the request arrived.
-  struct Reply {
+  /// A piece of a reply. It is sent `delay` after the request has arrived.
+  struct ReplyPiece {
     std::chrono::milliseconds delay;
     npa::Bytes bytes;
   };
 
   using Clock = std::chrono::steady_clock;
 
-  /// `log` must outlive the adapter. `now` tells the time.
+  /// `log` must outlive the adapter. `now` returns the time.
   Adapter(Personality personality, MessageLog& log,
           std::function<Clock::time_point()> now = Clock::now);
 
-  /// Takes the next bytes from the host, in whatever pieces they come, and returns what the adapter
-  /// answers to the packets that are complete now.
-  std::vector<Reply> receive(std::span<const npa::Byte> bytes);
+  /// Takes the next bytes from the host, which may arrive in any pieces. Returns the replies to the
+  /// packets that are complete now.
+  std::vector<ReplyPiece> receive(std::span<const npa::Byte> bytes);
 
-  /// Drops the part of a packet whose rest has not come.
+  /// Drops an incomplete packet.
   void forgetPartialPacket() { m_Reader.dropPending(); }
 
-  /// Has `keep` called whenever settings or certificates have changed, ahead of the reply that says
-  /// so.
-  void onChange(std::function<void()> keep) { m_Keep = std::move(keep); }
+  /// Sets the function that saves the state. The adapter calls it after each change of settings or
+  /// certificates, before it replies.
+  void onChange(std::function<void()> save) { m_Save = std::move(save); }
 
-  /// Takes over what was stored in an earlier run.
+  /// Sets the settings and certificates of an earlier run.
   void restore(const SettingsStore::Values& settings, CertificateStore certificates);
 
   const SettingsStore& settings() const { return m_Settings; }
   const CertificateStore& certificates() const { return m_Certificates.store(); }
 
-  /// One line in words for each setting, then for each certificate.
+  /// Returns a line of text for each setting, then for each certificate.
   std::vector<std::string> describe(bool showSecrets) const;
 
  private:
-  struct Answer {
+  /// A whole reply. It is empty if the adapter does not reply.
+  struct Reply {
     npa::Bytes bytes;
-    std::string meaning;
+    std::string meaning;  ///< for the log
   };
 
+  /// Returns true if `readiness` is reached. The host has sent `earlierQueries` queries before.
   bool isReached(const Readiness& readiness, int earlierQueries) const;
 
-  Answer answer(const Message& message);
-  Answer answerQuery(const Message& message);
-  Answer storeSettings(const Message& message);
-  Answer answerCall(const ParsedCall& call);
-  /// The answer that the personality has for a call, or null.
-  const ObjectAnswer* findObjectAnswer(const ParsedCall& call) const;
+  Reply answer(const Message& message);
+  Reply answerQuery(const Message& message);
+  Reply storeSettings(const Message& message);
+  Reply answerCall(const ParsedCall& call);
+  /// Returns the prescribed reply to a call, or null if there is none.
+  const ObjectReply* findObjectReply(const ParsedCall& call) const;
+  /// Returns a number that grows with every change of settings or certificates.
   unsigned long revision() const;
-  /// What a query for the setting gives now; `earlierQueries` went before it.
+  /// Returns the value that a query for a setting gets now, after `earlierQueries` queries for it.
   npa::Bytes currentValue(npa::SettingKey key, int earlierQueries) const;
-  /// The records of the reply to a query for an 802.1x setting.
+  /// Returns the records in the reply to a query for an 802.1x setting.
   npa::Bytes securityRecords(npa::SettingKey key) const;
-  std::vector<Reply> inPieces(npa::Bytes bytes) const;
+  /// Returns a reply in the pieces and with the delays of the personality.
+  std::vector<ReplyPiece> inPieces(npa::Bytes bytes) const;
 
   Personality m_Personality;
   MessageLog& m_Log;
   catalogue::PacketReader m_Reader;
   SettingsStore m_Settings;
   CertificateObject m_Certificates;
-  std::function<void()> m_Keep;
-  std::map<npa::SettingKey, int> m_Queries;
+  std::function<void()> m_Save;
+  std::map<npa::SettingKey, int> m_Queries;  ///< the count of queries so far
   std::function<Clock::time_point()> m_Now;
   Clock::time_point m_Start;
 };

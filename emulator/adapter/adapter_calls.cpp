@@ -1,3 +1,5 @@
+// The replies to method calls: from the certificate object, or prescribed by the personality.
+
 #include <string>
 #include <utility>
 #include <variant>
@@ -7,26 +9,26 @@
 
 namespace emulator {
 
-const ObjectAnswer* Adapter::findObjectAnswer(const ParsedCall& call) const {
-  const auto* const readable = std::get_if<MethodCall>(&call);
-  const ObjectAnswer* found = nullptr;
-  for (const ObjectAnswer& candidate : m_Personality.objectAnswers) {
-    const bool forMethod = readable != nullptr && candidate.method == readable->method;
-    const bool forEvery = candidate.method.empty() && (found == nullptr || found->method.empty());
-    if (forMethod || forEvery) {
+const ObjectReply* Adapter::findObjectReply(const ParsedCall& call) const {
+  const auto* const valid = std::get_if<MethodCall>(&call);
+  const ObjectReply* found = nullptr;
+  for (const ObjectReply& candidate : m_Personality.objectReplies) {
+    const bool isForMethod = valid != nullptr && candidate.method == valid->method;
+    const bool isForAll = candidate.method.empty() && (found == nullptr || found->method.empty());
+    if (isForMethod || isForAll) {
       found = &candidate;
     }
   }
   return found;
 }
 
-Adapter::Answer Adapter::answerCall(const ParsedCall& call) {
-  const ObjectAnswer* const given = findObjectAnswer(call);
-  if (given != nullptr && !given->status) {
-    return {rawReply(given->bytes), "the bytes of " + given->file};
+Adapter::Reply Adapter::answerCall(const ParsedCall& call) {
+  const ObjectReply* const prescribed = findObjectReply(call);
+  if (prescribed != nullptr && !prescribed->status) {
+    return {rawReply(prescribed->bytes), "the bytes of " + prescribed->file};
   }
   const CallReply reply =
-      given != nullptr ? CallReply(*given->status) : m_Certificates.answer(call);
+      prescribed != nullptr ? CallReply(*prescribed->status) : m_Certificates.answer(call);
   std::string meaning = "status " + std::to_string(reply.status());
   if (reply.status() != static_cast<int>(CallStatus::Success)) {
     meaning.append(": ").append(reply.message());

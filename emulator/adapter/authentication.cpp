@@ -1,3 +1,5 @@
+// The values of the computed settings.
+
 #include "emulator/adapter/authentication.h"
 
 #include <algorithm>
@@ -7,9 +9,10 @@ namespace emulator {
 
 namespace {
 
+/// The value of the setting "security" that switches 802.1x on.
 constexpr npa::Byte Security8021x = 3;
 
-/// What says that the server's certificate is looked at.
+/// Flags. If one of them is on, the printer checks the server's certificate.
 constexpr std::array ServerChecks = {npa::settings::MethodPeap, npa::settings::MethodTls,
                                      npa::settings::MethodTtls, npa::settings::ValidateCert};
 

@@ -8,19 +8,20 @@
 
 namespace emulator {
 
-/// What the printer tells of 802.1x authentication: it follows from the settings and certificates
-/// that it holds, as if every server let it in.
+/// The printer's state of 802.1x authentication, computed from its settings and certificates. No
+/// server takes part: an authentication succeeds unless a required CA certificate is missing.
 class Authentication {
  public:
-  /// Both must outlive it.
+  /// Both arguments must outlive the object.
   Authentication(const SettingsStore& settings, const CertificateStore& certificates)
       : m_Settings(settings), m_Certificates(certificates) {}
 
-  /// The value of a setting that is told and not stored: whether 802.1x is on, whether a CA
-  /// certificate is there, the status. Nothing for any other.
+  /// Returns the value of a computed setting: whether 802.1x is on, whether a CA certificate is
+  /// installed, or the status. Returns nothing for any other setting.
   std::optional<npa::Byte> value(npa::SettingKey key) const;
 
  private:
+  /// The codes of the setting "802.1x authentication status".
   enum class Status : npa::Byte {
     NotEnabled = 0,
     Authenticated = 2,
@@ -29,8 +30,7 @@ class Authentication {
 
   bool isEnabled() const;
   bool hasCaCertificate() const;
-  /// Whether one of the methods is allowed, or the validation told to be done, in which the printer
-  /// looks at the server's certificate.
+  /// Returns true if the settings make the printer check the server's certificate.
   bool needsCaCertificate() const;
   Status status() const;
 

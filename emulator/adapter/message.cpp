@@ -1,3 +1,5 @@
+// Parsing of requests, and the decision which of their bytes are secret.
+
 #include "emulator/adapter/message.h"
 
 #include <algorithm>
@@ -12,21 +14,21 @@ namespace {
 
 using Kind = Message::Kind;
 
-/// Hides the last `count` bytes of the packet.
+/// Marks the last `count` bytes of the packet as secret.
 void hideEnd(Message& message, std::size_t count) {
   std::fill_n(message.secretBytes.rbegin(), count, true);
 }
 
-Kind parseRecord(Message& message, catalogue::Data content) {
-  const catalogue::Record record = catalogue::readRecord(content);
-  if (!record.isQuery()) {
+Kind parseQuery(Message& message, catalogue::Data content) {
+  const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(content);
+  if (!parsed.isQuery()) {
     return Kind::Malformed;
   }
-  message.asked = *record.key;
+  message.asked = *parsed.key;
   return Kind::Query;
 }
 
-/// Reads settings, whose bytes are part of the message's packet.
+/// Parses settings. `content` must be a part of the message's packet.
 Kind parseSettings(Message& message, catalogue::Data content) {
   const catalogue::Settings settings = catalogue::readSettings(content);
   for (const catalogue::SettingObject& object : settings.objects) {
@@ -41,45 +43,45 @@ Kind parseSettings(Message& message, catalogue::Data content) {
 
 Kind parseCall(Message& message, catalogue::Data text) {
   message.call = parseMethodCall(std::string(text.begin(), text.end()));
-  return Kind::ObjectStoreCall;
+  return Kind::MethodCall;
 }
 
-/// Reads a packet that is the end of the message's packet, or all of it.
+/// Parses the inner packet, which is the message's packet itself if that is bare. Returns the kind.
 Kind parseInner(Message& message, const catalogue::PacketParts& inner) {
   const catalogue::Body body = catalogue::readBody(inner.body);
   switch (body.kind) {
-    case catalogue::Body::Kind::Record:
-      return parseRecord(message, body.content);
+    case catalogue::Body::Kind::QueryOrValue:
+      return parseQuery(message, body.content);
     case catalogue::Body::Kind::SettingsGroup:
     case catalogue::Body::Kind::SingleSettings:
       return parseSettings(message, body.content);
-    case catalogue::Body::Kind::ObjectStoreCall:
+    case catalogue::Body::Kind::MethodCall:
       return parseCall(message, body.content);
     case catalogue::Body::Kind::Wrapper:
     case catalogue::Body::Kind::Unknown:
       break;
   }
-  const bool isSniff = inner.kind == catalogue::PacketParts::Kind::Announcement;
-  return isSniff ? Kind::Sniff : Kind::Unknown;
+  const bool isAnnouncement = inner.kind == catalogue::PacketParts::Kind::Announcement;
+  return isAnnouncement ? Kind::Announcement : Kind::Unknown;
 }
 
-/// The packet inside a wrapper; nothing if its lengths contradict the wrapper's.
+/// Returns the packet inside a wrapper, or nothing if the lengths contradict each other.
 std::optional<catalogue::Data> unwrap(catalogue::Data content) {
   const catalogue::Wrapper wrapper = catalogue::readWrapper(content);
   catalogue::Cursor cursor(wrapper.inside);
   const auto inner = cursor.packet();
-  const bool consistent = wrapper.isWhole() && wrapper.behind.empty() && cursor.rest().empty();
+  const bool consistent = wrapper.isWhole() && wrapper.after.empty() && cursor.rest().empty();
   return consistent ? inner : std::nullopt;
 }
 
-/// Whether it is known where in the packet keys may stand; if not, they may anywhere.
+/// Returns true if the parser has found all secrets of the packet. If not, any byte may be secret.
 bool isUnderstood(const Message& message) {
   switch (message.kind) {
     case Kind::Query:
     case Kind::StoreSettings:
-    case Kind::Sniff:
+    case Kind::Announcement:
       return true;
-    case Kind::ObjectStoreCall:
+    case Kind::MethodCall:
       return std::holds_alternative<MethodCall>(*message.call);
     case Kind::Unknown:
     case Kind::Malformed:
@@ -94,10 +96,10 @@ std::string_view kindText(Kind kind) {
       return "query";
     case Kind::StoreSettings:
       return "store settings";
-    case Kind::Sniff:
-      return "sniff";
-    case Kind::ObjectStoreCall:
-      return "object-store call";
+    case Kind::Announcement:
+      return "announces a method call";
+    case Kind::MethodCall:
+      return "method call";
     case Kind::Unknown:
       return "unknown packet";
     case Kind::Malformed:
@@ -126,7 +128,7 @@ Message parseMessage(npa::Bytes packet) {
   }
   message.kind = parseInner(message, inner);
   if (!isUnderstood(message) && !inner.body.empty()) {
-    // All but the command byte.
+    // The command byte is not secret.
     hideEnd(message, inner.body.size() - 1);
   }
   return message;
@@ -137,11 +139,11 @@ std::string describe(const Message& message, bool showSecrets) {
   text.append(message.wrapped ? ", wrapped" : "");
   if (message.kind == Kind::Query) {
     const catalogue::SettingInfo* const info = catalogue::findSetting(message.asked);
-    text.append(": ").append(info != nullptr ? info->name : "a setting that is not known");
+    text.append(": ").append(info != nullptr ? info->name : "unknown setting");
   }
-  if (message.kind == Kind::ObjectStoreCall) {
+  if (message.kind == Kind::MethodCall) {
     const auto* const call = std::get_if<MethodCall>(&*message.call);
-    text.append(": ").append(call != nullptr ? describe(*call) : "cannot be read");
+    text.append(": ").append(call != nullptr ? describe(*call) : "cannot be parsed");
   }
   const char* separator = ": ";
   for (const Message::Setting& setting : message.settings) {

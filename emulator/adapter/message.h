@@ -9,15 +9,15 @@
 
 namespace emulator {
 
-/// One request packet, taken apart.
+/// A request packet and its parts.
 struct Message {
   enum class Kind {
-    Query,            ///< asks for one setting
-    StoreSettings,    ///< settings to be stored
-    Sniff,            ///< the fixed packet ahead of an object-store call
-    ObjectStoreCall,  ///< a method call in XML
-    Unknown,          ///< a packet of no known kind
-    Malformed,        ///< a known kind whose lengths contradict each other
+    Query,          ///< asks for one setting
+    StoreSettings,  ///< has settings to store
+    Announcement,   ///< the fixed packet that precedes a method call
+    MethodCall,     ///< calls a method of the object store, in XML
+    Unknown,        ///< none of these kinds
+    Malformed,      ///< a known kind, but its lengths contradict each other
   };
 
   struct Setting {
@@ -25,19 +25,19 @@ struct Message {
     npa::Bytes value;
   };
 
-  npa::Bytes packet;  ///< as it came
+  npa::Bytes packet;  ///< all bytes, with the wrapper
   Kind kind = Kind::Unknown;
   bool wrapped = false;
-  npa::SettingKey asked{};         ///< of a query: what is asked for
-  std::vector<Setting> settings;   ///< of settings to be stored
-  std::optional<ParsedCall> call;  ///< of an object-store call
-  std::vector<bool> secretBytes;   ///< for each byte of the packet: not to be shown
+  npa::SettingKey asked{};         ///< Query: the setting
+  std::vector<Setting> settings;   ///< StoreSettings, Malformed: the complete settings
+  std::optional<ParsedCall> call;  ///< MethodCall: the call, or why it is not one
+  std::vector<bool> secretBytes;   ///< for each byte of the packet, whether the log masks it
 };
 
-/// Takes a whole packet (as `PacketReader` cuts them) apart.
+/// Parses a complete packet.
 Message parseMessage(npa::Bytes packet);
 
-/// What the message says, in words; secrets are masked unless `showSecrets`.
+/// Returns a line of text about the message. Masks secrets unless `showSecrets` is set.
 std::string describe(const Message& message, bool showSecrets);
 
 }  // namespace emulator

@@ -1,3 +1,5 @@
+// The form of the log's lines. zvknpa parses them: it recognises "<- " and "-> ".
+
 #include "emulator/adapter/message_log.h"
 
 #include <utility>
@@ -15,7 +17,7 @@ void MessageLog::received(const Message& message) {
   m_Sink("   " + describe(message, m_ShowSecrets));
 }
 
-void MessageLog::answered(std::span<const npa::Byte> reply, std::string_view meaning) {
+void MessageLog::replied(std::span<const npa::Byte> reply, std::string_view meaning) {
   if (!reply.empty()) {
     m_Sink("-> " + catalogue::hexText(reply));
   }

@@ -8,17 +8,21 @@
 
 namespace emulator {
 
-/// Says line by line what the emulated printer receives and answers, in hex and in words.
+/// Logs the requests and replies of the emulated printer, in hex and in words:
+///
+///     MessageLog log([](std::string_view line) { std::cerr << line << '\n'; }, false);
 class MessageLog {
  public:
   using Sink = std::function<void(std::string_view line)>;
 
-  /// Hands each line, without an end, to `sink`. Keys and passwords are masked unless
-  /// `showSecrets`.
+  /// Passes each line to `sink`, without a line end. Masks keys and passwords unless `showSecrets`
+  /// is set.
   MessageLog(Sink sink, bool showSecrets);
 
   void received(const Message& message);
-  void answered(std::span<const npa::Byte> reply, std::string_view meaning);
+  /// Logs a reply and its meaning. An empty reply means that the adapter does not reply.
+  void replied(std::span<const npa::Byte> reply, std::string_view meaning);
+  /// Logs an event other than a request or a reply.
   void note(std::string_view text);
 
  private:

@@ -12,58 +12,61 @@
 
 namespace emulator {
 
-/// When an adapter is through with something: after so many queries for it and after so much time.
+/// When a value of the adapter changes: after a count of queries for it and a time since the start.
+/// Both must be reached.
 struct Readiness {
   int afterQueries = 0;
   std::chrono::seconds afterTime{0};
 };
 
-/// What a method call is answered with instead of being carried out.
-struct ObjectAnswer {
-  std::string method;  ///< whose calls; empty for every call
-  std::string file;    ///< that `bytes` are read from
-  /// A status to reply with; without one the reply is `bytes`.
+/// A prescribed reply to method calls. A call that gets it is not carried out.
+struct ObjectReply {
+  std::string method;  ///< the name of the method; empty for all methods
+  std::string file;    ///< the path of the file that `bytes` come from
+  /// The status of the reply. If it is not set, the reply is one packet with `bytes`.
   std::optional<int> status{};
-  /// All that follows the flag byte of the one packet that the reply is.
+  /// The bytes after the flag byte of the packet.
   std::vector<npa::Byte> bytes{};
 };
 
-/// How an emulated printer answers. The defaults are a well-behaved adapter that is connected.
+/// How an emulated printer replies. The defaults are an adapter without faults that is connected to
+/// its network.
 struct Personality {
   bool refuseWrapped = false;
   bool refuseAll = false;
   bool silent = false;
   bool garbage = false;
-  std::chrono::seconds answerAfter{0};
-  /// Replies are cut to this size.
+  std::chrono::seconds replyDelay{0};
+  /// The size to which each reply is cut, in bytes.
   std::optional<std::size_t> cutAt{};
-  /// Replies go out in pieces of this size.
+  /// The size of the pieces in which a reply is sent, in bytes.
   std::optional<std::size_t> pieceSize{};
-  /// The last byte of the answer to settings; 0x01 accepts them.
+  /// The last byte of the reply to settings. 0x01 accepts them.
   npa::Byte settingsResult = 0x01;
 
   std::array<npa::Byte, 4> ipAddress = {192, 168, 1, 20};
-  /// Until then the address is 0.0.0.0.
+  /// When the adapter gets its address. Until then it is 0.0.0.0.
   Readiness addressAcquired{};
   npa::Byte troubleCode = 0;
-  /// From then on the trouble code is 0.
-  std::optional<Readiness> troubleOver{};
+  /// When the trouble code becomes 0. If this is not set, it does not change.
+  std::optional<Readiness> troubleCleared{};
   std::string ssid{};
   std::string descriptor = "Emulated wireless adapter -";
 
-  /// The 802.1x authentication status; of several each has a record in the reply. Without any it
-  /// comes from the settings and certificates that the printer holds.
+  /// The 802.1x authentication status. Each number has its own record in the reply. If this is
+  /// empty, the status is computed from settings and certificates.
   std::vector<npa::Byte> authStatus{};
-  /// Puts the record of another setting ahead of those asked for (802.1x settings).
+  /// 802.1x settings: puts a record of another setting before the queried one.
   bool otherRecordFirst = false;
-  /// Cuts the last record to this size, inside a packet that is whole (802.1x settings).
+  /// 802.1x settings: cuts the last record to this size in bytes. The packet around it is complete.
   std::optional<std::size_t> cutRecordAt{};
-  /// How many packets a reply has (802.1x settings and method calls).
+  /// 802.1x settings and method calls: the count of packets in a reply.
   std::size_t replyPackets = 1;
 
   CertificateRules certificates{};
-  /// The last one for a method goes before the last one for every call.
-  std::vector<ObjectAnswer> objectAnswers{};
+  /// The prescribed replies to method calls. The last one for a method takes precedence over the
+  /// last one for all methods.
+  std::vector<ObjectReply> objectReplies{};
 };
 
 }  // namespace emulator

@@ -1,3 +1,5 @@
+// The bytes of replies.
+
 #include "emulator/adapter/reply_packets.h"
 
 #include <algorithm>
@@ -16,7 +18,7 @@ void append(npa::Bytes& bytes, const auto& more) {
   std::ranges::copy(more, std::back_inserter(bytes));
 }
 
-/// What stands behind the command byte of the reply to a method call.
+/// The bytes after the command byte in the reply to a method call.
 constexpr std::array<Byte, 5> ObjectStoreHead = {0xC0, 0x03, 0x00, 0x01, 0x00};
 
 }  // namespace
@@ -40,7 +42,7 @@ npa::Bytes settingsReply(Byte result) {
           result};
 }
 
-npa::Bytes recordPacket(npa::SettingKey key, const npa::Bytes& value) {
+npa::Bytes valuePacket(npa::SettingKey key, const npa::Bytes& value) {
   npa::Bytes packet;
   append(packet, npa::query(key));
   packet.push_back(npa::highByte(value.size()));
@@ -74,7 +76,7 @@ npa::Bytes objectStoreReply(std::string_view xml, std::size_t count) {
   npa::Bytes head = {npa::RequestCommand};
   append(head, ObjectStoreHead);
   if (count <= 1 && head.size() + 1 + xml.size() <= LargestContent) {
-    // The text follows a command byte here as well.
+    // In a single packet, too, a command byte precedes the text.
     head.push_back(npa::RequestCommand);
     append(head, xml);
     return rawReply(head);

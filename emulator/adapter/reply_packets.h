@@ -7,34 +7,36 @@
 #include "catalogue/packet_reader.h"
 #include "catalogue/setting_catalogue.h"
 
-/// The packets that an adapter answers with.
+/// Builders of the packets that an adapter sends.
 namespace emulator {
 
-/// The refusal of a request.
+/// Returns the refusal of a request.
 npa::Bytes refusal();
 
-/// Bytes without a start byte, which no reader can take for a packet.
+/// Returns bytes without a start byte, so that they are not a packet.
 npa::Bytes garbage();
 
-/// The answer to settings; 0x01 says that they were accepted.
+/// Returns the reply to settings. The result 0x01 means that they were accepted.
 npa::Bytes settingsReply(npa::Byte result);
 
-/// The answer to a query as a packet of its own: the queried packet, the value's length, the value.
-npa::Bytes recordPacket(npa::SettingKey key, const npa::Bytes& value);
+/// Returns the bare reply to a query: the query, the size of the value, and the value. In a wrapper
+/// it is a record.
+npa::Bytes valuePacket(npa::SettingKey key, const npa::Bytes& value);
 
-/// `packet` inside a wrapper.
+/// Returns `packet` inside a wrapper.
 npa::Bytes wrapped(const npa::Bytes& packet);
 
-/// A reply of `count` packets, at least one. Each but the last holds `other`, and says that a
-/// further one follows; the last holds `content`. All are wrappers.
+/// Returns a reply of `count` wrappers, at least 1. The last one holds `content`. Each of the
+/// others holds `other`, and its flag byte announces another packet.
 npa::Bytes packetSequence(const npa::Bytes& other, const npa::Bytes& content, std::size_t count);
 
-/// The reply to a method call in `count` packets, at least one, or in as many as it needs if they
-/// are more. Of several the first holds the head of the reply alone; each but the last says that a
-/// further one follows.
+/// Returns the reply to a method call. It has `count` packets, at least 1, or more if the text does
+/// not fit into `count`. If there are several, the first one has only the head of the reply. The
+/// flag byte of each packet except the last announces another packet.
 npa::Bytes objectStoreReply(std::string_view xml, std::size_t count);
 
-/// A packet with `content`, at most `LargestContent` bytes, behind its flag byte.
+/// Returns a packet with `content` after its flag byte. The content has at most `LargestContent`
+/// bytes.
 npa::Bytes rawReply(const npa::Bytes& content);
 inline constexpr std::size_t LargestContent = npa::LengthLimit - 1;
 

@@ -10,30 +10,33 @@
 
 namespace emulator {
 
-/// The settings that the adapter holds, as the bytes it was given.
+/// The settings that the adapter holds. The values are the bytes that the host sent.
 class SettingsStore {
  public:
   using Values = std::map<npa::SettingKey, npa::Bytes>;
 
-  /// Says what the adapter has from the start: the value of a setting that nobody stores.
+  /// Sets the initial value of a setting. A value that a host stores takes precedence.
   void preset(npa::SettingKey key, std::span<const npa::Byte> value);
 
+  /// Stores a value.
   void set(npa::SettingKey key, std::span<const npa::Byte> value);
 
-  /// The value of a setting; empty when it holds none.
+  /// Returns the value of a setting, or an empty value if there is none.
   npa::Bytes get(npa::SettingKey key) const;
 
+  /// Returns true if the setting has a stored or an initial value.
   bool holds(npa::SettingKey key) const {
     return stored().contains(key) || m_Presets.contains(key);
   }
 
-  /// The settings that were stored, without those that the adapter has from the start.
+  /// Returns the stored settings, without the initial values.
   const Values& stored() const { return m_Values; }
 
-  /// A number that grows with every value that is stored.
+  /// Returns a number that grows with every stored value.
   unsigned long revision() const { return m_Revision; }
 
-  /// One line for each setting in words, ordered by group and object.
+  /// Returns a line of text for each setting, ordered by group and object. Masks secrets unless
+  /// `showSecrets` is set.
   std::vector<std::string> describe(bool showSecrets) const;
 
  private:

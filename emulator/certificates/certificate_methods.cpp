@@ -56,7 +56,7 @@ X509Certificate uploadedCertificate(const MethodCall& call, std::string_view siz
     throw CallError(CallStatus::NotBase64);
   }
   if (valueOf(call, sizeName) != std::to_string(content->size())) {
-    throw CallError(CallStatus::WrongSize, std::to_string(content->size()) + " bytes came");
+    throw CallError(CallStatus::WrongSize, "it has " + std::to_string(content->size()) + " bytes");
   }
   std::optional<X509Certificate> certificate = X509Certificate::fromPem(*content);
   if (!certificate) {

@@ -98,7 +98,7 @@ std::string textOf(xml_node element) {
 }
 
 MethodCall::Parameter parseParameter(xml_node child) {
-  require(child.name() == std::string_view("child"), "a parameter is no child element");
+  require(child.name() == std::string_view("child"), "a parameter is not a child element");
   MethodCall::Parameter parameter;
   parameter.name = child.attribute("name").value();
   const xml_node value = onlyElement(child);
@@ -116,11 +116,12 @@ std::vector<MethodCall::Parameter> parseParameters(xml_node argument) {
   constexpr std::string_view list = "ListElem";
   const xml_node outer = onlyElement(argument);
   const xml_node inner = onlyElement(outer);
-  require(outer.name() == list && inner.name() == list, "params holds no ListElem in a ListElem");
+  require(outer.name() == list && inner.name() == list,
+          "params does not hold a ListElem in a ListElem");
   std::vector<MethodCall::Parameter> parameters;
   if (inner.first_child()) {
     const xml_node map = onlyElement(inner);
-    require(map.name() == std::string_view("MapElem"), "params holds no MapElem");
+    require(map.name() == std::string_view("MapElem"), "params does not hold a MapElem");
     for (const xml_node child : map.children()) {
       parameters.push_back(parseParameter(child));
     }
@@ -131,14 +132,14 @@ std::vector<MethodCall::Parameter> parseParameters(xml_node argument) {
 MethodCall parseRoot(xml_node root) {
   require(root.name() == std::string_view("method") &&
               root.attribute("name").value() == std::string_view("callMethod"),
-          "the document is no callMethod");
+          "the document is not a callMethod");
   MethodCall call;
   call.requestId = root.attribute("requestID").value();
   std::optional<std::string> object;
   std::optional<std::string> method;
   std::optional<std::vector<MethodCall::Parameter>> parameters;
   for (const xml_node argument : root.children()) {
-    require(argument.name() == std::string_view("arg"), "the document holds more than arguments");
+    require(argument.name() == std::string_view("arg"), "the method has an element other than arg");
     const std::string_view name = argument.attribute("name").value();
     if (name == "objName" && !object) {
       object = textOf(argument);
@@ -164,7 +165,7 @@ ParsedCall parseMethodCall(std::string_view xml) {
     pugi::xml_document document;
     parseDocument(document, xml);
     const xml_node root = onlyElement(document);
-    require(static_cast<bool>(root), "the document is more than one element");
+    require(static_cast<bool>(root), "the document is not a single element");
     return parseRoot(root);
   } catch (const CallError& error) {
     return error;
@@ -185,7 +186,7 @@ std::string describe(const MethodCall& call) {
       case Type::Binary:
         const std::optional<std::string> content = fromBase64(parameter.value);
         text.append("(").append(std::to_string(content ? content->size() : parameter.value.size()));
-        text.append(content ? " bytes)" : " characters that are no Base64)");
+        text.append(content ? " bytes)" : " characters, not Base64)");
         break;
     }
   }

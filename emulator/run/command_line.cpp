@@ -1,3 +1,5 @@
+// The command line of zvkprinter. option_table.cpp has its commands and options.
+
 #include "emulator/run/command_line.h"
 
 #include <span>
@@ -26,10 +28,10 @@ Options parseOptions(const std::vector<std::string>& arguments) {
 }
 
 std::string helpText() {
-  return "zvkprinter: an emulated printer with a wireless adapter\n" +
+  return "zvkprinter: emulate a printer with a wireless adapter\n" +
          catalogue::commandList("zvkprinter", commands()) +
          "\n"
-         "{} in an argument of COMMAND stands for the printer's device.\n" +
+         "In an argument of COMMAND, {} stands for the path of the printer's device.\n" +
          catalogue::optionList(optionGroups());
 }
 

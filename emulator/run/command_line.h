@@ -7,10 +7,10 @@
 
 namespace emulator {
 
-/// Reads the arguments after the program's name; throws `catalogue::UsageError`.
+/// Parses the arguments after the program's name. Throws `catalogue::UsageError`.
 Options parseOptions(const std::vector<std::string>& arguments);
 
-/// The help text.
+/// Returns the help text.
 std::string helpText();
 
 }  // namespace emulator

@@ -1,3 +1,5 @@
+// Starting a child process, with a pipe through which it reports that it could not start.
+
 #include "emulator/run/command_process.h"
 
 #include <algorithm>
@@ -21,8 +23,8 @@ using StartError = CommandProcess::StartError;
 
 constexpr int SignalStatusBase = 128;
 
-/// What a child that could not run its program tells its parent through a pipe. A program that runs
-/// closes the pipe and tells nothing.
+/// The message that the child writes to the pipe if it cannot run its program. Otherwise the pipe
+/// is closed without a message.
 struct Report {
   StartError::Step step;
   int error;
@@ -94,7 +96,7 @@ bool CommandProcess::hasEnded() {
   int status = 0;
   const pid_t ended = ::waitpid(m_Pid, &status, WNOHANG);
   if (ended < 0) {
-    // Somebody else has collected it, and its status with it.
+    // Another part of the process has collected the child, so its status is lost.
     return true;
   }
   if (ended != m_Pid) {

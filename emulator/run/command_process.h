@@ -7,17 +7,21 @@
 
 namespace emulator {
 
-/// A command's arguments with the device's path for each {}.
+/// Returns the words of a command with each {} replaced by `path`.
 std::vector<std::string> withDevice(std::vector<std::string> command, const std::string& path);
 
-/// A program started as a child process.
+/// A program that runs as a child process:
+///
+///     CommandProcess process({"sh", "-c", "exit 3"}, [] {});
+///     while (!process.hasEnded()) { ... }  // wait for SIGCHLD
+///     return process.exitStatus();         // 3
 class CommandProcess {
  public:
-  /// Why a program could not be started.
+  /// Thrown if a program cannot be started.
   struct StartError {
     enum class Step {
       Preparation,  ///< `prepare` threw
-      Execution,    ///< the program could not be run
+      Execution,    ///< the program could not be executed
     };
 
     Step step;
@@ -25,17 +29,17 @@ class CommandProcess {
     std::string text;  ///< what failed
   };
 
-  /// Starts `command`, looked up in PATH, in a child that calls `prepare` first. Throws
+  /// Starts `command`, which is searched in PATH. The child process calls `prepare` first. Throws
   /// `StartError`.
   CommandProcess(const std::vector<std::string>& command, const std::function<void()>& prepare);
 
-  /// Passes a signal on.
+  /// Sends a signal to the process.
   void signal(int number) const;
 
-  /// Collects the child when it has ended, and returns whether it has.
+  /// Returns true if the process has ended, and collects its status. Does not block.
   bool hasEnded();
 
-  /// The exit status as a shell gives it: 128 and the number for a signal.
+  /// Returns the exit status as a shell shows it: 128 + N if signal N ended the process.
   int exitStatus() const { return m_ExitStatus; }
 
  private:

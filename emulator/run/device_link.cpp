@@ -1,3 +1,5 @@
+// Links to the emulated device, and the folder /dev/usb.
+
 #include "emulator/run/device_link.h"
 
 #include <cerrno>
@@ -16,8 +18,8 @@ constexpr const char* PrinterFolder = "/dev/usb";
 constexpr int LargestNumber = 16;
 constexpr int LargestTries = 100;
 
-/// Removes the folder if nothing is in it. The system has it only while a printer is attached, so
-/// an empty one is ours or another emulated printer's.
+/// Removes the folder if it is empty. The system has it only while a printer is attached, so an
+/// empty one was created by an emulated printer.
 void removeEmptyFolder() {
   ::rmdir(PrinterFolder);
 }
@@ -42,7 +44,7 @@ FreeDeviceLink::FreeDeviceLink(const std::string& target) {
   int number = LargestNumber;
   int tries = LargestTries;
   while (!m_Link) {
-    // Each time: another emulated printer that ends may just have removed the folder.
+    // In each attempt, because another emulated printer may have just removed the folder.
     fs::create_directory(PrinterFolder);
     try {
       m_Link.emplace(PrinterFolder + std::string("/lp") + std::to_string(number), target);

@@ -5,10 +5,11 @@
 
 namespace emulator {
 
-/// A symbolic link to the emulated device, removed when destroyed if it is still the same.
+/// A symbolic link to the emulated device. The destructor removes it, unless it now points to
+/// another target or another file has replaced it.
 class DeviceLink {
  public:
-  /// Makes a link at `path`, never over something that is there; throws `std::system_error`.
+  /// Creates the link at `path`. Throws `std::system_error` on failure, also if `path` exists.
   DeviceLink(std::string path, std::string target);
   ~DeviceLink();
   DeviceLink(const DeviceLink&) = delete;
@@ -21,12 +22,12 @@ class DeviceLink {
   std::string m_Target;
 };
 
-/// Links a free printer device name to the emulated device: "/dev/usb/lp" and a number, the highest
-/// free one, since the kernel numbers real printers from 0. Makes the folder if it is missing, and
-/// removes it when nothing else is in it.
+/// A symbolic link to the emulated device at the highest free name from /dev/usb/lp16 down to
+/// /dev/usb/lp0. It starts at the top because the kernel numbers real printers from 0. Creates the
+/// folder /dev/usb if it does not exist, and removes it at the end if it is empty.
 class FreeDeviceLink {
  public:
-  /// Throws `std::system_error` when no link can be made.
+  /// Creates the link. Throws `std::system_error` on failure.
   explicit FreeDeviceLink(const std::string& target);
   ~FreeDeviceLink();
   FreeDeviceLink(const FreeDeviceLink&) = delete;

@@ -1,3 +1,5 @@
+// The program zvkprinter: its commands `run`, `serve`, `usb` and `show`, and its exit statuses.
+
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -31,7 +33,7 @@ using emulator::CommandProcess;
 using emulator::FreeDeviceLink;
 using emulator::Options;
 
-// As env(1) and timeout(1) have them.
+// Exit statuses, the same as those of env(1) and timeout(1).
 constexpr int StatusOwnFailure = 125;
 constexpr int StatusNotExecutable = 126;
 constexpr int StatusNotFound = 127;
@@ -39,10 +41,12 @@ constexpr int StatusNotFound = 127;
 using StartError = CommandProcess::StartError;
 using FileStream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
-void say(std::string_view text) {
+/// Prints a message on standard error. It may have several lines.
+void printMessage(std::string_view text) {
   std::fprintf(stderr, "zvkprinter: %.*s\n", static_cast<int>(text.size()), text.data());
 }
 
+/// Opens the log file, or returns standard error if there is none. Throws `std::system_error`.
 FileStream openLog(const Options& options) {
   if (!options.logFile) {
     return {stderr, [](std::FILE*) {
@@ -57,13 +61,13 @@ FileStream openLog(const Options& options) {
   return stream;
 }
 
-/// A started command, and the link that it reaches the printer by, if it needs one.
+/// A running command.
 struct Started {
-  std::unique_ptr<FreeDeviceLink> link;
+  std::unique_ptr<FreeDeviceLink> link;  ///< its path to the printer; null in a private namespace
   CommandProcess process;
 };
 
-/// Starts the command in a namespace of its own; nothing when that is not permitted.
+/// Starts the command in a private namespace. Returns nothing if the system does not permit that.
 std::optional<Started> startInNamespace(const Options& options, const std::string& device,
                                         const emulator::SignalQueue& signals) {
   try {
@@ -77,27 +81,30 @@ std::optional<Started> startInNamespace(const Options& options, const std::strin
     if (error.step != StartError::Step::Preparation) {
       throw;
     }
-    say("no private /dev/usb/lp0 here: " + error.text);
+    printMessage("cannot create a private /dev/usb/lp0: " + error.text);
     return std::nullopt;
   }
 }
 
+/// Starts the command and creates a link to the printer for it.
 Started startWithLink(const Options& options, const std::string& device,
                       const emulator::SignalQueue& signals) {
   std::unique_ptr<FreeDeviceLink> link;
   try {
     link = std::make_unique<FreeDeviceLink>(device);
   } catch (const std::system_error& error) {
-    throw std::runtime_error(
-        std::string("no link to the printer can be made: ") + error.what() +
-        "\nRun it as root, or permit user namespaces (sysctl kernel.unprivileged_userns_clone=1).");
+    throw std::runtime_error(std::string("cannot create a link to the printer: ") + error.what() +
+                             "\nRun zvkprinter as root, or permit user namespaces "
+                             "(sysctl kernel.unprivileged_userns_clone=1).");
   }
-  say("the printer is at " + link->path() + " while the command runs ({} stands for it)");
+  printMessage("the printer is at " + link->path() +
+               " while the command runs; {} in the command stands for this path");
   CommandProcess process(emulator::withDevice(options.command, link->path()),
                          [&] { signals.restore(); });
   return {std::move(link), process};
 }
 
+/// Runs the command with the printer until it ends. Returns its exit status.
 int run(const Options& options, emulator::PtyTransport& transport) {
   const emulator::SignalQueue signals;
   std::optional<Started> started;
@@ -112,7 +119,7 @@ int run(const Options& options, emulator::PtyTransport& transport) {
     if (signal == SIGCHLD) {
       return !process.hasEnded();
     }
-    // The terminal sends these to the command as well, which decides what they mean.
+    // The terminal sends these to the command too. The command decides whether to end.
     if (signal != SIGINT && signal != SIGQUIT) {
       process.signal(signal);
     }
@@ -121,6 +128,7 @@ int run(const Options& options, emulator::PtyTransport& transport) {
   return process.exitStatus();
 }
 
+/// Serves the printer until a signal ends it.
 int serve(const Options& options, emulator::PtyTransport& transport) {
   const emulator::SignalQueue signals;
   const emulator::DeviceLink link(options.link, transport.devicePath());
@@ -130,13 +138,14 @@ int serve(const Options& options, emulator::PtyTransport& transport) {
   return 0;
 }
 
-/// Writes out what was printed so far; throws `std::system_error` if any of it was lost.
+/// Flushes standard output. Throws `std::system_error` if any of the output was lost.
 void flushOutput() {
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     throw std::system_error(errno, std::generic_category(), "standard output");
   }
 }
 
+/// Prints the settings and certificates of the printer.
 void printState(const emulator::Adapter& adapter, const Options& options) {
   for (const std::string& line : adapter.describe(options.showSecrets)) {
     std::printf("%s\n", line.c_str());
@@ -144,12 +153,13 @@ void printState(const emulator::Adapter& adapter, const Options& options) {
   flushOutput();
 }
 
-/// Gives the printer what the folder keeps.
+/// Loads the state of the folder into the adapter.
 void restore(emulator::Adapter& adapter, emulator::StateFolder& folder) {
   emulator::PrinterState state = folder.load();
   adapter.restore(state.settings, std::move(state.certificates));
 }
 
+/// Prints the state of a folder.
 int show(const Options& options) {
   emulator::MessageLog log([](std::string_view) {}, false);
   emulator::Adapter adapter(options.personality, log);
@@ -159,17 +169,20 @@ int show(const Options& options) {
   return 0;
 }
 
-/// Has the printer behind the transport that the options ask for, until the end.
-int open(const Options& options, emulator::Adapter& adapter, emulator::MessageLog& log) {
+/// Serves the printer over the transport that the command selects, until the command ends. Returns
+/// its exit status.
+int serveOverTransport(const Options& options, emulator::Adapter& adapter,
+                       emulator::MessageLog& log) {
   if (options.action == Options::Action::Usb) {
-    return emulator::beUsbPrinter(options, adapter, log);
+    return emulator::runUsbPrinter(options, adapter, log);
   }
   emulator::PtyTransport transport(adapter);
   return options.action == Options::Action::Run ? run(options, transport)
                                                 : serve(options, transport);
 }
 
-int keepPrinter(const Options& options) {
+/// Creates the printer with its log and its state, and serves it. Returns the exit status.
+int runPrinter(const Options& options) {
   const FileStream logStream = openLog(options);
   emulator::MessageLog log(
       [&](std::string_view line) {
@@ -185,7 +198,7 @@ int keepPrinter(const Options& options) {
     restore(adapter, *folder);
     adapter.onChange([&] { folder->save(adapter.settings().stored(), adapter.certificates()); });
   }
-  const int status = open(options, adapter, log);
+  const int status = serveOverTransport(options, adapter, log);
   if (options.showSettings) {
     printState(adapter, options);
   }
@@ -202,14 +215,14 @@ int main(int argc, char** argv) {
       flushOutput();
       return 0;
     }
-    return options.action == Options::Action::Show ? show(options) : keepPrinter(options);
+    return options.action == Options::Action::Show ? show(options) : runPrinter(options);
   } catch (const catalogue::UsageError& error) {
-    say(std::string(error.what()) + "\nTry 'zvkprinter help'.");
+    printMessage(std::string(error.what()) + "\nTry 'zvkprinter help'.");
   } catch (const StartError& error) {
-    say(error.text + ": " + std::generic_category().message(error.error));
+    printMessage(error.text + ": " + std::generic_category().message(error.error));
     return error.error == ENOENT ? StatusNotFound : StatusNotExecutable;
   } catch (const std::exception& error) {
-    say(error.what());
+    printMessage(error.what());
   }
   return StatusOwnFailure;
 }

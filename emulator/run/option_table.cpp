@@ -1,3 +1,5 @@
+// The commands and options of zvkprinter. catalogue/option_parser.h explains the columns.
+
 #include "emulator/run/option_table.h"
 
 #include <array>
@@ -22,7 +24,7 @@ constexpr std::size_t LargestPort = 65535;
 constexpr std::array<std::string_view, 2> Directions = {"in", "out"};
 constexpr std::array<std::string_view, 2> Speeds = {"full", "high"};
 
-/// A member of `Options`, or of its personality.
+/// Returns a member of `Options` or of its personality.
 template <auto Member>
 auto& memberOf(Options& options) {
   if constexpr (std::is_invocable_v<decltype(Member), Options&>) {
@@ -31,6 +33,8 @@ auto& memberOf(Options& options) {
     return options.personality.*Member;
   }
 }
+
+// Values of `apply` for members that need no parsing: set true, set false, assign the text.
 
 template <auto Member>
 void enable(Options& options, const std::string& /*value*/) {
@@ -121,16 +125,16 @@ constexpr std::array PersonalityOptions = {
     Option{.name = "--refuse-all",
            .help = "refuse every packet",
            .apply = enable<&Personality::refuseAll>},
-    Option{.name = "--silent", .help = "never answer", .apply = enable<&Personality::silent>},
+    Option{.name = "--silent", .help = "never reply", .apply = enable<&Personality::silent>},
     Option{.name = "--garbage",
-           .help = "answer with bytes that are not a packet",
+           .help = "reply with bytes that are not a packet",
            .apply = enable<&Personality::garbage>},
     Option{.name = "--late",
            .valueName = "SECONDS",
-           .help = "delay each answer",
+           .help = "delay each reply",
            .apply =
                [](Options& o, const std::string& value) {
-                 o.personality.answerAfter = parseSeconds(value);
+                 o.personality.replyDelay = parseSeconds(value);
                }},
     Option{.name = "--cut",
            .valueName = "BYTES",
@@ -148,7 +152,7 @@ constexpr std::array PersonalityOptions = {
                }},
     Option{.name = "--result",
            .valueName = "HEX",
-           .help = "last byte of the answer to settings (01: accepted)",
+           .help = "last byte of the reply to settings (01: accepted)",
            .apply =
                [](Options& o, const std::string& value) {
                  o.personality.settingsResult = parseHexByte(value);
@@ -162,7 +166,7 @@ constexpr std::array PersonalityOptions = {
                }},
     Option{.name = "--ip-after",
            .valueName = "N[s]",
-           .help = "have the address only after N queries for it or, with s, N seconds",
+           .help = "get the address only after N queries for it or, with s, N seconds",
            .details = "Until then the address is 0.0.0.0.",
            .apply =
                [](Options& o, const std::string& value) {
@@ -180,7 +184,7 @@ constexpr std::array PersonalityOptions = {
            .help = "set the trouble code to 0 after N queries for it or, with s, N seconds",
            .apply =
                [](Options& o, const std::string& value) {
-                 o.personality.troubleOver = parseReadiness(value);
+                 o.personality.troubleCleared = parseReadiness(value);
                }},
     Option{.name = "--ssid",
            .valueName = "TEXT",
@@ -192,7 +196,7 @@ constexpr std::array PersonalityOptions = {
            .apply = assign<&Personality::descriptor>},
     Option{.name = "--auth-status",
            .valueName = "N[,N...]",
-           .help = "802.1x status, whatever is set; each number has its own record",
+           .help = "802.1x status, instead of the computed one; each number has its own record",
            .apply =
                [](Options& o, const std::string& value) {
                  o.personality.authStatus = parseBytes(value);
@@ -209,7 +213,7 @@ constexpr std::array PersonalityOptions = {
                }},
     Option{.name = "--packets",
            .valueName = "N",
-           .help = "802.1x and method calls: answer in N packets, at most 100",
+           .help = "802.1x and method calls: reply in N packets, at most 100",
            .apply =
                [](Options& o, const std::string& value) {
                  o.personality.replyPackets = parseNumber(value, LargestPacketCount, "packets");
@@ -217,21 +221,21 @@ constexpr std::array PersonalityOptions = {
     Option{.name = "--object-reply",
            .valueName = "[METHOD:]FILE",
            .kind = ValueKind::File,
-           .help = "method calls: answer with FILE's bytes after the flag byte",
+           .help = "method calls: reply with FILE's bytes after the flag byte",
            .details =
-               "The answer is one packet. This option and *--object-status=* may be given several "
+               "The reply is one packet. This option and *--object-status=* may be given several "
                "times. The last one for a method takes precedence over the last one for all "
                "methods.",
            .apply =
                [](Options& o, const std::string& value) {
-                 o.personality.objectAnswers.push_back(parseObjectReply(value));
+                 o.personality.objectReplies.push_back(parseObjectReply(value));
                }},
     Option{.name = "--object-status",
            .valueName = "[METHOD:]CODE",
-           .help = "method calls: do nothing and answer with this status",
+           .help = "method calls: do nothing and reply with this status",
            .apply =
                [](Options& o, const std::string& value) {
-                 o.personality.objectAnswers.push_back(parseObjectStatus(value));
+                 o.personality.objectReplies.push_back(parseObjectStatus(value));
                }},
     Option{.name = "--cert-default",
            .valueName = "NAME=TEXT",
@@ -324,7 +328,7 @@ constexpr std::array GeneralOptions = {
            .valueName = "FILE",
            .kind = ValueKind::File,
            .help = "log to a file instead of standard error",
-           .details = "What the file held before is lost.",
+           .details = "The former content of the file is lost.",
            .apply =
                [](Options& options, const std::string& value) {
                  options.logFile = value;
@@ -342,7 +346,7 @@ constexpr std::array GeneralOptions = {
                  options.appendsLog = true;
                }},
     Option{.name = "--show",
-           .help = "print what the printer holds at the end",
+           .help = "at the end, print what the printer holds",
            .apply = enable<&Options::showSettings>},
     Option{.name = "--state",
            .valueName = "DIR",

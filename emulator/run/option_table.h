@@ -11,10 +11,10 @@ using Command = catalogue::Command<Options>;
 using Option = catalogue::Option<Options>;
 using OptionGroup = catalogue::OptionGroup<Options>;
 
-/// The commands, which are the first argument.
+/// Returns the commands. The first argument selects one.
 std::span<const Command> commands();
 
-/// All options: those of the adapter, of the USB device, and of the program.
+/// Returns all options: those of the adapter, of the USB device, and of the program.
 std::span<const OptionGroup> optionGroups();
 
 }  // namespace emulator

@@ -1,3 +1,5 @@
+// Parsing of option values, and the texts that say what was expected.
+
 #include "emulator/run/option_values.h"
 
 #include <algorithm>
@@ -19,6 +21,7 @@ constexpr std::size_t LargestStatus = 65535;
 constexpr std::size_t SmallestRsaKey = 1024;
 constexpr std::size_t LargestRsaKey = 4096;
 
+/// Returns the number in `text`, or nothing if the text is not a number from 0 to `largest`.
 std::optional<std::size_t> toNumber(std::string_view text, std::size_t largest, int base = 10) {
   std::size_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
@@ -28,7 +31,8 @@ std::optional<std::size_t> toNumber(std::string_view text, std::size_t largest, 
   return number;
 }
 
-/// The method's name ahead of a colon, and what is behind it; an empty name when there is none.
+/// Splits "METHOD:REST". Returns an empty name and the whole text if the text does not begin with
+/// the name of a method and a colon.
 std::pair<std::string, std::string> splitMethod(const std::string& text) {
   const std::size_t colon = text.find(':');
   if (colon == std::string::npos || !CertificateObject::hasMethod(text.substr(0, colon))) {
@@ -139,12 +143,12 @@ void parseSubjectText(Subject& subject, const std::string& text) {
   subject.*field->text = text.substr(equals + 1);
 }
 
-ObjectAnswer parseObjectReply(const std::string& text) {
+ObjectReply parseObjectReply(const std::string& text) {
   auto [method, file] = splitMethod(text);
   return {std::move(method), std::move(file)};
 }
 
-ObjectAnswer parseObjectStatus(const std::string& text) {
+ObjectReply parseObjectStatus(const std::string& text) {
   auto [method, code] = splitMethod(text);
   const std::optional<std::size_t> status = toNumber(code, LargestStatus);
   if (!status) {

@@ -11,52 +11,53 @@
 #include "emulator/usb/usb_traits.h"
 #include "npa/packet.h"
 
-/// Readers of the values of zvkprinter's options. All of them throw `catalogue::ValueError` for an
-/// invalid value.
+/// Parsers of option values. All throw `catalogue::ValueError` for an invalid value.
 namespace emulator {
 
-/// The largest counts of bytes and of queries, and the longest time in seconds.
+/// The largest count of bytes (that of the largest packet) and of queries.
 inline constexpr std::size_t LargestCount = 65538;
+/// The longest time in seconds.
 inline constexpr std::size_t LargestDelay = 3600;
-/// The largest count of bytes over many transfers.
+/// The largest count of bytes in several USB transfers.
 inline constexpr std::size_t LargestUsbCount = 1'000'000'000;
 
-/// A decimal number from 0 to `largest`; `unit` is what it counts, for the message.
+/// Parses a decimal number from 0 to `largest`. The error message names `unit`, what it counts.
 std::size_t parseNumber(std::string_view text, std::size_t largest, std::string_view unit = {});
 
-/// A number of seconds, at most `LargestDelay`.
+/// Parses a number of seconds, at most `LargestDelay`.
 std::chrono::seconds parseSeconds(std::string_view text);
 
+/// Parses a decimal number from 0 to 255.
 npa::Byte parseByte(std::string_view text);
-/// Two hex digits at most.
+/// Parses a hex number from 0 to FF.
 npa::Byte parseHexByte(std::string_view text);
 
-/// Bytes with commas between them.
+/// Parses decimal numbers from 0 to 255 with commas between them.
 std::vector<npa::Byte> parseBytes(std::string_view list);
 
-/// "A.B.C.D".
+/// Parses an IPv4 address, "A.B.C.D".
 std::array<npa::Byte, 4> parseAddress(const std::string& text);
 
-/// "3" is after three queries, "20s" after twenty seconds.
+/// Parses "3" (after 3 queries) or "20s" (after 20 seconds).
 Readiness parseReadiness(const std::string& text);
 
-/// The bits of an RSA key, or 0.
+/// Parses the count of bits of an RSA key, or 0.
 std::size_t parseKeyBits(const std::string& text);
 
-/// "CN=text" for one text of the subject.
+/// Parses "CN=text" and stores the text in that field of the subject.
 void parseSubjectText(Subject& subject, const std::string& text);
 
-/// "METHOD:FILE", or "FILE" for every method: a reply that is still to be read.
-ObjectAnswer parseObjectReply(const std::string& text);
+/// Parses "METHOD:FILE", or "FILE" for all methods. Does not read the file.
+ObjectReply parseObjectReply(const std::string& text);
 
-/// "METHOD:CODE", or "CODE" for every method.
-ObjectAnswer parseObjectStatus(const std::string& text);
+/// Parses "METHOD:CODE", or "CODE" for all methods.
+ObjectReply parseObjectStatus(const std::string& text);
 
-/// How many alternate settings there are.
+/// Parses the count of alternate settings, 1 to `LargestAlternateCount`.
 std::size_t parseAlternates(const std::string& text);
 
-/// "in" or "out", then a colon and after how many bytes; without a number, at once. An unplug needs
-/// the number.
+/// Parses "in" or "out", optionally followed by a colon and a count of bytes (default: 0). The kind
+/// `Unplug` requires the count.
 UsbFault parseUsbFault(UsbFault::Kind kind, const std::string& text);
 
 }  // namespace emulator

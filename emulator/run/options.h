@@ -10,23 +10,23 @@
 
 namespace emulator {
 
-/// The command line of zvkprinter, taken apart.
+/// The parsed command line of zvkprinter.
 struct Options {
   enum class Action { Help, Run, Serve, Usb, Show };
 
   Action action = Action::Help;
   Personality personality;
-  UsbTraits usb;                           ///< `usb`: how the printer looks to the host
-  std::optional<std::string> logFile;      ///< standard error when there is none
-  bool appendsLog = false;                 ///< keeps what the log file holds already
-  bool showSettings = false;               ///< say at the end what the printer holds
-  std::optional<std::string> stateFolder;  ///< keeps what the printer holds from run to run
+  UsbTraits usb;                           ///< `usb`: properties and faults of the USB device
+  std::optional<std::string> logFile;      ///< if not set, the log goes to standard error
+  bool appendsLog = false;                 ///< keep the former content of the log file
+  bool showSettings = false;               ///< print at the end what the printer holds
+  std::optional<std::string> stateFolder;  ///< where the printer saves its state
   bool showSecrets = false;
-  bool namespaces = true;             ///< try a private mount namespace first
-  std::string link;                   ///< of `serve`
+  bool namespaces = true;             ///< `run`: try a private mount namespace first
+  std::string link;                   ///< `serve`: the path of the link to the printer
   bool attach = false;                ///< `usb`: plug the printer into this machine
-  std::optional<std::uint16_t> port;  ///< `usb`: serve it there; 0 is any
-  std::vector<std::string> command;   ///< of `run`; of `usb`, where it may be missing
+  std::optional<std::uint16_t> port;  ///< `usb`: the TCP port to serve it on; 0: any free port
+  std::vector<std::string> command;   ///< `run` and `usb`: the command; `usb` may have none
 };
 
 }  // namespace emulator

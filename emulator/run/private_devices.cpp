@@ -1,3 +1,5 @@
+// Namespaces and mounts that show a process the emulated printer as its only printer.
+
 #include "emulator/run/private_devices.h"
 
 #include <cerrno>
@@ -22,6 +24,7 @@ constexpr const char* PrinterFolder = "/dev/usb";
 constexpr mode_t FolderMode = 0755;
 constexpr mode_t FileMode = 0600;
 
+/// Throws `std::system_error` with the step if a system call failed.
 void check(int result, const std::string& step) {
   if (result < 0) {
     throw std::system_error(errno, std::generic_category(), step);
@@ -36,7 +39,7 @@ void writeFile(const char* path, const std::string& text) {
   }
 }
 
-/// Who runs the program stays the same inside the user namespace.
+/// Enters the namespaces. The user and the group stay the same inside.
 void enterNamespaces() {
   const uid_t user = ::geteuid();
   const gid_t group = ::getegid();
@@ -65,11 +68,11 @@ void bind(const fs::path& from, const fs::path& to) {
         "bind of " + to.string());
 }
 
-/// Covers /dev with a folder of links to its entries, to which others can be added: the system's
-/// own /dev is shared with everybody and must stay as it is. The entries cannot be bound one by
-/// one, since /dev/ptmx looks for the folder "pts" beside itself.
+/// Mounts a new folder over /dev, with a link to each entry of the old one. The old /dev is shared
+/// with all processes, so nothing can be added to it. Links, because separate mounts of the entries
+/// do not work: /dev/ptmx needs the folder "pts" next to itself.
 void coverDev() {
-  // A copy from before, since a copy of /dev as it then is would have the cover on top.
+  // Copy the mount of /dev before the new folder covers it.
   const util::UniqueFd old(
       ::open_tree(AT_FDCWD, "/dev", OPEN_TREE_CLONE | OPEN_TREE_CLOEXEC | AT_RECURSIVE));
   check(old.get(), "copy of /dev");

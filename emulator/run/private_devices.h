@@ -4,13 +4,13 @@
 
 namespace emulator {
 
-/// Where a program sees the printer after `enterPrivateDevices`.
+/// The path of the printer after `enterPrivateDevices`.
 inline constexpr const char* PrivateDevicePath = "/dev/usb/lp0";
 
-/// Moves the calling process, which must have one thread, into a mount namespace of its own (and a
-/// user namespace when it is not root's) in which `PrivateDevicePath` is `device` and no other
-/// printer is to be seen. Nothing changes outside. Throws `std::system_error`, whose text names the
-/// step, when the system does not permit it.
+/// Moves the calling process into a private mount namespace, in which `PrivateDevicePath` is
+/// `device` and no other printer exists. Unless the user is root, the process also enters a
+/// private user namespace. It must have a single thread. Nothing changes outside the namespaces.
+/// Throws `std::system_error` with the failed step if the system does not permit this.
 void enterPrivateDevices(const std::string& device);
 
 }  // namespace emulator

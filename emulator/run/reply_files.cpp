@@ -1,3 +1,5 @@
+// The files of --object-reply=.
+
 #include "emulator/run/reply_files.h"
 
 #include <cerrno>
@@ -13,6 +15,7 @@ namespace emulator {
 
 namespace {
 
+/// Returns the content of a file of at most `LargestContent` bytes.
 npa::Bytes contentOf(const std::string& path) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "re"),
                                                              std::fclose);
@@ -25,7 +28,8 @@ npa::Bytes contentOf(const std::string& path) {
     throw std::system_error(errno, std::generic_category(), path);
   }
   if (bytes.size() > LargestContent) {
-    throw std::runtime_error(path + ": more than fits in a packet");
+    throw std::runtime_error(path + ": expected at most " + std::to_string(LargestContent) +
+                             " bytes, the content of one packet");
   }
   return bytes;
 }
@@ -33,9 +37,9 @@ npa::Bytes contentOf(const std::string& path) {
 }  // namespace
 
 Personality withReplyFiles(Personality personality) {
-  for (ObjectAnswer& answer : personality.objectAnswers) {
-    if (!answer.status) {
-      answer.bytes = contentOf(answer.file);
+  for (ObjectReply& reply : personality.objectReplies) {
+    if (!reply.status) {
+      reply.bytes = contentOf(reply.file);
     }
   }
   return personality;

@@ -4,8 +4,9 @@
 
 namespace emulator {
 
-/// The personality with the content of the files that its object answers name. Throws an exception
-/// of the standard library when one cannot be read or does not fit in a packet.
+/// Returns the personality with the content of the files that its object replies name. Throws
+/// `std::system_error` if a file cannot be read, `std::runtime_error` if it does not fit in a
+/// packet.
 Personality withReplyFiles(Personality personality);
 
 }  // namespace emulator

@@ -1,3 +1,5 @@
+// The command `zvkprinter usb`: its signals, and the start of COMMAND.
+
 #include "emulator/run/usb_command.h"
 
 #include <algorithm>
@@ -17,10 +19,11 @@ namespace emulator {
 
 namespace {
 
+// How often, and how many times, the program checks whether the kernel has created the device node.
 constexpr suseconds_t TickMicroseconds = 20'000;
 constexpr int MostTicks = 1000;
 
-/// Sends SIGALRM again and again; 0 ends that.
+/// Makes the kernel send SIGALRM at this interval; 0 stops it.
 void tickEvery(suseconds_t microseconds) {
   itimerval timer{};
   timer.it_interval.tv_usec = microseconds;
@@ -28,13 +31,13 @@ void tickEvery(suseconds_t microseconds) {
   ::setitimer(ITIMER_REAL, &timer, nullptr);
 }
 
-/// A USB printer and the command that uses it, if there is one.
+/// A USB printer and the command that uses it. There may be no command.
 class UsbRun {
  public:
   UsbRun(const Options& options, UsbTransport& transport, const SignalQueue& signals)
-      : m_Options(options), m_Door(transport), m_Signals(signals) {}
+      : m_Options(options), m_Transport(transport), m_Signals(signals) {}
 
-  /// Starts the command, or waits for the printer's node first where the command names it.
+  /// Starts the command. If the command contains {}, waits for the printer's node first.
   void begin() {
     const bool namesNode = std::ranges::any_of(m_Options.command, [](const std::string& argument) {
       return argument.find("{}") != std::string::npos;
@@ -46,14 +49,14 @@ class UsbRun {
     }
   }
 
-  /// Handles a signal; returns whether to go on.
+  /// Handles a signal. Returns false if the program must end.
   bool handle(int signal) {
     switch (signal) {
       case SIGUSR1:
-        if (m_Door.isPluggedIn()) {
-          m_Door.unplug();
+        if (m_Transport.isPluggedIn()) {
+          m_Transport.unplug();
         } else {
-          m_Door.plugIn();
+          m_Transport.plugIn();
         }
         return true;
       case SIGALRM:
@@ -63,7 +66,7 @@ class UsbRun {
         return !m_Process || !m_Process->hasEnded();
       case SIGINT:
       case SIGQUIT:
-        // The terminal sends these to the command as well, which decides what they mean.
+        // The terminal sends these to the command too. The command decides whether to end.
         return m_Process.has_value();
       default:
         if (m_Process) {
@@ -80,29 +83,31 @@ class UsbRun {
     m_Process.emplace(command, [this] { m_Signals.restore(); });
   }
 
+  /// Starts the command once the printer's node exists. Throws `std::runtime_error` after 20 s.
   void startAtNode() {
     if (m_Process) {
       return;
     }
-    if (const std::optional<std::string> node = m_Door.printerNode()) {
+    if (const std::optional<std::string> node = m_Transport.printerNode()) {
       tickEvery(0);
       start(withDevice(m_Options.command, *node));
     } else if (++m_Ticks == MostTicks) {
       throw std::runtime_error(
-          "the kernel has made no /dev/usb/lpN for the printer"
-          "\nLoad its printer driver (modprobe usblp), or name the device in the command "
-          "yourself.");
+          "the kernel has not created /dev/usb/lpN for the printer within 20 seconds"
+          "\nLoad the kernel's printer driver (modprobe usblp), or write the path of the device "
+          "into the command instead of {}.");
     }
   }
 
   const Options& m_Options;
-  UsbTransport& m_Door;
+  UsbTransport& m_Transport;
   const SignalQueue& m_Signals;
   std::optional<CommandProcess> m_Process;
   int m_Ticks = 0;
 };
 
-void tellPlace(const UsbTransport& transport) {
+/// Prints where the printer can be reached.
+void printPlace(const UsbTransport& transport) {
   if (transport.port() != 0) {
     std::printf("The printer is at port %u of 127.0.0.1, bus id %s\n", unsigned{transport.port()},
                 UsbipBusId.data());
@@ -114,13 +119,13 @@ void tellPlace(const UsbTransport& transport) {
 
 }  // namespace
 
-int beUsbPrinter(const Options& options, Adapter& adapter, MessageLog& log) {
+int runUsbPrinter(const Options& options, Adapter& adapter, MessageLog& log) {
   const SignalQueue signals({SIGUSR1, SIGALRM});
   UsbDevice device(adapter, options.usb, log);
   UsbTransport transport =
       options.attach ? UsbTransport(device, log) : UsbTransport(device, log, *options.port);
   if (options.command.empty() || options.port) {
-    tellPlace(transport);
+    printPlace(transport);
   }
   UsbRun run(options, transport, signals);
   run.begin();

@@ -6,9 +6,9 @@
 
 namespace emulator {
 
-/// Has the adapter be a USB printer, as `zvkprinter usb` does: until a signal ends it, or until the
-/// command of the options has ended. Returns the exit status. Throws what `UsbTransport` and
-/// `CommandProcess` throw.
-int beUsbPrinter(const Options& options, Adapter& adapter, MessageLog& log);
+/// Runs `zvkprinter usb`: serves the adapter as a USB printer until the command has ended or,
+/// without a command, until a signal arrives. Returns the exit status. Throws the exceptions of
+/// `UsbTransport` and `CommandProcess`.
+int runUsbPrinter(const Options& options, Adapter& adapter, MessageLog& log);
 
 }  // namespace emulator

@@ -43,7 +43,7 @@ void require(bool condition, const std::string& file, const char* what) {
 
 /// Throws `StateError` about an element of the index.
 [[noreturn]] void failIndex(const char* element) {
-  throw StateError(std::string(StateIndexName) + ": a wrong '" + element + "' element");
+  throw StateError(std::string(StateIndexName) + ": invalid element '" + element + "'");
 }
 
 /// Returns the value of an attribute. Throws `StateError` if it is absent.
@@ -103,7 +103,8 @@ class StateReader {
     CaCertificate authority{readNumber(node), attribute(node, "name"), attribute(node, "file"), {}};
     const std::string file = pemName("authority", authority.number);
     authority.pem = m_Content(file);
-    require(X509Certificate::fromPem(authority.pem).has_value(), file, "no certificate");
+    require(X509Certificate::fromPem(authority.pem).has_value(), file,
+            "expected a PEM certificate");
     if (authority.name.empty() || m_State.certificates.findAuthority(authority.name) != nullptr) {
       failIndex(node.name());
     }
@@ -116,13 +117,13 @@ class StateReader {
     device.keyPem = m_Content(keyFile);
     device.requestPem = m_Content(pemName("request", device.number));
     require(isKeyRequest({device.keyPem, device.requestPem}), keyFile,
-            "no key with a request for it");
+            "expected a key, and a certificate request for it");
     if (node.attribute("signed").as_bool()) {
       const std::string file = pemName("certificate", device.number);
       device.certificatePem = m_Content(file);
       const auto certificate = X509Certificate::fromPem(device.certificatePem);
       require(certificate && certificate->fitsKey(device.keyPem), file,
-              "no certificate of the key");
+              "expected a PEM certificate for the key");
     }
     if (device.name.empty() || m_State.certificates.findDevice(device.name) != nullptr) {
       failIndex(node.name());
@@ -192,7 +193,7 @@ PrinterState parseState(std::string_view index, const Content& content) {
   const xml_node printer = document.document_element();
   require(printer.name() == std::string_view("printer") &&
               printer.attribute("version").value() == std::string_view(Version),
-          file, "not written by this version of the program");
+          file, "expected a file of this version of zvkprinter");
   StateReader reader(content);
   for (const xml_node node : printer.children()) {
     reader.read(node);

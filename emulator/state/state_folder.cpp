@@ -46,7 +46,7 @@ StateFolder::StateFolder(std::string path, Use use)
   if (use == Use::Keep) {
     checked(::access(m_Path.c_str(), W_OK | X_OK), m_Path);
     if (::flock(m_Folder.get(), LOCK_EX | LOCK_NB) < 0) {
-      throw StateError(m_Path + ": another printer keeps its state there");
+      throw StateError(m_Path + ": another zvkprinter uses this folder");
     }
   }
 }
@@ -96,7 +96,7 @@ std::string StateFolder::readFile(const std::string& name) const {
   struct stat about {};
   checked(::fstat(file.get(), &about), path);
   if (!S_ISREG(about.st_mode) || about.st_size > largest) {
-    throw StateError(name + ": no file of a printer's state");
+    throw StateError(name + ": expected a regular file of at most 64 MiB");
   }
   std::string content;
   std::array<char, 4096> buffer{};

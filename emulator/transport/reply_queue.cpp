@@ -1,4 +1,4 @@
-// The queue of replies. Its order is that of the answers, and not that of the due times.
+// The queue of replies. Pieces keep the order in which they were added, whatever their due times.
 
 #include "emulator/transport/reply_queue.h"
 
@@ -6,9 +6,9 @@
 
 namespace emulator {
 
-void ReplyQueue::add(std::vector<Adapter::Reply> replies, Clock::time_point now) {
-  for (Adapter::Reply& reply : replies) {
-    m_Pieces.push_back({now + reply.delay, std::move(reply.bytes)});
+void ReplyQueue::add(std::vector<Adapter::ReplyPiece> pieces, Clock::time_point now) {
+  for (Adapter::ReplyPiece& piece : pieces) {
+    m_Pieces.push_back({now + piece.delay, std::move(piece.bytes)});
   }
 }
 

@@ -30,8 +30,8 @@ class ReplyQueue {
     std::span<const npa::Byte> rest() const { return std::span(bytes).subspan(sent); }
   };
 
-  /// Adds replies. Their delays start at `now`.
-  void add(std::vector<Adapter::Reply> replies, Clock::time_point now);
+  /// Adds pieces of replies. Their delays start at `now`.
+  void add(std::vector<Adapter::ReplyPiece> pieces, Clock::time_point now);
 
   /// Returns the next piece, or null if none is due. The piece stays in the queue until `drop`.
   Piece* due(Clock::time_point now);

@@ -125,7 +125,7 @@ std::optional<std::int32_t> UsbDevice::failure(UsbPipe& pipe) {
   }
   if (fault == FaultKind::ProtocolError) {
     // Log it once: some hosts retry immediately, thousands of times.
-    if (pipe.isNews(*fault)) {
+    if (pipe.isNewKind(*fault)) {
       m_Log.note("USB: protocol errors on " + std::string(name));
     }
     return UsbProtocolFault;

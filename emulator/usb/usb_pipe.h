@@ -37,7 +37,7 @@ class UsbPipe {
   /// fault has been reached.
   std::size_t untilFault() const;
   /// Returns true if this is not the kind of fault of the previous call.
-  bool isNews(FaultKind kind) { return std::exchange(m_LastReported, kind) != kind; }
+  bool isNewKind(FaultKind kind) { return std::exchange(m_LastReported, kind) != kind; }
   void endFaults() { m_Faults.clear(); }
 
   bool isHalted() const { return m_IsHalted; }

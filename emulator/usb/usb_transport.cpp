@@ -98,12 +98,12 @@ void UsbTransport::receiveAll() {
       connection->receive();
       hasEnded = connection->hasEnded();
     } catch (const UsbipError& error) {
-      m_Log.note(std::string("USB: the host is dropped: ") + error.what());
+      m_Log.note(std::string("USB: disconnected the host: ") + error.what());
       hasEnded = true;
     }
     if (hasEnded && connection->session().hasDevice()) {
       m_Device.unplug();
-      m_Log.note("USB: the host is gone");
+      m_Log.note("USB: the host has disconnected");
     }
     connection = hasEnded ? m_Connections.erase(connection) : std::next(connection);
   }

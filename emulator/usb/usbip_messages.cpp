@@ -8,6 +8,7 @@
 
 #include "emulator/usb/usb_descriptors.h"
 #include "npa/packet.h"
+#include "util/big_endian.h"
 
 namespace emulator {
 
@@ -48,23 +49,27 @@ constexpr std::uint16_t ReplyImport = 0x0003;
 constexpr std::size_t PathSize = 256;
 constexpr std::string_view Path = "/sys/devices/emulated/usb1/1-1";
 
+/// Returns the 4-byte number at `offset`.
 std::uint32_t longAt(std::span<const Byte> bytes, std::size_t offset) {
-  return static_cast<std::uint32_t>(npa::numberAt(bytes, offset) << 16U |
-                                    npa::numberAt(bytes, offset + 2));
+  return static_cast<std::uint32_t>(util::bigEndian(bytes.subspan(offset, 4)));
 }
 
 std::uint16_t littleEndianAt(std::span<const Byte> bytes, std::size_t offset) {
   return static_cast<std::uint16_t>(bytes[offset] | bytes[offset + 1] << 8U);
 }
 
-void appendShort(npa::Bytes& bytes, std::size_t number) {
-  bytes.push_back(npa::highByte(number));
-  bytes.push_back(npa::lowByte(number));
+/// Appends a number in `size` bytes.
+void appendNumber(npa::Bytes& bytes, std::uint32_t number, std::size_t size) {
+  bytes.resize(bytes.size() + size);
+  util::putBigEndian(number, std::span(bytes).last(size));
+}
+
+void appendShort(npa::Bytes& bytes, std::uint16_t number) {
+  appendNumber(bytes, number, 2);
 }
 
 void appendLong(npa::Bytes& bytes, std::uint32_t number) {
-  appendShort(bytes, number >> 16U);
-  appendShort(bytes, number);
+  appendNumber(bytes, number, 4);
 }
 
 /// Appends a text, padded with zeros to `size` bytes.
@@ -101,14 +106,15 @@ void parseSubmit(std::span<const Byte> header, UsbipCommand& command) {
   transfer.setup = parseSetup(header.subspan(AtSetup));
   const std::uint32_t direction = longAt(header, AtDirection);
   if (direction > 1) {
-    throw UsbipError("a transfer in direction " + std::to_string(direction));
+    throw UsbipError("transfer in unknown direction " + std::to_string(direction));
   }
   if (transfer.length > LargestUsbipTransfer) {
-    throw UsbipError("a transfer of " + std::to_string(transfer.length) + " bytes");
+    throw UsbipError("transfer of " + std::to_string(transfer.length) +
+                     " bytes, expected at most " + std::to_string(LargestUsbipTransfer));
   }
   const std::uint32_t packets = longAt(header, AtPackets);
   if (packets != 0 && packets != NoPackets) {
-    throw UsbipError("an isochronous transfer");
+    throw UsbipError("isochronous transfer");
   }
   transfer.direction = direction == 0 ? UsbDirection::Out : UsbDirection::In;
   command.dataSize = direction == 0 ? transfer.length : 0;
@@ -153,7 +159,7 @@ UsbipCommand parseUsbipCommand(std::span<const Byte, UsbipHeaderSize> header) {
   } else if (kind == CommandSubmit) {
     parseSubmit(header, command);
   } else {
-    throw UsbipError("a command " + std::to_string(kind));
+    throw UsbipError("unknown command " + std::to_string(kind));
   }
   return command;
 }
@@ -174,7 +180,7 @@ npa::Bytes usbipUnlinkReply(std::uint32_t id, std::int32_t status) {
 
 UsbipRequest parseUsbipRequest(std::span<const Byte, UsbipRequestHeadSize> head) {
   if (npa::numberAt(head, 0) != Version) {
-    throw UsbipError("another version of the protocol");
+    throw UsbipError("unknown version of the protocol");
   }
   const std::size_t code = npa::numberAt(head, 2);
   if (code == RequestList) {
@@ -183,7 +189,7 @@ UsbipRequest parseUsbipRequest(std::span<const Byte, UsbipRequestHeadSize> head)
   if (code == RequestImport) {
     return UsbipRequest::Import;
   }
-  throw UsbipError("a request " + std::to_string(code));
+  throw UsbipError("unknown request " + std::to_string(code));
 }
 
 npa::Bytes usbipDeviceList(const UsbTraits& traits, bool isThere) {

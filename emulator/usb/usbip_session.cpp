@@ -57,7 +57,7 @@ std::size_t UsbipSession::handleCommand(std::span<const Byte> bytes) {
   }
   UsbipCommand command = parseUsbipCommand(bytes.first<UsbipHeaderSize>());
   if (command.device != UsbipDeviceId) {
-    throw UsbipError("a transfer for another device");
+    throw UsbipError("transfer for another device");
   }
   const std::size_t size = UsbipHeaderSize + command.dataSize;
   if (bytes.size() < size) {
@@ -71,15 +71,15 @@ void UsbipSession::carryOut(UsbipCommand command, std::span<const Byte> data) {
   if (command.isUnlink) {
     // Report the transfers that have ended first: the unlinked one may be among them.
     sendCompletions();
-    const bool isTakenBack = m_Device.unlink(command.unlinked);
-    send(usbipUnlinkReply(command.transfer.id, isTakenBack ? UsbUnlinked : UsbDone));
+    const bool isRemoved = m_Device.unlink(command.unlinked);
+    send(usbipUnlinkReply(command.transfer.id, isRemoved ? UsbUnlinked : UsbDone));
     return;
   }
   command.transfer.data.assign(data.begin(), data.end());
   m_Device.submit(std::move(command.transfer));
   sendCompletions();
   if (m_Device.waiting() > MostTransfers || m_Device.waitingBytes() > MostBytes) {
-    throw UsbipError("too many transfers at a time");
+    throw UsbipError("too many waiting transfers");
   }
 }
 

@@ -74,13 +74,15 @@ bool isVhciPortFree(std::string_view status, unsigned port) {
 
 VhciPort::VhciPort(UsbSpeed speed, fs::path controller) : m_Controller(std::move(controller)) {
   if (!fs::exists(m_Controller / "attach")) {
-    throw std::runtime_error("there is no virtual USB host controller, no " +
-                             (m_Controller / "attach").string() +
-                             "\nLoad the kernel's module for it: modprobe vhci-hcd");
+    throw std::runtime_error((m_Controller / "attach").string() +
+                             ": no virtual USB host controller"
+                             "\nLoad its kernel module: modprobe vhci-hcd");
   }
   const std::optional<unsigned> port = freeVhciPort(status());
   if (!port) {
-    throw std::runtime_error("no port of the virtual USB host controller is free");
+    throw std::runtime_error(
+        "the virtual USB host controller has no free port"
+        "\nDetach one of its devices: usbip detach");
   }
   m_Port = *port;
   std::array<int, 2> ends{};
@@ -94,9 +96,9 @@ VhciPort::VhciPort(UsbSpeed speed, fs::path controller) : m_Controller(std::move
   line << m_Port << ' ' << kernelsEnd.get() << ' ' << UsbipDeviceId << ' ' << usbipSpeed(speed);
   const int error = writeAtOnce(m_Controller / "attach", line.str());
   if (error == EACCES || error == EPERM || error == EROFS) {
-    throw std::runtime_error(
-        "the printer may not be plugged in: " + std::generic_category().message(error) + " (" +
-        (m_Controller / "attach").string() + ")\nRun it as root.");
+    throw std::runtime_error((m_Controller / "attach").string() + ": " +
+                             std::generic_category().message(error) +
+                             "\nRun zvkprinter as root to plug the printer in.");
   }
   if (error != 0) {
     throw std::system_error(error, std::generic_category(), (m_Controller / "attach").string());

@@ -19,8 +19,10 @@ using method_calls::MethodCall;
 using method_calls::requestText;
 
 constexpr int Failed = -1;
+/// The status code of a reply to a method call that succeeded.
 constexpr int StatusSuccess = 1;
 
+/// The name of the certificate if the caller passes none. All commands use it.
 constexpr std::string_view DefaultFriendlyName = "Quorvanthelisdorm";
 /// Bytes in the printer's field, without the zero byte.
 constexpr std::size_t FriendlyNameLimit = 31;
@@ -88,9 +90,9 @@ int reportFailure(const MethodCall& method, const ObjStoreResponse& response, in
 
 }  // namespace
 
-CertMgr::CertMgr(const std::string& usbDevice) : m_Exchange(requireDevice(usbDevice)) {}
+CertMgr::CertMgr(const std::string& usbDevice) : m_Sender(requireDevice(usbDevice)) {}
 
-CertMgr::CertMgr(configDetails* config) : m_Exchange(requireDevice(config)) {}
+CertMgr::CertMgr(configDetails* config) : m_Sender(requireDevice(config)) {}
 
 bool CertMgr::exchange(const MethodCall& method, const std::string& request,
                        ObjStoreResponse& response) {

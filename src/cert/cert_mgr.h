@@ -41,6 +41,7 @@ class CertMgr {
   /// `const char*` if the pointer is null.
   explicit CertMgr(configDetails* config);
 
+  /// Returns the transport, which logs a line if this was its last user.
   virtual ~CertMgr() = default;
   CertMgr(const CertMgr&) = delete;
   CertMgr& operator=(const CertMgr&) = delete;
@@ -166,18 +167,21 @@ class CertMgr {
   [[nodiscard]] static bool saveToFile(unsigned char* buf, unsigned int size, const char* path);
 
  private:
+  /// One value for each parameter of a method, in the order of its row. They are inserted
+  /// unchanged: `creatCertRequest` escapes the subject first, and all other values are sent as is.
   using Values = std::initializer_list<std::string_view>;
   /// Reads the values from a reply whose status is 1. Returns the result of the operation.
   using Taker = std::function<int(const ObjStoreResponse&)>;
 
-  /// Makes a call with these parameter values.
+  /// Calls a method with these parameter values. Returns the result of `take`, 0 without it, or -1
+  /// on failure.
   int call(const method_calls::MethodCall& method, Values values, const Taker& take = {});
-  /// Makes a call with a request text that already exists.
+  /// Does the same with a complete request text.
   int send(const method_calls::MethodCall& method, const std::string& request,
            const Taker& take = {});
   /// Sends a request and loads the reply into `response`. Returns true if a reply arrived.
   bool exchange(const method_calls::MethodCall& method, const std::string& request,
                 ObjStoreResponse& response);
 
-  sendConfig m_Exchange;
+  sendConfig m_Sender;
 };

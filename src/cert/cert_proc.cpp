@@ -1,4 +1,5 @@
-// The certificate commands of the program: what each asks of CertMgr, logs and prints.
+// The certificate commands of the program. Each calls operations of CertMgr, logs the outcome and
+// returns the exit status.
 
 #include "cert/cert_proc.h"
 
@@ -19,7 +20,7 @@ namespace {
 constexpr int StatusFailed = 1;
 constexpr int StatusNoSuchFile = 2;
 
-/// Prints the subject that the printer proposes, one field per line.
+/// -rcerdefs: prints the subject that the printer proposes, one field per line.
 int readDefaults(const configDetails& config) {
   CertMgr manager(config.getUSB());
   std::string organisation;
@@ -42,7 +43,7 @@ int readDefaults(const configDetails& config) {
   return 0;
 }
 
-/// Makes the printer create a certificate request and saves it to a file.
+/// -csr: makes the printer create a certificate request and saves it to a file.
 int createRequest(const configDetails& config) {
   CertMgr manager(config.getUSB());
   const char* const organisation = config.getCerOrg().c_str();
@@ -76,8 +77,8 @@ int createRequest(const configDetails& config) {
   return 0;
 }
 
-/// Installs a CA certificate or a signed certificate. If both files are configured, the CA's is
-/// used.
+/// -icer: installs a CA certificate or a signed certificate. If both files are configured, installs
+/// the CA certificate.
 int install(const configDetails& config) {
   const bool isCa = !config.get802CACertFile().empty();
   const char* const path =

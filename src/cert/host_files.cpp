@@ -45,21 +45,21 @@ struct Transfer {
 template <typename Step>
 Transfer transferAll(std::size_t size, Step step) {
   Transfer result;
-  const auto take = [&] {
+  const auto runStep = [&] {
     errno = 0;
     const ssize_t count = step(result.done);
     result.error = errno;
     result.done += count > 0 ? static_cast<std::size_t>(count) : 0;
     return count;
   };
-  take();
+  runStep();
   if (result.done < size && result.error == EAGAIN) {
     result.trouble = Transfer::AtOnce;
     return result;
   }
   util::Deadline tryAgain(TryAgainLimitSeconds);
   while (result.done < size && !tryAgain.hasPassed()) {
-    const ssize_t count = take();
+    const ssize_t count = runStep();
     if (count > 0) {
       tryAgain.restart();
     } else if (count < 0 && result.error == EAGAIN) {

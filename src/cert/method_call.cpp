@@ -38,10 +38,11 @@ constexpr std::array SignedFile = {
     Parameter{"cert_syst_dot_pem_file", Base64Text},
 };
 
+// The XML declarations. Only readCertDefaults has the plain one.
 constexpr std::string_view PlainProlog = R"(<?xml version="1.0"?>)";
 constexpr std::string_view Prolog = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 
-// Buffer sizes in bytes.
+// Buffer sizes in bytes. A longer request is not sent.
 constexpr std::size_t Small = 2048;
 constexpr std::size_t Usual = 3072;
 constexpr std::size_t WithFile = 16384;

@@ -26,13 +26,17 @@ enum class Shape {
 
 /// One row of the table.
 struct MethodCall {
+  /// The request number that belongs to the method.
   int requestId = 0;
   std::string_view method{};
   Shape shape = Shape::Map;
+  /// In the order in which they are sent.
   std::span<const Parameter> parameters{};
+  /// The XML declaration.
   std::string_view prolog{};
   /// Bytes that the request may have, including a zero byte.
   std::size_t bufferSize = 0;
+  /// After this time no further packet of the reply is read.
   int timeoutSeconds = 0;
   /// The start of the diagnostic line about a status other than 1.
   const char* failure = "";

@@ -119,7 +119,7 @@ int CertMgr::getObjStoreResponse(const char* xml, char*& xmlOut, int timeoutSeco
   }
   unsigned char* reply = nullptr;
   const int size =
-      m_Exchange.sendQuery(command, static_cast<int>(commandSize), reply, timeoutSeconds);
+      m_Sender.sendQuery(command, static_cast<int>(commandSize), reply, timeoutSeconds);
   const std::unique_ptr<unsigned char[]> ownedReply(reply);
   if (size > 0) {
     // The text of a reply is shorter than the reply, so a text and its zero byte always fit.

@@ -24,6 +24,7 @@ constexpr int Failed = -1;
 
 /// Bytes of the one-line subject. OpenSSL leaves out components that do not fit.
 constexpr std::size_t SubjectSize = 256;
+/// Bytes for the validity text, which has 26 characters.
 constexpr std::size_t ValiditySize = 128;
 
 // The lengths of a UTCTime and of the longest accepted GeneralizedTime.
@@ -103,6 +104,7 @@ std::string validityOf(const X509* certificate) {
   return text.data();
 }
 
+/// Returns true for 1 to 12.
 bool isMonth(int month) {
   return month >= 1 && month <= static_cast<int>(MonthNames.size());
 }

@@ -1,3 +1,5 @@
+// Finds the mode of a command switch in the command table.
+
 #include "cli/command_mode.h"
 
 #include <algorithm>
@@ -7,7 +9,7 @@
 
 namespace {
 
-/// The modes alone: the program does not contain the texts for the manual.
+/// The modes of the table without the texts for the manual page, which the program does not need.
 constexpr auto Modes = [] {
   std::array<CommandMode, CommandTable.size()> modes{};
   std::ranges::transform(CommandTable, modes.begin(), &CommandRow::mode);

@@ -8,49 +8,64 @@
 #include "cli/command_mode.h"
 #include "npa/status_texts.h"
 
-/// Exit statuses from `lowest` to `highest`, and what they mean.
+/// A range of exit statuses, from `lowest` to `highest`, and what they mean. The meaning is a
+/// phrase without a full stop; it is empty if the command has only this status.
+///
+///     ExitStatus{255, 255, "refused"}
 struct ExitStatus {
   int lowest = 0;
   int highest = 0;
   std::string_view meaning;
 };
 
-/// A command switch: what it runs, and what is written about it. The manual page and the shells'
-/// completions are made from these rows, and the tests take the exit statuses from them.
+/// One row of the command table: what a switch runs, and its description. The build generates the
+/// manual page and the shells' completions from these rows.
 struct CommandRow {
+  /// What the program does for the switch. Only this column is part of the program.
   CommandMode mode;
+  /// The possible exit statuses, in ascending order. Tests accept no other.
   std::span<const ExitStatus> statuses;
-  std::string_view help;          ///< one line: an imperative or a noun, without a full stop
-  std::string_view details = {};  ///< what the manual page adds: sentences, in scdoc
+  /// One line: an imperative or a noun, without a full stop.
+  std::string_view help;
+  /// What the manual page adds: sentences, in the markup of scdoc.
+  std::string_view details = {};
 };
 
+/// The exit statuses of the commands: lowest, highest, meaning. A result of -1 is the status 255.
 namespace exit_statuses {
 
+/// For commands that succeed with any reply, and without one.
 inline constexpr std::array Always = {ExitStatus{0, 0, ""}};
+/// For the commands that store settings (-c, -ca).
 inline constexpr std::array Configured = {
     ExitStatus{0, 0, "accepted"},
     ExitStatus{1, 1, "not accepted"},
     ExitStatus{255, 255, "refused, or no answer"},
 };
+/// For -s.
 inline constexpr std::array SsidRead = {
     ExitStatus{0, 0, "printed"},
     ExitStatus{1, 1, "no answer, or no SSID"},
     ExitStatus{255, 255, "refused"},
 };
+/// For -ip.
 inline constexpr std::array AddressRead = {
     ExitStatus{0, 0, "printed"},
     ExitStatus{1, 1, "no address yet, or no answer"},
     ExitStatus{255, 255, "refused"},
 };
+/// For -t: the code itself is the status, so 1 and 255 are ambiguous.
 inline constexpr std::array TroubleCodes = {
     ExitStatus{0, 0, "no trouble"},
     ExitStatus{1, 255, "the trouble code (1 may also mean no answer, 255 refused)"},
 };
+/// For -a.
 inline constexpr std::array DescriptorRead = {
     ExitStatus{0, 0, "received"},
     ExitStatus{1, 1, "no answer, or a descriptor that does not end in \"-\""},
 };
-/// Those that have a text, all others, and the missing one.
+/// For -802s: a row for each status that has a text, one for all other statuses, and one for a
+/// missing status.
 inline constexpr auto AuthStatuses = [] {
   constexpr std::size_t named = npa::AuthStatusTexts.size();
   std::array<ExitStatus, named + 2> statuses{};
@@ -62,19 +77,23 @@ inline constexpr auto AuthStatuses = [] {
   statuses[named + 1] = {255, 255, "no answer, or refused"};
   return statuses;
 }();
+/// For -rcerdefs.
 inline constexpr std::array DefaultsRead = {
     ExitStatus{0, 0, "printed"},
     ExitStatus{1, 1, "the printer returns no subject"},
 };
+/// For -csr.
 inline constexpr std::array RequestMade = {
     ExitStatus{0, 0, "saved"},
     ExitStatus{1, 1, "not made, or not saved"},
 };
+/// For -icer.
 inline constexpr std::array Installed = {
     ExitStatus{0, 0, "installed"},
     ExitStatus{1, 1, "not installed, or no file named"},
     ExitStatus{2, 2, "the file does not exist"},
 };
+/// For -r.
 inline constexpr std::array ResetDone = {
     ExitStatus{0, 0, "confirmed"},
     ExitStatus{1, 1, "not confirmed"},
@@ -82,7 +101,7 @@ inline constexpr std::array ResetDone = {
 
 }  // namespace exit_statuses
 
-/// All command switches.
+/// All command switches, in the order of the manual page. No switch occurs twice.
 inline constexpr std::array CommandTable = {
     CommandRow{.mode = {.name = "-c",
                         .input = CommandMode::Input::Options,
@@ -167,7 +186,7 @@ inline constexpr std::array CommandTable = {
                .help = "print a help text, as zvkconfig does without arguments"},
 };
 
-/// What any other text runs.
+/// The row for any text that is not a switch. Neither the manual page nor the completions list it.
 inline constexpr CommandRow DefaultRunRow = {
     .mode = {.name = {}, .worker = CommandMode::Worker::DefaultRun},
     .statuses = exit_statuses::Always,

@@ -1,9 +1,11 @@
-// The program's memory: every form of operator new and of operator delete.
+// The program's memory: all forms of operator new and operator delete. Memory is cleared before it
+// is freed.
 //
-// Keys and passwords, and the packets made of them, pass through strings and vectors of many kinds,
-// all of which release their memory here, where it is cleared first. The forms are replaced
-// together: a form that came from elsewhere, such as a sanitizer's runtime, could take memory that
-// these release.
+// Reason: keys and passwords, and the packets that contain them, pass through many strings and
+// vectors. All of these free their memory here, so no freed block still contains a secret.
+//
+// All forms are replaced together. Otherwise a form of the C++ library or of a sanitizer could
+// allocate a block that a form of this file frees, or the other way round.
 
 #include <cstddef>
 #include <cstdlib>
@@ -15,9 +17,9 @@ namespace {
 
 constexpr std::align_val_t OrdinaryAlignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
 
-/// Returns nullptr if memory runs out.
-void* takeOrNull(std::size_t size, std::align_val_t alignment = OrdinaryAlignment) noexcept {
-  // A block of no bytes has its own address, too.
+/// Returns a new block of at least `size` bytes, or nullptr if memory runs out.
+void* allocateOrNull(std::size_t size, std::align_val_t alignment = OrdinaryAlignment) noexcept {
+  // A block of 0 bytes must have its own address, too, and malloc(0) may return nullptr.
   const std::size_t wanted = size == 0 ? 1 : size;
   if (alignment <= OrdinaryAlignment) {
     return std::malloc(wanted);
@@ -27,57 +29,66 @@ void* takeOrNull(std::size_t size, std::align_val_t alignment = OrdinaryAlignmen
                                                                                     : nullptr;
 }
 
-void* take(std::size_t size, std::align_val_t alignment = OrdinaryAlignment) {
-  if (void* const block = takeOrNull(size, alignment)) {
+/// Returns a new block, or throws `std::bad_alloc` if memory runs out.
+void* allocate(std::size_t size, std::align_val_t alignment = OrdinaryAlignment) {
+  if (void* const block = allocateOrNull(size, alignment)) {
     return block;
   }
   throw std::bad_alloc();
 }
 
+/// Clears and frees a block of any form of operator new. Does nothing for nullptr.
 void release(void* block) noexcept {
   if (block == nullptr) {
     return;
   }
-  // Unlike memset it is not left out although nobody reads the memory any more.
+  // The compiler may remove a memset here, because nothing reads the memory later. It keeps
+  // explicit_bzero. The usable size may exceed the requested one, and all of it was writable.
   ::explicit_bzero(block, ::malloc_usable_size(block));
   std::free(block);
 }
 
 }  // namespace
 
+// These forms throw `std::bad_alloc` if memory runs out.
+
 void* operator new(std::size_t size) {
-  return take(size);
+  return allocate(size);
 }
 
 void* operator new[](std::size_t size) {
-  return take(size);
+  return allocate(size);
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment) {
-  return take(size, alignment);
+  return allocate(size, alignment);
 }
 
 void* operator new[](std::size_t size, std::align_val_t alignment) {
-  return take(size, alignment);
+  return allocate(size, alignment);
 }
 
+// These forms return nullptr if memory runs out.
+
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-  return takeOrNull(size);
+  return allocateOrNull(size);
 }
 
 void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-  return takeOrNull(size);
+  return allocateOrNull(size);
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment,
                    const std::nothrow_t& /*tag*/) noexcept {
-  return takeOrNull(size, alignment);
+  return allocateOrNull(size, alignment);
 }
 
 void* operator new[](std::size_t size, std::align_val_t alignment,
                      const std::nothrow_t& /*tag*/) noexcept {
-  return takeOrNull(size, alignment);
+  return allocateOrNull(size, alignment);
 }
+
+// These forms ignore size and alignment: free() needs neither.
 
 void operator delete(void* block) noexcept {
   release(block);

@@ -1,3 +1,5 @@
+// The run of one command: settings, command, retry with bare packets, help text.
+
 #include "cli/zvk_setup.h"
 
 #include <cstddef>
@@ -10,12 +12,14 @@
 
 namespace {
 
-/// What the generator answers when the adapter refused.
+/// The result that leads to a retry: the request was refused or, for some operations, not answered.
 constexpr int Refused = -1;
+/// How long the packets of a reply to NPA data are collected.
 constexpr int RawReplyTimeoutSeconds = 10;
+/// The device if the arguments name none.
 constexpr const char* DefaultDevice = "/dev/usb/lp0";
 
-// Positions in the argument list.
+// Indexes of the arguments: zvkconfig COMMAND -file FILE DEVICE
 constexpr std::size_t CommandIndex = 1;
 constexpr std::size_t FileSwitchIndex = 2;
 constexpr std::size_t FileNameIndex = 3;
@@ -53,6 +57,7 @@ int zvkSetup::setDevice() {
     case CommandMode::Worker::Certificates:
       break;
   }
+  // The result of the default run is ignored on purpose.
   m_Generator->generate();
   return 0;
 }
@@ -71,17 +76,17 @@ void zvkSetup::readSettings() {
   }
 }
 
-bool zvkSetup::wantsFile() const {
+bool zvkSetup::hasFileSwitch() const {
   return m_Arguments.at(FileSwitchIndex) == "-file";
 }
 
 void zvkSetup::readOptions() {
-  if (!wantsFile()) {
+  if (!hasFileSwitch()) {
     m_Configuration->parseParm(m_ArgumentCount, m_Arguments);
     return;
   }
   std::string device = DefaultDevice;
-  // With exactly four arguments this looks up a fifth, and the run ends: the device is required.
+  // If FILE is the last argument, this lookup throws: a device is required.
   if (m_ArgumentCount > static_cast<int>(FileNameIndex)) {
     device = m_Arguments.at(FileDeviceIndex);
   }
@@ -89,7 +94,7 @@ void zvkSetup::readOptions() {
 }
 
 void zvkSetup::readNpaFile() {
-  if (wantsFile()) {
+  if (hasFileSwitch()) {
     m_Configuration->parseUSB(m_ArgumentCount, m_Arguments);
     m_Configuration->parseNPAFile(m_Arguments.at(FileNameIndex).c_str());
   }
@@ -103,6 +108,7 @@ int zvkSetup::runGenerator() {
   if (result != Refused || !m_Mode.retriesBare) {
     return result;
   }
+  // An adapter that does not know wrappers refuses them.
   m_Generator->setWrapMode(false);
   return run();
 }
@@ -111,13 +117,15 @@ int zvkSetup::sendNpaData() {
   unsigned char* buffer = nullptr;
   const int converted = Utility::getHexValues(m_Configuration->getNPAFileData().c_str(), buffer);
   const std::unique_ptr<unsigned char[]> bytes(buffer);
-  // Whether there are bytes is told by the buffer, not by the count.
+  // An invalid text leaves the buffer null, but its count is not 0: check the buffer.
   const int count = bytes ? converted : 0;
   util::debugLine("NPA data: %d bytes", count);
   Utility::ShowBytes(bytes.get(), count);
   return m_Generator->sendNPAData(bytes.get(), count, RawReplyTimeoutSeconds);
 }
 
+// The text is part of the interface, with its oddities: it has only the options of the basic
+// configuration, it calls "--passwd" "--password", and it ends the channels at 6 instead of 11.
 int zvkSetup::showHelp() {
   std::fputs(
       "\n"

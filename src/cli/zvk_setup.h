@@ -8,44 +8,53 @@
 #include "settings/config_details.h"
 #include "wireless/wnpa_generator.h"
 
-/// One run of the program: fills the settings from the command line, runs the one command that the
-/// first argument names, and keeps its result.
+/// One run of the program. The constructor does all the work: it fills the settings from the
+/// command line, runs the one command that the first argument names, and stores its result.
+///
+///     const zvkSetup run(argc, argv);  // argv[1] is the command switch
+///     return run.getReturnCode();
 class zvkSetup {
  public:
-  /// Copies the arguments and does the whole run. Throws `std::out_of_range`, which nobody catches,
-  /// when the command needs an argument that is not there.
+  /// Copies the arguments and calls `setDevice`. Throws `std::out_of_range`, which nobody catches,
+  /// if the command needs an argument that is missing.
   zvkSetup(int argumentCount, char** arguments);
   ~zvkSetup() = default;
   zvkSetup(const zvkSetup&) = delete;
   zvkSetup& operator=(const zvkSetup&) = delete;
 
-  /// Fills the settings for the command and runs it; returns the command's status.
+  /// Fills the settings for the command and runs it. Returns the command's status.
   int setDevice();
 
-  /// Returns what `setDevice` returned in the constructor: the process's exit status.
+  /// Returns the result of the command. It is the process's exit status, so -1 becomes 255.
   int getReturnCode() const { return m_ReturnCode; }
 
-  /// Writes the help text to standard output; returns 0.
+  /// Writes the help text to standard output. Returns 0.
   static int showHelp();
 
  private:
+  /// Fills the settings from the source that the command's mode names.
   void readSettings();
+  /// Reads the options from the command line, or from a file after "-file".
   void readOptions();
+  /// Reads the device path and the NPA data file after "-file". Reads nothing without "-file".
   void readNpaFile();
-  bool wantsFile() const;
+  /// Returns true if "-file" follows the command switch. Throws if nothing follows it.
+  bool hasFileSwitch() const;
 
-  /// Runs the generator's operation, and once more with bare packets if it was refused and the
-  /// command is one to be repeated.
+  /// Runs the generator's operation. If it returns -1 and the command allows a retry, switches wrap
+  /// mode off and runs it once more. Returns the result of the last run.
   int runGenerator();
-  /// Sends the bytes of the NPA data as they stand.
+  /// Converts the hex text of the NPA data file to bytes and sends them unchanged. Returns 0.
   int sendNpaData();
 
   int m_ArgumentCount;
-  std::vector<std::string> m_Arguments;
-  std::string m_Command;
+  std::vector<std::string> m_Arguments;  ///< includes the program's path at index 0
+  std::string m_Command;                 ///< the command switch
   const CommandMode& m_Mode;
   std::unique_ptr<configDetails> m_Configuration;
-  // After the settings, which the generator reads: destroyed before them.
+  // Declared after the settings, so it is destroyed before them: it has a pointer to them. Null for
+  // the commands of `CertProc`.
   std::unique_ptr<wnpaGenerator> m_Generator;
+  // Declared last, because its initialiser runs the command with all the other members.
   int m_ReturnCode;
 };

@@ -8,6 +8,7 @@ namespace {
 
 using Reply = Exchange::Reply;
 
+// The last bytes of expected replies.
 constexpr npa::Byte SettingsAccepted = 0x01;
 constexpr npa::Byte DescriptorEnd = '-';
 constexpr npa::Byte NoTrouble = 0x00;
@@ -18,10 +19,12 @@ bool endsWith(Reply reply, std::size_t /*requestSize*/) {
   return !reply.empty() && reply.back() == Last;
 }
 
+/// Returns true if the reply reaches the SSID, which may be empty.
 bool hasSsid(Reply reply, std::size_t requestSize) {
   return npa::ssidIn(reply, requestSize).has_value();
 }
 
+/// Returns true if the adapter has an IP address. Until then it sends 0.0.0.0.
 bool hasAddress(Reply reply, std::size_t /*requestSize*/) {
   return npa::addressIn(reply).has_value();
 }

@@ -1,4 +1,4 @@
-// Running an exchange, collecting a reply of several packets, and the operations made of the two.
+// Runs an exchange, collects a reply of several packets, and has the operations that use the two.
 
 #include "npa/send_config.h"
 
@@ -18,6 +18,7 @@
 
 namespace {
 
+/// The pause between a request and collecting its reply. The adapter needs it.
 constexpr unsigned int QueryPauseSeconds = 2;
 
 // The results of the operations that return a status.
@@ -25,6 +26,7 @@ constexpr int Success = 0;
 constexpr int Refused = -1;
 constexpr int NoValidAnswer = 1;
 
+/// Returns the status for an outcome. A missing reply has the status of an unexpected one.
 int statusOf(const npa::Outcome& outcome) {
   switch (outcome.kind) {
     case npa::Outcome::Kind::Accepted:
@@ -38,6 +40,7 @@ int statusOf(const npa::Outcome& outcome) {
   return NoValidAnswer;
 }
 
+/// Returns the bytes of a packet; none if `length` is negative.
 std::span<unsigned char> bytesOf(unsigned char* packet, int length) {
   return {packet, static_cast<std::size_t>(std::max(length, 0))};
 }
@@ -155,7 +158,8 @@ npa::Outcome sendConfig::run(const Exchange& exchange, std::span<unsigned char> 
 
 int sendConfig::setConfig(unsigned char* packet, int length) {
   const npa::Outcome outcome = run(exchanges::SetConfig, bytesOf(packet, length));
-  // For this request a missing reply counts as a refusal: the caller then retries a bare packet.
+  // For this request a missing reply counts as a refusal: the caller then retries with a bare
+  // packet.
   return outcome.kind == npa::Outcome::Kind::NoAnswer ? Refused : statusOf(outcome);
 }
 

@@ -36,10 +36,10 @@ class sendConfig {
   };
   void setReading(Reading reading) { m_Reading = reading; }
 
-  /// Sends a request and returns the collected reply: the command and data bytes of each reply
-  /// packet, in order. The reply ends with a packet that announces no further one. Reading starts 2
-  /// s after the request. After `timeout` more seconds no further packet is read. Returns an empty
-  /// vector if there is no reply.
+  /// Sends a request of any kind and returns the collected reply: the command and data bytes of
+  /// each reply packet, in order. The reply ends with a packet that announces no further one.
+  /// Reading starts 2 s after the request. After `timeout` more seconds no further packet is read.
+  /// Returns an empty vector if there is no reply.
   [[nodiscard]] std::vector<unsigned char> query(std::span<unsigned char> request, int timeout);
 
   /// Does the same as `query`. Returns the count of collected bytes and sets `reply` to a new array
@@ -82,6 +82,6 @@ class sendConfig {
   bool readExactly(std::span<unsigned char> destination);
 
   std::string m_DevicePath;
-  HCUSBTransport* m_Transport;
+  HCUSBTransport* m_Transport;  ///< shared, returned by the destructor
   Reading m_Reading = Reading::UntilSilence;
 };

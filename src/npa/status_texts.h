@@ -5,7 +5,8 @@
 
 namespace npa {
 
-/// The texts of the 802.1x authentication status. The index is the status code.
+/// The texts of the 802.1x authentication status. The index is the value of the setting
+/// `settings::AuthStatus`. An adapter may send larger values, which have no text.
 inline constexpr std::array<std::string_view, 12> AuthStatusTexts = {
     "802.1x not enabled",
     "NOT authenticated (deprecated)",

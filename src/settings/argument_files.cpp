@@ -1,4 +1,5 @@
-// The files of configDetails: options, and NPA data as hex text.
+// The files that configDetails reads: argument files with one option per line, and NPA data files
+// with the bytes of a packet as hex text.
 
 #include <array>
 #include <cstddef>
@@ -11,9 +12,10 @@
 
 namespace {
 
-/// A line's piece of at most 255 characters and its end.
+/// A line, or a piece of a longer one: at most 255 characters and a zero byte.
 using LineBuffer = std::array<char, 256>;
 
+/// Returns true for 0 to 9, A to F and a to f, in any locale.
 bool isHexDigit(char c) {
   return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
 }
@@ -21,6 +23,7 @@ bool isHexDigit(char c) {
 }  // namespace
 
 std::FILE* configDetails::open(const char* path) {
+  // "e" closes the file in programs that this one might start.
   File file(std::fopen(path, "re"));
   return file ? m_Files.emplace_back(std::move(file)).get() : nullptr;
 }
@@ -28,11 +31,13 @@ std::FILE* configDetails::open(const char* path) {
 int configDetails::parseFile(std::string path, std::string usbPath) {
   slot(Setting::Usb) = usbPath;
   std::FILE* const file = open(path.c_str());
+  // A missing file is no error: the options keep their initial values.
   if (file == nullptr) {
     return 0;
   }
   LineBuffer buffer{};
   while (std::fgets(buffer.data(), buffer.size(), file) != nullptr) {
+    // Removes the line end. A carriage return before it stays, as part of the value.
     const std::string line(buffer.data(), std::strcspn(buffer.data(), "\n"));
     if (!line.starts_with('#')) {
       applyOptions(line);
@@ -46,6 +51,7 @@ int configDetails::parseNPAFile(const char* path) {
   if (file == nullptr) {
     return -1;
   }
+  // Only digits are kept. An odd digit at the end is dropped when the text is converted to bytes.
   std::string& digits = slot(Setting::NpaFileData);
   digits.clear();
   std::array<char, 4096> block{};

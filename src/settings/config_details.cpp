@@ -1,3 +1,5 @@
+// The settings of one run: initial values, and options from the command line.
+
 #include "settings/config_details.h"
 
 #include <algorithm>
@@ -6,14 +8,15 @@
 
 namespace {
 
-/// Arguments 1 to `count` - 1, as many of them as there are.
-std::span<const std::string> argumentsBehindProgram(int count,
-                                                    const std::vector<std::string>& args) {
+/// Returns the arguments 1 to `count - 1`, or up to the last one if there are fewer.
+std::span<const std::string> argumentsAfterProgram(int count,
+                                                   const std::vector<std::string>& args) {
   const std::size_t end = std::min(static_cast<std::size_t>(std::max(count, 1)), args.size());
   return args.empty() ? std::span<const std::string>() : std::span(args).subspan(1, end - 1);
 }
 
-/// What a run needs of a row: the program does not contain the texts for the manual.
+/// The columns of the option table that a run needs. The program does not contain the texts for the
+/// manual page.
 struct Key {
   std::string_view text;
   Setting setting = Setting::Usb;
@@ -28,6 +31,7 @@ constexpr auto Keys = [] {
   return keys;
 }();
 
+/// Returns true if the argument is a device path. A path that contains "-" is never recognised.
 bool isDevicePath(const std::string& argument) {
   return argument.find('-') == std::string::npos;
 }
@@ -45,8 +49,10 @@ int configDetails::getParmValue(std::string text, std::string key, std::string* 
   if (text.find(key) == std::string::npos) {
     return 0;
   }
+  // The search includes the text before the key.
   const std::size_t open = text.find('"');
   if (open == std::string::npos) {
+    // On purpose not the text after the key: the value is correct only if the key comes first.
     *value = text.substr(key.size());
     return 0;
   }
@@ -57,13 +63,14 @@ int configDetails::getParmValue(std::string text, std::string key, std::string* 
 }
 
 void configDetails::applyOptions(const std::string& argument) {
+  // All keys, because an argument can contain several: each sets its setting.
   for (const Key& key : Keys) {
     getParmValue(argument, std::string(key.text), &slot(key.setting));
   }
 }
 
 int configDetails::parseParm(int count, std::vector<std::string> args) {
-  for (const std::string& argument : argumentsBehindProgram(count, args)) {
+  for (const std::string& argument : argumentsAfterProgram(count, args)) {
     if (isDevicePath(argument)) {
       slot(Setting::Usb) = argument;
     } else {
@@ -74,7 +81,7 @@ int configDetails::parseParm(int count, std::vector<std::string> args) {
 }
 
 int configDetails::parseUSB(int count, std::vector<std::string> args) {
-  for (const std::string& argument : argumentsBehindProgram(count, args)) {
+  for (const std::string& argument : argumentsAfterProgram(count, args)) {
     if (isDevicePath(argument)) {
       slot(Setting::Usb) = argument;
     }

@@ -5,15 +5,15 @@
 #include <span>
 #include <string_view>
 
-/// The settings of one run, each held as text.
+/// The settings of one run. `configDetails` keeps a text for each; the values are its indexes.
 enum class Setting : std::size_t {
-  Usb,  ///< an argument without "-"
+  Usb,  ///< the device path: an argument without "-"
   Ssid,
   Channel,
   Mode,
   Security,
   Passwd,
-  NpaFileData,  ///< the digits of an NPA data file
+  NpaFileData,  ///< the hex digits of an NPA data file
   Encryption,
   AuthExt,
   AuthInner,
@@ -21,6 +21,7 @@ enum class Setting : std::size_t {
   Password,
   CaCertFile,
   SignedCertFile,
+  // `configDetails::getWEPKey` computes the index from that of the first key.
   WepKey1,
   WepKey2,
   WepKey3,
@@ -36,21 +37,23 @@ enum class Setting : std::size_t {
   CerAltName,
   CerFriendlyName,
   CerFilePath,
-  Count,
+  Count,  ///< the count of settings, not a setting
 };
 
-/// An option of the command line or of an argument file, and the setting that it fills. The manual
-/// page and the shells' completions are made from these rows.
+/// One row of the option table: an option of the command line or of an argument file, the setting
+/// that it sets, and its description. The build generates the manual page and the shells'
+/// completions from these rows. The program itself uses only key, setting and initial value.
 struct SettingOption {
   /// The section of the manual page.
   enum class Section { Networks, Keys, Authentication, Certificates };
 
-  /// What a value is. Nothing checks it here: an encoder decides what a text means.
+  /// The kind of value, for the descriptions. Nothing checks a value: an encoder decides what a
+  /// text means.
   enum class Kind {
-    Text,
+    Text,      ///< any text
     Word,      ///< one of `words`
     WordList,  ///< some of `words`, with "|" between them
-    File,
+    File,      ///< a path on the host
   };
 
   /// The words that an option takes with one command, or with any if `command` is empty.
@@ -59,24 +62,35 @@ struct SettingOption {
     std::span<const std::string_view> list = {};
   };
 
-  std::string_view key;  ///< with its "="
+  /// The option as typed, with its "=".
+  std::string_view key;
+  /// The setting that the option sets.
   Setting setting;
   Section section;
   Kind kind = Kind::Text;
+  /// The placeholder for the value in the manual page.
   std::string_view valueName = "TEXT";
+  /// The words of a `Word` or a `WordList`.
   std::array<Words, 2> words = {};
-  std::string_view initial = {};  ///< the value if the option is not given
-  std::string_view help;          ///< one line: an imperative or a noun, without a full stop
-  std::string_view details = {};  ///< what the manual page adds: sentences, in scdoc
+  /// The value if the option is not given.
+  std::string_view initial = {};
+  /// One line: an imperative or a noun, without a full stop.
+  std::string_view help;
+  /// What the manual page adds: sentences, in the markup of scdoc.
+  std::string_view details = {};
 };
 
+/// The words of the options. The encoders have separate tables of the words that they know
+/// (src/wireless).
 namespace option_words {
 
 inline constexpr auto Modes = std::to_array<std::string_view>({"Managed", "Ad-Hoc"});
 inline constexpr auto Channels =
     std::to_array<std::string_view>({"1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11"});
+/// The securities of -c. The numbers that are sent are in encoders.cpp.
 inline constexpr auto BasicSecurities =
     std::to_array<std::string_view>({"None", "WEP", "WPA", "WPA2"});
+/// The securities of -ca. Each selects a sequence in sequences.cpp.
 inline constexpr auto AdvancedSecurities =
     std::to_array<std::string_view>({"OPEN", "SHARED", "WPA-PER", "WPA-ENT", "802.1x"});
 inline constexpr auto Encryptions = std::to_array<std::string_view>(
@@ -89,7 +103,7 @@ inline constexpr auto WepKeyNumbers = std::to_array<std::string_view>({"1", "2",
 
 }  // namespace option_words
 
-/// All options, in the order in which their keys are tried.
+/// All options, in the order of their settings. A run matches each argument with every key.
 inline constexpr std::array SettingOptions = {
     SettingOption{.key = "--ssid=",
                   .setting = Setting::Ssid,
@@ -127,10 +141,9 @@ inline constexpr std::array SettingOptions = {
                   .help = "security of the network",
                   .details =
                       "*WPA* and *WPA2* are the same: the adapter chooses the version. *SHARED* is "
-                      "WEP with a "
-                      "shared key, *WPA-PER* is WPA personal, *WPA-ENT* is WPA enterprise. The "
-                      "text is compared "
-                      "exactly. For an unknown one *-c* stores \"none\", and *-ca* sends nothing."},
+                      "WEP with a shared key, *WPA-PER* is WPA personal, *WPA-ENT* is WPA "
+                      "enterprise. The text is compared exactly. For an unknown one *-c* stores "
+                      "\"none\", and *-ca* sends nothing."},
     SettingOption{.key = "--passwd=",
                   .setting = Setting::Passwd,
                   .section = SettingOption::Section::Networks,
@@ -222,8 +235,9 @@ inline constexpr std::array SettingOptions = {
                   .setting = Setting::Psk,
                   .section = SettingOption::Section::Keys,
                   .help = "pre-shared key of at most 64 characters",
-                  .details = "It is for *WPA-PER* and *WPA-ENT*. Without it an empty key is sent: "
-                             "*-ca* asks for nothing."},
+                  .details =
+                      "It is for *WPA-PER* and *WPA-ENT*. Without it *-ca* sends an empty key "
+                      "and does not ask for one."},
     SettingOption{.key = "--cer-common=",
                   .setting = Setting::CerCommonName,
                   .section = SettingOption::Section::Certificates,

@@ -58,7 +58,9 @@ class HCIOConnector {
   /// Returns the `HCIOStatus` of the last operation that set one; `IO_OK` before the first.
   int getLastError() const { return m_LastError; }
 
+  /// Returns the kind of the connector.
   HCDeviceLocTypes getType() const { return m_Type; }
+  /// Sets the kind. Each connector sets its own when it is constructed.
   void setType(HCDeviceLocTypes type) { m_Type = type; }
 
  protected:

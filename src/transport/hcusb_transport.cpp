@@ -17,14 +17,19 @@
 
 namespace {
 
+/// The USB class code of printers.
 constexpr unsigned char PrinterClass = 7;
+/// The kernel's device files, without their number.
 constexpr const char* DevicePrefix = "/dev/usb/lp";
 /// 1 ms for usblp, which counts in microseconds; 1 s for libusb, which counts in milliseconds.
 constexpr unsigned int ProbeTimeout = 1000;
+/// How long a read goes on without a byte.
 constexpr std::time_t SilenceLimitSeconds = 5;
 /// The same in microseconds, the unit of usblp's probe.
 constexpr unsigned int SilenceLimitMicroseconds = 5'000'000;
+/// How long the rest of a request is written after a short first write.
 constexpr std::time_t WriteLimitSeconds = 5;
+/// The most characters of a bus number and of a device number.
 constexpr std::size_t AddressPartLimit = 9;
 
 /// Returns the number after "usblp", or after "/lp" if there is no "usblp". Returns nothing if the
@@ -168,11 +173,11 @@ long HCUSBTransport::CT_Write(unsigned char* buf, unsigned long len, unsigned lo
 void HCUSBTransport::CT_RegisterReadCallback(int (* /*callback*/)(unsigned char*, int)) {}
 
 long HCUSBTransport::writeRequest(std::span<unsigned char> request) {
-  const long taken = CT_Write(request.data(), request.size(), 0);
-  if (taken <= 0 || m_Connector->getType() != HC_LOC_USBLP) {
-    return taken;
+  const long written = CT_Write(request.data(), request.size(), 0);
+  if (written <= 0 || m_Connector->getType() != HC_LOC_USBLP) {
+    return written;
   }
-  auto rest = request.subspan(static_cast<std::size_t>(taken));
+  auto rest = request.subspan(static_cast<std::size_t>(written));
   util::Deadline deadline(WriteLimitSeconds);
   while (!rest.empty() && !deadline.hasPassed()) {
     // Most errors leave the status unchanged. The probe replaces it, so a later IO_TRY_AGAIN is the

@@ -45,6 +45,7 @@ class HCUSBTransport : public CommTransport {
   /// Writes once. Returns the connector's count, or -1 if there is no connector.
   long CT_Write(unsigned char* buf, unsigned long len, unsigned long timeout) override;
 
+  /// Does nothing.
   void CT_RegisterReadCallback(int (*callback)(unsigned char*, int)) override;
 
   /// How the transport waits for bytes over usblp.
@@ -70,11 +71,14 @@ class HCUSBTransport : public CommTransport {
  private:
   HCUSBTransport() = default;
 
+  /// Selects the usblp connector and opens "/dev/usb/lpNUMBER". Returns 0, or -1 on failure.
   int openUsblp(int number);
+  /// Selects the libusb connector and opens the printer at this address. Returns 0, or -1 on
+  /// failure.
   int openLibUsb(int bus, int device);
 
   static std::unique_ptr<HCUSBTransport> m_Instance;
-  static int m_RefCount;
+  static int m_RefCount;  ///< the count of users
 
   /// Reads more bytes after the first `got` until `wanted` have arrived or the printer stops
   /// sending. Returns the count of all.
@@ -83,7 +87,7 @@ class HCUSBTransport : public CommTransport {
   unsigned int probeTimeout() const;
   void observe(Direction direction, const unsigned char* bytes, long count) const;
 
-  std::unique_ptr<HCIOConnector> m_Connector;
+  std::unique_ptr<HCIOConnector> m_Connector;  ///< null until the first `CT_Open`
   Waiting m_Waiting = Waiting::Polling;
   Observer m_Observer;
 };

@@ -15,9 +15,11 @@
 
 namespace {
 
+/// Bytes.
 constexpr unsigned long RingCapacity = 0x10000;
-/// Milliseconds that a read waits for each packet.
+/// Milliseconds that a read waits for each USB packet.
 constexpr unsigned int ReadPollTimeout = 10000;
+/// How long the printer may take to accept one chunk.
 constexpr int WriteTimeoutMilliseconds = 5000;
 /// Two minutes of retries. Without a limit, a device that never accepts the bytes would block the
 /// program for ever.

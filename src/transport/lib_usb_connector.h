@@ -12,8 +12,8 @@ struct usb_interface_descriptor;
 
 /// A printer reached through libusb 0.1. The connector finds the device, claims its first interface
 /// of one class and transfers bytes over the bulk endpoints of that interface (USB Device Class
-/// Definition for Printing Devices). Bytes that arrive before they are read wait in a ring of 64
-/// KiB.
+/// Definition for Printing Devices). Bytes that arrive before they are read wait in a ring buffer
+/// of 64 KiB.
 ///
 ///     LibUsbConnector printer(7);      // interfaces of the printer class
 ///     if (printer.open(1, 4) == 0) {   // bus 1, device 4
@@ -49,13 +49,13 @@ class LibUsbConnector : public HCIOConnector {
   /// Does nothing and returns 0.
   int peek(unsigned char* buf, int len) override;
 
-  /// Writes in chunks of the IN endpoint's packet size, with a timeout of 5 s each. Returns the
+  /// Writes in chunks of the IN endpoint's USB packet size, with a timeout of 5 s each. Returns the
   /// count written. It is less than `len` after a stall (`IO_BAD_DEVICE`), another failure
   /// (`IO_FAILED`), or 24 retries of chunks that the printer did not accept (`IO_TRY_AGAIN`). A
   /// closed connector returns 0 and sets no status.
   int write(unsigned char* buf, int len) override;
 
-  /// Reads one packet into the ring and waits for it at most `timeout` milliseconds. Returns
+  /// Reads one USB packet into the ring and waits for it at most `timeout` milliseconds. Returns
   /// `IO_READ_READY`, `IO_TIMEOUT` if no byte arrived, or `IO_FAILED`, also if the packet does not
   /// fit into the ring.
   HCIOStatus isReadReady(unsigned int timeout) override;
@@ -71,12 +71,12 @@ class LibUsbConnector : public HCIOConnector {
   /// Claims the first interface of `dev` that has the wanted class. Returns its alternate setting,
   /// or null if no interface can be claimed.
   struct usb_interface_descriptor* claimFirstInterface(struct usb_device* dev);
-  /// Stores the bulk endpoints of the claimed interface and the packet size of the IN endpoint.
+  /// Stores the bulk endpoints of the claimed interface and the USB packet size of the IN endpoint.
   void findEndpoints(const struct usb_interface_descriptor& alt);
   /// Returns a timeout in the unit in which the bulk read counts.
   int waitLimit(unsigned int timeout) const;
 
-  bool m_TimeoutInSeconds;
+  bool m_TimeoutInSeconds;  ///< true if bulk reads count their timeout in seconds
   CircularBuffer m_RxBuffer;
   unsigned int m_InterfaceClass;
   int m_Interface = 0;

@@ -15,6 +15,7 @@ class ZVK_CAPABILITY("mutex") PosixMutex {
     ErrorChecking,
   };
 
+  /// Creates an unlocked mutex.
   explicit PosixMutex(Kind kind = Kind::Default) {
     pthread_mutexattr_init(&m_MutexAttr);
     if (kind == Kind::ErrorChecking) {

@@ -9,11 +9,15 @@
 #define ZVK_THREAD_ATTRIBUTE(attribute)
 #endif
 
+/// The class is a lock.
 #define ZVK_CAPABILITY(name) ZVK_THREAD_ATTRIBUTE(capability(name))
+/// The class holds a lock during its lifetime.
 #define ZVK_SCOPED_CAPABILITY ZVK_THREAD_ATTRIBUTE(scoped_lockable)
 /// Only a thread that holds the lock may use the variable.
 #define ZVK_GUARDED_BY(lock) ZVK_THREAD_ATTRIBUTE(guarded_by(lock))
 /// A thread that needs both locks takes this one first.
 #define ZVK_ACQUIRED_BEFORE(lock) ZVK_THREAD_ATTRIBUTE(acquired_before(lock))
+/// The function locks.
 #define ZVK_ACQUIRE(...) ZVK_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))
+/// The function unlocks.
 #define ZVK_RELEASE(...) ZVK_THREAD_ATTRIBUTE(release_capability(__VA_ARGS__))

@@ -15,7 +15,9 @@
 
 namespace {
 
+/// A prefix of this many characters is too long.
 constexpr std::size_t PrefixLimit = 63;
+/// The largest accepted number of a device file.
 constexpr int LargestNumber = 16;
 constexpr unsigned int MicrosecondsPerSecond = 1000000;
 

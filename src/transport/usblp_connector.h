@@ -58,8 +58,8 @@ class USBLPConnector : public HCIOConnector {
   /// Sets the status for EAGAIN, EBADF and EINTR only.
   void setStatusFromErrno();
 
-  std::array<char, 64> m_DevicePath{};
-  int m_Fd = -1;
+  std::array<char, 64> m_DevicePath{};  ///< a C string, empty if the arguments are invalid
+  int m_Fd = -1;                        ///< -1 if closed
   PosixMutex m_WriteMutex ZVK_ACQUIRED_BEFORE(m_ReadMutex);
   PosixMutex m_ReadMutex;
 };

@@ -128,6 +128,7 @@ int Base64::encode(unsigned char* in, unsigned long inLen, char* out, unsigned l
   std::span<const unsigned char> bytes(in, in == nullptr ? 0 : inLen);
   const std::size_t groups =
       bytes.size() / BytesPerGroup + (bytes.size() % BytesPerGroup == 0 ? 0 : 1);
+  // A division, because the product of groups and characters may overflow.
   if (out == nullptr || outSize < 1 || groups > (outSize - 1) / CharsPerGroup) {
     return 0;
   }

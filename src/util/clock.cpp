@@ -1,4 +1,4 @@
-// Pauses and the clock, from the system calls.
+// Pauses and the clock, by system calls. Unit tests link a virtual clock in place of the calls.
 
 #include "util/clock.h"
 
@@ -10,6 +10,7 @@ namespace util {
 namespace {
 constexpr useconds_t BriefPauseMicroseconds = 1000;
 
+/// Empty if no front end observes the pauses.
 std::function<void(unsigned int)> pauseObserver;
 }  // namespace
 

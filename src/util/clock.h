@@ -16,10 +16,10 @@ void pauseSeconds(unsigned int seconds);
 ///     util::observePauses([](unsigned int seconds) { showCountdown(seconds); });
 void observePauses(std::function<void(unsigned int seconds)> observer);
 
-/// Pauses for about one millisecond.
+/// Pauses for about one millisecond. The observer is not called.
 void pauseBriefly();
 
-/// Returns the wall-clock time in whole seconds.
+/// Returns the time of day in whole seconds since 1970. It jumps if somebody sets the clock.
 std::time_t nowInSeconds();
 
 }  // namespace util

@@ -1,4 +1,4 @@
-// The default output, the standard streams, and the choice of another one.
+// The default output to the standard streams, and the selection of another output.
 
 #include "util/output.h"
 
@@ -18,7 +18,7 @@ class StandardStreams : public Output {
 };
 
 StandardStreams standardStreams;
-Output* current = &standardStreams;
+Output* current = &standardStreams;  ///< never null, not owned
 
 }  // namespace
 

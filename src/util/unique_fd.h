@@ -14,6 +14,7 @@ namespace util {
 class UniqueFd {
  public:
   UniqueFd() = default;
+  /// Takes over the ownership of `fd`, which may be -1.
   explicit UniqueFd(int fd) : m_Fd(fd) {}
   UniqueFd(UniqueFd&& other) noexcept : m_Fd(other.release()) {}
   UniqueFd& operator=(UniqueFd&& other) noexcept {
@@ -27,7 +28,9 @@ class UniqueFd {
   UniqueFd& operator=(const UniqueFd&) = delete;
   ~UniqueFd() { reset(); }
 
+  /// Returns the descriptor, which this object still owns, or -1 if there is none.
   int get() const { return m_Fd; }
+  /// Returns true if there is a descriptor.
   explicit operator bool() const { return m_Fd >= 0; }
 
   /// Returns the open descriptor and gives up its ownership: the caller closes it.

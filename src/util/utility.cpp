@@ -64,6 +64,7 @@ class DumpWriter {
   DumpWriter(const DumpWriter&) = delete;
   DumpWriter& operator=(const DumpWriter&) = delete;
 
+  /// Adds the line of at most 16 bytes. Bytes that are missing to the line width show as blanks.
   void addLine(std::span<const unsigned char> bytes) {
     if (m_Text.size() - m_Used < LongestLine) {
       flush();
@@ -88,6 +89,7 @@ class DumpWriter {
   /// Each byte once in hex and once as text, a bar and a line end.
   static constexpr std::size_t LongestLine = BytesPerLine * (DumpedWidth + 1) + 2;
 
+  /// Writes the collected lines.
   void flush() {
     util::writeDiagnostic({m_Text.data(), m_Used});
     m_Used = 0;

@@ -19,7 +19,8 @@ struct AuthMethod {
   std::string_view name;
 };
 
-/// In the order in which the flags are sent.
+/// All methods, in the order in which the adapter needs their flags. A forbidden method is sent as
+/// 0.
 constexpr std::array AuthMethods = {
     AuthMethod{npa::settings::MethodMd5, "EAP-MD5"},
     AuthMethod{npa::settings::MethodMsChapV2, "MSCHAPv2"},
@@ -29,8 +30,8 @@ constexpr std::array AuthMethods = {
     AuthMethod{npa::settings::MethodTtls, "EAP-TTLS"},
 };
 
-/// Returns true if the printer holds two certificates of its own, or one CA certificate. Asks for
-/// the CA certificates only if the first answer is not enough.
+/// Returns true if the printer holds two certificates for itself, or one CA certificate. Reads
+/// the list of CA certificates only if the first list is too short.
 bool holdsCertificates(const std::string& device) {
   CertMgr certificates(device);
   std::vector<std::string> names;

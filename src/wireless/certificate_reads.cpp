@@ -98,7 +98,7 @@ int wnpaGenerator::getCertOrganization() {
     if (logOrganization(record)) {
       result = 0;
     }
-    return false;
+    return false;  // also look at the other records
   });
   return result;
 }

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Sent for a text that is not a channel.
+/// The channel that is sent for a text that is no channel from 1 to 11.
 constexpr npa::Byte DefaultChannel = 6;
 
 /// The security as configured, and the code that is sent for it. "OPEN" depends on the encryption.

@@ -1,4 +1,5 @@
-// The packet framing of wnpaGenerator: headers, groups of setting objects and wrappers.
+// The packet framing of wnpaGenerator: the headers of setting objects, configuration packets and
+// wrappers.
 
 #include <algorithm>
 #include <cstddef>
@@ -9,7 +10,7 @@
 #include "wireless/wnpa_generator.h"
 
 wnpaGenerator::wnpaGenerator(configDetails* configuration)
-    : m_Configuration(configuration), m_Exchange(configuration->getUSB()) {}
+    : m_Configuration(configuration), m_Sender(configuration->getUSB()) {}
 
 int wnpaGenerator::constructHeader(unsigned char* object, unsigned int valueSize, char number,
                                    char group) {
@@ -61,7 +62,7 @@ std::vector<unsigned char> wnpaGenerator::outgoing(std::span<const npa::Byte> pa
 // The result is 0 on purpose, whatever arrives.
 int wnpaGenerator::sendNPAData(unsigned char* data, int length, int timeout) {
   std::vector<unsigned char> reply =
-      m_Exchange.query({data, static_cast<std::size_t>(std::max(length, 0))}, timeout);
+      m_Sender.query({data, static_cast<std::size_t>(std::max(length, 0))}, timeout);
   const int count = static_cast<int>(reply.size());
   util::debugLine("sendNPA response (%d bytes)", count);
   Utility::ShowBytes(reply.data(), count);

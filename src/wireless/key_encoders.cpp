@@ -10,7 +10,8 @@
 
 namespace {
 
-// The codes that are sent, and the names in the log by code.
+// The WEP authentication: the security as configured and the code that is sent for it. Any other
+// security is sent as 0, "Auto". The names are for the log; the index is the code.
 constexpr std::array WepAuthCodes = {TextCode{"OPEN", 1}, TextCode{"SHARED", 2}};
 constexpr std::array WepAuthNames = {"Auto", "Open", "Shared"};
 

@@ -13,6 +13,7 @@ namespace {
 /// Longer than usual passwords, so the text is not reallocated. It is also too long for the string
 /// object itself, so the text is in heap memory, which the program clears when it frees it.
 constexpr std::size_t PasswordReserve = 256;
+
 /// Reads a line byte by byte, because the buffer of a stream would keep a copy of the password.
 std::string readLine() {
   std::string line;

@@ -1,5 +1,5 @@
 // The configuration sequences of wnpaGenerator: which settings each command sends, and in which
-// order.
+// order. The default run and the reset are here as well.
 
 #include <algorithm>
 #include <array>
@@ -29,6 +29,7 @@ class wnpaGenerator::Encoder {
   constexpr Encoder(int (Generator::*member)()) : m_Member(member) {}
   // NOLINTEND(google-explicit-constructor)
 
+  /// Appends the object of the setting to the packet of `generator`.
   void append(Generator& generator) const {
     if (m_Row != nullptr) {
       generator.encode(*m_Row);
@@ -52,6 +53,7 @@ struct wnpaGenerator::Section {
 /// The batches: the settings of each command, in the order that the adapter requires. The arrays of
 /// encoders come first, then the batches made of them.
 struct wnpaGenerator::Batches {
+  /// -c and the default run.
   static constexpr auto BasicSettings = std::to_array<Encoder>({
       encodings::Mode,
       &Generator::encodeSecurity,
@@ -60,6 +62,7 @@ struct wnpaGenerator::Batches {
       &Generator::encodePassword,
   });
 
+  /// The network of every security except 802.1x.
   static constexpr auto NetworkSettings = std::to_array<Encoder>({
       encodings::Mode,
       &Generator::encodeSecurity,
@@ -76,14 +79,16 @@ struct wnpaGenerator::Batches {
       &Generator::constructWEPTransmit,
   });
 
+  /// A separate section: WEP-STATIC sends the keys without it.
   static constexpr auto WepAuth = std::to_array<Encoder>({&Generator::constructWEPAuth});
 
+  /// WPA-PER and WPA-ENT send the same settings.
   static constexpr auto WpaSettings = std::to_array<Encoder>({
       encodings::Psk,
       encodings::Encryption,
   });
 
-  /// The options are sent before the network, in their own batch.
+  /// The options of 802.1x. They are sent before the network, in a separate batch.
   static constexpr auto AuthenticationSettings = std::to_array<Encoder>({
       encodings::Encryption,
       &Generator::construct802AuthExtension,
@@ -175,7 +180,7 @@ int wnpaGenerator::sendBatch(Dump dump) {
   if (dump == Dump::Yes) {
     Utility::ShowBytes(m_Packet.data(), size);
   }
-  return m_Exchange.setConfig(m_Packet.data(), size);
+  return m_Sender.setConfig(m_Packet.data(), size);
 }
 
 int wnpaGenerator::configure(const char* announcement, std::span<const Section> sections) {
@@ -203,6 +208,7 @@ int wnpaGenerator::configAdvanced() {
   const std::string& security = m_Configuration->getSecurity();
   util::debugLine("Master security = '%s'", security.c_str());
   const AdvancedMode* const mode = AdvancedMode::find(security);
+  // An unknown security is no error: nothing is sent, and the command succeeds.
   if (mode == nullptr) {
     return 0;
   }
@@ -244,8 +250,8 @@ int wnpaGenerator::configWPAEnt() {
 int wnpaGenerator::config8021x() {
   util::debugLine("Configuring for 8021x...");
   int result = 0;
-  // Without accepted options the network is not sent.
-  // The command does not fail if the printer does not accept the options.
+  // The network is sent only if the printer accepts the options. Otherwise the result stays 0: the
+  // command does not fail, on purpose.
   if (set8021xOptions() == 0) {
     encodeBatch(Batches::AuthenticatedNetwork);
     result = sendBatch(Dump::Yes);
@@ -287,5 +293,5 @@ int wnpaGenerator::generate() {
 
 int wnpaGenerator::reset() {
   std::vector<unsigned char> request = outgoing(npa::ResetPacket);
-  return m_Exchange.resetINA(request.data(), static_cast<int>(request.size()));
+  return m_Sender.resetINA(request.data(), static_cast<int>(request.size()));
 }

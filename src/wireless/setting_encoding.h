@@ -33,11 +33,14 @@ struct SettingEncoding {
     PaddedText,      ///< the text and zero bytes up to `limit`
     Code,            ///< the number of the text in `codes`, in four bytes
   };
+  /// What an empty text appends: nothing, or a setting object of size 0.
   enum class WhenEmpty { Nothing, HeaderAlone };
+  /// Which bytes of the value's size go into the object's length field: both, or only the low one.
   enum class LengthField { Whole, LowByteOnly };
 
   static constexpr std::size_t Unlimited = std::numeric_limits<std::size_t>::max();
 
+  /// The setting of the adapter.
   npa::SettingKey key;
   /// The configured setting that has the text.
   Setting source;
@@ -46,13 +49,13 @@ struct SettingEncoding {
   const char* quote = "";
   /// True if the length of the configured text ends the line.
   bool logsLength = false;
+  /// How the text becomes the value.
   Value value = Value::Text;
   /// The size of the largest value in bytes, including a zero byte. A longer text is cut.
   std::size_t limit = Unlimited;
+  /// The codes of a `Value::Code`. A text that is not in the list has the code 0.
   std::span<const TextCode> codes = {};
-  /// What an empty text appends.
   WhenEmpty whenEmpty = WhenEmpty::Nothing;
-  /// Which bytes of the value's size go into the object's length field.
   LengthField lengthField = LengthField::Whole;
 };
 
@@ -60,5 +63,6 @@ struct SettingEncoding {
 [[nodiscard]] std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding,
                                                   const std::string& text);
 
-/// Writes the diagnostic line of a setting.
+/// Writes the diagnostic line of a setting, also of an empty one. The line contains secrets in
+/// clear.
 void logSetting(const SettingEncoding& encoding, const std::string& text);

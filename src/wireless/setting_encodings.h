@@ -35,7 +35,7 @@ inline constexpr SettingEncoding Psk = {.key = npa::settings::PreSharedKey,
                                         .limit = 64,
                                         .whenEmpty = SettingEncoding::WhenEmpty::HeaderAlone};
 
-/// The row of one WEP key.
+/// Returns the row of one WEP key.
 constexpr SettingEncoding wepKey(npa::SettingKey key, Setting source, const char* label) {
   return {.key = key,
           .source = source,
@@ -95,7 +95,7 @@ inline constexpr SettingEncoding Password = {
 
 // Fields of a certificate request. Most have at most 64 bytes, including the zero byte.
 
-/// The row of a usual field.
+/// Returns the row of a usual field.
 constexpr SettingEncoding certField(npa::SettingKey key, Setting source, const char* label) {
   return {.key = key,
           .source = source,

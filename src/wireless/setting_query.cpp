@@ -14,7 +14,8 @@ namespace {
 /// From this offset on, a query and a record of the same setting begin alike: flag, command, kind
 /// of data, group and object number.
 constexpr std::size_t RecordIdOffset = 3;
-/// How long the packets of a reply are collected.
+/// How long the packets of a reply are collected, counted from the end of the pause that follows
+/// the request.
 constexpr int ReplyTimeoutSeconds = 3;
 
 }  // namespace
@@ -47,9 +48,9 @@ std::optional<npa::Byte> firstStatusIn(std::span<const unsigned char> reply, npa
 }
 
 int wnpaGenerator::runQuery(const SettingQuery& query,
-                            int (sendConfig::*exchange)(unsigned char*, int)) {
+                            int (sendConfig::*operation)(unsigned char*, int)) {
   std::vector<unsigned char> request = outgoing(npa::query(query.key));
-  return (m_Exchange.*exchange)(request.data(), static_cast<int>(request.size()));
+  return (m_Sender.*operation)(request.data(), static_cast<int>(request.size()));
 }
 
 std::vector<unsigned char> wnpaGenerator::collectReply(const SettingQuery& query) {
@@ -59,7 +60,7 @@ std::vector<unsigned char> wnpaGenerator::collectReply(const SettingQuery& query
 
 std::vector<unsigned char> wnpaGenerator::collectReply(std::vector<unsigned char> request,
                                                        const char* responseName) {
-  std::vector<unsigned char> reply = m_Exchange.query(request, ReplyTimeoutSeconds);
+  std::vector<unsigned char> reply = m_Sender.query(request, ReplyTimeoutSeconds);
   if (responseName != nullptr) {
     const int size = static_cast<int>(reply.size());
     util::debugLine("%s (%d bytes)", responseName, size);

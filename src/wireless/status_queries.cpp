@@ -31,6 +31,7 @@ constexpr SettingQuery AuthCommonName = {.key = npa::settings::AuthCommonName,
                                          .announcement = "802.1x Auth common name...",
                                          .responseName = "Auth common name response"};
 
+/// The result of a query whose reply has no record. A status itself is 0 to 255.
 constexpr int NoAnswer = -1;
 
 /// Returns the text of an authentication status, or an empty text if it is unknown. The result ends
@@ -39,6 +40,7 @@ const char* authStatusText(npa::Byte status) {
   return status < npa::AuthStatusTexts.size() ? npa::AuthStatusTexts[status].data() : "";
 }
 
+/// Logs a status as a number and in words.
 void logStatus(npa::Byte status, const char* text) {
   util::debugLine("Status: %d (%s)", status, text);
 }

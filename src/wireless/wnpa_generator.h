@@ -36,8 +36,9 @@ class wnpaGenerator {
   wnpaGenerator(const wnpaGenerator&) = delete;
   wnpaGenerator& operator=(const wnpaGenerator&) = delete;
 
-  /// With wrap mode on, every packet is sent inside a wrapper.
+  /// Switches wrap mode: if it is on, every packet is sent inside a wrapper.
   void setWrapMode(bool on) { m_WrapMode = on; }
+  /// Returns true if wrap mode is on.
   bool getWrapMode() const { return m_WrapMode; }
 
   // --- Packet framing (framing.cpp) ---------------------------------------------------------
@@ -54,8 +55,8 @@ class wnpaGenerator {
   /// Appends `count` bytes to the packet under construction. Returns 0.
   int appendDataToNPA(int count, unsigned char* bytes);
 
-  /// Turns the packet's `size` bytes of setting objects into a configuration packet that stores
-  /// them as one group. Returns the packet's new size.
+  /// Turns the packet's `size` bytes of setting objects into a configuration packet. The adapter
+  /// stores its objects all together. Returns the packet's new size.
   int constructAtomicGrouping(int size);
 
   /// Does the same for objects that the adapter stores one by one. Library only.
@@ -79,68 +80,88 @@ class wnpaGenerator {
   //
   // Settings that every network needs (encoders.cpp). `total` is ignored:
 
-  /// The SSID and a zero byte.
+  /// Appends the SSID and a zero byte.
   int constructSSID(int* total);
-  /// 1 for "Ad-Hoc", 0 (managed mode) for any other text.
+  /// Appends 1 for "Ad-Hoc", or 0 (managed mode) for any other text.
   int constructMode(int* total);
-  /// The channel, 1 to 11.
+  /// Appends the channel, 1 to 11.
   int constructChannel(int* total);
-  /// The code of the security: 0 none, 1 WEP, 2 WPA, 3 802.1x.
+  /// Appends the code of the security: 0 none, 1 WEP, 2 WPA, 3 802.1x.
   int constructSecurity(int* total);
-  /// Asks for the password on the terminal if none is configured and the security needs one.
+  /// Appends the password and a zero byte, unless the security is "None". Asks for a missing
+  /// password on the terminal.
   int constructPasswd(int* total);
 
-  // Keys (key_encoders.cpp). An empty key is sent as a header alone:
+  // Keys (key_encoders.cpp). They are sent as typed, without a zero byte. An empty key is sent as a
+  // header alone:
 
+  /// Appends the pre-shared key, at most 64 bytes.
   int constructPSK();
+  /// Appends the first WEP key, at most 26 bytes.
   int constructWEPKey1();
+  /// Appends the second WEP key.
   int constructWEPKey2();
+  /// Appends the third WEP key.
   int constructWEPKey3();
+  /// Appends the fourth WEP key.
   int constructWEPKey4();
-  /// Appends the number of the WEP key with which the adapter sends.
+  /// Appends the number of the WEP key with which the adapter sends: 1 if none is configured. Only
+  /// the lowest byte of the number is sent.
   int constructWEPTransmit();
-  /// Appends the code of the WEP authentication: 1 open, 2 shared, 0 for any other
-  /// security or encryption.
-  /// Appends nothing if no encryption is configured.
+  /// Appends the code of the WEP authentication: 1 open, 2 shared, 0 for any other security or
+  /// encryption. Appends nothing if no encryption is configured.
   int constructWEPAuth();
 
   // 802.1x authentication (authentication_encoders.cpp):
 
+  /// Appends the encryption: 0 none, 1 dynamic WEP, 2 static WEP, 3 TKIP, 4 AES.
   int construct802EncryptMode();
+  /// Appends the inner authentication: 0 CHAP, 1 MSCHAP, 2 MSCHAPv2, 3 PAP.
   int construct802AuthInner();
+  /// Appends the user name, at most 31 bytes, and a zero byte.
   int construct802Username();
+  /// Appends the password, at most 255 bytes, and a zero byte.
   int construct802Passwd();
   /// Appends six flags, one per method: 1 if the method may be used.
   int construct802AuthExtension();
-  /// Appends the flag that makes the adapter validate the server's certificate. Asks the printer:
-  /// the flag is 1 if the printer holds two certificates of its own, or one CA certificate. It is 0
-  /// if the printer does not answer.
+  /// Appends the flag that makes the adapter validate the server's certificate. First reads the
+  /// lists of certificates from the printer: the flag is 1 if the printer holds two certificates of
+  /// its own, or one CA certificate. It is 0 if the printer does not answer.
   int construct802ValidateCert();
   /// Sets that flag for the packets that follow, so that the printer is not asked. Library only.
   void setServerValidation(bool validates) { m_ServerValidation = validates; }
 
   // Fields of a certificate request (certificate_fields.cpp). Library only:
 
+  /// Appends the friendly name, at most 63 bytes, and a zero byte.
   int constructCertFriendlyName();
+  /// Appends the alternative name, at most 63 bytes, and a zero byte.
   int constructCertAltName();
+  /// Appends the city, at most 63 bytes, and a zero byte.
   int constructCertCity();
+  /// Appends the state, at most 63 bytes, and a zero byte.
   int constructCertState();
+  /// Appends the organisational unit, at most 63 bytes, and a zero byte.
   int constructCertUnit();
+  /// Appends the organisation, at most 64 bytes, without a zero byte.
   int constructCertOrg();
+  /// Appends the common name, at most 256 bytes, without a zero byte.
   int constructCertCommonName();
+  /// Appends the first two bytes of the country.
   int constructCertCountry();
   /// Appends the flag that makes the printer create a request from the fields.
   int constructCertSignRequest();
 
   // --- Configuration sequences (sequences.cpp) ----------------------------------------------
   //
-  // Each sends one batch of settings and returns the result of `sendConfig::setConfig`. If the
-  // batch is too large for a packet, nothing is sent and the result is -1.
+  // Unless it says otherwise, each sends one batch of settings and returns the result of
+  // `sendConfig::setConfig`. If the batch is too large for a packet, nothing is sent and the result
+  // is -1.
 
   /// Sends mode, security, channel, SSID and password (-c).
   int configBasic();
 
-  /// Builds the packet of that batch without sending it. Returns its size.
+  /// Builds the packet of `configBasic` without sending it. Returns its size in bytes.
   int constructBasic();
 
   /// Returns the bare packets of the configuration that `configAdvanced` sends, in order, without
@@ -151,40 +172,44 @@ class wnpaGenerator {
   /// Sends the configuration of the security "OPEN", "SHARED", "WPA-PER", "WPA-ENT" or "802.1x"
   /// (-ca). Sends nothing and returns 0 for any other.
   int configAdvanced();
-  /// Includes the WEP keys if the encryption is "WEP".
+  /// Sends the network and, if the encryption is "WEP", the WEP keys and the WEP authentication.
   int configOpen();
-  /// Always includes the WEP keys.
+  /// Sends the network, the WEP keys and the WEP authentication.
   int configShared();
   /// Sends the pre-shared key, the encryption and the network.
   int configWPAPersonal();
   /// Sends the same settings as `configWPAPersonal`.
   int configWPAEnt();
 
-  /// Sends the 802.1x options and, if they were accepted, a second packet with the network; then
-  /// asks for the authentication status. Returns the result of the second packet, 0 if none was
+  /// Sends the 802.1x options and, if they were accepted, a second packet with the network. Then
+  /// queries the authentication status. Returns the result of the second packet, or 0 if none was
   /// sent.
   int config8021x();
-  /// Includes the WEP keys if the encryption is "WEP-STATIC".
+  /// Sends the 802.1x options and, if the encryption is "WEP-STATIC", the WEP keys.
   int set8021xOptions();
 
-  /// Does what zvkconfig does without a command: dumps the packet of the basic configuration,
-  /// builds it again and sends it, then reads the trouble code and prints the IP address. Switches
-  /// to bare packets if the wrapped packet is refused. Asks for a missing password each time it
-  /// builds the packet. Returns the size of the dumped packet.
+  /// The default run of zvkconfig, for a command line without a switch. Dumps the packet of the
+  /// basic configuration, builds it again and sends it. Then reads the trouble code and prints the
+  /// IP address. Switches to bare packets if the wrapped packet is refused. Asks for a missing
+  /// password each time it builds the packet. Returns the size of the dumped packet.
   int generate();
 
-  /// Resets the network adapter; returns the result of `sendConfig::resetINA` (-r).
+  /// Resets the network adapter. Returns the result of `sendConfig::resetINA` (-r).
   int reset();
 
   // --- Status queries (status_queries.cpp) --------------------------------------------------
   //
   // Each queries one setting. The first four return the result of the `sendConfig` operation of the
-  // same name, which prints the SSID or the address.
+  // same name.
 
-  int getSSID();               ///< -s
-  int getIP();                 ///< -ip
-  int getTroubleCode();        ///< -t
-  int getAdapterDescriptor();  ///< -a
+  /// Queries the SSID and prints it (-s).
+  int getSSID();
+  /// Queries the IP address until the adapter has one, and prints it (-ip).
+  int getIP();
+  /// Queries the trouble code and returns it (-t).
+  int getTroubleCode();
+  /// Queries the descriptor of the adapter (-a).
+  int getAdapterDescriptor();
 
   /// Returns the 802.1x authentication status of the first record in the reply, or -1 if there is
   /// no record (-802s).
@@ -200,8 +225,9 @@ class wnpaGenerator {
   /// record has one.
   int getCertAuthInstalled();
 
-  /// Dumps the reply. Always returns -1.
+  /// Queries all security settings and dumps the reply. Always returns -1.
   int getAllSecuritySettings();
+  /// Queries the common name for 802.1x and dumps the reply. Always returns -1.
   int get802AuthCommonName();
 
   // --- Certificate reads and actions (certificate_reads.cpp) ---------------------------------
@@ -209,19 +235,25 @@ class wnpaGenerator {
   /// Reads organisation and common name (-cer). Returns 0, with any reply or none.
   int getCertSettings();
 
-  /// Logs the organisation of each record in the reply. Returns 0 if there is one, else -1.
+  /// Logs the organisation of each complete record in the reply. Returns 0, or -1 if there is none.
   int getCertOrganization();
 
-  /// Dumps the reply. Always returns -1.
+  /// Queries the common name and dumps the reply. Always returns -1.
   int getCertCommonName();
 
   // Library only. Each dumps the reply and always returns -1:
 
+  /// Queries the adapter's certificate.
   int getCertCert();
+  /// Queries the CA certificate.
   int getCertCA();
+  /// Queries the friendly name of the certificate.
   int getCertFriendlyName();
+  /// Queries the alternative name of the certificate.
   int getCertAlternateName();
+  /// Queries the certificate request.
   int getCSR();
+  /// Queries the status of a certificate that the adapter generates.
   int generateCertStatus();
   /// Makes the adapter generate a certificate.
   int generateCertificate();
@@ -235,14 +267,18 @@ class wnpaGenerator {
   struct Section;
   struct Batches;
   struct AdvancedMode;
+  /// Whether a packet is dumped before it is sent.
   enum class Dump { No, Yes };
 
   // These encoders append to the packet and return the count of bytes appended, possibly 0.
 
   /// Logs a setting and appends its object.
   int encode(const SettingEncoding& encoding);
+  /// Does the same as `constructChannel`.
   int encodeChannel();
+  /// Does the same as `constructSecurity`.
   int encodeSecurity();
+  /// Does the same as `constructPasswd`.
   int encodePassword();
 
   /// Appends an object: a 4-byte code, a 1-byte flag, or an arbitrary value. The length field is
@@ -273,7 +309,7 @@ class wnpaGenerator {
   std::vector<unsigned char> outgoing(std::span<const npa::Byte> packet);
 
   /// Sends the query for one setting with an operation of `sendConfig`. Returns its result.
-  int runQuery(const SettingQuery& query, int (sendConfig::*exchange)(unsigned char*, int));
+  int runQuery(const SettingQuery& query, int (sendConfig::*operation)(unsigned char*, int));
 
   /// Sends a query and returns the collected reply, empty if there is none.
   std::vector<unsigned char> collectReply(const SettingQuery& query);
@@ -281,12 +317,12 @@ class wnpaGenerator {
   /// the name is null.
   std::vector<unsigned char> collectReply(std::vector<unsigned char> request,
                                           const char* responseName);
-  /// Sends a query whose reply is only dumped.
+  /// Sends a query whose reply is only dumped. Returns -1.
   int dumpReply(const SettingQuery& query);
 
   std::vector<unsigned char> m_Packet;  ///< the packet under construction
   configDetails* m_Configuration;       ///< not owned
-  sendConfig m_Exchange;
+  sendConfig m_Sender;
   bool m_WrapMode = true;
   std::optional<bool> m_ServerValidation;  ///< empty: ask the printer
 };

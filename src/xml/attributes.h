@@ -15,7 +15,9 @@ class attributes {
  public:
   attributes() = default;
   virtual ~attributes() = default;
+  /// Copies the pairs, but not the spare node.
   attributes(const attributes& other) : m_Pairs(other.m_Pairs) {}
+  /// Replaces the pairs by copies and keeps its own spare node.
   attributes& operator=(const attributes& other) {
     if (this != &other) {
       m_Pairs = other.m_Pairs;
@@ -33,6 +35,7 @@ class attributes {
 
   /// Stores `value` under `name` and replaces an earlier value.
   void setAttribute(const char* name, const char* value);
+  /// Does the same. The texts may contain zero bytes.
   void setAttribute(std::string_view name, std::string_view value);
 
   /// Returns a copy of the value of `name`, or an empty text if the name is absent.

@@ -8,6 +8,7 @@
 /// No byte above 127 is in any.
 namespace xml {
 
+/// Each class is one bit. A name starts with a `NameStart` and continues with `NamePart`s.
 enum CharacterClass : std::uint8_t { WhiteSpace = 1, NameStart = 2, NamePart = 4 };
 
 /// The classes of each character, combined with OR.

@@ -30,13 +30,14 @@ constexpr std::array<Entity, 5> Entities = {{
     {"&gt;", ">"},
 }};
 
+/// Returns true if the name has a reserved prefix.
 bool isReserved(std::string_view name) {
   return (name.starts_with('x') || name.starts_with('X')) &&
          std::ranges::find(ReservedPrefixes, name.substr(0, 3)) != ReservedPrefixes.end();
 }
 
-/// Reads a name, reserved or not.
-std::string_view takeName(std::string_view text, std::size_t& position) {
+/// Reads the characters of a name and moves past them. Does not check for reserved names.
+std::string_view readName(std::string_view text, std::size_t& position) {
   const std::size_t start = position;
   xml::skip(xml::NamePart, text, position);
   return text.substr(start, position - start);
@@ -67,8 +68,8 @@ ParseRetType doesNotStart(std::string_view text, std::size_t position) {
 }
 
 /// Reads a value in double quotes and moves to the closing quote.
-ParseRetType takeValue(std::string_view text, std::size_t& position, std::string_view& value) {
-  if (!xml::standsAt(text, position, "\"")) {
+ParseRetType readValue(std::string_view text, std::size_t& position, std::string_view& value) {
+  if (!xml::isTokenAt(text, position, "\"")) {
     return doesNotStart(text, position);
   }
   const std::size_t start = position + 1;
@@ -78,18 +79,18 @@ ParseRetType takeValue(std::string_view text, std::size_t& position, std::string
 }
 
 /// Reads `name="value"` and moves to the closing quote.
-ParseRetType takeAttribute(std::string_view text, std::size_t& position, TagAttribute& attribute) {
+ParseRetType readAttribute(std::string_view text, std::size_t& position, TagAttribute& attribute) {
   if (!xml::isAt(xml::NameStart, text, position)) {
     return doesNotStart(text, position);
   }
-  attribute.name = takeName(text, position);
+  attribute.name = readName(text, position);
   xml::skipWhiteSpace(text, position);
-  if (!xml::standsAt(text, position, "=")) {
+  if (!xml::isTokenAt(text, position, "=")) {
     return SimpleSAXParser::PARSE_ERROR;
   }
   ++position;
   xml::skipWhiteSpace(text, position);
-  return takeValue(text, position, attribute.value);
+  return readValue(text, position, attribute.value);
 }
 
 }  // namespace
@@ -109,7 +110,7 @@ ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& p
                                            std::string_view& name, attributes& attrs,
                                            bool& isEmpty) const {
   isEmpty = false;
-  if (!xml::standsAt(text, position, "<")) {
+  if (!xml::isTokenAt(text, position, "<")) {
     return doesNotStart(text, position);
   }
   ++position;
@@ -122,9 +123,9 @@ ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& p
   std::vector<TagAttribute> unsorted;
   std::string_view previous;
   xml::skipWhiteSpace(text, position);
-  while (position < text.size() && text[position] != '>' && !xml::standsAt(text, position, "/>")) {
+  while (position < text.size() && text[position] != '>' && !xml::isTokenAt(text, position, "/>")) {
     TagAttribute attribute;
-    if (takeAttribute(text, position, attribute) != PARSE_OK) {
+    if (readAttribute(text, position, attribute) != PARSE_OK) {
       return PARSE_ERROR;
     }
     if (unsorted.empty() && previous < attribute.name) {
@@ -140,11 +141,11 @@ ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& p
   for (const TagAttribute& attribute : unsorted) {
     store(attribute.name, attribute.value, attrs);
   }
-  if (xml::standsAt(text, position, "/")) {
+  if (xml::isTokenAt(text, position, "/")) {
     isEmpty = true;
     ++position;
   }
-  if (xml::standsAt(text, position, ">")) {
+  if (xml::isTokenAt(text, position, ">")) {
     ++position;
   }
   return PARSE_OK;
@@ -152,7 +153,7 @@ ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& p
 
 ParseRetType SimpleSAXParser::parseCloseTag(std::string_view text, std::size_t& position,
                                             std::string_view expected) const {
-  if (!xml::standsAt(text, position, "</")) {
+  if (!xml::isTokenAt(text, position, "</")) {
     return doesNotStart(text, position);
   }
   position += 2;
@@ -161,7 +162,7 @@ ParseRetType SimpleSAXParser::parseCloseTag(std::string_view text, std::size_t& 
     return PARSE_ERROR;
   }
   xml::skipWhiteSpace(text, position);
-  if (!xml::standsAt(text, position, ">")) {
+  if (!xml::isTokenAt(text, position, ">")) {
     return PARSE_ERROR;
   }
   ++position;
@@ -176,14 +177,14 @@ ParseRetType SimpleSAXParser::parseName(std::string_view text, std::size_t& posi
   if (isReserved(text.substr(position))) {
     return PARSE_ERROR;
   }
-  name = takeName(text, position);
+  name = readName(text, position);
   return PARSE_OK;
 }
 
 ParseRetType SimpleSAXParser::parseAttribute(std::string_view text, std::size_t& position,
                                              std::string_view& name, std::string& value) const {
   TagAttribute attribute;
-  const ParseRetType result = takeAttribute(text, position, attribute);
+  const ParseRetType result = readAttribute(text, position, attribute);
   if (result == PARSE_OK) {
     name = attribute.name;
     value = attribute.value;
@@ -195,7 +196,7 @@ ParseRetType SimpleSAXParser::parseAttribute(std::string_view text, std::size_t&
 ParseRetType SimpleSAXParser::parseAttrValue(std::string_view text, std::size_t& position,
                                              std::string& value) const {
   std::string_view raw;
-  const ParseRetType result = takeValue(text, position, raw);
+  const ParseRetType result = readValue(text, position, raw);
   if (result == PARSE_OK) {
     value = raw;
     replaceEntities(value);
@@ -205,7 +206,7 @@ ParseRetType SimpleSAXParser::parseAttrValue(std::string_view text, std::size_t&
 
 ParseRetType SimpleSAXParser::skipProcessingInstruction(std::string_view text,
                                                         std::size_t& position) const {
-  if (!xml::standsAt(text, position, "<?")) {
+  if (!xml::isTokenAt(text, position, "<?")) {
     return doesNotStart(text, position);
   }
   // The "?" of "<?" may also be the one that ends the instruction: "<?>" is complete.
@@ -214,7 +215,7 @@ ParseRetType SimpleSAXParser::skipProcessingInstruction(std::string_view text,
 }
 
 ParseRetType SimpleSAXParser::skipComment(std::string_view text, std::size_t& position) const {
-  if (!xml::standsAt(text, position, "<!")) {
+  if (!xml::isTokenAt(text, position, "<!")) {
     return doesNotStart(text, position);
   }
   position += 2;

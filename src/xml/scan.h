@@ -14,7 +14,7 @@ constexpr bool isAt(CharacterClass which, std::string_view text, std::size_t pos
 }
 
 /// Returns true if `token` is at `position`.
-constexpr bool standsAt(std::string_view text, std::size_t position, std::string_view token) {
+constexpr bool isTokenAt(std::string_view text, std::size_t position, std::string_view token) {
   return position < text.size() && text.substr(position).starts_with(token);
 }
 
@@ -25,6 +25,7 @@ constexpr void skip(CharacterClass which, std::string_view text, std::size_t& po
   }
 }
 
+/// Moves `position` to the next character that is not white space, or to the end.
 constexpr void skipWhiteSpace(std::string_view text, std::size_t& position) {
   skip(WhiteSpace, text, position);
 }

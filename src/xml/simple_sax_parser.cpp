@@ -17,6 +17,7 @@
 /// all names, so an element needs no separate allocation.
 class SimpleSAXParser::OpenNames {
  public:
+  /// Returns true if no element is open.
   bool isEmpty() const { return m_Starts.empty(); }
 
   /// Returns the innermost name. If no element is open, returns an empty text, which is not a valid
@@ -29,11 +30,13 @@ class SimpleSAXParser::OpenNames {
     return names.substr(m_Starts.back(), names.size() - m_Starts.back() - 1);
   }
 
+  /// Opens an element.
   void push(std::string_view name) {
     m_Starts.push_back(m_Names.size());
     m_Names.append(name).push_back('\0');
   }
 
+  /// Closes the innermost element. At least one must be open.
   void pop() {
     m_Names.resize(m_Starts.back());
     m_Starts.pop_back();
@@ -41,14 +44,14 @@ class SimpleSAXParser::OpenNames {
 
  private:
   std::string m_Names;
-  std::vector<std::size_t> m_Starts;
+  std::vector<std::size_t> m_Starts;  ///< the offset of each name in `m_Names`
 };
 
 /// The state that is kept from one construct to the next inside an element.
 struct SimpleSAXParser::Content {
   OpenNames open;
-  attributes attrs;
-  std::string buffer;
+  attributes attrs;    ///< of the last start tag
+  std::string buffer;  ///< the last run of text
 };
 
 SimpleSAXParser::SimpleSAXParser(SimpleSAXHandler& handler) : m_Handler(&handler) {}
@@ -93,9 +96,9 @@ SimpleSAXParser::ParseRetType SimpleSAXParser::parseProlog(std::string_view text
                                                            std::size_t& position) const {
   ParseRetType result = PARSE_OK;
   while (position < text.size() && result == PARSE_OK) {
-    if (xml::standsAt(text, position, "<?")) {
+    if (xml::isTokenAt(text, position, "<?")) {
       result = skipProcessingInstruction(text, position);
-    } else if (xml::standsAt(text, position, "<!")) {
+    } else if (xml::isTokenAt(text, position, "<!")) {
       result = skipComment(text, position);
     } else if (text[position] == '<' && xml::isAt(xml::NameStart, text, position + 1)) {
       break;
@@ -133,13 +136,13 @@ SimpleSAXParser::ParseRetType SimpleSAXParser::parseMarkup(Content& content, std
   if (xml::isAt(xml::NameStart, text, position + 1)) {
     return openElement(content, text, position);
   }
-  if (xml::standsAt(text, position, "</")) {
+  if (xml::isTokenAt(text, position, "</")) {
     return closeElement(content, text, position);
   }
-  if (xml::standsAt(text, position, "<?")) {
+  if (xml::isTokenAt(text, position, "<?")) {
     return skipProcessingInstruction(text, position);
   }
-  if (xml::standsAt(text, position, "<!")) {
+  if (xml::isTokenAt(text, position, "<!")) {
     return skipComment(text, position);
   }
   ++position;

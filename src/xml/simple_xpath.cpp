@@ -1,4 +1,5 @@
-// Queries: the steps of a path, and the callbacks that match them during a parse.
+// Path queries: the steps of a path, and the callbacks that match elements with them during a
+// parse.
 
 #include "xml/simple_xpath.h"
 
@@ -70,7 +71,7 @@ void simpleXPath::startElement(const char* name, attributes& attrs) {
   if (m_Stack.size() != depth || depth >= m_Path.size()) {
     return;
   }
-  // A list wants each position in turn: let the last step ask for that of this element.
+  // A list needs the elements at all positions: let the last step select the one of this element.
   nodeType& step = m_Path[depth];
   if (m_IsListing && depth + 1 == m_Path.size() && index <= LargestPosition) {
     step.index = index;
@@ -95,7 +96,7 @@ void simpleXPath::endElement(const char* name) {
   }
   if (isAtPath() && isFindMatch(m_Path, m_Stack, m_Result)) {
     if (m_IsListing) {
-      takeEntry(m_Stack.back());
+      storeEntry(m_Stack.back());
     } else {
       m_Stop = true;
     }
@@ -108,7 +109,7 @@ void simpleXPath::endElement(const char* name) {
   m_Open.pop_back();
 }
 
-void simpleXPath::takeEntry(const nodeType& entry) {
+void simpleXPath::storeEntry(const nodeType& entry) {
   std::optional<std::string>& place = m_Entries[static_cast<std::size_t>(entry.index) - 1];
   if (!place) {
     place = entry.text;

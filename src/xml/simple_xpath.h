@@ -36,7 +36,8 @@ class simpleXPath : public SimpleSAXHandler {
     std::string filterValue;  ///< step: the wanted value of the attribute, or the position as text
   };
 
-  /// Filter names that no attribute can have: a filter by position, and one that nothing passes.
+  /// Filter names that no attribute can have: a filter by position, and a filter that no element
+  /// passes.
   static constexpr std::string_view IndexFilter = "<INDEX>";
   static constexpr std::string_view NoMatchFilter = "<UNDEFINED>";
 
@@ -47,6 +48,7 @@ class simpleXPath : public SimpleSAXHandler {
   /// no such element, it has no text, or the path has no step. Also returns an empty text if the
   /// document is malformed before that element; the parser has then printed its error line.
   std::string query(const std::string& path);
+  /// Does the same. A null pointer is an empty path.
   std::string query(const char* path);
 
   /// Returns the texts at the positions 1 to 9 of `path`, up to the first empty one. The result is
@@ -54,17 +56,22 @@ class simpleXPath : public SimpleSAXHandler {
   std::vector<std::string> queryList(const std::string& path);
 
   // --- The parser's callbacks ---------------------------------------------------------------
+  //
+  // `SimpleSAXParser` calls them during a path query.
 
+  /// Clears the state of the previous path query.
   void start() override;
   /// Opens an element. If the element that closed last, at any depth, has the same name, the new
   /// position is one more than its position. Otherwise the position is 1.
   void startElement(const char* name, attributes& attrs) override;
   /// Closes the innermost element. If it is at the path, its text is the result.
   void endElement(const char* name) override;
+  /// Appends `text` to the text of the innermost element if that is at the path. Ignores `len`.
   void characters(const char* text, unsigned int len) override;
+  /// Does nothing.
   void end() override;
 
-  // --- The steps of a query -----------------------------------------------------------------
+  // --- The steps of a path query ------------------------------------------------------------
 
   /// Clears all texts and attributes and sets the index to 0.
   static void resetNode(nodeType& node);
@@ -90,6 +97,7 @@ class simpleXPath : public SimpleSAXHandler {
  private:
   static constexpr std::int32_t LargestPosition = 9;
 
+  /// Returns true if an open element matches the step.
   static bool isStepMatch(const nodeType& step, const nodeType& element);
   /// Returns true if an element with this name, position and attributes matches the step.
   static bool passes(const nodeType& step, std::string_view name, std::int32_t index,
@@ -102,9 +110,10 @@ class simpleXPath : public SimpleSAXHandler {
     return !m_Path.empty() && m_Stack.size() == m_Path.size() && m_Open.size() == m_Path.size();
   }
   /// Stores the text of a list entry. Stops the parse if no later entry can change the list.
-  void takeEntry(const nodeType& entry);
+  void storeEntry(const nodeType& entry);
 
   std::string m_Xml;
+  /// The steps of the path.
   std::vector<nodeType> m_Path;
   /// The positions of all open elements, outermost first.
   std::vector<std::int32_t> m_Open;

@@ -94,7 +94,7 @@ std::string complaintAbout(const Words& arguments) {
   return "none";
 }
 
-TEST(ParseArguments, TakesOptionsInAnyOrder) {
+TEST(ParseArguments, AcceptsOptionsInAnyOrder) {
   Settings settings;
   const catalogue::Operands operands =
       parse({"a", "--name=x=y", "-", "--colour", "red", "--loud"}, settings);
@@ -113,7 +113,7 @@ TEST(ParseArguments, StopsAtTwoDashes) {
   EXPECT_EQ(operands.after, (Words{"--loud", "--", "b"}));
 }
 
-TEST(ParseArguments, TakesTheLastValueAndShortNames) {
+TEST(ParseArguments, UsesTheLastValueAndAcceptsShortNames) {
   Settings settings;
   parse({"--name=a", "--name", "--", "-l", "--direction-of-the-stream=in:5"}, settings);
   EXPECT_EQ(settings.name, "--");
@@ -121,7 +121,7 @@ TEST(ParseArguments, TakesTheLastValueAndShortNames) {
   EXPECT_EQ(settings.direction, "in:5");
 }
 
-TEST(ParseArguments, ReportsWhatWasExpected) {
+TEST(ParseArguments, ReportsTheExpectedValue) {
   EXPECT_EQ(complaintAbout({"--lou"}), "--lou: no such option");
   EXPECT_EQ(complaintAbout({"-x=1"}), "-x: no such option");
   EXPECT_EQ(complaintAbout({"--loud="}), "--loud: expected no value, got ''");
@@ -130,14 +130,14 @@ TEST(ParseArguments, ReportsWhatWasExpected) {
   EXPECT_EQ(complaintAbout({"--colour=pink"}), "--colour: expected red, green or blue, got 'pink'");
 }
 
-TEST(FindCommand, KnowsItsOtherNames) {
+TEST(FindCommand, AcceptsOtherNames) {
   for (const char* name : {"start", "begin", "-s"}) {
     EXPECT_EQ(catalogue::findCommand(AllCommands, name).action, Settings::Action::Start) << name;
   }
   EXPECT_EQ(catalogue::findCommand(AllCommands, "stop").action, Settings::Action::Stop);
 }
 
-TEST(FindCommand, ReportsWhatWasExpected) {
+TEST(FindCommand, ReportsTheExpectedCommands) {
   for (const std::string name : {"", "star", "starts"}) {
     try {
       catalogue::findCommand(AllCommands, name);
@@ -159,7 +159,7 @@ TEST(OptionList, AlignsTheDescriptions) {
             "                                where it goes\n");
 }
 
-TEST(CommandList, ShowsHowEachIsCalled) {
+TEST(CommandList, ShowsTheUsagesOfEachCommand) {
   EXPECT_EQ(catalogue::commandList("tool", AllCommands),
             "\n  tool start [OPTION...]\n"
             "  tool start FILE\n"

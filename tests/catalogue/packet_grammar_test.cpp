@@ -19,12 +19,12 @@ Bytes copyOf(Data data) {
   return {data.begin(), data.end()};
 }
 
-/// Head and `count` bytes of 70.
+/// Returns the bytes of `head` (hex), followed by `count` bytes 70.
 Bytes withFill(const char* head, std::size_t count) {
   return support::joined({bytes(head), Bytes(count, 0x70)});
 }
 
-TEST(Cursor, TakesBytesFromTheFront) {
+TEST(Cursor, ReadsBytesFromTheFront) {
   const Bytes all = bytes("01 02 03 2A 1D 01 00 FF 77");
   Cursor cursor(all);
   EXPECT_EQ(cursor.byte(), 0x01);
@@ -37,7 +37,7 @@ TEST(Cursor, TakesBytesFromTheFront) {
   EXPECT_EQ(copyOf(*cursor.bytes(0)), Bytes());
 }
 
-TEST(Cursor, TakesNothingIfThereIsNotEnough) {
+TEST(Cursor, ReadsNothingIfTooFewBytesAreLeft) {
   const Bytes one = bytes("A5");
   Cursor cursor(one);
   EXPECT_FALSE(cursor.bytes(2));
@@ -51,7 +51,7 @@ TEST(Cursor, TakesNothingIfThereIsNotEnough) {
   EXPECT_FALSE(cursor.byte());
 }
 
-TEST(Cursor, TakesWholePackets) {
+TEST(Cursor, ReadsCompletePackets) {
   const Bytes both = bytes("A5 00 02 D4 E0 A5 00 00 A5 00 01");
   Cursor cursor(both);
   EXPECT_EQ(copyOf(*cursor.packet()), bytes("A5 00 02 D4 E0"));
@@ -60,7 +60,7 @@ TEST(Cursor, TakesWholePackets) {
   EXPECT_EQ(copyOf(cursor.rest()), bytes("A5 00 01"));
 }
 
-TEST(Cursor, TakesNoPacketThatStartsWithAnotherByteOrIsCut) {
+TEST(Cursor, ReadsNoPacketWithAnotherStartByteOrACutEnd) {
   for (const char* text : {"", "A5", "A5 00", "A5 00 01", "A4 00 00", "00 A5 00 00"}) {
     const Bytes all = bytes(text);
     Cursor cursor(all);
@@ -69,7 +69,7 @@ TEST(Cursor, TakesNoPacketThatStartsWithAnotherByteOrIsCut) {
   }
 }
 
-TEST(Cursor, TakesThePacketThatHasFourBytesMoreThanItsLengthSays) {
+TEST(Cursor, ReadsThePacketWithFourBytesMoreThanItsLengthField) {
   const Bytes generate = bytes("A5 00 06 50 E0 DA 01 2A 0C 00 00 01 01");
   EXPECT_EQ(copyOf(*Cursor(generate).packet()), generate);
   EXPECT_FALSE(Cursor(Data(generate).first(generate.size() - 1)).packet());
@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         PartsRow{{"Content"}, "A5 00 02 50 E0", PacketParts::Kind::Content, 0x50, "E0"},
         PartsRow{{"MoreFollows"}, "A5 00 02 70 E0", PacketParts::Kind::Content, 0x70, "E0"},
-        PartsRow{{"FlagAlone"}, "A5 00 01 50", PacketParts::Kind::Content, 0x50, ""},
+        PartsRow{{"OnlyFlag"}, "A5 00 01 50", PacketParts::Kind::Content, 0x50, ""},
         PartsRow{{"NoFlag"}, "A5 00 00", PacketParts::Kind::NoFlag, 0, ""},
         PartsRow{{"LessThanAHeader"}, "A5", PacketParts::Kind::NoFlag, 0, ""},
         PartsRow{{"Refusal"}, "A5 00 02 D4 E0", PacketParts::Kind::Refusal, 0xD4, "E0"},
@@ -134,39 +134,39 @@ TEST_P(BodyOf, HasAKindAndContent) {
 
 INSTANTIATE_TEST_SUITE_P(
     Bodies, BodyOf,
-    testing::Values(BodyRow{{"Record"}, "E0 D8 00 28 08", Body::Kind::Record, "28 08"},
+    testing::Values(BodyRow{{"Query"}, "E0 D8 00 28 08", Body::Kind::QueryOrValue, "28 08"},
                     BodyRow{{"Group"}, "E0 DA 01 77", Body::Kind::SettingsGroup, "77"},
                     BodyRow{{"Single"}, "E0 D8 01", Body::Kind::SingleSettings, ""},
                     BodyRow{{"Wrapper"}, "E0 63 02 00", Body::Kind::Wrapper, "00"},
-                    BodyRow{{"Call"}, "E0 C0 03 00 01 3C", Body::Kind::ObjectStoreCall, "3C"},
+                    BodyRow{{"Call"}, "E0 C0 03 00 01 3C", Body::Kind::MethodCall, "3C"},
                     BodyRow{{"CallCut"}, "E0 C0 03 00", Body::Kind::Unknown, "C0 03 00"},
                     BodyRow{{"AnotherCall"}, "E0 C0 03 00 02", Body::Kind::Unknown, "C0 03 00 02"},
                     BodyRow{{"KindCut"}, "E0 D8", Body::Kind::Unknown, "D8"},
                     BodyRow{{"AnotherKind"}, "E0 D8 02", Body::Kind::Unknown, "D8 02"},
-                    BodyRow{{"CommandAlone"}, "E0", Body::Kind::Unknown, ""},
+                    BodyRow{{"OnlyCommand"}, "E0", Body::Kind::Unknown, ""},
                     BodyRow{{"AnotherCommand"}, "E1 D8 00 28", Body::Kind::Unknown, "E1 D8 00 28"},
                     BodyRow{{"Nothing"}, "", Body::Kind::Unknown, ""}),
     support::rowName);
 
-TEST(Record, IsAQueryWithoutASize) {
+TEST(QueryOrValue, IsAQueryWithoutASize) {
   const Bytes content = bytes("28 08");
-  const catalogue::Record record = catalogue::readRecord(content);
-  EXPECT_TRUE(record.isQuery());
-  EXPECT_FALSE(record.isValue());
-  EXPECT_EQ(record.key, (SettingKey{0x28, 0x08}));
+  const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(content);
+  EXPECT_TRUE(parsed.isQuery());
+  EXPECT_FALSE(parsed.isValue());
+  EXPECT_EQ(parsed.key, (SettingKey{0x28, 0x08}));
 }
 
-TEST(Record, IsAValueOfTheSizeThatItGives) {
+TEST(QueryOrValue, IsAValueIfItsSizeIsRight) {
   const Bytes content = bytes("28 08 00 02 68 69");
-  const catalogue::Record record = catalogue::readRecord(content);
-  EXPECT_TRUE(record.isValue());
-  EXPECT_FALSE(record.isQuery());
-  EXPECT_EQ(record.sizeField, 2U);
-  EXPECT_EQ(copyOf(record.rest), bytes("68 69"));
-  EXPECT_TRUE(catalogue::readRecord(bytes("28 08 00 00")).isValue());
+  const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(content);
+  EXPECT_TRUE(parsed.isValue());
+  EXPECT_FALSE(parsed.isQuery());
+  EXPECT_EQ(parsed.sizeField, 2U);
+  EXPECT_EQ(copyOf(parsed.rest), bytes("68 69"));
+  EXPECT_TRUE(catalogue::readQueryOrValue(bytes("28 08 00 00")).isValue());
 }
 
-TEST(Record, IsNeitherIfItIsCutOrTooLong) {
+TEST(QueryOrValue, IsNeitherIfItIsCutOrTooLong) {
   struct {
     const char* content;
     bool hasKey;
@@ -181,22 +181,22 @@ TEST(Record, IsNeitherIfItIsCutOrTooLong) {
   };
   for (const auto& row : rows) {
     const Bytes content = bytes(row.content);
-    const catalogue::Record record = catalogue::readRecord(content);
-    EXPECT_FALSE(record.isQuery() || record.isValue()) << row.content;
-    EXPECT_EQ(record.key.has_value(), row.hasKey) << row.content;
-    EXPECT_EQ(record.sizeField.has_value(), row.hasSize) << row.content;
-    EXPECT_EQ(copyOf(record.rest), bytes(row.rest)) << row.content;
+    const catalogue::QueryOrValue parsed = catalogue::readQueryOrValue(content);
+    EXPECT_FALSE(parsed.isQuery() || parsed.isValue()) << row.content;
+    EXPECT_EQ(parsed.key.has_value(), row.hasKey) << row.content;
+    EXPECT_EQ(parsed.sizeField.has_value(), row.hasSize) << row.content;
+    EXPECT_EQ(copyOf(parsed.rest), bytes(row.rest)) << row.content;
   }
 }
 
-TEST(Record, TakesASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
-  EXPECT_TRUE(catalogue::readRecord(withFill("2A 03 00 00", 256)).isValue());
-  EXPECT_FALSE(catalogue::readRecord(withFill("2A 03 00 00", 255)).isValue());
-  EXPECT_FALSE(catalogue::readRecord(withFill("2A 03 00 00", 257)).isValue());
-  EXPECT_FALSE(catalogue::readRecord(withFill("2A 02 00 00", 256)).isValue());
+TEST(QueryOrValue, AcceptsTheSize0For256BytesIfTheFieldHasOnlyTheLowByte) {
+  EXPECT_TRUE(catalogue::readQueryOrValue(withFill("2A 03 00 00", 256)).isValue());
+  EXPECT_FALSE(catalogue::readQueryOrValue(withFill("2A 03 00 00", 255)).isValue());
+  EXPECT_FALSE(catalogue::readQueryOrValue(withFill("2A 03 00 00", 257)).isValue());
+  EXPECT_FALSE(catalogue::readQueryOrValue(withFill("2A 02 00 00", 256)).isValue());
 }
 
-TEST(Settings, AreObjectsOneAfterAnother) {
+TEST(Settings, AreASeriesOfObjects) {
   const Bytes content = bytes("28 02 00 00 04 00 00 00 01 28 08 00 00 00 28 11 00 00 01 61");
   const catalogue::Settings settings = catalogue::readSettings(content);
   ASSERT_EQ(settings.objects.size(), 3U);
@@ -209,7 +209,7 @@ TEST(Settings, AreObjectsOneAfterAnother) {
   EXPECT_EQ(settings.objects[2].value.data(), &content.back());
 }
 
-TEST(Settings, LeaveTheOneThatDoesNotFitIn) {
+TEST(Settings, StopAtAnObjectThatIsCut) {
   for (const char* cut : {"28 11", "28 11 00 00", "28 11 00 00 02 61", "28 11 00 FF FF"}) {
     const Bytes content = support::joined({bytes("28 08 00 00 01 61"), bytes(cut)});
     const catalogue::Settings settings = catalogue::readSettings(content);
@@ -219,7 +219,7 @@ TEST(Settings, LeaveTheOneThatDoesNotFitIn) {
   }
 }
 
-TEST(Settings, TakeASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
+TEST(Settings, AcceptTheSize0For256BytesIfTheFieldHasOnlyTheLowByte) {
   const Bytes content = withFill("2A 03 00 00 00", 256);
   const catalogue::Settings settings = catalogue::readSettings(content);
   ASSERT_EQ(settings.objects.size(), 1U);
@@ -228,7 +228,7 @@ TEST(Settings, TakeASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
   EXPECT_EQ(catalogue::readSettings(withFill("2A 02 00 00 00", 256)).rest.size(), 256U);
 }
 
-TEST(Settings, AreAResultInASingleByte) {
+TEST(Settings, AreAResultIfThereIsOneByte) {
   const Bytes content = bytes("01");
   const catalogue::Settings settings = catalogue::readSettings(content);
   EXPECT_EQ(settings.result, 0x01);
@@ -238,22 +238,22 @@ TEST(Settings, AreAResultInASingleByte) {
   EXPECT_TRUE(catalogue::readSettings({}).rest.empty());
 }
 
-TEST(Wrapper, HoldsAsManyBytesAsItsSizeGives) {
+TEST(Wrapper, HasAsManyBytesAsItsSizeSays) {
   const Bytes content = bytes("00 02 61 62 63");
   const catalogue::Wrapper wrapper = catalogue::readWrapper(content);
   EXPECT_TRUE(wrapper.isWhole());
   EXPECT_EQ(copyOf(wrapper.inside), bytes("61 62"));
-  EXPECT_EQ(copyOf(wrapper.behind), bytes("63"));
+  EXPECT_EQ(copyOf(wrapper.after), bytes("63"));
   EXPECT_TRUE(catalogue::readWrapper(bytes("00 00")).isWhole());
 }
 
-TEST(Wrapper, IsNotWholeIfItHoldsFewer) {
+TEST(Wrapper, IsNotWholeIfItHasFewerBytes) {
   const Bytes content = bytes("01 00 61 62 63");
   const catalogue::Wrapper wrapper = catalogue::readWrapper(content);
   EXPECT_FALSE(wrapper.isWhole());
   EXPECT_EQ(wrapper.size, 256U);
   EXPECT_EQ(copyOf(wrapper.inside), bytes("61 62 63"));
-  EXPECT_TRUE(wrapper.behind.empty());
+  EXPECT_TRUE(wrapper.after.empty());
 }
 
 TEST(Wrapper, MayEndBeforeItsSize) {
@@ -262,7 +262,7 @@ TEST(Wrapper, MayEndBeforeItsSize) {
   EXPECT_FALSE(wrapper.size);
   EXPECT_FALSE(wrapper.isWhole());
   EXPECT_TRUE(wrapper.inside.empty());
-  EXPECT_EQ(copyOf(wrapper.behind), content);
+  EXPECT_EQ(copyOf(wrapper.after), content);
 }
 
 }  // namespace

@@ -12,21 +12,21 @@ using support::bytes;
 
 const Bytes Query = bytes("A5 00 06 50 E0 D8 00 2A 0A");
 
-TEST(PacketReader, GivesAWholePacket) {
+TEST(PacketReader, ReturnsACompletePacket) {
   PacketReader reader;
   EXPECT_EQ(reader.feed(Query), std::vector<Bytes>{Query});
   EXPECT_EQ(reader.pendingBytes(), 0U);
   EXPECT_EQ(reader.strayBytes(), 0U);
 }
 
-TEST(PacketReader, GivesSeveralPacketsOfOneWrite) {
+TEST(PacketReader, ReturnsSeveralPacketsOfOneWrite) {
   PacketReader reader;
   const Bytes other = bytes("A5 00 02 D4 E0");
   EXPECT_EQ(reader.feed(support::joined({Query, other, Query})),
             (std::vector<Bytes>{Query, other, Query}));
 }
 
-TEST(PacketReader, PutsAPacketTogetherFromPieces) {
+TEST(PacketReader, AssemblesAPacketFromPieces) {
   for (std::size_t cut = 1; cut < Query.size(); ++cut) {
     PacketReader reader;
     EXPECT_TRUE(reader.feed(std::span(Query).first(cut)).empty());
@@ -43,12 +43,12 @@ TEST(PacketReader, DropsAndCountsBytesOutsideAPacket) {
   EXPECT_EQ(reader.pendingBytes(), 0U);
 }
 
-TEST(PacketReader, TakesAPacketOfNothing) {
+TEST(PacketReader, AcceptsAnEmptyPacket) {
   PacketReader reader;
   EXPECT_EQ(reader.feed(bytes("A5 00 00")), std::vector<Bytes>{bytes("A5 00 00")});
 }
 
-TEST(PacketReader, TakesTheLongestPacket) {
+TEST(PacketReader, AcceptsTheLongestPacket) {
   PacketReader reader;
   Bytes packet = bytes("A5 FF FF");
   packet.resize(packet.size() + 0xFFFF);
@@ -56,7 +56,7 @@ TEST(PacketReader, TakesTheLongestPacket) {
   EXPECT_EQ(reader.feed(std::span(packet).last(1)), std::vector<Bytes>{packet});
 }
 
-TEST(PacketReader, TakesThePacketThatSays6AndHas10) {
+TEST(PacketReader, AcceptsThePacketWithFourBytesMoreThanItsLengthField) {
   const Bytes generate = bytes("A5 00 06 50 E0 DA 01 2A 0C 00 00 01 01");
   PacketReader whole;
   EXPECT_EQ(whole.feed(support::joined({generate, Query})), (std::vector<Bytes>{generate, Query}));

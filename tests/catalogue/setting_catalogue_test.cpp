@@ -17,7 +17,7 @@ struct WordsRow : support::Row {
   SettingKey key;
   const char* value;
   std::string words;
-  std::string shown;  ///< with secrets
+  std::string shown;  ///< the words if secrets are shown
 };
 
 WordsRow plainRow(const char* name, SettingKey key, const char* value, const std::string& words) {
@@ -26,7 +26,7 @@ WordsRow plainRow(const char* name, SettingKey key, const char* value, const std
 
 class DescribeSetting : public testing::TestWithParam<WordsRow> {};
 
-TEST_P(DescribeSetting, PutsTheValueIntoWords) {
+TEST_P(DescribeSetting, ReturnsNameAndValueInWords) {
   const auto value = bytes(GetParam().value);
   EXPECT_EQ(catalogue::describeSetting(GetParam().key, value, false), GetParam().words);
   EXPECT_EQ(catalogue::describeSetting(GetParam().key, value, true), GetParam().shown);
@@ -113,7 +113,7 @@ std::string lineOf(const catalogue::SettingInfo& info) {
   line.append(kinds[static_cast<std::size_t>(info.kind)]);
   line.append(info.secret ? "secret " : "").append(info.sizeIsLowByte ? "low byte " : "");
   line.append(info.name);
-  if (info.numberNames.size() > 5) {  // the status texts have tests of their own
+  if (info.numberNames.size() > 5) {  // other tests compare the status texts
     return line + ": " + std::to_string(info.numberNames.size()) + " texts\n";
   }
   const char* separator = ": ";
@@ -124,7 +124,7 @@ std::string lineOf(const catalogue::SettingInfo& info) {
   return line + "\n";
 }
 
-TEST(SettingCatalogue, HoldsEverySettingInTheOrderOfNumbers) {
+TEST(SettingCatalogue, HasEverySettingInTheOrderOfTheNumbers) {
   std::string lines;
   for (const catalogue::SettingInfo& info : catalogue::settingCatalogue()) {
     lines += lineOf(info);

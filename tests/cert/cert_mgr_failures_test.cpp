@@ -8,7 +8,7 @@
 #include "testing/packets.h"
 #include "testing/rows.h"
 
-// What each operation makes of a reply that says no success, or of none.
+// The operations of the certificate manager after a failed call or a missing reply.
 
 namespace {
 
@@ -20,7 +20,7 @@ using support::replyXml;
 using support::statusChildren;
 using Names = std::vector<std::string>;
 
-/// What operations fill, and must leave alone when they fail.
+/// The outputs of the operations. A failed operation must not change them.
 struct Values {
   std::string file;
   Names names = {"old"};
@@ -29,10 +29,10 @@ struct Values {
 
 struct OperationRow : support::Row {
   int (*run)(CertMgr& manager, Values& values);
-  const char* errorLine;  ///< a format for the status
+  const char* errorLine;  ///< the log line; "@" stands for the status
   const char* messageLine = "D [ZVK] why not\n";
-  /// Calls that go before the one that fails.
-  int callsAhead = 0;
+  /// The count of calls before the one that fails.
+  int callsBefore = 0;
 };
 
 const std::vector<OperationRow> Operations = {
@@ -80,10 +80,11 @@ const std::vector<OperationRow> Operations = {
 
 class FailedCall : public support::CertManager, public testing::WithParamInterface<OperationRow> {
  protected:
-  /// Runs the operation with this reply to its own call, after success for those ahead of it.
-  /// Returns what was written about it; nothing that the operation fills may have changed.
+  /// Runs the operation. The printer replies to its own call with `reply`, and to the calls before
+  /// it with success. Returns the log lines about the failure. Expects unchanged outputs.
   std::string errorOf(const Bytes& reply) {
-    std::vector<Bytes> replies(static_cast<std::size_t>(GetParam().callsAhead), support::success());
+    std::vector<Bytes> replies(static_cast<std::size_t>(GetParam().callsBefore),
+                               support::success());
     replies.push_back(reply);
     answer(replies);
     Values values{.file = folder.write("f", "content")};
@@ -91,7 +92,7 @@ class FailedCall : public support::CertManager, public testing::WithParamInterfa
     EXPECT_EQ(values.names, Names{"old"});
     EXPECT_EQ(values.texts, Names(7, "old"));
     EXPECT_EQ(support::fileContent(values.file), "content");
-    // What reading the file has to say is not the subject here.
+    // Leave out the lines about reading the file.
     for (const std::string& line :
          {loading(values.file), std::string("D [ZVK] PEM_read failed?!\n")}) {
       if (output.err.starts_with(line)) {
@@ -107,42 +108,42 @@ class FailedCall : public support::CertManager, public testing::WithParamInterfa
   }
 };
 
-TEST_P(FailedCall, IsToldWithItsStatusAndThePrintersMessage) {
+TEST_P(FailedCall, LogsItsStatusAndThePrintersMessage) {
   EXPECT_EQ(errorOf(failure("7", "why not")), errorLine("7") + GetParam().messageLine);
   EXPECT_EQ(errorOf(failure("-12", "why not")), errorLine("-12") + GetParam().messageLine);
 }
 
-TEST_P(FailedCall, TakesTheMessageForNoFormat) {
+TEST_P(FailedCall, DoesNotUseTheMessageAsAFormat) {
   std::string line = GetParam().messageLine;
   EXPECT_EQ(errorOf(failure("7", "%s%n%d")), errorLine("7") + line.replace(8, 7, "%s%n%d"));
 }
 
-TEST_P(FailedCall, IsOneWithoutAStatus) {
+TEST_P(FailedCall, IncludesAReplyWithoutAStatus) {
   std::string line = GetParam().messageLine;
   line.replace(8, 7, "");
   EXPECT_EQ(errorOf(replyPacket(replyXml(""))), errorLine("0") + line);
-  // No reply of the object store's at all.
+  // These are not object-store replies.
   EXPECT_EQ(errorOf(packets::Accepted), errorLine("0") + line);
   EXPECT_EQ(errorOf(bytes("A5 00 08 50 E0 C0 03 00 01 00 E1")), errorLine("0") + line);
 }
 
-TEST_P(FailedCall, SaysNothingWithoutAReply) {
+TEST_P(FailedCall, LogsNothingWithoutAReply) {
   EXPECT_EQ(errorOf(Bytes()), "");
   EXPECT_EQ(errorOf(packets::Refused), "");
 }
 
-TEST_P(FailedCall, AddsNothingWithoutAPrinter) {
+TEST_P(FailedCall, LogsOnlyTheOpenFailureWithoutAPrinter) {
   device.openErrno = ENOENT;
   std::string lines;
-  for (int i = 0; i <= GetParam().callsAhead; ++i) {
+  for (int i = 0; i <= GetParam().callsBefore; ++i) {
     lines += "D [ZVK] Failed to open usb device '/dev/usb/lp0'!\n";
   }
   EXPECT_EQ(errorOf(Bytes()), lines);
 }
 
-TEST_P(FailedCall, IsOneWhereverTheReplyIsCut) {
+TEST_P(FailedCall, IncludesAReplyThatIsCutBeforeTheEndOfItsStatus) {
   const std::string xml = replyXml(statusChildren("1", "fine"));
-  // Behind the status it is a reply that succeeded, however it ends.
+  // A reply that is cut after its status is a success.
   const std::size_t statusEnd = xml.find("</IntegerElem>");
   for (std::size_t size = 0; size < statusEnd; size += 7) {
     errorOf(replyPacket(xml.substr(0, size)));
@@ -156,18 +157,18 @@ TEST_P(FailedCall, DropsTheBytesE0OfTheMessage) {
 
 INSTANTIATE_TEST_SUITE_P(Operations, FailedCall, testing::ValuesIn(Operations), support::rowName);
 
-// --- The two tests of a status ------------------------------------------------------------------
+// --- The two readings of a status ---------------------------------------------------------------
 
 using StatusText = support::CertManager;
 
-TEST_F(StatusText, CountsAsANumberForMostOperations) {
+TEST_F(StatusText, IsReadAsANumberByMostOperations) {
   for (const char* text : {" 1", "01", "1x", "+1"}) {
     answer({replyPacket(replyXml(statusChildren(text)))});
     EXPECT_EQ(run([](CertMgr& manager) { return manager.deleteCACert("x"); }), 0) << text;
   }
 }
 
-TEST_F(StatusText, LeavesAListAsItWasWhenItIsNotExactlyOne) {
+TEST_F(StatusText, LeavesAListUnchangedUnlessItIsExactlyOne) {
   answer({replyPacket(replyXml(statusChildren("01") + support::listChild({"new"})))});
   Names names = {"old"};
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.getCertFriendlyNameList(names); }), 0);

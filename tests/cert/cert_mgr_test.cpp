@@ -7,7 +7,7 @@
 #include "testing/certificate_manager.h"
 #include "testing/rows.h"
 
-// Construction, deletions, lists, information and friendly names.
+// The certificate manager: construction, deletions, lists, information and friendly names.
 
 namespace {
 
@@ -24,7 +24,7 @@ using Names = std::vector<std::string>;
 
 // --- Construction -------------------------------------------------------------------------------
 
-/// What the construction of a manager throws.
+/// Returns the text that the construction of a manager throws.
 template <typename Argument>
 std::string thrownBy(Argument argument) {
   try {
@@ -35,13 +35,13 @@ std::string thrownBy(Argument argument) {
   return "(nothing)";
 }
 
-TEST_F(CertManager, NeedsADevice) {
+TEST_F(CertManager, ThrowsWithoutADevice) {
   EXPECT_EQ(thrownBy(std::string()), "Error: No USB device is specified!");
   EXPECT_EQ(thrownBy(static_cast<configDetails*>(nullptr)), "Error: Config Details is null!");
   EXPECT_EQ(outputOf([] { thrownBy(std::string()); }), Output());
 }
 
-TEST_F(CertManager, TakesTheDeviceFromTheSettings) {
+TEST_F(CertManager, UsesTheDeviceOfTheSettings) {
   auto& other = system.device("/dev/usb/lp1");
   configDetails settings;
   settings.parseUSB(2, {"zvkconfig", "/dev/usb/lp1"});
@@ -68,7 +68,7 @@ TEST_F(CertManager, DeletesACaCertificateByItsName) {
   EXPECT_EQ(calls(), Names{support::deleteCaText("a %s & b")});
 }
 
-TEST_F(CertManager, GivesWhatThePrinterKnowsOfACaCertificate) {
+TEST_F(CertManager, ReturnsThePrintersDataOfACaCertificate) {
   answer({success(textChild("ca_file_name", "ca.pem") + textChild("ca_dot_pem_path", "/certs/1") +
                   textChild("ca_common_name", "RootCA"))});
   Names texts(3);
@@ -80,7 +80,7 @@ TEST_F(CertManager, GivesWhatThePrinterKnowsOfACaCertificate) {
   EXPECT_EQ(output, Output());
 }
 
-TEST_F(CertManager, ListsFriendlyNamesAndShowsThem) {
+TEST_F(CertManager, ReturnsAndLogsTheFriendlyNames) {
   answer({success(listChild({"first", "sec%nd"}))});
   Names names = {"old"};
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.getCertFriendlyNameList(names); }), 0);
@@ -92,7 +92,7 @@ TEST_F(CertManager, ListsFriendlyNamesAndShowsThem) {
             "D [ZVK] [1] sec%nd\n");
 }
 
-TEST_F(CertManager, ShowsThatThereAreNoFriendlyNames) {
+TEST_F(CertManager, LogsAnEmptyListOfFriendlyNames) {
   answer({success(listChild({}))});
   Names names = {"old"};
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.getCertFriendlyNameList(names); }), 0);
@@ -100,7 +100,7 @@ TEST_F(CertManager, ShowsThatThereAreNoFriendlyNames) {
   EXPECT_EQ(output.err, "D [ZVK] List of friendly names (0):\n");
 }
 
-TEST_F(CertManager, ListsCaCertificatesSilently) {
+TEST_F(CertManager, ReturnsTheCaCertificatesAndLogsNothing) {
   answer({success(listChild({"first", "second"}))});
   Names names = {"old"};
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.getCACommonNameList(names); }), 0);
@@ -137,7 +137,7 @@ TEST_P(FriendlyName, HasAtMost31Bytes) {
             std::string::npos);
 }
 
-TEST_P(FriendlyName, ReplacesTheDefaultWholly) {
+TEST_P(FriendlyName, ReplacesTheDefault) {
   folder.write("f", "content");
   answer({success()});
   EXPECT_EQ(runWith("short"), 0);

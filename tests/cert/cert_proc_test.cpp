@@ -19,7 +19,7 @@ using support::Output;
 using support::success;
 using support::text;
 using support::textChild;
-using support::TransportGone;
+using support::TransportReleased;
 
 class CertificateCommand : public support::ObjectStorePrinter {
  protected:
@@ -51,10 +51,10 @@ TEST_F(Rcerdefs, PrintsSevenLines) {
                             "cer-city=City\n"
                             "cer-altname=printer.example\n"
                             "cer-common=100%s\n",
-                            TransportGone}));
+                            TransportReleased}));
 }
 
-TEST_F(Rcerdefs, PrintsEmptyTextsForWhatIsMissing) {
+TEST_F(Rcerdefs, PrintsEmptyTextsForMissingValues) {
   answer({success()});
   EXPECT_EQ(run("-rcerdefs"), 0);
   EXPECT_EQ(output.out,
@@ -62,14 +62,14 @@ TEST_F(Rcerdefs, PrintsEmptyTextsForWhatIsMissing) {
             "cer-common=\n");
 }
 
-TEST_F(Rcerdefs, FailsWhenThePrinterDoes) {
+TEST_F(Rcerdefs, FailsIfTheCallFails) {
   answer({failure("3", "not now")});
   EXPECT_EQ(run("-rcerdefs"), 1);
   EXPECT_EQ(output, (Output{"",
                             "D [ZVK] Get cert request defaults error 3\n"
                             "D [ZVK] not now\n"
                             "D [ZVK] Failed to read certificate defaults!\n" +
-                                TransportGone}));
+                                TransportReleased}));
 }
 
 // --- Creating a request -------------------------------------------------------------------------
@@ -102,11 +102,11 @@ class CsrOptions : public CertificateCommand {
   std::string path = folder.path("request");
 };
 
-TEST_F(CsrOptions, MakeARequestThatIsSaved) {
+TEST_F(CsrOptions, CreateAndSaveARequest) {
   answer({success(), success(), Request});
   EXPECT_EQ(run("-csr", options()), 0);
   EXPECT_EQ(output, (Output{"", given() + Created + "D [ZVK] Certificate Request saved to '" +
-                                    path + "'!\n" + TransportGone}));
+                                    path + "'!\n" + TransportReleased}));
   EXPECT_EQ(support::fileContent(path), "ABC");
   EXPECT_EQ(calls().at(1),
             support::callText("generateNewCert", 200,
@@ -129,10 +129,10 @@ TEST_F(CsrOptions, AreNotRequired) {
             "D [ZVK] --cer-common=\"\"\n"
             "D [ZVK] --cer-path=\"\"\n" +
                 std::string(Created) + "D [ZVK] Error saving Certificate Request to ''!\n" +
-                TransportGone);
+                TransportReleased);
 }
 
-TEST_F(CsrOptions, FailWhenNoRequestIsMade) {
+TEST_F(CsrOptions, FailIfTheRequestIsNotCreated) {
   folder.write("request", "before");
   answer({success(), failure("9", "no entropy")});
   EXPECT_EQ(run("-csr", options()), 1);
@@ -140,12 +140,12 @@ TEST_F(CsrOptions, FailWhenNoRequestIsMade) {
                                     "D [ZVK] Create Certificate Request error 9\n"
                                     "D [ZVK] no entropy\n"
                                     "D [ZVK] Error creating Certificate Request!\n" +
-                                    TransportGone}));
+                                    TransportReleased}));
   EXPECT_EQ(calls().size(), 2U);
   EXPECT_EQ(support::fileContent(path), "before");
 }
 
-TEST_F(CsrOptions, FailWhenTheRequestIsNotGivenOut) {
+TEST_F(CsrOptions, FailIfTheRequestIsNotReturned) {
   folder.write("request", "before");
   answer({success(), success(), failure("9", "no key")});
   EXPECT_EQ(run("-csr", options()), 1);
@@ -153,18 +153,18 @@ TEST_F(CsrOptions, FailWhenTheRequestIsNotGivenOut) {
                             "D [ZVK] Save Cert Request error 9\n\n"
                             "D [ZVK] no key\n\n"
                             "D [ZVK] Error saving Certificate Request to '" +
-                            path + "'!\n" + TransportGone);
+                            path + "'!\n" + TransportReleased);
   EXPECT_EQ(support::fileContent(path), "before");
 }
 
-TEST_F(CsrOptions, FailWhenTheRequestCannotBeWritten) {
+TEST_F(CsrOptions, FailIfTheRequestCannotBeWritten) {
   path = "/dev/full";
   answer({success(), success(), Request});
   EXPECT_EQ(run("-csr", options()), 1);
   EXPECT_EQ(output.err, given() + Created +
                             "D [ZVK] saveToFile error (1): 28, bytes=0\n\n"
                             "D [ZVK] Error saving Certificate Request to '/dev/full'!\n" +
-                            TransportGone);
+                            TransportReleased);
 }
 
 // --- Installing a certificate -------------------------------------------------------------------
@@ -176,8 +176,9 @@ TEST_F(Icer, InstallsACaCertificate) {
   answer({success()});
   const std::string path = folder.write("ca.pem", "x");
   EXPECT_EQ(run("-icer", {"--802-CA-cer-file=" + path}), 0);
-  EXPECT_EQ(output, (Output{"", "D [ZVK] Loading file " + path + ", 1 bytes\n" +
-                                    "D [ZVK] PEM_read failed?!\n" + Installed + TransportGone}));
+  EXPECT_EQ(output,
+            (Output{"", "D [ZVK] Loading file " + path + ", 1 bytes\n" +
+                            "D [ZVK] PEM_read failed?!\n" + Installed + TransportReleased}));
   EXPECT_NE(calls().at(0).find(">uploadNewCAFile<"), std::string::npos);
 }
 
@@ -185,7 +186,8 @@ TEST_F(Icer, InstallsASignedCertificate) {
   answer({success()});
   const std::string path = folder.write("signed.pem", "x");
   EXPECT_EQ(run("-icer", {"--802-signed-cer-file=" + path}), 0);
-  EXPECT_EQ(output.err, "D [ZVK] Loading file " + path + ", 1 bytes\n" + Installed + TransportGone);
+  EXPECT_EQ(output.err,
+            "D [ZVK] Loading file " + path + ", 1 bytes\n" + Installed + TransportReleased);
   EXPECT_NE(calls().at(0).find(">uploadSignedCertFile<"), std::string::npos);
   EXPECT_NE(calls().at(0).find(">Quorvanthelisdorm<"), std::string::npos);
 }
@@ -199,13 +201,13 @@ TEST_F(Icer, PrefersTheCaCertificate) {
   EXPECT_NE(calls().at(0).find(">uploadNewCAFile<"), std::string::npos);
 }
 
-TEST_F(Icer, SaysNothingWithoutAFile) {
+TEST_F(Icer, LogsNothingWithoutAFile) {
   EXPECT_EQ(run("-icer"), 1);
   EXPECT_EQ(output, Output());
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(Icer, SaysThatTheFileIsNotThere) {
+TEST_F(Icer, ReportsAMissingFile) {
   const std::string path = folder.path("absent");
   for (const char* option : {"--802-CA-cer-file=", "--802-signed-cer-file="}) {
     EXPECT_EQ(run("-icer", {option + path}), 2);
@@ -214,14 +216,14 @@ TEST_F(Icer, SaysThatTheFileIsNotThere) {
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(Icer, FailsForAFileThatIsThereButCannotBeRead) {
+TEST_F(Icer, FailsIfTheFileExistsButCannotBeRead) {
   std::filesystem::create_symlink("nowhere", folder.path("dangling"));
   EXPECT_EQ(run("-icer", {"--802-CA-cer-file=" + folder.path("dangling")}), 1);
-  EXPECT_EQ(output, (Output{"", NotInstalled + TransportGone}));
+  EXPECT_EQ(output, (Output{"", NotInstalled + TransportReleased}));
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(Icer, FailsWhenThePrinterDoes) {
+TEST_F(Icer, FailsIfTheCallFails) {
   answer({failure("6", "does not fit")});
   const std::string path = folder.write("signed.pem", "x");
   EXPECT_EQ(run("-icer", {"--802-signed-cer-file=" + path}), 1);
@@ -229,10 +231,10 @@ TEST_F(Icer, FailsWhenThePrinterDoes) {
                             ", 1 bytes\n"
                             "D [ZVK] Install Signed Cert error 6\n"
                             "D [ZVK] does not fit\n" +
-                            NotInstalled + TransportGone);
+                            NotInstalled + TransportReleased);
 }
 
-// --- All else -----------------------------------------------------------------------------------
+// --- Other cases --------------------------------------------------------------------------------
 
 TEST_F(CertificateCommand, IsComparedExactly) {
   for (const char* command : {"-rcer", "-rcerdefs ", "-CSR", "icer", "", "-cer"}) {
@@ -242,7 +244,7 @@ TEST_F(CertificateCommand, IsComparedExactly) {
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(CertificateCommand, LetsTheManagersComplaintThrough) {
+TEST_F(CertificateCommand, DoesNotCatchTheManagersException) {
   configDetails configuration = support::settings({""});
   for (std::string command : {"-rcerdefs", "-csr"}) {
     EXPECT_THROW(CertProc().run(command, configuration), const char*);
@@ -252,7 +254,7 @@ TEST_F(CertificateCommand, LetsTheManagersComplaintThrough) {
   EXPECT_THROW(CertProc().run(command, configuration), const char*);
 }
 
-TEST_F(CertificateCommand, TakesEveryKindOfDirectoryEntryForAFile) {
+TEST_F(CertificateCommand, TreatsEveryKindOfDirectoryEntryAsAFile) {
   std::filesystem::create_symlink("nowhere", folder.path("dangling"));
   ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
   for (const std::string& path : {folder.path(""), folder.write("f", ""), folder.path("dangling"),

@@ -6,7 +6,7 @@
 #include "cert/cert_mgr.h"
 #include "testing/certificate_manager.h"
 
-// Certificate requests: made by the printer, their defaults, and saved to a file.
+// Certificate requests: the printer creates them, and the program saves them to a file.
 
 namespace {
 
@@ -39,7 +39,7 @@ std::string generation(const std::string& friendlyName, const Names& texts) {
 
 const Names Subject = {"o", "an", "c", "cn", "l", "ou", "st"};
 
-TEST_F(CertManager, RemovesTheOldCertificateAndThenHasARequestMade) {
+TEST_F(CertManager, DeletesTheOldCertificateBeforeItCreatesARequest) {
   answer({success()});
   EXPECT_EQ(run([](CertMgr& manager) { return createRequest(manager); }), 0);
   EXPECT_EQ(calls(),
@@ -47,7 +47,7 @@ TEST_F(CertManager, RemovesTheOldCertificateAndThenHasARequestMade) {
   EXPECT_EQ(output, Output());
 }
 
-TEST_F(CertManager, MakesARequestAlsoWhenThereWasNothingToRemove) {
+TEST_F(CertManager, CreatesARequestEvenIfTheDeletionFails) {
   answer({failure("3", "no such certificate"), success()});
   EXPECT_EQ(run([](CertMgr& manager) { return createRequest(manager); }), 0);
   EXPECT_EQ(output.err,
@@ -55,7 +55,7 @@ TEST_F(CertManager, MakesARequestAlsoWhenThereWasNothingToRemove) {
             "D [ZVK] no such certificate\n");
 }
 
-TEST_F(CertManager, MakesARequestAlsoWhenTheRemovalGetsNoReply) {
+TEST_F(CertManager, CreatesARequestEvenIfTheDeletionGetsNoReply) {
   answer({Bytes(), success()});
   EXPECT_EQ(run([](CertMgr& manager) { return createRequest(manager); }), 0);
   EXPECT_EQ(calls().size(), 2U);
@@ -71,7 +71,7 @@ TEST_F(CertManager, EscapesTheSubjectButNotTheFriendlyName) {
                                                   "l&gt;", "ou&quot;", "st&lt;"})}));
 }
 
-TEST_F(CertManager, TakesNullPointersForEmptyTexts) {
+TEST_F(CertManager, TreatsNullPointersAsEmptyTexts) {
   answer({success()});
   run([](CertMgr& manager) {
     return manager.creatCertRequest(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
@@ -80,7 +80,7 @@ TEST_F(CertManager, TakesNullPointersForEmptyTexts) {
   EXPECT_EQ(calls().at(1), generation(DefaultFriendlyName, Names(7)));
 }
 
-TEST_F(CertManager, SendsNothingWhenTheRequestDoesNotFit) {
+TEST_F(CertManager, SendsNothingIfTheRequestIsTooLarge) {
   answer({success()});
   const std::size_t room = 3071 - generation(DefaultFriendlyName, Names(7)).size();
   const auto create = [&](const std::string& organisation) {
@@ -90,7 +90,7 @@ TEST_F(CertManager, SendsNothingWhenTheRequestDoesNotFit) {
   };
   EXPECT_EQ(create(std::string(room + 1, 'x')), -1);
   EXPECT_EQ(create(std::string(4096, '%')), -1);
-  // Five bytes each, once escaped.
+  // Each character has five bytes after escaping.
   EXPECT_EQ(create(std::string(room / 5 + 1, '&')), -1);
   EXPECT_EQ(device.opens, 0);
   EXPECT_EQ(output, Output());
@@ -98,19 +98,19 @@ TEST_F(CertManager, SendsNothingWhenTheRequestDoesNotFit) {
   EXPECT_EQ(calls().at(1).size(), 3071U);
 }
 
-TEST_F(CertManager, WaitsLongerForTheCallsThatWorkOnKeys) {
+TEST_F(CertManager, WaitsLongerForCallsThatUseKeys) {
   const auto seconds = [&](auto operation) {
     const auto start = system.now();
     run(operation);
     return (system.now() - start) / virtual_system::Second;
   };
-  // Two exchanges: the removal and the request, each with two seconds ahead.
+  // There are two exchanges, the deletion and the request. Each starts with a pause of 2 s.
   EXPECT_EQ(seconds([](CertMgr& manager) { return createRequest(manager); }), 7 + 12);
   EXPECT_EQ(seconds([](CertMgr& manager) { return manager.saveCertRequest("", nullptr); }), 12);
   EXPECT_EQ(seconds([](CertMgr& manager) { return manager.deleteCACert("x"); }), 7);
 }
 
-// --- The request's defaults ---------------------------------------------------------------------
+// --- Defaults of a request ----------------------------------------------------------------------
 
 TEST_F(CertManager, ReadsTheDefaultsOfARequest) {
   answer({success(textChild("x509_O", "Org") + textChild("x509_OU", "Unit") +
@@ -132,7 +132,7 @@ TEST_F(CertManager, ReadsTheDefaultsOfARequest) {
   EXPECT_EQ(output, Output());
 }
 
-// --- Saving the request -------------------------------------------------------------------------
+// --- Saving a request ---------------------------------------------------------------------------
 
 class SaveCertRequest : public CertManager {
  protected:
@@ -144,7 +144,7 @@ class SaveCertRequest : public CertManager {
   std::string path = folder.path("request");
 };
 
-TEST_F(SaveCertRequest, WritesTheDecodedBytesAlone) {
+TEST_F(SaveCertRequest, WritesOnlyTheDecodedBytes) {
   answer({success(binaryChild("cert_dot_csr_file", "QUJD"))});
   EXPECT_EQ(save(), 0);
   EXPECT_EQ(support::fileContent(path), "ABC");
@@ -159,7 +159,7 @@ TEST_F(SaveCertRequest, WritesAnEmptyFileForAnEmptyRequest) {
   EXPECT_EQ(support::fileContent(path), "");
 }
 
-TEST_F(SaveCertRequest, TakesAReplyThatIsCutBehindItsStatusForOneWithoutARequest) {
+TEST_F(SaveCertRequest, TreatsAReplyCutAfterItsStatusAsOneWithoutARequest) {
   const std::string whole =
       support::replyXml(support::statusChildren("1") + binaryChild("cert_dot_csr_file", "QUJD"));
   const std::size_t end = whole.find("</BinaryElem>");
@@ -168,9 +168,9 @@ TEST_F(SaveCertRequest, TakesAReplyThatIsCutBehindItsStatusForOneWithoutARequest
   EXPECT_EQ(support::fileContent(path), "");
 }
 
-TEST_F(SaveCertRequest, TakesARequestOf16384BytesAndNoLargerOne) {
+TEST_F(SaveCertRequest, SavesARequestOfAtMost16384Bytes) {
   folder.write("request", "before");
-  // 5461 groups of three bytes and one of one or two.
+  // 5461 groups of three bytes, and a last group of one or two bytes.
   const std::string groups(std::size_t{4} * 5461, 'A');
   answer({success(binaryChild("cert_dot_csr_file", groups + "AAA=")),
           success(binaryChild("cert_dot_csr_file", groups + "AA=="))});
@@ -181,7 +181,7 @@ TEST_F(SaveCertRequest, TakesARequestOf16384BytesAndNoLargerOne) {
   EXPECT_EQ(support::fileContent(path), std::string(16384, '\0'));
 }
 
-TEST_F(SaveCertRequest, FailsWhenTheFileCannotBeWritten) {
+TEST_F(SaveCertRequest, FailsIfTheFileCannotBeWritten) {
   path = folder.path("absent/request");
   answer({success(binaryChild("cert_dot_csr_file", "QUJD"))});
   EXPECT_EQ(save(), -1);

@@ -8,7 +8,7 @@
 #include "testing/certificate_manager.h"
 #include "testing/certificates.h"
 
-// Uploads of certificates, and the CA certificate that goes before its successor comes.
+// Uploads of certificates, and the deletion of a CA certificate before its upload.
 
 namespace {
 
@@ -24,12 +24,12 @@ using Names = std::vector<std::string>;
 
 const std::string CaQuery = support::callText("queryCAList", 420);
 
-/// RootCA, valid from 2020-01-05 to 2030-12-25.
+/// The printer's name for the certificate "RootCA", which is valid from 2020-01-05 to 2030-12-25.
 constexpr const char* RootCaName = "RootCA_Jan__5_2020_To_Dec_25_2030";
 
 // --- Uploads ------------------------------------------------------------------------------------
 
-TEST_F(CertManager, UploadsASignedCertificateWithItsOwnSize) {
+TEST_F(CertManager, UploadsASignedCertificateWithItsSize) {
   answer({success()});
   const std::string path = folder.write("signed.pem", "ABCD");
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.installSignedCert(path.c_str(), nullptr); }),
@@ -38,7 +38,7 @@ TEST_F(CertManager, UploadsASignedCertificateWithItsOwnSize) {
   EXPECT_EQ(output.err, loading(path));
 }
 
-TEST_F(CertManager, UploadsACaCertificateUnderTheFilesOwnName) {
+TEST_F(CertManager, UploadsACaCertificateUnderTheNameOfTheFile) {
   answer({success()});
   const std::string path = folder.write("my ca.pem", "no PEM");
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), 0);
@@ -56,9 +56,9 @@ TEST_F(CertManager, UploadsFromAPathWithoutASlash) {
   EXPECT_EQ(calls(), Names{uploadCaText("ca.pem", "x")});
 }
 
-TEST_F(CertManager, UploadsWhatFitsTheRequestAndNothingLarger) {
+TEST_F(CertManager, UploadsAFileThatFitsIntoTheRequestAndNoLargerOne) {
   answer({success()});
-  // Three bytes take four characters of Base64. The size field has five digits here, not one.
+  // Base64 needs four characters for three bytes. The size in the request has five digits, not one.
   const std::size_t empty = uploadSignedText(DefaultFriendlyName, "").size() + 4;
   const std::size_t room = (16383 - empty) / 4 * 3;
   const auto upload = [&](std::size_t size) {
@@ -79,9 +79,9 @@ TEST_F(CertManager, UploadsWhatFitsTheRequestAndNothingLarger) {
   EXPECT_EQ(upload(room), std::pair(0, 0));
 }
 
-TEST_F(CertManager, RemovesNothingWhenTheCaUploadDoesNotFit) {
+TEST_F(CertManager, DeletesNothingIfTheCaUploadIsTooLarge) {
   answer({success(listChild({RootCaName}))});
-  // Base64 of this size fits its own buffer, but not the request.
+  // The Base64 text of this size fits into its own buffer, but not into the request.
   std::string content = support::certificatePem();
   content.resize(12285, '\n');
   const std::string path = folder.write("ca.pem", content);
@@ -90,7 +90,7 @@ TEST_F(CertManager, RemovesNothingWhenTheCaUploadDoesNotFit) {
   EXPECT_EQ(output.err, loading(path));
 }
 
-TEST_F(CertManager, UploadsNothingOfAFileThatCannotBeRead) {
+TEST_F(CertManager, SendsNothingIfTheFileCannotBeRead) {
   for (const std::string& path : {folder.path("absent"), folder.path(""), folder.write("f", "")}) {
     EXPECT_EQ(
         run([&](CertMgr& manager) { return manager.installSignedCert(path.c_str(), nullptr); }),
@@ -100,7 +100,7 @@ TEST_F(CertManager, UploadsNothingOfAFileThatCannotBeRead) {
   EXPECT_EQ(device.opens, 0);
 }
 
-// --- A CA of the same name ----------------------------------------------------------------------
+// --- A CA certificate of the same name ----------------------------------------------------------
 
 class CaCertificate : public CertManager {
  protected:
@@ -124,13 +124,13 @@ TEST_F(CaCertificate, IsReplacedByAnUpload) {
   EXPECT_EQ(output.err, loading(path) + toMatch + "D [ZVK] CA cert exist! Removing...\n");
 }
 
-TEST_F(CaCertificate, IsUploadedAlsoWhenTheRemovalFails) {
+TEST_F(CaCertificate, IsUploadedEvenIfTheDeletionFails) {
   answer({success(listChild({RootCaName})), failure("4", "in use"), success()});
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), 0);
   EXPECT_EQ(calls().size(), 3U);
 }
 
-TEST_F(CaCertificate, IsUploadedAlsoWhenTheListFails) {
+TEST_F(CaCertificate, IsUploadedEvenIfTheListFails) {
   answer({failure("4", "no list"), success()});
   EXPECT_EQ(run([&](CertMgr& manager) { return manager.installCACert(path.c_str()); }), 0);
   EXPECT_EQ(calls().size(), 2U);
@@ -139,14 +139,14 @@ TEST_F(CaCertificate, IsUploadedAlsoWhenTheListFails) {
                             "D [ZVK] no list\n");
 }
 
-TEST_F(CaCertificate, IsRemovedWhenThereIsOne) {
+TEST_F(CaCertificate, IsDeletedIfThePrinterHasIt) {
   answer({success(listChild({RootCaName})), success()});
   EXPECT_EQ(remove(), 1);
   EXPECT_EQ(calls(), (Names{CaQuery, deletion}));
   EXPECT_EQ(output.err, toMatch + "D [ZVK] CA cert exist! Removing...\n");
 }
 
-TEST_F(CaCertificate, IsNotRemovedWhenTheNameDiffersAtAll) {
+TEST_F(CaCertificate, IsNotDeletedIfTheNameDiffers) {
   std::string otherCase = RootCaName;
   otherCase[0] = 'r';
   answer({success(listChild({otherCase, std::string(RootCaName) + " ", "RootCA"}))});
@@ -155,7 +155,7 @@ TEST_F(CaCertificate, IsNotRemovedWhenTheNameDiffersAtAll) {
   EXPECT_EQ(output.err, toMatch);
 }
 
-TEST_F(CaCertificate, IsFoundAmongTheFirstNineOnly) {
+TEST_F(CaCertificate, IsFoundOnlyAmongTheFirstNine) {
   Names names = {"1", "2", "3", "4", "5", "6", "7", "8", RootCaName};
   answer({success(listChild(names)), success()});
   EXPECT_EQ(remove(), 1);
@@ -164,7 +164,7 @@ TEST_F(CaCertificate, IsFoundAmongTheFirstNineOnly) {
   EXPECT_EQ(remove(), 0);
 }
 
-TEST_F(CaCertificate, IsNotRemovedWhenThePrinterRefuses) {
+TEST_F(CaCertificate, IsNotDeletedIfThePrinterRefuses) {
   answer({success(listChild({RootCaName})), failure("5", "in use")});
   EXPECT_EQ(remove(), 0);
   EXPECT_EQ(output.err, toMatch +
@@ -173,7 +173,7 @@ TEST_F(CaCertificate, IsNotRemovedWhenThePrinterRefuses) {
                             "D [ZVK] in use\n");
 }
 
-TEST_F(CaCertificate, IsNotAskedForWithoutACommonName) {
+TEST_F(CaCertificate, IsNotSearchedForWithoutACommonName) {
   path = folder.write("ca.pem", support::certificatePem({.subject = {{"O", "Org"}}}));
   EXPECT_EQ(remove(), 0);
   EXPECT_EQ(device.opens, 0);

@@ -25,7 +25,7 @@ constexpr unsigned int BufferSize = 16384;
 
 class HostFile : public testing::Test {
  private:
-  /// Runs an operation and returns its result; sets `err` and `leftOpen`.
+  /// Runs an operation and returns its result. Sets `err` and `leftOpen`.
   template <typename Operation>
   auto withDescriptors(Operation operation) {
     support::Output output;
@@ -38,12 +38,12 @@ class HostFile : public testing::Test {
 
  protected:
   void SetUp() override {
-    // Loaded before descriptors are counted.
+    // The first capture may open descriptors, so it happens before they are counted.
     outputOf([] {});
   }
 
-  /// Lets the next transfers of the file come out so: a count is what the system gets to see, a
-  /// negative number an error. Then all goes through.
+  /// Sets the results of the next reads or writes of the file: a count limits the transfer, a
+  /// negative number is an error. Later transfers are complete.
   void script(std::deque<ssize_t> results) {
     system.fileTransfer = [results = std::move(results)](std::size_t size) mutable {
       if (results.empty()) {
@@ -88,7 +88,7 @@ using SaveToFile = HostFile;
 
 // --- Reading ------------------------------------------------------------------------------------
 
-TEST_F(LoadFromFile, ReadsTheWholeFileAndSaysItsSize) {
+TEST_F(LoadFromFile, ReadsTheWholeFileAndLogsItsSize) {
   const std::string path = folder.write("f", "abc");
   EXPECT_EQ(load(path), 3);
   EXPECT_EQ(loaded(4), "abc#");
@@ -96,7 +96,7 @@ TEST_F(LoadFromFile, ReadsTheWholeFileAndSaysItsSize) {
   EXPECT_EQ(leftOpen, 0);
 }
 
-TEST_F(LoadFromFile, GivesNothingOfAnEmptyFile) {
+TEST_F(LoadFromFile, ReturnsZeroForAnEmptyFile) {
   const std::string path = folder.write("f", "");
   EXPECT_EQ(load(path), 0);
   EXPECT_EQ(err, loading(path, 0));
@@ -110,7 +110,7 @@ TEST_F(LoadFromFile, ReadsAFileAsLargeAsTheBuffer) {
   EXPECT_EQ(leftOpen, 0);
 }
 
-TEST_F(LoadFromFile, RefusesALargerOneAndLeavesItOpen) {
+TEST_F(LoadFromFile, RejectsALargerFileAndLeavesItOpen) {
   const std::string path = folder.write("f", std::string(BufferSize + 1, 'x'));
   EXPECT_EQ(load(path), -1);
   EXPECT_EQ(loaded(1), "#");
@@ -118,7 +118,7 @@ TEST_F(LoadFromFile, RefusesALargerOneAndLeavesItOpen) {
   EXPECT_EQ(leftOpen, 1);
 }
 
-TEST_F(LoadFromFile, FailsSilentlyWhenTheFileCannotBeOpened) {
+TEST_F(LoadFromFile, FailsSilentlyIfTheFileCannotBeOpened) {
   std::filesystem::create_symlink("nowhere", folder.path("dangling"));
   for (const char* name : {"absent", "dangling", "absent/file"}) {
     EXPECT_EQ(load(folder.path(name)), -1) << name;
@@ -135,7 +135,7 @@ TEST_F(LoadFromFile, FailsSilentlyWithoutPermission) {
   EXPECT_EQ(err, "");
 }
 
-TEST_F(LoadFromFile, SaysThatADirectoryCannotBeRead) {
+TEST_F(LoadFromFile, ReportsThatADirectoryCannotBeRead) {
   const std::string path = folder.path("");
   const std::size_t size = [&] {
     struct stat status = {};
@@ -156,7 +156,7 @@ TEST_F(LoadFromFile, DoesNotWaitForTheWriterOfANamedPipe) {
   EXPECT_EQ(leftOpen, 0);
 }
 
-TEST_F(LoadFromFile, ReadsOnAfterAShortRead) {
+TEST_F(LoadFromFile, ContinuesAfterAShortRead) {
   const std::string path = folder.write("f", "abcdef");
   script({2, 1});
   EXPECT_EQ(load(path), 6);
@@ -164,12 +164,12 @@ TEST_F(LoadFromFile, ReadsOnAfterAShortRead) {
   EXPECT_EQ(err, loading(path, 6));
 }
 
-TEST_F(LoadFromFile, ReadsOnAfterAFirstReadThatFailed) {
+TEST_F(LoadFromFile, ContinuesAfterAFirstReadThatFails) {
   script({-EINTR});
   EXPECT_EQ(load(folder.write("f", "abc")), 3);
 }
 
-TEST_F(LoadFromFile, EndsWhenTheFirstReadIsToBeTriedAgain) {
+TEST_F(LoadFromFile, EndsIfTheFirstReadReportsEagain) {
   const std::string path = folder.write("f", "abc");
   script({-EAGAIN});
   EXPECT_EQ(load(path), -1);
@@ -177,13 +177,13 @@ TEST_F(LoadFromFile, EndsWhenTheFirstReadIsToBeTriedAgain) {
   EXPECT_EQ(leftOpen, 0);
 }
 
-TEST_F(LoadFromFile, TriesTheRestAgain) {
+TEST_F(LoadFromFile, RetriesTheRestAfterEagain) {
   script({1, -EAGAIN, 1, -EAGAIN});
   EXPECT_EQ(load(folder.write("f", "abc")), 3);
   EXPECT_EQ(loaded(4), "abc#");
 }
 
-TEST_F(LoadFromFile, TriesTheRestForFiveSeconds) {
+TEST_F(LoadFromFile, RetriesTheRestForFiveSeconds) {
   const std::string path = folder.write("f", "abc");
   bool isFirst = true;
   system.fileTransfer = [&isFirst](std::size_t /*size*/) -> ssize_t {
@@ -196,7 +196,7 @@ TEST_F(LoadFromFile, TriesTheRestForFiveSeconds) {
   EXPECT_EQ(leftOpen, 0);
 }
 
-TEST_F(LoadFromFile, TriesLongerWhileBytesCome) {
+TEST_F(LoadFromFile, RestartsTheFiveSecondsWithEachByte) {
   auto next = system.now();
   system.fileTransfer = [&](std::size_t /*size*/) -> ssize_t {
     if (system.now() < next) {
@@ -210,7 +210,7 @@ TEST_F(LoadFromFile, TriesLongerWhileBytesCome) {
   EXPECT_GE(system.now(), 9 * virtual_system::Second);
 }
 
-TEST_F(LoadFromFile, CountsTheTimeThatTriesTakeThemselves) {
+TEST_F(LoadFromFile, CountsTheTimeOfTheReadsThemselves) {
   bool isFirst = true;
   system.fileTransfer = [&](std::size_t /*size*/) -> ssize_t {
     system.advance(virtual_system::Second);
@@ -220,7 +220,7 @@ TEST_F(LoadFromFile, CountsTheTimeThatTriesTakeThemselves) {
   EXPECT_LE(system.now(), 7 * virtual_system::Second);
 }
 
-TEST_F(LoadFromFile, TakesAnErrorFromBeforeForNone) {
+TEST_F(LoadFromFile, IgnoresAnEarlierError) {
   const std::string path = folder.write("f", "abcdef");
   script({2});
   buffer.assign(BufferSize, '#');
@@ -231,7 +231,7 @@ TEST_F(LoadFromFile, TakesAnErrorFromBeforeForNone) {
   EXPECT_EQ(loaded(7), "abcdef#");
 }
 
-TEST_F(LoadFromFile, EndsWhenTheRestCannotBeRead) {
+TEST_F(LoadFromFile, EndsIfTheRestCannotBeRead) {
   const std::string path = folder.write("f", "abcdef");
   script({2, 1, -EIO});
   EXPECT_EQ(load(path), -1);
@@ -239,7 +239,7 @@ TEST_F(LoadFromFile, EndsWhenTheRestCannotBeRead) {
   EXPECT_EQ(leftOpen, 0);
 }
 
-TEST_F(LoadFromFile, EndsWhenTheFileGotShorterMeanwhile) {
+TEST_F(LoadFromFile, EndsIfTheFileBecomesShorter) {
   const std::string path = folder.write("f", "abc");
   script({2, 0});
   EXPECT_EQ(load(path), -1);
@@ -249,7 +249,7 @@ TEST_F(LoadFromFile, EndsWhenTheFileGotShorterMeanwhile) {
 
 // --- Writing ------------------------------------------------------------------------------------
 
-TEST_F(SaveToFile, MakesAFile) {
+TEST_F(SaveToFile, CreatesAFile) {
   const mode_t before = ::umask(0);
   const std::string path = folder.path("f");
   EXPECT_TRUE(save(path, std::string("a\0b", 3)));
@@ -262,7 +262,7 @@ TEST_F(SaveToFile, MakesAFile) {
   EXPECT_EQ(status.st_mode & 07777U, 0644U);
 }
 
-TEST_F(SaveToFile, ReplacesWhatAFileHolds) {
+TEST_F(SaveToFile, ReplacesTheContentOfAFile) {
   const std::string path = folder.write("f", "something longer");
   EXPECT_TRUE(save(path, "new"));
   EXPECT_EQ(support::fileContent(path), "new");
@@ -270,7 +270,7 @@ TEST_F(SaveToFile, ReplacesWhatAFileHolds) {
   EXPECT_EQ(support::fileContent(path), "");
 }
 
-TEST_F(SaveToFile, FailsSilentlyWhenTheFileCannotBeOpened) {
+TEST_F(SaveToFile, FailsSilentlyIfTheFileCannotBeOpened) {
   for (const std::string& path : {folder.path(""), folder.path("absent/f"), std::string()}) {
     EXPECT_FALSE(save(path, "x")) << path;
     EXPECT_EQ(err, "") << path;
@@ -294,13 +294,13 @@ TEST_F(SaveToFile, FailsSilentlyWithoutPermission) {
   EXPECT_EQ(err, "");
 }
 
-TEST_F(SaveToFile, SaysThatTheDiskIsFull) {
+TEST_F(SaveToFile, ReportsAFullDisk) {
   EXPECT_FALSE(save("/dev/full", "abc"));
   EXPECT_EQ(err, "D [ZVK] saveToFile error (1): 28, bytes=0\n\n");
   EXPECT_EQ(leftOpen, 0);
 }
 
-TEST_F(SaveToFile, WritesOnAfterAShortWrite) {
+TEST_F(SaveToFile, ContinuesAfterAShortWrite) {
   const std::string path = folder.path("f");
   script({2, 1});
   EXPECT_TRUE(save(path, "abcdef"));
@@ -308,21 +308,21 @@ TEST_F(SaveToFile, WritesOnAfterAShortWrite) {
   EXPECT_EQ(err, "");
 }
 
-TEST_F(SaveToFile, EndsWhenTheFirstWriteIsToBeTriedAgain) {
+TEST_F(SaveToFile, EndsIfTheFirstWriteReportsEagain) {
   script({-EAGAIN});
   EXPECT_FALSE(save(folder.path("f"), "abc"));
   EXPECT_EQ(err, "D [ZVK] saveToFile error (2): 11, bytes=0\n\n");
   EXPECT_EQ(leftOpen, 0);
 }
 
-TEST_F(SaveToFile, TriesTheRestAgain) {
+TEST_F(SaveToFile, RetriesTheRestAfterEagain) {
   const std::string path = folder.path("f");
   script({1, -EAGAIN, 1, -EAGAIN});
   EXPECT_TRUE(save(path, "abc"));
   EXPECT_EQ(support::fileContent(path), "abc");
 }
 
-TEST_F(SaveToFile, FailsWhenTheFileTakesNoMore) {
+TEST_F(SaveToFile, FailsIfTheFileAcceptsNoMoreBytes) {
   const std::string path = folder.path("f");
   script({2, 0});
   EXPECT_FALSE(save(path, "abc"));
@@ -331,7 +331,7 @@ TEST_F(SaveToFile, FailsWhenTheFileTakesNoMore) {
   EXPECT_EQ(leftOpen, 0);
 }
 
-TEST_F(SaveToFile, EndsWhenTheRestCannotBeWritten) {
+TEST_F(SaveToFile, EndsIfTheRestCannotBeWritten) {
   script({2, 1, -ENOSPC});
   EXPECT_FALSE(save(folder.path("f"), "abcdef"));
   EXPECT_EQ(err, "D [ZVK] saveToFile error (1): 28, bytes=3\n\n");

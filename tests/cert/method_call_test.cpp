@@ -34,15 +34,15 @@ struct CallRow : support::Row {
 
 class MethodCallTable : public testing::TestWithParam<CallRow> {};
 
-TEST_P(MethodCallTable, GivesTheRequestByteForByte) {
+TEST_P(MethodCallTable, HasTheExactTextOfTheRequest) {
   EXPECT_EQ(request(*GetParam().call), GetParam().text);
 }
 
-TEST_P(MethodCallTable, HasTheTimeoutOfThePrintersWork) {
+TEST_P(MethodCallTable, HasTheTimeoutOfTheCall) {
   EXPECT_EQ(GetParam().call->timeoutSeconds, GetParam().timeoutSeconds);
 }
 
-TEST_P(MethodCallTable, HasTheBufferForWhatItCarries) {
+TEST_P(MethodCallTable, HasTheBufferSizeOfTheCall) {
   EXPECT_EQ(GetParam().call->bufferSize, GetParam().bufferSize);
 }
 
@@ -83,13 +83,13 @@ const std::vector<CallRow> Rows = {
 
 INSTANTIATE_TEST_SUITE_P(Calls, MethodCallTable, testing::ValuesIn(Rows), support::rowName);
 
-/// A value that makes the request of a call with one parameter `size` bytes long.
+/// Returns a value with which the request of a call with one parameter has `size` bytes.
 std::string valueFor(const MethodCall& call, std::size_t size) {
   const std::size_t empty = requestText(call, {""}).value().size();
   return std::string(size - empty, 'x');
 }
 
-TEST(RequestText, FitsWithTheZeroByteThatEndsIt) {
+TEST(RequestText, NeedsRoomForItsZeroByte) {
   for (const MethodCall* call : {&method_calls::DeleteIndividualCA, &method_calls::QueryCAInfo}) {
     const std::string largest = valueFor(*call, call->bufferSize - 1);
     EXPECT_EQ(requestText(*call, {largest}).value().size(), call->bufferSize - 1);
@@ -97,7 +97,7 @@ TEST(RequestText, FitsWithTheZeroByteThatEndsIt) {
   }
 }
 
-TEST(RequestText, TakesValuesAsTheyStandAndNotAsFormats) {
+TEST(RequestText, InsertsValuesUnchanged) {
   const std::string value = "%s%n%d&<\xE0\xFF";
   const std::string text = requestText(method_calls::DeleteIndividualCA, {value}).value();
   EXPECT_NE(text.find("<StringElem>" + value + "</StringElem>"), std::string::npos);

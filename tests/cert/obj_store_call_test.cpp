@@ -15,9 +15,9 @@ using support::bytes;
 using support::joined;
 using support::textBytes;
 
-// --- The command --------------------------------------------------------------------------------
+// --- Command ------------------------------------------------------------------------------------
 
-/// The bytes of a command; nothing when none was built.
+/// Returns the bytes of a command, or nothing if none is built.
 Bytes command(const char* xml) {
   unsigned char marker = 0;
   unsigned char* result = &marker;
@@ -30,24 +30,24 @@ Bytes command(const char* xml) {
   return {result, result + size};
 }
 
-TEST(MakeObjStoreCmd, PutsTheSniffPacketAndTheHeaderInFront) {
+TEST(MakeObjStoreCmd, PrependsTheSniffPacketAndTheHeader) {
   EXPECT_EQ(command("abc"), joined({Sniff, bytes("A5 00 09 50 E0 C0 03 00 01 61 62 63")}));
 }
 
-TEST(MakeObjStoreCmd, OfAnEmptyTextIsTheTwoPacketsAlone) {
+TEST(MakeObjStoreCmd, BuildsTwoPacketsForAnEmptyText) {
   const Bytes expected = joined({Sniff, bytes("A5 00 06 50 E0 C0 03 00 01")});
   EXPECT_EQ(command("").size(), 28U);
   EXPECT_EQ(command(""), expected);
   EXPECT_EQ(command(nullptr), expected);
 }
 
-TEST(MakeObjStoreCmd, CountsLongTextsWithTheHighByteFirst) {
+TEST(MakeObjStoreCmd, StoresTheHighByteOfALengthFirst) {
   const Bytes result = command(std::string(0x1234 - 6, 'x').c_str());
   EXPECT_EQ(Bytes(result.begin() + 19, result.begin() + 22), bytes("A5 12 34"));
   EXPECT_EQ(result.size(), 19U + 3U + 0x1234U);
 }
 
-TEST(MakeObjStoreCmd, BuildsNothingOfATextThatNoLengthFieldCounts) {
+TEST(MakeObjStoreCmd, BuildsNothingIfTheTextDoesNotFitIntoAPacket) {
   const Bytes largest = command(std::string(65529, 'x').c_str());
   ASSERT_EQ(largest.size(), 19U + 9U + 65529U);
   EXPECT_EQ(Bytes(largest.begin() + 19, largest.begin() + 22), bytes("A5 FF FF"));
@@ -61,14 +61,14 @@ TEST(AppendObjStoreCmd, AppendsHeaderAndText) {
   EXPECT_EQ(out, bytes("01 02 A5 00 09 50 E0 C0 03 00 01 3C 61 3E"));
 }
 
-TEST(AppendObjStoreCmd, AppendsNothingThatNoLengthFieldCounts) {
+TEST(AppendObjStoreCmd, AppendsNothingIfTheTextDoesNotFitIntoAPacket) {
   Bytes out = bytes("01");
   Bytes xml(65530, 'x');
   CertMgr::appendObjStoreCmd(out, xml.data(), 65530);
   EXPECT_EQ(out, bytes("01"));
 }
 
-TEST(AppendObjStoreCmd, LeavesTheHeaderTableAsItIs) {
+TEST(AppendObjStoreCmd, DoesNotChangeTheSharedHeader) {
   Bytes first;
   Bytes second;
   Bytes xml = bytes("61 62");
@@ -77,7 +77,7 @@ TEST(AppendObjStoreCmd, LeavesTheHeaderTableAsItIs) {
   EXPECT_EQ(second, bytes("A5 00 07 50 E0 C0 03 00 01 61"));
 }
 
-TEST(AppendToArray, AppendsSoManyBytes) {
+TEST(AppendToArray, AppendsTheGivenCountOfBytes) {
   Bytes out = bytes("01");
   Bytes more = bytes("02 03 04");
   CertMgr::appendToArray(out, more.data(), 2);
@@ -95,7 +95,7 @@ TEST(ByteArrayToUCharArray, CopiesIntoANewArray) {
   EXPECT_EQ(copy, nullptr);
 }
 
-TEST(ByteArrayToUCharArray, AllocatesNothingForNothing) {
+TEST(ByteArrayToUCharArray, AllocatesNothingForNoBytes) {
   Bytes empty;
   unsigned char marker = 0;
   unsigned char* copy = &marker;
@@ -103,13 +103,13 @@ TEST(ByteArrayToUCharArray, AllocatesNothingForNothing) {
   EXPECT_EQ(copy, &marker);
 }
 
-TEST(DeleteByteArrayPtr, TakesANullPointer) {
+TEST(DeleteByteArrayPtr, AcceptsANullPointer) {
   unsigned char* nothing = nullptr;
   CertMgr::deleteByteArrayPtr(nothing);
   EXPECT_EQ(nothing, nullptr);
 }
 
-// --- The reply ----------------------------------------------------------------------------------
+// --- Reply --------------------------------------------------------------------------------------
 
 const Bytes& Marker = support::ReplyMarker;
 
@@ -120,7 +120,7 @@ struct Extraction {
   bool operator==(const Extraction&) const = default;
 };
 
-/// Extracts into a buffer of `size` bytes that holds "#" throughout.
+/// Extracts the XML into a buffer of `size` bytes that is filled with "#".
 Extraction extract(Bytes reply, unsigned int size) {
   std::string buffer(size, '#');
   const int result =
@@ -138,13 +138,13 @@ TEST(GetXmlResponse, DropsTheCommandByteBetweenPackets) {
   EXPECT_EQ(extractText(reply), "<a>");
 }
 
-TEST(GetXmlResponse, DropsEveryByteE0AlsoOfTheText) {
+TEST(GetXmlResponse, DropsEveryByteE0OfTheTextToo) {
   const Bytes reply = joined({Marker, bytes("E0 61 E0 E0 A4 80 E0")});
   EXPECT_EQ(extract(reply, 20).result, 3);
   EXPECT_EQ(extractText(reply), "a\xA4\x80");
 }
 
-TEST(GetXmlResponse, GivesNothingWhenAByteOfTheMarkerDiffers) {
+TEST(GetXmlResponse, ReturnsNothingIfAByteOfTheMarkerDiffers) {
   for (std::size_t i = 0; i < Marker.size(); ++i) {
     Bytes reply = joined({Marker, textBytes("<a>")});
     reply[i] ^= 1U;
@@ -153,9 +153,10 @@ TEST(GetXmlResponse, GivesNothingWhenAByteOfTheMarkerDiffers) {
   }
 }
 
-TEST(GetXmlResponse, GivesNothingOfAReplyShorterThanTheMarker) {
+TEST(GetXmlResponse, ReturnsNothingForAReplyShorterThanTheMarker) {
   for (std::size_t size = 0; size < Marker.size(); ++size) {
-    // A buffer of its own size, so that a read beyond its end is found.
+    // The buffer has exactly the size of the reply, so that a sanitizer finds a read beyond its
+    // end.
     const Bytes reply(Marker.begin(), Marker.begin() + static_cast<std::ptrdiff_t>(size));
     EXPECT_EQ(extract(reply, 10), (Extraction{0, std::string(10, '#')})) << size;
     EXPECT_EQ(extractText(reply), "") << size;
@@ -164,7 +165,7 @@ TEST(GetXmlResponse, GivesNothingOfAReplyShorterThanTheMarker) {
   EXPECT_EQ(extractText(Marker), "");
 }
 
-TEST(GetXmlResponse, GivesNothingOfANegativeLength) {
+TEST(GetXmlResponse, ReturnsNothingForANegativeLength) {
   Bytes reply = Marker;
   EXPECT_EQ(CertMgr::getXmlResponse(reply.data(), -1), "");
 }
@@ -182,18 +183,18 @@ TEST(GetXmlResponse, EndsAtTheFirstZeroByte) {
   EXPECT_EQ(extractText(reply), "ab");
 }
 
-// --- Escaping and the dump ----------------------------------------------------------------------
+// --- Escaping and dump --------------------------------------------------------------------------
 
 TEST(SymbolToEntities, ReplacesTheFiveSpecialCharacters) {
   EXPECT_EQ(CertMgr::symbolToEntities("a<b & 'c'"), "a&lt;b &amp; &apos;c&apos;");
   EXPECT_EQ(CertMgr::symbolToEntities(">\""), "&gt;&quot;");
 }
 
-TEST(SymbolToEntities, EscapesWhatIsEscapedAlready) {
+TEST(SymbolToEntities, EscapesEscapedTextAgain) {
   EXPECT_EQ(CertMgr::symbolToEntities("&amp;&lt;"), "&amp;amp;&amp;lt;");
 }
 
-TEST(SymbolToEntities, LeavesAllElse) {
+TEST(SymbolToEntities, LeavesOtherCharactersUnchanged) {
   EXPECT_EQ(CertMgr::symbolToEntities(""), "");
   EXPECT_EQ(CertMgr::symbolToEntities(nullptr), "");
   EXPECT_EQ(CertMgr::symbolToEntities("%s;\xC3\xBC\n"), "%s;\xC3\xBC\n");
@@ -204,20 +205,21 @@ TEST(ShowByteArray, WritesTwoDigitsForEachByte) {
   EXPECT_EQ(output, (support::Output{"", "000AFF"}));
 }
 
-// --- One call -----------------------------------------------------------------------------------
+// --- A call -------------------------------------------------------------------------------------
 
 class GetObjStoreResponse : public support::ObjectStorePrinter {
  protected:
-  /// Makes a call; `text` gets what came of it, and "(untouched)".
+  /// Makes a call and returns its result. Stores the reply's text in `text`; without one it is
+  /// "(unchanged)".
   int call(const char* xml, int timeout = 5) {
-    std::string marker = "(untouched)";
+    std::string marker = "(unchanged)";
     char* result = marker.data();
-    const auto ask = [&] {
+    const auto send = [&] {
       CertMgr manager("/dev/usb/lp0");
       return manager.getObjStoreResponse(xml, result, timeout);
     };
     support::Output output;
-    const int size = support::resultOf(ask, output);
+    const int size = support::resultOf(send, output);
     const std::unique_ptr<char[]> owned(result == marker.data() ? nullptr : result);
     text = result;
     return size;
@@ -226,7 +228,7 @@ class GetObjStoreResponse : public support::ObjectStorePrinter {
   std::string text;
 };
 
-TEST_F(GetObjStoreResponse, WritesBothPacketsAtOnceAndReturnsTheRawSize) {
+TEST_F(GetObjStoreResponse, WritesBothPacketsTogetherAndReturnsTheRawSize) {
   answer({support::replyPacket("<a/>")});
   EXPECT_EQ(call("<b/>"), 11);
   EXPECT_EQ(text, "<a/>");
@@ -241,21 +243,21 @@ TEST_F(GetObjStoreResponse, JoinsTheTextsOfSeveralPackets) {
   EXPECT_EQ(text, "<a/>");
 }
 
-TEST_F(GetObjStoreResponse, GivesAnEmptyTextForAForeignReply) {
+TEST_F(GetObjStoreResponse, ReturnsAnEmptyTextForAnotherKindOfReply) {
   answer({bytes("A5 00 06 50 E0 C0 03 00 02")});
   EXPECT_EQ(call(""), 5);
   EXPECT_EQ(text, "");
 }
 
-TEST_F(GetObjStoreResponse, LeavesTheTextAloneWithoutAReply) {
+TEST_F(GetObjStoreResponse, LeavesTheTextUnchangedWithoutAReply) {
   EXPECT_EQ(call(""), 0);
-  EXPECT_EQ(text, "(untouched)");
+  EXPECT_EQ(text, "(unchanged)");
   answer({packets::Refused});
   EXPECT_EQ(call(""), 0);
-  EXPECT_EQ(text, "(untouched)");
+  EXPECT_EQ(text, "(unchanged)");
 }
 
-TEST_F(GetObjStoreResponse, WaitsAsLongAsItIsTold) {
+TEST_F(GetObjStoreResponse, WaitsForItsTimeout) {
   for (const int timeout : {5, 10}) {
     const auto start = system.now();
     call("", timeout);
@@ -263,9 +265,9 @@ TEST_F(GetObjStoreResponse, WaitsAsLongAsItIsTold) {
   }
 }
 
-TEST_F(GetObjStoreResponse, SendsNothingThatFitsNoPacket) {
+TEST_F(GetObjStoreResponse, SendsNothingIfTheTextDoesNotFitIntoAPacket) {
   EXPECT_EQ(call(std::string(65530, 'x').c_str()), -1);
-  EXPECT_EQ(text, "(untouched)");
+  EXPECT_EQ(text, "(unchanged)");
   EXPECT_EQ(device.opens, 0);
 }
 

@@ -15,7 +15,7 @@ using support::replyXml;
 using support::textChild;
 using Names = std::vector<std::string>;
 
-/// The children of a status with an empty message.
+/// Returns the children of a status with an empty message.
 std::string status(std::string_view code) {
   return support::statusChildren(code);
 }
@@ -55,7 +55,7 @@ struct Defaults {
 
 }  // namespace
 
-TEST(ObjStoreResponse, OfNothingIsEmptyThroughout) {
+TEST(ObjStoreResponse, IsEmptyWithoutAText) {
   const ObjStoreResponse response;
   EXPECT_EQ(response.getCMStatusCode(), 0);
   EXPECT_EQ(response.getStatusMesg(), "");
@@ -66,7 +66,7 @@ TEST(ObjStoreResponse, OfNothingIsEmptyThroughout) {
   EXPECT_FALSE(defaults.read(response));
 }
 
-TEST(ObjStoreResponse, LoadsReplaceTheTextBefore) {
+TEST(ObjStoreResponse, ReplacesTheTextWithEachLoad) {
   ObjStoreResponse response = responseOf(replyXml(status("1")));
   response.loadXML(replyXml(status("2")).c_str());
   EXPECT_EQ(response.getCMStatusCode(), 2);
@@ -93,7 +93,7 @@ TEST(ObjStoreStatus, IsReadLikeAtoi) {
   EXPECT_EQ(responseOf(replyXml(textChild("status_code", "1"))).getCMStatusCode(), 0);
 }
 
-TEST(ObjStoreStatus, MessageAndFriendlyNameNeedNoSuccess) {
+TEST(ObjStoreStatus, IsIgnoredForMessageAndFriendlyName) {
   const ObjStoreResponse response =
       responseOf(replyXml(support::statusChildren("7", "no &quot;such&quot; name") +
                           textChild("cert_friendly_name", "Office")));
@@ -111,13 +111,13 @@ TEST(ObjStoreDefaults, AreAssignedInTheirOrder) {
   EXPECT_EQ(defaults.all(), (Names{"a", "b", "c", "d", "e", "f", "g"}));
 }
 
-TEST(ObjStoreDefaults, ThatAreMissingAreEmpty) {
+TEST(ObjStoreDefaults, AreEmptyIfMissing) {
   Defaults defaults;
   EXPECT_TRUE(defaults.read(responseOf(replyXml(status("1") + textChild("x509_C", "IE")))));
   EXPECT_EQ(defaults.all(), (Names{"", "", "IE", "", "", "", ""}));
 }
 
-TEST(ObjStoreDefaults, AreLeftAloneWithoutSuccess) {
+TEST(ObjStoreDefaults, AreUnchangedWithoutSuccess) {
   for (const char* code : {"0", "2", "01", "1 ", "1x", "+1", ""}) {
     Defaults defaults;
     EXPECT_FALSE(defaults.read(responseOf(replyXml(status(code) + textChild("x509_O", "a")))))
@@ -126,7 +126,7 @@ TEST(ObjStoreDefaults, AreLeftAloneWithoutSuccess) {
   }
 }
 
-TEST(ObjStoreDefaults, LeadingSpaceOfTheStatusIsDroppedByTheParser) {
+TEST(ObjStoreDefaults, AreAssignedDespiteLeadingSpaceOfTheStatus) {
   Defaults defaults;
   EXPECT_TRUE(defaults.read(responseOf(replyXml(status(" \n1")))));
   EXPECT_FALSE(defaults.read(responseOf(replyXml(status("&no; 1")))));
@@ -147,13 +147,13 @@ TEST(ObjStoreCAInfo, IsAssignedOnSuccess) {
   EXPECT_EQ(commonName, "RootCA");
 }
 
-TEST(ObjStoreLists, ComeInDocumentOrder) {
+TEST(ObjStoreLists, AreInDocumentOrder) {
   const ObjStoreResponse response = responseOf(replyXml(status("1") + listChild({"b", "a"})));
   EXPECT_EQ(friendlyNames(response), (Names{"b", "a"}));
   EXPECT_EQ(commonNames(response), (Names{"b", "a"}));
 }
 
-TEST(ObjStoreLists, ReplaceWhatTheVectorHeld) {
+TEST(ObjStoreLists, ReplaceTheContentOfTheVector) {
   Names names = {"old", "older"};
   responseOf(replyXml(status("1") + listChild({"new"}))).getCMFriendlyNameList(names);
   EXPECT_EQ(names, Names{"new"});
@@ -161,7 +161,7 @@ TEST(ObjStoreLists, ReplaceWhatTheVectorHeld) {
   EXPECT_EQ(names, Names{});
 }
 
-TEST(ObjStoreLists, AreLeftAloneWithoutSuccess) {
+TEST(ObjStoreLists, AreUnchangedWithoutSuccess) {
   Names names = {"old"};
   const ObjStoreResponse response = responseOf(replyXml(status("2") + listChild({"new"})));
   response.getCMFriendlyNameList(names);
@@ -171,7 +171,7 @@ TEST(ObjStoreLists, AreLeftAloneWithoutSuccess) {
   EXPECT_EQ(names, Names{"old"});
 }
 
-TEST(ObjStoreLists, HoldNineNamesAtMost) {
+TEST(ObjStoreLists, HaveNineNamesAtMost) {
   Names all;
   for (int i = 1; i <= 12; ++i) {
     all.push_back("name" + std::to_string(i));
@@ -188,7 +188,7 @@ TEST(ObjStoreLists, EndAtAnEmptyEntry) {
   EXPECT_EQ(friendlyNames(responseOf(replyXml(status("1") + listChild({"", "b"})))), Names{});
 }
 
-TEST(ObjStoreLists, AreReadFromTheListChildAlone) {
+TEST(ObjStoreLists, AreReadOnlyFromTheListChild) {
   const std::string other = listChild({"x"}, "other_list");
   EXPECT_EQ(friendlyNames(responseOf(replyXml(status("1") + other + listChild({"a"})))),
             Names{"a"});
@@ -203,7 +203,7 @@ TEST(ObjStoreRequest, IsDecoded) {
   EXPECT_EQ(response.getCMCertRequestData(buffer, 3), 3U);
 }
 
-TEST(ObjStoreRequest, ThatDoesNotFitIsMinusOneUnsigned) {
+TEST(ObjStoreRequest, IsMinusOneUnsignedIfItDoesNotFit) {
   const ObjStoreResponse response =
       responseOf(replyXml(status("1") + binaryChild("cert_dot_csr_file", "QUJD")));
   unsigned char buffer[3] = {};
@@ -211,7 +211,7 @@ TEST(ObjStoreRequest, ThatDoesNotFitIsMinusOneUnsigned) {
   EXPECT_EQ(response.getCMCertRequestData(buffer, 0), 0xFFFFFFFFU);
 }
 
-TEST(ObjStoreRequest, IsNotTouchedWithoutSuccess) {
+TEST(ObjStoreRequest, IsUnchangedWithoutSuccess) {
   const ObjStoreResponse response =
       responseOf(replyXml(status("2") + binaryChild("cert_dot_csr_file", "QUJD")));
   unsigned char buffer[4] = "###";
@@ -219,13 +219,13 @@ TEST(ObjStoreRequest, IsNotTouchedWithoutSuccess) {
   EXPECT_STREQ(reinterpret_cast<char*>(buffer), "###");
 }
 
-TEST(ObjStoreRequest, ThatIsMissingIsEmpty) {
+TEST(ObjStoreRequest, IsEmptyIfMissing) {
   unsigned char buffer[4] = "###";
   EXPECT_EQ(responseOf(replyXml(status("1"))).getCMCertRequestData(buffer, sizeof(buffer)), 0U);
   EXPECT_STREQ(reinterpret_cast<char*>(buffer), "###");
 }
 
-TEST(ObjStoreBadInput, EveryPrefixAndByteChangeOfAReply) {
+TEST(ObjStoreBadInput, MayBeAnyPrefixOrByteChangeOfAReply) {
   const std::string whole =
       replyXml(status("1") + listChild({"a", "b"}) + binaryChild("cert_dot_csr_file", "QUJD"));
   const auto readAll = [](const std::string& xml) {

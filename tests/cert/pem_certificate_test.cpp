@@ -42,7 +42,7 @@ TEST(GetASN1Date, ReadsAUtcTimeOfThirteenCharacters) {
   EXPECT_EQ(dateOf("000229000000Z"), Date(2000, 2, 29));
 }
 
-TEST(GetASN1Date, TakesTwoDigitsAbove49ForTheLastCentury) {
+TEST(GetASN1Date, ReadsTwoDigitYearsFrom50OnAs19xx) {
   EXPECT_EQ(dateOf("491231000000Z"), Date(2049, 12, 31));
   EXPECT_EQ(dateOf("500101000000Z"), Date(1950, 1, 1));
   EXPECT_EQ(dateOf("991231000000Z"), Date(1999, 12, 31));
@@ -67,7 +67,7 @@ TEST(GetASN1Date, FailsForALengthOutside13To20) {
   EXPECT_EQ(CertMgr::getASN1Date(nullptr, year, month, day), -1);
 }
 
-TEST(GetASN1Date, LeavesAllUntouchedForAnyOtherLength) {
+TEST(GetASN1Date, LeavesTheDateUnchangedForAnyOtherLength) {
   EXPECT_EQ(dateOf(""), Untouched);
   EXPECT_EQ(dateOf("2001052359Z"), Untouched);
   EXPECT_EQ(dateOf("200105235959"), Untouched);
@@ -77,12 +77,12 @@ TEST(GetASN1Date, LeavesAllUntouchedForAnyOtherLength) {
   EXPECT_EQ(Date(year, month, day), Untouched);
 }
 
-TEST(GetASN1Date, ReadsEachNumberUpToWhatIsNoDigit) {
+TEST(GetASN1Date, ReadsEachNumberUpToTheFirstNonDigit) {
   EXPECT_EQ(dateOf("2x1y z235959Z"), Date(2002, 1, 0));
   EXPECT_EQ(dateOf("abcdefghijklmnop"), Date(0, 0, 0));
 }
 
-// --- The validity text --------------------------------------------------------------------------
+// --- Validity text ------------------------------------------------------------------------------
 
 std::string validity(Date from, Date to, int size = 128) {
   std::string out(static_cast<std::size_t>(size), '#');
@@ -98,7 +98,7 @@ std::string validity(Date from, Date to, int size = 128) {
   return out.substr(0, static_cast<std::size_t>(length));
 }
 
-TEST(FormatCMCADate, PutsAnUnderscoreInFrontOfASingleDigitDay) {
+TEST(FormatCMCADate, WritesAnUnderscoreBeforeASingleDigitDay) {
   EXPECT_EQ(validity({2020, 1, 5}, {2030, 12, 25}), "Jan__5_2020_To_Dec_25_2030");
   EXPECT_EQ(validity({2020, 2, 9}, {2030, 3, 10}), "Feb__9_2020_To_Mar_10_2030");
   EXPECT_EQ(validity({2020, 4, 1}, {2030, 5, 9}), "Apr__1_2020_To_May__9_2030");
@@ -119,24 +119,24 @@ TEST(FormatCMCADate, WritesYearsWithFourDigits) {
   EXPECT_EQ(validity({7, 1, 11}, {80, 1, 11}), "Jan_11_0007_To_Jan_11_0080");
 }
 
-TEST(FormatCMCADate, WritesNothingInto25Bytes) {
+TEST(FormatCMCADate, WritesNothingToABufferOf25Bytes) {
   EXPECT_EQ(validity({2020, 1, 5}, {2030, 12, 25}, 25), "");
   EXPECT_EQ(validity({2020, 1, 5}, {2030, 12, 25}, 0), "");
 }
 
-TEST(FormatCMCADate, CutsTheTextToItsBuffer) {
+TEST(FormatCMCADate, CutsTheTextToTheSizeOfItsBuffer) {
   EXPECT_EQ(validity({2020, 1, 5}, {2030, 12, 25}, 26), "Jan__5_2020_To_Dec_25_203");
   EXPECT_EQ(validity({2020, 1, 5}, {2030, 12, 25}, 27), "Jan__5_2020_To_Dec_25_2030");
 }
 
-TEST(FormatCMCADate, WritesNothingForAMonthThatThereIsNot) {
+TEST(FormatCMCADate, WritesNothingForAnInvalidMonth) {
   for (const int month : {-1, 0, 13, 99}) {
     EXPECT_EQ(validity({2020, month, 5}, {2030, 12, 25}), "") << month;
     EXPECT_EQ(validity({2020, 1, 5}, {2030, month, 25}), "") << month;
   }
 }
 
-// --- Naming -------------------------------------------------------------------------------------
+// --- Name of a certificate ----------------------------------------------------------------------
 
 class GetPemCommonName : public testing::Test {
  protected:
@@ -168,7 +168,7 @@ TEST_F(GetPemCommonName, JoinsCommonNameAndValidity) {
   EXPECT_EQ(output, support::Output());
 }
 
-TEST_F(GetPemCommonName, KeepsWhatStandsBehindTheCommonName) {
+TEST_F(GetPemCommonName, KeepsTheTextAfterTheCommonName) {
   EXPECT_EQ(
       nameContent(certificatePem(
           {.subject = {{"O", "Org"}, {"CN", "Root CA"}, {"emailAddress", "ca@example.com"}}})),
@@ -177,7 +177,7 @@ TEST_F(GetPemCommonName, KeepsWhatStandsBehindTheCommonName) {
   EXPECT_EQ(caName, "Root CA/emailAddress=ca@example.com_Jan__5_2020_To_Dec_25_2030");
 }
 
-TEST_F(GetPemCommonName, TakesTheFirstMarkEvenInsideAnotherComponent) {
+TEST_F(GetPemCommonName, UsesTheFirstCnEqualsEvenInsideAnotherComponent) {
   EXPECT_EQ(nameContent(certificatePem({.subject = {{"O", "xCN=y"}, {"CN", "z"}}})), 0);
   EXPECT_EQ(commonName, "y/CN=z");
 }
@@ -191,14 +191,14 @@ TEST_F(GetPemCommonName, FailsWithoutACommonName) {
   EXPECT_EQ(output, support::Output());
 }
 
-TEST_F(GetPemCommonName, FailsWhenALongSubjectLeavesNoRoomForIt) {
+TEST_F(GetPemCommonName, FailsIfALongSubjectLeavesNoRoomForIt) {
   EXPECT_EQ(nameContent(certificatePem({.subject = {{"CN", std::string(300, 'x')}}})), -1);
   EXPECT_EQ(nameContent(certificatePem({.subject = {{"O", std::string(300, 'x')}, {"CN", "y"}}})),
             -1);
   EXPECT_EQ(caName, "(none)");
 }
 
-TEST_F(GetPemCommonName, TakesASubjectOf255Characters) {
+TEST_F(GetPemCommonName, AcceptsASubjectOf255Characters) {
   const std::string longest(255 - std::string("/CN=").size(), 'x');
   EXPECT_EQ(nameContent(certificatePem({.subject = {{"CN", longest}}})), 0);
   EXPECT_EQ(commonName, longest);
@@ -206,13 +206,13 @@ TEST_F(GetPemCommonName, TakesASubjectOf255Characters) {
   EXPECT_EQ(nameContent(certificatePem({.subject = {{"CN", longest + "x"}}})), -1);
 }
 
-TEST_F(GetPemCommonName, LeavesOutTheComponentsThatDoNotFit) {
+TEST_F(GetPemCommonName, OmitsComponentsThatDoNotFit) {
   EXPECT_EQ(nameContent(certificatePem({.subject = {{"CN", "y"}, {"O", std::string(300, 'x')}}})),
             0);
   EXPECT_EQ(commonName, "y");
 }
 
-TEST_F(GetPemCommonName, SaysThatThereIsNoSuchFile) {
+TEST_F(GetPemCommonName, ReportsAMissingFile) {
   const std::string path = folder.path("absent");
   EXPECT_EQ(name(path), -1);
   EXPECT_EQ(output.err, "D [ZVK] Failed to read Pem file '" + path + "'?!\n");
@@ -221,7 +221,7 @@ TEST_F(GetPemCommonName, SaysThatThereIsNoSuchFile) {
   EXPECT_EQ(caName, "(none)");
 }
 
-TEST_F(GetPemCommonName, SaysThatAFileHoldsNoPemCertificate) {
+TEST_F(GetPemCommonName, ReportsAFileWithoutAPemCertificate) {
   const std::string pem = certificatePem();
   for (const std::string& content :
        {std::string(), std::string("garbage"), support::certificateDer(), pem.substr(0, 300),
@@ -233,12 +233,12 @@ TEST_F(GetPemCommonName, SaysThatAFileHoldsNoPemCertificate) {
   EXPECT_EQ(caName, "(none)");
 }
 
-TEST_F(GetPemCommonName, SkipsWhatStandsInFrontOfTheCertificate) {
+TEST_F(GetPemCommonName, SkipsTextBeforeTheCertificate) {
   EXPECT_EQ(nameContent("garbage\n-----BEGIN\n\xFF\n" + certificatePem()), 0);
   EXPECT_EQ(commonName, "RootCA");
 }
 
-TEST_F(GetPemCommonName, ReadsTheOtherLabelsOfCertificatesToo) {
+TEST_F(GetPemCommonName, AcceptsOtherLabelsOfCertificates) {
   for (const char* label : {"TRUSTED CERTIFICATE", "X509 CERTIFICATE"}) {
     const std::string pem =
         std::regex_replace(certificatePem(), std::regex("CERTIFICATE(?=-----)"), label);
@@ -248,7 +248,7 @@ TEST_F(GetPemCommonName, ReadsTheOtherLabelsOfCertificatesToo) {
   }
 }
 
-TEST_F(GetPemCommonName, AsksForNoPassPhrase) {
+TEST_F(GetPemCommonName, DoesNotPromptForAPassPhrase) {
   std::string pem = certificatePem();
   const std::string begin = "-----BEGIN CERTIFICATE-----\n";
   pem.insert(begin.size(),
@@ -260,7 +260,7 @@ TEST_F(GetPemCommonName, AsksForNoPassPhrase) {
 struct DateRow : support::Row {
   const char* from;
   const char* to;
-  const char* validity;  ///< empty: there is none
+  const char* validity;  ///< empty if there is none
 };
 
 class CertificateDates : public GetPemCommonName, public testing::WithParamInterface<DateRow> {};

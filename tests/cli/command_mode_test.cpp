@@ -21,13 +21,13 @@ Names namesWhere(bool (*holds)(const CommandMode&)) {
   return names;
 }
 
-TEST(CommandModes, TryARefusalAgainBareExceptThese) {
+TEST(CommandModes, RetryARefusalBareWithExceptions) {
   EXPECT_EQ(namesWhere([](const CommandMode& mode) { return !mode.retriesBare; }),
             (Names{"-a", "-rcerdefs", "-csr", "-icer", "-npa", "-r", "-h"}));
   EXPECT_FALSE(commandMode("-x").retriesBare);
 }
 
-TEST(CommandModes, TakeOptionsForTheseOnly) {
+TEST(CommandModes, TakeOptionsForSixSwitches) {
   EXPECT_EQ(namesWhere([](const CommandMode& mode) { return mode.input == Input::Options; }),
             (Names{"-c", "-ca", "-cer", "-rcerdefs", "-csr", "-icer"}));
   EXPECT_EQ(namesWhere([](const CommandMode& mode) { return mode.input == Input::NpaFile; }),
@@ -43,7 +43,7 @@ TEST(CommandModes, AreFoundByTheirExactName) {
   }
 }
 
-TEST(CommandModes, RunTheDefaultForWhatIsNoSwitch) {
+TEST(CommandModes, RunTheDefaultForAnUnknownSwitch) {
   for (const std::string_view text : {"", "-C", "-cc", "c", "--c", "-x"}) {
     EXPECT_EQ(commandMode(text).worker, CommandMode::Worker::DefaultRun) << text;
   }

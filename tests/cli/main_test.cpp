@@ -13,7 +13,7 @@ using support::HelpText;
 using support::Output;
 using support::outputOf;
 
-/// The program's `main`, which goes by this name in the tests.
+/// The program's `main`. The build renames it for the tests.
 int programMain(int argc, char** argv);
 
 TEST(Main, PrintsTheHelpWithoutArguments) {
@@ -29,7 +29,7 @@ TEST(Main, PrintsTheHelpWithoutArguments) {
 
 using MainWithPrinter = support::UsblpPrinter;
 
-TEST_F(MainWithPrinter, GivesTheCommandsResult) {
+TEST_F(MainWithPrinter, ReturnsTheResultOfTheCommand) {
   CommandLine line({"zvkconfig", "-c", "--ssid=x"});
   int status = -77;
   answer({bytes("00")});
@@ -40,7 +40,7 @@ TEST_F(MainWithPrinter, GivesTheCommandsResult) {
   EXPECT_EQ(status, -1);
 }
 
-TEST_F(MainWithPrinter, LeavesAMissingArgumentUncaught) {
+TEST_F(MainWithPrinter, DoesNotCatchAMissingArgument) {
   CommandLine line({"zvkconfig", "-c"});
   EXPECT_THROW(programMain(line.count(), line.vector()), std::out_of_range);
 }

@@ -22,15 +22,16 @@ using support::CommandLine;
 using support::HelpText;
 using support::Output;
 using support::outputOf;
-using support::TransportGone;
+using support::TransportReleased;
 using virtual_system::Second;
 
 namespace {
 
-/// A whole run of the driver against a scripted printer.
+/// A fixture for tests of a whole run. A scripted printer replies to it.
 class Setup : public support::UsblpPrinter {
  protected:
-  /// Runs the program with these arguments and returns its result; `output` gets what it wrote.
+  /// Runs the program with these arguments and returns its result. Stores what it wrote in
+  /// `output`.
   int run(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "/usr/bin/zvkconfig");
     CommandLine line(std::move(arguments));
@@ -48,7 +49,7 @@ class Setup : public support::UsblpPrinter {
 const Bytes Accepted = bytes("A5 00 03 50 E0 01");
 const Bytes Refused = bytes("A5 00 03 D4 E0 01");
 
-// Default mode, security and channel, SSID "x".
+// The packet for default mode, security and channel, and the SSID "x".
 const Bytes BarePacket = bytes(
     "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 "
     "28 05 00 00 04 00 00 00 06 28 08 00 00 02 78 00");
@@ -65,18 +66,18 @@ const std::string BasicLines =
 
 // --- Help ---------------------------------------------------------------------------------------
 
-TEST_F(Setup, PrintsTheHelpWithTheGeneratorMade) {
+TEST_F(Setup, PrintsTheHelpAfterCreatingTheGenerator) {
   EXPECT_EQ(run({"-h"}), 0);
-  EXPECT_EQ(output, (Output{HelpText, TransportGone}));
+  EXPECT_EQ(output, (Output{HelpText, TransportReleased}));
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(Setup, PrintsTheHelpWhateverFollows) {
+TEST_F(Setup, PrintsTheHelpAndIgnoresFurtherArguments) {
   EXPECT_EQ(run({"-h", "--ssid=x", "/dev/usb/lp1", "-c"}), 0);
-  EXPECT_EQ(output, (Output{HelpText, TransportGone}));
+  EXPECT_EQ(output, (Output{HelpText, TransportReleased}));
 }
 
-TEST(ShowHelp, PrintsTheHelpAlone) {
+TEST(ShowHelp, PrintsOnlyTheHelp) {
   int result = -77;
   EXPECT_EQ(outputOf([&] { result = zvkSetup::showHelp(); }), (Output{HelpText, ""}));
   EXPECT_EQ(result, 0);
@@ -90,7 +91,7 @@ TEST_F(Setup, ThrowsWithoutACommand) {
   EXPECT_THROW(zvkSetup(0, line.vector()), std::out_of_range);
 }
 
-TEST_F(Setup, ThrowsWhenAConfigurationHasNoSecondArgument) {
+TEST_F(Setup, ThrowsIfAConfigurationHasNoSecondArgument) {
   CommandLine line({"zvkconfig", "-c"});
   EXPECT_THROW(zvkSetup(line.count(), line.vector()), std::out_of_range);
   EXPECT_EQ(device.opens, 0);
@@ -106,7 +107,8 @@ TEST_F(Setup, ConfiguresTheDefaultDevice) {
   answer({Accepted});
   EXPECT_EQ(run({"-c", "--ssid=x"}), 0);
   EXPECT_EQ(device.writes, std::vector<Bytes>{WrappedPacket});
-  EXPECT_EQ(output, (Output{"", BasicLines + "D [ZVK] Basic config ret = 0\n" + TransportGone}));
+  EXPECT_EQ(output,
+            (Output{"", BasicLines + "D [ZVK] Basic config ret = 0\n" + TransportReleased}));
   EXPECT_EQ(system.sleeps, std::vector<unsigned int>{5});
 }
 
@@ -117,28 +119,28 @@ TEST_F(Setup, ConfiguresTheGivenDevice) {
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(Setup, TakesTheSwitchForAnOptionToo) {
-  // The switch is looked at like any other argument, and holds no key.
+TEST_F(Setup, ParsesTheSwitchLikeAnOption) {
+  // The switch is parsed like any other argument, but contains no key.
   answer({Accepted});
   EXPECT_EQ(run({"-c", "-c", "--ssid=x"}), 0);
   EXPECT_EQ(device.writes, std::vector<Bytes>{WrappedPacket});
 }
 
-// --- The second try with bare packets -----------------------------------------------------------
+// --- The retry with bare packets ----------------------------------------------------------------
 
 namespace {
 
 struct RetryRow : support::Row {
   std::vector<Bytes> replies;
   std::vector<Bytes> packets;
-  std::vector<int> results;  ///< of each try
+  std::vector<int> results;  ///< of each run
 };
 
 class Retry : public Setup, public testing::WithParamInterface<RetryRow> {};
 
 }  // namespace
 
-TEST_P(Retry, FollowsARefusalAndNothingElse) {
+TEST_P(Retry, FollowsARefusalOrSilence) {
   answer(GetParam().replies);
   EXPECT_EQ(run({"-c", "--ssid=x"}), GetParam().results.back());
   EXPECT_EQ(device.writes, GetParam().packets);
@@ -146,7 +148,7 @@ TEST_P(Retry, FollowsARefusalAndNothingElse) {
   for (const int result : GetParam().results) {
     lines += BasicLines + "D [ZVK] Basic config ret = " + std::to_string(result) + "\n";
   }
-  EXPECT_EQ(output, (Output{"", lines + TransportGone}));
+  EXPECT_EQ(output, (Output{"", lines + TransportReleased}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -166,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(
         RetryRow{{"SilentTwice"}, {{}}, {WrappedPacket, BarePacket}, {-1, -1}}),
     support::rowName);
 
-TEST_F(Setup, SendsBareWhatIsTooLargeToBeWrapped) {
+TEST_F(Setup, SendsABarePacketIfTheWrapperIsTooLarge) {
   answer({Accepted});
   const std::string ssid(65498, 's');
   EXPECT_EQ(run({"-c", "--ssid=" + ssid}), 0);
@@ -175,12 +177,12 @@ TEST_F(Setup, SendsBareWhatIsTooLargeToBeWrapped) {
             bytes("A5 FF FF 50 E0 DA 01"));
 }
 
-TEST_F(Setup, FailsWithoutSendingWhatIsTooLargeInEitherWay) {
+TEST_F(Setup, FailsIfTheBarePacketIsTooLarge) {
   EXPECT_EQ(run({"-c", "--ssid=" + std::string(65499, 's')}), -1);
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST_F(Setup, AsksForThePasswordInEachTry) {
+TEST_F(Setup, PromptsForThePasswordInEachRun) {
   answer({Refused, Accepted});
   const support::StandardInput input("one\ntwo\n");
   EXPECT_EQ(run({"-c", "--security=WPA"}), 0);
@@ -190,11 +192,11 @@ TEST_F(Setup, AsksForThePasswordInEachTry) {
 
 // --- Advanced configuration and certificate settings --------------------------------------------
 
-TEST_F(Setup, RepeatsAnAdvancedConfigurationBareWhenItIsRefused) {
+TEST_F(Setup, RepeatsARefusedAdvancedConfigurationBare) {
   answer({Refused, Accepted});
   EXPECT_EQ(run({"-ca", "--security=OPEN", "--ssid=x"}), 0);
   EXPECT_EQ(device.writes, (std::vector<Bytes>{WrappedPacket, BarePacket}));
-  EXPECT_TRUE(output.err.ends_with("D [ZVK] Adv OPEN ret = 0\n" + TransportGone)) << output.err;
+  EXPECT_TRUE(output.err.ends_with("D [ZVK] Adv OPEN ret = 0\n" + TransportReleased)) << output.err;
 }
 
 TEST_F(Setup, DoesNotRepeatAnAdvancedConfigurationThatWasNotAccepted) {
@@ -203,14 +205,14 @@ TEST_F(Setup, DoesNotRepeatAnAdvancedConfigurationThatWasNotAccepted) {
   EXPECT_EQ(device.writes, std::vector<Bytes>{WrappedPacket});
 }
 
-TEST_F(Setup, SendsNothingForASecurityThatHasNoAdvancedConfiguration) {
+TEST_F(Setup, SendsNothingForASecurityWithoutAdvancedConfiguration) {
   EXPECT_EQ(run({"-ca", "--ssid=x"}), 0);
   EXPECT_EQ(device.opens, 0);
   EXPECT_EQ(output.err,
-            "D [ZVK] Advanced config...\nD [ZVK] Master security = 'None'\n" + TransportGone);
+            "D [ZVK] Advanced config...\nD [ZVK] Master security = 'None'\n" + TransportReleased);
 }
 
-TEST_F(Setup, ReadsTheCertificateSettingsOnceWhateverComes) {
+TEST_F(Setup, ReadsTheCertificateSettingsOnceEvenIfRefused) {
   answer({Refused});
   EXPECT_EQ(run({"-cer", "/dev/usb/lp0"}), 0);
   EXPECT_EQ(device.writes,
@@ -229,33 +231,33 @@ TEST_F(Setup, NeedsASecondArgumentForAdvancedConfigurationAndCertificateSettings
 
 // --- Raw packets and queries --------------------------------------------------------------------
 
-TEST_F(Setup, SendsNothingToTheDefaultDeviceWithoutAnNpaFile) {
+TEST_F(Setup, SendsAnEmptyPacketToTheDefaultDeviceWithoutAnNpaFile) {
   auto& other = system.device("/dev/usb/lp1");
   EXPECT_EQ(run({"-npa", "/dev/usb/lp1"}), 0);
   EXPECT_EQ(device.opens, 1);
   EXPECT_EQ(other.opens, 0);
   EXPECT_EQ(output, (Output{"", "D [ZVK] NPA data: 0 bytes\nD [ZVK] sendNPA response (0 bytes)\n" +
-                                    TransportGone}));
+                                    TransportReleased}));
 }
 
-TEST_F(Setup, ReadsTheAnswerToARawPacketForTenSeconds) {
-  // Each packet says that another follows. The second arrives in the last second behind the pause,
-  // the third when the time is over.
+TEST_F(Setup, ReadsTheReplyToARawPacketForTenSeconds) {
+  // Each packet announces another. The second arrives in the last second before the deadline, the
+  // third after the deadline.
   device.onWrite = [this](const Bytes& /*request*/) {
     device.reply(bytes("A5 00 02 70 01"), 11 * Second);
     device.reply(bytes("A5 00 02 70 02"), 12 * Second);
     device.reply(bytes("A5 00 02 70 03"), 12 * Second + Second / 2);
   };
   run({"-npa", "/dev/usb/lp0"});
-  EXPECT_EQ(
-      output.err,
-      "D [ZVK] NPA data: 0 bytes\nD [ZVK] sendNPA response (2 bytes)\n01 02 |..\n" + TransportGone);
+  EXPECT_EQ(output.err,
+            "D [ZVK] NPA data: 0 bytes\nD [ZVK] sendNPA response (2 bytes)\n01 02 |..\n" +
+                TransportReleased);
 }
 
 TEST_F(Setup, NeedsNoSecondArgumentForAQuery) {
   answer({bytes("A5 00 14 50 E0 63 02 00 0E A5 00 0B 50 E0 D8 00 28 08 00 02 78 00")});
   EXPECT_EQ(run({"-s"}), 0);
-  EXPECT_EQ(output, (Output{"x\n", TransportGone}));
+  EXPECT_EQ(output, (Output{"x\n", TransportReleased}));
 }
 
 // --- Bad devices --------------------------------------------------------------------------------
@@ -270,27 +272,27 @@ class SetupDevice : public Setup, public testing::WithParamInterface<DeviceRow> 
 
 }  // namespace
 
-// Both tries run as usual, with their pauses, and no wait for a reply.
-TEST_P(SetupDevice, FailsAfterBothTries) {
+// Both attempts make their pauses. Neither waits for a reply.
+TEST_P(SetupDevice, FailsAfterBothAttempts) {
   fake_libusb::Library library;
   EXPECT_EQ(run({"-c", "--ssid=x", GetParam().path}), -1);
   EXPECT_EQ(system.now(), 10 * Second);
   EXPECT_EQ(output, (Output{"", BasicLines + "D [ZVK] Basic config ret = -1\n" + BasicLines +
-                                    "D [ZVK] Basic config ret = -1\n" + TransportGone}));
+                                    "D [ZVK] Basic config ret = -1\n" + TransportReleased}));
   EXPECT_EQ(device.opens, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, SetupDevice,
                          testing::Values(DeviceRow{{"NoPath"}, "printer"}, DeviceRow{{"Empty"}, ""},
-                                         DeviceRow{{"ColonAlone"}, ":"},
-                                         DeviceRow{{"BusAlone"}, "1:"},
+                                         DeviceRow{{"OnlyColon"}, ":"},
+                                         DeviceRow{{"OnlyBus"}, "1:"},
                                          DeviceRow{{"NumberTooLong"}, "99999999999:1"},
-                                         DeviceRow{{"FolderAlone"}, "/dev/usb/"},
+                                         DeviceRow{{"OnlyFolder"}, "/dev/usb/"},
                                          DeviceRow{{"NumberTooHigh"}, "/dev/usb/lp99"},
                                          DeviceRow{{"NoDevice"}, "/dev/usb/lp1"}),
                          support::rowName);
 
-TEST_F(Setup, FailsWhenTheDeviceIsBusyOrForbidden) {
+TEST_F(Setup, FailsIfTheDeviceCannotBeOpened) {
   for (const int error : {EACCES, EBUSY, ENOENT}) {
     device.openErrno = error;
     EXPECT_EQ(run({"-c", "--ssid=x"}), -1);
@@ -316,19 +318,19 @@ TEST_F(Setup, ReadsCertificateDefaultsWithoutAGenerator) {
   EXPECT_EQ(run({"-rcerdefs", "/dev/usb/lp0"}), 0);
   EXPECT_EQ(output, (Output{"cer-org=Org\ncer-unit=\ncer-state=\ncer-country=\ncer-city=\n"
                             "cer-altname=\ncer-common=\n",
-                            TransportGone}));
+                            TransportReleased}));
   EXPECT_EQ(run({"-icer", "/dev/usb/lp0"}), 1);
   EXPECT_EQ(output, Output());
 }
 
 TEST_F(Setup, RunsACertificateCommandOnce) {
-  // A refusal, which other commands answer with one more try.
+  // A refusal. Other commands retry after it.
   answer({bytes("A5 00 02 D4 E0")});
   EXPECT_EQ(run({"-rcerdefs", "/dev/usb/lp0"}), 1);
   EXPECT_EQ(device.writes.size(), 1U);
 }
 
-TEST_F(Setup, TakesTheOptionsOfACertificateCommandFromAFile) {
+TEST_F(Setup, ReadsTheOptionsOfACertificateCommandFromAFile) {
   const support::TemporaryFolder folder;
   const std::string absent = folder.path("absent");
   const std::string file = folder.write("options", "--802-CA-cer-file=\"" + absent + "\"\n");
@@ -349,7 +351,7 @@ TEST_P(CertificateSwitch, NeedsASecondArgumentAndADeviceForAFile) {
 INSTANTIATE_TEST_SUITE_P(Switches, CertificateSwitch,
                          testing::Values("-rcerdefs", "-csr", "-icer"));
 
-TEST_F(Setup, EndsAbnormallyWithoutADeviceForCertificates) {
+TEST_F(Setup, ThrowsWithoutADeviceForCertificates) {
   CommandLine line({"zvkconfig", "-rcerdefs", ""});
   EXPECT_THROW(zvkSetup(line.count(), line.vector()), const char*);
 }

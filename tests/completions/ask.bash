@@ -1,8 +1,8 @@
-# shellcheck shell=bash disable=SC1090  # which file is told by the caller
-# bash ask.bash COMPLETION_FILE LINE: prints what can stand at the end of the line.
+# shellcheck shell=bash disable=SC1090  # the caller names the file
+# bash ask.bash COMPLETION_FILE LINE: prints the completions of the last word of LINE.
 . "$1"
 line=$2
-# As readline takes a line apart: at blanks, and at "=" outside quotation marks.
+# readline splits a line at blanks, and at "=" outside quotation marks.
 pattern='^("[^"]*"?|=|[^ ="]+)'
 COMP_WORDS=()
 rest=$line

@@ -1,4 +1,4 @@
-# fish ask.fish COMPLETION_FILE LINE: prints what can stand at the end of the line.
+# fish ask.fish COMPLETION_FILE LINE: prints the completions of the last word of LINE.
 for file in (path dirname $argv[1])/*.fish
     source $file
 end

@@ -1,6 +1,7 @@
-# zsh ask.zsh COMPLETION_FILE LINE: prints what can stand at the end of the line. Completion functions
-# work in the line editor only, so a shell of its own gets the line there, on a pseudo-terminal. What it
-# needs is kept in the home folder for the next time.
+# zsh ask.zsh COMPLETION_FILE LINE: prints the completions of the last word of LINE.
+#
+# Completion functions work only in the line editor. So the script starts another shell on a pseudo-terminal,
+# whose line editor completes LINE. The configuration of that shell stays in the home folder for the next call.
 export ZDOTDIR=$HOME/zsh LINE_TO_COMPLETE=$2 OFFERS=$HOME/zsh/offers
 if [[ ! -d $ZDOTDIR ]]; then
   mkdir $ZDOTDIR
@@ -10,7 +11,7 @@ if [[ ! -d $ZDOTDIR ]]; then
   cat >$ZDOTDIR/.zshrc <<'END'
 fpath=($ZDOTDIR $fpath)
 autoload -Uz compinit && compinit -C -d $ZDOTDIR/dump
-# Keeps what is offered. Calls that only sort out what fits go through untouched.
+# Records the words that are offered. A call with -O, -A or -D only filters words, so it is not recorded.
 compadd() {
   if [[ -z ${(M)@:#-[OAD]} ]]; then
     local -a offered

@@ -1,5 +1,5 @@
-// How often the usual work allocates. A count that falls may be lowered here; one that rises has to
-// be worth it.
+// The count of allocations of common operations. If a change lowers a count, lower it here. If a
+// change raises a count, it needs a good reason.
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -21,21 +21,21 @@ namespace {
 
 using support::outputOf;
 
-/// Counts the blocks that an action takes.
+/// Returns how many blocks an action allocates.
 std::size_t allocationsOf(const std::function<void()>& action) {
   const std::size_t before = support::allocations();
   action();
   return support::allocations() - before;
 }
 
-/// Counts the allocations of an action whose output does not matter.
+/// Does the same for an action that writes output, and discards the output.
 std::size_t silentAllocationsOf(const std::function<void()>& action) {
   std::size_t count = 0;
   outputOf([&] { count = allocationsOf(action); });
   return count;
 }
 
-/// An object-store reply of some 2 KiB: a status and 36 values.
+/// Returns an object-store reply of about 2 KiB: a status and 36 values.
 std::string reply() {
   std::string text = R"(<?xml version="1.0" encoding="UTF-8"?><response><MapElem>)"
                      R"(<child name="status_code"><IntegerElem>1</IntegerElem></child>)";
@@ -57,7 +57,7 @@ TEST(AllocationCount, CountsEachBlock) {
   EXPECT_EQ(allocationsOf([] {}), 0U);
 }
 
-TEST(SaxParse, AllocatesOnceForAnElementNotForEach) {
+TEST(SaxParse, DoesNotAllocateForEachElement) {
   SimpleSAXHandler handler;
   SimpleSAXParser parser(handler);
   const std::string document = reply();
@@ -75,7 +75,7 @@ TEST(PathQuery, DoesNotAllocateForEachElement) {
   EXPECT_EQ(text, "Corner & Co");
 }
 
-TEST(Escaping, TakesRoomOnce) {
+TEST(Escaping, AllocatesOnce) {
   EXPECT_EQ(
       allocationsOf([&] { std::ignore = CertMgr::symbolToEntities("Corner & Co, at the bridge"); }),
       1U);
@@ -83,15 +83,15 @@ TEST(Escaping, TakesRoomOnce) {
 
 class PacketBuilding : public support::Generator {};
 
-TEST_F(PacketBuilding, TakesABlockForThePacketAndTwoForEachLongText) {
+TEST_F(PacketBuilding, AllocatesOnceForThePacketAndTwiceForEachLongText) {
   use({"--ssid=home of the corner bakery", "--security=WPA", "--passwd=a long enough password"});
   EXPECT_EQ(silentAllocationsOf([&] { generator->constructBasic(); }), 7U);
 }
 
 class Query : public support::UsblpPrinter {
  protected:
-  /// The blocks that a query takes for a reply of so many bytes, those of the scripted printer
-  /// included.
+  /// Returns how many blocks a query allocates for a reply of `size` bytes. The count includes the
+  /// blocks of the scripted printer.
   std::size_t blocks(std::size_t size) {
     answer({packets::replyOf(support::Bytes(size - 5, 0x42))});
     support::Bytes request = packets::QueryCommonName;
@@ -106,8 +106,8 @@ class Query : public support::UsblpPrinter {
   }
 };
 
-TEST_F(Query, TakesNoMoreBlocksForALongerReply) {
-  // The printer's own lists grow now and then.
+TEST_F(Query, DoesNotAllocateMoreForALongerReply) {
+  // The count varies a little, because the scripted printer's own lists grow.
   for (const std::size_t size : {64U, 512U, 4096U}) {
     SCOPED_TRACE(size);
     EXPECT_LE(blocks(size), 17U);

@@ -9,7 +9,7 @@ namespace {
 using decoder::CallText;
 using decoder::readCallText;
 
-TEST(CallText, OfACallHasItsMethodAndId) {
+TEST(CallText, HasMethodAndIdOfACall) {
   const auto xml = method_calls::requestText(method_calls::DeleteIndividualCA, {"Root"});
   const auto call = readCallText(xml.value());
   ASSERT_TRUE(call.has_value());
@@ -35,7 +35,7 @@ TEST(CallText, OfACallHasItsMethodAndId) {
             "</method>\n");
 }
 
-TEST(CallText, OfAReplyHasItsStatus) {
+TEST(CallText, HasTheStatusOfAReply) {
   const auto reply = readCallText(
       "<response><MapElem><child name=\"status_code\"><IntegerElem>14</IntegerElem></child>"
       "<child name=\"status_mesg\"><StringElem>no &amp; such</StringElem></child></MapElem>"
@@ -47,7 +47,7 @@ TEST(CallText, OfAReplyHasItsStatus) {
   EXPECT_NE(reply->indented.find("<StringElem>no &amp; such</StringElem>"), std::string::npos);
 }
 
-TEST(CallText, KeepsAllThatIsInTheText) {
+TEST(CallText, KeepsEveryPartOfTheXml) {
   const auto text = readCallText("<!-- c --><?p i?><!DOCTYPE a><a b=\"c\"><![CDATA[d]]></a>");
   ASSERT_TRUE(text.has_value());
   for (const char* piece : {"<!-- c -->", "<?p i?>", "<!DOCTYPE a>", "b=\"c\"", "<![CDATA[d]]>"}) {
@@ -55,7 +55,7 @@ TEST(CallText, KeepsAllThatIsInTheText) {
   }
 }
 
-TEST(CallText, IsNoneWhenItIsNotWellFormed) {
+TEST(CallText, IsAbsentIfTheXmlIsNotWellFormed) {
   EXPECT_FALSE(readCallText("").has_value());
   EXPECT_FALSE(readCallText("<a>").has_value());
   EXPECT_FALSE(readCallText("<a></b>").has_value());
@@ -73,7 +73,7 @@ std::string nested(int depth) {
   return text;
 }
 
-TEST(CallText, IsNoneWhenIndentationWouldCostMoreThanTheText) {
+TEST(CallText, IsAbsentIfTheIndentationIsLargerThanTheText) {
   EXPECT_TRUE(readCallText(nested(33)).has_value());
   EXPECT_FALSE(readCallText(nested(34)).has_value());
   EXPECT_FALSE(readCallText(nested(20000)).has_value());

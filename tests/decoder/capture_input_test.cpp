@@ -21,7 +21,7 @@ std::string wordsOf(const UsbCapture& capture) {
   return ::wordsOf(capture.content());
 }
 
-TEST(CaptureInput, HasTransfersOfBothLinkTypes) {
+TEST(CaptureInput, MayHaveEitherLinkType) {
   for (const int linkType : {DLT_USB_LINUX, DLT_USB_LINUX_MMAPPED}) {
     UsbCapture capture(linkType);
     capture.out(Query);
@@ -42,7 +42,7 @@ TEST(CaptureInput, JoinsTransfersOfAnEndpoint) {
                                   "frames 4-10 (1:5): " + ReplyWords);
 }
 
-TEST(CaptureInput, KeepsDevicesBussesAndEndpointsApart) {
+TEST(CaptureInput, SeparatesDevicesBusesAndEndpoints) {
   UsbCapture capture;
   const auto half = [](std::size_t begin, std::size_t end) {
     return support::Bytes(Reply.begin() + static_cast<std::ptrdiff_t>(begin),
@@ -65,21 +65,21 @@ TEST(CaptureInput, KeepsDevicesBussesAndEndpointsApart) {
   EXPECT_EQ(decodedWith(options, capture.content()).words, "frames 4-8 (2:5): " + ReplyWords);
 }
 
-TEST(CaptureInput, CountsWhatWentThroughOfATransferToThePrinter) {
+TEST(CaptureInput, UsesTheTransferredPartOfATransferToThePrinter) {
   UsbCapture capture;
-  // Only four bytes of the first, then the rest.
+  // The first transfer moves only four bytes. The next one moves the rest.
   capture.add({.event = URB_SUBMIT, .transfer = 7, .length = 9, .data = Query});
   capture.add({.event = URB_COMPLETE, .transfer = 7, .length = 4});
   const support::Bytes rest(Query.begin() + 4, Query.end());
   capture.add({.event = URB_SUBMIT, .transfer = 7, .length = 5, .data = rest});
   capture.add({.event = URB_COMPLETE, .transfer = 7, .length = 5});
-  // Nothing of one that could not be submitted.
+  // A transfer that cannot be submitted moves nothing.
   capture.add({.event = URB_SUBMIT, .transfer = 8, .length = 9, .data = Query});
   capture.add({.event = URB_ERROR, .transfer = 8});
   EXPECT_EQ(wordsOf(capture), "frames 1-3 (1:5): " + QueryWords);
 }
 
-TEST(CaptureInput, TakesTransfersWholeWhoseCompletionIsMissing) {
+TEST(CaptureInput, UsesTransfersCompletelyIfTheirCompletionIsMissing) {
   UsbCapture capture;
   capture.add({.event = URB_SUBMIT, .transfer = 7, .length = 9, .data = Query});
   capture.add({.event = URB_SUBMIT, .transfer = 7, .length = 9, .data = Query});
@@ -88,48 +88,49 @@ TEST(CaptureInput, TakesTransfersWholeWhoseCompletionIsMissing) {
                                   "frame 3 (1:5): " + QueryWords);
 }
 
-TEST(CaptureInput, TellsOfBytesThatWereNotCaptured) {
+TEST(CaptureInput, ReportsBytesThatAreNotCaptured) {
   UsbCapture capture;
-  // A submission that is missing, data that is cut, data that is missing.
+  // The first transfer has no submission, the second has cut data, the third has no data.
   capture.add({.event = URB_COMPLETE, .transfer = 7, .length = 9});
   capture.add({.event = URB_COMPLETE, .endpoint = 0x82, .length = 100, .data = Query});
   capture.add({.event = URB_COMPLETE, .endpoint = 0x82, .length = 2});
   const Decoded result = decoded(capture.content());
   EXPECT_EQ(result.words,
-            "frame 1 (1:5): 9 bytes missing in the capture\n"
+            "frame 1 (1:5): 9 bytes missing from the capture\n"
             "frame 2 (1:5): "
             "reply, bare, 9 bytes: query\n    wireless network 28 08: SSID\n"
-            "frame 2 (1:5): 91 bytes missing in the capture\n"
-            "frame 3 (1:5): 2 bytes missing in the capture\n");
+            "frame 2 (1:5): 91 bytes missing from the capture\n"
+            "frame 3 (1:5): 2 bytes missing from the capture\n");
   EXPECT_EQ(result.status, 1);
 }
 
-TEST(CaptureInput, PassesOverWhatIsNoBulkTransfer) {
+TEST(CaptureInput, SkipsOtherTransfersThanBulk) {
   UsbCapture capture;
   capture.add({.event = URB_SUBMIT, .length = 9, .data = Query, .type = URB_CONTROL});
   capture.add({.event = 'X', .length = 9, .data = Query});
   capture.add({.event = URB_SUBMIT, .endpoint = 0x82, .length = 9, .data = Query});
   EXPECT_EQ(wordsOf(capture), "");
-  capture.add({.event = URB_SUBMIT, .length = 9, .data = Query, .deniesData = true});
-  EXPECT_EQ(wordsOf(capture), "frame 4 (1:5): 9 bytes missing in the capture\n");
+  capture.add({.event = URB_SUBMIT, .length = 9, .data = Query, .flaggedEmpty = true});
+  EXPECT_EQ(wordsOf(capture), "frame 4 (1:5): 9 bytes missing from the capture\n");
 }
 
-TEST(CaptureInput, ReadsACaptureThatIsCutAsFarAsItGoes) {
+TEST(CaptureInput, IsReadUpToACut) {
   UsbCapture capture;
   capture.out(Query);
   const std::string whole = capture.content();
   const Decoded result = decoded(std::string_view(whole).substr(0, whole.size() - 1));
-  EXPECT_EQ(result.words, "frame 1 (1:5): " + QueryWords +
-                              "frame 2: the capture cannot be read on: truncated dump file; tried "
-                              "to read 64 captured bytes, only got 63\n");
+  EXPECT_EQ(result.words,
+            "frame 1 (1:5): " + QueryWords +
+                "frame 2: the rest of the capture cannot be read: truncated dump file; tried "
+                "to read 64 captured bytes, only got 63\n");
   EXPECT_EQ(result.status, 1);
 }
 
-TEST(CaptureInput, TakesARecordTooShortForItsHeaderForNone) {
+TEST(CaptureInput, SkipsARecordThatIsTooShortForItsHeader) {
   UsbCapture capture;
   capture.out(Query);
   std::string content = capture.content();
-  // The sizes of the second record, in the host's order: 47 bytes of it were captured.
+  // Change both sizes of the second record, in the host's byte order, to 47 captured bytes.
   const std::size_t secondHeader = content.size() - 64 - 8;
   for (const std::size_t offset : {secondHeader, secondHeader + 4}) {
     content[offset] = 47;
@@ -149,15 +150,15 @@ std::string complaintAbout(std::string_view input) {
   return "none";
 }
 
-TEST(CaptureInput, IsRefusedWhenItIsNone) {
-  EXPECT_EQ(complaintAbout(""), "it is empty");
+TEST(CaptureInput, IsRejectedIfItIsNotAUsbCapture) {
+  EXPECT_EQ(complaintAbout(""), "the file is empty");
   EXPECT_EQ(complaintAbout("A5 00 06 50 E0 D8 00 28 08"), "unknown file format");
   EXPECT_TRUE(complaintAbout("\xD4\xC3\xB2\xA1").starts_with("truncated dump file"));
   EXPECT_EQ(complaintAbout(UsbCapture(DLT_EN10MB).content()),
-            "its link type is EN10MB, not usbmon's USB_LINUX or USB_LINUX_MMAPPED");
+            "expected link type USB_LINUX or USB_LINUX_MMAPPED, got EN10MB");
 }
 
-TEST(CaptureInput, IsReadAsTextWhenThatIsAskedFor) {
+TEST(CaptureInput, IsReadAsTextIfTheOptionsSaySo) {
   decoder::Options options;
   options.form = decoder::Options::Form::Text;
   UsbCapture capture;
@@ -165,7 +166,7 @@ TEST(CaptureInput, IsReadAsTextWhenThatIsAskedFor) {
   EXPECT_EQ(decodedWith(options, capture.content()).words, "");
 }
 
-TEST(CaptureInput, IsKnownByItsFirstBytes) {
+TEST(CaptureInput, IsRecognizedByItsFirstBytes) {
   EXPECT_TRUE(decoder::isCapture(UsbCapture().content()));
   for (const std::string_view magic :
        {"\xA1\xB2\xC3\xD4", "\xA1\xB2\x3C\x4D", "\x0A\x0D\x0D\x0A"}) {

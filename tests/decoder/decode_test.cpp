@@ -11,7 +11,7 @@ namespace {
 using decoder::nothingFoundText;
 using decoder::Options;
 
-TEST(NothingFoundText, SaysWhatWasLookedFor) {
+TEST(NothingFoundText, ListsTheSupportedInputs) {
   const std::string text =
       "no NPA packet found: looked for hex text, xxd or hexdump -C dumps, logs of zvkconfig and "
       "zvkprinter";
@@ -21,7 +21,7 @@ TEST(NothingFoundText, SaysWhatWasLookedFor) {
   EXPECT_EQ(nothingFoundText("none", options), text);
 }
 
-TEST(NothingFoundText, SaysWhichDeviceOfACaptureWasLookedAt) {
+TEST(NothingFoundText, NamesTheDeviceOfTheOptions) {
   const std::string capture = support::UsbCapture().content();
   Options options;
   EXPECT_EQ(nothingFoundText(capture, options),
@@ -31,7 +31,7 @@ TEST(NothingFoundText, SaysWhichDeviceOfACaptureWasLookedAt) {
             "no NPA packet found: looked for bulk transfers of device 1:6 in a capture");
 }
 
-/// Takes reports and does nothing.
+/// A report that discards everything.
 class NoReport : public decoder::Report {
  public:
   void beginInput(const std::string& /*name*/) override {}
@@ -40,7 +40,8 @@ class NoReport : public decoder::Report {
   void unreadable(const std::string& /*reason*/) override {}
 };
 
-/// The exit status for inputs of these kinds: "n" nothing, "u" unreadable, else a text.
+/// Returns the exit status for inputs: "n" has no packet, "u" cannot be read, any other is the text
+/// of an input.
 int statusOf(const std::vector<std::string>& inputs) {
   NoReport none;
   decoder::Tally tally(none);

@@ -7,13 +7,13 @@
 #include "decoder/tally.h"
 #include "decoder/words.h"
 
-/// What comes out for an input.
+/// The result of decoding an input.
 struct Decoded {
-  std::string words;
-  int status = 0;
+  std::string words;  ///< the report in words
+  int status = 0;     ///< exit status
 };
 
-/// Decodes an input as the options say.
+/// Decodes an input with these options.
 inline Decoded decodedWith(const decoder::Options& options, std::string_view input) {
   Decoded result;
   decoder::WordsReport words([&](std::string_view text) { result.words.append(text); },

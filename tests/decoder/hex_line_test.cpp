@@ -21,7 +21,7 @@ struct LineRow : support::Row {
 
 class HexLineOf : public testing::TestWithParam<LineRow> {};
 
-TEST_P(HexLineOf, IsTaken) {
+TEST_P(HexLineOf, IsRecognized) {
   const auto line = readHexLine(GetParam().line);
   ASSERT_TRUE(line.has_value());
   EXPECT_EQ(line->bytes, bytes(GetParam().bytes));
@@ -35,7 +35,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(LineRow{{"Pairs"}, "A5 00 06", "A5 00 06"},
                     LineRow{{"Together"}, "a50006", "A5 00 06"},
                     LineRow{{"SingleDigits"}, "a5 0 6 ", "A5 00 06"},
-                    LineRow{{"AsInC"}, "0xA5, 0X00,0x6;", "A5 00 06"},
+                    LineRow{{"CSyntax"}, "0xA5, 0X00,0x6;", "A5 00 06"},
                     LineRow{{"Indented"}, " \t A5\t00\r", "A5 00"},
                     LineRow{{"FullDumpLine"},
                             "A5 00 4D 50 E0 63 02 00 47 A5 00 44 50 E0 DA 01 |..MP.c..G..DP...",
@@ -71,7 +71,7 @@ struct CountedRow : support::Row {
 
 class CountedLineOf : public testing::TestWithParam<CountedRow> {};
 
-TEST_P(CountedLineOf, IsTaken) {
+TEST_P(CountedLineOf, IsRecognized) {
   const auto line = readHexLine(GetParam().line);
   ASSERT_TRUE(line.has_value());
   EXPECT_EQ(line->form, Form::Counted);
@@ -131,7 +131,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class ColonLineOf : public testing::TestWithParam<LineRow> {};
 
-TEST_P(ColonLineOf, IsTaken) {
+TEST_P(ColonLineOf, IsRecognized) {
   const auto line = readHexLine(GetParam().line);
   ASSERT_TRUE(line.has_value());
   EXPECT_EQ(line->form, Form::Colons);
@@ -141,11 +141,12 @@ TEST_P(ColonLineOf, IsTaken) {
 INSTANTIATE_TEST_SUITE_P(Forms, ColonLineOf,
                          testing::Values(LineRow{{"Pairs"}, "a5:00:06", "A5 00 06"},
                                          LineRow{{"UpperCase"}, "A5:E0", "A5 E0"},
-                                         LineRow{{"GoingOn"}, "    a5:00:\r", "A5 00"},
+                                         LineRow{
+                                             {"ContinuedOnTheNextLine"}, "    a5:00:\r", "A5 00"},
                                          LineRow{{"OneByte"}, "08:", "08"}),
                          support::rowName);
 
-/// Lines that are nearly those of hexdump, and hold nothing else.
+/// Lines that are similar to those of hexdump but have another form.
 INSTANTIATE_TEST_SUITE_P(
     Groups, HexLineOf,
     testing::Values(LineRow{{"FourTogether"}, "a5000650  e0 d8", "A5 00 06 50 E0 D8"},
@@ -156,30 +157,30 @@ INSTANTIATE_TEST_SUITE_P(
                     LineRow{{"NoBytes"}, "00000000  |", "00 00 00 00", true}),
     support::rowName);
 
-class NoHexLine : public testing::TestWithParam<const char*> {};
+class OtherLine : public testing::TestWithParam<const char*> {};
 
-TEST_P(NoHexLine, IsNotTaken) {
+TEST_P(OtherLine, IsNotRecognized) {
   EXPECT_FALSE(readHexLine(GetParam()).has_value());
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Lines, NoHexLine,
+    Lines, OtherLine,
     testing::Values("", " ", ",", "|", "0x", "A5 00 06 G", "A5 0 000", "* A5", "***", "12:34:5",
                     "1:2", ":a5:00", "a5::00", "a5:00:0", "a5:00 06", "a5:0006", "2026-11-21",
                     "# A5 00",
-                    // Other bytes of xxd than those that the text shows.
+                    // Dumps of xxd whose text column shows other bytes.
                     "00000000: 501400a5 2801dae0  ...P...(", "00000000: 10100101 00000000  ..",
                     "00000000: a500 06  ....", "00000000: a500  .. .", "00000000: a50 0  ..",
                     "00000000: ", "00000000:a500", "000000: a500", "10000000000000000: a500",
                     "00000000000000000: a500",
 
-                    // Dumps with other bytes than those that the text shows, or with other blanks.
+                    // Dumps whose text column shows other bytes, or with other spaces.
                     "x A5 00 |...", "x A5 00 |.A", "xA5 0 |..", "x A500 |..", "x A5-00 |..",
                     "x A5 00|..", "xAA5 00 |..", "x A5  00 |..", "x A5 00  |..", "x |A", "x",
                     "x A5 00 !..", "x A5 00 06 |.", "-1", "A5 +1", "D [ZVK] SSID = home",
                     "\xC3\xA5"));
 
-TEST(HexLine, TakesTheDirectionFromTheLog) {
+TEST(HexLine, HasTheDirectionInTheLog) {
   EXPECT_EQ(readHexLine("zvkprinter: <- A5")->direction, Direction::ToPrinter);
   EXPECT_EQ(readHexLine("zvkprinter: -> A5")->direction, Direction::FromPrinter);
   EXPECT_EQ(readHexLine("A5")->direction, Direction::Unknown);

@@ -9,7 +9,7 @@ namespace {
 
 using nlohmann::json;
 
-/// The document of what is reported by `fill`.
+/// Returns the document for the reports of `fill`.
 std::string textOf(const std::function<void(decoder::Report&)>& fill, bool showSecrets = false) {
   std::string text;
   decoder::JsonReport report([&](std::string_view piece) { text.append(piece); }, showSecrets);
@@ -27,7 +27,7 @@ json documentOf(std::string_view input, const decoder::Options& options = {}) {
       options.showSecrets));
 }
 
-TEST(JsonReport, IsADocumentWithoutAnyInput) {
+TEST(JsonReport, IsADocumentEvenWithoutInputs) {
   EXPECT_EQ(textOf([](decoder::Report&) {}), "{\"inputs\": []}\n");
 }
 
@@ -60,7 +60,7 @@ TEST(JsonReport, HasALineForEachPacketAndEachProblem) {
             }());
 }
 
-TEST(JsonReport, TellsOfAnInputThatCannotBeRead) {
+TEST(JsonReport, ReportsAnInputThatCannotBeRead) {
   const json document = json::parse(textOf([](decoder::Report& report) {
     report.beginInput("missing");
     report.unreadable("No such \"file\" \xFF");
@@ -78,7 +78,7 @@ constexpr std::string_view Settings =
     "A5 00 2D 50 E0 DA 01 28 02 00 00 04 00 00 00 01 28 05 00 00 02 00 0B 28 08 00 00 02 78 00 "
     "28 11 00 00 02 6B 00 28 05 00 00 00 28 FE 00 00 01 6B";
 
-TEST(JsonReport, GivesValuesTheirTypes) {
+TEST(JsonReport, WritesValuesWithTheirTypes) {
   EXPECT_EQ(settingsIn(documentOf(Settings)), json::parse(R"([
     {"group": "28", "object": "02", "group_name": "wireless network", "name": "mode", "size": 4,
      "value": 1, "meaning": "ad-hoc"},
@@ -96,7 +96,7 @@ TEST(JsonReport, GivesValuesTheirTypes) {
   EXPECT_FALSE(settingsIn(documentOf("A5 00 06 50 E0 D8 00 28 11"))[0].contains("masked"));
 }
 
-TEST(JsonReport, ShowsSecretsWhenAsked) {
+TEST(JsonReport, ShowsSecretsIfTheOptionsSaySo) {
   decoder::Options options;
   options.showSecrets = true;
   const json settings = settingsIn(documentOf(Settings, options));
@@ -107,18 +107,18 @@ TEST(JsonReport, ShowsSecretsWhenAsked) {
   };
   EXPECT_EQ(content("A5 00 03 50 E0 6B", options)["bytes"], "6B");
   EXPECT_EQ(content("A5 00 03 50 E0 6B", {})["masked"], true);
-  // What the log has masked stays so.
+  // Bytes that the log masks stay masked.
   EXPECT_EQ(content("zvkprinter: <- A5 00 03 50 E0 **", options)["masked"], true);
 }
 
-TEST(JsonReport, ReplacesBytesThatAreNoUtf8) {
+TEST(JsonReport, ReplacesInvalidUtf8) {
   EXPECT_EQ(
       settingsIn(documentOf("A5 00 0F 50 E0 DA 01 28 08 00 00 06 FF C3 A4 1B E2 82"))[0]["value"],
       "\uFFFD\u00E4\x1B\uFFFD");
 }
 
-TEST(JsonReport, HasCallsAsTextAndInParts) {
-  // <method requestID="4"/> with a byte that is no UTF-8 behind it.
+TEST(JsonReport, HasMethodCallsAsXmlAndInParts) {
+  // The texts are <method requestID="4"/>, and a byte that is not UTF-8.
   const json contents = documentOf(
       "A5 00 1D 50 E0 C0 03 00 01 3C 6D 65 74 68 6F 64 20 72 65 71 75 65 73 74 49 44 3D 22 34 22 "
       "2F 3E "

@@ -11,7 +11,7 @@ using decoder::Options;
 using decoder::parseOptions;
 using Words = std::vector<std::string>;
 
-TEST(DecoderOptions, AreStandardInputInAnyFormWithoutArguments) {
+TEST(DecoderOptions, SelectStandardInputInAnyFormByDefault) {
   const Options options = parseOptions({});
   EXPECT_EQ(options.action, Options::Action::Decode);
   EXPECT_EQ(options.form, Options::Form::Any);
@@ -21,7 +21,7 @@ TEST(DecoderOptions, AreStandardInputInAnyFormWithoutArguments) {
   EXPECT_EQ(options.inputs, Words{"-"});
 }
 
-TEST(DecoderOptions, AreTakenInAnyOrder) {
+TEST(DecoderOptions, AreAcceptedInAnyOrder) {
   const Options options = parseOptions(
       {"a", "--json", "--form=capture", "-", "--device", "01:005", "--secrets", "--", "-b", "--"});
   EXPECT_TRUE(options.json);
@@ -44,7 +44,7 @@ std::string complaintAbout(const Words& arguments) {
   return "none";
 }
 
-TEST(DecoderOptions, AreRefusedWithWhatWasExpected) {
+TEST(DecoderOptions, AreRejectedWithTheExpectedValue) {
   EXPECT_EQ(complaintAbout({"--none"}), "--none: no such option");
   EXPECT_EQ(complaintAbout({"-x"}), "-x: no such option");
   EXPECT_EQ(complaintAbout({"--json=1"}), "--json: expected no value, got '1'");

@@ -10,13 +10,13 @@ namespace {
 
 struct PacketRow : support::Row {
   const char* packet;
-  const char* words;  ///< behind "line 1: "
+  const char* words;  ///< the report after "line 1: "
   int status = 0;
 };
 
 class PacketWords : public testing::TestWithParam<PacketRow> {};
 
-TEST_P(PacketWords, SayWhatThePacketIs) {
+TEST_P(PacketWords, DescribeThePacket) {
   const Decoded result = decoded(GetParam().packet);
   EXPECT_EQ(result.words, "line 1: " + std::string(GetParam().words));
   EXPECT_EQ(result.status, GetParam().status);
@@ -34,10 +34,10 @@ INSTANTIATE_TEST_SUITE_P(
         PacketRow{{"QueryForAnUnknownSetting"},
                   "A5 00 06 50 E0 D8 00 28 FF",
                   "request, bare, 9 bytes: query\n"
-                  "    wireless network 28 FF: a setting that is not known\n"},
+                  "    wireless network 28 FF: unknown setting\n"},
         PacketRow{{"QueryInAnUnknownGroup"},
                   "A5 00 06 50 E0 D8 00 29 01",
-                  "request, bare, 9 bytes: query\n    29 01: a setting that is not known\n"},
+                  "request, bare, 9 bytes: query\n    29 01: unknown setting\n"},
         PacketRow{{"Settings"},
                   "A5 00 14 50 E0 DA 01 28 02 00 00 04 00 00 00 01 28 08 00 00 02 78 00",
                   "request, bare, 23 bytes: store settings\n"
@@ -74,11 +74,11 @@ INSTANTIATE_TEST_SUITE_P(
                   "request, bare, 13 bytes: method call\n    <a />\n"},
         PacketRow{{"MethodCallThatIsNotWellFormed"},
                   "A5 00 0B 50 E0 C0 03 00 01 3C 61 0A 1B 62",
-                  "request, bare, 14 bytes: method call that is not well-formed\n"
+                  "request, bare, 14 bytes: method call, not well-formed XML\n"
                   "    <a\n    \\x1Bb\n"},
         PacketRow{{"EmptyMethodCall"},
                   "A5 00 06 50 E0 C0 03 00 01",
-                  "request, bare, 9 bytes: method call that is not well-formed\n"}),
+                  "request, bare, 9 bytes: method call, not well-formed XML\n"}),
     support::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -122,64 +122,63 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Faults, PacketWords,
     testing::Values(
-        PacketRow{{"NoFlag"},
-                  "A5 00 00",
-                  "packet, bare, 3 bytes: malformed packet, a packet without a flag byte\n",
-                  1},
-        PacketRow{{"FlagAlone"}, "A5 00 01 50", "packet, bare, 4 bytes: unknown packet\n", 1},
+        PacketRow{
+            {"NoFlag"}, "A5 00 00", "packet, bare, 3 bytes: malformed packet, no flag byte\n", 1},
+        PacketRow{{"OnlyFlag"}, "A5 00 01 50", "packet, bare, 4 bytes: unknown packet\n", 1},
         PacketRow{{"UnknownCommand"},
                   "A5 00 06 50 E1 D8 00 28 08",
                   "packet, bare, 9 bytes: unknown packet\n    data = (5 bytes)\n",
                   1},
         PacketRow{{"QueryCut"},
                   "A5 00 05 50 E0 D8 00 28",
-                  "packet, bare, 8 bytes: malformed packet, a query without a setting\n"
+                  "packet, bare, 8 bytes: malformed packet, cut query\n"
                   "    data = (1 byte)\n",
                   1},
-        PacketRow{{"QueryWithAByteBehind"},
+        PacketRow{{"QueryFollowedByAByte"},
                   "A5 00 07 50 E0 D8 00 28 08 00",
-                  "packet, bare, 10 bytes: malformed packet, a byte behind a query\n"
+                  "packet, bare, 10 bytes: malformed packet, 1 byte after the query\n"
                   "    data = (1 byte)\n",
                   1},
         PacketRow{{"ValueTooLong"},
                   "A5 00 0A 50 E0 D8 00 28 08 00 01 61 62",
-                  "packet, bare, 13 bytes: malformed packet, a value should have 1 byte, has 2\n"
+                  "packet, bare, 13 bytes: malformed packet, expected a value of 1 byte, got 2\n"
                   "    wireless network 28 08: SSID\n"
                   "    data = (2 bytes)\n",
                   1},
         PacketRow{{"SettingThatDoesNotFit"},
                   "A5 00 10 50 E0 DA 01 28 08 00 00 01 61 28 11 00 00 02 6B",
-                  "packet, bare, 19 bytes: malformed packet, a setting that does not fit in\n"
+                  "packet, bare, 19 bytes: malformed packet, cut setting object\n"
                   "    wireless network 28 08: SSID = \"a\"\n"
                   "    data = (6 bytes)\n",
                   1},
         PacketRow{{"WrapperWithoutSize"},
                   "A5 00 05 50 E0 63 02 00",
-                  "packet, wrapped, 8 bytes: malformed packet, a wrapper without a size\n"
+                  "packet, wrapped, 8 bytes: malformed packet, wrapper without a size\n"
                   "    data = (3 bytes)\n",
                   1},
         PacketRow{{"EmptyWrapper"},
                   "A5 00 06 50 E0 63 02 00 00",
-                  "packet, wrapped, 9 bytes: malformed packet, an empty wrapper\n",
+                  "packet, wrapped, 9 bytes: malformed packet, empty wrapper\n",
                   1},
         PacketRow{{"WrapperTooLong"},
                   "A5 00 0F 50 E0 63 02 00 0A A5 00 06 50 E0 D8 00 0A 02",
-                  "packet, wrapped, 18 bytes: malformed packet, a wrapper should hold 10 bytes, "
-                  "holds 9\n    data = (9 bytes)\n",
+                  "packet, wrapped, 18 bytes: malformed packet, expected 10 bytes in the "
+                  "wrapper, got 9\n    data = (9 bytes)\n",
                   1},
-        PacketRow{{"BytesBehindTheWrapped"},
-                  "A5 00 10 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 0A 02 77",
-                  "request, wrapped, 19 bytes: query\n    network address 0A 02: IP address\n"
-                  "    and: malformed packet, 1 byte behind what is wrapped\n    data = (1 byte)\n",
-                  1},
+        PacketRow{
+            {"BytesAfterTheWrappedPacket"},
+            "A5 00 10 50 E0 63 02 00 09 A5 00 06 50 E0 D8 00 0A 02 77",
+            "request, wrapped, 19 bytes: query\n    network address 0A 02: IP address\n"
+            "    and: malformed packet, 1 byte after the wrapped packets\n    data = (1 byte)\n",
+            1},
         PacketRow{{"RecordCut"},
                   "A5 00 0E 50 E0 63 02 00 08 A5 00 06 50 E0 D8 00 0A",
-                  "packet, wrapped, 17 bytes: malformed packet, a packet that is cut inside a "
+                  "packet, wrapped, 17 bytes: malformed packet, cut packet in the "
                   "wrapper\n    data = (8 bytes)\n",
                   1},
         PacketRow{{"LengthCut"},
                   "A5 00 08 50 E0 63 02 00 02 A5 00",
-                  "packet, wrapped, 11 bytes: malformed packet, a packet that is cut inside a "
+                  "packet, wrapped, 11 bytes: malformed packet, cut packet in the "
                   "wrapper\n    data = (2 bytes)\n",
                   1},
         PacketRow{{"NoPacketInside"},
@@ -201,14 +200,14 @@ std::string withSizeOfZero(const char* head, std::size_t count) {
   return text;
 }
 
-TEST(PacketWords, TakeASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
+TEST(PacketWords, AcceptTheSize0For256BytesIfTheFieldHasOnlyTheLowByte) {
   EXPECT_EQ(wordsOf(withSizeOfZero("A5 01 09 50 E0 DA 01 2A 03 00 00 00", 256)),
             "line 1: request, bare, 268 bytes: store settings\n"
             "    802.1x 2A 03: 802.1x password = (256 bytes)\n");
   EXPECT_EQ(decoded(withSizeOfZero("A5 01 08 50 E0 DA 01 2A 03 00 00 00", 255)).status, 1);
 }
 
-TEST(PacketWords, ShowSecretsAndDataWhenAsked) {
+TEST(PacketWords, ShowSecretsAndDataIfTheOptionsSaySo) {
   decoder::Options options;
   options.showSecrets = true;
   EXPECT_EQ(

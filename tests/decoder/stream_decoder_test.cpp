@@ -14,7 +14,7 @@ using decoder::StreamDecoder;
 using support::bytes;
 using support::Bytes;
 
-/// What a decoder reports that gets pieces, each from a line of its own.
+/// Returns the report of a decoder for these pieces, each from a separate line.
 std::string wordsOf(const std::vector<Bytes>& pieces) {
   std::string words;
   decoder::WordsReport report([&](std::string_view text) { words.append(text); }, false);
@@ -30,7 +30,7 @@ std::string wordsOf(const std::vector<Bytes>& pieces) {
 const Bytes Query = bytes("A5 00 06 50 E0 D8 00 28 08");
 const std::string QueryWords = "request, bare, 9 bytes: query\n    wireless network 28 08: SSID\n";
 
-TEST(StreamDecoder, FindsAPacketInAnyPieces) {
+TEST(StreamDecoder, AssemblesAPacketFromAnyPieces) {
   for (std::size_t cut = 1; cut < Query.size(); ++cut) {
     const auto middle = Query.begin() + static_cast<std::ptrdiff_t>(cut);
     EXPECT_EQ(wordsOf({Bytes(Query.begin(), middle), {}, Bytes(middle, Query.end())}),
@@ -43,23 +43,21 @@ TEST(StreamDecoder, FindsAPacketInAnyPieces) {
   EXPECT_EQ(wordsOf(single), "lines 1-9: " + QueryWords);
 }
 
-TEST(StreamDecoder, TellsOfBytesOutsidePacketsOnce) {
+TEST(StreamDecoder, ReportsConsecutiveBytesOutsidePacketsOnce) {
   EXPECT_EQ(
       wordsOf({bytes("00"), bytes("01 02"), support::joined({bytes("03"), Query}), bytes("04")}),
       "lines 1-3: 4 bytes outside any packet\nline 3: " + QueryWords +
           "line 4: 1 byte outside any packet\n");
 }
 
-TEST(StreamDecoder, TellsOfAPacketThatIsCut) {
-  EXPECT_EQ(wordsOf({bytes("A5")}), "line 1: a packet that is cut: 1 byte\n");
-  EXPECT_EQ(wordsOf({bytes("A5 00"), bytes("06")}),
-            "lines 1-2: a packet that is cut: 3 of 9 bytes\n");
-  // Its first nine bytes say that it has four more than its length field says.
-  EXPECT_EQ(wordsOf({bytes("A5 00 06 50 E0 DA 01 2A 0C")}),
-            "line 1: a packet that is cut: 9 of 13 bytes\n");
+TEST(StreamDecoder, ReportsAPacketThatIsCut) {
+  EXPECT_EQ(wordsOf({bytes("A5")}), "line 1: cut packet: 1 byte\n");
+  EXPECT_EQ(wordsOf({bytes("A5 00"), bytes("06")}), "lines 1-2: cut packet: 3 of 9 bytes\n");
+  // The first nine bytes identify the packet with four bytes more than its length field says.
+  EXPECT_EQ(wordsOf({bytes("A5 00 06 50 E0 DA 01 2A 0C")}), "line 1: cut packet: 9 of 13 bytes\n");
 }
 
-TEST(StreamDecoder, BeginsAnewBehindBytesThatAreMissing) {
+TEST(StreamDecoder, StartsAgainAfterMissingBytes) {
   std::string words;
   decoder::WordsReport report([&](std::string_view text) { words.append(text); }, false);
   StreamDecoder decoder(Stream{Stream::Unit::Frame, {}, "1:5", false}, report);
@@ -68,8 +66,8 @@ TEST(StreamDecoder, BeginsAnewBehindBytesThatAreMissing) {
   decoder.feed(Query, 9);
   decoder.finish();
   EXPECT_EQ(words,
-            "frame 7 (1:5): a packet that is cut: 4 of 9 bytes\n"
-            "frame 8 (1:5): 3 bytes missing in the capture\n"
+            "frame 7 (1:5): cut packet: 4 of 9 bytes\n"
+            "frame 8 (1:5): 3 bytes missing from the capture\n"
             "frame 9 (1:5): " +
                 QueryWords);
 }
@@ -93,7 +91,7 @@ TEST(MethodReply, IsJoinedFromItsPackets) {
                 "line 1: reply, bare, 56 bytes" + ReplyWords);
 }
 
-TEST(MethodReply, IsNotWaitedForBeyondAnotherPacket) {
+TEST(MethodReply, IsIncompleteIfAnotherPacketFollows) {
   const Bytes head = bytes("A5 00 07 70 E0 C0 03 00 01 00");
   const std::string part =
       "line 1: reply, bare, more follows, 10 bytes: part of the reply to a method call\n";
@@ -102,7 +100,7 @@ TEST(MethodReply, IsNotWaitedForBeyondAnotherPacket) {
             part + "lines 1-2: the last packet of a reply is missing\nline 2: " + QueryWords);
   EXPECT_EQ(wordsOf({head, bytes("A5 00 05")}),
             part +
-                "line 2: a packet that is cut: 3 of 8 bytes\n"
+                "line 2: cut packet: 3 of 8 bytes\n"
                 "lines 1-2: the last packet of a reply is missing\n");
 }
 

@@ -11,8 +11,8 @@
 #include "testing/process.h"
 #include "testing/rows.h"
 
-// The real program configures the emulated printer for each security: what it says, how it ends,
-// and the bytes that arrive.
+// The real program configures the emulated printer for each security: its log, its exit status and
+// the bytes that arrive.
 
 namespace {
 
@@ -21,25 +21,26 @@ using support::Bytes;
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
-using support::TransportGone;
+using support::TransportReleased;
 using Words = std::vector<std::string>;
 
 struct SecurityRow : support::Row {
   Words options;
   std::string packet;
-  Words firstLines;       ///< up to the packet's dump
-  std::string shortName;  ///< in the last line
-  Words stored;           ///< of what the printer then holds, all that the basic settings are not
+  Words firstLines;       ///< the log lines before the dump of the packet
+  std::string shortName;  ///< the security's name in the last line
+  Words stored;           ///< lines of the printer's settings after the run
 };
 
 class AdvancedConfiguration : public testing::TestWithParam<SecurityRow> {
  protected:
-  /// What the program says of one try.
-  static std::string said(const Bytes& packet, int result) {
+  /// Returns the log of one attempt.
+  static std::string attemptLog(const Bytes& packet, int result) {
     return lines(GetParam().firstLines) + packets::dumpOf(packet) +
            lines({"D [ZVK] Adv " + GetParam().shortName + " ret = " + std::to_string(result)});
   }
 
+  /// Expects that `shown`, the printer's settings, contains the lines of the row.
   static void expectStored(const std::string& shown) {
     for (const std::string& line : GetParam().stored) {
       EXPECT_NE(shown.find(line + "\n"), std::string::npos) << line << " in\n" << shown;
@@ -60,26 +61,26 @@ class AdvancedConfiguration : public testing::TestWithParam<SecurityRow> {
 TEST_P(AdvancedConfiguration, IsStoredByThePrinter) {
   const PrinterRun run = runWithPrinter({"--show"}, commandLine());
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, said(wrapped(), 0) + TransportGone);
+  EXPECT_EQ(run.err, attemptLog(wrapped(), 0) + TransportReleased);
   EXPECT_EQ(run.received, Words{hexText(wrapped())});
   expectStored(run.out);
 }
 
-TEST_P(AdvancedConfiguration, IsRepeatedBareWhenWrappedPacketsAreRefused) {
+TEST_P(AdvancedConfiguration, IsRepeatedBareIfWrappedPacketsAreRefused) {
   const PrinterRun run = runWithPrinter({"--refuse-wrapped", "--show"}, commandLine());
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, said(wrapped(), -1) + said(bare(), 0) + TransportGone);
+  EXPECT_EQ(run.err, attemptLog(wrapped(), -1) + attemptLog(bare(), 0) + TransportReleased);
   EXPECT_EQ(run.received, (Words{hexText(wrapped()), GetParam().packet}));
   expectStored(run.out);
 }
 
-TEST_P(AdvancedConfiguration, TakesItsOptionsFromAFile) {
+TEST_P(AdvancedConfiguration, ReadsItsOptionsFromAFile) {
   const support::TemporaryFolder folder;
   const std::string file = folder.path("options");
   std::ofstream(file) << lines(GetParam().options);
   const PrinterRun run = runWithPrinter({}, {"-ca", "-file", file, "{}"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, said(wrapped(), 0) + TransportGone);
+  EXPECT_EQ(run.err, attemptLog(wrapped(), 0) + TransportReleased);
   EXPECT_EQ(run.received, Words{hexText(wrapped())});
 }
 
@@ -141,18 +142,18 @@ INSTANTIATE_TEST_SUITE_P(
             {"mode = 1 (ad-hoc)", "channel = 11", "security = 2 (WPA (1 or 2))"}}),
     support::rowName);
 
-TEST(AdvancedConfigurationResult, Is255WhenBothFormsAreRefused) {
+TEST(AdvancedConfigurationResult, Is255IfWrappedAndBarePacketsAreRefused) {
   const PrinterRun run =
       runWithPrinter({"--refuse-all"}, {"-ca", "--security=OPEN", "--ssid=x", "{}"});
   EXPECT_EQ(run.status, 255);
   EXPECT_EQ(run.received.size(), 2U);
 }
 
-TEST(AdvancedConfigurationResult, Is0AndNothingArrivesForAnotherSecurity) {
+TEST(AdvancedConfigurationResult, Is0WithoutAPacketForAnotherSecurity) {
   const PrinterRun run = runWithPrinter({}, {"-ca", "--security=WPA", "--ssid=x", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, lines({"D [ZVK] Advanced config...", "D [ZVK] Master security = 'WPA'"}) +
-                         TransportGone);
+                         TransportReleased);
   EXPECT_TRUE(run.received.empty());
 }
 
@@ -168,14 +169,14 @@ const std::string OptionPacket =
 const std::string NetworkPacket =
     "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 03 28 08 00 00 02 78 "
     "00 28 05 00 00 04 00 00 00 06";
-/// The wrapped packet in hex.
+/// Returns the packet, wrapped, in hex.
 std::string wrapped(const std::string& packet) {
   return hexText(packets::wrapped(support::bytes(packet)));
 }
 
 const std::string Query = hexText(packets::wrapped(packets::QueryAuthStatus));
 
-/// What arrived but for the calls to the printer's object store.
+/// Returns the received packets except those of method calls.
 Words withoutCalls(const Words& received) {
   Words packets;
   for (const std::string& packet : received) {
@@ -186,7 +187,7 @@ Words withoutCalls(const Words& received) {
   return packets;
 }
 
-TEST(Authentication, IsConfiguredInTwoPacketsAndItsStatusTold) {
+TEST(Authentication, IsConfiguredInTwoPacketsAndItsStatusQueried) {
   const PrinterRun run = runWithPrinter({"--show", "--auth-status=2"}, Credentials);
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(withoutCalls(run.received),
@@ -194,8 +195,9 @@ TEST(Authentication, IsConfiguredInTwoPacketsAndItsStatusTold) {
   EXPECT_NE(run.err.find("D [ZVK] 802.1x password = p (1 bytes)\n"), std::string::npos) << run.err;
   EXPECT_NE(run.err.find("D [ZVK] Validate certificate? 0\n"), std::string::npos) << run.err;
   EXPECT_NE(run.err.find("D [ZVK] Setting 802.1x ret = 0\n"), std::string::npos) << run.err;
-  EXPECT_TRUE(run.err.ends_with(
-      lines({"D [ZVK] Status: 2 (Authenticated)", "D [ZVK] Adv 8021x ret = 0"}) + TransportGone))
+  EXPECT_TRUE(
+      run.err.ends_with(lines({"D [ZVK] Status: 2 (Authenticated)", "D [ZVK] Adv 8021x ret = 0"}) +
+                        TransportReleased))
       << run.err;
   for (const char* stored :
        {"security = 3 (802.1x)\n", "SSID = \"x\"\n", "802.1x user = \"u\"\n",
@@ -205,18 +207,19 @@ TEST(Authentication, IsConfiguredInTwoPacketsAndItsStatusTold) {
   }
 }
 
-// The failure of the first packet counts as success, so there is no second try with bare packets.
-TEST(Authentication, EndsWith0WhenWrappedPacketsAreRefused) {
+// If the first packet fails, the command still succeeds, so there is no retry with bare packets.
+TEST(Authentication, EndsWith0IfWrappedPacketsAreRefused) {
   const PrinterRun run = runWithPrinter({"--refuse-wrapped", "--show"}, Credentials);
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(withoutCalls(run.received), (Words{wrapped(OptionPacket), Query}));
   EXPECT_NE(run.err.find("D [ZVK] Setting 802.1x ret = -1\n"), std::string::npos) << run.err;
-  EXPECT_TRUE(run.err.ends_with(lines({"D [ZVK] Adv 8021x ret = 0"}) + TransportGone)) << run.err;
+  EXPECT_TRUE(run.err.ends_with(lines({"D [ZVK] Adv 8021x ret = 0"}) + TransportReleased))
+      << run.err;
   EXPECT_EQ(run.out.find("SSID"), std::string::npos) << run.out;
 }
 
-// The printer's own status: the authority's certificate is missing until it is installed.
-TEST(Authentication, ValidatesTheServerOnceAnAuthorityIsInstalled) {
+// The printer determines its status itself: the CA certificate is missing until it is installed.
+TEST(Authentication, ValidatesTheServerOnceACaCertificateIsInstalled) {
   const support::TemporaryFolder folder;
   const std::string authority = folder.path("ca.pem");
   const auto made = support::runProcess(
@@ -243,7 +246,7 @@ TEST(Authentication, ValidatesTheServerOnceAnAuthorityIsInstalled) {
             (Words{wrapped(validating), wrapped(NetworkPacket), Query}));
 }
 
-TEST(Authentication, TakesAPasswordWhoseLengthFieldReads0) {
+TEST(Authentication, AcceptsAPasswordWithTheSizeField0) {
   Words arguments = Credentials;
   arguments.insert(arguments.begin() + 1, "--802-pwd=" + std::string(300, 'q'));
   std::erase(arguments, "--802-pwd=p");

@@ -7,7 +7,7 @@
 #include "testing/packets.h"
 #include "testing/printer_run.h"
 
-// The real program configures the emulated printer: what it says, how it ends, and the bytes that
+// The real program configures the emulated printer: its log, its exit status and the bytes that
 // arrive.
 
 namespace {
@@ -15,7 +15,7 @@ namespace {
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
-using support::TransportGone;
+using support::TransportReleased;
 
 const std::string BareHome = packets::hexText(packets::StoreHome);
 const std::string WrappedHome = packets::hexText(packets::wrapped(packets::StoreHome));
@@ -26,13 +26,13 @@ std::vector<std::string> basicConfig(const std::string& ssid, int result) {
           "D [ZVK] SSID = " + ssid,    "D [ZVK] Basic config ret = " + std::to_string(result)};
 }
 
-/// What the program says when it tried once, or wrapped and then bare.
+/// Returns the log of a run whose attempts have these results.
 std::string diagnostics(std::initializer_list<int> results) {
   std::string text;
   for (const int result : results) {
     text += lines(basicConfig("home", result));
   }
-  return text + TransportGone;
+  return text + TransportReleased;
 }
 
 PrinterRun configureHome(std::vector<std::string> options) {
@@ -49,7 +49,7 @@ TEST(BasicConfiguration, IsStoredByThePrinter) {
   EXPECT_EQ(run.received, std::vector{WrappedHome});
 }
 
-TEST(BasicConfiguration, TakesEveryBasicOption) {
+TEST(BasicConfiguration, AcceptsEveryBasicOption) {
   const PrinterRun run = runWithPrinter(
       {"--show"},
       {"-c", "--ssid=x", "--mode=Ad-Hoc", "--security=WEP", "--channel=3", "--passwd=abcde", "{}"});
@@ -65,7 +65,7 @@ TEST(BasicConfiguration, TakesEveryBasicOption) {
                 "06 61 62 63 64 65 00"});
 }
 
-TEST(BasicConfiguration, IsRepeatedBareWhenWrappedPacketsAreRefused) {
+TEST(BasicConfiguration, IsRepeatedBareIfWrappedPacketsAreRefused) {
   const PrinterRun run = configureHome({"--refuse-wrapped", "--show"});
   EXPECT_EQ(run.status, 0);
   EXPECT_NE(run.out.find("SSID = \"home\"\n"), std::string::npos);
@@ -73,7 +73,7 @@ TEST(BasicConfiguration, IsRepeatedBareWhenWrappedPacketsAreRefused) {
   EXPECT_EQ(run.received, (std::vector{WrappedHome, BareHome}));
 }
 
-TEST(BasicConfiguration, EndsWith255WhenTheAdapterRefusesBothForms) {
+TEST(BasicConfiguration, EndsWith255IfWrappedAndBarePacketsAreRefused) {
   const PrinterRun run = configureHome({"--refuse-all", "--show"});
   EXPECT_EQ(run.status, 255);
   EXPECT_EQ(run.out.find("SSID"), std::string::npos);
@@ -81,14 +81,14 @@ TEST(BasicConfiguration, EndsWith255WhenTheAdapterRefusesBothForms) {
   EXPECT_EQ(run.received, (std::vector{WrappedHome, BareHome}));
 }
 
-TEST(BasicConfiguration, EndsWith255WhenTheAdapterIsSilent) {
+TEST(BasicConfiguration, EndsWith255IfTheAdapterIsSilent) {
   const PrinterRun run = configureHome({"--silent"});
   EXPECT_EQ(run.status, 255);
   EXPECT_EQ(run.err, diagnostics({-1, -1}));
   EXPECT_EQ(run.received, (std::vector{WrappedHome, BareHome}));
 }
 
-TEST(BasicConfiguration, EndsWith1WhenTheAnswerDoesNotEndIn01) {
+TEST(BasicConfiguration, EndsWith1IfTheReplyDoesNotEndWith01) {
   for (const char* option : {"--result=00", "--result=02", "--garbage", "--cut=3"}) {
     SCOPED_TRACE(option);
     const PrinterRun run = configureHome({option});
@@ -98,34 +98,35 @@ TEST(BasicConfiguration, EndsWith1WhenTheAnswerDoesNotEndIn01) {
   }
 }
 
-TEST(BasicConfiguration, EndsWith255WhenNothingIsLeftOfTheAnswer) {
+TEST(BasicConfiguration, EndsWith255IfTheReplyIsEmpty) {
   EXPECT_EQ(configureHome({"--cut=0"}).status, 255);
 }
 
-TEST(BasicConfiguration, ReadsAnAnswerInPieces) {
+TEST(BasicConfiguration, ReadsAReplyInPieces) {
   EXPECT_EQ(configureHome({"--pieces=1"}).status, 0);
 }
 
-TEST(BasicConfiguration, ReadsAnAnswerThatComesAfterThePause) {
+TEST(BasicConfiguration, ReadsAReplyThatArrivesAfterThePause) {
   const PrinterRun run = configureHome({"--late=7"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.received, std::vector{WrappedHome});
 }
 
-TEST(BasicConfiguration, WaitsFiveSecondsBeforeAndFiveAfterTheAnswerInRealTime) {
+TEST(BasicConfiguration, WaitsFiveSecondsBeforeAndAfterTheReplyInRealTime) {
   const auto start = std::chrono::steady_clock::now();
   const PrinterRun run = support::runWithPrinterInRealTime({}, {"-c", "--ssid=home", "{}"});
   const auto elapsed = std::chrono::steady_clock::now() - start;
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, diagnostics({0}));
-  // Whole seconds of the clock: the second wait may begin late in one.
+  // The program counts whole seconds of the clock, so a wait may be up to one second shorter. A
+  // busy machine adds seconds, for example under valgrind; a second attempt would add ten.
   EXPECT_GE(elapsed, std::chrono::seconds(9));
-  EXPECT_LT(elapsed, std::chrono::seconds(15));
+  EXPECT_LT(elapsed, std::chrono::seconds(19));
 }
 
 class PathWithoutPrinter : public testing::TestWithParam<const char*> {};
 
-TEST_P(PathWithoutPrinter, FailsBothTriesAndEndsWith255) {
+TEST_P(PathWithoutPrinter, FailsInBothAttemptsAndEndsWith255) {
   const PrinterRun run = runWithPrinter({}, {"-c", "--ssid=home", GetParam()});
   EXPECT_EQ(run.status, 255);
   EXPECT_EQ(run.out, "");

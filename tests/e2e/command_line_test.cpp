@@ -28,18 +28,18 @@ TEST(Help, IsPrintedWithoutArguments) {
   EXPECT_EQ(result.err, "");
 }
 
-TEST(Help, IsPrintedByTheSwitchWhichMakesAGenerator) {
+TEST(Help, IsPrintedByTheSwitchAfterCreatingTheGenerator) {
   const auto result = runProcess({ZVKCONFIG, "-h"});
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.out, support::HelpText);
-  EXPECT_EQ(result.err, support::TransportGone);
+  EXPECT_EQ(result.err, support::TransportReleased);
 }
 
-TEST(MissingArguments, EndTheRunAbnormally) {
+TEST(MissingArguments, AbortTheProgram) {
   EXPECT_EQ(runProcess({ZVKCONFIG, "-c"}).status, Aborted);
 }
 
-TEST(PasswordPrompt, ReadsTheLineThatIsPipedIn) {
+TEST(PasswordPrompt, ReadsALineFromAPipe) {
   const PrinterRun run =
       runWithPrinter({}, {"-c", "--security=WPA", "--ssid=x", "{}"}, "secret\nrest\n");
   EXPECT_EQ(run.status, 0);
@@ -50,14 +50,14 @@ TEST(PasswordPrompt, ReadsTheLineThatIsPipedIn) {
       << run.received[0];
 }
 
-TEST(PasswordPrompt, IsEndedByTheEndOfInput) {
+TEST(PasswordPrompt, EndsAtTheEndOfInput) {
   const PrinterRun run = runWithPrinter({}, {"-c", "--security=WEP", "--ssid=x", "{}"}, "abc");
   EXPECT_EQ(run.status, 0);
   ASSERT_EQ(run.received.size(), 1U);
   EXPECT_TRUE(run.received[0].ends_with(" 28 09 00 00 04 61 62 63 00")) << run.received[0];
 }
 
-TEST(PasswordPrompt, ComesAgainForTheBareTry) {
+TEST(PasswordPrompt, IsRepeatedForTheBareAttempt) {
   const PrinterRun run = runWithPrinter({"--refuse-wrapped"},
                                         {"-c", "--security=WPA", "--ssid=x", "{}"}, "one\ntwo\n");
   EXPECT_EQ(run.status, 0);
@@ -71,7 +71,7 @@ std::vector<std::string> promptingCommand() {
   return support::printerCommand({"--log=/dev/null"}, {"-c", "--security=WPA", "--ssid=x", "{}"});
 }
 
-TEST(PasswordPrompt, DoesNotShowWhatIsTyped) {
+TEST(PasswordPrompt, DoesNotEchoThePassword) {
   TerminalProcess program(promptingCommand());
   ASSERT_TRUE(program.waitFor("Please provide the password:"));
   ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
@@ -83,7 +83,7 @@ TEST(PasswordPrompt, DoesNotShowWhatIsTyped) {
       << program.shown();
 }
 
-TEST(PasswordPrompt, CanBeAnsweredAgainAfterTheEndOfInputAtATerminal) {
+TEST(PasswordPrompt, ReadsTheTerminalAgainAfterAnEndOfInput) {
   const support::TemporaryFolder folder;
   const std::string log = folder.path("log");
   std::vector<std::string> command = {"faketime", "-f", "+0 x10"};
@@ -104,7 +104,7 @@ TEST(PasswordPrompt, CanBeAnsweredAgainAfterTheEndOfInputAtATerminal) {
   EXPECT_NE(messages.find(" 28 11 00 00 04 74 77 6F 00\n"), std::string::npos) << messages;
 }
 
-TEST(PasswordPrompt, GivesTheTerminalItsEchoBackWhenInterrupted) {
+TEST(PasswordPrompt, RestoresTheEchoIfInterrupted) {
   TerminalProcess program(promptingCommand());
   ASSERT_TRUE(program.waitFor("Please provide the password:"));
   ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
@@ -114,11 +114,11 @@ TEST(PasswordPrompt, GivesTheTerminalItsEchoBackWhenInterrupted) {
   EXPECT_TRUE(program.echoes());
 }
 
-TEST(PasswordPrompt, GivesTheTerminalItsEchoBackWhenTerminated) {
+TEST(PasswordPrompt, RestoresTheEchoIfTerminated) {
   TerminalProcess program(promptingCommand());
   ASSERT_TRUE(program.waitFor("Please provide the password:"));
   ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
-  ::kill(program.pid(), SIGTERM);  // which the emulated printer passes on
+  ::kill(program.pid(), SIGTERM);  // the emulated printer forwards it to zvkconfig
   EXPECT_EQ(program.waitForEnd(), 128 + SIGTERM);
   EXPECT_TRUE(program.echoes());
 }

@@ -1,6 +1,7 @@
-// Preloaded into the programs of an end-to-end test: makes one call of zvkconfig fail, as the
-// environment's ZVK_FAULT tells: "write 2 5" has the second write fail with errno 5, "write 2+ 5"
-// all from the second on. Calls on the three standard descriptors do not count.
+// A library that an end-to-end test preloads into its programs. It makes one call of zvkconfig
+// fail. The environment variable ZVK_FAULT selects the call: with "write 2 5" the second write
+// fails with errno 5, with "write 2+ 5" all later writes fail too. Calls on the three standard
+// descriptors do not count.
 
 #include <cerrno>
 #include <cstdarg>
@@ -35,11 +36,11 @@ Plan planOfEnvironment() {
   char* end = nullptr;
   plan.first = std::strtol(space, &end, 10);
   plan.lasting = *end == '+';
-  plan.error = std::atoi(plan.lasting ? end + 1 : end);  // NOLINT(cert-err34-c): the test's own
+  plan.error = std::atoi(plan.lasting ? end + 1 : end);  // NOLINT(cert-err34-c): set by the test
   return plan;
 }
 
-/// Whether the call that begins now is to fail; sets errno then.
+/// Counts a call. Returns true and sets errno if it fails.
 bool fails(std::string_view call) {
   static const Plan plan = planOfEnvironment();
   static long count = 0;
@@ -54,7 +55,7 @@ bool fails(std::string_view call) {
   return true;
 }
 
-/// The function that stands behind the one of that name here.
+/// Returns the C library's function of that name, which the one in this file replaces.
 template <typename Function>
 Function* next(const char* name) {
   return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));

@@ -9,7 +9,7 @@
 #include "testing/printer_run.h"
 #include "testing/rows.h"
 
-// The real program, one of whose calls of the system fails.
+// Runs of the real program in which a system call fails.
 
 namespace {
 
@@ -18,11 +18,11 @@ using support::runWithPrinter;
 using Words = std::vector<std::string>;
 
 struct FaultRow : support::Row {
-  const char* call;  ///< and which, with a "+" for all from then on
+  const char* call;  ///< name and number of the call; "+" means all later calls too
   int error;
   Words arguments;
   int status;
-  std::size_t received;  ///< messages that reached the printer, two for a method call
+  std::size_t received;  ///< messages that reach the printer; a method call has two
 };
 
 class FailingCall : public testing::TestWithParam<FaultRow> {
@@ -43,7 +43,7 @@ TEST_P(FailingCall, EndsTheRunInOrder) {
   const PrinterRun run = runWithPrinter({"--ssid=home"}, arguments);
   EXPECT_EQ(run.status, row.status);
   EXPECT_EQ(run.received.size(), row.received);
-  EXPECT_TRUE(run.err.ends_with(support::TransportGone)) << run.err;
+  EXPECT_TRUE(run.err.ends_with(support::TransportReleased)) << run.err;
 }
 
 const Words Configure = {"-c", "--ssid=home", "--security=None"};

@@ -11,7 +11,7 @@
 #include "testing/printer_run.h"
 #include "testing/process.h"
 
-// Options and raw packets from files, and the default run of an unknown switch.
+// Options and raw packets from files, and the default run for an unknown switch.
 
 namespace {
 
@@ -20,7 +20,7 @@ using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
 using support::TemporaryFolder;
-using support::TransportGone;
+using support::TransportReleased;
 using Words = std::vector<std::string>;
 
 class WithFile : public testing::Test {
@@ -33,8 +33,8 @@ class WithFile : public testing::Test {
   TemporaryFolder m_Folder;
 };
 
-/// Has zvkconfig run with standard input closed. In real time: the preloaded clock would take the
-/// free descriptor.
+/// Makes zvkconfig run with a closed standard input. Use it with runs in real time, because
+/// faketime's library would open the free descriptor.
 class ClosedInput {
  public:
   ClosedInput() {
@@ -61,7 +61,7 @@ class ClosedInput {
 using ArgumentFile = WithFile;
 using NpaFile = WithFile;
 
-TEST_F(ArgumentFile, GivesTheOptionsOfAConfiguration) {
+TEST_F(ArgumentFile, ContainsTheOptionsOfAConfiguration) {
   const std::string file = write(
       "# my network\n"
       "--ssid=\"My Net\"\r\n"
@@ -75,14 +75,14 @@ TEST_F(ArgumentFile, GivesTheOptionsOfAConfiguration) {
             lines({"D [ZVK] Basic config...", "D [ZVK] Mode = 'Managed\r'",
                    "D [ZVK] Security = 'WPA'", "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))",
                    "D [ZVK] SSID = My Net", "D [ZVK] Basic config ret = 0"}) +
-                TransportGone);
+                TransportReleased);
   EXPECT_EQ(run.received,
             Words{"A5 00 43 50 E0 63 02 00 3D A5 00 3A 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 "
                   "22 00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 06 28 08 00 00 07 4D 79 20 4E "
                   "65 74 00 28 11 00 00 0A 74 77 6F 20 77 6F 72 64 73 00"});
 }
 
-TEST_F(ArgumentFile, CountsAsEmptyWhenItCannotBeRead) {
+TEST_F(ArgumentFile, IsTreatedAsEmptyIfItCannotBeRead) {
   for (const std::string& file : {folder(), folder() + "missing"}) {
     const PrinterRun run = runWithPrinter({}, {"-c", "-file", file, "{}"});
     EXPECT_EQ(run.status, 0);
@@ -99,12 +99,12 @@ TEST_F(ArgumentFile, IsReadWithStandardInputClosed) {
   EXPECT_EQ(run.received.size(), 1U);
 }
 
-TEST_F(ArgumentFile, NeedsTheDeviceBehindIt) {
+TEST_F(ArgumentFile, NeedsADeviceAfterIt) {
   const auto result = support::runProcess({ZVKCONFIG, "-c", "-file", write("--ssid=x\n")});
   EXPECT_EQ(result.status, 128 + SIGABRT);
 }
 
-TEST_F(NpaFile, GoesOutAsItStands) {
+TEST_F(NpaFile, IsSentUnchanged) {
   const std::string file = write("A5 00 06 50 e0 d8 00 0A 02\n");
   const PrinterRun run = runWithPrinter({}, {"-npa", "-file", file, "{}"});
   EXPECT_EQ(run.status, 0);
@@ -112,7 +112,7 @@ TEST_F(NpaFile, GoesOutAsItStands) {
   EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 9 bytes", "A5 00 06 50 E0 D8 00 0A 02 |...P.....",
                             "D [ZVK] sendNPA response (11 bytes)",
                             "E0 D8 00 0A 02 00 04 C0 A8 01 14 |..........."}) +
-                         TransportGone);
+                         TransportReleased);
   EXPECT_EQ(run.received, Words{hexText(packets::QueryIp)});
 }
 
@@ -131,23 +131,23 @@ TEST_F(NpaFile, LosesAnOddLastDigit) {
   EXPECT_EQ(run.received, Words{hexText(packets::QueryIp)});
 }
 
-TEST_F(NpaFile, SendsNothingWhenThereIsNone) {
+TEST_F(NpaFile, SendsNothingIfItIsMissing) {
   const PrinterRun run = runWithPrinter({}, {"-npa", "-file", folder() + "missing", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, "");
   EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 0 bytes", "D [ZVK] sendNPA response (0 bytes)"}) +
-                         TransportGone);
+                         TransportReleased);
   EXPECT_TRUE(run.received.empty());
 }
 
-TEST_F(NpaFile, IsTheDeviceWhenNoneStandsBehindIt) {
+TEST_F(NpaFile, IsTheDeviceIfNoDeviceFollows) {
   const std::string file = write("A5");
   const PrinterRun run = runWithPrinter({}, {"-npa", "-file", file});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, lines({"D [ZVK] NPA data: 1 bytes", "A5 |.",
                             "D [ZVK] Failed to open usb device '" + file + "'!",
                             "D [ZVK] sendNPA response (0 bytes)"}) +
-                         TransportGone);
+                         TransportReleased);
 }
 
 TEST(RawSending, NeedsASecondArgument) {
@@ -160,7 +160,7 @@ const std::string Progress =
     "Connecting to wireless network....Acquiring network address....\n"
     "IP-ADDRESS : ";
 
-TEST(DefaultRun, ConfiguresAndReportsTheAddress) {
+TEST(DefaultRun, ConfiguresAndPrintsTheAddress) {
   const PrinterRun run = runWithPrinter({}, {"-x", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, Progress + "192.168.1.20\n");
@@ -177,7 +177,7 @@ TEST(DefaultRun, ConfiguresAndReportsTheAddress) {
                    hexText(packets::wrapped(packets::QueryIp))}));
 }
 
-TEST(DefaultRun, GoesOnBareOnceWrappedIsRefusedAndAlwaysEndsWell) {
+TEST(DefaultRun, ContinuesBareAfterARefusalAndAlwaysSucceeds) {
   const PrinterRun run = runWithPrinter({"--refuse-wrapped"}, {"-x", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, Progress + "192.168.1.20\n");

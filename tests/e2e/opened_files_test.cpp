@@ -1,4 +1,4 @@
-// Which files and connections the program opens, as strace sees it.
+// The files and connections that the program opens, observed with strace.
 
 #include <gtest/gtest.h>
 #include <set>
@@ -18,14 +18,15 @@ namespace {
 
 using Names = std::set<std::string>;
 
-/// The start of a program, before `main`: libraries, and those of the preloaded clock.
+/// Returns true for a file that the loader or faketime's library opens before `main`.
 bool isOfTheLoader(const std::string& name) {
   const bool isLibrary = name.find(".so") != std::string::npos &&
                          (name.starts_with("/lib") || name.starts_with("/usr/lib"));
   return isLibrary || name.starts_with("/etc/ld.so.") || name.starts_with("/dev/shm/");
 }
 
-/// What was opened, or was to be; a call that opens something else stands as it is.
+/// Returns the names of the files that the program tried to open. For a call that does not open a
+/// file, the set has the whole line of the log.
 Names opened(const std::string& log) {
   Names result;
   std::istringstream stream(support::fileContent(log));
@@ -46,13 +47,13 @@ Names opened(const std::string& log) {
 
 struct Row : support::Row {
   std::vector<std::string> arguments;
-  /// Beside the device; names of files that the test makes stand in braces.
+  /// The opened files except the device. "{folder}" stands for the test's folder.
   Names files;
 };
 
 class OpenedFiles : public testing::TestWithParam<Row> {
  protected:
-  /// Puts the folder's path in place of "{folder}".
+  /// Replaces "{folder}" by the path of the test's folder.
   std::string placed(std::string text) const {
     const std::string mark = "{folder}";
     if (const std::size_t at = text.find(mark); at != std::string::npos) {
@@ -64,7 +65,7 @@ class OpenedFiles : public testing::TestWithParam<Row> {
   support::TemporaryFolder folder;
 };
 
-TEST_P(OpenedFiles, AreTheDeviceAndThoseThatAreNamed) {
+TEST_P(OpenedFiles, AreTheDeviceAndTheNamedFiles) {
   folder.write("options", "--ssid=home\n--security=None\n");
   folder.write("query.hex", "A5 00 06 50 E0 D8 00 28 08");
   folder.write("ca.pem", support::certificatePem());
@@ -100,15 +101,15 @@ INSTANTIATE_TEST_SUITE_P(
             {}},
         Row{{"Query"}, {"-s", "{}"}, {}},
         Row{{"RawPacket"}, {"-npa", "-file", "{folder}query.hex", "{}"}, {"{folder}query.hex"}},
-        Row{{"InstallsACertificate"},
+        Row{{"CertificateInstallation"},
             {"-icer", "--802-CA-cer-file={folder}ca.pem", "{}"},
             {"{folder}ca.pem"}},
-        Row{{"MakesARequest"},
+        Row{{"CertificateRequest"},
             {"-csr", "--cer-common=hall", "--cer-path={folder}hall.csr", "{}"},
             {"{folder}hall.csr"}}),
     support::rowName);
 
-TEST(RequestFile, CanBeReadByAllAndWrittenByItsOwner) {
+TEST(RequestFile, CanBeReadByEveryoneAndWrittenByItsOwner) {
   const support::TemporaryFolder folder;
   const std::string path = folder.path("hall.csr");
   const mode_t before = ::umask(0);
@@ -121,7 +122,7 @@ TEST(RequestFile, CanBeReadByAllAndWrittenByItsOwner) {
   EXPECT_EQ(file.st_mode & 07777U, 0644U);
 }
 
-TEST(HelpText, OpensNothing) {
+TEST(HelpText, OpensNoFile) {
   const support::TemporaryFolder folder;
   const std::string log = folder.path("calls");
   const auto run = support::runProcess(

@@ -1,5 +1,5 @@
-// What the running program's memory holds of passwords: of one that was typed, and of the packet
-// with one that was sent.
+// Searches the memory of the running program for a typed password, and for a sent packet with a
+// password.
 
 #include <cstdint>
 #include <filesystem>
@@ -20,11 +20,11 @@ using support::TerminalProcess;
 
 const std::string Prompt = "Please provide the password:";
 
-/// Short enough for a string object to hold it itself, were it let to.
+/// So short that std::string would store it inside the object.
 constexpr std::string_view ShortPassword = "kQ7-vT2x9";
 const std::string LongPassword = "wZ8-" + std::string(300, 'y') + "-mR3";
 
-/// The process that runs zvkconfig with `word` among its arguments; 0 when there is none.
+/// Returns the process that runs zvkconfig with `word` in an argument, or 0 if there is none.
 pid_t programWith(std::string_view word) {
   for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
     std::ifstream file(entry.path() / "cmdline", std::ios::binary);
@@ -42,7 +42,7 @@ pid_t programWith(std::string_view word) {
   return 0;
 }
 
-/// Whether the text stands anywhere in the memory that the process can write.
+/// Returns true if the writable memory of the process contains the text.
 bool memoryHolds(pid_t process, std::string_view text) {
   const std::string folder = "/proc/" + std::to_string(process);
   std::ifstream maps(folder + "/maps");
@@ -68,7 +68,7 @@ bool memoryHolds(pid_t process, std::string_view text) {
   return false;
 }
 
-/// The command line of zvkconfig in front of the emulated printer, at twice the speed of time.
+/// Returns the command line of zvkconfig with the emulated printer. The clock runs twice as fast.
 std::vector<std::string> commandLine(const std::vector<std::string>& options,
                                      const std::vector<std::string>& arguments) {
   std::vector<std::string> command = {"faketime", "-f", "+0 x2"};
@@ -79,7 +79,7 @@ std::vector<std::string> commandLine(const std::vector<std::string>& options,
 
 class PasswordInMemory : public testing::TestWithParam<std::string> {};
 
-TEST_P(PasswordInMemory, IsGoneWhenTheRequestIsOver) {
+TEST_P(PasswordInMemory, IsClearedAfterTheRequest) {
   const support::TemporaryFolder folder;
   const std::string ssid = folder.path("s");  // no other run has it
   TerminalProcess program(commandLine({"--refuse-wrapped", "--log=/dev/null"},
@@ -102,23 +102,23 @@ TEST_P(PasswordInMemory, IsGoneWhenTheRequestIsOver) {
 INSTANTIATE_TEST_SUITE_P(Passwords, PasswordInMemory,
                          testing::Values(std::string(ShortPassword), LongPassword));
 
-TEST(AuthenticationPasswordInMemory, IsInNoPacketOnceTheNextOneIsBuilt) {
+TEST(AuthenticationPasswordInMemory, IsClearedWhenTheNextPacketIsBuilt) {
   const support::TemporaryFolder folder;
   const std::string mark = "--cer-path=" + folder.path("x");  // no other run has it
   const std::string password(ShortPassword);
-  // The second packet is so short that it does not cover the place of the password in the first.
+  // The second packet is too short to overwrite the password of the first one.
   TerminalProcess program(commandLine(
       {"--log=/dev/null"},
       {"-ca", "--security=802.1x", "--802-auth-ext=PEAP", "--802-auth-inner=PAP",
        "--802-user=" + std::string(30, 'u'), "--802-pwd=" + password, "--ssid=s", mark, "{}"}));
-  // The command line holds the password itself, so the whole setting object is looked for.
+  // The command line contains the password too, so search for the whole setting object.
   const std::string object = std::string("\x2A\x03\x00\x00\x0A", 5) + password;
   pid_t process = 0;
   ASSERT_TRUE(support::eventually([&] {
     process = programWith(mark);
     return process > 0 && memoryHolds(process, object);
   }));
-  // The line is of the second packet.
+  // The program logs this line while it builds the second packet.
   ASSERT_TRUE(program.waitFor("D [ZVK] SSID = s"));
   EXPECT_FALSE(memoryHolds(process, object));
   EXPECT_EQ(program.waitForEnd(), 0);

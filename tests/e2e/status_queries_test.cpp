@@ -7,7 +7,7 @@
 #include "testing/printer_run.h"
 #include "testing/rows.h"
 
-// The real program reads the emulated printer's state back.
+// The real program queries the emulated printer.
 
 namespace {
 
@@ -17,13 +17,13 @@ using support::Bytes;
 using support::lines;
 using support::PrinterRun;
 using support::runWithPrinter;
-using support::TransportGone;
+using support::TransportReleased;
 using Words = std::vector<std::string>;
 
 struct QueryRow : support::Row {
   Words options;
   const char* command;
-  /// The bare query; each that arrives, "w" for wrapped and "b" for bare.
+  /// The bare query, and the queries that arrive: "w" is a wrapped one, "b" a bare one.
   Bytes query;
   const char* arrivals;
   int status;
@@ -32,12 +32,12 @@ struct QueryRow : support::Row {
 
 class StatusQuery : public testing::TestWithParam<QueryRow> {};
 
-TEST_P(StatusQuery, IsAskedAnsweredAndReported) {
+TEST_P(StatusQuery, IsSentAndItsReplyPrinted) {
   const QueryRow& row = GetParam();
   const PrinterRun run = runWithPrinter(row.options, {row.command, "{}"});
   EXPECT_EQ(run.status, row.status);
   EXPECT_EQ(run.out, row.out);
-  EXPECT_EQ(run.err, TransportGone);
+  EXPECT_EQ(run.err, TransportReleased);
   Words expected;
   for (const char form : std::string(row.arrivals)) {
     expected.push_back(hexText(form == 'w' ? wrapped(row.query) : row.query));
@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
         QueryRow{{"NoTrouble"}, {}, "-t", Trouble, "w", 0, ""},
         QueryRow{{"NoTroubleBare"}, {"--refuse-wrapped"}, "-t", Trouble, "wb", 0, ""},
         QueryRow{{"Trouble"}, {"--trouble-code=7"}, "-t", Trouble, "wwww", 7, ""},
-        QueryRow{{"TroubleThatIsOver"},
+        QueryRow{{"TroubleThatEnds"},
                  {"--trouble-code=7", "--trouble-over-after=2"},
                  "-t",
                  Trouble,
@@ -83,11 +83,11 @@ const std::string WrappedReset = hexText(wrapped(packets::Reset));
 TEST(Reset, IsConfirmed) {
   const PrinterRun run = runWithPrinter({}, {"-r", "{}"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err, TransportGone);
+  EXPECT_EQ(run.err, TransportReleased);
   EXPECT_EQ(run.received, Words{WrappedReset});
 }
 
-TEST(Reset, IsTriedTwiceAndNeverBare) {
+TEST(Reset, MakesTwoWrappedAttempts) {
   const PrinterRun run = runWithPrinter({"--refuse-wrapped"}, {"-r", "{}"});
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.received, (Words{WrappedReset, WrappedReset}));
@@ -96,7 +96,7 @@ TEST(Reset, IsTriedTwiceAndNeverBare) {
 const std::string BareQuery = hexText(packets::QueryAuthStatus);
 const std::string WrappedQuery = hexText(wrapped(packets::QueryAuthStatus));
 
-TEST(AuthenticationStatus, IsToldInWordsAndAsTheExitStatus) {
+TEST(AuthenticationStatus, IsLoggedInWordsAndReturnedAsTheExitStatus) {
   const PrinterRun run = runWithPrinter({"--auth-status=2"}, {"-802s", "{}"});
   EXPECT_EQ(run.status, 2);
   EXPECT_EQ(run.out, "");
@@ -105,11 +105,11 @@ TEST(AuthenticationStatus, IsToldInWordsAndAsTheExitStatus) {
                             "E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 |.c......P...*...",
                             "02                                              |.",
                             "D [ZVK] Status: 2 (Authenticated)"}) +
-                         TransportGone);
+                         TransportReleased);
   EXPECT_EQ(run.received, Words{WrappedQuery});
 }
 
-TEST(AuthenticationStatus, IsOfTheFirstRecordInAReplyOfSeveralPackets) {
+TEST(AuthenticationStatus, IsReadFromTheFirstRecordInAReplyOfSeveralPackets) {
   const PrinterRun run =
       runWithPrinter({"--auth-status=11,3", "--other-first", "--packets=3"}, {"-802s", "{}"});
   EXPECT_EQ(run.status, 11);
@@ -123,14 +123,14 @@ TEST(AuthenticationStatus, HasNoTextAboveEleven) {
   EXPECT_NE(run.err.find("D [ZVK] Status: 12 ()\n"), std::string::npos) << run.err;
 }
 
-TEST(AuthenticationStatus, IsUnknownWhenTheRecordIsCut) {
+TEST(AuthenticationStatus, IsUnknownIfTheRecordIsCut) {
   const PrinterRun run = runWithPrinter({"--cut-record=11"}, {"-802s", "{}"});
   EXPECT_EQ(run.status, 255);
   EXPECT_EQ(run.err.find("Status:"), std::string::npos) << run.err;
   EXPECT_EQ(run.received, (Words{WrappedQuery, BareQuery}));
 }
 
-TEST(AuthenticationStatus, IsAskedForBareWhenWrappedIsRefused) {
+TEST(AuthenticationStatus, IsQueriedBareIfTheWrappedQueryIsRefused) {
   const PrinterRun run = runWithPrinter({"--refuse-wrapped", "--auth-status=0"}, {"-802s", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_NE(run.err.find("D [ZVK] Auth status response (0 bytes)\n"), std::string::npos) << run.err;
@@ -138,7 +138,7 @@ TEST(AuthenticationStatus, IsAskedForBareWhenWrappedIsRefused) {
   EXPECT_EQ(run.received, (Words{WrappedQuery, BareQuery}));
 }
 
-TEST(AuthenticationStatus, FailsWhenTheDeviceCannotBeOpened) {
+TEST(AuthenticationStatus, FailsIfTheDeviceCannotBeOpened) {
   const PrinterRun run = runWithPrinter({}, {"-802s", "/dev/usb/lp5"});
   EXPECT_EQ(run.status, 255);
   EXPECT_EQ(run.err, lines({"D [ZVK] 802.1x Authentication status...",
@@ -147,7 +147,7 @@ TEST(AuthenticationStatus, FailsWhenTheDeviceCannotBeOpened) {
                             "D [ZVK] 802.1x Authentication status...",
                             "D [ZVK] Failed to open usb device '/dev/usb/lp5'!",
                             "D [ZVK] Auth status response (0 bytes)"}) +
-                         TransportGone);
+                         TransportReleased);
 }
 
 }  // namespace

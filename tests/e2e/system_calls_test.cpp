@@ -1,6 +1,5 @@
-// How many calls of the system each command makes, from its first look at the device on: the
-// program's own work, without the start that the loader has. Only the probes for input, one after
-// the other as long as the wait lasts, depend on time.
+// The count of system calls of each command, from the first open of the device on. So the calls of
+// the loader are left out. Only the count of the probes for input depends on time.
 
 #include <array>
 #include <gtest/gtest.h>
@@ -20,13 +19,13 @@ namespace {
 using Counts = std::map<std::string, int>;
 
 constexpr const char* Probe = "pselect6";
-/// What no wait of 5 seconds can need: a probe takes a millisecond.
+/// An upper limit for the probes in a wait of 5 s. A probe takes 1 ms.
 constexpr int ProbesPerWait = 5100;
 
-/// What the library asks for on its own account: memory, and what kind of file its output is.
+/// Calls that the C library makes on its own, for memory and for standard output.
 constexpr std::array LibraryCalls = {"brk", "mmap", "munmap", "newfstatat", "ioctl", "getrandom"};
 
-/// The calls by name, from the first that names the device in an opening on.
+/// Counts the calls by name, from the first open of the device on.
 Counts callsOf(const std::string& log) {
   Counts counts;
   bool isOpen = false;
@@ -53,14 +52,14 @@ struct Row : support::Row {
   std::vector<std::string> arguments;
   int silences;  ///< waits that end without a byte
   int pauses;
-  int exchanges;  ///< the device is opened, read and closed
-  int reads;      ///< at most: an answer may be there at the first try or not
-  int writes;     ///< requests, lines of the log, and the output
+  int exchanges;  ///< each opens, reads and closes the device
+  int reads;      ///< the upper limit: the first read may come before the reply
+  int writes;     ///< requests, log lines and the output
 };
 
 class SystemCalls : public testing::TestWithParam<Row> {};
 
-TEST_P(SystemCalls, AreAsMany) {
+TEST_P(SystemCalls, HaveTheExpectedCounts) {
   const support::TemporaryFolder folder;
   const std::string log = folder.path("calls");
   {
@@ -83,7 +82,7 @@ TEST_P(SystemCalls, AreAsMany) {
   EXPECT_GE(reads, GetParam().exchanges);
   EXPECT_LE(reads, GetParam().reads);
   EXPECT_GE(probes, GetParam().silences);
-  // One wait more for an answer that is late.
+  // A late reply adds one wait.
   EXPECT_LE(probes, (GetParam().silences + 1) * ProbesPerWait);
 }
 

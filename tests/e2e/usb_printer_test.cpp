@@ -12,7 +12,7 @@
 #include "testing/process.h"
 #include "testing/usbip_host.h"
 
-// `zvkprinter usb` as a program. What a kernel makes of the printer is beyond these.
+// The program `zvkprinter usb`. The kernel's side is tested in tests/kernel.
 
 namespace {
 
@@ -22,7 +22,7 @@ using support::LoopbackClient;
 using support::runProcess;
 using support::TemporaryFolder;
 
-/// A printer that is served at a free port.
+/// An emulated printer at a free TCP port.
 class Server {
  public:
   explicit Server(const std::string& options = {})
@@ -46,7 +46,7 @@ class Server {
   support::BackgroundProcess m_Process;
 };
 
-TEST(ZvkprinterUsb, ServesAPrinterUntilItIsEnded) {
+TEST(ZvkprinterUsb, ServesAPrinterUntilASignal) {
   Server server("--ip=10.0.0.7 --speed=full --usb-slow=100000 --show");
   EXPECT_EQ(server.output(), "The printer is at port " + std::to_string(server.port()) +
                                  " of 127.0.0.1, bus id 1-1\n");
@@ -80,7 +80,7 @@ TEST(ZvkprinterUsb, IsUnpluggedAndPluggedInBySignals) {
   EXPECT_EQ(server.process().endWith(SIGINT), 0);
 }
 
-TEST(ZvkprinterUsb, EndsWithItsCommandsStatus) {
+TEST(ZvkprinterUsb, EndsWithTheStatusOfTheCommand) {
   EXPECT_EQ(
       runProcess({ZVKPRINTER, "usb", "--port=0", "--log=/dev/null", "--", "sh", "-c", "exit 7"})
           .status,
@@ -90,7 +90,7 @@ TEST(ZvkprinterUsb, EndsWithItsCommandsStatus) {
       127);
 }
 
-TEST(ZvkprinterUsb, SaysThatAPortIsTaken) {
+TEST(ZvkprinterUsb, ReportsAPortInUse) {
   Server server;
   const auto result = runProcess({ZVKPRINTER, "usb", "--port=" + std::to_string(server.port())});
   EXPECT_EQ(result.status, 125);

@@ -13,7 +13,7 @@
 #include "testing/rows.h"
 #include "testing/usb_capture.h"
 
-// The real zvknpa reads what the real zvkconfig and the emulated printer have said.
+// The real zvknpa decodes logs of the real zvkconfig and of the emulated printer.
 
 namespace {
 
@@ -28,8 +28,8 @@ ProcessResult zvknpa(const Words& arguments, std::string_view input = {}) {
   return runProcess(support::supervised(command), input);
 }
 
-/// The standard error of a run, as "zvkconfig ... 2>log" keeps it.
-std::string keptLog(const Words& options, const Words& arguments) {
+/// Returns the standard error of a run: the logs of both programs.
+std::string bothLogs(const Words& options, const Words& arguments) {
   Words command = {"faketime", "-f", "+0 x10"};
   for (const std::string& word : support::printerCommand(options, arguments)) {
     command.push_back(word);
@@ -39,10 +39,10 @@ std::string keptLog(const Words& options, const Words& arguments) {
   return result.err;
 }
 
-/// The same without the printer's log, nor its word on where it is: what the program itself dumps.
+/// Returns the standard error of a run without the lines of the emulated printer.
 std::string ownLog(Words options, const Words& arguments) {
   options.insert(options.begin(), "--log=/dev/null");
-  std::istringstream log(keptLog(options, arguments));
+  std::istringstream log(bothLogs(options, arguments));
   std::string own;
   for (std::string line; std::getline(log, line);) {
     if (!line.starts_with("zvkprinter: ")) {
@@ -52,7 +52,7 @@ std::string ownLog(Words options, const Words& arguments) {
   return own;
 }
 
-/// What is said of packets, without the lines that they stand in.
+/// Returns the output of zvknpa without the line numbers.
 std::string wordsOf(const std::string& log, const Words& arguments = {}) {
   const ProcessResult result = zvknpa(arguments, log);
   EXPECT_EQ(result.status, 0) << result.err;
@@ -69,7 +69,7 @@ std::string wordsOf(const std::string& log, const Words& arguments = {}) {
 
 TEST(Zvknpa, DecodesABasicConfiguration) {
   const std::string log =
-      keptLog({}, {"-c", "--ssid=home", "--security=WPA", "--passwd=secret88", "{}"});
+      bothLogs({}, {"-c", "--ssid=home", "--security=WPA", "--passwd=secret88", "{}"});
   const std::string expected =
       "request, wrapped, 67 bytes: store settings\n"
       "    wireless network 28 02: mode = 0 (managed)\n"
@@ -109,7 +109,7 @@ TEST(Zvknpa, DecodesTheBytesOfTheDefaultRun) {
             "    wireless network 28 05: channel = 6\n");
 }
 
-/// As a terminal shows it: progress and log together.
+/// Standard output and standard error are mixed, as on a terminal.
 TEST(Zvknpa, DecodesTheDefaultRunWithItsProgress) {
   const ProcessResult result =
       runProcess({"faketime", "-f", "+0 x10", ZVKPRINTER, "run", "--log=/dev/null", "--", "sh",
@@ -178,7 +178,7 @@ INSTANTIATE_TEST_SUITE_P(
     support::rowName);
 
 TEST(Zvknpa, DecodesAQueryThatIsRefusedInAWrapper) {
-  EXPECT_EQ(wordsOf(keptLog({"--refuse-wrapped", "--ssid=My Net"}, {"-s", "{}"})),
+  EXPECT_EQ(wordsOf(bothLogs({"--refuse-wrapped", "--ssid=My Net"}, {"-s", "{}"})),
             "request, wrapped, 18 bytes: query\n"
             "    wireless network 28 08: SSID\n"
             "reply, bare, 5 bytes: refused\n"
@@ -194,7 +194,7 @@ TEST(Zvknpa, DecodesTheAuthenticationStatus) {
   const std::string status = "    802.1x 2A 1D: 802.1x authentication status = 2 (Authenticated)\n";
   EXPECT_EQ(wordsOf(ownLog(options, {"-802s", "{}"})),
             "reply, wrapped, collected, 37 bytes: value\n" + other + "    and: value\n" + status);
-  EXPECT_EQ(wordsOf(keptLog(options, {"-802s", "{}"})),
+  EXPECT_EQ(wordsOf(bothLogs(options, {"-802s", "{}"})),
             "request, wrapped, 18 bytes: query\n"
             "    802.1x 2A 1D: 802.1x authentication status\n"
             "reply, wrapped, more follows, 24 bytes: value\n" +
@@ -211,12 +211,12 @@ TEST(Zvknpa, DecodesTheCertificateSettings) {
             "    802.1x 2A 0A: certificate common name = \"\"\n");
 }
 
-/// A CA certificate is not needed for a call that is answered with a status.
+/// The file need not be a certificate, because the printer replies with a fixed status.
 TEST(Zvknpa, DecodesMethodCallsAndTheirReplies) {
   const support::TemporaryFolder folder;
   const std::string file = folder.write("ca.pem", "none");
   const std::string log =
-      keptLog({"--object-status=19", "--packets=3"}, {"-icer", "--802-CA-cer-file=" + file, "{}"});
+      bothLogs({"--object-status=19", "--packets=3"}, {"-icer", "--802-CA-cer-file=" + file, "{}"});
   const std::string part = "reply, bare, more follows, ";
   EXPECT_EQ(wordsOf(log),
             "request, bare, 19 bytes: announces a method call\n"
@@ -272,7 +272,7 @@ TEST(Zvknpa, WritesJson) {
     "problems": []}]})"));
 }
 
-TEST(Zvknpa, WritesOneJsonDocumentWhateverTheInputs) {
+TEST(Zvknpa, WritesOneJsonDocumentForAnyInputs) {
   const support::TemporaryFolder folder;
   const std::string empty = folder.write("empty", "");
   const std::string refused = folder.write("refused", "A5 00 02 D4 E0 FF");
@@ -288,10 +288,10 @@ TEST(Zvknpa, WritesOneJsonDocumentWhateverTheInputs) {
   EXPECT_EQ(inputs[1]["unreadable"], "No such file or directory");
   EXPECT_EQ(inputs[2]["packets"].size(), 1U);
   EXPECT_EQ(inputs[2]["problems"][0]["text"], "1 byte outside any packet");
-  EXPECT_EQ(inputs[3]["problems"][0]["text"], "a packet that is cut: 1 byte");
+  EXPECT_EQ(inputs[3]["problems"][0]["text"], "cut packet: 1 byte");
 }
 
-TEST(Zvknpa, ReadsFilesTextsAndCapturesAlike) {
+TEST(Zvknpa, ReadsTextFilesAndCaptures) {
   const support::TemporaryFolder folder;
   support::UsbCapture capture;
   capture.out(support::bytes("A5 00 06 50 E0 D8 00 28 08"));
@@ -313,7 +313,7 @@ TEST(Zvknpa, ReadsFilesTextsAndCapturesAlike) {
   EXPECT_EQ(forced.err, "zvknpa: " + log + ": unknown file format\n");
 }
 
-TEST(Zvknpa, SaysWhatItLookedForInEachInputWithoutPackets) {
+TEST(Zvknpa, ListsTheSupportedInputsForEachInputWithoutPackets) {
   const support::TemporaryFolder folder;
   const std::string text = folder.write("text", "D [ZVK] SSID = home\n");
   const std::string good = folder.write("good", "A5 00 02 D4 E0\n");
@@ -343,7 +343,7 @@ TEST(Zvknpa, ReportsOutputThatItCannotWrite) {
   }
 }
 
-TEST(Zvknpa, EndsWithTheStatusOfWhatItFound) {
+TEST(Zvknpa, EndsWithTheStatusOfItsResult) {
   EXPECT_EQ(zvknpa({}, "").status, 3);
   EXPECT_EQ(zvknpa({}, "A5 00 02 D4 E0").status, 0);
   EXPECT_EQ(zvknpa({}, "A5 00 02 D4").status, 1);

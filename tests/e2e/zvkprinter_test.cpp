@@ -14,7 +14,7 @@
 #include "testing/process.h"
 #include "testing/skip.h"
 
-// The emulated printer as a program: how it runs commands and where it puts the device.
+// The program zvkprinter: how it runs commands, and the place of its device.
 
 namespace {
 
@@ -42,7 +42,7 @@ ProcessResult runInPrinter(const std::vector<std::string>& command) {
 
 const char* const NoNamespaces = "this system permits no private /dev/usb";
 
-/// Whether the system lets a command that starts with `prefix` mount something for itself alone.
+/// Returns true if the system permits private mounts to a command that starts with `prefix`.
 bool permitsPrivateMounts(std::vector<std::string> prefix, bool asRoot) {
   prefix.insert(prefix.end(), {"unshare", "--mount"});
   if (!asRoot) {
@@ -52,13 +52,13 @@ bool permitsPrivateMounts(std::vector<std::string> prefix, bool asRoot) {
   return runProcess(prefix).status == 0;
 }
 
-TEST(ZvkprinterRun, EndsWithTheCommandsStatus) {
+TEST(ZvkprinterRun, EndsWithTheStatusOfTheCommand) {
   EXPECT_EQ(runInPrinter({"true"}).status, 0);
   EXPECT_EQ(runInPrinter({"sh", "-c", "exit 7"}).status, 7);
   EXPECT_EQ(runInPrinter({"sh", "-c", "kill -KILL $$"}).status, 128 + SIGKILL);
 }
 
-TEST(ZvkprinterRun, SaysWhyACommandCannotBeRun) {
+TEST(ZvkprinterRun, ReportsWhyACommandCannotBeRun) {
   const ProcessResult missing = runInPrinter({"/nonexistent/program"});
   EXPECT_EQ(missing.status, 127);
   EXPECT_NE(missing.err.find("zvkprinter: /nonexistent/program: No such file or directory\n"),
@@ -68,7 +68,7 @@ TEST(ZvkprinterRun, SaysWhyACommandCannotBeRun) {
   EXPECT_EQ(notExecutable.status, 126);
 }
 
-TEST(ZvkprinterRun, GivesTheCommandADeviceThatIsATerminalInRawMode) {
+TEST(ZvkprinterRun, ProvidesADeviceThatIsATerminalInRawMode) {
   const ProcessResult result = runInPrinter({"sh", "-c", "test -c {} && stty -F {} -a"});
   EXPECT_EQ(result.status, 0);
   EXPECT_NE(result.out.find("-icanon"), std::string::npos) << result.out;
@@ -76,56 +76,56 @@ TEST(ZvkprinterRun, GivesTheCommandADeviceThatIsATerminalInRawMode) {
   EXPECT_NE(result.out.find("-opost"), std::string::npos) << result.out;
 }
 
-// These look at the whole of /dev/usb, so they run alone.
-TEST(ZvkprinterDevices, AreTheSystemsAgainAfterARun) {
+// These tests read the whole folder /dev/usb, so they run alone.
+TEST(ZvkprinterDevices, AreUnchangedAfterARun) {
   const auto before = names("/dev/usb");
   EXPECT_EQ(runInPrinter({"test", "-c", "{}"}).status, 0);
   EXPECT_EQ(names("/dev/usb"), before);
 }
 
-TEST(ZvkprinterDevices, HaveALinkAtAFreeNameWhereThereIsNoNamespace) {
+TEST(ZvkprinterDevices, HaveALinkAtAFreeNameWithoutANamespace) {
   const auto before = names("/dev/usb");
   const ProcessResult result = runProcess({ZVKPRINTER, "run", "--no-namespace", "--log=/dev/null",
                                            "--", "sh", "-c", "echo {}; test -c {}"});
   if (::geteuid() == 0) {
     EXPECT_EQ(result.status, 0);
-    // The highest number, since the kernel counts real printers from 0.
+    // The link has the highest number, because the kernel numbers real printers from 0.
     EXPECT_EQ(result.out, "/dev/usb/lp16\n");
     EXPECT_NE(result.err.find("the printer is at " + result.out.substr(0, result.out.size() - 1)),
               std::string::npos)
         << result.err;
   } else {
     EXPECT_EQ(result.status, 125);
-    EXPECT_NE(result.err.find("no link to the printer can be made: "), std::string::npos)
+    EXPECT_NE(result.err.find("cannot create a link to the printer: "), std::string::npos)
         << result.err;
     EXPECT_NE(result.err.find("permit user namespaces"), std::string::npos) << result.err;
   }
   EXPECT_EQ(names("/dev/usb"), before);
 }
 
-TEST(ZvkprinterRun, EndsWithTheCommandEvenWhenStartedWithSigchldIgnored) {
-  // A shell that ignores a signal passes that on.
+TEST(ZvkprinterRun, EndsWithTheCommandEvenIfSigchldIsIgnored) {
+  // A child inherits the ignored signals of its shell.
   const ProcessResult result =
       runProcess({"timeout", "20", "bash", "-c",
                   "trap '' CHLD; exec " ZVKPRINTER " run --log=/dev/null -- sh -c 'exit 3'"});
   EXPECT_EQ(result.status, 3);
 }
 
-TEST(ZvkprinterRun, LeavesTheInterruptToTheCommand) {
+TEST(ZvkprinterRun, IgnoresAnInterruptAndWaitsForTheCommand) {
   const TemporaryFolder folder;
   const std::string started = folder.path("started");
   support::BackgroundProcess printer({ZVKPRINTER, "run", "--log=/dev/null", "--", "sh", "-c",
                                       "trap 'exit 9' INT; touch " + started + "; sleep 1; exit 4"});
   ASSERT_TRUE(support::eventually([&] { return fs::exists(started); }));
-  // As kill(1) sends it; from the terminal it would reach the command as well.
+  // kill(1) signals only zvkprinter. An interrupt from the terminal would also reach the command.
   EXPECT_EQ(printer.endWith(SIGINT), 4);
 }
 
-TEST(ZvkprinterRun, ShowsTheCommandNoOtherPrinter) {
+TEST(ZvkprinterRun, HidesOtherPrintersFromTheCommand) {
   if (!permitsPrivateMounts({}, ::geteuid() == 0)) {
     SKIP_OUTSIDE_CI(NoNamespaces);
   }
-  // The outer run's private folder gets a second printer, which the inner run covers.
+  // The private folder of the outer run has a second printer, which the inner run hides.
   const ProcessResult result =
       runInPrinter({"sh", "-c",
                     "test {} = /dev/usb/lp0 && touch /dev/usb/lp5 && " ZVKPRINTER
@@ -134,7 +134,7 @@ TEST(ZvkprinterRun, ShowsTheCommandNoOtherPrinter) {
   EXPECT_EQ(result.out, "lp0\n");
 }
 
-TEST(ZvkprinterRun, ServesAnOrdinaryUserToo) {
+TEST(ZvkprinterRun, WorksForAnOrdinaryUser) {
   const TemporaryFolder folder;
   const std::string printer = folder.path("zvkprinter");
   fs::copy_file(ZVKPRINTER, printer);
@@ -155,9 +155,10 @@ TEST(ZvkprinterRun, ServesAnOrdinaryUserToo) {
   command.insert(command.begin(), asUser.begin(), asUser.end());
   const ProcessResult result = runProcess(command);
   if (!permitsPrivateMounts(asUser, false)) {
-    // An ordinary user cannot do without.
+    // An ordinary user needs private mounts.
     EXPECT_EQ(result.status, 125);
-    EXPECT_NE(result.err.find("no private /dev/usb/lp0 here: "), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("cannot create a private /dev/usb/lp0: "), std::string::npos)
+        << result.err;
     EXPECT_NE(result.err.find("permit user namespaces"), std::string::npos) << result.err;
     SKIP_OUTSIDE_CI(NoNamespaces);
   }
@@ -166,8 +167,8 @@ TEST(ZvkprinterRun, ServesAnOrdinaryUserToo) {
   EXPECT_EQ(result.err, "");
 }
 
-TEST(ZvkprinterRun, LeavesTheCommandItsOtherDevices) {
-  // The last one is a pseudo-terminal of the command's own.
+TEST(ZvkprinterRun, KeepsOtherDevicesOfTheCommand) {
+  // The command opens a pseudo-terminal last.
   const ProcessResult result = runInPrinter(
       {"sh", "-c",
        "echo x > /dev/null && head -c 4 /dev/zero | wc -c && script -qc tty /dev/null"});
@@ -208,7 +209,7 @@ TEST(ZvkprinterRun, EmptiesItsLogOrAppendsToIt) {
   EXPECT_EQ(fileContent(log), logged);
 }
 
-/// The reply to a query written to the device at `path`.
+/// Writes a request to the device at `path` and returns the reply.
 std::string ask(const std::string& path, const std::string& request, std::size_t replySize) {
   const int device = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
   EXPECT_EQ(::write(device, request.data(), request.size()), static_cast<ssize_t>(request.size()));
@@ -225,7 +226,7 @@ std::string ask(const std::string& path, const std::string& request, std::size_t
   return reply;
 }
 
-TEST(ZvkprinterServe, AnswersAtItsLinkUntilItIsEnded) {
+TEST(ZvkprinterServe, RepliesAtItsLinkUntilASignal) {
   const TemporaryFolder folder;
   const std::string link = folder.path("printer");
   support::BackgroundProcess printer(
@@ -237,7 +238,7 @@ TEST(ZvkprinterServe, AnswersAtItsLinkUntilItIsEnded) {
   EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
 }
 
-TEST(ZvkprinterServe, RemovesItsLinkWhateverSignalEndsIt) {
+TEST(ZvkprinterServe, RemovesItsLinkAfterAnySignal) {
   for (const int signal : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) {
     const TemporaryFolder folder;
     const std::string link = folder.path("printer");
@@ -248,7 +249,7 @@ TEST(ZvkprinterServe, RemovesItsLinkWhateverSignalEndsIt) {
   }
 }
 
-TEST(ZvkprinterServe, LeavesWhatTookThePlaceOfItsLink) {
+TEST(ZvkprinterServe, KeepsAFileThatReplacedItsLink) {
   const TemporaryFolder folder;
   const std::string path = folder.path("printer");
   support::BackgroundProcess printer({ZVKPRINTER, "serve", "--link=" + path, "--log=/dev/null"});
@@ -259,7 +260,7 @@ TEST(ZvkprinterServe, LeavesWhatTookThePlaceOfItsLink) {
   EXPECT_EQ(fileContent(path), "mine");
 }
 
-TEST(ZvkprinterServe, RemovesItsLinkWhenNobodyReadsItsLogAnyMore) {
+TEST(ZvkprinterServe, RemovesItsLinkIfItsLogIsNoLongerRead) {
   const TemporaryFolder folder;
   const std::string link = folder.path("printer");
   support::BackgroundProcess printer(
@@ -271,7 +272,7 @@ TEST(ZvkprinterServe, RemovesItsLinkWhenNobodyReadsItsLogAnyMore) {
   EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
 }
 
-TEST(ZvkprinterServe, NeverReplacesWhatIsThere) {
+TEST(ZvkprinterServe, DoesNotReplaceAnExistingFile) {
   const TemporaryFolder folder;
   const std::string path = folder.path("printer");
   std::ofstream(path) << "mine";
@@ -281,7 +282,7 @@ TEST(ZvkprinterServe, NeverReplacesWhatIsThere) {
   EXPECT_EQ(fileContent(path), "mine");
 }
 
-TEST(Zvkprinter, SaysWhatIsWrongWithItsCommandLine) {
+TEST(Zvkprinter, ReportsAnInvalidCommandLine) {
   const ProcessResult result = runProcess({ZVKPRINTER, "run", "--ip=1.2.3"});
   EXPECT_EQ(result.status, 125);
   EXPECT_EQ(result.err,
@@ -305,7 +306,7 @@ TEST(Zvkprinter, ReportsOutputThatItCannotWrite) {
   }
 }
 
-TEST(PrinterRun, SaysWhyThePrinterFailed) {
+TEST(PrinterRun, ReportsWhyThePrinterFailed) {
   const support::PrinterRun run = support::runWithPrinter({"--ip=1.2.3"}, {"-s", "{}"});
   EXPECT_EQ(run.status, 125);
   EXPECT_EQ(run.err,

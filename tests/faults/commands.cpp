@@ -14,17 +14,19 @@ namespace {
 
 using Statuses = std::vector<int>;
 
-/// What a configuration ends with, and a query that the adapter can refuse.
+/// The exit statuses of a configuration, and of a query that the adapter can refuse.
 const Statuses AcceptedOrNot = {0, 1, 255};
 const Statuses DoneOrNot = {0, 1};
 const Statuses Always = {0};
 
-// Two attempts of a configuration: a wrapped and a bare one.
+// Two attempts of a configuration: one wrapped, one bare.
 constexpr LongestWait Configuration = {.pauses = 10, .writes = 2, .reads = 2};
-// An exchange that collects a reply waits 2 seconds and then reads to a deadline; a packet that has
-// begun by then takes three reads at most. Of certificates the deadline is 5 or 10 seconds, else 3.
+// An exchange that collects a reply pauses 2 seconds and then reads until its deadline: 5 or 10
+// seconds for a method call, 3 seconds for others. A packet whose first byte has arrived by then
+// takes at most three more reads.
 constexpr LongestWait TwoQueries = {.pauses = 10, .writes = 2, .reads = 6};
-// Both lists of certificates (5 seconds each), the options, the network and the status; twice.
+// Both lists of certificates (5 seconds each), the options, the network and the status. All of this
+// twice, wrapped and bare.
 constexpr LongestWait Authentication = {.pauses = 58, .writes = 10, .reads = 22};
 
 }  // namespace
@@ -64,7 +66,7 @@ const std::vector<Command>& commands() {
       {{"Ip"}, {"-ip", "{}"}, AcceptedOrNot, {.pauses = 42, .writes = 14, .reads = 14}},
       {{"TroubleCode"}, {"-t", "{}"}, AcceptedOrNot, {.pauses = 16, .writes = 8, .reads = 8}},
       {{"Descriptor"}, {"-a", "{}"}, DoneOrNot, {.pauses = 50, .writes = 6, .reads = 6}},
-      // The printer's own status is 3: it is not connected.
+      // The printer's authentication status is 3.
       {{"AuthStatus"}, {"-802s", "{}"}, {3, 255}, TwoQueries},
       {{"Certificate"}, {"-cer", "{}"}, Always, TwoQueries},
       {{"CertificateFile"}, {"-cer", "-file", "{options}", "{}"}, Always, TwoQueries},
@@ -77,7 +79,7 @@ const std::vector<Command>& commands() {
       {{"Request"},
        {"-csr", "--cer-common=hall", "--cer-path={request}", "{}"},
        DoneOrNot,
-       // And 5 seconds for a file that says "try again".
+       // 5 of the 36 seconds are for a file that reports EAGAIN.
        {.pauses = 36, .writes = 3, .reads = 9}},
       {{"InstallAuthority"},
        {"-icer", "--802-CA-cer-file={ca}", "{}"},
@@ -95,7 +97,7 @@ const std::vector<Command>& commands() {
   return all;
 }
 
-std::vector<Command> talkingCommands() {
+std::vector<Command> exchangingCommands() {
   std::vector<Command> result;
   std::ranges::copy_if(commands(), std::back_inserter(result),
                        [](const Command& candidate) { return candidate.longestWait.writes > 0; });
@@ -105,13 +107,13 @@ std::vector<Command> talkingCommands() {
 const Command& command(const std::string& name) {
   const auto found = std::ranges::find(commands(), name, &Command::name);
   if (found == commands().end()) {
-    throw std::runtime_error("no command " + name);
+    throw std::runtime_error("there is no command " + name);
   }
   return *found;
 }
 
-// The rows above are literals: they must fit the table of switches, and none may be missing.
-TEST(Commands, HaveEachSwitchWithItsExitStatuses) {
+// The rows above are literals. They must match the program's table of switches completely.
+TEST(Commands, CoverEachSwitchAndItsExitStatuses) {
   for (const CommandRow& row : CommandTable) {
     std::vector<int> statuses;
     for (const Command& command : commands()) {
@@ -129,7 +131,7 @@ TEST(Commands, HaveEachSwitchWithItsExitStatuses) {
           << row.mode.name << " ends with " << status;
     }
     if (row.mode.name == "-802s") {
-      continue;  // any number that the printer sends; the rows above have one
+      continue;  // The printer sends the status, so any number is possible.
     }
     for (const ExitStatus& range : row.statuses) {
       EXPECT_TRUE(std::ranges::any_of(statuses, [&](int status) { return isIn(range, status); }))

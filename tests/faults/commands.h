@@ -8,39 +8,39 @@
 
 namespace faults {
 
-/// The longest that a command may wait, over all of its attempts and both ways to pack a request.
+/// The waits of a command, over all of its attempts with wrapped and bare packets.
 struct LongestWait {
   int pauses;  ///< the protocol's pauses and deadlines, in seconds
-  int writes;  ///< requests, each of which a printer may keep waiting
-  int reads;   ///< reads, each of which ends after a silence
+  int writes;  ///< count of requests; the printer can delay each
+  int reads;   ///< count of reads that end with a timeout
 };
 
-/// A command as somebody calls it.
+/// A command line of the program.
 struct Command : support::Row {
-  /// "{}" stands for the device, "{name}" for a file of that name.
+  /// "{}" stands for the device, "{name}" for the file of that name in `CommandFiles`.
   std::vector<std::string> arguments;
-  /// Every exit status that it may end with, whatever the printer and the system do.
+  /// Every exit status that the command may end with.
   std::vector<int> statuses;
   LongestWait longestWait;
-  /// What is typed at the terminal.
+  /// What is typed on the terminal.
   std::string input{};
 };
 
-/// Every command, and each security of the advanced configuration.
+/// Returns every command, with each security of the advanced configuration.
 const std::vector<Command>& commands();
 
-/// Those that talk to the printer.
-std::vector<Command> talkingCommands();
+/// Returns the commands that send a request to the printer.
+std::vector<Command> exchangingCommands();
 
-/// The command of that name.
+/// Returns the command with that name. Throws if there is none.
 const Command& command(const std::string& name);
 
-/// The files that the commands name.
+/// Creates the files that the commands name.
 class CommandFiles {
  public:
   CommandFiles();
 
-  /// The arguments of a command behind the program's own path, with `device` filled in.
+  /// Returns the program's path and the arguments of a command. `device` replaces "{}".
   std::vector<std::string> fill(const Command& command, const std::string& device) const;
 
  private:

@@ -7,59 +7,59 @@
 #include "testing/command_line.h"
 #include "testing/open_descriptors.h"
 
-/// The program's `main`, which goes by this name in the tests.
+/// The program's `main`. The build renames it for the tests.
 int programMain(int argc, char** argv);
 
 namespace faults {
 
 namespace {
 
-/// A printer that takes what it is given, also a certificate that does not belong to its key.
-emulator::Personality obligingPrinter() {
+/// Returns a printer that accepts everything, even a certificate for another key.
+emulator::Personality acceptingPrinter() {
   emulator::Personality personality;
   personality.ssid = "home";
   personality.authStatus = {3};
-  personality.objectAnswers = {{.method = "uploadSignedCertFile", .file = {}, .status = 1}};
+  personality.objectReplies = {{.method = "uploadSignedCertFile", .file = {}, .status = 1}};
   return personality;
 }
 
 }  // namespace
 
-FailureRig::FailureRig(Wiring wiring) : printer(obligingPrinter()), m_Wiring(wiring) {
+FailureRig::FailureRig(Wiring wiring) : printer(acceptingPrinter()), m_Wiring(wiring) {
   device.onWrite = [this](const support::Bytes& request) {
-    if (support::Bytes answer = reply(request); !answer.empty()) {
-      device.reply(std::move(answer));
+    if (support::Bytes reply = replyTo(request); !reply.empty()) {
+      device.reply(std::move(reply));
     }
   };
   libusb.addPrinter("001", "005");
   libusb.bulkWrite = [this](const support::Bytes& request) {
-    const support::Bytes answer = reply(request);
-    libusb.incoming.insert(libusb.incoming.end(), answer.begin(), answer.end());
+    const support::Bytes reply = replyTo(request);
+    libusb.incoming.insert(libusb.incoming.end(), reply.begin(), reply.end());
     return static_cast<int>(request.size());
   };
 }
 
-support::Bytes FailureRig::reply(const support::Bytes& request) {
+support::Bytes FailureRig::replyTo(const support::Bytes& request) {
   printer.now = emulator::Adapter::Clock::time_point(std::chrono::microseconds(system.now()));
   return printer.ask(request);
 }
 
 Outcome FailureRig::run(const Command& command, const CommandFiles& files,
-                        const support::Disturbance::Plan& plan) {
+                        const support::FaultInjection::Plan& plan) {
   Outcome outcome;
   const bool atUsblp = m_Wiring == Wiring::Usblp;
   support::CommandLine line(files.fill(command, atUsblp ? "/dev/usb/lp0" : "1:5"));
   const VirtualTerminal terminal(command.input);
   const long before = support::openDescriptors();
   outcome.output = support::outputOf([&] {
-    support::Disturbance disturbance(plan);
+    support::FaultInjection injection(plan);
     try {
       outcome.status = programMain(line.count(), line.vector()) & 0xFF;
-    } catch (const support::Endless&) {
+    } catch (const support::EndlessRun&) {
       outcome.ended = false;
     }
-    callCount = disturbance.count();
-    wasReached = disturbance.wasReached();
+    callCount = injection.count();
+    wasReached = injection.wasReached();
   });
   outcome.openDescriptors = support::openDescriptors() - before;
   outcome.openDevices = libusb.openHandles + (device.isOpen ? 1 : 0);
@@ -69,9 +69,9 @@ Outcome FailureRig::run(const Command& command, const CommandFiles& files,
 }
 
 double longestWait(const Command& command, Wiring wiring) {
-  // A write waits 5 seconds for usblp, and 25 times 5 for libusb. A read ends after 5 seconds of
-  // silence, but 5 may have passed before it without a byte from a printer that says it has some;
-  // libusb adds up to 10 seconds of its own, and as much behind an answer.
+  // A write takes up to 5 seconds over usblp, and 25 times 5 seconds over libusb. A read ends after
+  // 5 seconds of silence. Before that a printer may report bytes for 5 seconds without sending any.
+  // libusb's own read adds up to 15 seconds.
   const double write = wiring == Wiring::Usblp ? 5 : 125;
   const double read = wiring == Wiring::Usblp ? 11 : 26;
   const LongestWait& wait = command.longestWait;

@@ -4,39 +4,39 @@
 #include <string>
 
 #include "faults/commands.h"
-#include "testing/disturbance.h"
 #include "testing/emulated_printer.h"
 #include "testing/fake_libusb.h"
+#include "testing/fault_injection.h"
 #include "testing/output.h"
 #include "testing/virtual_system.h"
 
 namespace faults {
 
-/// How the printer is attached.
+/// How the program reaches the printer.
 enum class Wiring { Usblp, LibUsb };
 
-/// What came of one run of the program.
+/// The result of one run of the program.
 struct Outcome {
-  int status = -1;           ///< as the caller of the process sees it
-  support::Output output;    ///< what it wrote
-  double seconds = 0;        ///< that it waited
-  bool ended = true;         ///< by itself
-  bool echoes = true;        ///< whether the terminal does, at the end
-  int openDevices = 0;       ///< that were left open
-  long openDescriptors = 0;  ///< that were left open
+  int status = -1;           ///< exit status, 0 to 255
+  support::Output output;    ///< what the program wrote
+  double seconds = 0;        ///< virtual time of the run
+  bool ended = true;         ///< false if the run was stopped because it made too many calls
+  bool echoes = true;        ///< true if the terminal echoes after the run
+  int openDevices = 0;       ///< devices left open
+  long openDescriptors = 0;  ///< descriptors left open
 };
 
-/// The whole program in this process, with the emulated printer in place of the device. Good for
-/// one run.
+/// Runs the whole program in this process. The emulated printer is the device. One object is good
+/// for one run.
 class FailureRig {
  public:
   explicit FailureRig(Wiring wiring);
 
-  /// Runs the command to its end, disturbed as planned.
+  /// Runs the command to its end, with the plan's call failing. By default no call fails.
   Outcome run(const Command& command, const CommandFiles& files,
-              const support::Disturbance::Plan& plan = {.call = "", .fault = {"", 0}});
+              const support::FaultInjection::Plan& plan = {.call = "", .fault = {"", 0}});
 
-  /// How many calls of the plan's name there were, and whether one of them failed.
+  /// The count of calls with the plan's name, and whether one of them failed.
   int callCount = 0;
   bool wasReached = false;
 
@@ -46,17 +46,17 @@ class FailureRig {
   support::EmulatedPrinter printer;
 
  private:
-  /// Hands bytes to the printer and gives its reply, when it has one.
-  support::Bytes reply(const support::Bytes& request);
+  /// Sends bytes to the printer and returns its reply, which may be empty.
+  support::Bytes replyTo(const support::Bytes& request);
 
   Wiring m_Wiring;
 };
 
-/// How long the command may wait at the most.
+/// Returns the longest time in seconds that the command may take.
 double longestWait(const Command& command, Wiring wiring);
 
-/// Asserts what holds for every run: it ends by itself, in time, with a status that the command may
-/// have, and leaves nothing open and the terminal as it was.
+/// Expects that the run ended "in order": by itself, in time, with one of the command's exit
+/// statuses, with no device or descriptor left open and with the terminal's echo on.
 void expectOrderlyEnd(const Command& command, Wiring wiring, const Outcome& outcome);
 
 }  // namespace faults

@@ -10,14 +10,14 @@
 
 #include "faults/failure_rig.h"
 
-// Every command, over and over: the n-th call of one kind fails, n counting up until a run gets to
-// its end without it. Repeated calls of select are sampled (`support::Disturbance`).
+// Runs every command many times. In each run the n-th call of one kind fails. n increases until a
+// run makes fewer than n such calls. Calls of select are sampled (`support::FaultInjection`).
 
 namespace faults {
 namespace {
 
 using support::Fault;
-using Plan = support::Disturbance::Plan;
+using Plan = support::FaultInjection::Plan;
 
 constexpr std::array Errors = {
     Fault{"EINTR", EINTR}, Fault{"EAGAIN", EAGAIN},       Fault{"EBADF", EBADF},
@@ -32,7 +32,7 @@ constexpr std::array ErrorsAndCounts = {
 };
 constexpr std::array OneError = {Fault{"failure", EIO}};
 
-/// A kind of call and how it may fail.
+/// A kind of call and the ways in which it can fail.
 struct FailingCall {
   const char* name;
   std::span<const Fault> faults;
@@ -43,7 +43,7 @@ constexpr std::array SystemCalls = {
     FailingCall{"close", Errors},
     FailingCall{"read", ErrorsAndCounts},
     FailingCall{"write", ErrorsAndCounts},
-    // Nothing: a limit that passes.
+    // The fault "nothing" stands for a timeout of select.
     FailingCall{"select", std::span(ErrorsAndCounts).first(9)},
     FailingCall{"fopen", Errors},
     FailingCall{"tcgetattr", Errors},
@@ -72,15 +72,15 @@ class NthFailure : public testing::TestWithParam<std::tuple<Command, Wiring>> {
   const Command& command() const { return std::get<0>(GetParam()); }
   Wiring wiring() const { return std::get<1>(GetParam()); }
 
-  /// Whether the command makes such calls when nothing fails.
+  /// Returns true if the command makes such calls when nothing fails.
   bool makes(std::string_view call) {
     FailureRig rig(wiring());
     rig.run(command(), files, {.call = call, .fault = {"", 0}, .first = 0});
     return rig.callCount > 0;
   }
 
-  /// Runs the command with the n-th call failing, for each n that there is; once with that call
-  /// alone, once with all that follow.
+  /// Runs the command once for each n, with the n-th call failing. Then does the same with all
+  /// later calls failing, too.
   template <typename Expect>
   void failEach(std::string_view call, const Fault& fault, Expect expect) {
     for (const bool lasting : {false, true}) {
@@ -109,14 +109,14 @@ class NthFailure : public testing::TestWithParam<std::tuple<Command, Wiring>> {
   double longest = 0;
 };
 
-TEST_P(NthFailure, OfTheSystemEndsTheRunInOrder) {
+TEST_P(NthFailure, OfASystemCallEndsTheRunInOrder) {
   for (const FailingCall& call : SystemCalls) {
     if (!makes(call.name)) {
       continue;
     }
     for (const Fault& fault : call.faults) {
       failEach(call.name, fault, [&](Outcome outcome, const Plan& plan, bool) {
-        // A terminal that never takes its echo back keeps silent.
+        // If every later tcsetattr fails, the program cannot restore the echo.
         outcome.echoes = outcome.echoes || (plan.lasting && plan.call == "tcsetattr");
         expectOrderlyEnd(command(), wiring(), outcome);
       });
@@ -124,7 +124,7 @@ TEST_P(NthFailure, OfTheSystemEndsTheRunInOrder) {
   }
 }
 
-TEST_P(NthFailure, OfMemoryEndsTheRunWithAMessage) {
+TEST_P(NthFailure, OfAnAllocationEndsTheRunWithAMessage) {
   failEach("new", OneError[0], [&](Outcome outcome, const Plan& /*plan*/, bool reached) {
     if (reached) {
       EXPECT_EQ(outcome.status, 1);

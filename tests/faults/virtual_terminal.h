@@ -7,8 +7,8 @@
 
 namespace faults {
 
-/// A terminal for standard input, at which `input` has been typed. Its attributes are those that
-/// the program gets and sets.
+/// A terminal as standard input, on which `input` has been typed. The program reads and sets its
+/// attributes with tcgetattr and tcsetattr.
 class VirtualTerminal {
  public:
   explicit VirtualTerminal(const std::string& input);
@@ -18,11 +18,10 @@ class VirtualTerminal {
 
   bool echoes() const { return (attributes.c_lflag & ECHO) != 0; }
 
+  /// Returns the object that exists, or nullptr.
   static VirtualTerminal* current();
 
   termios attributes{};
-  /// How often the echo was switched off.
-  int silences = 0;
 
  private:
   support::StandardInput m_Input;

@@ -1,4 +1,5 @@
-// The program's operator new and operator delete, with the C library's allocator observed.
+// The program's operator new and operator delete. The linker's --wrap redirects the C library's
+// allocator to this file.
 
 #include <algorithm>
 #include <cerrno>
@@ -10,7 +11,7 @@
 
 #include "testing/rows.h"
 
-// clang++ declares these only when asked to.
+// clang++ declares these only with -fsized-deallocation.
 void operator delete(void* block, std::size_t size) noexcept;
 void operator delete[](void* block, std::size_t size) noexcept;
 void operator delete(void* block, std::size_t size, std::align_val_t alignment) noexcept;
@@ -18,7 +19,7 @@ void operator delete[](void* block, std::size_t size, std::align_val_t alignment
 
 namespace {
 
-/// The block to look at when it is freed, and what was seen then.
+/// The block to examine when it is freed, and the result.
 void* watched = nullptr;
 std::size_t watchedSize = 0;
 bool wasFreed = false;
@@ -28,7 +29,7 @@ bool memoryRunsOut = false;
 
 }  // namespace
 
-// The names are the linker's.
+// The linker's --wrap requires these names.
 extern "C" {
 
 void* __real_malloc(std::size_t size);
@@ -62,7 +63,8 @@ constexpr std::size_t Size = 100;
 constexpr std::align_val_t Wide{64};
 constexpr std::align_val_t Narrow{2};
 
-/// One form of operator new, and a form of operator delete that may release its block.
+/// A row of a table: a form of operator new, and a form of operator delete that may release its
+/// block.
 struct FormRow : support::Row {
   void* (*take)(std::size_t size);
   void (*release)(void* block);
@@ -74,7 +76,7 @@ class OperatorNew : public testing::TestWithParam<FormRow> {
   ~OperatorNew() override { memoryRunsOut = false; }
 };
 
-TEST_P(OperatorNew, GoesWithAReleaseThatClears) {
+TEST_P(OperatorNew, HasAReleaseThatClearsTheBlock) {
   void* const block = GetParam().take(Size);
   ASSERT_NE(block, nullptr);
   std::fill_n(static_cast<unsigned char*>(block), Size, static_cast<unsigned char>(0x5A));
@@ -86,7 +88,7 @@ TEST_P(OperatorNew, GoesWithAReleaseThatClears) {
   EXPECT_TRUE(wasClear);
 }
 
-TEST_P(OperatorNew, GivesBlocksOfNoBytesTheirOwnAddresses) {
+TEST_P(OperatorNew, ReturnsDifferentAddressesForEmptyBlocks) {
   void* const first = GetParam().take(0);
   void* const second = GetParam().take(0);
   EXPECT_NE(first, nullptr);
@@ -96,7 +98,7 @@ TEST_P(OperatorNew, GivesBlocksOfNoBytesTheirOwnAddresses) {
   GetParam().release(second);
 }
 
-TEST_P(OperatorNew, FailsWhenMemoryRunsOut) {
+TEST_P(OperatorNew, FailsIfMemoryRunsOut) {
   void* block = nullptr;
   bool hasThrown = false;
   memoryRunsOut = true;
@@ -110,7 +112,7 @@ TEST_P(OperatorNew, FailsWhenMemoryRunsOut) {
   EXPECT_EQ(hasThrown, GetParam().throws);
 }
 
-TEST_P(OperatorNew, HasAReleaseThatTakesANullPointer) {
+TEST_P(OperatorNew, HasAReleaseThatAcceptsANullPointer) {
   GetParam().release(nullptr);
 }
 
@@ -140,7 +142,7 @@ INSTANTIATE_TEST_SUITE_P(
                             [](std::size_t n) { return ::operator new(n, std::nothrow); },
                             [](void* p) { ::operator delete(p, std::nothrow); },
                             false},
-                    // As the standard library has it for the buffer of a stable sort.
+                    // The standard library uses this pair for the buffer of a stable sort.
                     FormRow{{"NothrowAndPlain"},
                             [](std::size_t n) { return ::operator new(n, std::nothrow); },
                             [](void* p) { ::operator delete(p); },

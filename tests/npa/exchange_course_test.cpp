@@ -1,16 +1,16 @@
-// The course of the special exchanges: requests, pauses, buffers, attempts.
+// The course of each exchange that checks its reply: calls, pauses, buffer sizes and attempts.
 
 #include <cerrno>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
-#include "testing/judged_exchange.h"
+#include "testing/checked_exchange.h"
 #include "testing/rows.h"
 
 using support::Bytes;
 using support::bytes;
-using support::JudgedExchange;
+using support::CheckedExchange;
 using virtual_system::Second;
 using Events = std::vector<std::string>;
 
@@ -19,16 +19,16 @@ namespace {
 struct CourseRow : support::Row {
   int (sendConfig::*operation)(unsigned char*, int);
   std::size_t bufferSize;
-  std::vector<std::string> attempt;  ///< what each attempt does
+  std::vector<std::string> attempt;  ///< the events of each attempt
   int attempts;
-  std::vector<std::string> between;  ///< what comes between two attempts
-  const char* good;                  ///< a reply that ends the exchange with 0
+  std::vector<std::string> between;  ///< the events between two attempts
+  const char* good;                  ///< a reply for which the exchange returns 0
   int resultOfSilence;
 };
 
-class ExchangeCourse : public JudgedExchange, public testing::WithParamInterface<CourseRow> {
+class ExchangeCourse : public CheckedExchange, public testing::WithParamInterface<CourseRow> {
  protected:
-  /// The events of that many attempts.
+  /// Returns the events of `count` attempts.
   static Events attempts(int count) {
     Events events;
     for (int attempt = 1; attempt <= count; ++attempt) {
@@ -44,14 +44,14 @@ class ExchangeCourse : public JudgedExchange, public testing::WithParamInterface
 
 }  // namespace
 
-TEST_P(ExchangeCourse, OfASuccessIsOneAttempt) {
+TEST_P(ExchangeCourse, MakesOneAttemptIfItSucceeds) {
   answer({bytes(GetParam().good)});
   EXPECT_EQ(run(GetParam().operation), 0);
   EXPECT_EQ(system.events, attempts(1));
   EXPECT_EQ(device.writes, std::vector<Bytes>{bytes("A5 00 06")});
 }
 
-TEST_P(ExchangeCourse, OfSilenceIsEveryAttempt) {
+TEST_P(ExchangeCourse, MakesEveryAttemptIfThePrinterIsSilent) {
   EXPECT_EQ(run(GetParam().operation), GetParam().resultOfSilence);
   EXPECT_EQ(system.events, attempts(GetParam().attempts));
   EXPECT_EQ(device.writes,
@@ -60,7 +60,7 @@ TEST_P(ExchangeCourse, OfSilenceIsEveryAttempt) {
   EXPECT_EQ(printed, "");
 }
 
-TEST_P(ExchangeCourse, EndsWithASuccessOfTheLastAttempt) {
+TEST_P(ExchangeCourse, SucceedsInTheLastAttempt) {
   std::vector<Bytes> replies(static_cast<std::size_t>(GetParam().attempts) - 1);
   replies.push_back(bytes(GetParam().good));
   answer(replies);
@@ -68,14 +68,14 @@ TEST_P(ExchangeCourse, EndsWithASuccessOfTheLastAttempt) {
   EXPECT_EQ(system.events, attempts(GetParam().attempts));
 }
 
-TEST_P(ExchangeCourse, ReadsOnceAnAttemptIntoItsBuffer) {
+TEST_P(ExchangeCourse, ReadsOnceInEachAttempt) {
   run(GetParam().operation);
   EXPECT_EQ(device.readSizes,
             std::vector<std::size_t>(static_cast<std::size_t>(GetParam().attempts),
                                      GetParam().bufferSize));
 }
 
-TEST_P(ExchangeCourse, GoesOnThoughTheDeviceCannotBeOpened) {
+TEST_P(ExchangeCourse, ContinuesIfTheDeviceCannotBeOpened) {
   for (const int error : {ENOENT, EACCES, EBUSY}) {
     system.sleeps.clear();
     device.opens = 0;
@@ -83,7 +83,7 @@ TEST_P(ExchangeCourse, GoesOnThoughTheDeviceCannotBeOpened) {
     const auto start = system.now();
     EXPECT_EQ(run(GetParam().operation), GetParam().resultOfSilence);
     EXPECT_EQ(device.opens, GetParam().attempts);
-    // The pauses run as usual, and the reads fail without the wait for a silent printer.
+    // The exchange still pauses, but its reads fail immediately.
     virtual_system::Microseconds paused = 0;
     for (const unsigned int pause : system.sleeps) {
       paused += pause * Second;
@@ -93,7 +93,7 @@ TEST_P(ExchangeCourse, GoesOnThoughTheDeviceCannotBeOpened) {
   EXPECT_EQ(system.selects, 0);
 }
 
-TEST_P(ExchangeCourse, FinishesARequestThatWasTakenInPart) {
+TEST_P(ExchangeCourse, WritesTheRestOfARequestAfterAShortWrite) {
   answer({bytes(GetParam().good)});
   device.onWrite = [this](const Bytes& piece) {
     if (piece == bytes("06")) {

@@ -1,4 +1,4 @@
-// What an exchange returns to a caller that prints nothing.
+// The outcome that an exchange returns. It prints nothing.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ using support::Bytes;
 using support::bytes;
 using support::Output;
 using support::outputOf;
-using support::TransportGone;
+using support::TransportReleased;
 
 namespace {
 
@@ -28,7 +28,7 @@ class ExchangeOutcome : public support::UsblpPrinter,
 
 }  // namespace
 
-TEST_P(ExchangeOutcome, HasTheKindAndTheBytesAndPrintsNothing) {
+TEST_P(ExchangeOutcome, HasAKindAndTheReplyBytes) {
   answer({bytes(GetParam().reply)});
   Bytes request = bytes("A5 00 06");
   Outcome outcome{Outcome::Kind::Accepted, bytes("77")};
@@ -36,7 +36,7 @@ TEST_P(ExchangeOutcome, HasTheKindAndTheBytesAndPrintsNothing) {
               sendConfig exchange("/dev/usb/lp0");
               outcome = exchange.run(*GetParam().exchange, request);
             }),
-            (Output{"", TransportGone}));
+            (Output{"", TransportReleased}));
   EXPECT_EQ(outcome.kind, GetParam().kind);
   EXPECT_EQ(outcome.reply, bytes(GetParam().reply));
 }
@@ -59,13 +59,13 @@ INSTANTIATE_TEST_SUITE_P(
         OutcomeRow{{"Address"}, &exchanges::GetIp, "0A 00 00 07", Kind::Accepted}),
     support::rowName);
 
-TEST_F(ExchangeOutcome, IsNoAnswerForADeviceThatCannotBeOpened) {
+TEST_F(ExchangeOutcome, IsNoAnswerIfTheDeviceCannotBeOpened) {
   Bytes request = bytes("A5 00 06");
   sendConfig exchange("/dev/usb/lp9");
   EXPECT_EQ(exchange.run(exchanges::GetSsid, request).kind, Kind::NoAnswer);
 }
 
-TEST_F(ExchangeOutcome, OfAQueryIsTheCollectedReply) {
+TEST_F(ExchangeOutcome, IsTheCollectedReplyOfAQuery) {
   answer({bytes("A5 00 04 50 E0 61 62")});
   Bytes request = bytes("A5 00 06");
   sendConfig exchange("/dev/usb/lp0");

@@ -10,28 +10,28 @@
 using support::bytes;
 using support::Output;
 using support::outputOf;
-using support::TransportGone;
+using support::TransportReleased;
 
-TEST(SendConfig, UsesTheTransportForItsLife) {
+TEST(SendConfig, HoldsTheTransportWhileItExists) {
   EXPECT_EQ(outputOf([] { const sendConfig exchange("/dev/usb/lp0"); }),
-            (Output{"", TransportGone}));
+            (Output{"", TransportReleased}));
 }
 
-TEST(SendConfig, LeavesTheTransportToTheLastOfSeveral) {
+TEST(SendConfig, ReleasesTheTransportWithTheLastObject) {
   auto first = std::make_unique<sendConfig>("/dev/usb/lp0");
   auto second = std::make_unique<sendConfig>("2:5");
   EXPECT_EQ(outputOf([&] { first.reset(); }), Output());
-  EXPECT_EQ(outputOf([&] { second.reset(); }), (Output{"", TransportGone}));
+  EXPECT_EQ(outputOf([&] { second.reset(); }), (Output{"", TransportReleased}));
 }
 
-TEST(SendConfig, TouchesNoDeviceByItself) {
+TEST(SendConfig, DoesNotOpenADeviceOnItsOwn) {
   virtual_system::System system;
   const auto& device = system.device("/dev/usb/lp0");
   { const sendConfig exchange("/dev/usb/lp0"); }
   EXPECT_EQ(device.opens, 0);
 }
 
-TEST(SendConfig, OpensItsOwnPathThoughOthersUseTheSameTransport) {
+TEST(SendConfig, OpensItsOwnPathOverTheSharedTransport) {
   virtual_system::System system;
   auto& first = system.device("/dev/usb/lp0");
   auto& second = system.device("/dev/usb/lp1");

@@ -1,4 +1,4 @@
-// How long sendQuery waits for a reply that is garbled or missing.
+// How long sendQuery waits for a malformed or missing reply.
 
 #include <cstddef>
 #include <gtest/gtest.h>
@@ -17,33 +17,34 @@ namespace {
 
 struct DeadlineRow : support::Row {
   int timeout;
-  int passes;
+  int reads;  ///< count of reads until the deadline
 };
 
 class SendQueryDeadline : public SendQuery, public testing::WithParamInterface<DeadlineRow> {};
 
 }  // namespace
 
-// Each pass over a silent printer takes the five seconds that a read waits.
-TEST_P(SendQueryDeadline, BoundsThePassesThatAreStarted) {
+// A read from a silent printer takes 5 seconds.
+TEST_P(SendQueryDeadline, LimitsTheReads) {
   EXPECT_EQ(query(GetParam().timeout), Bytes());
   EXPECT_TRUE(untouched);
-  EXPECT_EQ(system.now(), (2 + 5 * GetParam().passes) * Second);
+  EXPECT_EQ(system.now(), (2 + 5 * GetParam().reads) * Second);
   EXPECT_EQ(device.readSizes,
-            std::vector<std::size_t>(static_cast<std::size_t>(GetParam().passes), 1));
+            std::vector<std::size_t>(static_cast<std::size_t>(GetParam().reads), 1));
   EXPECT_EQ(system.events.back(), "close");
   EXPECT_EQ(output, Quiet);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Timeouts, SendQueryDeadline,
-    testing::Values(DeadlineRow{{"Negative"}, -1, 1}, DeadlineRow{{"None"}, 0, 1},
-                    DeadlineRow{{"OfAQuery"}, 3, 1}, DeadlineRow{{"OfOnePass"}, 5, 1},
-                    DeadlineRow{{"OneSecondMore"}, 6, 2}, DeadlineRow{{"OfRawData"}, 10, 2},
-                    DeadlineRow{{"OfElevenSeconds"}, 11, 3}),
-    support::rowName);
+INSTANTIATE_TEST_SUITE_P(Timeouts, SendQueryDeadline,
+                         testing::Values(DeadlineRow{{"Negative"}, -1, 1},
+                                         DeadlineRow{{"None"}, 0, 1}, DeadlineRow{{"Query"}, 3, 1},
+                                         DeadlineRow{{"OneRead"}, 5, 1},
+                                         DeadlineRow{{"OneSecondMore"}, 6, 2},
+                                         DeadlineRow{{"RawData"}, 10, 2},
+                                         DeadlineRow{{"ElevenSeconds"}, 11, 3}),
+                         support::rowName);
 
-TEST_F(SendQuery, StartsTheDeadlineBehindThePause) {
+TEST_F(SendQuery, StartsTheDeadlineAfterThePause) {
   replyAfterPause(bytes("A5 00 03 50 E0 42"), 9 * Second);
   EXPECT_EQ(query(6), bytes("E0 42"));
 }
@@ -54,7 +55,7 @@ class SendQueryGarbled : public SendQuery, public testing::WithParamInterface<Re
 
 }  // namespace
 
-TEST_P(SendQueryGarbled, IsReadOnUntilTheDeadline) {
+TEST_P(SendQueryGarbled, IsReadUntilTheDeadline) {
   answer({bytes(GetParam().reply)});
   EXPECT_EQ(query(3), bytes(GetParam().collected));
   EXPECT_EQ(untouched, GetParam().collected[0] == '\0');
@@ -64,20 +65,19 @@ TEST_P(SendQueryGarbled, IsReadOnUntilTheDeadline) {
 
 INSTANTIATE_TEST_SUITE_P(
     Replies, SendQueryGarbled,
-    testing::Values(ReplyRow{{"StartByteAlone"}, "A5", ""}, ReplyRow{{"HalfALength"}, "A5 00", ""},
-                    ReplyRow{{"NoBody"}, "A5 00 03", ""},
-                    ReplyRow{{"ShortBodyIsDropped"}, "A5 00 04 50 E0 01", ""},
-                    ReplyRow{{"NoStartByte"}, "5A 00 03 50 E0 01", ""},
-                    ReplyRow{{"LengthZero"}, "A5 00 00", ""},
-                    ReplyRow{{"LengthZeroThenRubbish"}, "A5 00 00 50 E0 01", ""},
-                    ReplyRow{
-                        {"NothingBehindAPacketThatAnnouncedMore"}, "A5 00 03 20 E0 01", "E0 01"},
-                    ReplyRow{{"ShortPacketBehindOneThatAnnouncedMore"},
-                             "A5 00 03 20 E0 01 A5 00 05 50 E1",
-                             "E0 01"}),
+    testing::Values(
+        ReplyRow{{"OnlyTheStartByte"}, "A5", ""}, ReplyRow{{"HalfALength"}, "A5 00", ""},
+        ReplyRow{{"NoBody"}, "A5 00 03", ""},
+        ReplyRow{{"ShortBodyIsDropped"}, "A5 00 04 50 E0 01", ""},
+        ReplyRow{{"NoStartByte"}, "5A 00 03 50 E0 01", ""},
+        ReplyRow{{"LengthZero"}, "A5 00 00", ""},
+        ReplyRow{{"LengthZeroThenOtherBytes"}, "A5 00 00 50 E0 01", ""},
+        ReplyRow{{"NothingAfterAPacketThatAnnouncesMore"}, "A5 00 03 20 E0 01", "E0 01"},
+        ReplyRow{
+            {"ShortPacketAfterOneThatAnnouncesMore"}, "A5 00 03 20 E0 01 A5 00 05 50 E1", "E0 01"}),
     support::rowName);
 
-TEST_F(SendQuery, FindsAPacketBehindALengthOfZero) {
+TEST_F(SendQuery, FindsAPacketAfterALengthOfZero) {
   answer({bytes("A5 00 00 A5 00 03 50 E0 42")});
   EXPECT_EQ(query(3), bytes("E0 42"));
   EXPECT_EQ(system.now(), 2 * Second);

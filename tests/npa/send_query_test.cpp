@@ -16,7 +16,7 @@ using support::ReplyRow;
 using support::SendQuery;
 using virtual_system::Second;
 
-// --- The order of things ------------------------------------------------------------------------
+// --- Order of the calls -------------------------------------------------------------------------
 
 TEST_F(SendQuery, OpensWritesPausesTwoSecondsReadsAndCloses) {
   answer({bytes("A5 00 03 50 E0 42")});
@@ -28,7 +28,7 @@ TEST_F(SendQuery, OpensWritesPausesTwoSecondsReadsAndCloses) {
   EXPECT_EQ(output, Quiet);
 }
 
-TEST_F(SendQuery, GoesOnWithARequestThatWasTakenInPart) {
+TEST_F(SendQuery, WritesTheRestOfARequestAfterAShortWrite) {
   device.writeResult = [](std::size_t size) {
     return static_cast<int>(std::min<std::size_t>(size, 8192));
   };
@@ -40,7 +40,7 @@ TEST_F(SendQuery, GoesOnWithARequestThatWasTakenInPart) {
   EXPECT_EQ(system.events[4], "sleep 2");
 }
 
-TEST_F(SendQuery, ReadsOnThoughTheWriteFailed) {
+TEST_F(SendQuery, ReadsEvenIfTheWriteFails) {
   device.reply(bytes("A5 00 03 50 E0 42"));
   device.writeResult = [](std::size_t) {
     return -EIO;
@@ -58,12 +58,12 @@ class SendQueryOpenError : public SendQuery, public testing::WithParamInterface<
 
 }  // namespace
 
-TEST_P(SendQueryOpenError, IsReportedAndEndsTheExchangeAtOnce) {
+TEST_P(SendQueryOpenError, IsReportedAndEndsTheExchangeImmediately) {
   device.openErrno = GetParam().error;
   EXPECT_EQ(query(10), Bytes());
   EXPECT_TRUE(untouched);
   EXPECT_EQ(output, (Output{"", "D [ZVK] Failed to open usb device '/dev/usb/lp0'!\n" +
-                                    support::TransportGone}));
+                                    support::TransportReleased}));
   EXPECT_EQ(system.events, std::vector<std::string>{"open"});
   EXPECT_EQ(system.now(), 0);
 }
@@ -74,7 +74,7 @@ INSTANTIATE_TEST_SUITE_P(Errors, SendQueryOpenError,
                                          OpenErrorRow{{"Busy"}, EBUSY}),
                          support::rowName);
 
-TEST(SendQueryPath, IsShownAsGiven) {
+TEST(SendQueryPath, IsLoggedUnchanged) {
   const virtual_system::System system;
   for (const std::string path : {"printer", "", "99999999999:1", "/dev/usb/lp99"}) {
     unsigned char* reply = nullptr;
@@ -88,12 +88,11 @@ TEST(SendQueryPath, IsShownAsGiven) {
     EXPECT_EQ(reply, nullptr);
     const std::string line =
         std::string("D [ZVK] Failed to open usb device '").append(path).append("'!\n");
-    EXPECT_EQ(output, (Output{"", line + support::TransportGone}));
+    EXPECT_EQ(output, (Output{"", line + support::TransportReleased}));
   }
 }
 
-// --- Replies that end the exchange
-// ----------------------------------------------------------------
+// --- Replies that end the exchange --------------------------------------------------------------
 
 namespace {
 
@@ -113,21 +112,22 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         ReplyRow{{"OnePacket"}, "A5 00 05 50 E0 01 02 03", "E0 01 02 03"},
         ReplyRow{{"NoFlagBits"}, "A5 00 03 00 E0 01", "E0 01"},
-        ReplyRow{{"EveryFlagBitThatMeansNothing"}, "A5 00 03 5F E0 01", "E0 01"},
+        ReplyRow{{"EveryFlagBitWithoutMeaning"}, "A5 00 03 5F E0 01", "E0 01"},
         ReplyRow{{"TwoPackets"}, "A5 00 03 20 E0 01 A5 00 04 00 E1 02 03", "E0 01 E1 02 03"},
         ReplyRow{{"ThreePackets"},
                  "A5 00 03 70 E0 01 A5 00 03 70 E1 02 A5 00 03 50 E2 03",
                  "E0 01 E1 02 E2 03"},
-        ReplyRow{{"WhatFollowsTheLastPacketStays"}, "A5 00 03 50 E0 01 A5 00 03 50 E1 02", "E0 01"},
+        ReplyRow{
+            {"BytesAfterTheLastPacketAreNotRead"}, "A5 00 03 50 E0 01 A5 00 03 50 E1 02", "E0 01"},
         ReplyRow{{"EndFlagAfterAPacket"}, "A5 00 03 20 E0 01 A5 00 03 80 E1 02", "E0 01"},
-        ReplyRow{{"EndFlagGoesBeforeMoreFollows"},
+        ReplyRow{{"EndFlagTakesPrecedenceOverMoreFollows"},
                  "A5 00 03 20 E0 01 A5 00 03 A0 E1 02 A5 00 03 50 E2 03",
                  "E0 01"},
         ReplyRow{{"EmptyPacketBeforeTheLast"}, "A5 00 01 20 A5 00 03 50 E0 01", "E0 01"},
-        ReplyRow{{"RubbishInFront"}, "00 FF 5A A5 00 03 50 E0 01", "E0 01"}),
+        ReplyRow{{"OtherBytesBefore"}, "00 FF 5A A5 00 03 50 E0 01", "E0 01"}),
     support::rowName);
 
-TEST_F(SendQuery, CollectsNothingOfAPacketWhoseFlagEndsTheExchange) {
+TEST_F(SendQuery, IgnoresAPacketWhoseFlagEndsTheExchange) {
   for (const char* const reply : {"A5 00 03 80 E0 01", "A5 00 03 D4 E0 01", "A5 00 03 FF E0 01",
                                   "A5 00 01 50", "A5 00 01 80"}) {
     answer({bytes(reply)});

@@ -23,7 +23,7 @@ class ArgumentFile : public testing::Test {
   configDetails settings;
 };
 
-TEST_F(ArgumentFile, HoldsOneOptionToALine) {
+TEST_F(ArgumentFile, ContainsOneOptionPerLine) {
   parse(
       "# comment\n"
       "--ssid=\"My Net\"\n"
@@ -37,7 +37,7 @@ TEST_F(ArgumentFile, HoldsOneOptionToALine) {
   EXPECT_EQ(settings.getUSB(), "/dev/usb/lp1");
 }
 
-TEST_F(ArgumentFile, TakesNoLineAsTheDevice) {
+TEST_F(ArgumentFile, NeverContainsTheDevice) {
   parse("lp5\n/dev/usb/lp7\n");
   EXPECT_EQ(settings.getUSB(), "/dev/usb/lp1");
 }
@@ -53,14 +53,15 @@ TEST_F(ArgumentFile, KeepsBlanksAroundAValue) {
   EXPECT_EQ(settings.getSSID(), " x ");
 }
 
-TEST_F(ArgumentFile, TakesTheLastOfTwoValues) {
+TEST_F(ArgumentFile, UsesTheLastOfTwoValues) {
   parse("--ssid=a\n--ssid=b\n");
   EXPECT_EQ(settings.getSSID(), "b");
 }
 
-TEST_F(ArgumentFile, TakesACommentOnlyAtTheStartOfALine) {
+TEST_F(ArgumentFile, HasCommentsOnlyAtTheStartOfALine) {
   parse(" #--ssid=a\n#--channel=3\n");
-  // The value starts at the key's length, although the key stands two characters on.
+  // The key starts at the third character. The value still starts where the key would end at the
+  // start of the line.
   EXPECT_EQ(settings.getSSID(), "d=a");
   EXPECT_EQ(settings.getChannel(), "6");
 }
@@ -70,23 +71,23 @@ TEST_F(ArgumentFile, NeedsNoLastLineEnd) {
   EXPECT_EQ(settings.getSSID(), "x");
 }
 
-TEST_F(ArgumentFile, TakesALongLineInPiecesOf255) {
+TEST_F(ArgumentFile, IsReadInPiecesOf255Characters) {
   parse("--ssid=" + std::string(293, 'a') + "\n");
   EXPECT_EQ(settings.getSSID(), std::string(248, 'a'));
 }
 
-TEST_F(ArgumentFile, TakesAnOptionAtTheStartOfASecondPiece) {
+TEST_F(ArgumentFile, MayHaveAnOptionAtTheStartOfASecondPiece) {
   parse(std::string(255, ' ') + "--ssid=x\n");
   EXPECT_EQ(settings.getSSID(), "x");
 }
 
-TEST_F(ArgumentFile, LosesTheValueBehindThePieceThatHoldsTheKey) {
-  // One character fewer and the key is in the first piece, with its last character missing.
+TEST_F(ArgumentFile, LosesAValueAfterThePieceWithTheKey) {
+  // The first piece ends with the key. The value in the second piece is lost.
   parse(std::string(249, ' ') + "--ssid=x\n");
   EXPECT_EQ(settings.getSSID(), "");
 }
 
-TEST_F(ArgumentFile, EndsTheCommentWithItsPiece) {
+TEST_F(ArgumentFile, EndsACommentWithItsPiece) {
   parse("#" + std::string(254, ' ') + "--ssid=x\n");
   EXPECT_EQ(settings.getSSID(), "x");
 }
@@ -97,7 +98,7 @@ TEST_F(ArgumentFile, EndsALineAtAZeroByte) {
   EXPECT_EQ(settings.getChannel(), "3");
 }
 
-// Reading /proc/self/mem from its start fails, whoever reads.
+// Any user can open this file, but a read from its start fails.
 constexpr const char* Unreadable = "/proc/self/mem";
 
 TEST_F(ArgumentFile, MayBeEmptyMissingUnreadableOrAFolder) {
@@ -111,19 +112,19 @@ TEST_F(ArgumentFile, MayBeEmptyMissingUnreadableOrAFolder) {
   }
 }
 
-TEST_F(ArgumentFile, MayHoldALineOfAMegabyte) {
+TEST_F(ArgumentFile, MayHaveALineOfAMegabyte) {
   parse(std::string(1U << 20U, 'x') + "\n--ssid=y\n");
   EXPECT_EQ(settings.getSSID(), "y");
 }
 
-TEST_F(ArgumentFile, StaysOpenAsLongAsTheSettingsLive) {
+TEST_F(ArgumentFile, StaysOpenWhileTheSettingsExist) {
   const std::string path = write("--ssid=x\n");
   const long before = support::openDescriptors();
   {
-    configDetails record;
-    record.parseFile(folder.path("missing"), "/dev/usb/lp1");
+    configDetails details;
+    details.parseFile(folder.path("missing"), "/dev/usb/lp1");
     EXPECT_EQ(support::openDescriptors(), before);
-    record.parseFile(path, "/dev/usb/lp1");
+    details.parseFile(path, "/dev/usb/lp1");
     EXPECT_EQ(support::openDescriptors(), before + 1);
   }
   EXPECT_EQ(support::openDescriptors(), before);
@@ -131,18 +132,18 @@ TEST_F(ArgumentFile, StaysOpenAsLongAsTheSettingsLive) {
 
 using NpaFile = ArgumentFile;
 
-TEST_F(NpaFile, StaysOpenAsLongAsTheSettingsLive) {
+TEST_F(NpaFile, StaysOpenWhileTheSettingsExist) {
   const std::string path = write("A5");
   const long before = support::openDescriptors();
   {
-    configDetails record;
-    outputOf([&] { record.parseNPAFile(path.c_str()); });
+    configDetails details;
+    outputOf([&] { details.parseNPAFile(path.c_str()); });
     EXPECT_EQ(support::openDescriptors(), before + 1);
   }
   EXPECT_EQ(support::openDescriptors(), before);
 }
 
-TEST_F(NpaFile, KeepsTheHexDigitsAndPrintsThem) {
+TEST_F(NpaFile, StoresAndPrintsTheHexDigits) {
   int result = -77;
   const auto output = outputOf(
       [&] { result = settings.parseNPAFile(write("A5 00 06 50 E0 D8 00 2A 0A\n").c_str()); });
@@ -156,7 +157,7 @@ TEST_F(NpaFile, SkipsAllOtherBytes) {
   EXPECT_EQ(settings.getNPAFileData(), "0a5fF9");
 }
 
-TEST_F(NpaFile, ReplacesWhatWasRead) {
+TEST_F(NpaFile, ReplacesTheEarlierData) {
   outputOf([&] {
     settings.parseNPAFile(write("11").c_str());
     settings.parseNPAFile(write("22").c_str());
@@ -164,7 +165,7 @@ TEST_F(NpaFile, ReplacesWhatWasRead) {
   EXPECT_EQ(settings.getNPAFileData(), "22");
 }
 
-TEST_F(NpaFile, LeavesTheDataAloneWhenItCannotBeOpened) {
+TEST_F(NpaFile, LeavesTheDataUnchangedIfItCannotBeOpened) {
   outputOf([&] { settings.parseNPAFile(write("11").c_str()); });
   int result = -77;
   const auto output =
@@ -174,7 +175,7 @@ TEST_F(NpaFile, LeavesTheDataAloneWhenItCannotBeOpened) {
   EXPECT_EQ(settings.getNPAFileData(), "11");
 }
 
-TEST_F(NpaFile, IsEmptyWithoutADigitUnreadableOrAsAFolder) {
+TEST_F(NpaFile, IsEmptyWithoutADigitUnreadableOrAFolder) {
   for (const std::string& path : {write("xyz"), folder.path(""), std::string(Unreadable)}) {
     const auto output = outputOf([&] { EXPECT_EQ(settings.parseNPAFile(path.c_str()), 0); });
     EXPECT_EQ(output.out, "npaFileData: (0 bytes) \n");
@@ -182,7 +183,7 @@ TEST_F(NpaFile, IsEmptyWithoutADigitUnreadableOrAsAFolder) {
   }
 }
 
-TEST_F(NpaFile, MayHoldAMillionDigits) {
+TEST_F(NpaFile, MayHaveAMillionDigits) {
   const std::string digits(1U << 20U, '7');
   outputOf([&] { settings.parseNPAFile(write(digits).c_str()); });
   EXPECT_EQ(settings.getNPAFileData(), digits);

@@ -15,7 +15,7 @@ using Arguments = std::vector<std::string>;
 namespace {
 
 struct SettingRow : support::Row {
-  const char* key;  ///< null: no option fills it
+  const char* key;  ///< nullptr if no option sets it
   std::string initial;
   std::function<std::string(const configDetails&)> get;
 };
@@ -38,26 +38,26 @@ const SettingRow Rows[] = {
     {{"WepKey1"},
      "--WEP-key1=",
      "",
-     [](const auto& record) {
-       return record.getWEPKey(0);
+     [](const auto& details) {
+       return details.getWEPKey(0);
      }},
     {{"WepKey2"},
      "--WEP-key2=",
      "",
-     [](const auto& record) {
-       return record.getWEPKey(1);
+     [](const auto& details) {
+       return details.getWEPKey(1);
      }},
     {{"WepKey3"},
      "--WEP-key3=",
      "",
-     [](const auto& record) {
-       return record.getWEPKey(2);
+     [](const auto& details) {
+       return details.getWEPKey(2);
      }},
     {{"WepKey4"},
      "--WEP-key4=",
      "",
-     [](const auto& record) {
-       return record.getWEPKey(3);
+     [](const auto& details) {
+       return details.getWEPKey(3);
      }},
     {{"WepTransmit"}, "--WEP-transmit=", "", &configDetails::getWEPTransmit},
     {{"Psk"}, "--psk=", "", &configDetails::getPSK},
@@ -74,11 +74,11 @@ const SettingRow Rows[] = {
 
 class OneSetting : public testing::TestWithParam<SettingRow> {
  protected:
-  /// Expects `value` of the row's setting and the initial value of every other.
-  static void expectOnly(const configDetails& record, const std::string& value) {
+  /// Expects that the row's setting has `value` and that every other has its initial value.
+  static void expectOnly(const configDetails& details, const std::string& value) {
     for (const SettingRow& row : Rows) {
       const bool own = std::string(row.name) == GetParam().name;
-      EXPECT_EQ(row.get(record), own ? value : row.initial) << row.name;
+      EXPECT_EQ(row.get(details), own ? value : row.initial) << row.name;
     }
   }
 
@@ -89,11 +89,11 @@ class OneSetting : public testing::TestWithParam<SettingRow> {
 
 }  // namespace
 
-TEST_P(OneSetting, HasItsInitialValueInAFreshRecord) {
+TEST_P(OneSetting, HasItsInitialValueInANewObject) {
   expectOnly(configDetails(), GetParam().initial);
 }
 
-TEST_P(OneSetting, IsFilledByItsOptionAlone) {
+TEST_P(OneSetting, IsSetOnlyByItsOption) {
   if (GetParam().key == nullptr) {
     expectOnly(settings({"--usb=new", "--npa=new"}), GetParam().initial);
   } else {
@@ -101,7 +101,7 @@ TEST_P(OneSetting, IsFilledByItsOptionAlone) {
   }
 }
 
-TEST_P(OneSetting, IsEmptiedByItsKeyAlone) {
+TEST_P(OneSetting, IsEmptiedOnlyByItsKey) {
   if (GetParam().key == nullptr) {
     expectOnly(settings({"--usb=", "--npa="}), GetParam().initial);
   } else {
@@ -109,7 +109,7 @@ TEST_P(OneSetting, IsEmptiedByItsKeyAlone) {
   }
 }
 
-TEST_P(OneSetting, TakesItsLastValue) {
+TEST_P(OneSetting, HasItsLastValue) {
   if (GetParam().key != nullptr) {
     expectOnly(settings({option("first"), option("last")}), "last");
   } else {
@@ -119,12 +119,12 @@ TEST_P(OneSetting, TakesItsLastValue) {
 
 INSTANTIATE_TEST_SUITE_P(All, OneSetting, testing::ValuesIn(Rows), support::rowName);
 
-TEST(Value, IsTheSameByNumberAndByName) {
-  const configDetails record = settings({"--ssid=Home", "--WEP-key4=abc", "lp1"});
-  EXPECT_EQ(record.value(Setting::Ssid), "Home");
-  EXPECT_EQ(record.value(Setting::WepKey4), "abc");
-  EXPECT_EQ(record.value(Setting::Usb), "lp1");
-  EXPECT_EQ(record.value(Setting::Channel), "6");
+TEST(Value, IsFoundByTheSetting) {
+  const configDetails details = settings({"--ssid=Home", "--WEP-key4=abc", "lp1"});
+  EXPECT_EQ(details.value(Setting::Ssid), "Home");
+  EXPECT_EQ(details.value(Setting::WepKey4), "abc");
+  EXPECT_EQ(details.value(Setting::Usb), "lp1");
+  EXPECT_EQ(details.value(Setting::Channel), "6");
 }
 
 TEST(SettingOptions, AreTriedInTheOrderOfTheSettings) {
@@ -144,7 +144,7 @@ namespace {
 
 struct ValueRow : support::Row {
   std::string text;
-  std::string value;  ///< of "--ssid=" when it was "old" before
+  std::string value;  ///< the result for the key "--ssid="; "old" if unchanged
 };
 
 class OptionValue : public testing::TestWithParam<ValueRow> {};
@@ -152,15 +152,15 @@ class OptionValue : public testing::TestWithParam<ValueRow> {};
 }  // namespace
 
 TEST_P(OptionValue, IsExtracted) {
-  configDetails record;
+  configDetails details;
   std::string value = "old";
-  EXPECT_EQ(record.getParmValue(GetParam().text, "--ssid=", &value), 0);
+  EXPECT_EQ(details.getParmValue(GetParam().text, "--ssid=", &value), 0);
   EXPECT_EQ(value, GetParam().value);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, OptionValue,
-    testing::Values(ValueRow{{"BehindTheKey"}, "--ssid=Home", "Home"},
+    testing::Values(ValueRow{{"AfterTheKey"}, "--ssid=Home", "Home"},
                     ValueRow{{"Empty"}, "--ssid=", ""}, ValueRow{{"OtherKey"}, "--psk=Home", "old"},
                     ValueRow{{"EmptyText"}, "", "old"},
                     ValueRow{{"KeyWithoutEquals"}, "--ssid", "old"},
@@ -177,89 +177,89 @@ INSTANTIATE_TEST_SUITE_P(
                     ValueRow{{"OneQuotationMarkAtTheEnd"}, "--ssid=ab\"", ""},
                     ValueRow{{"ThreeQuotationMarks"}, "--ssid=\"a\"b\"", "a"},
                     ValueRow{{"QuotationMarksBeforeTheKey"}, "\"a\"--ssid=b", "a"},
-                    ValueRow{{"QuotationMarkBeforeAndBehindTheKey"}, "\"--ssid=b\"c", "--ssid=b"}),
+                    ValueRow{{"QuotationMarkBeforeAndAfterTheKey"}, "\"--ssid=b\"c", "--ssid=b"}),
     support::rowName);
 
 TEST(OptionValue, IsTheWholeTextForAnEmptyKey) {
-  configDetails record;
+  configDetails details;
   std::string value = "old";
-  record.getParmValue("text", "", &value);
+  details.getParmValue("text", "", &value);
   EXPECT_EQ(value, "text");
 }
 
 // --- The command line ---------------------------------------------------------------------------
 
-TEST(ParseParm, TakesOptionsAndDeviceInAnyOrder) {
-  const configDetails record =
+TEST(ParseParm, AcceptsOptionsAndDeviceInAnyOrder) {
+  const configDetails details =
       settings({"-c", "--psk=k", "/dev/usb/lp3", "--ssid=Home", "--channel=11"});
-  EXPECT_EQ(record.getPSK(), "k");
-  EXPECT_EQ(record.getUSB(), "/dev/usb/lp3");
-  EXPECT_EQ(record.getSSID(), "Home");
-  EXPECT_EQ(record.getChannel(), "11");
-  EXPECT_EQ(record.getMode(), "Managed");
+  EXPECT_EQ(details.getPSK(), "k");
+  EXPECT_EQ(details.getUSB(), "/dev/usb/lp3");
+  EXPECT_EQ(details.getSSID(), "Home");
+  EXPECT_EQ(details.getChannel(), "11");
+  EXPECT_EQ(details.getMode(), "Managed");
 }
 
-TEST(ParseParm, TakesTheLastArgumentWithoutMinusAsTheDevice) {
+TEST(ParseParm, UsesTheLastArgumentWithoutAMinusAsTheDevice) {
   EXPECT_EQ(settings({"lp0", "/dev/usb/lp1"}).getUSB(), "/dev/usb/lp1");
   EXPECT_EQ(settings({"/dev/usb/lp1", ""}).getUSB(), "");
   EXPECT_EQ(settings({"/dev/usb/lp1", "usb-printer"}).getUSB(), "/dev/usb/lp1");
   EXPECT_EQ(settings({"ssid=Home"}).getUSB(), "ssid=Home");
 }
 
-TEST(ParseParm, FillsEverySettingWhoseKeyAnArgumentHolds) {
-  // Each value starts where its own key would end.
-  const configDetails record = settings({"--ssid=a--psk=b"});
-  EXPECT_EQ(record.getSSID(), "a--psk=b");
-  EXPECT_EQ(record.getPSK(), "=a--psk=b");
+TEST(ParseParm, SetsEverySettingWhoseKeyAnArgumentContains) {
+  // Each value starts where its own key would end at the start of the text.
+  const configDetails details = settings({"--ssid=a--psk=b"});
+  EXPECT_EQ(details.getSSID(), "a--psk=b");
+  EXPECT_EQ(details.getPSK(), "=a--psk=b");
 }
 
-TEST(ParseParm, LooksAtArguments1ToCountMinus1) {
-  configDetails record;
+TEST(ParseParm, ReadsArguments1ToCountMinus1) {
+  configDetails details;
   const Arguments arguments = {"--ssid=program", "--psk=k", "--ssid=beyond", "lp9"};
-  EXPECT_EQ(record.parseParm(2, arguments), 0);
-  EXPECT_EQ(record.getSSID(), "");
-  EXPECT_EQ(record.getPSK(), "k");
-  EXPECT_EQ(record.getUSB(), "/dev/usb/lp0");
+  EXPECT_EQ(details.parseParm(2, arguments), 0);
+  EXPECT_EQ(details.getSSID(), "");
+  EXPECT_EQ(details.getPSK(), "k");
+  EXPECT_EQ(details.getUSB(), "/dev/usb/lp0");
 }
 
-TEST(ParseParm, IgnoresWhatItDoesNotKnow) {
-  const configDetails record = settings({"-c", "-file", "--sid=x", "--ssid", "-", "--"});
-  EXPECT_EQ(record.getSSID(), "");
-  EXPECT_EQ(record.getUSB(), "/dev/usb/lp0");
+TEST(ParseParm, IgnoresUnknownArguments) {
+  const configDetails details = settings({"-c", "-file", "--sid=x", "--ssid", "-", "--"});
+  EXPECT_EQ(details.getSSID(), "");
+  EXPECT_EQ(details.getUSB(), "/dev/usb/lp0");
 }
 
-TEST(ParseParm, ChecksNoValue) {
-  const configDetails record = settings({"--channel=99", "--mode=none", "--security=?"});
-  EXPECT_EQ(record.getChannel(), "99");
-  EXPECT_EQ(record.getMode(), "none");
-  EXPECT_EQ(record.getSecurity(), "?");
+TEST(ParseParm, DoesNotCheckValues) {
+  const configDetails details = settings({"--channel=99", "--mode=none", "--security=?"});
+  EXPECT_EQ(details.getChannel(), "99");
+  EXPECT_EQ(details.getMode(), "none");
+  EXPECT_EQ(details.getSecurity(), "?");
 }
 
-TEST(ParseParm, TakesACountThatIsNoCount) {
+TEST(ParseParm, AcceptsAnInvalidCount) {
   for (const int count : {-1, 0, 1, 99}) {
-    configDetails record;
-    EXPECT_EQ(record.parseParm(count, {"program", "lp9"}), 0);
-    EXPECT_EQ(record.getUSB(), count == 99 ? "lp9" : "/dev/usb/lp0");
-    EXPECT_EQ(record.parseParm(count, {}), 0);
-    EXPECT_EQ(record.parseUSB(count, {}), 0);
+    configDetails details;
+    EXPECT_EQ(details.parseParm(count, {"program", "lp9"}), 0);
+    EXPECT_EQ(details.getUSB(), count == 99 ? "lp9" : "/dev/usb/lp0");
+    EXPECT_EQ(details.parseParm(count, {}), 0);
+    EXPECT_EQ(details.parseUSB(count, {}), 0);
   }
 }
 
-TEST(ParseUsb, TakesTheDeviceAlone) {
-  configDetails record;
-  EXPECT_EQ(record.parseUSB(5, {"lp7", "-ip", "--ssid=x", "lp1", "/dev/usb/lp2"}), 0);
-  EXPECT_EQ(record.getUSB(), "/dev/usb/lp2");
-  EXPECT_EQ(record.getSSID(), "");
+TEST(ParseUsb, ReadsOnlyTheDevice) {
+  configDetails details;
+  EXPECT_EQ(details.parseUSB(5, {"lp7", "-ip", "--ssid=x", "lp1", "/dev/usb/lp2"}), 0);
+  EXPECT_EQ(details.getUSB(), "/dev/usb/lp2");
+  EXPECT_EQ(details.getSSID(), "");
 }
 
-TEST(ParseUsb, LooksAtArguments1ToCountMinus1) {
-  configDetails record;
-  record.parseUSB(2, {"lp7", "-ip", "lp1"});
-  EXPECT_EQ(record.getUSB(), "/dev/usb/lp0");
+TEST(ParseUsb, ReadsArguments1ToCountMinus1) {
+  configDetails details;
+  details.parseUSB(2, {"lp7", "-ip", "lp1"});
+  EXPECT_EQ(details.getUSB(), "/dev/usb/lp0");
 }
 
 TEST(ParseUsb, PassesAPathWithAMinus) {
-  configDetails record;
-  record.parseUSB(3, {"program", "-ip", "/dev/usb-printer/lp1"});
-  EXPECT_EQ(record.getUSB(), "/dev/usb/lp0");
+  configDetails details;
+  details.parseUSB(3, {"program", "-ip", "/dev/usb-printer/lp1"});
+  EXPECT_EQ(details.getUSB(), "/dev/usb/lp0");
 }

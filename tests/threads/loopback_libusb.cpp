@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The printer and the bus that it is on, as libusb tells of them.
+/// The printer and its bus in the structures of libusb.
 struct Printer {
   std::array<usb_endpoint_descriptor, 2> endpoints{};
   usb_interface_descriptor alternate{};

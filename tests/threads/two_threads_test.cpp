@@ -1,5 +1,5 @@
-// One thread writes while another reads: the ring buffer and both connectors promise that this is
-// in order. ThreadSanitizer looks on in one of the builds.
+// One thread writes while another reads. The ring buffer and both connectors permit this. One of
+// the builds runs these tests under ThreadSanitizer.
 
 #include <algorithm>
 #include <array>
@@ -28,7 +28,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-/// The same at each run, and no two stretches of it alike.
+/// Returns pseudo-random bytes, the same in each run.
 Bytes randomBytes(std::size_t count) {
   std::minstd_rand numbers(7);
   Bytes result(count);
@@ -36,7 +36,7 @@ Bytes randomBytes(std::size_t count) {
   return result;
 }
 
-/// Sizes from 1 to `largest`, one after another.
+/// Counts from 1 to `largest`, over and over. The readers and writers use the numbers as sizes.
 class Sizes {
  public:
   explicit Sizes(std::size_t largest) : m_Largest(largest) {}
@@ -47,21 +47,21 @@ class Sizes {
   std::size_t m_Next = 0;
 };
 
-/// Hands all of `data` to `write`, which returns how much it took, in pieces.
+/// Writes `data` in pieces. `write` returns how many bytes it accepted.
 void writeAll(std::span<unsigned char> data, std::size_t largest,
               const std::function<long(std::span<unsigned char>)>& write) {
   Sizes sizes(largest);
   while (!data.empty()) {
-    const long taken = write(data.first(std::min(sizes.next(), data.size())));
-    if (taken > 0) {
-      data = data.subspan(static_cast<std::size_t>(taken));
+    const long count = write(data.first(std::min(sizes.next(), data.size())));
+    if (count > 0) {
+      data = data.subspan(static_cast<std::size_t>(count));
     } else {
       std::this_thread::yield();
     }
   }
 }
 
-/// Collects `count` bytes from `read`, which returns how many it gave.
+/// Reads and returns `count` bytes. `read` returns how many bytes it stored.
 Bytes readAll(std::size_t count, std::size_t largest,
               const std::function<long(std::span<unsigned char>)>& read) {
   Sizes sizes(largest);
@@ -69,9 +69,9 @@ Bytes readAll(std::size_t count, std::size_t largest,
   Bytes piece(largest);
   while (result.size() < count) {
     const std::size_t wanted = std::min(sizes.next(), count - result.size());
-    const long given = read(std::span(piece).first(wanted));
-    if (given > 0) {
-      result.insert(result.end(), piece.begin(), piece.begin() + given);
+    const long stored = read(std::span(piece).first(wanted));
+    if (stored > 0) {
+      result.insert(result.end(), piece.begin(), piece.begin() + stored);
     } else {
       std::this_thread::yield();
     }
@@ -79,7 +79,7 @@ Bytes readAll(std::size_t count, std::size_t largest,
   return result;
 }
 
-TEST(RingBuffer, IsFilledByOneThreadAndDrainedByAnother) {
+TEST(RingBuffer, IsWrittenByOneThreadAndReadByAnother) {
   constexpr std::size_t total = 200'000;
   CircularBuffer ring(100);
   Bytes sent = randomBytes(total);
@@ -95,10 +95,10 @@ TEST(RingBuffer, IsFilledByOneThreadAndDrainedByAnother) {
   EXPECT_TRUE(ring.isEmpty());
 }
 
-TEST(RingBuffer, CountsWhatItHoldsWhileOthersChangeIt) {
+TEST(RingBuffer, CountsItsBytesWhileOtherThreadsChangeIt) {
   CircularBuffer ring(100);
   Bytes sent = randomBytes(50'000);
-  const std::jthread asker([&](const std::stop_token& stop) {
+  const std::jthread counter([&](const std::stop_token& stop) {
     while (!stop.stop_requested()) {
       EXPECT_LE(ring.getAvailableSpace(), 100U);
       EXPECT_LE(ring.getAvailableBytes(), 100U);
@@ -117,9 +117,8 @@ TEST(RingBuffer, CountsWhatItHoldsWhileOthersChangeIt) {
   EXPECT_EQ(received, sent);
 }
 
-/// Sends everything through the connector in one thread while another reads; what is written comes
-/// back.
-void expectEverythingToComeBack(HCIOConnector& connector, std::size_t total, std::size_t largest) {
+/// Writes to the connector in one thread and reads in another. Expects that every byte comes back.
+void expectEchoOfAllBytes(HCIOConnector& connector, std::size_t total, std::size_t largest) {
   Bytes sent = randomBytes(total);
   std::jthread writer([&] {
     writeAll(sent, largest, [&](std::span<unsigned char> piece) {
@@ -134,7 +133,7 @@ void expectEverythingToComeBack(HCIOConnector& connector, std::size_t total, std
   EXPECT_NE(connector.getLastError(), IO_BAD_DEVICE);
 }
 
-/// A device file whose other end sends back all that it gets.
+/// A device file whose other end sends back every byte that it receives.
 class LoopbackDevice {
  public:
   LoopbackDevice() {
@@ -150,14 +149,14 @@ class LoopbackDevice {
     m_Echo = std::jthread([this] { sendBack(); });
   }
   ~LoopbackDevice() {
-    // The other end's read fails when nobody has the device open.
+    // The read at the other end fails once the device is closed everywhere.
     m_Slave.reset();
     m_Echo.join();
   }
   LoopbackDevice(const LoopbackDevice&) = delete;
   LoopbackDevice& operator=(const LoopbackDevice&) = delete;
 
-  /// What stands before the device's number, 3.
+  /// Returns the path of the device without its number, which is 3.
   std::string prefix() const { return m_Folder.path("lp"); }
 
  private:
@@ -174,18 +173,18 @@ class LoopbackDevice {
   std::jthread m_Echo;
 };
 
-TEST(UsblpConnector, ReadsInOneThreadWhileItWritesInAnother) {
+TEST(UsblpConnector, ReadsInOneThreadAndWritesInAnother) {
   const LoopbackDevice device;
   USBLPConnector connector(device.prefix().c_str(), 3);
   ASSERT_EQ(connector.open(), 0);
-  expectEverythingToComeBack(connector, 100'000, 300);
+  expectEchoOfAllBytes(connector, 100'000, 300);
   EXPECT_EQ(connector.close(), 0);
 }
 
-TEST(LibUsbConnector, ReadsInOneThreadWhileItWritesInAnother) {
+TEST(LibUsbConnector, ReadsInOneThreadAndWritesInAnother) {
   LibUsbConnector connector(7);
   ASSERT_EQ(connector.open(loopback_libusb::Bus, loopback_libusb::Device), 0);
-  expectEverythingToComeBack(connector, 100'000, 200);
+  expectEchoOfAllBytes(connector, 100'000, 200);
   EXPECT_EQ(loopback_libusb::waiting(), 0U);
   EXPECT_EQ(connector.close(), 0);
 }

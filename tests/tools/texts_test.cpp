@@ -9,24 +9,24 @@ using tools::Texts;
 
 const Texts Some = {{"name", "a text"}, {"two words", "{{name}}"}, {"nothing", ""}};
 
-TEST(Filled, ReplacesEachPlace) {
+TEST(Filled, ReplacesEachPlaceholder) {
   EXPECT_EQ(tools::filled("", Some), "");
   EXPECT_EQ(tools::filled("no place } { }}", Some), "no place } { }}");
   EXPECT_EQ(tools::filled("{{name}} and {{name}}\n{{nothing}}.", Some), "a text and a text\n.");
 }
 
-TEST(Filled, LeavesPlacesInATextAsTheyAre) {
+TEST(Filled, LeavesPlaceholdersInATextUnchanged) {
   EXPECT_EQ(tools::filled("<{{two words}}>", Some), "<{{name}}>");
 }
 
-TEST(Filled, FailsForAnUnknownNameAndAnOpenEnd) {
+TEST(Filled, FailsForAnUnknownNameAndAMissingEnd) {
   for (const char* text :
        {"{{names}}", "{{Name}}", "{{}}", "a {{name", "{{ name }}", "{{name}\n}}"}) {
     EXPECT_THROW(tools::filled(text, Some), std::runtime_error) << text;
   }
 }
 
-TEST(ConfigTexts, HaveTheCommands) {
+TEST(ConfigTexts, ContainTheCommands) {
   Texts texts;
   tools::addConfigTexts(texts);
   const std::string commands = texts.at("zvkconfig commands");
@@ -41,7 +41,7 @@ TEST(ConfigTexts, HaveTheCommands) {
             "*-c*, *-ca*, *-cer*, *-rcerdefs*, *-csr* and *-icer*");
 }
 
-TEST(ConfigTexts, HaveTheOptionsWithTheirWords) {
+TEST(ConfigTexts, ContainTheOptionsWithTheirWords) {
   Texts texts;
   tools::addConfigTexts(texts);
   const std::string networks = texts.at("zvkconfig options of networks");
@@ -59,7 +59,7 @@ TEST(ConfigTexts, HaveTheOptionsWithTheirWords) {
             std::string::npos);
 }
 
-TEST(DissectorTexts, AreTablesInLua) {
+TEST(DissectorTexts, AreLuaTables) {
   Texts texts;
   tools::addDissectorTexts(texts);
   EXPECT_NE(texts.at("dissector groups").find("  [0x2A] = \"802.1x\",\n"), std::string::npos);

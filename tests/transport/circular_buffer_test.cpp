@@ -19,8 +19,8 @@ namespace {
 
 constexpr unsigned long Unlimited = std::numeric_limits<unsigned long>::max();
 
-/// Takes `count` bytes, which must be there.
-Bytes taken(CircularBuffer& buffer, unsigned long count) {
+/// Reads `count` bytes and returns them. Expects success.
+Bytes readFrom(CircularBuffer& buffer, unsigned long count) {
   Bytes result(count);
   EXPECT_TRUE(buffer.readBytes(result.data(), count));
   return result;
@@ -30,10 +30,10 @@ bool store(CircularBuffer& buffer, const Bytes& data) {
   return buffer.writeBytes(data.data(), data.size());
 }
 
-/// Leaves an empty buffer whose next byte goes to `position`.
+/// Moves both positions of an empty buffer to `position`.
 void moveTo(CircularBuffer& buffer, unsigned long position) {
   EXPECT_TRUE(store(buffer, Bytes(position)));
-  taken(buffer, position);
+  readFrom(buffer, position);
 }
 
 void expectStored(CircularBuffer& buffer, unsigned long stored, unsigned long space) {
@@ -45,7 +45,7 @@ void expectStored(CircularBuffer& buffer, unsigned long stored, unsigned long sp
 
 }  // namespace
 
-TEST(CircularBuffer, StartsEmptyWithItsWholeCapacityAsSpace) {
+TEST(CircularBuffer, IsEmptyAtFirst) {
   CircularBuffer buffer(65536);
   expectStored(buffer, 0, 65536);
 }
@@ -57,39 +57,39 @@ TEST(CircularBuffer, HoldsExactlyItsCapacity) {
   expectStored(buffer, 65536, 0);
   EXPECT_FALSE(store(buffer, bytes("EE")));
   expectStored(buffer, 65536, 0);
-  EXPECT_EQ(taken(buffer, 65536), data);
+  EXPECT_EQ(readFrom(buffer, 65536), data);
   expectStored(buffer, 0, 65536);
 }
 
-TEST(CircularBuffer, StoresNothingOfWhatDoesNotFitWhole) {
+TEST(CircularBuffer, StoresNothingIfNotAllBytesFit) {
   CircularBuffer buffer(4);
   EXPECT_FALSE(store(buffer, bytes("01 02 03 04 05")));
   expectStored(buffer, 0, 4);
   EXPECT_TRUE(store(buffer, bytes("01 02 03")));
   EXPECT_FALSE(store(buffer, bytes("04 05")));
   expectStored(buffer, 3, 1);
-  EXPECT_EQ(taken(buffer, 3), bytes("01 02 03"));
+  EXPECT_EQ(readFrom(buffer, 3), bytes("01 02 03"));
 }
 
-TEST(CircularBuffer, GivesNothingWhenFewerBytesAreStored) {
+TEST(CircularBuffer, ReadsNothingIfFewerBytesAreStored) {
   CircularBuffer buffer(4);
   store(buffer, bytes("01 02"));
   Bytes destination = bytes("EE EE EE");
   EXPECT_FALSE(buffer.readBytes(destination.data(), 3));
   EXPECT_EQ(destination, bytes("EE EE EE"));
   expectStored(buffer, 2, 2);
-  EXPECT_EQ(taken(buffer, 2), bytes("01 02"));
+  EXPECT_EQ(readFrom(buffer, 2), bytes("01 02"));
 }
 
-TEST(CircularBuffer, GivesTheOldestBytesFirst) {
+TEST(CircularBuffer, ReadsTheOldestBytesFirst) {
   CircularBuffer buffer(8);
   store(buffer, bytes("01 02 03"));
   store(buffer, bytes("04 05"));
-  EXPECT_EQ(taken(buffer, 2), bytes("01 02"));
-  EXPECT_EQ(taken(buffer, 3), bytes("03 04 05"));
+  EXPECT_EQ(readFrom(buffer, 2), bytes("01 02"));
+  EXPECT_EQ(readFrom(buffer, 3), bytes("03 04 05"));
 }
 
-TEST(CircularBuffer, TakesAndGivesNoBytesAtAnyTime) {
+TEST(CircularBuffer, AlwaysReadsAndWritesZeroBytes) {
   CircularBuffer buffer(1);
   EXPECT_TRUE(buffer.writeBytes(nullptr, 0));
   EXPECT_TRUE(buffer.readBytes(nullptr, 0));
@@ -105,16 +105,16 @@ TEST(CircularBuffer, IsEmptyAfterAFlush) {
   buffer.flush();
   expectStored(buffer, 0, 5);
   EXPECT_TRUE(store(buffer, bytes("04 05 06 07 08")));
-  EXPECT_EQ(taken(buffer, 5), bytes("04 05 06 07 08"));
+  EXPECT_EQ(readFrom(buffer, 5), bytes("04 05 06 07 08"));
 }
 
-TEST(CircularBuffer, OfNoCapacityIsEmptyAndFull) {
+TEST(CircularBuffer, IsEmptyAndFullWithoutCapacity) {
   CircularBuffer buffer(0);
   expectStored(buffer, 0, 0);
   EXPECT_FALSE(store(buffer, bytes("01")));
 }
 
-TEST(CircularBuffer, WithoutStorageHoldsNothingAndHasNoSpace) {
+TEST(CircularBuffer, HasNoSpaceIfMemoryRunsOut) {
   CircularBuffer buffer(Unlimited);
   EXPECT_EQ(buffer.getAvailableSpace(), 0U);
   EXPECT_EQ(buffer.getAvailableBytes(), 0U);
@@ -123,9 +123,9 @@ TEST(CircularBuffer, WithoutStorageHoldsNothingAndHasNoSpace) {
   EXPECT_FALSE(buffer.readBytes(&byte, 1));
 }
 
-// --- The end of the storage -------------------------------------------------------------------
+// --- The end of the storage ---------------------------------------------------------------------
 
-TEST(CircularBuffer, KeepsTheOrderFromEveryPositionAndForEveryCount) {
+TEST(CircularBuffer, KeepsTheOrderForEveryPositionAndCount) {
   constexpr unsigned long capacity = 6;
   for (unsigned long position = 0; position <= capacity; ++position) {
     for (unsigned long count = 1; count <= capacity; ++count) {
@@ -135,21 +135,21 @@ TEST(CircularBuffer, KeepsTheOrderFromEveryPositionAndForEveryCount) {
       const Bytes data = pattern(count);
       ASSERT_TRUE(store(buffer, data));
       expectStored(buffer, count, capacity - count);
-      EXPECT_EQ(taken(buffer, count), data);
+      EXPECT_EQ(readFrom(buffer, count), data);
       expectStored(buffer, 0, capacity);
     }
   }
 }
 
-TEST(CircularBuffer, GoesOnFromTheFrontAfterAWriteThatEndsAtTheEnd) {
-  CircularBuffer buffer(4);  // of five slots
+TEST(CircularBuffer, ContinuesAtTheFrontAfterAWriteUpToTheEnd) {
+  CircularBuffer buffer(4);  // has five slots
   moveTo(buffer, 2);
   EXPECT_TRUE(store(buffer, bytes("01 02 03")));
   expectStored(buffer, 3, 1);
   EXPECT_TRUE(store(buffer, bytes("04")));
   expectStored(buffer, 4, 0);
-  EXPECT_EQ(taken(buffer, 3), bytes("01 02 03"));
-  EXPECT_EQ(taken(buffer, 1), bytes("04"));
+  EXPECT_EQ(readFrom(buffer, 3), bytes("01 02 03"));
+  EXPECT_EQ(readFrom(buffer, 1), bytes("04"));
   expectStored(buffer, 0, 4);
 }
 
@@ -166,8 +166,8 @@ class CircularBufferLock : public testing::TestWithParam<Operation> {};
 
 }  // namespace
 
-// An operation called by another fails to lock again, and leaves the unlocking to the outer one.
-TEST_P(CircularBufferLock, IsHeldByTheOutermostOperationFromEndToEnd) {
+// An operation that another one calls fails to lock again, and the outer operation unlocks.
+TEST_P(CircularBufferLock, IsHeldDuringTheWholeOuterOperation) {
   CircularBuffer buffer(4);
   store(buffer, bytes("01 02"));
   std::string locks;
@@ -198,7 +198,7 @@ INSTANTIATE_TEST_SUITE_P(
                   [](CircularBuffer& buffer) { store(buffer, pattern(9)); },
                   "+A !A !A -A"},
         Operation{
-            {"ReadBytes"}, [](CircularBuffer& buffer) { taken(buffer, 2); }, "+A !A !A !A -A"},
+            {"ReadBytes"}, [](CircularBuffer& buffer) { readFrom(buffer, 2); }, "+A !A !A !A -A"},
         Operation{{"ReadBytesWithoutBytes"},
                   [](CircularBuffer& buffer) {
                     Bytes destination(3);

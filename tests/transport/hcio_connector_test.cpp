@@ -4,7 +4,7 @@
 
 namespace {
 
-/// A connector of no kind.
+/// A connector without a type.
 class PlainConnector : public HCIOConnector {
  public:
   int open() override { return 0; }
@@ -18,7 +18,7 @@ class PlainConnector : public HCIOConnector {
 
 }  // namespace
 
-TEST(HcioConnector, StartsWithoutStatusAndKind) {
+TEST(HcioConnector, HasNoStatusAndNoTypeAtFirst) {
   const PlainConnector connector;
   EXPECT_EQ(connector.getLastError(), 0);
   EXPECT_EQ(connector.getType(), HC_LOC_NONE);
@@ -31,7 +31,7 @@ TEST(HcioConnector, KeepsItsLastStatus) {
   EXPECT_EQ(connector.getLastError(), IO_READ_READY);
 }
 
-TEST(HcioConnector, TakesTheKindItIsTold) {
+TEST(HcioConnector, StoresItsType) {
   PlainConnector connector;
   connector.setType(HC_LOC_LIBUSB);
   EXPECT_EQ(connector.getType(), HC_LOC_LIBUSB);

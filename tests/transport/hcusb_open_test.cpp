@@ -16,10 +16,10 @@ using virtual_system::Device;
 
 namespace {
 
-/// CT_Open on a system without printers; a test adds them.
+/// A fixture for tests of CT_Open. There is no printer until a test adds one.
 class TransportOpen : public testing::Test {
  protected:
-  /// Opens `path` and expects the result, and no output.
+  /// Opens `path`. Expects the result and no output.
   void expectOpen(const char* path, int result) {
     int opened = 77;
     EXPECT_EQ(outputOf([&] { opened = transport->CT_Open(path); }), Output());
@@ -45,7 +45,7 @@ class LibUsbAddress : public TransportOpen, public testing::WithParamInterface<P
 
 // --- usblp paths --------------------------------------------------------------------------------
 
-TEST_P(UsblpPath, OpensTheDeviceOfItsNumber) {
+TEST_P(UsblpPath, OpensTheDeviceWithItsNumber) {
   Device& device = system.device(GetParam().device);
   expectOpen(GetParam().path, 0);
   EXPECT_EQ(device.opens, 1);
@@ -57,15 +57,15 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(PathRow{{"Default"}, "/dev/usb/lp0", "/dev/usb/lp0"},
                     PathRow{{"HighestNumber"}, "/dev/usb/lp16", "/dev/usb/lp16"},
                     PathRow{{"UsblpName"}, "/dev/usb/usblp2", "/dev/usb/lp2"},
-                    PathRow{{"UsblpNameGoesFirst"}, "/dev/usb/lp1/usblp2", "/dev/usb/lp2"},
+                    PathRow{{"UsblpNameTakesPrecedence"}, "/dev/usb/lp1/usblp2", "/dev/usb/lp2"},
                     PathRow{{"FirstUsblpCounts"}, "/dev/usb/usblp3/usblp4", "/dev/usb/lp3"},
                     PathRow{{"FirstLpCounts"}, "/dev/usb/lp5/lp6", "/dev/usb/lp5"},
                     PathRow{{"OtherFolder"}, "/chroot/dev/usb/lp7", "/dev/usb/lp7"},
-                    PathRow{{"NameInFront"}, "/dev/usbprinters/lp8", "/dev/usb/lp8"},
-                    PathRow{{"TextBehindTheNumber"}, "/dev/usb/lp9x", "/dev/usb/lp9"},
+                    PathRow{{"OtherNameBefore"}, "/dev/usbprinters/lp8", "/dev/usb/lp8"},
+                    PathRow{{"TextAfterTheNumber"}, "/dev/usb/lp9x", "/dev/usb/lp9"},
                     PathRow{{"NoDigits"}, "/dev/usb/lp", "/dev/usb/lp0"},
-                    PathRow{{"NumberAtOtherPlace"}, "/dev/usb3/lp4", "/dev/usb/lp4"},
-                    PathRow{{"ColonMakesNoLibUsbAddress"}, "/dev/usb/lp1:2", "/dev/usb/lp1"}),
+                    PathRow{{"NumberElsewhere"}, "/dev/usb3/lp4", "/dev/usb/lp4"},
+                    PathRow{{"ColonIsIgnored"}, "/dev/usb/lp1:2", "/dev/usb/lp1"}),
     support::rowName);
 
 TEST_P(BadPath, OpensNothing) {
@@ -74,7 +74,7 @@ TEST_P(BadPath, OpensNothing) {
   expectOpen(GetParam().path, -1);
   EXPECT_EQ(device.opens, 0);
   EXPECT_EQ(library.openHandles, 0);
-  // Without a connector; one of libusb would answer 0.
+  // There is no connector: a libusb connector would return 0.
   EXPECT_EQ(transport->CT_Write(&byte, 1, 0), -1);
   EXPECT_EQ(transport->CT_Read(&byte, 1), 0);
   EXPECT_EQ(transport->CT_Close(), -1);
@@ -85,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
     Paths, BadPath,
     testing::Values(PathRow{{"NeitherForm"}, "printer", nullptr}, PathRow{{"Empty"}, "", nullptr},
                     PathRow{{"None"}, nullptr, nullptr},
-                    PathRow{{"FolderAlone"}, "/dev/usb/", nullptr},
+                    PathRow{{"OnlyFolder"}, "/dev/usb/", nullptr},
                     PathRow{{"NoLpName"}, "/dev/usb/printer0", nullptr},
                     PathRow{{"NumberTooHigh"}, "/dev/usb/lp99", nullptr},
                     PathRow{{"FirstNumberTooHigh"}, "/dev/usb/lp17", nullptr},
@@ -96,7 +96,7 @@ INSTANTIATE_TEST_SUITE_P(
                     PathRow{{"DeviceOfTenCharacters"}, "0:0000000000", nullptr}),
     support::rowName);
 
-TEST_F(TransportOpen, FailsForEachErrorOfTheSystem) {
+TEST_F(TransportOpen, FailsForEachSystemError) {
   for (const int error : {ENOENT, EACCES, EBUSY}) {
     system.device("/dev/usb/lp0").openErrno = error;
     expectOpen("/dev/usb/lp0", -1);
@@ -105,7 +105,7 @@ TEST_F(TransportOpen, FailsForEachErrorOfTheSystem) {
   }
 }
 
-TEST_F(TransportOpen, KeepsAConnectorWhoseOpenFailedAndItsProbesFailAtOnce) {
+TEST_F(TransportOpen, KeepsAUsblpConnectorThatFailedToOpen) {
   expectOpen("/dev/usb/lp0", -1);
   EXPECT_EQ(transport->CT_Write(&byte, 1, 0), -1);
   EXPECT_EQ(transport->CT_Read(&byte, 1), 0);
@@ -116,7 +116,7 @@ TEST_F(TransportOpen, KeepsAConnectorWhoseOpenFailedAndItsProbesFailAtOnce) {
 
 // --- libusb addresses ---------------------------------------------------------------------------
 
-TEST_P(LibUsbAddress, OpensTheDeviceOfBothNumbers) {
+TEST_P(LibUsbAddress, OpensTheDeviceWithBothNumbers) {
   struct usb_device* const wanted = library.addPrinter("002", GetParam().device);
   library.addPrinter("003", GetParam().device);
   library.onOpen = [&](const struct usb_device* device) {
@@ -134,9 +134,9 @@ INSTANTIATE_TEST_SUITE_P(Addresses, LibUsbAddress,
                                          PathRow{{"AsListed"}, "002:005", "005"},
                                          PathRow{{"LongestParts"}, "000000002:000000005", "005"},
                                          PathRow{{"SplitAtTheFirstColon"}, "2:5:9", "005"},
-                                         PathRow{{"TextBehindTheNumbers"}, "2a:5b", "005"},
+                                         PathRow{{"TextAfterTheNumbers"}, "2a:5b", "005"},
                                          PathRow{{"NoDeviceNumberIsZero"}, "2:", "000"},
-                                         PathRow{{"FolderThatIsNotOfUsb"}, "2:/dev/us", "000"}),
+                                         PathRow{{"OtherFolder"}, "2:/dev/us", "000"}),
                          support::rowName);
 
 TEST_F(TransportOpen, ReadsAMissingBusNumberAsZero) {
@@ -145,7 +145,7 @@ TEST_F(TransportOpen, ReadsAMissingBusNumberAsZero) {
   EXPECT_EQ(library.openHandles, 1);
 }
 
-TEST_F(TransportOpen, KeepsALibUsbConnectorThatFoundNothing) {
+TEST_F(TransportOpen, KeepsALibUsbConnectorThatFailedToOpen) {
   for (const char* const path : {"1:", ":", "2:5"}) {
     expectOpen(path, -1);
     EXPECT_EQ(transport->CT_Write(&byte, 1, 0), 0) << path;
@@ -155,7 +155,7 @@ TEST_F(TransportOpen, KeepsALibUsbConnectorThatFoundNothing) {
   EXPECT_EQ(system.now(), 0);
 }
 
-TEST_F(TransportOpen, ClaimsPrintersAlone) {
+TEST_F(TransportOpen, ClaimsOnlyAPrinterInterface) {
   library.addDevice("002", "005", {{1, {{{8, 0, {}}}, {{7, 1, {}}}}}});
   expectOpen("2:5", 0);
   EXPECT_EQ(library.calls.back(), "usb_claim_interface(1)");
@@ -163,7 +163,7 @@ TEST_F(TransportOpen, ClaimsPrintersAlone) {
 
 // --- A second open ------------------------------------------------------------------------------
 
-TEST_F(TransportOpen, ClosesTheEarlierChannelFirst) {
+TEST_F(TransportOpen, ClosesTheEarlierConnectorFirst) {
   Device& device = system.device("/dev/usb/lp0");
   library.addPrinter("002", "005");
   expectOpen("/dev/usb/lp0", 0);

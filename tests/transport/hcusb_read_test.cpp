@@ -4,7 +4,7 @@
 
 #include "testing/bytes.h"
 #include "testing/fake_libusb.h"
-#include "testing/usblp_channel.h"
+#include "testing/open_transport.h"
 
 using support::Bytes;
 using support::bytes;
@@ -12,16 +12,16 @@ using support::joined;
 using support::pattern;
 using support::TransportUser;
 using virtual_system::Second;
-using TransportRead = support::UsblpChannel;
+using TransportRead = support::OpenTransport;
 
-TEST_F(TransportRead, DoesNotProbeWhenTheFirstReadGivesAll) {
+TEST_F(TransportRead, DoesNotProbeIfTheFirstReadReturnsAllBytes) {
   device.reply(bytes("01 02 03"));
   EXPECT_EQ(read(3), bytes("01 02 03"));
   EXPECT_EQ(device.readSizes, std::vector<std::size_t>{3});
   EXPECT_EQ(device.readSelects, 0);
 }
 
-TEST_F(TransportRead, ReadsNothingWithoutWaiting) {
+TEST_F(TransportRead, ReadsZeroBytesWithoutWaiting) {
   EXPECT_EQ(read(0), Bytes());
   EXPECT_EQ(device.readSelects, 0);
   EXPECT_EQ(system.now(), 0);
@@ -42,7 +42,7 @@ TEST_F(TransportRead, EndsAfterFiveSecondsWithoutAnyByte) {
   EXPECT_TRUE(system.briefPauses.empty());
 }
 
-TEST_F(TransportRead, CollectsPiecesAndAsksForTheRest) {
+TEST_F(TransportRead, CollectsPiecesAndRequestsTheRest) {
   device.reply(pattern(3), Second);
   device.reply(bytes("F1 F2"), 5 * Second);
   device.reply(bytes("F3"), 9 * Second);
@@ -51,14 +51,14 @@ TEST_F(TransportRead, CollectsPiecesAndAsksForTheRest) {
   EXPECT_EQ(system.now(), 9 * Second);
 }
 
-TEST_F(TransportRead, LeavesWhatIsBeyondItsCount) {
+TEST_F(TransportRead, LeavesBytesBeyondItsCount) {
   device.reply(bytes("01 02 03 04"));
   EXPECT_EQ(read(1), bytes("01"));
   EXPECT_EQ(read(2), bytes("02 03"));
   EXPECT_EQ(read(1), bytes("04"));
 }
 
-TEST_F(TransportRead, StartsANewPeriodWithEachPiece) {
+TEST_F(TransportRead, RestartsTheDeadlineWithEachPiece) {
   for (virtual_system::Microseconds piece = 1; piece <= 4; ++piece) {
     device.reply(bytes("AB"), 4 * piece * Second);
   }
@@ -66,12 +66,12 @@ TEST_F(TransportRead, StartsANewPeriodWithEachPiece) {
   EXPECT_EQ(system.now(), (16 + 5) * Second);
 }
 
-TEST_F(TransportRead, TakesAPieceThatComesInTheLastMillisecond) {
+TEST_F(TransportRead, ReadsAPieceThatArrivesInTheLastMillisecond) {
   device.reply(bytes("AB"), 5 * Second);
   EXPECT_EQ(read(1), bytes("AB"));
 }
 
-TEST_F(TransportRead, LosesAPieceThatComesTooLate) {
+TEST_F(TransportRead, DoesNotReadAPieceThatArrivesTooLate) {
   device.reply(bytes("AB"), 5 * Second + 1);
   EXPECT_EQ(read(1), Bytes());
 }
@@ -83,12 +83,12 @@ TEST_F(TransportRead, EndsAtAFailedProbe) {
   };
   EXPECT_EQ(read(10), bytes("01 02"));
   EXPECT_EQ(device.readSelects, 1);
-  // So that whoever reads again and again until a deadline leaves the processor to others.
+  // A caller that reads again until a deadline must not keep the processor busy.
   EXPECT_EQ(system.briefPauses, std::vector<unsigned int>{1000});
   EXPECT_EQ(system.now(), 1000);
 }
 
-TEST_F(TransportRead, EndsWhenAProbeFailsAfterOthersTimedOut) {
+TEST_F(TransportRead, EndsIfAProbeFailsAfterOthersTimedOut) {
   device.readSelectResult = [probes = 0]() mutable {
     return ++probes < 3 ? 0 : -1;
   };
@@ -96,7 +96,7 @@ TEST_F(TransportRead, EndsWhenAProbeFailsAfterOthersTimedOut) {
   EXPECT_EQ(device.readSelects, 3);
 }
 
-TEST_F(TransportRead, TakesAReadErrorForNoBytes) {
+TEST_F(TransportRead, TreatsAReadErrorAsNoBytes) {
   device.reply(bytes("01 02"));
   device.readResult = [reads = 0]() mutable {
     return ++reads == 1 ? -EINTR : 0;
@@ -104,11 +104,10 @@ TEST_F(TransportRead, TakesAReadErrorForNoBytes) {
   EXPECT_EQ(read(2), bytes("01 02"));
 }
 
-// --- A device that is ready and has nothing, as an unplugged one
-// ----------------------------------
+// --- A device that is readable but has no bytes, such as an unplugged one -----------------------
 
-TEST_F(TransportRead, EndsAfterFiveSecondsOfReadinessWithoutBytes) {
-  device.readyForEver = true;
+TEST_F(TransportRead, EndsIfADeviceIsReadyForFiveSecondsWithoutBytes) {
+  device.alwaysReadable = true;
   device.readResult = [] {
     return -ENODEV;
   };
@@ -117,8 +116,8 @@ TEST_F(TransportRead, EndsAfterFiveSecondsOfReadinessWithoutBytes) {
   EXPECT_EQ(system.briefPauses, std::vector<unsigned int>(5000, 1000));
 }
 
-TEST_F(TransportRead, CountsEmptyTransfersAsNoBytes) {
-  device.readyForEver = true;
+TEST_F(TransportRead, TreatsEmptyTransfersAsNoBytes) {
+  device.alwaysReadable = true;
   for (int transfer = 0; transfer < 10'000; ++transfer) {
     device.reply({});
   }
@@ -127,15 +126,15 @@ TEST_F(TransportRead, CountsEmptyTransfersAsNoBytes) {
 }
 
 TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceWithEachByte) {
-  device.readyForEver = true;
+  device.alwaysReadable = true;
   device.reply(bytes("01"), 4 * Second);
   device.reply(bytes("02"), 8 * Second);
   EXPECT_EQ(read(10), bytes("01 02"));
   EXPECT_EQ(system.now(), 13 * Second);
 }
 
-TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceWhenAProbeTimesOut) {
-  // Ready with nothing for ever, but for one silent probe every three seconds.
+TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceAfterATimeout) {
+  // The device is always readable without bytes, except that one probe in three seconds times out.
   virtual_system::Microseconds lastSilence = 0;
   int silences = 0;
   device.readSelectResult = [&] {
@@ -151,8 +150,8 @@ TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceWhenAProbeTimesOut) {
   EXPECT_EQ(system.now(), (12 + 5) * Second);
 }
 
-TEST_F(TransportRead, EndsThoughTheClockIsSetBackAllTheTime) {
-  device.readyForEver = true;
+TEST_F(TransportRead, EndsEvenIfTheClockIsSetBackContinuously) {
+  device.alwaysReadable = true;
   device.readResult = [&] {
     --system.clockShift;
     return -EIO;
@@ -161,8 +160,7 @@ TEST_F(TransportRead, EndsThoughTheClockIsSetBackAllTheTime) {
   EXPECT_EQ(system.briefPauses.size(), 5000U);
 }
 
-// --- Over libusb
-// ----------------------------------------------------------------------------------
+// --- Over libusb --------------------------------------------------------------------------------
 
 TEST(TransportReadOverLibUsb, EndsFiveSecondsOfProbesAfterTheLastByte) {
   virtual_system::System system;
@@ -173,7 +171,7 @@ TEST(TransportReadOverLibUsb, EndsFiveSecondsOfProbesAfterTheLastByte) {
   library.incoming = pattern(20);
   Bytes buffer(1000);
   EXPECT_EQ(transport->CT_Read(buffer.data(), buffer.size()), 20);
-  // The connector's own wait, and then the probes of a second each.
+  // The connector's own wait, then the probes of 1 s each.
   EXPECT_EQ(library.readTimeouts, (std::vector<int>{10000, 10000, 1000, 1000, 1000, 1000, 1000}));
   EXPECT_EQ(system.now(), 15 * Second);
 }

@@ -15,13 +15,13 @@ using virtual_system::System;
 
 namespace {
 
-const Output DestructionLine = {"", support::TransportGone};
+const Output DestructionLine = {"", support::TransportReleased};
 
 }  // namespace
 
-// --- The one instance ---------------------------------------------------------------------------
+// --- The shared instance------------------------------------------------------------------------
 
-TEST(TransportInstance, IsOneForAllUsersAndGoesWithTheLast) {
+TEST(TransportInstance, IsSharedAndDestroyedWithTheLastUser) {
   HCUSBTransport* first = nullptr;
   HCUSBTransport* second = nullptr;
   EXPECT_EQ(outputOf([&] {
@@ -36,14 +36,14 @@ TEST(TransportInstance, IsOneForAllUsersAndGoesWithTheLast) {
   EXPECT_EQ(outputOf(HCUSBTransport::DestroyInstance), DestructionLine);
 }
 
-TEST(TransportInstance, IsMadeAnewAfterTheLastUser) {
+TEST(TransportInstance, IsCreatedAgainAfterTheLastUser) {
   for (int round = 0; round < 2; ++round) {
     EXPECT_NE(HCUSBTransport::GetInstance(), nullptr);
     EXPECT_EQ(outputOf(HCUSBTransport::DestroyInstance), DestructionLine);
   }
 }
 
-TEST(TransportInstance, ClosesAnOpenChannelWhenItGoes) {
+TEST(TransportInstance, ClosesAnOpenConnectorWhenItIsDestroyed) {
   System system;
   const auto& device = system.device("/dev/usb/lp0");
   {
@@ -54,17 +54,17 @@ TEST(TransportInstance, ClosesAnOpenChannelWhenItGoes) {
   EXPECT_FALSE(device.isOpen);
 }
 
-TEST(TransportInstance, IsNotDeletedByAReleaseTooMany) {
+TEST(TransportInstance, IsNotDestroyedTwiceByAnExtraRelease) {
   EXPECT_EQ(outputOf(HCUSBTransport::DestroyInstance), Output());
-  // The count is below zero: the next user makes it zero again, and the one after that counts.
+  // The count of users is -1 now. The next user sets it to 0, and the user after that to 1.
   HCUSBTransport* const first = HCUSBTransport::GetInstance();
   EXPECT_EQ(HCUSBTransport::GetInstance(), first);
   EXPECT_EQ(outputOf(HCUSBTransport::DestroyInstance), DestructionLine);
 }
 
-// --- Without a channel --------------------------------------------------------------------------
+// --- Without a connector ------------------------------------------------------------------------
 
-TEST(TransportWithoutConnector, FailsAtOnce) {
+TEST(TransportWithoutConnector, FailsImmediately) {
   System system;
   const TransportUser transport;
   unsigned char byte = 0xEE;
@@ -76,7 +76,7 @@ TEST(TransportWithoutConnector, FailsAtOnce) {
   EXPECT_EQ(system.now(), 0);
 }
 
-TEST(TransportClose, KeepsTheConnectorClosed) {
+TEST(TransportClose, KeepsTheClosedConnector) {
   System system;
   auto& device = system.device("/dev/usb/lp0");
   const TransportUser transport;

@@ -6,7 +6,7 @@
 
 #include "testing/bytes.h"
 #include "testing/fake_libusb.h"
-#include "testing/usblp_channel.h"
+#include "testing/open_transport.h"
 
 using support::Bytes;
 using support::bytes;
@@ -16,7 +16,7 @@ using virtual_system::Second;
 
 namespace {
 
-class TransportWrite : public support::UsblpChannel {
+class TransportWrite : public support::OpenTransport {
  protected:
   long write(const Bytes& data) {
     Bytes copy = data;
@@ -28,18 +28,18 @@ class TransportWrite : public support::UsblpChannel {
     return transport->writeRequest(copy);
   }
 
-  /// Answers each write with the next of `results`: a count or a negative errno. The last one
-  /// stays.
-  void answer(std::vector<int> results) {
+  /// Gives each write the next of `results`, and the last one to all that follow. A result is a
+  /// count or a negative errno.
+  void setResults(std::vector<int> results) {
     device.writeResult = [this, results](std::size_t size) {
       ++calls;
-      askedFor.push_back(size);
+      requested.push_back(size);
       return results[std::min(calls, results.size()) - 1];
     };
   }
 
-  /// What the device took, in order.
-  Bytes taken() const {
+  /// Returns the bytes that the device accepted, in order.
+  Bytes accepted() const {
     Bytes all;
     for (const Bytes& piece : device.writes) {
       all.insert(all.end(), piece.begin(), piece.end());
@@ -48,32 +48,31 @@ class TransportWrite : public support::UsblpChannel {
   }
 
   std::size_t calls = 0;
-  std::vector<std::size_t> askedFor;
+  std::vector<std::size_t> requested;
 };
 
 }  // namespace
 
-// --- CT_Write: one write of the connector
-// ---------------------------------------------------------
+// --- CT_Write: one write of the connector -------------------------------------------------------
 
 TEST_F(TransportWrite, ReturnsTheConnectorsCount) {
   EXPECT_EQ(write(bytes("A5 00 06")), 3);
   EXPECT_EQ(device.writes, std::vector<Bytes>{bytes("A5 00 06")});
 }
 
-TEST_F(TransportWrite, ReturnsAShortCountAsItIs) {
-  answer({4});
+TEST_F(TransportWrite, ReturnsAShortCount) {
+  setResults({4});
   EXPECT_EQ(write(pattern(10)), 4);
   EXPECT_EQ(calls, 1U);
 }
 
-TEST_F(TransportWrite, ReturnsAFailureWithItsSign) {
-  answer({-EIO});
+TEST_F(TransportWrite, ReturnsMinusOneForAFailure) {
+  setResults({-EIO});
   EXPECT_EQ(write(pattern(10)), -1);
 }
 
-TEST_F(TransportWrite, IgnoresTheTimeLimit) {
-  answer({-EAGAIN});
+TEST_F(TransportWrite, IgnoresTheTimeout) {
+  setResults({-EAGAIN});
   Bytes data = pattern(3);
   EXPECT_EQ(
       transport->CT_Write(data.data(), data.size(), std::numeric_limits<unsigned long>::max()), -1);
@@ -81,48 +80,47 @@ TEST_F(TransportWrite, IgnoresTheTimeLimit) {
   EXPECT_EQ(calls, 1U);
 }
 
-// --- A request over usblp is finished
-// --------------------------------------------------------------
+// --- writeRequest over usblp: writes the rest of a request --------------------------------------
 
-TEST_F(TransportWrite, RequestTakenWholeIsWrittenOnce) {
+TEST_F(TransportWrite, WritesARequestOnceIfAllBytesAreAccepted) {
   EXPECT_EQ(writeRequest(pattern(10)), 10);
   EXPECT_EQ(device.writes.size(), 1U);
   EXPECT_EQ(system.now(), 0);
 }
 
-TEST_F(TransportWrite, RequestThatFailsAtOnceIsNotRepeated) {
+TEST_F(TransportWrite, DoesNotRepeatARequestThatFailsImmediately) {
   for (const int result : {-EAGAIN, -EIO, 0}) {
     calls = 0;
-    answer({result});
+    setResults({result});
     EXPECT_EQ(writeRequest(pattern(10)), result < 0 ? -1 : 0);
     EXPECT_EQ(calls, 1U);
     EXPECT_EQ(system.now(), 0);
   }
 }
 
-TEST_F(TransportWrite, RequestTakenInPartIsFinished) {
-  answer({4, 1, 5});
+TEST_F(TransportWrite, WritesTheRestOfARequestAfterAShortWrite) {
+  setResults({4, 1, 5});
   EXPECT_EQ(writeRequest(pattern(10)), 10);
-  EXPECT_EQ(askedFor, (std::vector<std::size_t>{10, 6, 5}));
-  EXPECT_EQ(taken(), pattern(10));
+  EXPECT_EQ(requested, (std::vector<std::size_t>{10, 6, 5}));
+  EXPECT_EQ(accepted(), pattern(10));
   EXPECT_TRUE(system.briefPauses.empty());
 }
 
-TEST_F(TransportWrite, RequestWaitsWhileTheDeviceSaysTryAgain) {
-  answer({8, -EAGAIN, -EAGAIN, -EAGAIN, 2});
+TEST_F(TransportWrite, RetriesTheRestOfARequestAfterEagain) {
+  setResults({8, -EAGAIN, -EAGAIN, -EAGAIN, 2});
   EXPECT_EQ(writeRequest(pattern(10)), 10);
-  EXPECT_EQ(taken(), pattern(10));
+  EXPECT_EQ(accepted(), pattern(10));
   EXPECT_EQ(system.briefPauses, std::vector<unsigned int>(3, 1000));
 }
 
-TEST_F(TransportWrite, RequestIsGivenUpAfterFiveSecondsOfTryAgain) {
-  answer({8, -EAGAIN});
+TEST_F(TransportWrite, EndsARequestAfterFiveSecondsOfEagain) {
+  setResults({8, -EAGAIN});
   EXPECT_EQ(writeRequest(pattern(10)), 8);
   EXPECT_EQ(system.now(), 5 * Second);
   EXPECT_EQ(system.briefPauses, std::vector<unsigned int>(5000, 1000));
 }
 
-TEST_F(TransportWrite, RequestIsGivenUpAfterFiveSecondsInAllThoughBytesGoOut) {
+TEST_F(TransportWrite, EndsARequestFiveSecondsAfterTheFirstWrite) {
   virtual_system::Microseconds nextByte = 0;
   device.writeResult = [&](std::size_t) {
     if (system.now() < nextByte) {
@@ -135,33 +133,32 @@ TEST_F(TransportWrite, RequestIsGivenUpAfterFiveSecondsInAllThoughBytesGoOut) {
   EXPECT_EQ(system.now(), 5 * Second);
 }
 
-TEST_F(TransportWrite, RequestIsGivenUpAfterFiveSecondsOfWritesOfNothing) {
-  answer({8, 0});
+TEST_F(TransportWrite, EndsARequestAfterFiveSecondsOfEmptyWrites) {
+  setResults({8, 0});
   EXPECT_EQ(writeRequest(pattern(10)), 8);
   EXPECT_EQ(system.now(), 5 * Second);
 }
 
-TEST_F(TransportWrite, RequestEndsAtOnceWhenTheRestFails) {
+TEST_F(TransportWrite, EndsARequestImmediatelyIfTheRestFails) {
   for (const int error : {EIO, ENODEV, EINTR}) {
     calls = 0;
-    answer({8, -error});
+    setResults({8, -error});
     EXPECT_EQ(writeRequest(pattern(10)), 8) << "error " << error;
     EXPECT_EQ(calls, 2U) << "error " << error;
     EXPECT_EQ(system.now(), 0) << "error " << error;
   }
 }
 
-TEST_F(TransportWrite, RequestEndsAtOnceWhenTheDeviceFailsAfterTryAgain) {
-  answer({8, -EAGAIN, -EAGAIN, -ENODEV});
+TEST_F(TransportWrite, EndsARequestImmediatelyIfTheDeviceFailsAfterEagain) {
+  setResults({8, -EAGAIN, -EAGAIN, -ENODEV});
   EXPECT_EQ(writeRequest(pattern(10)), 8);
   EXPECT_EQ(calls, 4U);
   EXPECT_EQ(system.now(), 2000);
 }
 
-// --- A request over libusb
-// -------------------------------------------------------------------------
+// --- writeRequest over libusb -------------------------------------------------------------------
 
-TEST(TransportRequestOverLibUsb, IsOverWithAShortCount) {
+TEST(TransportRequestOverLibUsb, EndsAfterAShortCount) {
   virtual_system::System system;
   fake_libusb::Library library;
   library.addPrinter("002", "005");

@@ -21,7 +21,7 @@ namespace {
 constexpr unsigned char PrinterClass = 7;
 constexpr unsigned char ScannerClass = 6;
 
-/// A connector that looks for printers, on a bus that a test fills.
+/// A fixture with a connector for printers. The test adds the devices of the bus.
 class LibUsb : public testing::Test {
  protected:
   void expectOpened(int bus, int device) {
@@ -44,28 +44,28 @@ class LibUsb : public testing::Test {
 
 // --- The device search --------------------------------------------------------------------------
 
-TEST_F(LibUsb, IsOfItsKindAndWithoutStatus) {
+TEST_F(LibUsb, HasItsTypeAndNoStatusAtFirst) {
   EXPECT_EQ(connector.getType(), HC_LOC_LIBUSB);
   EXPECT_EQ(connector.getLastError(), IO_OK);
 }
 
-TEST_F(LibUsb, CannotBeOpenedWithoutAnAddress) {
+TEST_F(LibUsb, FailsToOpenWithoutAnAddress) {
   library.addPrinter("001", "001");
   EXPECT_EQ(connector.open(), 1);
   EXPECT_EQ(connector.getLastError(), IO_FAILED);
   EXPECT_EQ(library.calls, Calls());
 }
 
-TEST_F(LibUsb, EnumeratesSelectsTheConfigurationAndClaims) {
+TEST_F(LibUsb, EnumeratesTheDevicesAndClaimsTheInterface) {
   library.addPrinter("002", "005");
-  library.setConfiguration = -EBUSY;  // makes no difference
+  library.setConfiguration = -EBUSY;  // ignored
   expectOpened(2, 5);
   EXPECT_EQ(library.calls,
             (Calls{"usb_init()", "usb_find_busses()", "usb_find_devices()", "usb_get_busses()",
                    "usb_open()", "usb_set_configuration(1)", "usb_claim_interface(0)"}));
 }
 
-TEST_F(LibUsb, TakesTheDeviceOfBothNumbers) {
+TEST_F(LibUsb, OpensTheDeviceWithBothNumbers) {
   library.addPrinter("001", "005");
   library.addPrinter("002", "004");
   struct usb_device* const wanted = library.addPrinter("002", "005");
@@ -82,7 +82,7 @@ TEST_F(LibUsb, ReadsTheNamesAsNumbers) {
   expectOpened(2, 5);
 }
 
-TEST_F(LibUsb, ClosesTheDeviceBeforeItOpensAnother) {
+TEST_F(LibUsb, ClosesTheDeviceBeforeOpeningAnother) {
   library.addPrinter("001", "002");
   library.addPrinter("001", "003");
   expectOpened(1, 2);
@@ -101,14 +101,14 @@ TEST_F(LibUsb, FindsNothingAtAnotherAddress) {
   EXPECT_EQ(library.count("usb_open()"), 0);
 }
 
-TEST_F(LibUsb, PassesADeviceWithoutConfigurations) {
+TEST_F(LibUsb, SkipsADeviceWithoutConfigurations) {
   library.addDevice("001", "002", {});
   expectNotOpened(1, 2);
   library.addPrinter("001", "002");
   expectOpened(1, 2);
 }
 
-TEST_F(LibUsb, PassesADeviceOfAnotherClass) {
+TEST_F(LibUsb, SkipsADeviceOfAnotherClass) {
   library.addDevice("001", "002", {{1, {{{ScannerClass, 0, {}}}}}});
   expectNotOpened(1, 2);
   EXPECT_EQ(library.count("usb_open()"), 0);
@@ -135,7 +135,7 @@ TEST_F(LibUsb, StopsAtTheFirstClaim) {
   EXPECT_EQ(library.calls.back(), "usb_claim_interface(0)");
 }
 
-TEST_F(LibUsb, GoesOnAfterARefusedClaimButNotWithTheSameInterface) {
+TEST_F(LibUsb, TriesTheNextInterfaceAfterARefusedClaim) {
   const Alternate firstSetting = {PrinterClass, 0, {}};
   const Alternate otherSetting = {PrinterClass, 1, {}};
   const Interface next = {{PrinterClass, 2, {}}};
@@ -156,7 +156,7 @@ TEST_F(LibUsb, GoesOnAfterARefusedClaimButNotWithTheSameInterface) {
              "usb_open()", "usb_set_configuration(1)", "usb_claim_interface(4)"}));
 }
 
-TEST_F(LibUsb, FailsWhenEveryClaimIsRefused) {
+TEST_F(LibUsb, FailsIfEveryClaimIsRefused) {
   library.addPrinter("001", "002");
   library.claim = [](int) {
     return -EBUSY;
@@ -165,14 +165,14 @@ TEST_F(LibUsb, FailsWhenEveryClaimIsRefused) {
   EXPECT_EQ(library.calls.back(), "usb_close()");
 }
 
-TEST_F(LibUsb, FailsWhenTheDeviceCannotBeOpened) {
+TEST_F(LibUsb, FailsIfTheDeviceCannotBeOpened) {
   library.addPrinter("001", "002");
   library.opens = false;
   expectNotOpened(1, 2);
   EXPECT_EQ(library.calls.back(), "usb_open()");
 }
 
-TEST_F(LibUsb, TakesAPositiveClaimAsSuccess) {
+TEST_F(LibUsb, TreatsAPositiveClaimResultAsSuccess) {
   library.addPrinter("001", "002");
   library.claim = [](int) {
     return 1;
@@ -180,7 +180,7 @@ TEST_F(LibUsb, TakesAPositiveClaimAsSuccess) {
   expectOpened(1, 2);
 }
 
-TEST_F(LibUsb, ClaimsWhatItIsGiven) {
+TEST_F(LibUsb, ClaimsTheGivenInterface) {
   struct usb_device* const device = library.addDevice(
       "001", "002", {{4, {{{PrinterClass, 0, {}}}}}, {5, {{{PrinterClass, 2, {}}}}}});
   EXPECT_TRUE(connector.claim(device, 1, device->config[1].interface[0].altsetting));

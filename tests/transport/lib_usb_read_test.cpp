@@ -22,13 +22,13 @@ constexpr int RingCapacity = 65536;
 
 // --- Bulk poll ----------------------------------------------------------------------------------
 
-TEST_F(LibUsbTransfer, PollFailsWhenClosed) {
+TEST_F(LibUsbTransfer, PollFailsIfTheConnectorIsClosed) {
   EXPECT_EQ(connector.isReadReady(1000), IO_FAILED);
   EXPECT_EQ(connector.getLastError(), IO_FAILED);
   EXPECT_TRUE(library.calls.empty());
 }
 
-TEST_F(LibUsbTransfer, PollReadsOnePacketWithItsTimeLimitInMilliseconds) {
+TEST_F(LibUsbTransfer, PollReadsOnePacketWithItsTimeoutInMilliseconds) {
   open();
   library.incoming = pattern(100);
   EXPECT_EQ(connector.isReadReady(1234), IO_READ_READY);
@@ -58,12 +58,12 @@ INSTANTIATE_TEST_SUITE_P(Results, LibUsbPollResult,
                          testing::Values(TransferRow{{"OneByte"}, 1, IO_READ_READY},
                                          TransferRow{{"WholePacket"}, 64, IO_READ_READY},
                                          TransferRow{{"Nothing"}, 0, IO_TIMEOUT},
-                                         TransferRow{{"TimeLimit"}, -110, IO_TIMEOUT},
+                                         TransferRow{{"Timeout"}, -110, IO_TIMEOUT},
                                          TransferRow{{"Stall"}, -32, IO_FAILED},
                                          TransferRow{{"Unplugged"}, -19, IO_FAILED}),
                          support::rowName);
 
-TEST_F(LibUsbTransfer, PollPausesBrieflyWhenNothingComesAtOnce) {
+TEST_F(LibUsbTransfer, PollPausesBrieflyAfterAnImmediateEmptyRead) {
   open();
   library.bulkRead = [](char*, int) {
     return 0;
@@ -72,7 +72,7 @@ TEST_F(LibUsbTransfer, PollPausesBrieflyWhenNothingComesAtOnce) {
   EXPECT_EQ(system.briefPauses.size(), 1U);
 }
 
-TEST_F(LibUsbTransfer, PollDoesNotPauseBehindItsTimeLimit) {
+TEST_F(LibUsbTransfer, PollDoesNotPauseAfterItsTimeout) {
   open();
   EXPECT_EQ(connector.isReadReady(1000), IO_TIMEOUT);
   EXPECT_TRUE(system.briefPauses.empty());
@@ -100,7 +100,7 @@ TEST_F(LibUsbTransfer, PollKeepsAPacketThatLeavesOneFreeByte) {
 
 // --- Buffered read ------------------------------------------------------------------------------
 
-TEST_F(LibUsbTransfer, ReadOfNothingDoesNotPoll) {
+TEST_F(LibUsbTransfer, ReadOfZeroBytesDoesNotPoll) {
   open();
   unsigned char byte = 0x55;
   EXPECT_EQ(connector.read(&byte, 0), 0);
@@ -109,7 +109,7 @@ TEST_F(LibUsbTransfer, ReadOfNothingDoesNotPoll) {
   EXPECT_EQ(byte, 0x55);
 }
 
-TEST_F(LibUsbTransfer, ReadTakesStoredBytesWithoutPolling) {
+TEST_F(LibUsbTransfer, ReadReturnsStoredBytesWithoutPolling) {
   open();
   fillRing(10);
   library.calls.clear();
@@ -118,7 +118,7 @@ TEST_F(LibUsbTransfer, ReadTakesStoredBytesWithoutPolling) {
   EXPECT_TRUE(library.calls.empty());
 }
 
-TEST_F(LibUsbTransfer, ReadPollsUntilItHasEnoughAndKeepsTheRest) {
+TEST_F(LibUsbTransfer, ReadPollsUntilItHasEnoughBytesAndKeepsTheRest) {
   open();
   library.incoming = pattern(150);
   EXPECT_EQ(read(70), pattern(70));
@@ -128,7 +128,7 @@ TEST_F(LibUsbTransfer, ReadPollsUntilItHasEnoughAndKeepsTheRest) {
   EXPECT_EQ(library.readTimeouts.size(), 2U);
 }
 
-TEST_F(LibUsbTransfer, ReadGivesWhatThereIsWhenAPollTimesOut) {
+TEST_F(LibUsbTransfer, ReadReturnsTheBytesBeforeATimeout) {
   open();
   library.incoming = pattern(70);
   EXPECT_EQ(read(100), pattern(70));
@@ -136,14 +136,14 @@ TEST_F(LibUsbTransfer, ReadGivesWhatThereIsWhenAPollTimesOut) {
   EXPECT_EQ(connector.getLastError(), IO_TIMEOUT);
 }
 
-TEST_F(LibUsbTransfer, ReadGivesNothingAfterOnePollThatTimesOut) {
+TEST_F(LibUsbTransfer, ReadReturnsNothingAfterOneTimeout) {
   open();
   EXPECT_EQ(read(10), Bytes());
   EXPECT_EQ(library.readTimeouts, std::vector<int>{10000});
   EXPECT_EQ(system.now(), 10 * Second);
 }
 
-TEST_F(LibUsbTransfer, ReadGivesWhatIsStoredWhenAPollFails) {
+TEST_F(LibUsbTransfer, ReadReturnsStoredBytesIfAPollFails) {
   open();
   fillRing(5);
   library.bulkRead = [](char*, int) {
@@ -152,7 +152,7 @@ TEST_F(LibUsbTransfer, ReadGivesWhatIsStoredWhenAPollFails) {
   EXPECT_EQ(read(10), pattern(5));
 }
 
-TEST_F(LibUsbTransfer, ReadGivesStoredBytesAfterClose) {
+TEST_F(LibUsbTransfer, ReadReturnsStoredBytesAfterClose) {
   open();
   fillRing(5);
   connector.close();

@@ -18,7 +18,7 @@ using virtual_system::Second;
 
 // --- Endpoints ----------------------------------------------------------------------------------
 
-TEST_F(LibUsbTransfer, UsesTheBulkEndpointsAlone) {
+TEST_F(LibUsbTransfer, UsesOnlyBulkEndpoints) {
   open({{0x81, Bulk, 16}, {0x02, Bulk, 512}, {0x83, Interrupt, 8}, {0x04, Interrupt, 8}});
   write(bytes("01"));
   connector.isReadReady(0);
@@ -34,7 +34,7 @@ TEST_F(LibUsbTransfer, UsesTheLastEndpointOfADirection) {
   EXPECT_EQ(library.readSizes, std::vector<int>{32});
 }
 
-TEST_F(LibUsbTransfer, LooksAtTheTransferTypeBitsOnly) {
+TEST_F(LibUsbTransfer, ChecksOnlyTheTransferTypeBits) {
   open({{0x81, 0xFC | Bulk, 16}, {0x02, 0x40 | Bulk, 512}});
   connector.isReadReady(0);
   EXPECT_EQ(library.calls, std::vector<std::string>{"usb_bulk_read(129)"});
@@ -52,32 +52,32 @@ TEST_F(LibUsbTransfer, WritesChunksOfTheInEndpointsPacketSize) {
   EXPECT_EQ(joined({library.written[0], library.written[1], library.written[2]}), data);
 }
 
-TEST_F(LibUsbTransfer, WritesChunksOf32WithoutInEndpoint) {
+TEST_F(LibUsbTransfer, WritesChunksOf32BytesWithoutInEndpoint) {
   open({{0x02, Bulk, 512}});
   EXPECT_EQ(write(pattern(70)), 70);
   EXPECT_EQ(library.chunkSizes, (std::vector<int>{32, 32, 6}));
 }
 
-TEST_F(LibUsbTransfer, WritesChunksOf32WhenTheInEndpointHasNoPacketSize) {
+TEST_F(LibUsbTransfer, WritesChunksOf32BytesIfTheInEndpointHasNoPacketSize) {
   open({{0x81, Bulk, 0}, {0x02, Bulk, 512}});
   EXPECT_EQ(write(pattern(33)), 33);
   EXPECT_EQ(library.chunkSizes, (std::vector<int>{32, 1}));
 }
 
-TEST_F(LibUsbTransfer, DoesNotCallLibusbToWriteNothing) {
+TEST_F(LibUsbTransfer, DoesNotCallLibusbForAnEmptyWrite) {
   open();
   EXPECT_EQ(write({}), 0);
   EXPECT_TRUE(library.calls.empty());
 }
 
-TEST_F(LibUsbTransfer, WritesNothingAndSetsNoStatusWhenClosed) {
+TEST_F(LibUsbTransfer, WritesNothingAndSetsNoStatusIfClosed) {
   EXPECT_EQ(connector.isWriteReady(0), IO_WRITE_READY);
   EXPECT_EQ(write(bytes("01")), 0);
   EXPECT_EQ(connector.getLastError(), IO_WRITE_READY);
   EXPECT_TRUE(library.calls.empty());
 }
 
-TEST_F(LibUsbTransfer, GoesOnBehindWhatAChunkTook) {
+TEST_F(LibUsbTransfer, ContinuesAfterTheAcceptedPartOfAChunk) {
   open();
   const Bytes data = pattern(100);
   answerWrites({10, 64});
@@ -149,7 +149,7 @@ TEST_F(LibUsbTransfer, CountsTheRetriesOfAllChunksTogether) {
   EXPECT_EQ(library.count("usb_bulk_write(2)"), 1 + 24 + 1);
 }
 
-TEST_F(LibUsbTransfer, GivesUpWhenNothingIsEverTaken) {
+TEST_F(LibUsbTransfer, GivesUpIfNothingIsEverAccepted) {
   open();
   answerWrites({64, 0});
   EXPECT_EQ(write(pattern(150)), 64);

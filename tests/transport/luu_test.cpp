@@ -7,13 +7,13 @@
 
 namespace {
 
-/// Tests of the wrappers with an open device. Every libusb call returns `Error`.
+/// A fixture for tests of the wrappers, with an open device. Every libusb call returns `Error`.
 class Luu : public testing::Test {
  protected:
   static constexpr int Error = -19;
 
   Luu() {
-    library.idleResult = Error;
+    library.unusedResult = Error;
     library.setConfiguration = Error;
     library.claim = [](int) {
       return Error;
@@ -34,7 +34,7 @@ class Luu : public testing::Test {
     EXPECT_EQ(library.lastNumbers, numbers);
     EXPECT_EQ(library.lastPointers, pointers);
   }
-  /// Also expects that the wrapper returned the call's result.
+  /// Expects the last libusb call, and that the wrapper returned its result.
   void expectCall(int result, const char* call, const std::vector<long>& numbers,
                   const std::vector<const void*>& pointers) const {
     EXPECT_EQ(result, Error) << call;
@@ -66,7 +66,7 @@ TEST_F(Luu, PassesArgumentsOnAndReturnsTheResult) {
   expectCall(luu_usb_close(second), "usb_close()", {}, {second});
 }
 
-TEST_F(Luu, ReturnsWhatIsNoNumber) {
+TEST_F(Luu, ReturnsPointersUnchanged) {
   expectCall("usb_open()", {}, {device});
   EXPECT_NE(handle, nullptr);
   library.opens = false;
@@ -79,7 +79,7 @@ TEST_F(Luu, ReturnsWhatIsNoNumber) {
   expectCall("usb_strerror()", {}, {});
 }
 
-TEST(LuuInitialize, GivesZeroWithoutLibusb) {
+TEST(LuuInitialize, ReturnsZeroWithoutCallingLibusb) {
   EXPECT_EQ(luu_initialize(), 0);
 }
 

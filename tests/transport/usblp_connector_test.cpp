@@ -38,7 +38,7 @@ namespace {
 
 constexpr std::size_t LongestPath = 63;
 
-/// A prefix of `length` characters.
+/// Returns a prefix of `length` characters.
 std::string prefixOf(std::size_t length) {
   std::string prefix = "/dev/usb/";
   return prefix.append(length - prefix.size(), 'p');
@@ -54,7 +54,7 @@ class UsblpName : public testing::TestWithParam<NameRow> {};
 
 }  // namespace
 
-TEST_P(UsblpName, IsOpenedWhenItCanBeFormed) {
+TEST_P(UsblpName, IsOpenedIfPrefixAndNumberAreValid) {
   const NameRow& row = GetParam();
   System system;
   const Device& device = system.device(row.prefix + std::to_string(row.number));
@@ -84,7 +84,7 @@ TEST(UsblpOpen, FailsWithoutPrefix) {
   EXPECT_EQ(connector.getLastError(), IO_FAILED);
 }
 
-TEST(UsblpOpen, FailsForEachErrorOfTheSystem) {
+TEST(UsblpOpen, FailsForEachSystemError) {
   for (const int error : {EACCES, EBUSY, ENODEV}) {
     System system;
     system.device("/dev/usb/lp0").openErrno = error;
@@ -102,7 +102,7 @@ TEST(UsblpOpen, FailsWithoutDevice) {
   EXPECT_EQ(connector.getLastError(), IO_FAILED);
 }
 
-TEST(UsblpOpen, FailsWhileAnotherHasTheDevice) {
+TEST(UsblpOpen, FailsWhileTheDeviceIsOpenElsewhere) {
   System system;
   system.device("/dev/usb/lp0");
   USBLPConnector first(Prefix, 0);
@@ -113,7 +113,7 @@ TEST(UsblpOpen, FailsWhileAnotherHasTheDevice) {
   EXPECT_EQ(second.open(), 0);
 }
 
-TEST(UsblpOpen, CountsDescriptorZeroAsFailure) {
+TEST(UsblpOpen, TreatsDescriptorZeroAsFailure) {
   System system;
   Device& device = system.device("/dev/usb/lp0");
   device.descriptor = 0;
@@ -131,7 +131,7 @@ TEST_F(OpenUsblp, ClosesOnce) {
   EXPECT_EQ(device.closes, 1);
 }
 
-TEST_F(OpenUsblp, ClosesTheDeviceBeforeItOpensItAgain) {
+TEST_F(OpenUsblp, ClosesTheDeviceBeforeOpeningItAgain) {
   EXPECT_EQ(connector.open(), 0);
   EXPECT_EQ(device.opens, 2);
   EXPECT_EQ(device.closes, 1);
@@ -139,7 +139,7 @@ TEST_F(OpenUsblp, ClosesTheDeviceBeforeItOpensItAgain) {
   EXPECT_EQ(device.closes, 2);
 }
 
-TEST_F(OpenUsblp, KeepsTheDescriptorOfAFailedClose) {
+TEST_F(OpenUsblp, KeepsTheDescriptorAfterAFailedClose) {
   device.closeErrno = EIO;
   EXPECT_EQ(connector.close(), 1);
   EXPECT_EQ(connector.getLastError(), IO_FAILED);

@@ -24,7 +24,7 @@ class UsblpSelect : public OpenUsblp, public testing::WithParamInterface<SelectR
 
 }  // namespace
 
-TEST_P(UsblpSelect, DecidesTheReadProbe) {
+TEST_P(UsblpSelect, SetsTheResultOfTheReadProbe) {
   device.readSelectResult = [] {
     return GetParam().result;
   };
@@ -34,7 +34,7 @@ TEST_P(UsblpSelect, DecidesTheReadProbe) {
   EXPECT_EQ(device.writeSelects, 0);
 }
 
-TEST_P(UsblpSelect, DecidesTheWriteProbe) {
+TEST_P(UsblpSelect, SetsTheResultOfTheWriteProbe) {
   device.writeSelectResult = [] {
     return GetParam().result;
   };
@@ -46,11 +46,11 @@ TEST_P(UsblpSelect, DecidesTheWriteProbe) {
 
 INSTANTIATE_TEST_SUITE_P(Results, UsblpSelect,
                          testing::Values(SelectRow{{"Ready"}, 1, IO_READ_READY, IO_WRITE_READY},
-                                         SelectRow{{"TimeLimit"}, 0, IO_TIMEOUT, IO_TIMEOUT},
+                                         SelectRow{{"Timeout"}, 0, IO_TIMEOUT, IO_TIMEOUT},
                                          SelectRow{{"Error"}, -1, IO_FAILED, IO_FAILED}),
                          support::rowName);
 
-TEST_F(OpenUsblp, ProbeWaitsAtMostItsMicroseconds) {
+TEST_F(OpenUsblp, ProbeWaitsAtMostItsTimeoutInMicroseconds) {
   EXPECT_EQ(connector.isReadReady(1000), IO_TIMEOUT);
   EXPECT_EQ(system.now(), 1000);
   EXPECT_EQ(device.selectLimits, std::vector<long>{1000});
@@ -62,7 +62,7 @@ TEST_F(OpenUsblp, ProbeEndsWhenBytesArrive) {
   EXPECT_EQ(system.now(), 300);
 }
 
-TEST_F(OpenUsblp, ProbePutsTheWholeLimitIntoTheMicroseconds) {
+TEST_F(OpenUsblp, ProbeStoresTheWholeTimeoutInTheMicroseconds) {
   connector.isReadReady(2'500'000);
   EXPECT_EQ(device.lastLimit.tv_sec, 0);
   EXPECT_EQ(device.lastLimit.tv_usec, 2'500'000);
@@ -71,7 +71,7 @@ TEST_F(OpenUsblp, ProbePutsTheWholeLimitIntoTheMicroseconds) {
   EXPECT_EQ(device.lastLimit.tv_usec, 3'000'000);
 }
 
-TEST_F(OpenUsblp, ProbeFailsAtOnceAfterClose) {
+TEST_F(OpenUsblp, ProbeFailsImmediatelyAfterClose) {
   connector.close();
   EXPECT_EQ(connector.isReadReady(1000), IO_FAILED);
   EXPECT_EQ(connector.getLastError(), IO_FAILED);
@@ -91,11 +91,11 @@ class UsblpDescriptor : public testing::TestWithParam<DescriptorRow> {};
 
 }  // namespace
 
-TEST_P(UsblpDescriptor, IsProbedOnlyWhenASetCanHoldIt) {
+TEST_P(UsblpDescriptor, IsProbedOnlyIfItFitsIntoADescriptorSet) {
   System system;
   Device& device = system.device("/dev/usb/lp0");
   device.descriptor = GetParam().descriptor;
-  device.readyForEver = true;
+  device.alwaysReadable = true;
   USBLPConnector connector("/dev/usb/lp", 0);
   ASSERT_EQ(connector.open(), 0);
   EXPECT_EQ(connector.isReadReady(1000), GetParam().fits ? IO_READ_READY : IO_FAILED);

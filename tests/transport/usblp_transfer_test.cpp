@@ -10,7 +10,7 @@ using support::Bytes;
 using support::bytes;
 using support::OpenUsblp;
 
-TEST_F(OpenUsblp, ReadsWhatArrivedAndLeavesTheStatusAlone) {
+TEST_F(OpenUsblp, ReadsArrivedBytesAndLeavesTheStatusUnchanged) {
   device.reply(bytes("01 02 03"));
   connector.peek(buffer.data(), 0);
   EXPECT_EQ(connector.read(buffer.data(), 10), 3);
@@ -19,7 +19,7 @@ TEST_F(OpenUsblp, ReadsWhatArrivedAndLeavesTheStatusAlone) {
   EXPECT_EQ(connector.getLastError(), IO_BAD_DEVICE);
 }
 
-TEST_F(OpenUsblp, ReportsAReadOfNothingAsZero) {
+TEST_F(OpenUsblp, ReturnsZeroForAnEmptyRead) {
   device.reply({});
   connector.peek(buffer.data(), 0);
   EXPECT_EQ(connector.read(buffer.data(), 10), 0);
@@ -29,8 +29,8 @@ TEST_F(OpenUsblp, ReportsAReadOfNothingAsZero) {
 namespace {
 
 struct WriteRow : support::Row {
-  int asked;
-  int taken;
+  int size;
+  int accepted;
   HCIOStatus status;
 };
 
@@ -38,11 +38,11 @@ class UsblpWrite : public OpenUsblp, public testing::WithParamInterface<WriteRow
 
 }  // namespace
 
-TEST_P(UsblpWrite, ReturnsTheCountTakenAndKeepsItsStatus) {
+TEST_P(UsblpWrite, ReturnsTheAcceptedCountAndSetsTheStatus) {
   device.writeResult = [](std::size_t) {
-    return GetParam().taken;
+    return GetParam().accepted;
   };
-  EXPECT_EQ(connector.write(buffer.data(), GetParam().asked), GetParam().taken);
+  EXPECT_EQ(connector.write(buffer.data(), GetParam().size), GetParam().accepted);
   EXPECT_EQ(connector.getLastError(), GetParam().status);
   EXPECT_EQ(device.writes.size(), 1U);
 }
@@ -71,7 +71,7 @@ class UsblpErrno : public OpenUsblp, public testing::WithParamInterface<ErrnoRow
 
 }  // namespace
 
-TEST_P(UsblpErrno, OfAReadBecomesTheStatus) {
+TEST_P(UsblpErrno, SetsTheStatusOfARead) {
   device.readResult = [] {
     return -GetParam().error;
   };
@@ -79,7 +79,7 @@ TEST_P(UsblpErrno, OfAReadBecomesTheStatus) {
   EXPECT_EQ(connector.getLastError(), GetParam().status);
 }
 
-TEST_P(UsblpErrno, OfAWriteBecomesTheStatus) {
+TEST_P(UsblpErrno, SetsTheStatusOfAWrite) {
   device.writeResult = [](std::size_t) {
     return -GetParam().error;
   };
@@ -87,16 +87,16 @@ TEST_P(UsblpErrno, OfAWriteBecomesTheStatus) {
   EXPECT_EQ(connector.getLastError(), GetParam().status);
 }
 
-// Any other error leaves the status of the open.
+// Any other error leaves the status unchanged: it is that of `open`.
 INSTANTIATE_TEST_SUITE_P(Errors, UsblpErrno,
-                         testing::Values(ErrnoRow{{"TryAgain"}, EAGAIN, IO_TRY_AGAIN},
+                         testing::Values(ErrnoRow{{"Eagain"}, EAGAIN, IO_TRY_AGAIN},
                                          ErrnoRow{{"BadDescriptor"}, EBADF, IO_BAD_DEVICE},
                                          ErrnoRow{{"Interrupted"}, EINTR, IO_INTERRUPTED},
                                          ErrnoRow{{"InputOutput"}, EIO, IO_OK},
                                          ErrnoRow{{"Unplugged"}, ENODEV, IO_OK}),
                          support::rowName);
 
-TEST(UsblpClosed, AnswersThatItsDescriptorIsBad) {
+TEST(UsblpClosed, ReportsABadDescriptor) {
   USBLPConnector connector("/dev/usb/lp", 0);
   unsigned char byte = 0;
   EXPECT_EQ(connector.read(&byte, 1), -1);

@@ -5,9 +5,9 @@
 inline const std::string Alphabet =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-/// Encodes into a buffer of just the size that is needed, which must succeed.
+/// Encodes into a buffer of exactly the needed size. Expects success.
 std::string encode(const std::string& bytes);
 
-/// Decodes into a buffer that is large enough, which must succeed and leave the rest of the buffer
-/// as it was.
+/// Decodes into a buffer with 8 bytes too many. Expects success, and that the bytes after the
+/// result are unchanged.
 std::string decode(const std::string& text);

@@ -1,4 +1,4 @@
-// Base64 of random bytes and texts, also beside OpenSSL.
+// Base64 of random bytes and texts, compared with OpenSSL.
 
 #include <gtest/gtest.h>
 #include <openssl/evp.h>

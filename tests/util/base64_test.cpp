@@ -12,7 +12,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-/// The vectors of RFC 4648.
+/// The test vectors of RFC 4648: bytes and their text.
 const std::vector<std::pair<std::string, std::string>> Vectors = {
     {"", ""},
     {"f", "Zg=="},
@@ -25,7 +25,7 @@ const std::vector<std::pair<std::string, std::string>> Vectors = {
 
 }  // namespace
 
-TEST(Base64Encode, GivesTheStandardVectors) {
+TEST(Base64Encode, EncodesTheStandardVectors) {
   for (const auto& [bytes, text] : Vectors) {
     EXPECT_EQ(encode(bytes), text);
   }
@@ -44,7 +44,7 @@ TEST(Base64Encode, UsesTheWholeAlphabet) {
   EXPECT_EQ(encode(bytes), Alphabet);
 }
 
-TEST(Base64Encode, OfNothingNeedsRoomForTheZero) {
+TEST(Base64Encode, NeedsRoomForTheZeroByteOfAnEmptyText) {
   char out = '#';
   unsigned char in = 0;
   EXPECT_EQ(Base64::encode(&in, 0, &out, 0), 0);
@@ -56,7 +56,7 @@ TEST(Base64Encode, OfNothingNeedsRoomForTheZero) {
   EXPECT_EQ(out, '\0');
 }
 
-TEST(Base64Encode, WritesNothingThatDoesNotFit) {
+TEST(Base64Encode, WritesNothingIfTheTextDoesNotFit) {
   for (std::size_t size = 0; size <= 10; ++size) {
     Bytes bytes(size, 'x');
     const std::size_t needed = 4 * ((size + 2) / 3) + 1;
@@ -70,7 +70,7 @@ TEST(Base64Encode, WritesNothingThatDoesNotFit) {
   }
 }
 
-TEST(Base64Encode, RefusesSizesThatOverflow) {
+TEST(Base64Encode, RejectsSizesThatOverflow) {
   unsigned char in[3] = {};
   char out[8] = "#######";
   constexpr unsigned long huge = std::numeric_limits<unsigned long>::max();
@@ -80,13 +80,13 @@ TEST(Base64Encode, RefusesSizesThatOverflow) {
   EXPECT_STREQ(out, "#######");
 }
 
-TEST(Base64Decode, GivesTheStandardVectors) {
+TEST(Base64Decode, DecodesTheStandardVectors) {
   for (const auto& [bytes, text] : Vectors) {
     EXPECT_EQ(decode(text), bytes);
   }
 }
 
-TEST(Base64Decode, TakesTheEndOfTheTextAsPadding) {
+TEST(Base64Decode, TreatsTheEndOfTheTextAsPadding) {
   EXPECT_EQ(decode("QUJD"), "ABC");
   EXPECT_EQ(decode("QUJ"), "AB");
   EXPECT_EQ(decode("QU"), "A");
@@ -95,7 +95,7 @@ TEST(Base64Decode, TakesTheEndOfTheTextAsPadding) {
   EXPECT_EQ(decode(""), "");
 }
 
-TEST(Base64Decode, IgnoresTheBitsThatPaddingLeavesOver) {
+TEST(Base64Decode, IgnoresTheUnusedBitsOfAPaddedGroup) {
   EXPECT_EQ(decode("QV=="), "A");
   EXPECT_EQ(decode("QUL="), "AB");
 }
@@ -127,7 +127,7 @@ TEST(Base64Decode, StopsAtTheFirstPaddedGroup) {
   EXPECT_EQ(decode("====QUJD"), "");
 }
 
-TEST(Base64Decode, GivesNothingForPaddingBeforeACharacter) {
+TEST(Base64Decode, YieldsNoByteForPaddingBeforeACharacter) {
   for (const char* text :
        {"=UJD", "Q=JD", "QU=D", "==JD", "Q==D", "Q=J=", "=UJ=", "=U==", "Q===", "===D"}) {
     EXPECT_EQ(decode(text), "") << text;
@@ -135,24 +135,24 @@ TEST(Base64Decode, GivesNothingForPaddingBeforeACharacter) {
   }
 }
 
-TEST(Base64Decode, FailsWhenTheBytesDoNotFit) {
+TEST(Base64Decode, FailsIfTheBytesDoNotFit) {
   for (std::size_t room = 0; room <= 8; ++room) {
     std::string out(12, '#');
     auto* bytes = reinterpret_cast<unsigned char*>(out.data());
-    // Seven bytes in three groups: whole groups that fit are written.
+    // The text has seven bytes in three groups. Whole groups that fit are written.
     EXPECT_EQ(Base64::decode("QUJDREVGRw==", bytes, room), room >= 7 ? 7 : -1);
     const std::size_t written = room >= 7 ? 7 : room / 3 * 3;
     EXPECT_EQ(out, std::string("ABCDEFG").substr(0, written) + std::string(12 - written, '#'));
   }
 }
 
-TEST(Base64Decode, IntoTwoBytesFailsForThree) {
+TEST(Base64Decode, FailsForThreeBytesInABufferOfTwo) {
   unsigned char out[2] = {};
   EXPECT_EQ(Base64::decode("QUJD", out, 2), -1);
   EXPECT_EQ(Base64::decode("QUI=", out, 2), 2);
 }
 
-TEST(Base64Decode, IntoNothing) {
+TEST(Base64Decode, AcceptsNullAndEmptyBuffers) {
   unsigned char out = '#';
   EXPECT_EQ(Base64::decode("", &out, 0), 0);
   EXPECT_EQ(Base64::decode("====", &out, 0), 0);
@@ -163,7 +163,7 @@ TEST(Base64Decode, IntoNothing) {
   EXPECT_EQ(out, '#');
 }
 
-TEST(Base64Steps, GiveTheValueOfEachCharacter) {
+TEST(Base64Steps, ReturnTheValueOfEachCharacter) {
   for (int byte = 0; byte < 256; ++byte) {
     const char c = static_cast<char>(byte);
     const std::size_t value = byte == 0 ? std::string::npos : Alphabet.find(c);
@@ -172,7 +172,7 @@ TEST(Base64Steps, GiveTheValueOfEachCharacter) {
   }
 }
 
-TEST(Base64Steps, CodeSingleGroups) {
+TEST(Base64Steps, EncodeAndDecodeSingleGroups) {
   unsigned char three[3] = {'A', 'B', 'C'};
   char four[5] = "####";
   Base64::base64EncodeTriple(three, four);
@@ -198,7 +198,7 @@ TEST(Base64Steps, CodeSingleGroups) {
   }
 }
 
-TEST(Base64Steps, WorkThroughAnObject) {
+TEST(Base64Steps, CanBeCalledOnAnObject) {
   Base64 base64;
   unsigned char out[3] = {};
   EXPECT_EQ(base64.decode("QUJD", out, 3), 3);

@@ -14,7 +14,7 @@ TEST(PauseSeconds, SleepsOnceForTheWholeTime) {
   EXPECT_EQ(system.now(), 50 * Second);
 }
 
-TEST(PauseSeconds, DoesNotSleepForNoTime) {
+TEST(PauseSeconds, DoesNotSleepForZeroSeconds) {
   System system;
   util::pauseSeconds(0);
   EXPECT_TRUE(system.sleeps.empty());

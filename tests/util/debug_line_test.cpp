@@ -11,14 +11,14 @@
 using support::Output;
 using support::outputOf;
 
-TEST(DebugLine, WritesPrefixTextAndLineEndToStandardErrorAlone) {
+TEST(DebugLine, WritesPrefixTextAndLineEndToStandardErrorOnly) {
   const auto action = [] {
     util::debugLine("SSID = %s, %d bytes", "home", 4);
   };
   EXPECT_EQ(outputOf(action), (Output{"", "D [ZVK] SSID = home, 4 bytes\n"}));
 }
 
-TEST(DebugLine, WritesAnEmptyTextAsThePrefixAlone) {
+TEST(DebugLine, WritesOnlyThePrefixForAnEmptyText) {
   EXPECT_EQ(outputOf([] { util::debugLine("%s", ""); }), (Output{"", "D [ZVK] \n"}));
 }
 
@@ -31,7 +31,7 @@ TEST(DebugLine, LeavesNoTextOnTheStack) {
   std::string stack;
   outputOf([&] { stack = support::stackAfter([&] { util::debugLine("PSK = %s", key.c_str()); }); });
   EXPECT_EQ(stack.find(key), std::string::npos);
-  // A text that is left there would be found.
+  // The search does find a text that is left on the stack.
   stack = support::stackAfter([&] {
     std::array<volatile char, 64> copy;
     std::ranges::copy(key, copy.begin());

@@ -26,13 +26,13 @@ INSTANTIATE_TEST_SUITE_P(
                     NumberRow{{"LeadingZeros"}, "002", 2},
                     NumberRow{{"AllDigits"}, "1234567890", 1234567890},
                     NumberRow{{"Negative"}, "-16", -16}, NumberRow{{"PlusSign"}, "+3", 3},
-                    NumberRow{{"Empty"}, "", 0}, NumberRow{{"SignAlone"}, "-", 0},
+                    NumberRow{{"Empty"}, "", 0}, NumberRow{{"OnlySign"}, "-", 0},
                     NumberRow{{"TwoSigns"}, "--1", 0}, NumberRow{{"PlusAndMinus"}, "+-1", 0},
-                    NumberRow{{"NoDigits"}, "lp", 0}, NumberRow{{"TextBehind"}, "2x9", 2},
-                    NumberRow{{"ColonBehind"}, "5:6", 5}, NumberRow{{"SlashIsNoDigit"}, "/1", 0},
-                    NumberRow{{"WhiteSpaceInFront"}, " \t\n\v\f\r12", 12},
-                    NumberRow{{"BlankBehind"}, "1 2", 1}, NumberRow{{"BlankBehindSign"}, "- 1", 0},
-                    NumberRow{{"WhiteSpaceAlone"}, "  ", 0}),
+                    NumberRow{{"NoDigits"}, "lp", 0}, NumberRow{{"TextAfter"}, "2x9", 2},
+                    NumberRow{{"ColonAfter"}, "5:6", 5}, NumberRow{{"SlashIsNoDigit"}, "/1", 0},
+                    NumberRow{{"WhiteSpaceBefore"}, " \t\n\v\f\r12", 12},
+                    NumberRow{{"BlankAfter"}, "1 2", 1}, NumberRow{{"BlankAfterSign"}, "- 1", 0},
+                    NumberRow{{"OnlyWhiteSpace"}, "  ", 0}),
     support::rowName);
 
 INSTANTIATE_TEST_SUITE_P(

@@ -11,17 +11,17 @@ using support::outputOf;
 
 namespace {
 
-/// Keeps what is written for as long as it lives.
-class Kept : public util::Output {
+/// Collects all output while it exists.
+class Collector : public util::Output {
  public:
-  Kept() { util::setOutput(this); }
-  ~Kept() override { util::setOutput(nullptr); }
-  Kept(const Kept&) = delete;
-  Kept& operator=(const Kept&) = delete;
+  Collector() { util::setOutput(this); }
+  ~Collector() override { util::setOutput(nullptr); }
+  Collector(const Collector&) = delete;
+  Collector& operator=(const Collector&) = delete;
 
   void answer(std::string_view text) override { answers.append(text); }
   void diagnostic(std::string_view text) override { diagnostics.append(text); }
-  void flushAnswers() override { answers.append("<shown>"); }
+  void flushAnswers() override { answers.append("<flushed>"); }
 
   std::string answers;
   std::string diagnostics;
@@ -37,26 +37,26 @@ void writeAll() {
 
 }  // namespace
 
-TEST(Output, IsTheStandardStreamsAtFirst) {
+TEST(Output, GoesToTheStandardStreamsByDefault) {
   EXPECT_EQ(outputOf(writeAll),
             (support::Output{"home\nConfiguring....\n", "D [ZVK] SSID = home\n41 |A\n"}));
 }
 
-TEST(Output, GoesWhereAFrontEndSetsIt) {
+TEST(Output, GoesToTheObjectOfAFrontEnd) {
   std::string answers;
   std::string diagnostics;
   EXPECT_EQ(outputOf([&] {
-              const Kept kept;
+              const Collector collector;
               writeAll();
-              answers = kept.answers;
-              diagnostics = kept.diagnostics;
+              answers = collector.answers;
+              diagnostics = collector.diagnostics;
             }),
             support::Output());
-  EXPECT_EQ(answers, "home\nConfiguring....\n<shown>");
+  EXPECT_EQ(answers, "home\nConfiguring....\n<flushed>");
   EXPECT_EQ(diagnostics, "D [ZVK] SSID = home\n41 |A\n");
 }
 
 TEST(Output, ReturnsToTheStandardStreams) {
-  { const Kept kept; }
+  { const Collector collector; }
   EXPECT_EQ(outputOf([] { util::writeAnswer("home\n"); }), (support::Output{"home\n", ""}));
 }

@@ -17,7 +17,7 @@ int opened() {
   return ::open("/dev/null", O_RDONLY | O_CLOEXEC);
 }
 
-TEST(UniqueFd, ClosesWhatItOwns) {
+TEST(UniqueFd, ClosesItsDescriptor) {
   const int fd = opened();
   {
     const UniqueFd owner(fd);
@@ -28,7 +28,7 @@ TEST(UniqueFd, ClosesWhatItOwns) {
   EXPECT_FALSE(UniqueFd());
 }
 
-TEST(UniqueFd, GivesItAwayOpen) {
+TEST(UniqueFd, ReleasesTheDescriptorOpen) {
   UniqueFd owner(opened());
   const int fd = owner.release();
   EXPECT_FALSE(owner);
@@ -36,7 +36,7 @@ TEST(UniqueFd, GivesItAwayOpen) {
   ::close(fd);
 }
 
-TEST(UniqueFd, ClosesTheOldOneWhenItTakesANewOne) {
+TEST(UniqueFd, ClosesTheOldDescriptorInAnAssignment) {
   const int first = opened();
   const int second = opened();
   UniqueFd owner(first);
@@ -47,8 +47,8 @@ TEST(UniqueFd, ClosesTheOldOneWhenItTakesANewOne) {
   EXPECT_TRUE(isOpen(second));
 }
 
-TEST(UniqueFd, OwnsDescriptorZeroToo) {
-  // A program that was started without a standard input gets it for its first file.
+TEST(UniqueFd, OwnsDescriptorZero) {
+  // Without a standard input, the first file that a program opens gets descriptor 0.
   const UniqueFd saved(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3));
   ASSERT_TRUE(saved);
   ::close(STDIN_FILENO);

@@ -34,7 +34,7 @@ TEST(ExtractLongFromBuffer, ReadsTheHighestByteFirst) {
   EXPECT_EQ(Utility::ExtractLongFromBuffer(bytes("FE 81 02 93").data()), 0xFE810293UL);
 }
 
-// --- Numbers of any length -------------------------------------------------------------------
+// --- Numbers of any length ----------------------------------------------------------------------
 
 namespace {
 
@@ -80,7 +80,7 @@ TEST(IntToChar, DropsTheBytesAboveTheLength) {
   EXPECT_EQ(out, bytes("C3 D4"));
 }
 
-// --- Hex text ---------------------------------------------------------------------------------
+// --- Hex text -----------------------------------------------------------------------------------
 
 namespace {
 
@@ -100,7 +100,7 @@ class BadHexText : public testing::TestWithParam<BadHexRow> {};
 
 }  // namespace
 
-TEST_P(HexText, BecomesHalfAsManyBytes) {
+TEST_P(HexText, IsConvertedToBytes) {
   const Bytes expected = bytes(GetParam().expected);
   unsigned char* buffer = nullptr;
   int count = -1;
@@ -151,14 +151,14 @@ INSTANTIATE_TEST_SUITE_P(
                     BadHexRow{{"AllBitsSet"}, "00\xFF", 1, "not valid Hex char?! 'FFFFFFFF'\n"}),
     support::rowName);
 
-TEST(GetHexValues, LeavesTheBufferAloneForAnEmptyText) {
+TEST(GetHexValues, LeavesTheBufferUnchangedForAnEmptyText) {
   unsigned char before = 0;
   unsigned char* buffer = &before;
   EXPECT_EQ(Utility::getHexValues("", buffer), 0);
   EXPECT_EQ(buffer, &before);
 }
 
-// --- The dump ---------------------------------------------------------------------------------
+// --- Dump ---------------------------------------------------------------------------------------
 
 namespace {
 
@@ -219,7 +219,7 @@ TEST(ShowBytes, WritesNothingForANegativeCount) {
   EXPECT_EQ(outputOf([&] { Utility::ShowBytes(&byte, -1); }), Output());
 }
 
-TEST(ShowBytes, KeepsEveryLineOfALongDump) {
+TEST(ShowBytes, WritesEveryLineOfALongDump) {
   Bytes data(std::size_t{16} * 1000, 'x');
   std::string expected;
   for (int line = 0; line < 1000; ++line) {

@@ -27,7 +27,7 @@ struct BatchRow : support::Row {
   const char* security;
   Options options;
   const char* packet;
-  const char* before;  ///< the lines before the dump, the last ones left out, which are all alike
+  const char* before;  ///< the first log lines; the lines up to the dump are the same in all rows
 };
 
 class Batch : public Sequences, public testing::WithParamInterface<BatchRow> {
@@ -47,7 +47,7 @@ class Batch : public Sequences, public testing::WithParamInterface<BatchRow> {
   }
 };
 
-TEST_P(Batch, IsSentInBothForms) {
+TEST_P(Batch, IsSentWrappedAndBare) {
   for (const bool wrapMode : {true, false}) {
     prepare(wrapMode, Accepted);
     device.writes.clear();
@@ -59,7 +59,7 @@ TEST_P(Batch, IsSentInBothForms) {
   }
 }
 
-TEST_P(Batch, HasTheResultOfTheExchange) {
+TEST_P(Batch, ReturnsTheResultOfTheExchange) {
   prepare(true, NotAccepted);
   EXPECT_EQ(run(GetParam().sequence), 1);
   prepare(true, Refused);
@@ -69,7 +69,7 @@ TEST_P(Batch, HasTheResultOfTheExchange) {
   EXPECT_EQ(run(GetParam().sequence), -1);
 }
 
-TEST_P(Batch, IsNotSentWhenItFitsNoPacket) {
+TEST_P(Batch, IsNotSentIfItDoesNotFitIntoAPacket) {
   use({"--ssid=" + std::string(65536, 's'), std::string("--security=") + GetParam().security});
   EXPECT_EQ(run(GetParam().sequence), -1);
   EXPECT_EQ(device.opens, 0);
@@ -177,7 +177,7 @@ const Bytes BareOptions = bytes(
     "2A 16 00 00 01 00 2A 17 00 00 01 01 2A 18 00 00 01 00 2A 19 00 00 01 00 "
     "2A 1A 00 00 04 00 00 00 03 2A 02 00 00 02 75 00 2A 03 00 00 02 70 00 2A 24 00 00 01 01");
 const Bytes WrappedOptions = wrapped(BareOptions);
-// The SSID before the channel.
+// In this packet the SSID precedes the channel.
 const Bytes BareNetwork = bytes(
     "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 03 "
     "28 08 00 00 02 78 00 28 05 00 00 04 00 00 00 03");
@@ -197,11 +197,11 @@ const std::string OptionLines =
 
 class Authentication : public Sequences {
  protected:
-  /// The packets behind the call for the printer's certificates.
+  /// Returns the packets after the method call for the printer's certificates.
   std::vector<Bytes> packets() { return {device.writes.begin() + 1, device.writes.end()}; }
 };
 
-TEST_F(Authentication, SendsTheOptionsThenTheNetworkThenAsksForTheStatus) {
+TEST_F(Authentication, SendsTheOptionsAndTheNetworkAndQueriesTheStatus) {
   use(Credentials);
   answer({TwoCertificates, Accepted, Accepted, Status});
   EXPECT_EQ(run(&wnpaGenerator::config8021x), 0);
@@ -231,7 +231,7 @@ TEST_F(Authentication, SendsBarePacketsWithoutWrapMode) {
   EXPECT_EQ(packets(), (std::vector<Bytes>{BareOptions, BareNetwork, packets::QueryAuthStatus}));
 }
 
-TEST_F(Authentication, HasTheResultOfTheNetworkPacket) {
+TEST_F(Authentication, ReturnsTheResultOfTheNetworkPacket) {
   use(Credentials);
   answer({TwoCertificates, Accepted, Refused, Status});
   EXPECT_EQ(run(&wnpaGenerator::config8021x), -1);
@@ -242,7 +242,7 @@ TEST_F(Authentication, HasTheResultOfTheNetworkPacket) {
   EXPECT_EQ(packets().size(), 3U);
 }
 
-TEST_F(Authentication, Is0WithoutANetworkPacketWhenTheOptionsFail) {
+TEST_F(Authentication, ReturnsZeroWithoutANetworkPacketIfTheOptionsFail) {
   for (const Bytes& reply : {Refused, NotAccepted, Bytes()}) {
     use(Credentials);
     answer({TwoCertificates, reply, Status});
@@ -253,7 +253,7 @@ TEST_F(Authentication, Is0WithoutANetworkPacketWhenTheOptionsFail) {
   }
 }
 
-TEST_F(Authentication, IsMinus1AndAsksForTheStatusWhenTheNetworkFitsNoPacket) {
+TEST_F(Authentication, ReturnsMinusOneIfTheNetworkDoesNotFitIntoAPacket) {
   Options options = Credentials;
   options.push_back("--ssid=" + std::string(65536, 's'));
   use(options);
@@ -262,7 +262,7 @@ TEST_F(Authentication, IsMinus1AndAsksForTheStatusWhenTheNetworkFitsNoPacket) {
   EXPECT_EQ(packets(), (std::vector<Bytes>{WrappedOptions, WrappedStatusQuery}));
 }
 
-TEST_F(Authentication, OptionsTellTheirResult) {
+TEST_F(Authentication, ReturnsTheResultOfTheOptions) {
   use(Credentials);
   answer({TwoCertificates, NotAccepted});
   EXPECT_EQ(run(&wnpaGenerator::set8021xOptions), 1);
@@ -271,7 +271,7 @@ TEST_F(Authentication, OptionsTellTheirResult) {
   EXPECT_EQ(packets(), std::vector<Bytes>{WrappedOptions});
 }
 
-TEST_F(Authentication, OptionsHoldTheWepKeysOfStaticWepAlone) {
+TEST_F(Authentication, SendsWepKeysOnlyForStaticWep) {
   use({"--encryption=WEP-STATIC", "--WEP-key1=abcde", "--WEP-key4=z", "--WEP-transmit=4"});
   generator->setWrapMode(false);
   answer({Refused, Refused, Accepted});
@@ -288,18 +288,18 @@ TEST_F(Authentication, OptionsHoldTheWepKeysOfStaticWepAlone) {
   }
 }
 
-// --- The dispatch -------------------------------------------------------------------------------
+// --- Dispatch -----------------------------------------------------------------------------------
 
 struct DispatchRow : support::Row {
   const char* security;
-  const char* sequence;  ///< the first line of the sequence; empty for none
-  const char* last;      ///< the last line when it fails
+  const char* sequence;  ///< the first line of the sequence; empty if none runs
+  const char* last;      ///< the last line if the sequence fails
   int result;
 };
 
 class ConfigAdvanced : public Sequences, public testing::WithParamInterface<DispatchRow> {};
 
-TEST_P(ConfigAdvanced, CallsTheSequenceOfTheSecurity) {
+TEST_P(ConfigAdvanced, RunsTheSequenceOfTheSecurity) {
   const DispatchRow& row = GetParam();
   use({std::string("--security=") + row.security, "--passwd=p"});
   answer({Refused});

@@ -79,11 +79,11 @@ INSTANTIATE_TEST_SUITE_P(
         extensionRow("Md5", "EAP-MD5", "100000"), extensionRow("MsChapV2", "MSCHAPv2", "010000"),
         extensionRow("Leap", "LEAP", "001000"), extensionRow("Peap", "PEAP", "000100"),
         extensionRow("Tls", "EAP-TLS", "000010"),
-        // Does not hold the name of the one before.
+        // This name does not contain "EAP-TLS".
         extensionRow("Ttls", "EAP-TTLS", "000001"),
         extensionRow("All", "EAP-TTLS|EAP-TLS|PEAP|LEAP|MSCHAPv2|EAP-MD5", "111111"),
         extensionRow("InsideAToken", "xPEAPx|EAP-TTLS", "000101"),
-        extensionRow("OneInAnother", "LEAPEAP", "001100"),
+        extensionRow("OverlappingNames", "LEAPEAP", "001100"),
         extensionRow("EmptyTokens", "||LEAP||", "001000"),
         extensionRow("SplitByTheSeparator", "PE|AP|EAP|-TLS|", "000000"),
         extensionRow("OtherCase", "peap|MSCHAPV2", "000000"), extensionRow("Empty", "", "000000"),
@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
         extensionRow("TokenOf64KiB", std::string(Long, 'E'), "000000")),
     support::rowName);
 
-TEST_F(AuthenticationEncoder, LeavesTheConfiguredListAsItWas) {
+TEST_F(AuthenticationEncoder, LeavesTheConfiguredListUnchanged) {
   use({"--802-auth-ext=PEAP|LEAP"});
   run(Extension);
   EXPECT_EQ(configuration.get802AuthExt(), "PEAP|LEAP");

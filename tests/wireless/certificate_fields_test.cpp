@@ -3,7 +3,7 @@
 
 #include "testing/setting_encoder.h"
 
-// The certificate fields that are no plain texts; those are tested with all other texts.
+// The certificate fields that are not plain texts. setting_encoding_test.cpp tests the texts.
 
 namespace {
 
@@ -32,7 +32,7 @@ INSTANTIATE_TEST_SUITE_P(
                     countryRow("ThreeLetters", "DEU", "2A 09 00 00 02 44 45"),
                     countryRow("HighBytes", "\xC3\x84\n", "2A 09 00 00 02 C3 84"),
                     countryRow("Empty", "", ""),
-                    countryRow("Of64KiB", std::string(65536, 'x'), "2A 09 00 00 02 78 78")),
+                    countryRow("Size64KiB", std::string(65536, 'x'), "2A 09 00 00 02 78 78")),
     support::rowName);
 
 INSTANTIATE_TEST_SUITE_P(SignRequest, CertificateField,

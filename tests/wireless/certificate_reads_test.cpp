@@ -7,7 +7,8 @@
 #include "testing/packets.h"
 #include "testing/rows.h"
 
-// The reads of the printer's certificate settings: what goes out and what is told of the reply.
+// The queries of the printer's certificate settings: their requests, and what they log of the
+// reply.
 
 namespace {
 
@@ -32,9 +33,9 @@ struct DumpRow : support::Row {
   const char* response;
 };
 
-class Dump : public CertificateReads, public testing::WithParamInterface<DumpRow> {};
+class ReplyDump : public CertificateReads, public testing::WithParamInterface<DumpRow> {};
 
-TEST_P(Dump, ShowsTheReplyAndAnswersMinusOne) {
+TEST_P(ReplyDump, LogsTheReplyAndReturnsMinusOne) {
   answer({replyOf(bytes("41 42"))});
   EXPECT_EQ(run(GetParam().read), -1);
   EXPECT_EQ(output, (Output{"", std::string(GetParam().announcement) + "D [ZVK] " +
@@ -42,7 +43,7 @@ TEST_P(Dump, ShowsTheReplyAndAnswersMinusOne) {
   EXPECT_EQ(device.writes, std::vector<Bytes>{wrapped(bytes(GetParam().request))});
 }
 
-TEST_P(Dump, IsBareWithoutWrapModeAndTellsOfSilence) {
+TEST_P(ReplyDump, IsRequestedBareWithoutWrapMode) {
   generator->setWrapMode(false);
   EXPECT_EQ(run(GetParam().read), -1);
   EXPECT_EQ(output, (Output{"", std::string(GetParam().announcement) + "D [ZVK] " +
@@ -59,7 +60,7 @@ DumpRow dumpRow(const char* name, Read read, const char* request, const char* an
 using G = wnpaGenerator;
 
 INSTANTIATE_TEST_SUITE_P(
-    Reads, Dump,
+    Reads, ReplyDump,
     testing::Values(dumpRow("Certificate", &G::getCertCert, "A5 00 06 50 E0 D8 00 2A 0F",
                             "D [ZVK] get cert...\n", "cert"),
                     dumpRow("CaCertificate", &G::getCertCA, "A5 00 06 50 E0 D8 00 2A 10",
@@ -74,13 +75,13 @@ INSTANTIATE_TEST_SUITE_P(
                             "D [ZVK] get CSR...\n", "CSR"),
                     dumpRow("GenerateStatus", &G::generateCertStatus, "A5 00 06 50 E0 D8 00 2A 0D",
                             "D [ZVK] generate certificate status...\n", "generate cert status"),
-                    // No read: it stores a flag, in a packet whose length field reads 6.
+                    // Not a query: it stores a flag. The length field of its packet says 6.
                     dumpRow("Generate", &G::generateCertificate,
                             "A5 00 06 50 E0 DA 01 2A 0C 00 00 01 01",
                             "D [ZVK] generate certificate...\n", "generate cert")),
     support::rowName);
 
-TEST_F(CertificateReads, ReadOnUntilThreeSecondsAfterThePause) {
+TEST_F(CertificateReads, ContinueUntilThreeSecondsAfterThePause) {
   device.onWrite = [this](const Bytes& /*request*/) {
     device.reply(bytes("A5 00 03 70 E0 01"), 4 * Second);
     device.reply(bytes("A5 00 03 70 E0 02"), 5 * Second);
@@ -90,18 +91,18 @@ TEST_F(CertificateReads, ReadOnUntilThreeSecondsAfterThePause) {
   EXPECT_TRUE(output.err.ends_with("(4 bytes)\nE0 01 E0 02 |....\n")) << output.err;
 }
 
-// --- The organisation ---------------------------------------------------------------------------
+// --- Organization -------------------------------------------------------------------------------
 
 struct OrganizationRow : support::Row {
   Bytes records;
   int result;
-  std::string lines;  ///< behind the dump
+  std::string lines;  ///< the log lines after the dump
 };
 
 class Organization : public CertificateReads,
                      public testing::WithParamInterface<OrganizationRow> {};
 
-TEST_P(Organization, IsToldForEachRecord) {
+TEST_P(Organization, IsLoggedForEachRecord) {
   answer({replyOf(GetParam().records)});
   EXPECT_EQ(run(&wnpaGenerator::getCertOrganization), GetParam().result);
   const std::size_t first = output.err.find("D [ZVK] Organization");
@@ -124,19 +125,19 @@ INSTANTIATE_TEST_SUITE_P(
                         "D [ZVK] Organization (4 bytes): Acme\n"
                         "D [ZVK] Organization (3 bytes): Ltd\n"},
         OrganizationRow{{"EmptyAtTheEnd"}, None, 0, "D [ZVK] Organization (0 bytes): \n"},
-        OrganizationRow{{"EmptyAheadOfAnother"},
+        OrganizationRow{{"EmptyBeforeAnother"},
                         joined({None, Ltd}),
                         0,
                         "D [ZVK] Organization (0 bytes): \n"
                         "D [ZVK] Organization (3 bytes): Ltd\n"},
         OrganizationRow{{"BeyondTheReply"}, BeyondTheReply, -1, ""},
         OrganizationRow{
-            {"BeyondTheReplyByFar"}, bytes("A5 00 0C 50 E0 D8 00 2A 06 FF FF 41 63 6D 65"), -1, ""},
-        OrganizationRow{{"WholeBehindOneBeyondTheReply"},
+            {"FarBeyondTheReply"}, bytes("A5 00 0C 50 E0 D8 00 2A 06 FF FF 41 63 6D 65"), -1, ""},
+        OrganizationRow{{"CompleteAfterOneBeyondTheReply"},
                         joined({bytes("A5 00 0C 50 E0 D8 00 2A 06 00 FF"), Acme}),
                         0,
                         "D [ZVK] Organization (4 bytes): Acme\n"},
-        OrganizationRow{{"BeyondTheReplyBehindAWhole"},
+        OrganizationRow{{"BeyondTheReplyAfterACompleteOne"},
                         joined({Acme, BeyondTheReply}),
                         0,
                         "D [ZVK] Organization (4 bytes): Acme\n"},
@@ -148,11 +149,11 @@ INSTANTIATE_TEST_SUITE_P(
                         bytes("A5 00 0C 50 E0 D8 00 2A 06 00 04 25 73 FF 0A"),
                         0,
                         "D [ZVK] Organization (4 bytes): %s\xFF\n\n"},
-        OrganizationRow{{"LessThanFollows"},
+        OrganizationRow{{"ShorterThanTheRest"},
                         bytes("A5 00 0C 50 E0 D8 00 2A 06 00 02 41 63 6D 65"),
                         0,
                         "D [ZVK] Organization (2 bytes): Ac\n"},
-        // The text of the first ends at the zero byte in the second's header.
+        // The text of the outer record ends at the zero byte in the header of the inner record.
         OrganizationRow{{"RecordInsideARecord"},
                         joined({bytes("A5 00 18 50 E0 D8 00 2A 06 00 0E"), Ltd}),
                         0,
@@ -168,7 +169,7 @@ INSTANTIATE_TEST_SUITE_P(
         OrganizationRow{{"NoRecord"}, bytes("41"), -1, ""}),
     support::rowName);
 
-TEST_F(CertificateReads, TellTheReplyAndThenTheOrganization) {
+TEST_F(CertificateReads, LogTheReplyAndThenTheOrganization) {
   answer({replyOf(Acme)});
   EXPECT_EQ(run(&wnpaGenerator::getCertOrganization), 0);
   EXPECT_EQ(output, (Output{"",
@@ -179,16 +180,16 @@ TEST_F(CertificateReads, TellTheReplyAndThenTheOrganization) {
   EXPECT_EQ(device.writes, std::vector<Bytes>{wrapped(QueryOrganization)});
 }
 
-TEST_F(CertificateReads, HaveNoOrganizationWithoutAReply) {
+TEST_F(CertificateReads, ReturnMinusOneWithoutAReply) {
   generator->setWrapMode(false);
   EXPECT_EQ(run(&wnpaGenerator::getCertOrganization), -1);
   EXPECT_EQ(output.err, "D [ZVK] Cert Organization...\nD [ZVK] Cert org (0 bytes)\n");
   EXPECT_EQ(device.writes, std::vector<Bytes>{QueryOrganization});
 }
 
-// --- All settings, and the request --------------------------------------------------------------
+// --- All settings, and the certificate request --------------------------------------------------
 
-TEST_F(CertificateReads, OfTheSettingsAreOrganizationAndCommonName) {
+TEST_F(CertificateReads, QueryOrganizationAndCommonName) {
   answer({replyOf(Acme), replyOf(bytes("41"))});
   EXPECT_EQ(run(&wnpaGenerator::getCertSettings), 0);
   EXPECT_EQ(output, (Output{"",
@@ -204,15 +205,15 @@ TEST_F(CertificateReads, OfTheSettingsAreOrganizationAndCommonName) {
             (std::vector<Bytes>{wrapped(QueryOrganization), wrapped(QueryCommonName)}));
 }
 
-TEST_F(CertificateReads, OfTheSettingsAnswer0WithoutAReply) {
+TEST_F(CertificateReads, ReturnZeroWithoutAReplyToTheSettings) {
   EXPECT_EQ(run(&wnpaGenerator::getCertSettings), 0);
   EXPECT_EQ(device.writes.size(), 2U);
 }
 
-TEST_F(CertificateReads, SendTheCommonNameForARequest) {
+TEST_F(CertificateReads, SendTheCommonNameOfACertificateRequest) {
   use({"--cer-common=printer"});
-  Bytes rubbish = bytes("EE EE");
-  generator->appendDataToNPA(2, rubbish.data());
+  Bytes earlier = bytes("EE EE");
+  generator->appendDataToNPA(2, earlier.data());
   answer({replyOf(bytes("41"))});
   EXPECT_EQ(run(&wnpaGenerator::createCertSignRequest), 0);
   EXPECT_EQ(output, (Output{"",
@@ -228,7 +229,7 @@ TEST_F(CertificateReads, SendTheCommonNameForARequest) {
                                      "2A 0A 00 00 07 70 72 69 6E 74 65 72")});
 }
 
-TEST_F(CertificateReads, SendAnEmptyBatchWithoutACommonNameAndAnswer0WithoutAReply) {
+TEST_F(CertificateReads, SendAnEmptyBatchWithoutACommonName) {
   generator->setWrapMode(false);
   EXPECT_EQ(run(&wnpaGenerator::createCertSignRequest), 0);
   EXPECT_EQ(output.err,

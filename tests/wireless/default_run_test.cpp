@@ -8,7 +8,7 @@
 #include "testing/packets.h"
 #include "testing/standard_input.h"
 
-// generate(), the run of an unknown switch, and reset().
+// `generate`, which is the run without a switch, and `reset`.
 
 namespace {
 
@@ -21,7 +21,7 @@ using packets::QueryTrouble;
 using packets::Refused;
 using packets::wrapped;
 
-/// A trouble code of 0.
+/// The reply with the trouble code 0.
 const Bytes NoTrouble = bytes("A5 00 03 50 E0 00");
 const Bytes Address = bytes("A5 00 06 50 E0 C0 A8 01 14");
 
@@ -35,7 +35,7 @@ class DefaultRun : public support::Generator {
   int run() { return Generator::run(&wnpaGenerator::generate); }
 };
 
-TEST_F(DefaultRun, ShowsThePacketThenConfiguresAndReports) {
+TEST_F(DefaultRun, PrintsThePacketConfiguresAndPrintsTheAddress) {
   use({});
   answer({Accepted, NoTrouble, Address});
   EXPECT_EQ(run(), static_cast<int>(WrappedSettings.size()));
@@ -59,9 +59,9 @@ TEST_F(DefaultRun, ShowsThePacketThenConfiguresAndReports) {
   EXPECT_EQ(system.sleeps, (std::vector<unsigned int>{5, 2, 3}));
 }
 
-TEST_F(DefaultRun, ShowsItsProgressBeforeItWaits) {
+TEST_F(DefaultRun, PrintsItsProgressBeforeEachWait) {
   use({});
-  // Standard output is a file here, so it holds only what was flushed.
+  // Standard output is a file here, so it contains only the flushed text.
   std::vector<off_t> shown;
   device.onWrite = [&](const Bytes& /*request*/) {
     struct stat standardOutput {};
@@ -75,7 +75,7 @@ TEST_F(DefaultRun, ShowsItsProgressBeforeItWaits) {
   EXPECT_EQ(shown, (std::vector{configuring, configuring, acquiring}));
 }
 
-TEST_F(DefaultRun, RepeatsTheConfigurationBareOnceAndStaysBare) {
+TEST_F(DefaultRun, RepeatsARefusedConfigurationBareAndStaysBare) {
   use({});
   answer({Refused, Accepted, NoTrouble, Address});
   EXPECT_EQ(run(), static_cast<int>(WrappedSettings.size()));
@@ -84,7 +84,7 @@ TEST_F(DefaultRun, RepeatsTheConfigurationBareOnceAndStaysBare) {
             (std::vector<Bytes>{WrappedSettings, BareSettings, QueryTrouble, QueryIp}));
 }
 
-TEST_F(DefaultRun, GoesOnWhenNothingIsAccepted) {
+TEST_F(DefaultRun, ContinuesIfNothingIsAccepted) {
   use({});
   answer({Refused, Refused, Refused, Refused});
   EXPECT_EQ(run(), static_cast<int>(WrappedSettings.size()));
@@ -130,7 +130,7 @@ TEST_F(Reset, SendsTheBarePacketWithoutWrapMode) {
   EXPECT_EQ(device.writes, std::vector<Bytes>{packets::Reset});
 }
 
-TEST_F(Reset, TriesTwiceFiftySecondsApart) {
+TEST_F(Reset, MakesTwoAttemptsFiftySecondsApart) {
   answer({Refused});
   EXPECT_EQ(run(&wnpaGenerator::reset), 1);
   EXPECT_EQ(device.writes.size(), 2U);

@@ -3,7 +3,7 @@
 
 #include "testing/setting_encoder.h"
 
-// The settings of every network except security and password.
+// The encoders of SSID, mode and channel.
 
 namespace {
 
@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
                     modeRow("Managed", "Managed", Managed), modeRow("AdHoc", "Ad-Hoc", AdHoc),
                     modeRow("SpellingOfTheHelpText", "Ad-hoc", Managed),
                     modeRow("SmallLetters", "ad-hoc", Managed),
-                    modeRow("MoreThanTheName", "Ad-Hoc ", Managed), modeRow("Empty", "", "")),
+                    modeRow("BlankAfterTheName", "Ad-Hoc ", Managed), modeRow("Empty", "", "")),
     support::rowName);
 
 SettingRow channelRow(const char* name, const std::string& channel, const std::string& code) {

@@ -11,12 +11,12 @@ using support::joined;
 using support::Output;
 using support::outputOf;
 using support::pattern;
-using support::TransportGone;
+using support::TransportReleased;
 using virtual_system::Second;
 
 namespace {
 
-/// The framing operations over default settings.
+/// A fixture for tests of the framing operations, with default settings.
 class Framing : public support::DefaultGenerator {
  protected:
   Bytes wrapped(Bytes packet) {
@@ -30,7 +30,7 @@ class Framing : public support::DefaultGenerator {
 
 // --- The generator ------------------------------------------------------------------------------
 
-TEST_F(Framing, StartsInWrapMode) {
+TEST_F(Framing, UsesWrapModeByDefault) {
   EXPECT_TRUE(generator->getWrapMode());
   generator->setWrapMode(false);
   EXPECT_FALSE(generator->getWrapMode());
@@ -38,8 +38,8 @@ TEST_F(Framing, StartsInWrapMode) {
   EXPECT_TRUE(generator->getWrapMode());
 }
 
-TEST_F(Framing, OwnsOneExchange) {
-  EXPECT_EQ(outputOf([&] { generator.reset(); }), (Output{"", TransportGone}));
+TEST_F(Framing, ReleasesTheTransportWithTheGenerator) {
+  EXPECT_EQ(outputOf([&] { generator.reset(); }), (Output{"", TransportReleased}));
   EXPECT_EQ(device.opens, 0);
 }
 
@@ -53,13 +53,13 @@ TEST_F(Framing, UsesTheDeviceOfTheSettings) {
 
 // --- Headers ------------------------------------------------------------------------------------
 
-TEST_F(Framing, ObjectHeaderTakesTheNumberBeforeTheGroup) {
+TEST_F(Framing, StoresTheGroupBeforeTheNumber) {
   Bytes object = bytes("EE EE EE EE EE EE");
   EXPECT_EQ(generator->constructHeader(object.data(), 4, 38, 40), 0);
   EXPECT_EQ(object, bytes("28 26 00 00 04 EE"));
 }
 
-TEST_F(Framing, ObjectHeaderCarriesALargeValueInBothSizeBytes) {
+TEST_F(Framing, StoresTheSizeOfAnObjectInTwoBytes) {
   Bytes object(5);
   generator->constructHeader(object.data(), 300, 0x08, 0x28);
   EXPECT_EQ(object, bytes("28 08 00 01 2C"));
@@ -68,14 +68,14 @@ TEST_F(Framing, ObjectHeaderCarriesALargeValueInBothSizeBytes) {
   EXPECT_EQ(object, bytes("F2 F1 00 FF FF"));
 }
 
-TEST_F(Framing, MergesTheValueBehindTheHeader) {
+TEST_F(Framing, CopiesTheValueAfterTheHeader) {
   Bytes object = bytes("28 08 00 00 03 EE EE EE EE");
   std::string value = "abcd";
   EXPECT_EQ(generator->mergeHeaderData(value.data(), object.data(), 8), 0);
   EXPECT_EQ(object, bytes("28 08 00 00 03 61 62 63 EE"));
 }
 
-TEST_F(Framing, MergesNothingIntoAHeaderAlone) {
+TEST_F(Framing, CopiesNothingIfThereIsOnlyAHeader) {
   for (const int size : {5, 4, 0, -1}) {
     Bytes object = bytes("28 11 00 00 00 EE");
     std::string value = "a";
@@ -96,14 +96,14 @@ TEST_F(Framing, GroupingAddsSevenBytes) {
   EXPECT_EQ(generator->constructAtomicGrouping(0), 7);
 }
 
-TEST_F(Framing, PutsTheGroupingHeaderInFront) {
+TEST_F(Framing, PrependsTheGroupingHeader) {
   Bytes objects = bytes("28 02 00 00 04 00 00 00 01 28 30 00 00 01 01");
   generator->appendDataToNPA(15, objects.data());
   EXPECT_EQ(generator->constructAtomicGrouping(15), 22);
   EXPECT_EQ(packet(), joined({bytes("A5 00 13 50 E0 DA 01"), objects}));
 }
 
-TEST_F(Framing, PutsTheHeaderOfSingleSettingsInFront) {
+TEST_F(Framing, PrependsTheHeaderOfSettingsStoredOneByOne) {
   Bytes objects = pattern(300);
   generator->appendDataToNPA(300, objects.data());
   EXPECT_EQ(generator->constructLongNetwork(300), 307);
@@ -116,7 +116,7 @@ TEST_F(Framing, WrapsAQuery) {
 }
 
 TEST_F(Framing, WrapsAConfigurationPacketOfTwoObjects) {
-  // Of nine and six bytes.
+  // The objects have nine and six bytes.
   const Bytes batch = bytes("A5 00 13 50 E0 DA 01 28 02 00 00 04 00 00 00 01 28 30 00 00 01 01");
   EXPECT_EQ(wrapped(batch), joined({bytes("A5 00 1C 50 E0 63 02 00 16"), batch}));
 }
@@ -147,7 +147,7 @@ class RawData : public support::DefaultGenerator {
 
 }  // namespace
 
-TEST_F(RawData, GoesOutAsItIsAndTheReplyIsDumped) {
+TEST_F(RawData, IsSentUnchangedAndItsReplyIsDumped) {
   answer({bytes("A5 00 05 50 E0 41 00 7F")});
   EXPECT_EQ(send(bytes("12 34")), (Output{"",
                                           "D [ZVK] sendNPA response (4 bytes)\n"
@@ -155,11 +155,11 @@ TEST_F(RawData, GoesOutAsItIsAndTheReplyIsDumped) {
   EXPECT_EQ(device.writes, std::vector<Bytes>{bytes("12 34")});
 }
 
-TEST_F(RawData, HasAnEmptyReplyWhenNothingCame) {
+TEST_F(RawData, HasAnEmptyReplyIfThePrinterIsSilent) {
   EXPECT_EQ(send(bytes("12")), (Output{"", "D [ZVK] sendNPA response (0 bytes)\n"}));
 }
 
-TEST_F(RawData, WaitsItsTimeout) {
+TEST_F(RawData, WaitsForItsTimeout) {
   send(bytes("12"), 3);
   EXPECT_EQ(system.now(), (2 + 5) * Second);
   send(bytes("12"), 10);

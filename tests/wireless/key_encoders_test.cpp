@@ -3,7 +3,7 @@
 
 #include "testing/setting_encoder.h"
 
-// The settings of WEP beside the keys themselves, whose texts are tested with all others.
+// The WEP settings except the keys. setting_encoding_test.cpp tests the keys.
 
 namespace {
 
@@ -30,14 +30,14 @@ INSTANTIATE_TEST_SUITE_P(
     Transmit, WepEncoder,
     testing::Values(transmitRow("One", "1", "01"), transmitRow("Four", "4", "04"),
                     transmitRow("Zero", "0", "00"),
-                    // Logged as configured, sent as 1.
-                    transmitRow("Empty", "", "01"), transmitRow("DigitsAheadOfText", " 3rd", "03"),
+                    // An empty key is logged as configured and sent as 1.
+                    transmitRow("Empty", "", "01"), transmitRow("DigitsBeforeText", " 3rd", "03"),
                     transmitRow("Text", "two", "00"), transmitRow("LargestByte", "255", "FF"),
                     transmitRow("LowestByte", "258", "02"), transmitRow("Negative", "-1", "FF"),
                     transmitRow("Large", "2147483646", "FE"),
                     transmitRow("Huge", "99999999999999999999999", "FF"),
                     transmitRow("HugeNegative", "-99999999999999999999999", "00"),
-                    transmitRow("Of64KiB", std::string(65536, '7'), "FF")),
+                    transmitRow("Size64KiB", std::string(65536, '7'), "FF")),
     support::rowName);
 
 SettingRow authRow(const char* name, const std::string& encryption, const std::string& security,

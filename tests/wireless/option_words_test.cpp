@@ -7,8 +7,7 @@
 #include "settings/option_table.h"
 #include "testing/setting_encoder.h"
 
-// The words that the manual and the completions offer for an option: the encoders know each of
-// them.
+// Each word that the manual and the completions offer for an option is known to its encoder.
 
 namespace {
 
@@ -19,13 +18,13 @@ using G = wnpaGenerator;
 struct WordsRow : support::Row {
   const char* key;
   support::SettingEncoder encoder;
-  /// Encoded like a text that the encoder does not know, so that it cannot be told apart.
+  /// The words that are encoded like an unknown text. The test cannot distinguish them.
   std::vector<std::string_view> likeUnknown;
 };
 
 class OptionWords : public support::SettingEncoders, public testing::WithParamInterface<WordsRow> {
  protected:
-  /// The object that the row's encoder appends for a value.
+  /// Returns the object that the row's encoder appends for a value.
   Bytes encoded(std::string_view value) {
     outputOf([&] {
       use({GetParam().key + std::string(value)});
@@ -62,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
         WordsRow{{"WepTransmit"}, "--WEP-transmit=", &G::constructWEPTransmit, {}}),
     support::rowName);
 
-TEST(SettingOptions, HaveWordsIfTheirKindSaysSo) {
+TEST(SettingOptions, HaveWordsIfTheirKindRequiresThem) {
   for (const SettingOption& option : SettingOptions) {
     const bool takesWords =
         option.kind == SettingOption::Kind::Word || option.kind == SettingOption::Kind::WordList;

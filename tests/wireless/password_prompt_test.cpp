@@ -23,7 +23,7 @@ namespace {
 
 const std::string Prompt = "Please provide the password:";
 
-/// What the prompts print for the password that was typed.
+/// Prompts for a password and prints it.
 void printPassword() {
   const std::string password = promptForPassword();
   std::printf("[%s]", password.c_str());
@@ -35,7 +35,7 @@ bool ended(int status) {
 
 }  // namespace
 
-// --- Input that is no terminal ------------------------------------------------------------------
+// --- Input that is not a terminal ---------------------------------------------------------------
 
 namespace {
 
@@ -48,7 +48,7 @@ class PasswordInput : public testing::TestWithParam<InputRow> {};
 
 }  // namespace
 
-TEST_P(PasswordInput, IsReadUpToItsLineEnd) {
+TEST_P(PasswordInput, IsReadUpToTheLineEnd) {
   const StandardInput input(GetParam().input);
   std::string password = "untouched";
   EXPECT_EQ(outputOf([&] { password = promptForPassword(); }), (Output{Prompt + "\n\n", ""}));
@@ -62,11 +62,12 @@ INSTANTIATE_TEST_SUITE_P(Inputs, PasswordInput,
                                          InputRow{{"BlanksAreKept"}, " a b \t\n", " a b \t"},
                                          InputRow{{"CarriageReturnIsKept"}, "a\r\n", "a\r"},
                                          InputRow{{"TopBitSet"}, "\xFF\xC3\xA4\n", "\xFF\xC3\xA4"},
-                                         InputRow{{"EndOfInputInALine"}, "secret", "secret"},
-                                         InputRow{{"EndOfInputAtOnce"}, "", ""}),
+                                         InputRow{
+                                             {"EndOfInputWithoutALineEnd"}, "secret", "secret"},
+                                         InputRow{{"EmptyInput"}, "", ""}),
                          support::rowName);
 
-TEST(PasswordPrompt, AsksAgainForTheNextLine) {
+TEST(PasswordPrompt, ReadsTheNextLineInTheNextPrompt) {
   const StandardInput input("first\nsecond\n");
   const Output output = outputOf([] {
     printPassword();
@@ -77,12 +78,12 @@ TEST(PasswordPrompt, AsksAgainForTheNextLine) {
 
 // --- A terminal ---------------------------------------------------------------------------------
 
-TEST(PasswordTerminal, DoesNotEchoWhatIsTypedAndEchoesAgainAfterwards) {
+TEST(PasswordTerminal, DoesNotEchoThePasswordAndRestoresTheEcho) {
   PseudoTerminal terminal;
   const termios before = terminal.attributes();
   terminal.run(printPassword);
   EXPECT_TRUE(terminal.waitForOutput(Prompt));
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   const termios during = terminal.attributes();
   EXPECT_EQ(during.c_lflag, before.c_lflag & ~static_cast<tcflag_t>(ECHO));
   EXPECT_EQ(during.c_iflag, before.c_iflag);
@@ -94,17 +95,17 @@ TEST(PasswordTerminal, DoesNotEchoWhatIsTypedAndEchoesAgainAfterwards) {
   EXPECT_EQ(terminal.attributes().c_lflag, before.c_lflag);
 }
 
-TEST(PasswordTerminal, DiscardsWhatWasTypedBeforeTheEchoWasOff) {
+TEST(PasswordTerminal, DiscardsInputTypedBeforeTheEchoIsOff) {
   PseudoTerminal terminal;
   terminal.typeAhead("early\n");
   terminal.run(printPassword);
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.type("late\n");
   EXPECT_TRUE(ended(terminal.wait()));
   EXPECT_EQ(terminal.output(), Prompt + "\n\n[late]");
 }
 
-TEST(PasswordTerminal, DiscardsWhatWasTypedBehindThePassword) {
+TEST(PasswordTerminal, DiscardsInputTypedAfterThePassword) {
   PseudoTerminal terminal;
   terminal.run([] {
     printPassword();
@@ -112,23 +113,23 @@ TEST(PasswordTerminal, DiscardsWhatWasTypedBehindThePassword) {
     ::ioctl(STDIN_FILENO, FIONREAD, &waiting);
     std::printf("%d waiting", waiting);
   });
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.type("first\nlost\n");
   EXPECT_TRUE(ended(terminal.wait()));
   EXPECT_EQ(terminal.output(), Prompt + "\n\n[first]0 waiting");
 }
 
-TEST(PasswordTerminal, TakesTheEndOfInputForTheEndOfThePassword) {
+TEST(PasswordTerminal, TreatsTheEndOfInputAsTheEndOfThePassword) {
   PseudoTerminal terminal;
   terminal.run(printPassword);
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.type("\x04");
   EXPECT_TRUE(ended(terminal.wait()));
   EXPECT_EQ(terminal.output(), Prompt + "\n\n[]");
   EXPECT_TRUE(terminal.echoes());
 }
 
-TEST(PasswordTerminal, StaysSilentWhenItWasSilent) {
+TEST(PasswordTerminal, LeavesTheEchoOffIfItWasOff) {
   PseudoTerminal terminal;
   terminal.switchEchoOff();
   terminal.run(printPassword);
@@ -139,17 +140,17 @@ TEST(PasswordTerminal, StaysSilentWhenItWasSilent) {
   EXPECT_FALSE(terminal.echoes());
 }
 
-TEST(PasswordTerminal, EchoesWhileTheProgramIsStoppedAndIsSilentWhenItGoesOn) {
+TEST(PasswordTerminal, RestoresTheEchoWhileTheProgramIsStopped) {
   PseudoTerminal terminal;
   terminal.run(printPassword);
   for (int stop = 0; stop < 2; ++stop) {
-    ASSERT_TRUE(terminal.waitForSilence());
+    ASSERT_TRUE(terminal.waitForEchoOff());
     terminal.signal(SIGTSTP);
     ASSERT_TRUE(terminal.waitForStop());
     EXPECT_TRUE(terminal.echoes());
     terminal.signal(SIGCONT);
   }
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.type("secret\n");
   EXPECT_TRUE(ended(terminal.wait()));
   EXPECT_EQ(terminal.output(), Prompt + "\n\n[secret]");
@@ -171,9 +172,9 @@ class PasswordSignal : public testing::TestWithParam<SignalRow> {
 
 }  // namespace
 
-TEST_P(PasswordSignal, EndsTheProgramWithTheEchoOn) {
+TEST_P(PasswordSignal, RestoresTheEchoAndEndsTheProgram) {
   terminal.run(printPassword);
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.signal(GetParam().signal);
   const int status = terminal.wait();
   EXPECT_TRUE(WIFSIGNALED(status));
@@ -181,12 +182,12 @@ TEST_P(PasswordSignal, EndsTheProgramWithTheEchoOn) {
   EXPECT_TRUE(terminal.echoes());
 }
 
-TEST_P(PasswordSignal, StaysIgnoredWhenItWas) {
+TEST_P(PasswordSignal, StaysIgnoredIfItWas) {
   terminal.run([] {
     std::signal(GetParam().signal, SIG_IGN);
     printPassword();
   });
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.signal(GetParam().signal);
   EXPECT_FALSE(terminal.echoes());
   terminal.type("secret\n");
@@ -195,13 +196,13 @@ TEST_P(PasswordSignal, StaysIgnoredWhenItWas) {
   EXPECT_TRUE(terminal.echoes());
 }
 
-TEST_P(PasswordSignal, HasItsEarlierActionAfterThePrompt) {
+TEST_P(PasswordSignal, HasItsPreviousActionAfterThePrompt) {
   terminal.run([] {
     std::signal(GetParam().signal, [](int) { std::_Exit(42); });
     printPassword();
     std::raise(GetParam().signal);
   });
-  ASSERT_TRUE(terminal.waitForSilence());
+  ASSERT_TRUE(terminal.waitForEchoOff());
   terminal.type("secret\n");
   const int status = terminal.wait();
   EXPECT_TRUE(WIFEXITED(status));

@@ -20,7 +20,7 @@ TEST_P(SecurityEncoder, AppendsItsObjectAndLogsIt) {
 constexpr auto Security = &wnpaGenerator::constructSecurity;
 constexpr auto Passwd = &wnpaGenerator::constructPasswd;
 
-// As logged. The digit is the code that is sent.
+// The modes as logged. The digit is the number that is sent.
 constexpr const char* NoSecurity = "0 (No Security)";
 constexpr const char* Wep = "1 (WEP)";
 constexpr const char* Psk = "2 (WPA PSK (Auto 1 or 2))";
@@ -71,8 +71,8 @@ INSTANTIATE_TEST_SUITE_P(
                     passwordRow("PskSlotOfOpen", {"--security=OPEN", "--encryption=WEP"},
                                 PreSharedKey),
                     passwordRow("PskSlotOfShared", {"--security=SHARED"}, PreSharedKey),
-                    passwordRow("EmptySecurityIsNotNone", {"--security="}, PreSharedKey),
-                    passwordRow("OtherCaseIsNotNone", {"--security=none"}, PreSharedKey)),
+                    passwordRow("EmptySecurityDiffersFromNone", {"--security="}, PreSharedKey),
+                    passwordRow("OtherCaseDiffersFromNone", {"--security=none"}, PreSharedKey)),
     support::rowName);
 
 TEST_F(SecurityEncoder, DoesNotCutThePassword) {

@@ -16,7 +16,7 @@ using support::textBytes;
 
 namespace {
 
-/// configBasic in front of a scripted printer.
+/// A fixture for tests of `configBasic`. A scripted printer replies to it.
 class ConfigBasic : public support::Generator {
  protected:
   int run() { return Generator::run(&wnpaGenerator::configBasic); }
@@ -40,7 +40,7 @@ TEST_F(ConfigBasic, SendsModeSecurityChannelAndSsidWrapped) {
   EXPECT_EQ(device.writes, std::vector<Bytes>{packets::wrapped(ExampleBare)});
 }
 
-TEST_F(ConfigBasic, SendsTheInnerPacketAloneWithoutWrapMode) {
+TEST_F(ConfigBasic, SendsABarePacketWithoutWrapMode) {
   use(Example);
   answer({packets::Accepted});
   generator->setWrapMode(false);
@@ -67,17 +67,17 @@ TEST_F(ConfigBasic, LeavesOutEmptyModeAndSsid) {
                                      "28 05 00 00 04 00 00 00 06")});
 }
 
-TEST_F(ConfigBasic, BuildsItsPacketAnewEachTime) {
+TEST_F(ConfigBasic, StartsWithAnEmptyPacketEachTime) {
   use(Example);
-  Bytes rubbish = bytes("EE EE EE");
-  generator->appendDataToNPA(3, rubbish.data());
+  Bytes earlier = bytes("EE EE EE");
+  generator->appendDataToNPA(3, earlier.data());
   generator->setWrapMode(false);
   run();
   run();
   EXPECT_EQ(device.writes, (std::vector<Bytes>{ExampleBare, ExampleBare}));
 }
 
-TEST_F(ConfigBasic, LogsItsCourseAndDumpsNothing) {
+TEST_F(ConfigBasic, LogsItsSettingsAndItsResult) {
   use({"--ssid=n", "--security=WPA2", "--passwd=key", "--mode=Ad-Hoc"});
   answer({packets::Accepted});
   run();
@@ -104,7 +104,7 @@ class ConfigBasicResult : public ConfigBasic, public testing::WithParamInterface
 
 }  // namespace
 
-TEST_P(ConfigBasicResult, IsThatOfTheExchangeAndIsLogged) {
+TEST_P(ConfigBasicResult, IsReturnedAndLogged) {
   use(Example);
   answer({bytes(GetParam().reply)});
   EXPECT_EQ(run(), GetParam().result);
@@ -124,27 +124,26 @@ INSTANTIATE_TEST_SUITE_P(
             {"NotAccepted"}, "A5 00 03 50 E0 00", 1, "SSID = x\nD [ZVK] Basic config ret = 1\n"}),
     support::rowName);
 
-// --- The largest packets
-// --------------------------------------------------------------------------
+// --- The largest packets ------------------------------------------------------------------------
 
 namespace {
 
-// Sizes of an SSID that make the outermost length field just hold 65,535: what the other objects,
-// the SSID's header and zero, and the packet headers add to it.
+// The SSID sizes for which the outer length field is 65,535. The grouping header adds 4 bytes to
+// it, the other objects with the SSID's header and zero byte add 33, and the wrapper adds 9.
 constexpr std::size_t LargestBareSsid = 65535 - 4 - 33;
 constexpr std::size_t LargestWrappedSsid = LargestBareSsid - 9;
 
 struct SizeRow : support::Row {
   bool wrapMode;
   std::size_t ssidSize;
-  const char* header;  ///< of what is sent; empty: nothing is sent
+  const char* header;  ///< the start of the packet, in hex; empty if nothing is sent
 };
 
 class ConfigBasicSize : public ConfigBasic, public testing::WithParamInterface<SizeRow> {};
 
 }  // namespace
 
-TEST_P(ConfigBasicSize, IsSentUpToALengthFieldOf65535) {
+TEST_P(ConfigBasicSize, IsLimitedByALengthFieldOf65535) {
   const std::string ssid(GetParam().ssidSize, 's');
   use({"--ssid=" + ssid});
   answer({packets::Accepted});

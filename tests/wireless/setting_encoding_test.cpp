@@ -4,7 +4,7 @@
 
 #include "testing/setting_encoder.h"
 
-// What all text settings have in common: limits, terminators, size fields, lines.
+// All text settings: limits, terminators, size fields and log lines.
 
 namespace {
 
@@ -17,8 +17,8 @@ using G = wnpaGenerator;
 struct TextRow : support::Row {
   support::SettingEncoder encoder;
   const char* option;
-  const char* header;      ///< of the object, without the low byte of the size
-  std::size_t limit;       ///< longest text that is sent whole
+  const char* header;      ///< header of the object in hex, without the low byte of the size
+  std::size_t limit;       ///< size in bytes of the longest text that is not cut
   const char* terminator;  ///< bytes that follow the text
   std::string lineStart;
   const char* quote;
@@ -27,8 +27,8 @@ struct TextRow : support::Row {
 
 class TextSetting : public support::SettingEncoders, public testing::WithParamInterface<TextRow> {
  protected:
-  /// Expects that `text` is cut at the limit and logged whole. The size field holds only the low
-  /// byte of the size: 256 bytes read 0.
+  /// Expects that `text` is cut at the limit and logged as `logged`. The size field has only the
+  /// low byte of the size: it is 0 for 256 bytes.
   void expectText(const std::string& option, const std::string& text, const std::string& logged) {
     const TextRow& row = GetParam();
     const Bytes value = joined({textBytes(text.substr(0, row.limit)), bytes(row.terminator)});
@@ -43,7 +43,7 @@ class TextSetting : public support::SettingEncoders, public testing::WithParamIn
   void expectText(const std::string& text) { expectText(text, text, text); }
 };
 
-/// Letters that differ from their neighbours.
+/// Returns letters that differ from their neighbours.
 std::string letters(std::size_t count) {
   std::string text;
   for (std::size_t i = 0; i < count; ++i) {
@@ -52,7 +52,7 @@ std::string letters(std::size_t count) {
   return text;
 }
 
-TEST_P(TextSetting, IsCutAtItsLimitAndLoggedWhole) {
+TEST_P(TextSetting, IsSentUpToItsLimitAndLoggedCompletely) {
   const std::size_t limit = GetParam().limit;
   for (const std::size_t size : {std::size_t{1}, limit - 1, limit, limit + 1, std::size_t{65536}}) {
     SCOPED_TRACE(size);
@@ -60,21 +60,21 @@ TEST_P(TextSetting, IsCutAtItsLimitAndLoggedWhole) {
   }
 }
 
-TEST_P(TextSetting, IsSentAsNothingOrAHeaderWhenEmpty) {
+TEST_P(TextSetting, IsOmittedOrSentAsAHeaderIfEmpty) {
   expectText("");
 }
 
-TEST_P(TextSetting, MayHoldAnyBytes) {
+TEST_P(TextSetting, MayHaveAnyBytes) {
   for (const char* text : {"\xFF", "\n", "%", "|", " "}) {
     expectText(text);
   }
 }
 
-TEST_P(TextSetting, HoldsWhatStandsBetweenQuotationMarks) {
+TEST_P(TextSetting, ContainsTheTextBetweenQuotationMarks) {
   expectText("ab\"c\"d", "c", "c");
 }
 
-TEST_P(TextSetting, IsShownUpToAZeroByteAndSentWhole) {
+TEST_P(TextSetting, IsLoggedUpToAZeroByteAndSentCompletely) {
   const std::string zero("\0", 1);
   expectText(zero, zero, "");
 }

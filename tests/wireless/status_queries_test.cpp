@@ -7,7 +7,7 @@
 #include "testing/packets.h"
 #include "testing/rows.h"
 
-// The status queries: what goes out, and what is read from the collected reply.
+// The status queries: their requests, and what they read from the collected reply.
 
 namespace {
 
@@ -20,12 +20,12 @@ using virtual_system::Second;
 using Query = support::Operation;
 using StatusQueries = support::DefaultGenerator;
 
-// --- What goes out ------------------------------------------------------------------------------
+// --- Requests -----------------------------------------------------------------------------------
 
 struct RequestRow : support::Row {
   Query query;
   const char* request;
-  std::vector<unsigned int> pauses;  ///< when nothing answers
+  std::vector<unsigned int> pauses;  ///< seconds, if the printer is silent
   const char* announcement;
 };
 
@@ -43,7 +43,7 @@ TEST_P(Request, IsBareWithoutWrapMode) {
   EXPECT_EQ(device.writes.at(0), bytes(GetParam().request));
 }
 
-TEST_P(Request, IsAnnounced) {
+TEST_P(Request, IsLoggedFirst) {
   run(GetParam().query);
   EXPECT_TRUE(output.err.starts_with(GetParam().announcement)) << output.err;
   EXPECT_EQ(output.out, "");
@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "D [ZVK] 802.1x Auth common name...\n")),
     support::rowName);
 
-// --- The authentication status ------------------------------------------------------------------
+// --- Authentication status ----------------------------------------------------------------------
 
 struct StatusRow : support::Row {
   std::uint8_t status;
@@ -85,7 +85,7 @@ struct StatusRow : support::Row {
 
 class AuthStatus : public StatusQueries, public testing::WithParamInterface<StatusRow> {};
 
-TEST_P(AuthStatus, HasAText) {
+TEST_P(AuthStatus, IsLoggedWithItsText) {
   const Bytes record = joined({bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01"), {GetParam().status}});
   answer({replyOf(record)});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), GetParam().status);
@@ -111,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(
                     StatusRow{{"FirstWithoutText"}, 12, ""}, StatusRow{{"Largest"}, 255, ""}),
     support::rowName);
 
-TEST_F(StatusQueries, ShowTheWholeReplyAndItsSize) {
+TEST_F(StatusQueries, LogTheReplyAndItsSize) {
   answer({replyOf(packets::AuthenticatedRecord)});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
   EXPECT_EQ(output, (Output{"",
@@ -121,10 +121,10 @@ TEST_F(StatusQueries, ShowTheWholeReplyAndItsSize) {
                             "D [ZVK] Status: 2 (Authenticated)\n"}));
 }
 
-// --- The records of a reply ---------------------------------------------------------------------
+// --- Records of a reply -------------------------------------------------------------------------
 
 struct ScanRow : support::Row {
-  const char* records;  ///< group 2A, object 1D for the status, 13 and 11 for the other two
+  const char* records;  ///< the reply's records in hex, with object 1D; other queries replace 1D
   int authStatus;
   int installed;
   const char* installedLines;
@@ -132,7 +132,7 @@ struct ScanRow : support::Row {
 
 class Scan : public StatusQueries, public testing::WithParamInterface<ScanRow> {
  protected:
-  /// The records with another object number.
+  /// Returns the row's records with another object number.
   static Bytes recordsFor(std::uint8_t object) {
     Bytes records = bytes(GetParam().records);
     for (std::size_t i = 0; i + 1 < records.size(); ++i) {
@@ -144,17 +144,17 @@ class Scan : public StatusQueries, public testing::WithParamInterface<ScanRow> {
   }
 };
 
-TEST_P(Scan, GivesTheFirstStatus) {
+TEST_P(Scan, ReturnsTheFirstStatus) {
   answer({replyOf(recordsFor(0x1D))});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), GetParam().authStatus);
 }
 
-TEST_P(Scan, GivesTheFirstEnabledFlag) {
+TEST_P(Scan, ReturnsTheFirstEnabledFlag) {
   answer({replyOf(recordsFor(0x13))});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthEnabled), GetParam().authStatus);
 }
 
-TEST_P(Scan, GivesTheLastInstalledFlagAndTellsEach) {
+TEST_P(Scan, ReturnsTheLastInstalledFlagAndLogsEach) {
   answer({replyOf(recordsFor(0x11))});
   EXPECT_EQ(run(&wnpaGenerator::getCertAuthInstalled), GetParam().installed);
   std::string lines = output.err;
@@ -193,24 +193,24 @@ INSTANTIATE_TEST_SUITE_P(
         ScanRow{{"StatusBeyondTheReply"}, "A5 00 09 50 E0 D8 00 2A 1D 00 01", -1, -1, ""},
         ScanRow{{"HeaderCut"}, "A5 00 09 50 E0 D8 00 2A 1D 00", -1, -1, ""},
         ScanRow{{"ObjectCut"}, "A5 00 09 50 E0 D8 00 2A", -1, -1, ""},
-        ScanRow{{"StartByteAlone"}, "A5", -1, -1, ""},
+        ScanRow{{"OnlyTheStartByte"}, "A5", -1, -1, ""},
         ScanRow{{"OnlyStartBytes"}, "A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5 A5", -1, -1, ""},
         ScanRow{{"EmptyValueAtTheEnd"},
                 "A5 00 08 50 E0 D8 00 2A 1D 00 00",
                 -1,
                 -1,
                 "D [ZVK] Status: 0 (no)\n"},
-        ScanRow{{"EmptyValueAheadOfAnotherByte"},
+        ScanRow{{"EmptyValueBeforeAnotherByte"},
                 "A5 00 08 50 E0 D8 00 2A 1D 00 00 07",
                 7,
                 -1,
                 "D [ZVK] Status: 0 (no)\n"},
-        ScanRow{{"EmptyValueBehindAnother"},
+        ScanRow{{"EmptyValueAfterAnother"},
                 "A5 00 09 50 E0 D8 00 2A 1D 00 01 01 A5 00 08 50 E0 D8 00 2A 1D 00 00",
                 1,
                 1,
                 "D [ZVK] Status: 1 (yes)\nD [ZVK] Status: 0 (no)\n"},
-        ScanRow{{"LengthOfOnlyAHighByte"},
+        ScanRow{{"SizeWithOnlyAHighByte"},
                 "A5 00 09 50 E0 D8 00 2A 1D 01 00 05",
                 5,
                 -1,
@@ -222,20 +222,20 @@ INSTANTIATE_TEST_SUITE_P(
                 "D [ZVK] Status: 3 (no)\n"}),
     support::rowName);
 
-TEST_F(StatusQueries, FindTheRecordInAFurtherPacket) {
+TEST_F(StatusQueries, FindTheRecordInALaterPacket) {
   answer({joined({replyOf(bytes("A5 00 09 50 E0 D8 00 2A 26 00 01 09"), 0x70),
                   replyOf(packets::AuthenticatedRecord)})});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
 }
 
-TEST_F(StatusQueries, PassOverAThousandTruncatedRecords) {
+TEST_F(StatusQueries, SkipAThousandTruncatedRecords) {
   const std::string truncated = support::repeated("A5 00 09 50 E0 D8 00 2A ", 1000);
   answer({replyOf(bytes(truncated + packets::hexText(packets::AuthenticatedRecord)))});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), 2);
 }
 
-TEST_F(StatusQueries, HaveNoAnswerWhenOnlyStartBytesCome) {
-  // A length of A5A5, which the rest of the stream does not fill.
+TEST_F(StatusQueries, ReturnMinusOneForStartBytesOnly) {
+  // The packet's length field says A5A5, which is more than the rest of the reply.
   answer({Bytes(1000, 0xA5)});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthStatus), -1);
   EXPECT_TRUE(output.err.ends_with("D [ZVK] Auth status response (0 bytes)\n")) << output.err;
@@ -243,7 +243,7 @@ TEST_F(StatusQueries, HaveNoAnswerWhenOnlyStartBytesCome) {
 
 // --- Flags and dumps ----------------------------------------------------------------------------
 
-TEST_F(StatusQueries, TellEnabledWithoutADump) {
+TEST_F(StatusQueries, LogTheEnabledFlagWithoutADump) {
   answer({replyOf(bytes("A5 00 09 50 E0 D8 00 2A 13 00 01 01")),
           replyOf(bytes("A5 00 09 50 E0 D8 00 2A 13 00 01 02"))});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthEnabled), 1);
@@ -256,7 +256,7 @@ TEST_F(StatusQueries, TellEnabledWithoutADump) {
             "D [ZVK] Status: 2 (disabled)\n");
 }
 
-TEST_F(StatusQueries, TellWhetherACertificateAuthorityIsInstalled) {
+TEST_F(StatusQueries, LogWhetherACaCertificateIsInstalled) {
   answer({replyOf(bytes("A5 00 09 50 E0 D8 00 2A 11 00 01 01"))});
   EXPECT_EQ(run(&wnpaGenerator::getCertAuthInstalled), 1);
   EXPECT_EQ(output.err,
@@ -266,7 +266,7 @@ TEST_F(StatusQueries, TellWhetherACertificateAuthorityIsInstalled) {
             "D [ZVK] Status: 1 (yes)\n");
 }
 
-TEST_F(StatusQueries, DumpAllSecuritySettingsAndAnswerMinusOne) {
+TEST_F(StatusQueries, DumpAllSecuritySettingsAndReturnMinusOne) {
   answer({replyOf(bytes("41 42"))});
   EXPECT_EQ(run(&wnpaGenerator::getAllSecuritySettings), -1);
   EXPECT_EQ(output.err,
@@ -275,7 +275,7 @@ TEST_F(StatusQueries, DumpAllSecuritySettingsAndAnswerMinusOne) {
             "E0 41 42 |.AB\n");
 }
 
-TEST_F(StatusQueries, DumpTheCommonNameAndAnswerMinusOne) {
+TEST_F(StatusQueries, DumpTheCommonNameAndReturnMinusOne) {
   answer({replyOf(bytes("41"))});
   EXPECT_EQ(run(&wnpaGenerator::get802AuthCommonName), -1);
   EXPECT_EQ(output.err,
@@ -284,8 +284,8 @@ TEST_F(StatusQueries, DumpTheCommonNameAndAnswerMinusOne) {
             "E0 41 |.A\n");
 }
 
-TEST_F(StatusQueries, ReadOnUntilThreeSecondsAfterThePause) {
-  // Each packet says that another follows. The last one arrives when the time is over.
+TEST_F(StatusQueries, ReadUntilThreeSecondsAfterThePause) {
+  // Each packet announces another. The last one arrives after the deadline.
   device.onWrite = [this](const Bytes& /*request*/) {
     device.reply(replyOf(bytes("01"), 0x70), 4 * Second);
     device.reply(replyOf(bytes("02"), 0x70), 5 * Second);

@@ -1,4 +1,4 @@
-// The password setting when it has to be typed.
+// The password setting if the password is typed.
 
 #include <gtest/gtest.h>
 #include <string>
@@ -22,7 +22,7 @@ const std::string Prompt = "Please provide the password:";
 
 }  // namespace
 
-TEST_F(TypedPassword, IsAskedForWhenItIsEmptyAndNotLogged) {
+TEST_F(TypedPassword, IsPromptedForIfEmptyAndNotLogged) {
   use({"--security=WPA"});
   const StandardInput input("abc\n");
   int total = 0;
@@ -42,7 +42,7 @@ TEST_F(TypedPassword, IsSentAsTyped) {
 
 TEST_F(TypedPassword, IsNotLeftOnTheStack) {
   use({"--security=WPA"});
-  // Short enough for a string to hold it itself.
+  // So short that std::string stores it inside the object.
   const std::string password = "kQ7-vT2x9";
   const StandardInput input(password + "\n");
   int count = 0;
@@ -68,7 +68,7 @@ TEST_F(TypedPassword, IsEmptyAtTheEndOfInput) {
                                      "28 05 00 00 04 00 00 00 06 28 11 00 00 01 00")});
 }
 
-TEST_F(TypedPassword, IsAskedForWithAnEmptySecurity) {
+TEST_F(TypedPassword, IsPromptedForIfTheSecurityIsEmpty) {
   use({"--security="});
   const StandardInput input("x\n");
   int total = 0;
@@ -76,7 +76,7 @@ TEST_F(TypedPassword, IsAskedForWithAnEmptySecurity) {
   EXPECT_EQ(output.out, Prompt + "\n\n");
 }
 
-TEST_F(TypedPassword, IsAskedForAgainInTheBareTry) {
+TEST_F(TypedPassword, IsPromptedForAgainInTheBareAttempt) {
   use({"--security=WPA"});
   const StandardInput input("one\ntwo\n");
   output = outputOf([&] {

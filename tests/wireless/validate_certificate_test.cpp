@@ -7,7 +7,7 @@
 #include "testing/packets.h"
 #include "testing/rows.h"
 
-// Whether the adapter is to validate the server's certificate follows from what the printer holds.
+// The flag for validating the server's certificate. It depends on the printer's certificates.
 
 namespace {
 
@@ -15,7 +15,7 @@ using support::Bytes;
 using support::bytes;
 
 struct ListRow : support::Row {
-  std::vector<Bytes> replies;  ///< to the call for its own certificates and for an authority's
+  std::vector<Bytes> replies;  ///< to the calls that list its own and the CA certificates
   std::size_t calls;
   bool validates;
 };
@@ -46,12 +46,12 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(ListRow{{"TwoOwn"}, {listOf({"a", "b"})}, 1, true},
                     ListRow{{"ThreeOwn"}, {listOf({"a", "b", "c"})}, 1, true},
                     ListRow{{"OneOwn"}, {listOf({"a"}), NoList}, 2, false},
-                    ListRow{{"OneOwnAndAnAuthority"}, {listOf({"a"}), listOf({"ca"})}, 2, true},
-                    ListRow{{"OneOfAnAuthority"}, {listOf({}), listOf({"ca"})}, 2, true},
-                    ListRow{{"TwoOfAuthorities"}, {listOf({}), listOf({"x", "y"})}, 2, true},
+                    ListRow{{"OneOwnAndOneCa"}, {listOf({"a"}), listOf({"ca"})}, 2, true},
+                    ListRow{{"OneCa"}, {listOf({}), listOf({"ca"})}, 2, true},
+                    ListRow{{"TwoCas"}, {listOf({}), listOf({"x", "y"})}, 2, true},
                     ListRow{{"Nothing"}, {listOf({}), listOf({})}, 2, false},
-                    ListRow{{"NoOwnListButAnAuthority"}, {Failure, listOf({"ca"})}, 2, true},
-                    ListRow{{"OneOwnAndNoOtherList"}, {listOf({"a"}), Failure}, 2, false},
+                    ListRow{{"NoOwnListButOneCa"}, {Failure, listOf({"ca"})}, 2, true},
+                    ListRow{{"OneOwnAndNoCaList"}, {listOf({"a"}), Failure}, 2, false},
                     ListRow{{"Failures"}, {Failure}, 2, false},
                     ListRow{{"Refusals"}, {packets::Refused}, 2, false},
                     ListRow{{"Garbage"}, {bytes("A5 00 05 50 E0 C0 03 00")}, 2, false},
@@ -60,7 +60,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 using ValidateCertificateDevice = support::Generator;
 
-TEST_F(ValidateCertificateDevice, IsTheConfiguredOne) {
+TEST_F(ValidateCertificateDevice, IsTheDeviceOfTheSettings) {
   auto& other = system.device("/dev/usb/lp3");
   use({"/dev/usb/lp3"});
   run(&wnpaGenerator::construct802ValidateCert);

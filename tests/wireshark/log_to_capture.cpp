@@ -1,8 +1,8 @@
-// Makes a capture of what the emulated printer has logged:
+// Converts a log of the emulated printer to a USB capture:
 //
 //     log_to_capture BYTES <LOG >CAPTURE
 //
-// Each message becomes transfers of at most so many bytes.
+// Each message becomes transfers of at most BYTES bytes.
 
 #include <algorithm>
 #include <cstddef>
@@ -35,7 +35,7 @@ void addTransfers(support::UsbCapture& capture, const decoder::HexLine& message,
 int main(int argc, char** argv) {
   const std::size_t largest = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 0;
   if (largest == 0) {
-    std::fputs("log_to_capture BYTES <LOG >CAPTURE\n", stderr);
+    std::fputs("usage: log_to_capture BYTES <LOG >CAPTURE\n", stderr);
     return 2;
   }
   support::UsbCapture capture;

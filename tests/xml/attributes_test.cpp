@@ -28,13 +28,13 @@ attributes makeList() {
 
 }  // namespace
 
-TEST(Attributes, StartEmpty) {
+TEST(Attributes, AreEmptyAtFirst) {
   const attributes list;
   EXPECT_FALSE(list.isAttrExist("a"));
   EXPECT_EQ(list.getAttribute("a"), "");
 }
 
-TEST(Attributes, KeepOneValueForAName) {
+TEST(Attributes, KeepOneValueForEachName) {
   attributes list;
   list.setAttribute("a", "1");
   list.setAttribute("b", "x");
@@ -45,7 +45,7 @@ TEST(Attributes, KeepOneValueForAName) {
   EXPECT_EQ(list.getAttrName(2U, buffer.data(), 8), 0);
 }
 
-TEST(Attributes, TellNamesByEveryByte) {
+TEST(Attributes, CompareNamesByEveryByte) {
   attributes list;
   list.setAttribute("a", "1");
   EXPECT_TRUE(list.isAttrExist("a"));
@@ -54,14 +54,14 @@ TEST(Attributes, TellNamesByEveryByte) {
   EXPECT_FALSE(list.isAttrExist(""));
 }
 
-TEST(Attributes, ClearRemovesAll) {
+TEST(Attributes, AreEmptyAfterClear) {
   attributes list = makeList();
   list.clear();
   EXPECT_FALSE(list.isAttrExist("a"));
   EXPECT_FALSE(list.isAttrExist("b"));
 }
 
-TEST(Attributes, ReadingAnAbsentNameDoesNotAddIt) {
+TEST(Attributes, DoNotAddANameThatIsRead) {
   attributes list;
   EXPECT_EQ(list.getAttribute("a"), "");
   Buffer buffer{};
@@ -69,7 +69,7 @@ TEST(Attributes, ReadingAnAbsentNameDoesNotAddIt) {
   EXPECT_FALSE(list.isAttrExist("a"));
 }
 
-TEST(Attributes, CopyIntoABufferIsCutTerminatedAndZeroFilled) {
+TEST(Attributes, AreCutToABufferWithAZeroByteAtItsEnd) {
   attributes list;
   list.setAttribute("x", "abcdef");
   Buffer buffer = filledBuffer();
@@ -77,7 +77,7 @@ TEST(Attributes, CopyIntoABufferIsCutTerminatedAndZeroFilled) {
   EXPECT_EQ(contents(buffer), std::string("abc\0####", 8));
 }
 
-TEST(Attributes, CopyIntoABufferZeroesAllBehindTheText) {
+TEST(Attributes, FillTheBufferAfterTheTextWithZeros) {
   attributes list;
   list.setAttribute("x", "ab");
   Buffer buffer = filledBuffer();
@@ -85,7 +85,7 @@ TEST(Attributes, CopyIntoABufferZeroesAllBehindTheText) {
   EXPECT_EQ(contents(buffer), std::string("ab\0\0\0\0\0#", 8));
 }
 
-TEST(Attributes, CopyFitsWithItsZeroExactly) {
+TEST(Attributes, FitIntoABufferWithRoomForTheZeroByte) {
   attributes list;
   list.setAttribute("x", "abc");
   Buffer buffer = filledBuffer();
@@ -95,7 +95,7 @@ TEST(Attributes, CopyFitsWithItsZeroExactly) {
   EXPECT_STREQ(buffer.data(), "ab");
 }
 
-TEST(Attributes, AbsentPairsZeroTheBuffer) {
+TEST(Attributes, FillTheBufferWithZerosForAnAbsentName) {
   const attributes list = makeList();
   const std::string zeros(8, '\0');
   Buffer buffer = filledBuffer();
@@ -110,14 +110,14 @@ TEST(Attributes, AbsentPairsZeroTheBuffer) {
   EXPECT_EQ(list.getAttrName(0xFFFFFFFFU, buffer.data(), 8), 0);
 }
 
-TEST(Attributes, BufferOfOneByteTakesTheZeroAlone) {
+TEST(Attributes, WriteOnlyTheZeroByteToABufferOfOneByte) {
   const attributes list = makeList();
   Buffer buffer = filledBuffer();
   EXPECT_EQ(list.getAttribute("a", buffer.data(), 1), 0);
   EXPECT_EQ(contents(buffer), std::string("\0#######", 8));
 }
 
-TEST(Attributes, BufferOfNoBytesIsNotTouched) {
+TEST(Attributes, DoNotWriteToAnEmptyBuffer) {
   const attributes list = makeList();
   Buffer buffer = filledBuffer();
   EXPECT_EQ(list.getAttribute("a", buffer.data(), 0), 0);
@@ -126,9 +126,9 @@ TEST(Attributes, BufferOfNoBytesIsNotTouched) {
   EXPECT_EQ(contents(buffer), "########");
 }
 
-TEST(Attributes, IndexFollowsTheOrderOfNames) {
+TEST(Attributes, AreIndexedInTheOrderOfTheNames) {
   attributes list = makeList();
-  list.setAttribute("\xC3", "4");  // behind ASCII: bytes compare unsigned
+  list.setAttribute("\xC3", "4");  // sorts after ASCII: bytes are compared as unsigned
   list.setAttribute("B", "3");
   Buffer buffer{};
   std::string pairs;
@@ -143,7 +143,7 @@ TEST(Attributes, IndexFollowsTheOrderOfNames) {
             "4");
 }
 
-TEST(Attributes, IndexFormsCutAsWell) {
+TEST(Attributes, AreCutToABufferWhenReadByIndex) {
   attributes list;
   list.setAttribute("name", "value");
   Buffer buffer = filledBuffer();
@@ -153,7 +153,7 @@ TEST(Attributes, IndexFormsCutAsWell) {
   EXPECT_STREQ(buffer.data(), "val");
 }
 
-TEST(Attributes, SubscriptInsertsAnAbsentName) {
+TEST(Attributes, InsertAnAbsentNameBySubscript) {
   attributes list;
   EXPECT_EQ(list["a"], "");
   EXPECT_TRUE(list.isAttrExist("a"));
@@ -161,7 +161,7 @@ TEST(Attributes, SubscriptInsertsAnAbsentName) {
   EXPECT_EQ(list.getAttribute("a"), "1");
 }
 
-TEST(Attributes, SubscriptTakesEveryKindOfText) {
+TEST(Attributes, AcceptEveryKindOfTextAsASubscript) {
   attributes list;
   std::string text = "a";
   char array[] = "a";
@@ -172,7 +172,7 @@ TEST(Attributes, SubscriptTakesEveryKindOfText) {
   EXPECT_EQ(list[text], "2");
 }
 
-TEST(Attributes, CopiesAreIndependent) {
+TEST(Attributes, HaveIndependentCopies) {
   attributes list = makeList();
   attributes copy = list;
   attributes assigned;
@@ -186,7 +186,7 @@ TEST(Attributes, CopiesAreIndependent) {
   EXPECT_FALSE(assigned.isAttrExist("z"));
 }
 
-TEST(Attributes, AreCopiedFromAndDestroyedThroughDerivedClasses) {
+TEST(Attributes, CanBeABaseClass) {
   class Derived : public attributes {};
   const std::unique_ptr<attributes> list = std::make_unique<Derived>();
   list->setAttribute("a", "1");
@@ -194,7 +194,7 @@ TEST(Attributes, AreCopiedFromAndDestroyedThroughDerivedClasses) {
   EXPECT_EQ(copy.getAttribute("a"), "1");
 }
 
-TEST(Attributes, NullTextsAreEmptyTexts) {
+TEST(Attributes, TreatNullPointersAsEmptyTexts) {
   attributes list;
   const char* null = nullptr;
   list.setAttribute(null, null);
@@ -205,7 +205,7 @@ TEST(Attributes, NullTextsAreEmptyTexts) {
   EXPECT_EQ(list.getAttribute(""), "1");
 }
 
-TEST(Attributes, TextsOfAnySizeAndOrderAreKept) {
+TEST(Attributes, KeepTextsOfAnySizeAndOrder) {
   attributes list;
   const std::string longText(100'000, 'v');
   for (const std::string name : {"m", "z", "a", "n", "b", "zz", "mm"}) {

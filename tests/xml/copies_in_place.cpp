@@ -6,7 +6,7 @@ namespace {
 
 int count = 0;
 
-void look(const void* to, const void* from, std::size_t size) {
+void countInPlace(const void* to, const void* from, std::size_t size) {
   count += to == from && size > 0 ? 1 : 0;
 }
 
@@ -16,20 +16,20 @@ int copiesInPlace() {
   return count;
 }
 
-// The names are the linker's; AddressSanitizer has its own function.
+// The linker's --wrap requires these names. AddressSanitizer has its own memmove.
 extern "C" {
 
 void* __real_memmove(void* to, const void* from, std::size_t size);
 void* __real___asan_memmove(void* to, const void* from, std::size_t size);
 
 void* __wrap_memmove(void* to, const void* from, std::size_t size) {
-  look(to, from, size);
+  countInPlace(to, from, size);
   return __real_memmove(to, from, size);
 }
 
 #ifdef ADDRESS_SANITIZER
 void* __wrap___asan_memmove(void* to, const void* from, std::size_t size) {
-  look(to, from, size);
+  countInPlace(to, from, size);
   return __real___asan_memmove(to, from, size);
 }
 #endif

@@ -1,5 +1,5 @@
 #pragma once
 
-/// How many times so far bytes were moved to the place where they are. `std::copy`, which ends in
-/// such a move, does not permit that.
+/// Returns how many calls of memmove so far had equal source and destination. The code under test
+/// must not make such a call, because `std::copy`, which calls memmove, does not permit it.
 int copiesInPlace();

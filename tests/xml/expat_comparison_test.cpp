@@ -1,4 +1,4 @@
-// The same events as expat's, for documents that both take.
+// Compares the parser's events with those of expat, for documents that both accept.
 
 #include <expat.h>
 #include <gtest/gtest.h>
@@ -14,8 +14,8 @@ namespace {
 
 using Events = std::vector<std::string>;
 
-/// Records expat's events as `RecordingHandler` does ours: text in whole runs without leading white
-/// space, with the count of its characters in the document.
+/// Records expat's events in the form of `RecordingHandler`: a text as one run without leading
+/// white space, with the count of its characters in the document.
 class ExpatRecorder {
  public:
   Events record(const std::string& document) {

@@ -1,4 +1,4 @@
-// The same answers as libxml2's XPath, where it defines the same.
+// Compares query results with libxml2's XPath, for paths with the same meaning.
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
@@ -25,7 +25,8 @@ class Libxml2Document {
 
   bool isParsed() const { return m_Tree != nullptr && m_Context != nullptr; }
 
-  /// The text of the first element at `path`: of each of its own runs, without leading white space.
+  /// Returns the text of the first element at `path`: its own runs, each without leading white
+  /// space.
   std::string query(const std::string& path) const {
     const std::unique_ptr<xmlXPathObject, Free> found(
         xmlXPathEvalExpression(reinterpret_cast<const xmlChar*>(path.c_str()), m_Context.get()));
@@ -58,8 +59,7 @@ class Libxml2Document {
   std::unique_ptr<xmlXPathContext, Free> m_Context;
 };
 
-/// A path along the names from the root to an element, with random filters and now and then with a
-/// name that is not there.
+/// Returns a path from the root to an element, with random filters. Some of its names do not exist.
 std::string randomPath(std::mt19937& random, const RandomDocument& document, bool hasPositions) {
   const auto& elements = document.elements();
   std::string path;
@@ -84,7 +84,8 @@ std::string randomPath(std::mt19937& random, const RandomDocument& document, boo
   return path;
 }
 
-/// Compares random paths on random documents; both must find something now and then.
+/// Compares the results of random paths in random documents. Expects that some paths find a text
+/// and some do not.
 void compare(RandomDocument::Names names, bool hasPositions) {
   int found = 0;
   int missed = 0;

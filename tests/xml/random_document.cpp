@@ -38,7 +38,7 @@ std::string RandomDocument::anyName() {
   std::string name;
   do {
     name = pick(NameStarts) + pieces(NameParts, 4);
-    // With namespaces, as libxml2 has them, a colon is no ordinary character.
+    // In libxml2, a colon in a name is the separator of a namespace.
   } while (isReserved(name) || (m_Names != Names::Any && name.find(':') != std::string::npos));
   return name;
 }
@@ -71,7 +71,7 @@ std::string RandomDocument::pieces(const Pieces& choice, std::size_t most) {
   return text;
 }
 
-/// A comment or a processing instruction.
+/// Adds a comment or a processing instruction.
 void RandomDocument::addSkipped() {
   if (isOneIn(2)) {
     m_Text += "<!-- " + pieces(SkippedPieces, 5) + " -->";
@@ -80,7 +80,7 @@ void RandomDocument::addSkipped() {
   }
 }
 
-/// What may stand around the root element.
+/// Adds what may precede and follow the root element.
 void RandomDocument::addMisc() {
   for (std::size_t count = below(3); count > 0; --count) {
     m_Text += space(0);

@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-/// Random well-formed documents out of what both our parser and complete XML parsers take, and
-/// understand alike.
+/// A random well-formed document. It has only constructs that this project's parser and a complete
+/// XML parser accept with the same meaning. The same seed gives the same document.
 class RandomDocument {
  public:
   enum class Names {
     Any,            ///< every kind of name, anywhere
-    SortedByDepth,  ///< few names, sorted among siblings and never the same at two depths, so that
-                    ///< counting runs of like names is counting siblings of the same name
+    SortedByDepth,  ///< few names, sorted among siblings and different at each depth: then the
+                    ///< position in a run of equal names is the position among all siblings
     Few,            ///< few names, anywhere
   };
 
@@ -19,7 +19,7 @@ class RandomDocument {
 
   const std::string& text() const { return m_Text; }
 
-  /// The names from the root to each element, in document order.
+  /// Returns the names from the root to each element, in document order.
   const std::vector<std::vector<std::string>>& elements() const { return m_Elements; }
 
  private:

@@ -40,7 +40,7 @@ Parsed parse(const std::string& document, const std::string& stopAt) {
   parsed.events = handler.events;
   if (parsed.events.size() < 2 || parsed.events.front() != "start" ||
       parsed.events.back() != "end") {
-    ADD_FAILURE() << "a parse must begin with start and end with end";
+    ADD_FAILURE() << "the first event must be start and the last event end";
     return parsed;
   }
   parsed.events.pop_back();

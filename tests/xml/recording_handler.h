@@ -7,11 +7,11 @@
 #include "xml/simple_sax_handler.h"
 #include "xml/simple_sax_parser.h"
 
-/// Keeps every callback of a parse as a line of text, in order:
+/// Records every callback of a parse as a line of text, in order:
 ///
 ///     start
 ///     <name a="1" b="2"      attributes in the order of the list
-///     "text" 4               with the count that came along
+///     "text" 4               with the count of the callback
 ///     >name
 ///     end
 class RecordingHandler : public SimpleSAXHandler {
@@ -22,7 +22,7 @@ class RecordingHandler : public SimpleSAXHandler {
   void characters(const char* text, unsigned int len) override;
   void end() override { add("end"); }
 
-  /// Asks the parser to stop when this event comes.
+  /// The event at which the handler stops the parser; empty for none.
   std::string stopAt;
 
   std::vector<std::string> events;
@@ -31,14 +31,15 @@ class RecordingHandler : public SimpleSAXHandler {
   void add(const std::string& event);
 };
 
-/// What came of one parse.
+/// The result of one parse.
 struct Parsed {
   int result = 0;
-  std::vector<std::string> events;  ///< without "start" and "end", which are checked to be there
+  std::vector<std::string> events;  ///< without "start" and "end"
   std::string output;               ///< on standard output
 };
 
-/// Parses `document`, asking to stop when the event `stopAt` comes.
+/// Parses `document` and stops at the event `stopAt`. Expects "start" as the first event and "end"
+/// as the last.
 Parsed parse(const std::string& document, const std::string& stopAt = "");
 
 /// Runs `action` and returns what it wrote to standard output.

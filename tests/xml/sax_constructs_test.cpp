@@ -1,4 +1,4 @@
-// Single constructs: names, tags, attributes.
+// The parser's single constructs: names, tags, attributes.
 
 #include <gtest/gtest.h>
 #include <string>
@@ -14,7 +14,7 @@ namespace {
 using Events = std::vector<std::string>;
 using ParseRetType = SimpleSAXParser::ParseRetType;
 
-/// A parser for its single steps.
+/// A fixture for tests of the parser's single steps.
 class SaxSteps : public testing::Test {
  protected:
   RecordingHandler handler;
@@ -32,7 +32,7 @@ std::string withAttribute(const std::string& name) {
 
 }  // namespace
 
-TEST(CharacterClass, IsRightForEveryByte) {
+TEST(CharacterClass, IsCorrectForEveryByte) {
   const std::string letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
   for (int byte = 0; byte < 256; ++byte) {
     const char c = static_cast<char>(byte);
@@ -45,7 +45,7 @@ TEST(CharacterClass, IsRightForEveryByte) {
   }
 }
 
-TEST(SaxNames, MayHoldLettersDigitsAndFourSigns) {
+TEST(SaxNames, MayHaveLettersDigitsAndFourSigns) {
   EXPECT_EQ(parse("<:a-b.c_9:/>").events, (Events{"<:a-b.c_9:", ">:a-b.c_9:"}));
   EXPECT_EQ(parse("<_></_>").events, (Events{"<_", ">_"}));
 }
@@ -55,7 +55,7 @@ TEST(SaxNames, MustStartWithALetterColonOrUnderscore) {
             (Events{"<a", "\"-b>\" 3", "\".c>\" 3", "\"9d>\" 3", ">a"}));
 }
 
-TEST(SaxNames, AreReservedBySevenSpellings) {
+TEST(SaxNames, AreReservedInSevenSpellingsOfXml) {
   for (const std::string prefix : {"xml", "XML", "Xml", "XMl", "xML", "xmL", "XmL"}) {
     for (const std::string rest : {"", "foo", ":a"}) {
       const std::string name = std::string(prefix).append(rest);
@@ -67,18 +67,18 @@ TEST(SaxNames, AreReservedBySevenSpellings) {
   }
 }
 
-TEST(SaxNames, TheEighthSpellingIsAllowed) {
+TEST(SaxNames, MayStartWithTheEighthSpelling) {
   EXPECT_EQ(parse("<xMl>1</xMl>").events, (Events{"<xMl", "\"1\" 1", ">xMl"}));
   EXPECT_EQ(parse("<xMlfoo/>").events, (Events{"<xMlfoo", ">xMlfoo"}));
 }
 
-TEST(SaxNames, ShorterThanTheReservedPrefixAreAllowed) {
+TEST(SaxNames, MayBeShorterThanTheReservedPrefix) {
   EXPECT_EQ(parse("<x/>").result, 0);
   EXPECT_EQ(parse("<xm/>").result, 0);
   EXPECT_EQ(parse("<xm").events, (Events{"<xm"}));
 }
 
-TEST(SaxOpenTag, TakesWhiteSpaceBetweenItsParts) {
+TEST(SaxOpenTag, MayHaveWhiteSpaceBetweenItsParts) {
   EXPECT_EQ(parse("<a\n\tb \r= \"1\"\n c=\"2\" />").events, (Events{"<a b=\"1\" c=\"2\"", ">a"}));
   EXPECT_EQ(parse("<a ></a >").events, (Events{"<a", ">a"}));
 }
@@ -87,7 +87,7 @@ TEST(SaxOpenTag, NeedsNoWhiteSpaceBetweenAttributes) {
   EXPECT_EQ(parse("<a b=\"1\"c=\"2\"/>").events, (Events{"<a b=\"1\" c=\"2\"", ">a"}));
 }
 
-TEST(SaxOpenTag, ListsAttributesByName) {
+TEST(SaxOpenTag, ReportsAttributesSortedByName) {
   EXPECT_EQ(parse("<a c=\"1\" b=\"2\" d=\"3\" aa=\"4\"/>").events,
             (Events{"<a aa=\"4\" b=\"2\" c=\"1\" d=\"3\"", ">a"}));
 }
@@ -98,12 +98,12 @@ TEST(SaxOpenTag, KeepsTheLastOfRepeatedAttributes) {
             (Events{"<a a=\"5\" b=\"4\" c=\"6\"", ">a"}));
 }
 
-TEST(SaxOpenTag, StartsWithoutTheAttributesOfTheTagBefore) {
+TEST(SaxOpenTag, DoesNotKeepTheAttributesOfThePreviousTag) {
   EXPECT_EQ(parse("<a b=\"1\"><c/><d e=\"2\"/></a>").events,
             (Events{"<a b=\"1\"", "<c", ">c", "<d e=\"2\"", ">d", ">a"}));
 }
 
-TEST(SaxOpenTag, IsCompleteWhenCutOutsideAnAttribute) {
+TEST(SaxOpenTag, IsCompleteIfCutOutsideAnAttribute) {
   const std::vector<std::pair<std::string, std::string>> cuts = {
       {"<a", "<a"},
       {"<a ", "<a"},
@@ -118,7 +118,7 @@ TEST(SaxOpenTag, IsCompleteWhenCutOutsideAnAttribute) {
   }
 }
 
-TEST(SaxValues, MayHoldAnythingButTheDoubleQuote) {
+TEST(SaxValues, MayHaveAnyCharacterExceptTheDoubleQuote) {
   EXPECT_EQ(parse("<a b=\"<c d='1'/>\n\t\xFF\"/>").events,
             (Events{"<a b=\"<c d='1'/>\n\t\xFF\"", ">a"}));
   EXPECT_EQ(parse("<a b=\"\"/>").events, (Events{"<a b=\"\"", ">a"}));
@@ -129,7 +129,7 @@ TEST(SaxValues, HaveTheirEntitiesReplaced) {
   EXPECT_EQ(parse("<a b=\"&lt;&no;x&quot;\"/>").events, (Events{"<a b=\"<x\"\"", ">a"}));
 }
 
-TEST_F(SaxSteps, SayWhenWhiteSpaceStandsThere) {
+TEST_F(SaxSteps, ReportWhiteSpaceAtThePosition) {
   for (const std::string_view text : {" <a>", "\t", "\r", "\n"}) {
     EXPECT_EQ(parser.parseOpenTag(text, position, name, attrs, isEmpty),
               SimpleSAXParser::PARSE_WHITESPACE);
@@ -142,7 +142,7 @@ TEST_F(SaxSteps, SayWhenWhiteSpaceStandsThere) {
   }
 }
 
-TEST_F(SaxSteps, FailWhereAnotherConstructStands) {
+TEST_F(SaxSteps, FailAtAnotherConstruct) {
   for (const std::string_view text : {"-", "", "\x80"}) {
     EXPECT_EQ(parser.parseOpenTag(text, position, name, attrs, isEmpty),
               SimpleSAXParser::PARSE_ERROR);
@@ -156,7 +156,7 @@ TEST_F(SaxSteps, FailWhereAnotherConstructStands) {
   }
 }
 
-TEST_F(SaxSteps, FailBehindTheEndOfTheText) {
+TEST_F(SaxSteps, FailAfterTheEndOfTheText) {
   position = 5;
   EXPECT_EQ(parser.parseOpenTag("<a>", position, name, attrs, isEmpty),
             SimpleSAXParser::PARSE_ERROR);
@@ -167,7 +167,7 @@ TEST_F(SaxSteps, FailBehindTheEndOfTheText) {
   EXPECT_EQ(handler.events, Events{});
 }
 
-TEST_F(SaxSteps, MoveThePositionPastWhatTheyRead) {
+TEST_F(SaxSteps, AdvanceThePosition) {
   EXPECT_EQ(parser.parseOpenTag("<a b=\"1\">x", position, name, attrs, isEmpty),
             SimpleSAXParser::PARSE_OK);
   EXPECT_EQ(position, 9U);
@@ -212,7 +212,7 @@ TEST_F(SaxSteps, ReadAnAttributeUpToItsClosingQuote) {
   EXPECT_EQ(value, "a&");
 }
 
-TEST_F(SaxSteps, SkipToTheEndWhenItIsMissing) {
+TEST_F(SaxSteps, SkipToTheEndOfTheTextIfTheConstructHasNoEnd) {
   EXPECT_EQ(parser.skipProcessingInstruction("<?p>", position), SimpleSAXParser::PARSE_ERROR);
   EXPECT_EQ(position, 4U);
   position = 0;

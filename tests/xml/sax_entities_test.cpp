@@ -22,7 +22,8 @@ class SaxEntities : public testing::Test {
   SimpleSAXParser parser{handler};
 };
 
-/// Entity replacement by the letter: find, replace, search on from one character further.
+/// Replaces entities in the simplest way: finds one, replaces it, and continues one character
+/// later.
 std::string replacedOneByOne(const SimpleSAXParser& parser, std::string text) {
   std::size_t ampersand = text.find('&');
   while (ampersand != std::string::npos) {
@@ -46,7 +47,7 @@ TEST_F(SaxEntities, AreFive) {
   EXPECT_EQ(parser.translateEntityRef("&gt;"), ">");
 }
 
-TEST_F(SaxEntities, OfOtherNamesVanish) {
+TEST_F(SaxEntities, AreRemovedIfTheyHaveOtherNames) {
   for (const std::string_view entity :
        {"&#65;", "&#x41;", "&nbsp;", "&AMP;", "& amp;", "&;", "&", "", "amp", "&amp", "&ampx;"}) {
     EXPECT_EQ(parser.translateEntityRef(entity), "") << entity;
@@ -68,10 +69,10 @@ TEST_F(SaxEntities, AreReplacedInText) {
       {"&no;;", ";"},
       {"&&amp;", ""},
       {"&lt;&amp", "<&amp"},
-      // Replaced text is not looked at again.
+      // Replaced text is not searched again.
       {"&amp;lt;", "&lt;"},
       {"&amp;amp;lt;", "&amp;lt;"},
-      // The character behind a vanished entity is not looked at.
+      // The character after a removed entity is not examined.
       {"&no;&amp;", "&amp;"},
       {"&no;x&amp;", "x&"},
       {"&no;&no;&no;", "&no;"},
@@ -84,7 +85,7 @@ TEST_F(SaxEntities, AreReplacedInText) {
   }
 }
 
-TEST_F(SaxEntities, MoveNoTextToItsOwnPlace) {
+TEST_F(SaxEntities, DoNotMoveTextToItsOwnPosition) {
   for (const std::string& text :
        {std::string("&"), std::string("a & b, and no semicolon"), std::string(";&amp"),
         "&" + std::string(1000, 'x'), std::string("&lt;x"), std::string("x &no; & y")}) {
@@ -92,14 +93,14 @@ TEST_F(SaxEntities, MoveNoTextToItsOwnPlace) {
     replaced(text);
     EXPECT_EQ(copiesInPlace(), before) << text;
   }
-  // Such a move would be seen.
+  // The count does include such a move.
   std::string text = "moved";
   const int before = copiesInPlace();
   std::memmove(text.data(), text.data(), text.size());
   EXPECT_EQ(copiesInPlace(), before + 1);
 }
 
-TEST_F(SaxEntities, AreReplacedAsIfOneByOneInAnyText) {
+TEST_F(SaxEntities, AreReplacedLikeInASimpleImplementation) {
   const std::vector<std::string> pieces = {"&", ";", "&amp;", "&lt;", "&no;", "amp;", "x", " "};
   for (unsigned int seed = 1; seed <= 5000; ++seed) {
     std::mt19937 random(seed);

@@ -1,4 +1,4 @@
-// How a parse fails: the result, the error line, the callbacks made so far.
+// Failed parses: the result, the error line and the callbacks before the failure.
 
 #include <gtest/gtest.h>
 #include <string>
@@ -12,7 +12,7 @@ using Events = std::vector<std::string>;
 
 struct Failure {
   std::string document;
-  int position;  ///< -1: the end of the document
+  int position;  ///< -1 for the end of the document
   char character;
 };
 
@@ -26,7 +26,7 @@ std::string errorLine(const Failure& failure) {
 
 }  // namespace
 
-TEST(SaxFailure, NamesTheCharacterAtWhichAConstructFailed) {
+TEST(SaxFailure, PrintsTheCharacterWhereAConstructFails) {
   const std::vector<Failure> failures = {
       // End tags
       {"<a></b>", 6, '>'},
@@ -70,7 +70,7 @@ TEST(SaxFailure, NamesTheCharacterAtWhichAConstructFailed) {
       {"<a b= ", -1, 0},
       {"<a b", -1, 0},
       {"<a b ", -1, 0},
-      // What is skipped
+      // Comments and instructions
       {"<a><?p", -1, 0},
       {"<a><?p>", -1, 0},
       {"<a><!-- c", -1, 0},
@@ -85,13 +85,13 @@ TEST(SaxFailure, NamesTheCharacterAtWhichAConstructFailed) {
   }
 }
 
-TEST(SaxFailure, LeavesTheCallbacksMadeSoFar) {
+TEST(SaxFailure, FollowsTheCallbacksBeforeIt) {
   EXPECT_EQ(parse("<a b=\"1\">x<c></d>").events, (Events{"<a b=\"1\"", "\"x\" 1", "<c"}));
   EXPECT_EQ(parse("<a><b c=\"1\" d='2'></b></a>").events, (Events{"<a"}));
   EXPECT_EQ(parse("<a></a></a>").events, (Events{"<a", ">a"}));
 }
 
-TEST(SaxShowError, WritesForErrorsAndForTheEndAlone) {
+TEST(SaxShowError, WritesForErrorsAndTheEndOnly) {
   RecordingHandler handler;
   const SimpleSAXParser parser(handler);
   using Parser = SimpleSAXParser;

@@ -1,4 +1,4 @@
-// The course of a parse: callbacks and their order, what surrounds elements, text, stopping.
+// Whole parses: the order of the callbacks, text outside elements, text, stopping.
 
 #include <gtest/gtest.h>
 #include <string>
@@ -13,13 +13,13 @@ using Events = std::vector<std::string>;
 
 }  // namespace
 
-TEST(SaxParse, OfNothingMakesTheFirstAndTheLastCallback) {
+TEST(SaxParse, MakesTheFirstAndTheLastCallbackForAnEmptyDocument) {
   RecordingHandler handler;
   EXPECT_EQ(SimpleSAXParser(handler).parseXMLString(""), 0);
   EXPECT_EQ(handler.events, (Events{"start", "end"}));
 }
 
-TEST(SaxParse, OfANullPointerIsThatOfNothing) {
+TEST(SaxParse, TreatsANullPointerAsAnEmptyDocument) {
   RecordingHandler handler;
   const char* null = nullptr;
   EXPECT_EQ(SimpleSAXParser(handler).parseXMLString(null), 0);
@@ -50,7 +50,7 @@ TEST(SaxParse, EndsAtTheFirstZeroByte) {
   EXPECT_EQ(parsed.events, (Events{"<a", ">a"}));
 }
 
-TEST(SaxParse, OfAStringIsNotDisturbedByChangesToIt) {
+TEST(SaxParse, IsNotAffectedByChangesOfTheString) {
   class Overwriting : public RecordingHandler {
    public:
     std::string document = "<a><b/></a>";
@@ -64,7 +64,7 @@ TEST(SaxParse, OfAStringIsNotDisturbedByChangesToIt) {
   EXPECT_EQ(handler.events, (Events{"start", "<a", "<b", ">b", ">a", "end"}));
 }
 
-TEST(SaxParse, KeepsNothingForTheNext) {
+TEST(SaxParse, KeepsNothingForTheNextParse) {
   RecordingHandler handler;
   SimpleSAXParser parser(handler);
   const std::string output = outputOf([&] {
@@ -76,7 +76,7 @@ TEST(SaxParse, KeepsNothingForTheNext) {
   EXPECT_EQ(output, "Parsing error at character 16, '>'\n");
 }
 
-TEST(SaxParse, MayBeStartedInsideAnother) {
+TEST(SaxParse, MayStartInsideAnotherParse) {
   class Nesting : public RecordingHandler {
    public:
     SimpleSAXParser* parser = nullptr;
@@ -102,14 +102,14 @@ TEST(SaxProlog, IsSkipped) {
   EXPECT_EQ(parsed.events, (Events{"<a", ">a"}));
 }
 
-TEST(SaxProlog, MayHoldAnyTextAndStrayCharacters) {
+TEST(SaxProlog, MayHaveAnyTextAndStrayCharacters) {
   const Parsed parsed = parse("text & ; > </b> <1 << < \x80 /> <a/>");
   EXPECT_EQ(parsed.result, 0);
   EXPECT_EQ(parsed.output, "");
   EXPECT_EQ(parsed.events, (Events{"<a", ">a"}));
 }
 
-TEST(SaxProlog, MayBeAllThereIs) {
+TEST(SaxProlog, MayBeTheWholeDocument) {
   for (const char* document : {"text", "<", "<?p?>", "<!-- c -->", "</a>", " \n"}) {
     const Parsed parsed = parse(document);
     EXPECT_EQ(parsed.result, 0) << document;
@@ -117,7 +117,7 @@ TEST(SaxProlog, MayBeAllThereIs) {
   }
 }
 
-TEST(SaxProlog, FailsWithoutAMessageWhenUnterminated) {
+TEST(SaxProlog, FailsWithoutAMessageIfItDoesNotEnd) {
   for (const char* document : {"<?xml", "<?", "<!", "<!-- a -- ><a/>", "<!DOCTYPE a><a/>",
                                "x<?xml version=\"1.0\"><a></a>"}) {
     const Parsed parsed = parse(document);
@@ -134,7 +134,7 @@ TEST(SaxSkipped, AreInstructionsAndCommentsAnywhere) {
 }
 
 TEST(SaxSkipped, MayBeAsShortAsTheirEnds) {
-  // The "?" of "<?" and the "--" right behind "<!" count for the end.
+  // The "?" of "<?" and the "--" after "<!" already belong to the end.
   EXPECT_EQ(parse("<?><a/>").events, (Events{"<a", ">a"}));
   EXPECT_EQ(parse("<!--><a/>").events, (Events{"<a", ">a"}));
   EXPECT_EQ(parse("<a><?><b/><!--><c/></a>").events, (Events{"<a", "<b", ">b", "<c", ">c", ">a"}));
@@ -146,14 +146,14 @@ TEST(SaxContent, MayHaveSeveralTopLevelElements) {
   EXPECT_EQ(parsed.events, (Events{"<a", "\"1\" 1", ">a", "<b", ">b", "<c", "\"2\" 1", ">c"}));
 }
 
-TEST(SaxContent, OutsideElementsMayOnlyBeWhiteSpace) {
+TEST(SaxContent, FailsForTextBetweenTopLevelElements) {
   const Parsed parsed = parse("<a/> x<b/>");
   EXPECT_EQ(parsed.result, -1);
   EXPECT_EQ(parsed.events, (Events{"<a", ">a"}));
   EXPECT_EQ(parsed.output, "dunno what to do?!\nParsing error at character 5, 'x'\n");
 }
 
-TEST(SaxContent, StrayLessThanIsSkipped) {
+TEST(SaxContent, SkipsAStrayLessThanSign) {
   EXPECT_EQ(parse("<a>x<1y< z<</a>").events,
             (Events{"<a", "\"x\" 1", "\"1y\" 2", "\"z\" 1", ">a"}));
   EXPECT_EQ(parse("<a/><<b/><").events, (Events{"<a", ">a", "<b", ">b"}));
@@ -161,34 +161,34 @@ TEST(SaxContent, StrayLessThanIsSkipped) {
   EXPECT_EQ(parse("<a/><1").output, "dunno what to do?!\nParsing error at character 5, '1'\n");
 }
 
-TEST(SaxContent, ElementsOpenAtTheEndAreNotReported) {
+TEST(SaxContent, ReportsNoEndForElementsOpenAtTheEnd) {
   const Parsed parsed = parse("<a><b>text");
   EXPECT_EQ(parsed.result, 0);
   EXPECT_EQ(parsed.output, "");
   EXPECT_EQ(parsed.events, (Events{"<a", "<b", "\"text\" 4"}));
 }
 
-TEST(SaxText, LosesLeadingWhiteSpaceAlone) {
+TEST(SaxText, LosesOnlyLeadingWhiteSpace) {
   EXPECT_EQ(parse("<a> \t\r\nhi there \n</a>").events, (Events{"<a", "\"hi there \n\" 10", ">a"}));
 }
 
-TEST(SaxText, OfWhiteSpaceIsNotReported) {
+TEST(SaxText, IsNotReportedIfItIsWhiteSpace) {
   EXPECT_EQ(parse("<a> \t\r\n</a>").events, (Events{"<a", ">a"}));
   EXPECT_EQ(parse("<a> \t\r\n").events, (Events{"<a"}));
 }
 
-TEST(SaxText, WhiteSpaceIsOnlyTabLineFeedReturnAndSpace) {
+TEST(SaxText, KeepsWhiteSpaceOtherThanTabLineFeedReturnAndSpace) {
   EXPECT_EQ(parse("<a>\v</a>").events, (Events{"<a", "\"\v\" 1", ">a"}));
   EXPECT_EQ(parse("<a>\f</a>").events, (Events{"<a", "\"\f\" 1", ">a"}));
   EXPECT_EQ(parse("<a>\xA0</a>").events, (Events{"<a", "\"\xA0\" 1", ">a"}));
 }
 
-TEST(SaxText, IsOneRunUpToTheNextMarkup) {
+TEST(SaxText, EndsAtTheNextMarkup) {
   EXPECT_EQ(parse("<a>x<!-- c --> y<?p?>z<b/> u</a>").events,
             (Events{"<a", "\"x\" 1", "\"y\" 1", "\"z\" 1", "<b", ">b", "\"u\" 1", ">a"}));
 }
 
-TEST(SaxText, ComesWithTheCountOfDocumentCharacters) {
+TEST(SaxText, HasTheCountOfItsDocumentCharacters) {
   EXPECT_EQ(parse("<a>a&amp;b</a>").events, (Events{"<a", "\"a&b\" 7", ">a"}));
   EXPECT_EQ(parse("<a>&no;</a>").events, (Events{"<a", "\"\" 4", ">a"}));
   EXPECT_EQ(parse("<a> &lt; </a>").events, (Events{"<a", "\"< \" 5", ">a"}));
@@ -202,7 +202,7 @@ TEST(SaxText, KeepsBytesAbove127) {
   EXPECT_EQ(parse("<a>" + bytes + "</a>").events, (Events{"<a", "\"" + bytes + "\" 128", ">a"}));
 }
 
-TEST(SaxStop, AtTheStartSkipsTheDocument) {
+TEST(SaxStop, SkipsTheDocumentIfSetAtTheStart) {
   RecordingHandler handler;
   handler.stopAt = "start";
   EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<?never ending <a></b>"), 0);
@@ -217,24 +217,24 @@ TEST(SaxStop, IsNotClearedByTheParser) {
   EXPECT_TRUE(handler.m_Stop);
 }
 
-TEST(SaxStop, AtAStartTagIsTheLastButForEnd) {
+TEST(SaxStop, EndsTheCallbacksAfterAStartTag) {
   const Parsed parsed = parse("<a><b>x</b></wrong>", "<b");
   EXPECT_EQ(parsed.result, 0);
   EXPECT_EQ(parsed.output, "");
   EXPECT_EQ(parsed.events, (Events{"<a", "<b"}));
 }
 
-TEST(SaxStop, AtAnEmptyElementLetsItEnd) {
+TEST(SaxStop, ReportsTheEndOfAnEmptyElement) {
   const Parsed parsed = parse("<a><b/><c/></a>", "<b");
   EXPECT_EQ(parsed.result, 0);
   EXPECT_EQ(parsed.events, (Events{"<a", "<b", ">b"}));
 }
 
-TEST(SaxStop, AtTheEndOfAnEmptyElement) {
+TEST(SaxStop, EndsTheCallbacksAfterAnEmptyElement) {
   EXPECT_EQ(parse("<a><b/><c/></a>", ">b").events, (Events{"<a", "<b", ">b"}));
 }
 
-TEST(SaxStop, AtTextAndAtAnEndTag) {
+TEST(SaxStop, EndsTheCallbacksAfterTextAndAfterAnEndTag) {
   EXPECT_EQ(parse("<a>x</b>", "\"x\" 1").events, (Events{"<a", "\"x\" 1"}));
   EXPECT_EQ(parse("<a>x</b>", "\"x\" 1").result, 0);
   EXPECT_EQ(parse("<a><b>x</b></wrong>", ">b").events, (Events{"<a", "<b", "\"x\" 1", ">b"}));

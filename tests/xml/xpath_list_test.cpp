@@ -1,5 +1,5 @@
-// A list is read in one parse, and gives what a query for each position would give: the same texts
-// and the same complaints about the document.
+// A list is read in one parse. It has the same texts and prints the same errors as a query for each
+// position.
 
 #include <gtest/gtest.h>
 #include <string>
@@ -34,7 +34,7 @@ struct Row : support::Row {
 
 class XPathList : public testing::TestWithParam<Row> {};
 
-TEST_P(XPathList, IsWhatQueriesForEachPositionGive) {
+TEST_P(XPathList, EqualsAQueryForEachPosition) {
   simpleXPath xpath(GetParam().document);
   Texts list;
   Texts expected;
@@ -55,22 +55,22 @@ INSTANTIATE_TEST_SUITE_P(
             {"1", "2", "3", "4", "5", "6", "7", "8", "9"}},
         Row{{"EmptyEntryEndsTheList"}, "<r><a>1</a><a/><a>3</a></r>", {"1"}},
         Row{{"EmptyFirstEntry"}, "<r><a/><a>2</a></r>", {}},
-        Row{{"SecondRunGoesOnWhereTheFirstEnds"},
+        Row{{"SecondRunContinuesAfterTheFirst"},
             "<r><a>1</a><b/><a>x</a><a>2</a><a>3</a></r>",
             {"1", "2", "3"}},
         Row{{"SecondListInAnotherParent"}, "<r><a>1</a></r><r><a>x</a><a>2</a></r>", {"1", "2"}},
-        Row{{"CountIsThatOfTheElementClosedLast"},
+        Row{{"CountContinuesFromTheElementClosedLast"},
             "<r><a>x<a>y</a></a><a>2</a><a>3</a></r>",
             {"x", "2", "3"}},
         Row{{"PositionsOutOfOrder"}, "<r><b><a>0</a></b><a>1</a><b><a/><a/></b></r>", {"1"}},
         Row{{"SecondBeforeFirst"}, "<a/><r><a>2</a><b/><a>1</a></r>", {"1", "2"}},
         Row{{"EmptySecondBeforeFirst"}, "<a/><r><a/><b/><a>1</a><b>", {"1"}},
-        Row{{"MalformedBehindTheList"}, "<r><a>1</a><a>2</a></b>", {"1", "2"}},
-        Row{{"MalformedBehindAnEmptyEntry"}, "<r><a>1</a><a/></b>", {"1"}},
-        Row{{"MalformedBehindNine"},
+        Row{{"MalformedAfterTheList"}, "<r><a>1</a><a>2</a></b>", {"1", "2"}},
+        Row{{"MalformedAfterAnEmptyEntry"}, "<r><a>1</a><a/></b>", {"1"}},
+        Row{{"MalformedAfterNine"},
             "<r><a>1</a><a>2</a><a>3</a><a>4</a><a>5</a><a>6</a><a>7</a><a>8</a><a>9</a></b>",
             {"1", "2", "3", "4", "5", "6", "7", "8", "9"}},
-        Row{{"MalformedAheadOfTheList"}, "<r></b><a>1</a></r>", {}}),
+        Row{{"MalformedBeforeTheList"}, "<r></b><a>1</a></r>", {}}),
     support::rowName);
 
 TEST(XPathListTwice, LeavesNothingForTheNextQuery) {

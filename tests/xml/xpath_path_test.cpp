@@ -1,4 +1,4 @@
-// The reading of paths: steps, names, filters.
+// The parsing of paths: steps, names and filters.
 
 #include <gtest/gtest.h>
 #include <string>
@@ -31,11 +31,11 @@ struct Step {
 
 }  // namespace
 
-TEST(XPathPath, IsCutAtSlashes) {
+TEST(XPathPath, IsSplitAtSlashes) {
   EXPECT_EQ(namesOf("/response/MapElem/child"), (Names{"response", "MapElem", "child"}));
 }
 
-TEST(XPathPath, IgnoresWhatStandsBeforeTheFirstSlash) {
+TEST(XPathPath, IgnoresTextBeforeTheFirstSlash) {
   EXPECT_EQ(namesOf("r/a"), Names{"a"});
   EXPECT_EQ(namesOf("r"), Names{});
 }
@@ -48,15 +48,15 @@ TEST(XPathPath, SkipsEmptySteps) {
   EXPECT_EQ(namesOf("/a/ /b"), (Names{"a", "b"}));
 }
 
-TEST(XPathPath, TrimsSpacesAlone) {
+TEST(XPathPath, TrimsOnlySpaces) {
   EXPECT_EQ(namesOf("/  a /\tb\n/ c d "), (Names{"a", "\tb\n", "c d"}));
 }
 
-TEST(XPathPath, IsCutInsideFilterValuesToo) {
+TEST(XPathPath, IsSplitInsideFilterValuesToo) {
   EXPECT_EQ(namesOf("/a[@n='x/y']"), (Names{"a", "y']"}));
 }
 
-TEST(XPathStep, IsReadIntoNameAndFilter) {
+TEST(XPathStep, HasNameAndFilter) {
   const std::vector<Step> steps = {
       {"a", "a", "", "", 0},
       {" a b ", "a b", "", "", 0},
@@ -71,7 +71,7 @@ TEST(XPathStep, IsReadIntoNameAndFilter) {
       {"a[5]b[6]", "a", "<INDEX>", "5", 5},
       {"[7]", "", "<INDEX>", "7", 7},
       {"a[1@n='x']", "a", "<INDEX>", "1@n='x'", 1},
-      // What is neither a position nor has an "@" never matches.
+      // A filter that is not a position and has no "@" never matches.
       {"a[0]", "a", "<UNDEFINED>", "", 0},
       {"a[10]", "a", "<UNDEFINED>", "", 0},
       {"a[-1]", "a", "<UNDEFINED>", "", 0},
@@ -94,7 +94,7 @@ TEST(XPathStep, IsReadIntoNameAndFilter) {
       {"a[10@n='x']", "a", "n", "x", 0},
       {"a[@n='x'y']", "a", "n", "x", 0},
       {"a[@n='x[y']", "a", "n", "x[y", 0},
-      // Filters that miss a part are dropped.
+      // Incomplete filters are dropped.
       {"a[@n]", "a", "", "", 0},
       {"a[@n 'x']", "a", "", "", 0},
       {"a[n='x'@]", "a", "", "", 0},
@@ -120,12 +120,12 @@ TEST(XPathStep, IsReadIntoNameAndFilter) {
   }
 }
 
-TEST(XPathStep, EmptyAttributeNameIsNoFilter) {
+TEST(XPathStep, HasNoFilterIfTheAttributeNameIsEmpty) {
   EXPECT_EQ(simpleXPath::parseNode("a[@='y']").filterName, "");
   EXPECT_EQ(simpleXPath::parseNode("a[@ ='y']").filterName, "");
 }
 
-TEST(XPathFilter, IsReadIntoTheNodeGiven) {
+TEST(XPathFilter, IsStoredInTheGivenNode) {
   Node node;
   simpleXPath::parseFilterAttr("@n='x'", node);
   EXPECT_EQ(node.filterName, "n");
@@ -164,7 +164,7 @@ TEST(XPathNode, IsResetInEveryField) {
 
 namespace {
 
-/// The test of a path against open elements.
+/// A fixture for matching a path with open elements.
 class XPathMatch : public testing::Test {
  protected:
   XPathMatch() {
@@ -183,12 +183,12 @@ class XPathMatch : public testing::Test {
   }
 
   std::vector<Node> stack;
-  std::string result = "untouched";
+  std::string result = "unchanged";
 };
 
 }  // namespace
 
-TEST_F(XPathMatch, GivesTheTextOfTheInnermost) {
+TEST_F(XPathMatch, ReturnsTheTextOfTheInnermostElement) {
   EXPECT_TRUE(matches("/r/a"));
   EXPECT_EQ(result, "inner");
 }
@@ -198,7 +198,7 @@ TEST_F(XPathMatch, NeedsAsManyStepsAsElements) {
   EXPECT_FALSE(matches("/a"));
   EXPECT_FALSE(matches("/r/a/b"));
   EXPECT_FALSE(matches(""));
-  EXPECT_EQ(result, "untouched");
+  EXPECT_EQ(result, "unchanged");
 }
 
 TEST_F(XPathMatch, IsFalseWithoutStepsAndElements) {
@@ -219,16 +219,16 @@ TEST_F(XPathMatch, NeedsEveryStepToMatch) {
   EXPECT_FALSE(matches("/r/a[@m='x']"));
 }
 
-TEST_F(XPathMatch, TakesAnAbsentAttributeAsEmpty) {
+TEST_F(XPathMatch, TreatsAnAbsentAttributeAsEmpty) {
   EXPECT_TRUE(matches("/r/a[@m='']"));
 }
 
-TEST_F(XPathMatch, NeverPassesAnUndefinedFilter) {
+TEST_F(XPathMatch, FailsForAnUndefinedFilter) {
   EXPECT_FALSE(matches("/r/a[0]"));
   EXPECT_FALSE(matches("/r[x]/a"));
 }
 
-TEST_F(XPathMatch, TakesMarkersInThePathAsMarkers) {
+TEST_F(XPathMatch, RecognizesMarkersInThePath) {
   stack[1].attrs.setAttribute("<UNDEFINED>", "x");
   EXPECT_FALSE(matches("/r/a[@<UNDEFINED>='x']"));
   EXPECT_FALSE(matches("/r/a[@<INDEX>='']"));

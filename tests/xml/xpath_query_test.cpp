@@ -20,7 +20,7 @@ std::string query(const std::string& document, const std::string& path) {
 
 }  // namespace
 
-TEST(XPathQuery, PicksByNameAttributeAndPosition) {
+TEST(XPathQuery, SelectsByNameAttributeAndPosition) {
   simpleXPath xpath(TwoSiblings);
   EXPECT_EQ(xpath.query("/r/a[@n='y']"), "2");
   EXPECT_EQ(xpath.query("/r/a[2]"), "2");
@@ -29,7 +29,7 @@ TEST(XPathQuery, PicksByNameAttributeAndPosition) {
   EXPECT_EQ(xpath.query("/r/a[3]"), "");
 }
 
-TEST(XPathQuery, TakesBothKindsOfText) {
+TEST(XPathQuery, AcceptsBothKindsOfText) {
   simpleXPath xpath(TwoSiblings);
   const std::string path = "/r/a[2]";
   EXPECT_EQ(xpath.query(path), "2");
@@ -38,7 +38,7 @@ TEST(XPathQuery, TakesBothKindsOfText) {
   EXPECT_EQ(xpath.query(null), "");
 }
 
-TEST(XPathQuery, IsIndependentOfTheOneBefore) {
+TEST(XPathQuery, IsIndependentOfThePreviousQuery) {
   simpleXPath xpath(TwoSiblings);
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(xpath.query("/r/a"), "1");
@@ -48,7 +48,7 @@ TEST(XPathQuery, IsIndependentOfTheOneBefore) {
   }
 }
 
-TEST(XPathQuery, PathsAreAbsolute) {
+TEST(XPathQuery, NeedsAnAbsolutePath) {
   EXPECT_EQ(query(TwoSiblings, "r/a"), "");
   EXPECT_EQ(query(TwoSiblings, "/a"), "");
   EXPECT_EQ(query("<a>1</a>", "r/a"), "1");
@@ -56,7 +56,7 @@ TEST(XPathQuery, PathsAreAbsolute) {
   EXPECT_EQ(query("<r><a><a>1</a></a></r>", "/r/a/a"), "1");
 }
 
-TEST(XPathQuery, PositionsEndAtNine) {
+TEST(XPathQuery, AcceptsPositionsUpToNine) {
   const std::string document = "<r>" + repeated("<a>x</a>", 8) + "<a>9</a><a>10</a><a>11</a></r>";
   EXPECT_EQ(query(document, "/r/a[9]"), "9");
   EXPECT_EQ(query(document, "/r/a[10]"), "");
@@ -65,13 +65,13 @@ TEST(XPathQuery, PositionsEndAtNine) {
   EXPECT_EQ(query(document, "/r/a[-1]"), "");
 }
 
-TEST(XPathQuery, PositionsAreReadLikeAtoi) {
+TEST(XPathQuery, ReadsPositionsLikeAtoi) {
   EXPECT_EQ(query(TwoSiblings, "/r/a[2x]"), "2");
   EXPECT_EQ(query(TwoSiblings, "/r/a[02]"), "2");
   EXPECT_EQ(query(TwoSiblings, "/ r / a [ 2 ] "), "2");
 }
 
-TEST(XPathQuery, PositionsCountRunsOfLikeNames) {
+TEST(XPathQuery, CountsPositionsInRunsOfEqualNames) {
   const std::string document = "<r><a>1</a><a>2</a><b/><a>3</a><a>4</a></r>";
   EXPECT_EQ(query(document, "/r/a[1]"), "1");
   EXPECT_EQ(query(document, "/r/a[2]"), "2");
@@ -79,34 +79,34 @@ TEST(XPathQuery, PositionsCountRunsOfLikeNames) {
   EXPECT_EQ(query("<r><b/><a>1</a><b/><a>2</a><a>3</a></r>", "/r/a[2]"), "3");
 }
 
-TEST(XPathQuery, PositionsFollowTheLastClosedElementAtAnyDepth) {
-  // The inner element continues the count of the outer one that closed before it...
+TEST(XPathQuery, CountsPositionsFromTheLastClosedElementAtAnyDepth) {
+  // The inner element continues the count of the outer one that closed before it.
   EXPECT_EQ(query("<r><a>1</a><b><a>2</a></b></r>", "/r/b/a[2]"), "2");
   EXPECT_EQ(query("<r><a>1</a><b><a>2</a></b></r>", "/r/b/a[1]"), "");
-  // ...and an element that closes around it ends the count.
+  // An element that closes around it ends the count.
   EXPECT_EQ(query("<r><b><a>1</a></b><a>2</a></r>", "/r/a[1]"), "2");
-  // An element of the same name inside the sibling counts on.
+  // An element of the same name inside the sibling continues the count.
   EXPECT_EQ(query("<r><a>1</a><a>2<a>3</a></a><a>4</a></r>", "/r/a[2]/a[2]"), "3");
   EXPECT_EQ(query("<r><a>1<b/></a><a>2</a></r>", "/r/a[2]"), "2");
 }
 
-TEST(XPathQuery, TextIsTheElementsOwn) {
+TEST(XPathQuery, ReturnsTheTextOfTheElementItself) {
   const std::string document = "<r>one<a>two</a> three<!-- c -->&lt;four<a/> five </r>";
   EXPECT_EQ(query(document, "/r"), "onethree<fourfive ");
   EXPECT_EQ(query(document, "/r/a"), "two");
 }
 
-TEST(XPathQuery, TextLosesLeadingSpaceAndEntities) {
+TEST(XPathQuery, ReturnsTextWithoutLeadingSpaceAndUnknownEntities) {
   EXPECT_EQ(query("<r> \n a &amp; b &no; c </r>", "/r"), "a & b  c ");
 }
 
-TEST(XPathQuery, FirstToCloseIsFound) {
+TEST(XPathQuery, FindsTheElementThatClosesFirst) {
   EXPECT_EQ(query("<r><a></a><a>2</a></r>", "/r/a"), "");
   EXPECT_EQ(query("<r>1</r><r>2</r>", "/r"), "1");
   EXPECT_EQ(query("<r>1</r><r>2</r>", "/r[2]"), "2");
 }
 
-TEST(XPathQuery, FiltersStandAtAnyStep) {
+TEST(XPathQuery, AcceptsFiltersAtAnyStep) {
   const std::string document =
       R"(<r><g n="1"><a>x</a><a>y</a></g><g n="2"><a k="q">z</a><a>u</a></g></r>)";
   EXPECT_EQ(query(document, "/r/g[@n='2']/a"), "z");
@@ -117,24 +117,24 @@ TEST(XPathQuery, FiltersStandAtAnyStep) {
   EXPECT_EQ(query(document, "/r/g[@n='1']/a[@k='q']"), "");
 }
 
-TEST(XPathQuery, UnreadableFiltersAreDropped) {
+TEST(XPathQuery, DropsMalformedFilters) {
   EXPECT_EQ(query(TwoSiblings, "/r/a[@n=y]"), "1");
   EXPECT_EQ(query(TwoSiblings, "/r/a[@n=\"y\"]"), "1");
   EXPECT_EQ(query(TwoSiblings, "/r/a[@='y']"), "1");
   EXPECT_EQ(query(TwoSiblings, "/r/a[@n='y'"), "1");
 }
 
-TEST(XPathQuery, FiltersWithoutAnAttributeMatchNothing) {
+TEST(XPathQuery, FindsNothingForAFilterWithoutAnAttribute) {
   EXPECT_EQ(query(TwoSiblings, "/r/a[n='y']"), "");
   EXPECT_EQ(query(TwoSiblings, "/r/a[]"), "");
 }
 
-TEST(XPathQuery, AbsentAttributesAreEmpty) {
+TEST(XPathQuery, TreatsAbsentAttributesAsEmpty) {
   EXPECT_EQ(query("<r><a n=\"x\">1</a><a>2</a></r>", "/r/a[@n='']"), "2");
   EXPECT_EQ(query("<r><a>1</a></r>", "/r/a[@m='']"), "1");
 }
 
-TEST(XPathQuery, EmptyElementsMatchWithoutText) {
+TEST(XPathQuery, FindsEmptyElementsWithoutText) {
   EXPECT_EQ(query("<r><a/><a>2</a></r>", "/r/a"), "");
   EXPECT_EQ(query("<r><a/><a>2</a></r>", "/r/a[2]"), "2");
 }
@@ -143,32 +143,32 @@ TEST(XPathQuery, StopsTheParseAtTheMatch) {
   EXPECT_EQ(outputOf([] { EXPECT_EQ(query("<r><a>1</a></wrong>", "/r/a"), "1"); }), "");
 }
 
-TEST(XPathQuery, OfAMalformedDocumentIsEmpty) {
+TEST(XPathQuery, ReturnsNothingForAMalformedDocument) {
   const std::string output =
       outputOf([] { EXPECT_EQ(query("<r><b></wrong><a>1</a></r>", "/r/a"), ""); });
   EXPECT_EQ(output, "Parsing error at character 13, '>'\n");
 }
 
-TEST(XPathQuery, OfAnEmptyDocumentIsEmpty) {
+TEST(XPathQuery, ReturnsNothingForAnEmptyDocument) {
   EXPECT_EQ(query("", "/a"), "");
   EXPECT_EQ(query("text", "/text"), "");
 }
 
-TEST(XPathQuery, OfAnElementThatDoesNotCloseIsEmpty) {
+TEST(XPathQuery, ReturnsNothingForAnElementThatDoesNotClose) {
   EXPECT_EQ(query("<r><a>1", "/r/a"), "");
 }
 
-TEST(XPathQuery, EndsTheDocumentAtItsFirstZeroByte) {
+TEST(XPathQuery, EndsTheDocumentAtTheFirstZeroByte) {
   EXPECT_EQ(query(std::string("<r>\0</r><r>1</r>", 16), "/r"), "");
 }
 
-TEST(XPathQuery, EmptyPathsFindNothing) {
+TEST(XPathQuery, FindsNothingForAnEmptyPath) {
   for (const char* path : {"", "/", "//", "///", " / / ", "r", "[1]", "/[1]", "/]", "/[", "/["}) {
     EXPECT_EQ(query("<r>1</r>", path), "") << path;
   }
 }
 
-TEST(XPathQuery, UnbalancedBracketsAndQuotesDoNoHarm) {
+TEST(XPathQuery, AcceptsUnbalancedBracketsAndQuotes) {
   for (const char* path :
        {"/r[", "/r]", "/r[[", "/r]]", "/r][", "/r[@", "/r[@n", "/r[@n=", "/r[@n='", "/r[@n='x",
         "/r[@n='x'", "/r[@]", "/r[@n=]", "/r[@n=']", "/r['", "/r[']", "/r[@'=]", "/r[='@"}) {
@@ -177,7 +177,7 @@ TEST(XPathQuery, UnbalancedBracketsAndQuotesDoNoHarm) {
   }
 }
 
-TEST(XPathQuery, PathOfAMebibyte) {
+TEST(XPathQuery, AcceptsAPathOfAMebibyte) {
   constexpr std::size_t size = 1 << 20;
   EXPECT_EQ(query("<r>1</r>", std::string(size, '/')), "");
   EXPECT_EQ(query("<r>1</r>", std::string(size, '/') + "r"), "1");
@@ -190,12 +190,12 @@ TEST(XPathQuery, PathOfAMebibyte) {
   EXPECT_EQ(query("<" + name + ">1</" + name + ">", "/" + name), "1");
 }
 
-TEST(XPathQuery, DepthOfAMillion) {
+TEST(XPathQuery, AcceptsADepthOfAMillion) {
   EXPECT_EQ(query(repeated("<a>", 1'000'000) + "x", "/a/a"), "");
   EXPECT_EQ(query("<a>1" + repeated("<a>", 100'000) + repeated("</a>", 100'001), "/a"), "1");
 }
 
-TEST(XPathQuery, DepthOfAPathAndADocument) {
+TEST(XPathQuery, AcceptsADeepPathAndADeepDocument) {
   constexpr std::size_t depth = 20'000;
   const std::string document =
       repeated("<a>", depth) + repeated("<a/>", depth) + "<a>x</a>" + repeated("</a>", depth);

@@ -13,7 +13,7 @@
 #include "testing/reply_text.h"
 #include "testing/rows.h"
 
-// Method calls as packets: what the adapter answers, and how options change that.
+// Method calls as packets: the adapter's replies, and the options that change them.
 
 namespace {
 
@@ -29,19 +29,19 @@ using Lines = std::vector<std::string>;
 const std::string List = callText("queryCAList", 420);
 struct Packet {
   int flag;
-  Bytes content;  ///< what follows the flag byte
+  Bytes content;  ///< the bytes after the flag byte
 };
 
 std::vector<Packet> packetsOf(const Bytes& reply) {
   std::vector<Packet> packets;
   for (std::size_t at = 0; at < reply.size();) {
     if (reply.size() - at < 4 || reply[at] != 0xA5) {
-      ADD_FAILURE() << "no packet at " << at;
+      ADD_FAILURE() << "there is no packet at " << at;
       break;
     }
     const std::size_t end = at + 3 + npa::numberAt(reply, at + 1);
     if (end > reply.size()) {
-      ADD_FAILURE() << "a packet runs past the reply";
+      ADD_FAILURE() << "a packet exceeds the reply";
       break;
     }
     packets.push_back({reply[at + 3], Bytes(reply.begin() + static_cast<std::ptrdiff_t>(at) + 4,
@@ -51,8 +51,8 @@ std::vector<Packet> packetsOf(const Bytes& reply) {
   return packets;
 }
 
-/// The XML of a reply as a host puts it together: all that follows the flag bytes without the
-/// marker at its start and without the bytes E0.
+/// Returns the XML of a reply as a host extracts it: joins the bytes after the flag bytes, and
+/// removes the marker at the start and all bytes E0.
 std::string xmlOf(const Bytes& reply) {
   std::string all;
   for (const Packet& packet : packetsOf(reply)) {
@@ -69,7 +69,7 @@ ReplyText ask(Printer& printer, const std::string& xml) {
   return ReplyText(xmlOf(printer.ask(callPackets(xml))));
 }
 
-TEST(MethodCallPackets, GetOnePacketWithTheMarkerAndTheText) {
+TEST(MethodCallPackets, GetOnePacketWithTheMarkerAndTheXml) {
   Printer printer;
   const Bytes reply = printer.ask(callPackets(List));
   const auto packets = packetsOf(reply);
@@ -98,20 +98,20 @@ TEST(MethodCallPackets, GetSeveralPacketsThatAnnounceTheNext) {
   }
 }
 
-/// Makes the list of authorities as large as that: an authority without a common name has its
-/// file's.
+/// Adds a name of `nameSize` characters to the list of CA certificates. A certificate without a
+/// common name is listed with the name of its file.
 void fillList(Printer& printer, std::size_t nameSize, char character) {
   static const std::string pem = support::Authority(support::Authority::Name()).pem();
   EXPECT_EQ(ask(printer, support::uploadCaText(std::string(nameSize, character), pem)).status(), 1);
 }
 
-TEST(MethodCallPackets, AreSplitWhenTheTextFitsNoPacket) {
+TEST(MethodCallPackets, GetSeveralPacketsIfTheXmlIsTooLargeForOne) {
   Printer printer;
   const std::size_t overhead = xmlOf(printer.ask(callPackets(List))).size() +
                                std::string("<StringElem></StringElem></ListElem>").size() -
                                std::string("/").size() +
                                std::string("<StringElem></StringElem>").size();
-  // The largest text of one packet, then one more.
+  // The largest XML for one packet, then one more byte.
   constexpr std::size_t largest = 65535 - 8;
   constexpr std::size_t first = 32000;
   fillList(printer, first, 'a');
@@ -130,7 +130,7 @@ TEST(MethodCallPackets, AreSplitWhenTheTextFitsNoPacket) {
   EXPECT_EQ(ReplyText(xmlOf(two)).list().size(), 2U);
 }
 
-TEST(MethodCallPackets, AreAsManyAsALongTextNeeds) {
+TEST(MethodCallPackets, GetAsManyPacketsAsALongXmlNeeds) {
   Printer printer({.replyPackets = 2});
   for (const char character : {'a', 'b', 'c', 'd'}) {
     fillList(printer, 50000, character);
@@ -148,42 +148,42 @@ TEST(MethodCall, IsRefusedInAWrapper) {
   EXPECT_EQ(printer.log.back(), "   refused: a wrapped method call");
 }
 
-TEST(MethodCall, ThatCannotBeReadHasAnErrorForItsReply) {
+TEST(MethodCall, GetsAnErrorIfItCannotBeParsed) {
   Printer printer;
   EXPECT_EQ(ask(printer, "").status(), 2);
   EXPECT_EQ(ask(printer, std::string(65529, '\x99')).status(), 2);
   EXPECT_EQ(ask(printer, List).status(), 1);
 }
 
-struct MoodRow : support::Row {
+struct PersonalityRow : support::Row {
   Personality personality;
   Bytes reply;
 };
 
-class CallMood : public testing::TestWithParam<MoodRow> {};
+class CallPersonality : public testing::TestWithParam<PersonalityRow> {};
 
-TEST_P(CallMood, DecidesTheAnswerToACallThatIsNotCarriedOut) {
+TEST_P(CallPersonality, DeterminesTheReplyAndPreventsTheCall) {
   Printer printer(GetParam().personality);
   EXPECT_EQ(printer.ask(callPackets(support::generateText("n"))), GetParam().reply);
   EXPECT_EQ(printer.adapter.certificates().revision(), 0U);
 }
 
-// The sniff ahead of the call has no answer in any mood.
-INSTANTIATE_TEST_SUITE_P(Personalities, CallMood,
-                         testing::Values(MoodRow{{"Silent"}, {.silent = true}, {}},
-                                         MoodRow{
-                                             {"RefuseAll"}, {.refuseAll = true}, packets::Refused},
-                                         MoodRow{{"Garbage"}, {.garbage = true}, packets::Garbage}),
-                         support::rowName);
+// No personality answers the sniff packet that precedes the call.
+INSTANTIATE_TEST_SUITE_P(
+    Personalities, CallPersonality,
+    testing::Values(PersonalityRow{{"Silent"}, {.silent = true}, {}},
+                    PersonalityRow{{"RefuseAll"}, {.refuseAll = true}, packets::Refused},
+                    PersonalityRow{{"Garbage"}, {.garbage = true}, packets::Garbage}),
+    support::rowName);
 
-TEST(MethodCall, IsAnsweredCut) {
+TEST(MethodCall, GetsACutReply) {
   Printer printer({.cutAt = 6});
   EXPECT_EQ(printer.ask(callPackets(support::generateText("n"))), bytes("A5 00 D6 50 E0 C0"));
   EXPECT_EQ(printer.adapter.certificates().devices().size(), 1U);
 }
 
-TEST(MethodCall, IsAnsweredLateAndInPieces) {
-  Printer printer({.answerAfter = std::chrono::seconds(3), .pieceSize = 100});
+TEST(MethodCall, GetsALateReplyInPieces) {
+  Printer printer({.replyDelay = std::chrono::seconds(3), .pieceSize = 100});
   const auto pieces = printer.adapter.receive(callPackets(List));
   ASSERT_EQ(pieces.size(), 3U);
   EXPECT_EQ(pieces[0].bytes.size(), 100U);
@@ -191,27 +191,27 @@ TEST(MethodCall, IsAnsweredLateAndInPieces) {
   EXPECT_LT(pieces[1].delay, pieces[2].delay);
 }
 
-TEST(MethodCall, IsAnsweredWithGivenBytes) {
+TEST(MethodCall, GetsTheGivenBytes) {
   const Bytes content = bytes("E0 C0 03 E0");
-  Printer printer({.objectAnswers = {{"", "file", {}, content}}});
+  Printer printer({.objectReplies = {{"", "file", {}, content}}});
   EXPECT_EQ(printer.ask(callPackets(support::generateText("n"))), bytes("A5 00 05 50 E0 C0 03 E0"));
   EXPECT_EQ(printer.log.back(), "   the bytes of file");
   EXPECT_EQ(printer.ask(callPackets("")), bytes("A5 00 05 50 E0 C0 03 E0"));
   EXPECT_EQ(printer.adapter.certificates().revision(), 0U);
 }
 
-TEST(MethodCall, IsAnsweredWithGivenBytesThatFillAPacketAndWithNone) {
-  Printer full({.objectAnswers = {{"", "file", {}, Bytes(65534, 0xE0)}}});
+TEST(MethodCall, GetsGivenBytesUpToTheLargestPacket) {
+  Printer full({.objectReplies = {{"", "file", {}, Bytes(65534, 0xE0)}}});
   const auto packets = packetsOf(full.ask(callPackets(List)));
   ASSERT_EQ(packets.size(), 1U);
   EXPECT_EQ(packets[0].content.size(), 65534U);
-  Printer empty({.objectAnswers = {{"", "file", {}, {}}}});
+  Printer empty({.objectReplies = {{"", "file", {}, {}}}});
   EXPECT_EQ(empty.ask(callPackets(List)), bytes("A5 00 01 50"));
 }
 
-TEST(MethodCall, IsAnsweredWithAGivenStatus) {
+TEST(MethodCall, GetsTheGivenStatus) {
   Printer printer(
-      {.objectAnswers = {{"generateNewCert", "", 7, {}}, {"queryCAList", "", 999, {}}}});
+      {.objectReplies = {{"generateNewCert", "", 7, {}}, {"queryCAList", "", 999, {}}}});
   const ReplyText generated = ask(printer, support::generateText("n"));
   EXPECT_EQ(generated.status(), 7);
   EXPECT_EQ(generated.message(), "a parameter is missing");
@@ -222,27 +222,27 @@ TEST(MethodCall, IsAnsweredWithAGivenStatus) {
   EXPECT_EQ(ask(printer, callText("queryCertList", 520)).status(), 1);
 }
 
-TEST(MethodCall, IsAnsweredByTheLastWordForItsMethodThenByTheLastForAll) {
-  Printer printer({.objectAnswers = {{"queryCAList", "", 51, {}},
+TEST(MethodCall, GetsTheLastStatusForItsMethodOrTheLastForAll) {
+  Printer printer({.objectReplies = {{"queryCAList", "", 51, {}},
                                      {"", "", 52, {}},
                                      {"queryCAList", "", 53, {}},
                                      {"", "", 54, {}}}});
   EXPECT_EQ(ask(printer, List).status(), 53);
   EXPECT_EQ(ask(printer, callText("queryCertList", 520)).status(), 54);
-  // The method counts, however wrong the call is.
+  // The status depends only on the method, even if the call is invalid.
   EXPECT_EQ(ask(printer, callText("queryCAList", 1)).status(), 53);
 }
 
-TEST(MethodCallLog, TellsTheCallAndWhatCameOfIt) {
+TEST(MethodCallLog, HasTheCallAndItsResult) {
   Printer printer;
   const std::string xml = support::uploadCaText("ca.pem", "1234");
   printer.ask(callPackets(xml));
   ASSERT_EQ(printer.log.size(), 7U);
-  EXPECT_EQ(printer.log[1], "   sniff");
-  EXPECT_EQ(printer.log[2], "   no answer expected");
+  EXPECT_EQ(printer.log[1], "   announces a method call");
+  EXPECT_EQ(printer.log[2], "   no reply expected");
   EXPECT_EQ(printer.log[3].find("**"), std::string::npos);
   EXPECT_EQ(printer.log[4],
-            "   object-store call: uploadNewCAFile ca_file_name=\"ca.pem\" ca_dot_pem_size=4 "
+            "   method call: uploadNewCAFile ca_file_name=\"ca.pem\" ca_dot_pem_size=4 "
             "ca_dot_pem_file=(4 bytes)");
   EXPECT_TRUE(printer.log[5].ends_with(" 3E")) << printer.log[5];
   EXPECT_EQ(printer.log[6], "   status 19: the file holds no PEM certificate");
@@ -250,7 +250,7 @@ TEST(MethodCallLog, TellsTheCallAndWhatCameOfIt) {
   EXPECT_EQ(printer.log.back(), "   status 1");
 }
 
-TEST(AdapterChanges, AreTold) {
+TEST(AdapterChanges, AreReported) {
   Printer printer;
   int changes = 0;
   printer.adapter.onChange([&] { ++changes; });
@@ -275,7 +275,7 @@ TEST(AdapterChanges, AreTold) {
   EXPECT_EQ(changes, 7);
 }
 
-TEST(AdapterRestore, PutsWhatWasStoredOverWhatThePrinterHasFromTheStart) {
+TEST(AdapterRestore, ReplacesTheInitialValues) {
   Printer printer({.ssid = "first", .certificates = {.factoryCertificate = false}});
   emulator::CertificateStore certificates;
   certificates.add(emulator::CaCertificate{0, "CA", "ca.pem", "pem"});

@@ -27,7 +27,7 @@ using packets::SettingsStored;
 using packets::StoreSsid;
 using packets::wrapped;
 
-TEST(Adapter, StoresSettingsAndGivesThemBack) {
+TEST(Adapter, StoresSettingsAndReturnsThem) {
   Printer printer;
   EXPECT_EQ(printer.ask(StoreSsid), SettingsStored);
   EXPECT_EQ(printer.ask(QuerySsid), bytes("A5 00 0B 50 E0 D8 00 28 08 00 03 61 62 00"));
@@ -53,14 +53,14 @@ TEST(Adapter, WaitsForTheRestOfAPacket) {
   EXPECT_EQ(printer.ask(bytes("00 00 03 61 62 00")), SettingsStored);
 }
 
-TEST(Adapter, GivesALengthOfZeroForWhatItDoesNotHoldAndForKeys) {
+TEST(Adapter, ReturnsNoValueForUnknownSettingsAndKeys) {
   Printer printer;
   EXPECT_EQ(printer.ask(QuerySsid), bytes("A5 00 08 50 E0 D8 00 28 08 00 00"));
   EXPECT_EQ(printer.ask(packets::StorePreSharedKey), SettingsStored);
   EXPECT_EQ(printer.ask(packets::QueryPreSharedKey), bytes("A5 00 08 50 E0 D8 00 28 11 00 00"));
 }
 
-TEST(Adapter, HoldsWhatItsPersonalitySays) {
+TEST(Adapter, HasTheValuesOfItsPersonality) {
   Printer printer(
       {.ipAddress = {10, 1, 2, 3}, .troubleCode = 7, .ssid = "net", .descriptor = "A-"});
   EXPECT_EQ(printer.ask(QueryIp), bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 0A 01 02 03"));
@@ -76,27 +76,27 @@ TEST(Adapter, DoesNotAcceptMalformedSettings) {
   EXPECT_FALSE(printer.adapter.settings().holds({0x28, 0x08}));
 }
 
-TEST(Adapter, RefusesWhatItDoesNotKnow) {
+TEST(Adapter, RefusesUnknownRequests) {
   Printer printer;
   EXPECT_EQ(printer.ask(bytes("A5 00 02 50 E0")), Refused);
   EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 C0 03 00 02")), Refused);
 }
 
-TEST(Adapter, SaysNothingToASniff) {
+TEST(Adapter, DoesNotAnswerASniff) {
   Printer printer;
   EXPECT_EQ(printer.ask(packets::Sniff), Bytes());
 }
 
-struct MoodRow : support::Row {
+struct PersonalityRow : support::Row {
   Personality personality;
   Bytes toBare;
   Bytes toWrapped;
   bool stores;
 };
 
-class Mood : public testing::TestWithParam<MoodRow> {};
+class SettingsPersonality : public testing::TestWithParam<PersonalityRow> {};
 
-TEST_P(Mood, DecidesTheAnswerToSettings) {
+TEST_P(SettingsPersonality, DeterminesTheReplyToSettings) {
   EXPECT_EQ(Printer(GetParam().personality).ask(wrapped(StoreSsid)), GetParam().toWrapped);
   Printer printer(GetParam().personality);
   EXPECT_EQ(printer.ask(StoreSsid), GetParam().toBare);
@@ -104,33 +104,33 @@ TEST_P(Mood, DecidesTheAnswerToSettings) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Personalities, Mood,
+    Personalities, SettingsPersonality,
     testing::Values(
-        MoodRow{{"RefuseWrapped"}, {.refuseWrapped = true}, SettingsStored, Refused, true},
-        MoodRow{{"RefuseAll"}, {.refuseAll = true}, Refused, Refused, false},
-        MoodRow{{"Silent"}, {.silent = true}, {}, {}, false},
-        MoodRow{{"Garbage"}, {.garbage = true}, Garbage, Garbage, false},
-        MoodRow{{"Cut"}, {.cutAt = 3}, bytes("A5 00 05"), bytes("A5 00 0E"), true},
-        MoodRow{{"CutTheLastByte"},
-                {.cutAt = 7},
-                bytes("A5 00 05 50 E0 DA 01"),
-                bytes("A5 00 0E 50 E0 63 02"),
-                true},
-        MoodRow{{"CutBehindTheEnd"},
-                {.cutAt = 8},
-                SettingsStored,
-                bytes("A5 00 0E 50 E0 63 02 00"),
-                true},
-        MoodRow{{"OtherResult"},
-                {.settingsResult = 2},
-                bytes("A5 00 05 50 E0 DA 01 02"),
-                bytes("A5 00 0E 50 E0 63 02 00 08 A5 00 05 50 E0 DA 01 02"),
-                false}),
+        PersonalityRow{{"RefuseWrapped"}, {.refuseWrapped = true}, SettingsStored, Refused, true},
+        PersonalityRow{{"RefuseAll"}, {.refuseAll = true}, Refused, Refused, false},
+        PersonalityRow{{"Silent"}, {.silent = true}, {}, {}, false},
+        PersonalityRow{{"Garbage"}, {.garbage = true}, Garbage, Garbage, false},
+        PersonalityRow{{"Cut"}, {.cutAt = 3}, bytes("A5 00 05"), bytes("A5 00 0E"), true},
+        PersonalityRow{{"CutTheLastByte"},
+                       {.cutAt = 7},
+                       bytes("A5 00 05 50 E0 DA 01"),
+                       bytes("A5 00 0E 50 E0 63 02"),
+                       true},
+        PersonalityRow{{"CutAfterTheEnd"},
+                       {.cutAt = 8},
+                       SettingsStored,
+                       bytes("A5 00 0E 50 E0 63 02 00"),
+                       true},
+        PersonalityRow{{"OtherResult"},
+                       {.settingsResult = 2},
+                       bytes("A5 00 05 50 E0 DA 01 02"),
+                       bytes("A5 00 0E 50 E0 63 02 00 08 A5 00 05 50 E0 DA 01 02"),
+                       false}),
     support::rowName);
 
 TEST(Adapter, AnswersLateAndInPieces) {
   using std::chrono::milliseconds;
-  Printer printer({.answerAfter = std::chrono::seconds(3), .pieceSize = 3});
+  Printer printer({.replyDelay = std::chrono::seconds(3), .pieceSize = 3});
   const auto replies = printer.adapter.receive(StoreSsid);
   ASSERT_EQ(replies.size(), 3U);
   EXPECT_EQ(replies[0].bytes, bytes("A5 00 05"));
@@ -141,7 +141,7 @@ TEST(Adapter, AnswersLateAndInPieces) {
   EXPECT_LT(replies[1].delay, replies[2].delay);
 }
 
-TEST(Adapter, HasAnAddressAfterSoManyQueries) {
+TEST(Adapter, HasAnAddressAfterTheGivenCountOfQueries) {
   Printer printer({.addressAcquired = {.afterQueries = 2}});
   const Bytes none = bytes("A5 00 0C 50 E0 D8 00 0A 02 00 04 00 00 00 00");
   EXPECT_EQ(printer.ask(QueryIp), none);
@@ -149,7 +149,7 @@ TEST(Adapter, HasAnAddressAfterSoManyQueries) {
   EXPECT_EQ(printer.ask(QueryIp), packets::IpReply);
 }
 
-TEST(Adapter, HasAnAddressAfterSoManySeconds) {
+TEST(Adapter, HasAnAddressAfterTheGivenSeconds) {
   using std::chrono::seconds;
   Printer printer({.addressAcquired = {.afterTime = seconds(5)}});
   printer.now += seconds(4);
@@ -158,8 +158,8 @@ TEST(Adapter, HasAnAddressAfterSoManySeconds) {
   EXPECT_EQ(printer.ask(QueryIp).back(), 20);
 }
 
-TEST(Adapter, HasNoTroubleAnyMoreAfterSoManyQueries) {
-  Printer printer({.troubleCode = 9, .troubleOver = emulator::Readiness{.afterQueries = 1}});
+TEST(Adapter, ReturnsTroubleCode0AfterTheGivenCountOfQueries) {
+  Printer printer({.troubleCode = 9, .troubleCleared = emulator::Readiness{.afterQueries = 1}});
   EXPECT_EQ(printer.ask(QueryTrouble).back(), 9);
   EXPECT_EQ(printer.ask(QueryTrouble).back(), 0);
 }
@@ -171,14 +171,14 @@ TEST(Adapter, AlwaysWrapsTheRecordsOf8021xSettings) {
   EXPECT_EQ(printer.ask(wrapped(QueryAuthStatus)), record);
 }
 
-TEST(Adapter, GivesSeveralRecordsAndAForeignOneFirst) {
+TEST(Adapter, ReturnsSeveralRecordsAfterOneOfAnotherSetting) {
   Printer printer({.authStatus = {2, 5}, .otherRecordFirst = true});
   EXPECT_EQ(printer.ask(QueryAuthStatus),
             bytes("A5 00 2D 50 E0 63 02 00 27 A5 00 0C 50 E0 D8 00 2A 26 00 04 00 00 00 00 "
                   "A5 00 09 50 E0 D8 00 2A 1D 00 01 02 A5 00 09 50 E0 D8 00 2A 1D 00 01 05"));
 }
 
-TEST(Adapter, CutsTheLastRecordInsideAWholePacket) {
+TEST(Adapter, CutsTheLastRecordInsideACompletePacket) {
   Printer printer({.authStatus = {2}, .cutRecordAt = 11});
   EXPECT_EQ(printer.ask(QueryAuthStatus),
             bytes("A5 00 11 50 E0 63 02 00 0B A5 00 09 50 E0 D8 00 2A 1D 00 01"));
@@ -191,9 +191,9 @@ TEST(Adapter, AnswersInSeveralPacketsThatAnnounceTheNext) {
                   "A5 00 12 50 E0 63 02 00 0C A5 00 09 50 E0 D8 00 2A 1D 00 01 02"));
 }
 
-TEST(Adapter, RefusesAQueryWhoseAnswerFitsNoPacket) {
+TEST(Adapter, RefusesAQueryWhoseReplyDoesNotFitIntoAPacket) {
   Printer printer;
-  // The largest value that one bare packet can store; behind a query it is too large for a wrapper.
+  // This is the largest value that one bare packet can store. Its reply is too large for a wrapper.
   constexpr std::size_t valueSize = 0xFFFF - 4 - 5;
   Bytes store = bytes("A5 FF FF 50 E0 DA 01 28 08 00 FF F6");
   store.resize(store.size() + valueSize, 'x');
@@ -202,7 +202,7 @@ TEST(Adapter, RefusesAQueryWhoseAnswerFitsNoPacket) {
   EXPECT_EQ(printer.ask(wrapped(QuerySsid)), Refused);
 }
 
-TEST(AdapterLog, TellsRequestAndAnswerInHexAndInWordsWithKeysMasked) {
+TEST(AdapterLog, HasRequestAndReplyInHexAndInWordsWithMaskedKeys) {
   Printer printer;
   printer.ask(support::joined({bytes("00"), packets::StorePreSharedKey}));
   EXPECT_EQ(printer.log,

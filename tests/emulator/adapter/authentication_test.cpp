@@ -27,7 +27,7 @@ struct StatusRow : support::Row {
 
 class AuthenticationStatus : public testing::TestWithParam<StatusRow> {};
 
-TEST_P(AuthenticationStatus, FollowsFromWhatThePrinterHolds) {
+TEST_P(AuthenticationStatus, DependsOnSettingsAndCertificates) {
   SettingsStore store;
   for (const auto& [key, value] : GetParam().stored) {
     store.set(key, bytes(value));
@@ -51,7 +51,7 @@ const std::vector<StatusRow> Rows = {
      true,
      0},
     {{"EmptySecurity"}, {{settings::Security, ""}}, false, 0},
-    {{"NoMethodThatLooksAtTheServer"},
+    {{"NoMethodThatVerifiesTheServer"},
      {{settings::Security, On8021x}, {settings::MethodMd5, "01"}, {settings::MethodPeap, "00"}},
      false,
      2},
@@ -67,22 +67,22 @@ const std::vector<StatusRow> Rows = {
 
 INSTANTIATE_TEST_SUITE_P(Settings, AuthenticationStatus, testing::ValuesIn(Rows), support::rowName);
 
-TEST(Authentication, SaysNothingOfOtherSettings) {
+TEST(Authentication, HasNoValueForOtherSettings) {
   const SettingsStore store;
   const CertificateStore certificates;
   EXPECT_EQ(emulator::Authentication(store, certificates).value(settings::Security), std::nullopt);
 }
 
-/// A status record in its wrapper.
+/// Returns a wrapped status record.
 Bytes statusRecord(int status) {
   return packets::wrapped(
       joined({bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01"), {static_cast<std::uint8_t>(status)}}));
 }
 
-/// Switches 802.1x authentication on.
+/// The request that stores the security "802.1x".
 const Bytes StoreSecurity = bytes("A5 00 0D 50 E0 DA 01 28 22 00 00 04 00 00 00 03");
 
-TEST(Authentication, IsToldByTheAdapter) {
+TEST(Authentication, IsReturnedByTheAdapter) {
   support::EmulatedPrinter printer;
   EXPECT_EQ(printer.ask(packets::QueryAuthStatus), statusRecord(0));
   printer.ask(StoreSecurity);
@@ -91,7 +91,7 @@ TEST(Authentication, IsToldByTheAdapter) {
   EXPECT_EQ(printer.ask(packets::QueryAuthStatus), statusRecord(11));
 }
 
-TEST(Authentication, IsWhatAnOptionSaysWhateverIsStored) {
+TEST(Authentication, IsSetByAnOptionRegardlessOfTheSettings) {
   support::EmulatedPrinter printer({.authStatus = {7}});
   printer.ask(StoreSecurity);
   EXPECT_EQ(printer.ask(packets::QueryAuthStatus), statusRecord(7));

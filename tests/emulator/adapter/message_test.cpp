@@ -25,7 +25,7 @@ struct MessageRow : support::Row {
 
 class ParseMessage : public testing::TestWithParam<MessageRow> {};
 
-TEST_P(ParseMessage, SaysWhatThePacketIs) {
+TEST_P(ParseMessage, IdentifiesThePacket) {
   const Message message = parseMessage(bytes(GetParam().packet));
   EXPECT_EQ(message.packet, bytes(GetParam().packet));
   EXPECT_EQ(message.kind, GetParam().kind);
@@ -56,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "A5 00 06 50 E0 D8 00 28 FF",
                    Kind::Query,
                    false,
-                   "query: a setting that is not known"},
+                   "query: unknown setting"},
         MessageRow{{"LongQuery"},
                    "A5 00 07 50 E0 D8 00 28 08 00",
                    Kind::Malformed,
@@ -116,14 +116,14 @@ INSTANTIATE_TEST_SUITE_P(
                    "malformed packet, wrapped"},
         MessageRow{{"Sniff"},
                    "A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E",
-                   Kind::Sniff,
+                   Kind::Announcement,
                    false,
-                   "sniff"},
+                   "announces a method call"},
         MessageRow{{"EmptyObjectStoreCall"},
                    "A5 00 06 50 E0 C0 03 00 01",
-                   Kind::ObjectStoreCall,
+                   Kind::MethodCall,
                    false,
-                   "object-store call: cannot be read"},
+                   "method call: cannot be parsed"},
         MessageRow{{"ObjectStoreCallOfAnotherKind"},
                    "A5 00 06 50 E0 C0 03 00 02",
                    Kind::Unknown,
@@ -139,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
         MessageRow{{"Nothing"}, "A5 00 00", Kind::Unknown, false, "unknown packet"}),
     support::rowName);
 
-/// The hidden bytes as a text, "*" for each.
+/// Returns a text with "*" for each secret byte of a packet and "." for each other byte.
 std::string hiddenBytes(const char* packet) {
   std::string text;
   for (const bool hidden : parseMessage(bytes(packet)).secretBytes) {
@@ -159,9 +159,9 @@ TEST(SecretBytes, AreFoundInsideAWrapper) {
             ".....................**");
 }
 
-TEST(SecretBytes, AreAllDataOfAPacketThatIsNotUnderstood) {
-  // A setting that overruns the packet; settings under another command; a long query; a method
-  // call that cannot be read.
+TEST(SecretBytes, AreAllDataOfAnUnknownPacket) {
+  // In order: a setting that exceeds the packet, settings with another command, a query that is too
+  // long, a method call that cannot be parsed.
   EXPECT_EQ(hiddenBytes("A5 00 0A 50 E0 DA 01 28 11 00 00 09 6B"), ".....********");
   EXPECT_EQ(hiddenBytes("A5 00 0A 50 E1 DA 01 28 11 00 00 01 6B"), ".....********");
   EXPECT_EQ(hiddenBytes("A5 00 07 50 E0 D8 00 28 08 6B"), ".....*****");
@@ -170,26 +170,26 @@ TEST(SecretBytes, AreAllDataOfAPacketThatIsNotUnderstood) {
   EXPECT_EQ(hiddenBytes("A5 00 00"), "...");
 }
 
-TEST(SecretBytes, AreNoneOfAQueryAndASniff) {
+TEST(SecretBytes, AreAbsentFromAQueryAndASniff) {
   EXPECT_EQ(hiddenBytes("A5 00 06 50 E0 D8 00 28 08"), ".........");
   EXPECT_EQ(hiddenBytes("A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E"),
             std::string(19, '.'));
 }
 
-TEST(SecretBytes, AreNoneOfAMethodCall) {
+TEST(SecretBytes, AreAbsentFromAMethodCall) {
   const std::string xml = support::callText("queryCAList", 420);
   const Message message = parseMessage(support::callPacket(xml));
   EXPECT_EQ(std::ranges::count(message.secretBytes, true), 0);
-  EXPECT_EQ(describe(message, false), "object-store call: queryCAList");
+  EXPECT_EQ(describe(message, false), "method call: queryCAList");
 }
 
-/// Settings with a size field of 0 and `count` bytes after it.
+/// Returns a setting with a size field of 0 and a value of `count` bytes.
 Message withSizeOfZero(const char* key, std::size_t count) {
   return parseMessage(packets::framed(support::joined(
       {bytes("50 E0 DA 01"), bytes(key), bytes("00 00 00"), npa::Bytes(count, 'p')})));
 }
 
-TEST(ParseMessage, TakesASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
+TEST(ParseMessage, AcceptsTheSize0For256BytesIfTheFieldHasOnlyTheLowByte) {
   for (const char* key : {"2A 03", "2A 0A"}) {
     const Message message = withSizeOfZero(key, 256);
     ASSERT_EQ(message.kind, Kind::StoreSettings) << key;
@@ -200,18 +200,18 @@ TEST(ParseMessage, TakesASizeOf0For256WhereTheFieldHasTheLowByteAlone) {
   EXPECT_EQ(withSizeOfZero("2A 02", 256).kind, Kind::Malformed);
 }
 
-TEST(SecretBytes, AreAll256OfALongPassword) {
+TEST(SecretBytes, AreAll256BytesOfALongPassword) {
   const Message message = withSizeOfZero("2A 03", 256);
   EXPECT_EQ(std::ranges::count(message.secretBytes, true), 256);
   EXPECT_EQ(describe(message, false), "store settings: 802.1x password = (256 bytes)");
 }
 
-TEST(SecretBytes, AreAllOfAWrapperThatContradictsItself) {
+TEST(SecretBytes, AreAllBytesOfAWrapperWithAWrongSize) {
   EXPECT_EQ(hiddenBytes("A5 00 14 50 E0 63 02 00 0F A5 00 0B 50 E0 DA 01 28 09 00 00 02 6B 00"),
             std::string(23, '*'));
 }
 
-TEST(DescribeMessage, ShowsSecretsWhenAsked) {
+TEST(DescribeMessage, ShowsSecretsIfTheCallerSaysSo) {
   const Message message = parseMessage(packets::StorePreSharedKey);
   EXPECT_EQ(describe(message, true), "store settings: pre-shared key = \"k\"");
 }

@@ -10,7 +10,7 @@ namespace {
 using emulator::fromBase64;
 using emulator::toBase64;
 
-// The examples of RFC 4648.
+// The test vectors of RFC 4648.
 TEST(BinaryText, IsBase64InBothDirections) {
   const std::string text = "foobar";
   const char* const encoded[] = {"", "Zg==", "Zm8=", "Zm9v", "Zm9vYg==", "Zm9vYmE=", "Zm9vYmFy"};
@@ -20,7 +20,7 @@ TEST(BinaryText, IsBase64InBothDirections) {
   }
 }
 
-TEST(BinaryText, HoldsAnyBytes) {
+TEST(BinaryText, MayHaveAnyBytes) {
   const std::string bytes("\0\xFF\xE0\0", 4);
   EXPECT_EQ(fromBase64(toBase64(bytes)), bytes);
 }
@@ -31,14 +31,14 @@ struct BrokenRow : support::Row {
 
 class BrokenBase64 : public testing::TestWithParam<BrokenRow> {};
 
-TEST_P(BrokenBase64, GivesNothing) {
+TEST_P(BrokenBase64, YieldsNothing) {
   EXPECT_EQ(fromBase64(GetParam().text), std::nullopt);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, BrokenBase64,
     testing::Values(BrokenRow{{"HalfAGroup"}, "Zm"}, BrokenRow{{"NoPadding"}, "Zm9vYg"},
-                    BrokenRow{{"PaddingAlone"}, "===="}, BrokenRow{{"ThreePaddings"}, "Z==="},
+                    BrokenRow{{"OnlyPadding"}, "===="}, BrokenRow{{"ThreePaddings"}, "Z==="},
                     BrokenRow{{"PaddingInside"}, "Zg==Zm9v"}, BrokenRow{{"StrayBits"}, "Zh=="},
                     BrokenRow{{"LineEnd"}, "Zm9v\n"}, BrokenRow{{"FourBlanks"}, "    "},
                     BrokenRow{{"BlanksAround"}, "  Zm9v  "},

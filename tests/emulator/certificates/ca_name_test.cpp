@@ -5,7 +5,7 @@
 #include "testing/certificate_printer.h"
 #include "testing/rows.h"
 
-// What the printer calls an authority by.
+// The printer's name for a CA certificate.
 
 namespace {
 
@@ -20,7 +20,7 @@ struct NameRow : support::Row {
 
 class CaName : public testing::TestWithParam<NameRow> {};
 
-TEST_P(CaName, IsMadeOfCommonNameAndValidity) {
+TEST_P(CaName, ConsistsOfCommonNameAndValidity) {
   const NameRow& row = GetParam();
   const auto certificate =
       emulator::X509Certificate::fromPem(Authority(row.subject, row.notBefore, row.notAfter).pem());
@@ -56,12 +56,12 @@ INSTANTIATE_TEST_SUITE_P(
                 "20500401000000Z",
                 "99991231235959Z",
                 "a_Apr__1_2050_To_Dec_31_9999"},
-        NameRow{{"ComponentsBehindTheCommonName"},
+        NameRow{{"ComponentsAfterTheCommonName"},
                 {{"O", "Org"}, {"CN", "Root CA"}, {"emailAddress", "a@example.org"}},
                 "20200105000000Z",
                 "20301225235959Z",
                 "Root CA/emailAddress=a@example.org_Jan__5_2020_To_Dec_25_2030"},
-        NameRow{{"MarkInAnEarlierText"},
+        NameRow{{"CnEqualsInAnEarlierText"},
                 {{"O", "xCN=y"}, {"CN", "z"}},
                 "20200105000000Z",
                 "20301225235959Z",
@@ -72,15 +72,15 @@ INSTANTIATE_TEST_SUITE_P(
                 "20301225235959Z",
                 "\\xC3\\xA4_Jan__5_2020_To_Dec_25_2030"},
         NameRow{{"NoCommonName"}, {{"O", "Org"}}, "20200105000000Z", "20301225235959Z", "none"},
-        NameRow{{"NothingAtAll"}, {}, "20200105000000Z", "20301225235959Z", "none"},
-        NameRow{{"NothingBehindTheMark"},
+        NameRow{{"EmptySubject"}, {}, "20200105000000Z", "20301225235959Z", "none"},
+        NameRow{{"NothingAfterCnEquals"},
                 {{"O", "CN="}},
                 "20200105000000Z",
                 "20301225235959Z",
                 "none"}),
     support::rowName);
 
-TEST(CaName, IsTheFilesNameForWantOfACommonName) {
+TEST(CaName, IsTheNameOfTheFileWithoutACommonName) {
   support::CertificatePrinter printer;
   const std::string pem = Authority(Authority::Name{{"O", "Org"}}).pem();
   EXPECT_EQ(printer.status(support::uploadCaText("a.pem", pem)), 1);

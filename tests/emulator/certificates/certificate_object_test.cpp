@@ -28,11 +28,11 @@ TEST(CertificateObject, RepliesInXml) {
   EXPECT_EQ(printer.lastXml,
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?><response><MapElem>"
             "<child name=\"status_code\"><IntegerElem>5</IntegerElem></child>"
-            "<child name=\"status_mesg\"><StringElem>there is no such method: \"nothing\""
+            "<child name=\"status_mesg\"><StringElem>no such method: \"nothing\""
             "</StringElem></child></MapElem></response>");
 }
 
-TEST(CertificateObject, TellsItsDefaults) {
+TEST(CertificateObject, ReturnsItsDefaults) {
   CertificatePrinter printer({.defaults = {"Org & Co", "Unit", "DE", "State", "City", "name", ""}});
   const support::ReplyText reply = printer.call(callText("readCertDefaults", 100));
   EXPECT_EQ(reply.status(), 1);
@@ -45,7 +45,7 @@ TEST(CertificateObject, TellsItsDefaults) {
   EXPECT_EQ(reply.value("x509_AN"), "");
 }
 
-TEST(CertificateObject, ProposesDefaultsThatMakeARequest) {
+TEST(CertificateObject, HasDefaultsThatAreValidForARequest) {
   CertificatePrinter printer;
   const support::ReplyText defaults = printer.call(callText("readCertDefaults", 100));
   std::vector<support::CallParameter> texts = {text("cert_friendly_name", "n")};
@@ -65,7 +65,7 @@ struct CallRow : support::Row {
 
 class WrongCall : public testing::TestWithParam<CallRow> {};
 
-TEST_P(WrongCall, HasAnErrorForItsReply) {
+TEST_P(WrongCall, GetsAnError) {
   CertificatePrinter printer;
   const support::ReplyText reply = printer.call(GetParam().xml);
   EXPECT_EQ(reply.status(), static_cast<int>(GetParam().status));
@@ -90,16 +90,16 @@ INSTANTIATE_TEST_SUITE_P(
         CallRow{{"NoCall"},
                 "<a/>",
                 CallStatus::NotACall,
-                "the request is no method call: the document is no callMethod"},
+                "the request is not a method call: the document is not a callMethod"},
         CallRow{{"OtherObject"},
                 withObject("applications.certmgr"),
                 CallStatus::UnknownObject,
-                "there is no such object: \"applications.certmgr\""},
+                "no such object: \"applications.certmgr\""},
         CallRow{{"OtherMethod"},
                 callText("QueryCAList", 420),
                 CallStatus::UnknownMethod,
-                "there is no such method: \"QueryCAList\""},
-        CallRow{{"OtherMethodsId"},
+                "no such method: \"QueryCAList\""},
+        CallRow{{"IdOfAnotherMethod"},
                 callText("queryCAList", 520),
                 CallStatus::WrongId,
                 "the request's id does not belong to the method: \"520\""},
@@ -145,7 +145,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "a parameter has the wrong type: ca_dot_pem_size"}),
     support::rowName);
 
-/// The calls that a host makes, with the ids that belong to them.
+/// A row of a table: a method, the id of its requests, and its parameters.
 struct MethodRow : support::Row {
   int requestId;
   Names texts;
@@ -155,7 +155,7 @@ struct MethodRow : support::Row {
 
 class Method : public testing::TestWithParam<MethodRow> {
  protected:
-  /// The call's parameters in any order.
+  /// Returns the call's parameters, in another order than the program's.
   static std::vector<support::CallParameter> parameters() {
     std::vector<support::CallParameter> all;
     if (GetParam().file != nullptr) {
@@ -174,7 +174,7 @@ class Method : public testing::TestWithParam<MethodRow> {
   }
 };
 
-TEST_P(Method, TakesItsParametersInAnyOrder) {
+TEST_P(Method, AcceptsItsParametersInAnyOrder) {
   const CallStatus status = statusOf(parameters(), GetParam().requestId);
   for (const CallStatus refusal :
        {CallStatus::UnknownMethod, CallStatus::WrongId, CallStatus::MissingParameter,
@@ -205,7 +205,7 @@ TEST_P(Method, NeedsTheTypeOfEachParameter) {
   }
 }
 
-TEST_P(Method, TakesNoOtherParameter) {
+TEST_P(Method, RejectsOtherParameters) {
   auto more = parameters();
   more.push_back(text("x509_X", ""));
   EXPECT_EQ(statusOf(more, GetParam().requestId), CallStatus::UnknownParameter);
@@ -232,7 +232,7 @@ INSTANTIATE_TEST_SUITE_P(
         MethodRow{{"queryCertList"}, 520, {}}),
     support::rowName);
 
-TEST(CallStatus, HasATextOfItsOwnForEachNumber) {
+TEST(CallStatus, HasADifferentTextForEachNumber) {
   std::set<std::string_view> texts;
   constexpr int last = static_cast<int>(CallStatus::KeyMismatch);
   for (int status = 1; status <= last; ++status) {

@@ -6,7 +6,7 @@
 #include "testing/certificate_printer.h"
 #include "testing/rows.h"
 
-// Requests for device certificates: making, exporting, deleting.
+// Requests for device certificates: creation, export and deletion.
 
 namespace {
 
@@ -20,7 +20,7 @@ using Names = std::vector<std::string>;
 
 constexpr int Success = static_cast<int>(CallStatus::Success);
 
-TEST(GenerateNewCert, MakesARequestWithTheSubject) {
+TEST(GenerateNewCert, CreatesARequestWithTheSubject) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(callText(
                 "generateNewCert", 200,
@@ -36,7 +36,7 @@ TEST(GenerateNewCert, MakesARequestWithTheSubject) {
   EXPECT_TRUE(request.isSignedByItsKey);
 }
 
-TEST(GenerateNewCert, LeavesOutWhatIsEmpty) {
+TEST(GenerateNewCert, OmitsEmptyComponents) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(generateText("n", "p")), Success);
   EXPECT_EQ(readRequest(printer.request("n")).subject, "/CN=p");
@@ -45,7 +45,7 @@ TEST(GenerateNewCert, LeavesOutWhatIsEmpty) {
   EXPECT_EQ(readRequest(printer.request("empty")).subject, "");
 }
 
-TEST(GenerateNewCert, MakesAnotherKeyEachTime) {
+TEST(GenerateNewCert, CreatesANewKeyEachTime) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(generateText("a")), Success);
   EXPECT_EQ(printer.status(generateText("b")), Success);
@@ -53,7 +53,7 @@ TEST(GenerateNewCert, MakesAnotherKeyEachTime) {
             printer.object.store().findDevice("b")->keyPem);
 }
 
-TEST(GenerateNewCert, MakesRsaKeysOnDemand) {
+TEST(GenerateNewCert, CreatesRsaKeysIfTheRulesSaySo) {
   CertificatePrinter printer({.rsaBits = 1024});
   EXPECT_EQ(printer.status(generateText("n")), Success);
   const support::RequestContent request = readRequest(printer.request("n"));
@@ -61,14 +61,14 @@ TEST(GenerateNewCert, MakesRsaKeysOnDemand) {
   EXPECT_EQ(request.keyBits, 1024);
 }
 
-TEST(GenerateNewCert, TakesTextsOfTheGreatestLength) {
+TEST(GenerateNewCert, AcceptsTextsOfTheGreatestLength) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(generateText("n", std::string(64, 'c'), "", std::string(253, 'd'))),
             Success);
   EXPECT_EQ(readRequest(printer.request("n")).dnsName, std::string(253, 'd'));
 }
 
-TEST(GenerateNewCert, TakesTheDnsNameAsItStands) {
+TEST(GenerateNewCert, StoresTheDnsNameUnchanged) {
   CertificatePrinter printer;
   const std::string name = "a,IP:1.2.3.4,@x";
   EXPECT_EQ(printer.status(generateText("n", "p", "", name)), Success);
@@ -84,13 +84,13 @@ struct SubjectRow : support::Row {
 
 class RefusedSubject : public testing::TestWithParam<SubjectRow> {};
 
-TEST_P(RefusedSubject, LeavesNoRequest) {
+TEST_P(RefusedSubject, CreatesNoRequest) {
   CertificatePrinter printer;
   const SubjectRow& row = GetParam();
   const support::ReplyText reply =
       printer.call(generateText("n", row.commonName, row.country, row.altName));
   EXPECT_EQ(reply.status(), static_cast<int>(CallStatus::InvalidSubject));
-  EXPECT_EQ(reply.message(), std::string("the subject is not acceptable: ") + row.detail);
+  EXPECT_EQ(reply.message(), std::string("the subject is invalid: ") + row.detail);
   EXPECT_EQ(printer.status(support::exportText("n")), static_cast<int>(CallStatus::UnknownName));
 }
 
@@ -110,7 +110,7 @@ INSTANTIATE_TEST_SUITE_P(
         SubjectRow{{"DnsNameWithABlank"}, "p", "", "a b", "x509_AN"}),
     support::rowName);
 
-TEST(GenerateNewCert, RefusesANameThatExists) {
+TEST(GenerateNewCert, RefusesAnExistingName) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(generateText("n")), Success);
   const std::string request = printer.request("n");
@@ -118,7 +118,7 @@ TEST(GenerateNewCert, RefusesANameThatExists) {
   EXPECT_EQ(printer.request("n"), request);
 }
 
-TEST(GenerateNewCert, TakesNamesThatLookLikePaths) {
+TEST(GenerateNewCert, AcceptsNamesThatLookLikePaths) {
   CertificatePrinter printer;
   for (const char* name : {"../../etc/passwd", "/", "..", "a&lt;b&gt; 'c' &quot;", "\xC3\xA4"}) {
     EXPECT_EQ(printer.status(generateText(name)), Success) << name;
@@ -138,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(Names, InvalidName,
                          testing::Values("", "\x01", "a&#10;b", "\x7F", "\xE0", "\xC3", "\xFF",
                                          "a\xE4"));
 
-TEST(ExportPubKey, RefusesNamesThatHaveNoRequest) {
+TEST(ExportPubKey, RefusesNamesWithoutARequest) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(support::exportText("n")), static_cast<int>(CallStatus::UnknownName));
   EXPECT_EQ(printer.status(support::exportText("Factory")), static_cast<int>(CallStatus::NoKey));
@@ -154,7 +154,7 @@ TEST(DeleteIndividualCert, DeletesARequest) {
   EXPECT_EQ(printer.status(generateText("n")), Success);
 }
 
-TEST(QueryCertList, IsWithoutRequests) {
+TEST(QueryCertList, DoesNotListRequests) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(generateText("n")), Success);
   EXPECT_EQ(printer.certificates(), Names{"Factory"});
@@ -169,7 +169,7 @@ TEST(FactoryCertificate, CannotBeChanged) {
   EXPECT_EQ(printer.certificates(), Names{"Factory"});
 }
 
-TEST(FactoryCertificate, NeedNotBeThere) {
+TEST(FactoryCertificate, IsOptional) {
   CertificatePrinter printer({.factoryCertificate = false});
   EXPECT_EQ(printer.certificates(), Names{});
   EXPECT_EQ(printer.status(support::deleteCertText("Factory")),
@@ -178,7 +178,7 @@ TEST(FactoryCertificate, NeedNotBeThere) {
   EXPECT_EQ(printer.status(support::deleteCertText("Factory")), Success);
 }
 
-TEST(FactoryCertificate, GivesWayToAHostsCertificateOfItsName) {
+TEST(FactoryCertificate, IsHiddenByAnotherCertificateOfItsName) {
   CertificatePrinter without({.factoryCertificate = false});
   EXPECT_EQ(without.status(generateText("Factory")), Success);
   CertificatePrinter with;

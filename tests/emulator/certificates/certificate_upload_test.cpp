@@ -6,7 +6,7 @@
 #include "testing/certificate_printer.h"
 #include "testing/rows.h"
 
-// Certificates of authorities and signed certificates: uploading, listing, deleting.
+// CA certificates and signed certificates: upload, list and deletion.
 
 namespace {
 
@@ -22,7 +22,7 @@ using Names = std::vector<std::string>;
 constexpr int Success = static_cast<int>(CallStatus::Success);
 constexpr const char* RootName = "RootCA_Jan__5_2020_To_Dec_25_2030";
 
-TEST(UploadNewCaFile, StoresTheAuthorityUnderItsNameAndValidity) {
+TEST(UploadNewCaFile, StoresACaCertificateUnderItsNameAndValidity) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(uploadCaText("../ca.pem", Authority("RootCA").pem())), Success);
   EXPECT_EQ(printer.authorities(), Names{RootName});
@@ -33,7 +33,7 @@ TEST(UploadNewCaFile, StoresTheAuthorityUnderItsNameAndValidity) {
   EXPECT_EQ(about.value("ca_common_name"), RootName);
 }
 
-TEST(UploadNewCaFile, RefusesAnAuthorityThatExists) {
+TEST(UploadNewCaFile, RefusesAnExistingCaCertificate) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(uploadCaText("a.pem", Authority("RootCA").pem())), Success);
   EXPECT_EQ(printer.status(uploadCaText("b.pem", Authority("RootCA").pem())),
@@ -47,7 +47,7 @@ TEST(UploadNewCaFile, NeedsAFileName) {
             static_cast<int>(CallStatus::InvalidName));
 }
 
-TEST(UploadNewCaFile, TakesTheFirstCertificateOfAFile) {
+TEST(UploadNewCaFile, StoresTheFirstCertificateOfAFile) {
   CertificatePrinter printer;
   const std::string chain =
       "Some text\n" + Authority("First").pem() + Authority("Second").pem() + "more";
@@ -55,7 +55,7 @@ TEST(UploadNewCaFile, TakesTheFirstCertificateOfAFile) {
   EXPECT_EQ(printer.authorities(), Names{"First_Jan__5_2020_To_Dec_25_2030"});
 }
 
-TEST(DeleteIndividualCa, DeletesAnAuthority) {
+TEST(DeleteIndividualCa, DeletesACaCertificate) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(uploadCaText("ca.pem", Authority("RootCA").pem())), Success);
   EXPECT_EQ(printer.status(support::deleteCaText("RootCA")),
@@ -66,7 +66,7 @@ TEST(DeleteIndividualCa, DeletesAnAuthority) {
             static_cast<int>(CallStatus::UnknownName));
 }
 
-TEST(QueryCaList, TellsTwentyAuthoritiesInTheOrderTheyCame) {
+TEST(QueryCaList, ListsTwentyCaCertificatesInTheirOrder) {
   CertificatePrinter printer;
   Names expected;
   for (int i = 20; i > 0; --i) {
@@ -77,7 +77,7 @@ TEST(QueryCaList, TellsTwentyAuthoritiesInTheOrderTheyCame) {
   EXPECT_EQ(printer.authorities(), expected);
 }
 
-TEST(UploadSignedCertFile, MakesACertificateOfARequest) {
+TEST(UploadSignedCertFile, TurnsARequestIntoACertificate) {
   CertificatePrinter printer;
   const Authority authority("RootCA");
   EXPECT_EQ(printer.status(generateText("n")), Success);
@@ -86,13 +86,13 @@ TEST(UploadSignedCertFile, MakesACertificateOfARequest) {
   EXPECT_EQ(printer.status(uploadSignedText("n", authority.sign(request))), Success);
   EXPECT_EQ(printer.certificates(), (Names{"Factory", "n"}));
   EXPECT_EQ(printer.request("n"), request);
-  // A renewal.
+  // Renew the certificate.
   EXPECT_EQ(printer.status(uploadSignedText("n", authority.sign(request))), Success);
   EXPECT_EQ(printer.status(support::deleteCertText("n")), Success);
   EXPECT_EQ(printer.certificates(), Names{"Factory"});
 }
 
-TEST(UploadSignedCertFile, NeedsTheKeyOfThatName) {
+TEST(UploadSignedCertFile, NeedsTheKeyOfTheName) {
   CertificatePrinter printer;
   const Authority authority("RootCA");
   EXPECT_EQ(printer.status(generateText("a")), Success);
@@ -126,7 +126,7 @@ FileRow content(const char* name, const std::string& file, CallStatus status) {
 
 class BadFile : public testing::TestWithParam<FileRow> {};
 
-TEST_P(BadFile, IsNoAuthority) {
+TEST_P(BadFile, IsNotStoredAsACaCertificate) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(callText("uploadNewCAFile", 400,
                                     {support::text("ca_file_name", "a"),
@@ -136,7 +136,7 @@ TEST_P(BadFile, IsNoAuthority) {
   EXPECT_EQ(printer.authorities(), Names{});
 }
 
-TEST_P(BadFile, IsNoSignedCertificate) {
+TEST_P(BadFile, IsNotStoredAsASignedCertificate) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.status(generateText("n")), Success);
   EXPECT_EQ(printer.status(callText("uploadSignedCertFile", 500,
@@ -147,7 +147,8 @@ TEST_P(BadFile, IsNoSignedCertificate) {
   EXPECT_EQ(printer.certificates(), Names{"Factory"});
 }
 
-/// A certificate that claims to be encrypted: whoever reads it might ask for a password.
+/// Returns a certificate with the header of an encrypted one. OpenSSL could prompt for its
+/// password.
 std::string encryptedPem() {
   std::string pem = rootPem();
   return pem.insert(pem.find('\n') + 1,
@@ -181,12 +182,12 @@ INSTANTIATE_TEST_SUITE_P(
         content("EncryptedPem", encryptedPem(), CallStatus::NoCertificate)),
     support::rowName);
 
-TEST(DescribeCertificates, SaysNothingOfTheFactoryCertificateAlone) {
+TEST(DescribeCertificates, OmitsTheFactoryCertificate) {
   CertificatePrinter printer;
   EXPECT_EQ(printer.object.describe(), Names{});
 }
 
-TEST(DescribeCertificates, TellsAuthoritiesCertificatesAndRequests) {
+TEST(DescribeCertificates, ListsCaCertificatesCertificatesAndRequests) {
   CertificatePrinter printer;
   const Authority authority("RootCA");
   EXPECT_EQ(printer.status(generateText("waiting", "q")), Success);

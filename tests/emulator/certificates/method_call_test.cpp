@@ -34,7 +34,7 @@ std::string replaced(std::string text, std::string_view what, std::string_view b
 
 const std::string List = callText("queryCAList", 420);
 
-TEST(ParseMethodCall, TakesEveryPartOfTheCall) {
+TEST(ParseMethodCall, ReadsEveryPartOfTheCall) {
   const MethodCall call = parsed(callText("m", 7,
                                           {support::text("a", "x &amp; &#xE4;"),
                                            support::number("b", 12), support::binary("c", "ABC")}));
@@ -51,14 +51,14 @@ TEST(ParseMethodCall, TakesEveryPartOfTheCall) {
   EXPECT_EQ(call.parameters[2].value, "QUJD");
 }
 
-TEST(ParseMethodCall, TakesACallWithAndWithoutAnEmptyMap) {
+TEST(ParseMethodCall, AcceptsACallWithAndWithoutAnEmptyMap) {
   EXPECT_TRUE(parsed(List).parameters.empty());
   const std::string withMap =
       replaced(List, "<ListElem></ListElem>", "<ListElem><MapElem></MapElem></ListElem>");
   EXPECT_TRUE(parsed(withMap).parameters.empty());
 }
 
-TEST(ParseMethodCall, KeepsATextOfBlanks) {
+TEST(ParseMethodCall, KeepsATextOfSpaces) {
   EXPECT_EQ(parsed(callText("m", 1, {support::text("a", "  ")})).parameters[0].value, "  ");
   EXPECT_EQ(parsed(callText("m", 1, {support::text("a", "")})).parameters[0].value, "");
 }
@@ -70,7 +70,7 @@ struct BadRow : support::Row {
 
 class BadCall : public testing::TestWithParam<BadRow> {};
 
-TEST_P(BadCall, IsRefusedWithItsStatus) {
+TEST_P(BadCall, IsRejectedWithItsStatus) {
   EXPECT_EQ(statusOf(GetParam().xml), GetParam().status);
 }
 
@@ -86,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadRow{{"Junk"}, std::string(65529, '\x99'), CallStatus::NotWellFormed},
         BadRow{{"JunkOfOpeningBrackets"}, std::string(65529, '<'), CallStatus::NotWellFormed},
         BadRow{{"DeepNesting"}, repeated("<a>", 21843), CallStatus::NotWellFormed},
-        BadRow{{"ZeroBehindTheEnd"}, List + '\0', CallStatus::NotWellFormed},
+        BadRow{{"ZeroAfterTheEnd"}, List + '\0', CallStatus::NotWellFormed},
         BadRow{{"ZeroInside"},
                Param(std::string("<child name=\"a\"><StringElem>b\0c</StringElem></child>", 52)),
                CallStatus::NotWellFormed},
@@ -163,7 +163,7 @@ INSTANTIATE_TEST_SUITE_P(
                CallStatus::WrongType}),
     support::rowName);
 
-TEST(ParseMethodCall, RefusesEveryCallThatIsCut) {
+TEST(ParseMethodCall, RejectsEveryCallThatIsCut) {
   const std::string whole = support::generateText("name");
   for (std::size_t size = 0; size < whole.size(); ++size) {
     EXPECT_EQ(statusOf(whole.substr(0, size)), CallStatus::NotWellFormed) << size;
@@ -171,12 +171,12 @@ TEST(ParseMethodCall, RefusesEveryCallThatIsCut) {
   EXPECT_EQ(statusOf(whole), CallStatus::Success);
 }
 
-TEST(DescribeMethodCall, TellsParametersAndTheSizeOfBinaries) {
+TEST(DescribeMethodCall, HasTheParametersAndTheSizeOfBinaryValues) {
   EXPECT_EQ(describe(parsed(support::uploadCaText("a\xC3\xA4.pem", "12345"))),
             "uploadNewCAFile ca_file_name=\"a\\xC3\\xA4.pem\" ca_dot_pem_size=5 "
             "ca_dot_pem_file=(5 bytes)");
   EXPECT_EQ(describe(parsed(callText("m", 1, {{"file", "BinaryElem", "QUJ"}}))),
-            "m file=(3 characters that are no Base64)");
+            "m file=(3 characters, not Base64)");
   EXPECT_EQ(describe(parsed(callText("m\n", 1, {support::text("a&#10;", "")}))),
             "m\\x0A a\\x0A=\"\"");
 }

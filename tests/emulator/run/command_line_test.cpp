@@ -20,19 +20,19 @@ Options parseRun(Words options) {
   return parseOptions(options);
 }
 
-TEST(ParseOptions, IsHelpWithoutArguments) {
+TEST(ParseOptions, SelectsHelpWithoutArguments) {
   EXPECT_EQ(parseOptions({}).action, Options::Action::Help);
   EXPECT_EQ(parseOptions({"--help"}).action, Options::Action::Help);
 }
 
-TEST(ParseOptions, TakesTheCommandBehindTheDashes) {
+TEST(ParseOptions, ReadsTheCommandAfterTheDashes) {
   const Options options = parseOptions({"run", "--show", "--", "sh", "-c", "--", "x"});
   EXPECT_EQ(options.action, Options::Action::Run);
   EXPECT_TRUE(options.showSettings);
   EXPECT_EQ(options.command, (Words{"sh", "-c", "--", "x"}));
 }
 
-TEST(ParseOptions, StartsFromAWellBehavedPrinter) {
+TEST(ParseOptions, SelectsAPrinterWithoutFaultsByDefault) {
   const Options options = parseRun({});
   EXPECT_FALSE(options.personality.refuseWrapped);
   EXPECT_FALSE(options.personality.silent);
@@ -41,13 +41,13 @@ TEST(ParseOptions, StartsFromAWellBehavedPrinter) {
   EXPECT_TRUE(options.namespaces);
   EXPECT_FALSE(options.logFile);
   EXPECT_FALSE(options.stateFolder);
-  EXPECT_TRUE(options.personality.objectAnswers.empty());
+  EXPECT_TRUE(options.personality.objectReplies.empty());
   EXPECT_TRUE(options.personality.certificates.factoryCertificate);
   EXPECT_EQ(options.personality.certificates.rsaBits, 0U);
   EXPECT_EQ(options.personality.certificates.defaults.commonName, "printer");
 }
 
-TEST(ParseOptions, TakesTheLastOfTheLogs) {
+TEST(ParseOptions, UsesTheLastLog) {
   EXPECT_FALSE(parseRun({"--log=a"}).appendsLog);
   const Options appended = parseRun({"--log=a", "--log-append=b"});
   EXPECT_EQ(appended.logFile, "b");
@@ -57,7 +57,7 @@ TEST(ParseOptions, TakesTheLastOfTheLogs) {
   EXPECT_FALSE(emptied.appendsLog);
 }
 
-TEST(ParseOptions, TakesEveryOption) {
+TEST(ParseOptions, AcceptsEveryOption) {
   const Options options = parseRun({"--refuse-wrapped",
                                     "--refuse-all",
                                     "--silent",
@@ -95,32 +95,32 @@ TEST(ParseOptions, TakesEveryOption) {
   EXPECT_TRUE(printer.refuseAll);
   EXPECT_TRUE(printer.silent);
   EXPECT_TRUE(printer.garbage);
-  EXPECT_EQ(printer.answerAfter, std::chrono::seconds(3));
+  EXPECT_EQ(printer.replyDelay, std::chrono::seconds(3));
   EXPECT_EQ(printer.cutAt, 4U);
   EXPECT_EQ(printer.pieceSize, 5U);
   EXPECT_EQ(printer.settingsResult, 0xFE);
   EXPECT_EQ(printer.ipAddress, (std::array<npa::Byte, 4>{1, 2, 3, 255}));
   EXPECT_EQ(printer.addressAcquired.afterQueries, 2);
   EXPECT_EQ(printer.troubleCode, 255);
-  ASSERT_TRUE(printer.troubleOver);
-  EXPECT_EQ(printer.troubleOver->afterTime, std::chrono::seconds(20));
-  EXPECT_EQ(printer.troubleOver->afterQueries, 0);
+  ASSERT_TRUE(printer.troubleCleared);
+  EXPECT_EQ(printer.troubleCleared->afterTime, std::chrono::seconds(20));
+  EXPECT_EQ(printer.troubleCleared->afterQueries, 0);
   EXPECT_EQ(printer.ssid, "a=b");
   EXPECT_EQ(printer.descriptor, "x-");
   EXPECT_EQ(printer.authStatus, (std::vector<npa::Byte>{1, 12}));
   EXPECT_TRUE(printer.otherRecordFirst);
   EXPECT_EQ(printer.cutRecordAt, 11U);
   EXPECT_EQ(printer.replyPackets, 2U);
-  ASSERT_EQ(printer.objectAnswers.size(), 4U);
-  EXPECT_EQ(printer.objectAnswers[0].method, "queryCAList");
-  EXPECT_EQ(printer.objectAnswers[0].file, "a:b");
-  EXPECT_FALSE(printer.objectAnswers[0].status);
-  EXPECT_EQ(printer.objectAnswers[1].method, "");
-  EXPECT_EQ(printer.objectAnswers[1].file, "x:y");
-  EXPECT_EQ(printer.objectAnswers[2].method, "queryCertList");
-  EXPECT_EQ(printer.objectAnswers[2].status, 7);
-  EXPECT_EQ(printer.objectAnswers[3].method, "");
-  EXPECT_EQ(printer.objectAnswers[3].status, 65535);
+  ASSERT_EQ(printer.objectReplies.size(), 4U);
+  EXPECT_EQ(printer.objectReplies[0].method, "queryCAList");
+  EXPECT_EQ(printer.objectReplies[0].file, "a:b");
+  EXPECT_FALSE(printer.objectReplies[0].status);
+  EXPECT_EQ(printer.objectReplies[1].method, "");
+  EXPECT_EQ(printer.objectReplies[1].file, "x:y");
+  EXPECT_EQ(printer.objectReplies[2].method, "queryCertList");
+  EXPECT_EQ(printer.objectReplies[2].status, 7);
+  EXPECT_EQ(printer.objectReplies[3].method, "");
+  EXPECT_EQ(printer.objectReplies[3].status, 65535);
   EXPECT_EQ(printer.certificates.defaults.commonName, "a=b");
   EXPECT_EQ(printer.certificates.defaults.altName, "");
   EXPECT_EQ(printer.certificates.defaults.country, "US");
@@ -132,17 +132,17 @@ TEST(ParseOptions, TakesEveryOption) {
   EXPECT_FALSE(options.namespaces);
 }
 
-TEST(ParseOptions, TakesTheLinkOfServe) {
+TEST(ParseOptions, ReadsTheLinkOfServe) {
   EXPECT_EQ(parseOptions({"serve", "--link=/tmp/x"}).link, "/tmp/x");
 }
 
-TEST(ParseOptions, TakesTheStateOfShow) {
+TEST(ParseOptions, ReadsTheStateOfShow) {
   const Options options = parseOptions({"show", "--state", "d", "--show-secrets"});
   EXPECT_EQ(options.action, Options::Action::Show);
   EXPECT_EQ(options.stateFolder, "d");
 }
 
-TEST(ParseOptions, StartsFromAUsbDeviceThatIsWell) {
+TEST(ParseOptions, SelectsAUsbDeviceWithoutFaultsByDefault) {
   const Options options = parseOptions({"usb", "--attach"});
   EXPECT_EQ(options.action, Options::Action::Usb);
   EXPECT_TRUE(options.attach);
@@ -156,7 +156,7 @@ TEST(ParseOptions, StartsFromAUsbDeviceThatIsWell) {
   EXPECT_FALSE(usb.replugAfter);
 }
 
-TEST(ParseOptions, TakesEveryOptionOfUsb) {
+TEST(ParseOptions, AcceptsEveryOptionOfUsb) {
   using Kind = emulator::UsbFault::Kind;
   using emulator::UsbDirection;
   const Options options =
@@ -192,7 +192,7 @@ struct Mistake : support::Row {
 
 class WrongCommandLine : public testing::TestWithParam<Mistake> {};
 
-TEST_P(WrongCommandLine, IsReportedWithWhatWasExpected) {
+TEST_P(WrongCommandLine, IsReportedWithTheExpectedValue) {
   try {
     parseOptions(GetParam().arguments);
     FAIL() << "accepted";
@@ -288,7 +288,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "--key-bits: expected 0 or a number of bits from 1024 to 4096, got '4097'")),
     support::rowName);
 
-TEST(HelpText, HasCommandsAndOptions) {
+TEST(HelpText, ContainsCommandsAndOptions) {
   const std::string help = emulator::helpText();
   for (const char* line : {
            "\n  zvkprinter run [OPTION...] -- COMMAND [ARGUMENT...]\n"
@@ -296,7 +296,7 @@ TEST(HelpText, HasCommandsAndOptions) {
            "\n  zvkprinter usb --attach [OPTION...] [-- COMMAND [ARGUMENT...]]\n"
            "  zvkprinter usb --port=N [OPTION...] [-- COMMAND [ARGUMENT...]]\n",
            "\n  --refuse-wrapped              refuse wrapped packets\n",
-           "\n  --late=SECONDS                delay each answer\n",
+           "\n  --late=SECONDS                delay each reply\n",
            "\n  --speed=full|high             speed of the device (default: high)\n",
            "\n  --usb-unplug-after=in|out:BYTES\n"
            "                                unplug the printer after this number of bytes\n",

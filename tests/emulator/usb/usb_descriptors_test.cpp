@@ -12,14 +12,14 @@ using emulator::UsbSpeed;
 using npa::Bytes;
 using support::bytes;
 
-TEST(UsbDescriptor, OfTheDeviceNamesItsVersionNumbersAndStrings) {
+TEST(UsbDescriptor, DescribesTheDevice) {
   EXPECT_EQ(usbDescriptor({}, 1, 0),
             bytes("12 01 00 02 00 00 00 40 09 12 01 00 00 01 01 02 03 01"));
   EXPECT_EQ(usbDescriptor({.speed = UsbSpeed::Full}, 1, 0),
             bytes("12 01 10 01 00 00 00 40 09 12 01 00 00 01 01 02 03 01"));
 }
 
-TEST(UsbDescriptor, OfTheConfigurationHasABidirectionalPrinter) {
+TEST(UsbDescriptor, DescribesABidirectionalPrinter) {
   EXPECT_EQ(usbDescriptor({}, 2, 0), bytes("09 02 20 00 01 01 00 C0 01 "
                                            "09 04 00 00 02 07 01 02 00 "
                                            "07 05 01 02 00 02 00 07 05 82 02 00 02 00"));
@@ -29,7 +29,7 @@ TEST(UsbDescriptor, OfTheConfigurationHasABidirectionalPrinter) {
                   "07 05 01 02 40 00 00 07 05 82 02 40 00 00"));
 }
 
-TEST(UsbDescriptor, OfTheConfigurationListsAlternateSettings) {
+TEST(UsbDescriptor, ListsAlternateSettings) {
   EXPECT_EQ(usbDescriptor({.alternates = 2}, 2, 0), bytes("09 02 30 00 01 01 00 C0 01 "
                                                           "09 04 00 00 01 07 01 01 00 "
                                                           "07 05 01 02 00 02 00 "
@@ -43,7 +43,7 @@ TEST(UsbDescriptor, OfTheConfigurationListsAlternateSettings) {
   EXPECT_EQ(Bytes(four.begin() + 71, four.begin() + 80), bytes("09 04 00 03 02 07 01 FF 00"));
 }
 
-TEST(UsbDescriptor, OfTheOtherSpeedIsThereAtHighSpeedOnly) {
+TEST(UsbDescriptor, DescribesTheOtherSpeedAtHighSpeedOnly) {
   EXPECT_EQ(usbDescriptor({}, 6, 0), bytes("0A 06 00 02 00 00 00 40 01 00"));
   EXPECT_EQ(usbDescriptor({}, 7, 0), bytes("09 07 20 00 01 01 00 C0 01 "
                                            "09 04 00 00 02 07 01 02 00 "
@@ -65,14 +65,14 @@ std::string text(npa::Byte index) {
   return result;
 }
 
-TEST(UsbDescriptor, OfAStringIsInUtf16) {
+TEST(UsbDescriptor, HasStringsInUtf16) {
   EXPECT_EQ(usbDescriptor({}, 3, 0), bytes("04 03 09 04"));
   EXPECT_EQ(text(1), "Emulated");
   EXPECT_EQ(text(2), "Printer with wireless adapter");
   EXPECT_EQ(usbDescriptor({}, 3, 3), bytes("0A 03 30 00 30 00 30 00 31 00"));
 }
 
-TEST(UsbDescriptor, IsNoneWhereTheDeviceHasNone) {
+TEST(UsbDescriptor, IsAbsentIfTheDeviceHasNone) {
   EXPECT_FALSE(usbDescriptor({}, 3, 4));
   EXPECT_FALSE(usbDescriptor({}, 3, 0xEE));
   EXPECT_FALSE(usbDescriptor({}, 1, 1));
@@ -82,7 +82,7 @@ TEST(UsbDescriptor, IsNoneWhereTheDeviceHasNone) {
   EXPECT_FALSE(usbDescriptor({}, 0x0F, 0));
 }
 
-TEST(DeviceId, BeginsWithItsOwnLength) {
+TEST(DeviceId, BeginsWithItsLength) {
   const std::string expected =
       "MFG:Emulated;CMD:NPA;MDL:Printer with wireless adapter;CLS:PRINTER;SN:0001;";
   EXPECT_EQ(emulator::deviceId(), support::joined({bytes("00 4D"), support::textBytes(expected)}));

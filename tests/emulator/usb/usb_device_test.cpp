@@ -9,7 +9,7 @@
 #include "testing/packets.h"
 #include "testing/usb_printer.h"
 
-// The bulk transfers of a printer that is well.
+// The bulk transfers of a printer without faults.
 
 namespace emulator {
 
@@ -38,15 +38,15 @@ using support::ReadyUsbPrinter;
 using Ends = std::vector<UsbCompletion>;
 using namespace std::chrono_literals;
 
-UsbCompletion taken(std::uint32_t id, std::size_t count) {
+UsbCompletion completedWrite(std::uint32_t id, std::size_t count) {
   return {.id = id, .status = 0, .done = count};
 }
 
-UsbCompletion given(std::uint32_t id, const Bytes& data, std::int32_t status = 0) {
+UsbCompletion completedRead(std::uint32_t id, const Bytes& data, std::int32_t status = 0) {
   return {.id = id, .status = status, .done = data.size(), .data = data};
 }
 
-/// The reply to a query for an SSID that makes it so many bytes long.
+/// Returns a personality whose reply to the query of the SSID has `size` bytes.
 Personality withReplyOf(std::size_t size) {
   return {.ssid = std::string(size - 12, 'x')};
 }
@@ -56,46 +56,47 @@ Bytes part(const Bytes& all, std::size_t from, std::size_t to) {
           all.begin() + static_cast<std::ptrdiff_t>(to)};
 }
 
-TEST(UsbTransfers, CarryARequestAndItsReply) {
+TEST(UsbTransfers, TransferARequestAndItsReply) {
   ReadyUsbPrinter printer;
   printer.write(1, QueryIp);
-  EXPECT_EQ(printer.device.advance(), Ends{taken(1, 9)});
+  EXPECT_EQ(printer.device.advance(), Ends{completedWrite(1, 9)});
   printer.read(2, 1024);
-  EXPECT_EQ(printer.device.advance(), (Ends{given(2, IpReply)}));
+  EXPECT_EQ(printer.device.advance(), (Ends{completedRead(2, IpReply)}));
 }
 
-TEST(UsbTransfers, HoldAReadUntilThereIsAReply) {
+TEST(UsbTransfers, DelayAReadUntilThereIsAReply) {
   ReadyUsbPrinter printer;
   printer.read(1, 1024);
   EXPECT_EQ(printer.device.advance(), Ends());
   EXPECT_EQ(printer.device.waiting(), 1U);
   EXPECT_FALSE(printer.device.nextDue());
   printer.write(2, QueryIp);
-  EXPECT_EQ(printer.device.advance(), (Ends{taken(2, 9), given(1, IpReply)}));
+  EXPECT_EQ(printer.device.advance(), (Ends{completedWrite(2, 9), completedRead(1, IpReply)}));
   EXPECT_EQ(printer.device.waiting(), 0U);
 }
 
-TEST(UsbTransfers, GiveOneReplyToEachReadInOrder) {
+TEST(UsbTransfers, ReturnOneReplyToEachReadInOrder) {
   ReadyUsbPrinter printer;
   printer.read(1, 1024);
   printer.read(2, 1024);
   printer.read(3, 1024);
   printer.write(4, support::joined({QueryIp, QueryIp}));
-  EXPECT_EQ(printer.device.advance(), (Ends{taken(4, 18), given(1, IpReply), given(2, IpReply)}));
+  EXPECT_EQ(printer.device.advance(),
+            (Ends{completedWrite(4, 18), completedRead(1, IpReply), completedRead(2, IpReply)}));
   EXPECT_EQ(printer.device.waiting(), 1U);
 }
 
-TEST(UsbTransfers, TakeAPacketInSeveralWritesAndAnEmptyOne) {
+TEST(UsbTransfers, AcceptAPacketInSeveralWritesAndAnEmptyOne) {
   ReadyUsbPrinter printer;
   printer.write(1, part(QueryIp, 0, 4));
   printer.write(2, {});
   printer.write(3, part(QueryIp, 4, 9));
   printer.read(4, 64);
-  EXPECT_EQ(printer.device.advance(),
-            (Ends{taken(1, 4), taken(2, 0), taken(3, 5), given(4, IpReply)}));
+  EXPECT_EQ(printer.device.advance(), (Ends{completedWrite(1, 4), completedWrite(2, 0),
+                                            completedWrite(3, 5), completedRead(4, IpReply)}));
 }
 
-TEST(UsbTransfers, GiveALongReplyInSeveralReads) {
+TEST(UsbTransfers, ReturnALongReplyInSeveralReads) {
   ReadyUsbPrinter printer({}, withReplyOf(3000));
   printer.write(1, QuerySsid);
   const Bytes reply = support::ReadyUsbPrinter({}, withReplyOf(3000)).printer.ask(QuerySsid);
@@ -103,9 +104,10 @@ TEST(UsbTransfers, GiveALongReplyInSeveralReads) {
   for (std::uint32_t id = 2; id < 5; ++id) {
     printer.read(id, 1024);
   }
-  EXPECT_EQ(printer.device.advance(),
-            (Ends{taken(1, 9), given(2, part(reply, 0, 1024)), given(3, part(reply, 1024, 2048)),
-                  given(4, part(reply, 2048, 3000))}));
+  EXPECT_EQ(
+      printer.device.advance(),
+      (Ends{completedWrite(1, 9), completedRead(2, part(reply, 0, 1024)),
+            completedRead(3, part(reply, 1024, 2048)), completedRead(4, part(reply, 2048, 3000))}));
 }
 
 struct WholePackets {
@@ -125,9 +127,9 @@ TEST_P(UsbTransfersOfWholePackets, EndWithAnEmptyPacket) {
   const Ends ends = printer.device.advance();
   ASSERT_EQ(ends.size(), 4U);
   EXPECT_EQ(ends[1].done, size);
-  // The buffer is full before the empty packet, which the next read gets.
+  // The reply fills the buffer, so the next read gets the empty packet.
   EXPECT_EQ(ends[2].done, size);
-  EXPECT_EQ(ends[3], given(4, {}));
+  EXPECT_EQ(ends[3], completedRead(4, {}));
   printer.read(5, size);
   EXPECT_EQ(printer.device.advance(), Ends());
 }
@@ -138,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(Speeds, UsbTransfersOfWholePackets,
                                          WholePackets{UsbSpeed::High, 512},
                                          WholePackets{UsbSpeed::High, 1024}));
 
-TEST(UsbTransfers, GiveTheEmptyPacketToAReadWithoutRoom) {
+TEST(UsbTransfers, ReturnTheEmptyPacketToAReadOfZeroBytes) {
   ReadyUsbPrinter printer({}, withReplyOf(512));
   printer.write(1, support::joined({QuerySsid, QueryIp}));
   printer.read(2, 512);
@@ -146,11 +148,11 @@ TEST(UsbTransfers, GiveTheEmptyPacketToAReadWithoutRoom) {
   printer.read(4, 512);
   const Ends ends = printer.device.advance();
   ASSERT_EQ(ends.size(), 4U);
-  EXPECT_EQ(ends[2], given(3, {}));
-  EXPECT_EQ(ends[3], given(4, IpReply));
+  EXPECT_EQ(ends[2], completedRead(3, {}));
+  EXPECT_EQ(ends[3], completedRead(4, IpReply));
 }
 
-TEST(UsbTransfers, EndAtHighSpeedWithAPacketThatIsWholeAtFullSpeed) {
+TEST(UsbTransfers, EndWithAShortPacketOfHighSpeed) {
   ReadyUsbPrinter printer({}, withReplyOf(64));
   printer.write(1, QuerySsid);
   printer.read(2, 64);
@@ -158,7 +160,7 @@ TEST(UsbTransfers, EndAtHighSpeedWithAPacketThatIsWholeAtFullSpeed) {
   EXPECT_EQ(printer.device.advance().size(), 2U);
 }
 
-TEST(UsbTransfers, LoseTheRestOfAPacketThatHasNoRoom) {
+TEST(UsbTransfers, LoseTheRestOfAPacketThatDoesNotFit) {
   ReadyUsbPrinter printer({.speed = UsbSpeed::Full}, withReplyOf(150));
   const Bytes reply = support::ReadyUsbPrinter({}, withReplyOf(150)).printer.ask(QuerySsid);
   printer.write(1, QuerySsid);
@@ -166,20 +168,22 @@ TEST(UsbTransfers, LoseTheRestOfAPacketThatHasNoRoom) {
   printer.read(3, 70);
   printer.read(4, 64);
   const std::int32_t tooMuch = emulator::UsbTooMuch;
-  EXPECT_EQ(printer.device.advance(), (Ends{taken(1, 9), given(2, part(reply, 0, 10), tooMuch),
-                                            given(3, part(reply, 64, 134), tooMuch)}));
+  EXPECT_EQ(printer.device.advance(),
+            (Ends{completedWrite(1, 9), completedRead(2, part(reply, 0, 10), tooMuch),
+                  completedRead(3, part(reply, 64, 134), tooMuch)}));
 }
 
-TEST(UsbTransfers, FailWhenTheHostInsistsOnMore) {
+TEST(UsbTransfers, FailIfTheHostRequiresMoreBytes) {
   ReadyUsbPrinter printer;
   printer.write(1, support::joined({QueryIp, QueryIp}));
   printer.read(2, 16, true);
   printer.read(3, 15, true);
   EXPECT_EQ(printer.device.advance(),
-            (Ends{taken(1, 18), given(2, IpReply, emulator::UsbShort), given(3, IpReply)}));
+            (Ends{completedWrite(1, 18), completedRead(2, IpReply, emulator::UsbShort),
+                  completedRead(3, IpReply)}));
 }
 
-TEST(UsbTransfers, AreTakenBackWhileTheyWait) {
+TEST(UsbTransfers, CanBeUnlinkedWhileTheyWait) {
   ReadyUsbPrinter printer;
   printer.read(1, 1024);
   printer.read(2, 1024);
@@ -187,11 +191,11 @@ TEST(UsbTransfers, AreTakenBackWhileTheyWait) {
   EXPECT_FALSE(printer.device.unlink(1));
   EXPECT_FALSE(printer.device.unlink(7));
   printer.write(3, QueryIp);
-  EXPECT_EQ(printer.device.advance(), (Ends{taken(3, 9), given(2, IpReply)}));
+  EXPECT_EQ(printer.device.advance(), (Ends{completedWrite(3, 9), completedRead(2, IpReply)}));
   EXPECT_FALSE(printer.device.unlink(2));
 }
 
-TEST(UsbTransfers, StallWhereThereIsNoSuchEndpoint) {
+TEST(UsbTransfers, StallAtAMissingEndpoint) {
   support::UsbPrinter unconfigured;
   unconfigured.read(1, 64);
   unconfigured.write(2, QueryIp);
@@ -209,25 +213,25 @@ TEST(UsbTransfers, StallWhereThereIsNoSuchEndpoint) {
   }
 }
 
-TEST(UsbTransfers, ComeLateAndInPiecesAsTheAdapterHasIt) {
-  ReadyUsbPrinter printer({}, {.answerAfter = 3s, .pieceSize = 10});
+TEST(UsbTransfers, FollowTheDelayAndThePiecesOfTheAdapter) {
+  ReadyUsbPrinter printer({}, {.replyDelay = 3s, .pieceSize = 10});
   printer.read(1, 1024);
   printer.read(2, 1024);
   printer.write(3, QueryIp);
   const auto start = printer.printer.now;
-  EXPECT_EQ(printer.device.advance(), Ends{taken(3, 9)});
+  EXPECT_EQ(printer.device.advance(), Ends{completedWrite(3, 9)});
   EXPECT_EQ(printer.device.nextDue(), start + 3s);
   printer.printer.now = start + 2999ms;
   EXPECT_EQ(printer.device.advance(), Ends());
   printer.printer.now = start + 3s;
-  EXPECT_EQ(printer.device.advance(), Ends{given(1, part(IpReply, 0, 10))});
+  EXPECT_EQ(printer.device.advance(), Ends{completedRead(1, part(IpReply, 0, 10))});
   EXPECT_EQ(printer.device.nextDue(), start + 3020ms);
   printer.printer.now = start + 3020ms;
-  EXPECT_EQ(printer.device.advance(), Ends{given(2, part(IpReply, 10, 15))});
+  EXPECT_EQ(printer.device.advance(), Ends{completedRead(2, part(IpReply, 10, 15))});
   EXPECT_FALSE(printer.device.nextDue());
 }
 
-TEST(UsbTransfers, AreForgottenWhenUnplugged) {
+TEST(UsbTransfers, AreDiscardedByAnUnplug) {
   ReadyUsbPrinter printer;
   printer.write(1, support::joined({QueryIp, part(QueryIp, 0, 5)}));
   printer.device.advance();
@@ -241,7 +245,7 @@ TEST(UsbTransfers, AreForgottenWhenUnplugged) {
   printer.configure();
   printer.write(3, QueryIp);
   printer.read(4, 1024);
-  EXPECT_EQ(printer.device.advance(), (Ends{taken(3, 9), given(4, IpReply)}));
+  EXPECT_EQ(printer.device.advance(), (Ends{completedWrite(3, 9), completedRead(4, IpReply)}));
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 #include "testing/packets.h"
 #include "testing/usb_printer.h"
 
-// What goes wrong with transfers, as the options have it.
+// The USB faults that the options select.
 
 namespace {
 
@@ -33,7 +33,7 @@ UsbTraits with(Kind kind, UsbDirection direction, std::size_t after = 0) {
   return {.faults = {{kind, direction, after}}};
 }
 
-/// The ends of transfers as "2: -32 after 4".
+/// Returns the completions of transfers as texts such as "2: -32 after 4": id, status, bytes.
 std::vector<std::string> ends(ReadyUsbPrinter& printer) {
   std::vector<std::string> texts;
   for (const UsbCompletion& end : printer.device.advance()) {
@@ -45,7 +45,7 @@ std::vector<std::string> ends(ReadyUsbPrinter& printer) {
 
 using Texts = std::vector<std::string>;
 
-TEST(UsbStall, HaltsInAtOnceUntilItIsCleared) {
+TEST(UsbStall, HaltsInImmediatelyUntilTheHostClearsIt) {
   ReadyUsbPrinter printer(with(Kind::Stall, In));
   EXPECT_EQ(printer.ask({0x82, 0, 0, 0x82, 2}), bytes("00 00"));
   printer.read(1, 64);
@@ -66,13 +66,13 @@ TEST(UsbStall, HaltsOutInTheMiddleOfATransfer) {
   printer.write(2, QueryIp);
   EXPECT_EQ(ends(printer), (Texts{"1: -32 after 5", "2: -32 after 0"}));
   printer.ask({0x02, 1, 0, 0x01, 0});
-  // The adapter has the first five bytes.
+  // The adapter already has the first five bytes.
   printer.write(3, Bytes(QueryIp.begin() + 5, QueryIp.end()));
   printer.read(4, 64);
   EXPECT_EQ(ends(printer), (Texts{"3: 0 after 4", "4: 0 after 15"}));
 }
 
-TEST(UsbStall, GivesWhatCameBefore) {
+TEST(UsbStall, ReturnsTheBytesBeforeIt) {
   ReadyUsbPrinter printer(with(Kind::Stall, In, 4));
   printer.write(1, QueryIp);
   printer.device.advance();
@@ -83,7 +83,7 @@ TEST(UsbStall, GivesWhatCameBefore) {
   EXPECT_EQ(all[0].data, bytes("A5 00 0C 50"));
 }
 
-TEST(UsbStall, ComesBehindATransferThatEndsThere) {
+TEST(UsbStall, OccursAfterATransferThatEndsThere) {
   ReadyUsbPrinter printer(with(Kind::Stall, In, ReplySize));
   printer.write(1, QueryIp);
   printer.read(2, 64);
@@ -91,7 +91,7 @@ TEST(UsbStall, ComesBehindATransferThatEndsThere) {
   EXPECT_EQ(ends(printer), (Texts{"1: 0 after 9", "2: 0 after 15", "3: -32 after 0"}));
 }
 
-TEST(UsbStall, IsNotOverWhenTheHostSetsUpTheDevice) {
+TEST(UsbStall, IsNotPreventedByTheSetupOfTheDevice) {
   ReadyUsbPrinter printer(with(Kind::Stall, Out));
   printer.ask({0x01, 11, 0, 0, 0});
   printer.ask({0x02, 1, 0, 0x01, 0});
@@ -99,7 +99,7 @@ TEST(UsbStall, IsNotOverWhenTheHostSetsUpTheDevice) {
   EXPECT_EQ(ends(printer), Texts{"1: -32 after 0"});
 }
 
-TEST(UsbProtocolError, FailsEachTransferFromThenOn) {
+TEST(UsbProtocolError, FailsEachLaterTransfer) {
   ReadyUsbPrinter in(with(Kind::ProtocolError, In, 4));
   in.write(1, QueryIp);
   in.read(2, 64);
@@ -115,7 +115,7 @@ TEST(UsbProtocolError, FailsEachTransferFromThenOn) {
   EXPECT_EQ(out.log, Texts{"   USB: protocol errors on OUT"});
 }
 
-TEST(UsbHold, CompletesNothingButTakesTransfersBack) {
+TEST(UsbHold, CompletesNothingButPermitsUnlink) {
   for (const UsbDirection direction : {In, Out}) {
     ReadyUsbPrinter printer(with(Kind::Hold, direction));
     printer.write(1, QueryIp);
@@ -126,7 +126,7 @@ TEST(UsbHold, CompletesNothingButTakesTransfersBack) {
   }
 }
 
-TEST(UsbHold, KeepsATransferThatHasBegun) {
+TEST(UsbHold, HoldsATransferInProgress) {
   ReadyUsbPrinter printer(with(Kind::Hold, Out, 5));
   printer.write(1, QueryIp);
   EXPECT_EQ(ends(printer), Texts());
@@ -134,7 +134,7 @@ TEST(UsbHold, KeepsATransferThatHasBegun) {
   EXPECT_EQ(printer.device.waiting(), 0U);
 }
 
-TEST(UsbSlow, TakesPacketsAtItsPace) {
+TEST(UsbSlow, AcceptsPacketsAtItsRate) {
   UsbTraits traits{.speed = UsbSpeed::Full, .outBytesPerSecond = 64};
   ReadyUsbPrinter printer(traits);
   const auto start = printer.printer.now;
@@ -149,13 +149,13 @@ TEST(UsbSlow, TakesPacketsAtItsPace) {
   EXPECT_EQ(ends(printer), Texts{"1: 0 after 100"});
   printer.printer.now = start + 10s;
   EXPECT_EQ(ends(printer), Texts{"2: 0 after 9"});
-  // An idle printer has not saved up time.
+  // An idle printer does not accumulate time.
   printer.printer.now = start + 20s;
   printer.write(3, support::pattern(64));
   EXPECT_EQ(printer.device.nextDue(), start + 21s);
 }
 
-TEST(UsbSlow, KeepsWhatItTookOfATransferThatIsTakenBack) {
+TEST(UsbSlow, KeepsTheAcceptedPartOfAnUnlinkedTransfer) {
   const Bytes padded = support::joined({Bytes(60, 0), QueryIp});
   ReadyUsbPrinter printer({.speed = UsbSpeed::Full, .outBytesPerSecond = 64});
   printer.write(1, padded);
@@ -168,7 +168,7 @@ TEST(UsbSlow, KeepsWhatItTookOfATransferThatIsTakenBack) {
   EXPECT_EQ(ends(printer), (Texts{"2: 0 after 5", "3: 0 after 15"}));
 }
 
-TEST(UsbUnplug, ComesInTheMiddleOfAWrite) {
+TEST(UsbUnplug, OccursInTheMiddleOfAWrite) {
   ReadyUsbPrinter printer(with(Kind::Unplug, Out, 5));
   printer.write(1, Bytes(4, 0));
   EXPECT_EQ(ends(printer), Texts{"1: 0 after 4"});
@@ -180,7 +180,7 @@ TEST(UsbUnplug, ComesInTheMiddleOfAWrite) {
   EXPECT_FALSE(printer.device.nextDue());
 }
 
-TEST(UsbUnplug, ComesAtTheEndOfAWriteThatWasTaken) {
+TEST(UsbUnplug, OccursAtTheEndOfAnAcceptedWrite) {
   ReadyUsbPrinter printer(with(Kind::Unplug, Out, 9));
   printer.read(1, 64);
   printer.write(2, QueryIp);
@@ -188,7 +188,7 @@ TEST(UsbUnplug, ComesAtTheEndOfAWriteThatWasTaken) {
   EXPECT_TRUE(printer.device.wantsUnplug());
 }
 
-TEST(UsbUnplug, ComesInAReplyAndNotWhileThereIsNone) {
+TEST(UsbUnplug, OccursOnlyInAReply) {
   for (const std::size_t after : {0U, 4U, 15U}) {
     ReadyUsbPrinter printer(with(Kind::Unplug, In, after));
     printer.read(1, 64);
@@ -201,7 +201,7 @@ TEST(UsbUnplug, ComesInAReplyAndNotWhileThereIsNone) {
   }
 }
 
-TEST(UsbFaults, AreOverWhenPluggedInAgain) {
+TEST(UsbFaults, EndWhenThePrinterIsPluggedInAgain) {
   for (const Kind kind : {Kind::Stall, Kind::ProtocolError, Kind::Hold, Kind::Unplug}) {
     for (const UsbDirection direction : {In, Out}) {
       ReadyUsbPrinter printer(with(kind, direction));
@@ -218,7 +218,7 @@ TEST(UsbFaults, AreOverWhenPluggedInAgain) {
   }
 }
 
-TEST(UsbFaults, ComeInTheOrderOfTheirBytes) {
+TEST(UsbFaults, OccurInTheOrderOfTheirBytes) {
   ReadyUsbPrinter printer({.faults = {{Kind::Hold, Out, 12}, {Kind::Stall, Out, 3}}});
   printer.write(1, Bytes(9, 0));
   EXPECT_EQ(ends(printer), Texts{"1: -32 after 3"});

@@ -25,14 +25,14 @@ constexpr UsbSetup ClearIn = {0x02, 1, 0, 0x82, 0};
 
 struct RequestRow : support::Row {
   UsbSetup setup;
-  std::optional<Bytes> answer;  ///< nothing for a stall
+  std::optional<Bytes> reply;  ///< nothing for a stall
 };
 
 class UsbRequest : public testing::TestWithParam<RequestRow> {};
 
-TEST_P(UsbRequest, IsAnswered) {
+TEST_P(UsbRequest, GetsItsReply) {
   ReadyUsbPrinter printer({.alternates = 2});
-  EXPECT_EQ(printer.ask(GetParam().setup), GetParam().answer);
+  EXPECT_EQ(printer.ask(GetParam().setup), GetParam().reply);
 }
 
 const std::optional<Bytes> Stall;
@@ -42,10 +42,10 @@ INSTANTIATE_TEST_SUITE_P(
     Standard, UsbRequest,
     testing::Values(
         RequestRow{{"Descriptor"}, {0x80, 6, 0x0100, 0, 18}, emulator::usbDescriptor({}, 1, 0)},
-        RequestRow{{"DescriptorCutToTheLengthAskedFor"},
+        RequestRow{{"DescriptorCutToTheRequestedLength"},
                    {0x80, 6, 0x0100, 0, 8},
                    bytes("12 01 00 02 00 00 00 40")},
-        RequestRow{{"DescriptorShorterThanAskedFor"},
+        RequestRow{{"DescriptorShorterThanRequested"},
                    {0x80, 6, 0x0300, 0x0409, 255},
                    bytes("04 03 09 04")},
         RequestRow{{"DescriptorOfAString"},
@@ -69,10 +69,10 @@ INSTANTIATE_TEST_SUITE_P(
         RequestRow{{"StatusOfControlOut"}, {0x82, 0, 0, 0x00, 2}, bytes("00 00")},
         RequestRow{{"StatusOfControlIn"}, {0x82, 0, 0, 0x80, 2}, bytes("00 00")},
         RequestRow{{"StatusOfOut"}, StatusOfOut, bytes("00 00")},
-        RequestRow{{"StatusOfInWhereThereIsNone"}, StatusOfIn, Stall},
-        RequestRow{{"StatusOfNoEndpoint"}, {0x82, 0, 0, 0x03, 2}, Stall},
+        RequestRow{{"StatusOfMissingIn"}, StatusOfIn, Stall},
+        RequestRow{{"StatusOfAMissingEndpoint"}, {0x82, 0, 0, 0x03, 2}, Stall},
         RequestRow{{"ClearHalt"}, {0x02, 1, 0, 0x01, 0}, Nothing},
-        RequestRow{{"ClearHaltOfNoEndpoint"}, {0x02, 1, 0, 0x81, 0}, Stall},
+        RequestRow{{"ClearHaltOfAMissingEndpoint"}, {0x02, 1, 0, 0x81, 0}, Stall},
         RequestRow{{"ClearAnotherFeature"}, {0x02, 1, 1, 0x01, 0}, Stall},
         RequestRow{{"SetAnotherFeature"}, {0x02, 3, 1, 0x01, 0}, Stall},
         RequestRow{{"RemoteWakeup"}, {0x00, 3, 1, 0, 0}, Stall},
@@ -81,24 +81,24 @@ INSTANTIATE_TEST_SUITE_P(
     support::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
-    OfThePrinterClass, UsbRequest,
+    PrinterClass, UsbRequest,
     testing::Values(
         RequestRow{{"DeviceId"}, {0xA1, 0, 0, 0x0000, 1023}, emulator::deviceId()},
         RequestRow{{"DeviceIdOfAnAlternate"}, {0xA1, 0, 0, 0x0001, 1023}, emulator::deviceId()},
         RequestRow{{"LengthOfTheDeviceId"}, {0xA1, 0, 0, 0, 2}, bytes("00 4D")},
-        RequestRow{{"DeviceIdOfNoAlternate"}, {0xA1, 0, 0, 0x0002, 1023}, Stall},
+        RequestRow{{"DeviceIdOfAMissingAlternate"}, {0xA1, 0, 0, 0x0002, 1023}, Stall},
         RequestRow{{"DeviceIdOfAnotherInterface"}, {0xA1, 0, 0, 0x0100, 1023}, Stall},
         RequestRow{{"DeviceIdOfAnotherConfiguration"}, {0xA1, 0, 1, 0, 1023}, Stall},
         RequestRow{{"PortStatus"}, {0xA1, 1, 0, 0, 1}, bytes("18")},
         RequestRow{{"PortStatusOfAnotherInterface"}, {0xA1, 1, 0, 1, 1}, Stall},
         RequestRow{{"SoftReset"}, {0x21, 2, 0, 0, 0}, Nothing},
-        RequestRow{{"SoftResetAsOfOld"}, {0x23, 2, 0, 0, 0}, Nothing},
+        RequestRow{{"SoftResetOfPrinterClass10"}, {0x23, 2, 0, 0, 0}, Nothing},
         RequestRow{{"SoftResetOfAnotherInterface"}, {0x21, 2, 0, 1, 0}, Stall},
-        RequestRow{{"UnknownOfTheClass"}, {0xA1, 3, 0, 0, 1}, Stall},
-        RequestRow{{"OfTheMaker"}, {0xC0, 0, 0, 0, 1}, Stall}),
+        RequestRow{{"UnknownClassRequest"}, {0xA1, 3, 0, 0, 1}, Stall},
+        RequestRow{{"VendorRequest"}, {0xC0, 0, 0, 0, 1}, Stall}),
     support::rowName);
 
-TEST(UsbDevice, StallsWhatNeedsAConfigurationUntilItHasOne) {
+TEST(UsbDevice, StallsRequestsThatNeedAConfigurationUntilItHasOne) {
   UsbPrinter printer;
   EXPECT_EQ(printer.ask(GetConfiguration), bytes("00"));
   for (const UsbSetup& setup :
@@ -124,7 +124,7 @@ TEST(UsbDevice, HasTheEndpointsOfItsAlternateSetting) {
   EXPECT_EQ(printer.ask(GetInterface), bytes("00"));
 }
 
-TEST(UsbDevice, IsHaltedAndClearedByTheHost) {
+TEST(UsbDevice, CanBeHaltedAndClearedByTheHost) {
   ReadyUsbPrinter printer;
   EXPECT_EQ(printer.ask(HaltIn), Nothing);
   EXPECT_EQ(printer.ask(StatusOfIn), bytes("01 00"));
@@ -143,7 +143,7 @@ TEST(UsbDevice, HasNoHaltAfterANewSettingOrAReset) {
   }
 }
 
-TEST(UsbDevice, ForgetsBytesWhenReset) {
+TEST(UsbDevice, DiscardsBytesWhenItIsReset) {
   ReadyUsbPrinter printer;
   const Bytes& query = packets::QueryIp;
   printer.write(1, support::joined({query, Bytes(query.begin(), query.begin() + 4)}));

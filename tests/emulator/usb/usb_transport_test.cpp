@@ -14,7 +14,7 @@
 #include "testing/usb_printer.h"
 #include "testing/usbip_host.h"
 
-// The transport at a TCP port, with hosts that are sockets of the test's.
+// The transport at a TCP port. The hosts are sockets of the test.
 
 namespace {
 
@@ -46,37 +46,37 @@ class ServedPrinter : public testing::Test {
     transport.emplace(m_Printer->device, *m_Log, 0);
   }
 
-  /// Lets the transport do what there is to do until the condition holds. Returns false if it does
-  /// not hold by the test's deadline, which all calls share: a test that fails takes seconds.
+  /// Runs the transport until the condition holds. Returns false at the deadline. All calls of a
+  /// test share the deadline of 5 s, so that a failing test ends soon.
   template <typename Condition>
-  bool works(Condition condition) {
-    constexpr int momentInMilliseconds = 10;
+  bool runUntil(Condition condition) {
+    constexpr int pollMilliseconds = 10;
     do {
       transport->sendDue();
       if (condition()) {
         return true;
       }
       std::vector<pollfd> awaited = transport->awaited();
-      if (::poll(awaited.data(), awaited.size(), momentInMilliseconds) > 0) {
+      if (::poll(awaited.data(), awaited.size(), pollMilliseconds) > 0) {
         transport->receiveAll();
       }
     } while (std::chrono::steady_clock::now() < m_Deadline);
     return false;
   }
 
-  /// What the host is answered, once it is as long as what is expected.
+  /// Sends a message from a host. Expects the transport's reply.
   void ask(const LoopbackClient& host, const Bytes& message, const Bytes& expected) {
     host.send(message);
-    Bytes answer;
-    EXPECT_TRUE(works([&] {
-      answer = joined({answer, host.receiveNow()});
-      return answer.size() >= expected.size();
+    Bytes reply;
+    EXPECT_TRUE(runUntil([&] {
+      reply = joined({reply, host.receiveNow()});
+      return reply.size() >= expected.size();
     }));
-    EXPECT_EQ(answer, expected);
+    EXPECT_EQ(reply, expected);
   }
 
   bool closes(const LoopbackClient& host) {
-    return works([&] { return host.isClosed(); });
+    return runUntil([&] { return host.isClosed(); });
   }
 
   /// Imports the printer and configures it.
@@ -108,7 +108,7 @@ TEST_F(ServedPrinter, IsListedImportedAndUsed) {
   ask(host, unlinkCommand(5, 3), unlinkReply(5, 0xFFFFFF98));
 }
 
-TEST_F(ServedPrinter, IsOneHostsAtATime) {
+TEST_F(ServedPrinter, IsUsedByOneHostAtATime) {
   serve();
   const LoopbackClient second(transport->port());
   {
@@ -116,11 +116,11 @@ TEST_F(ServedPrinter, IsOneHostsAtATime) {
     attach(first);
     ask(second, importRequest("1-1"), support::notImported(2));
   }
-  EXPECT_TRUE(works([&] { return log.back() == "   USB: the host is gone"; }));
+  EXPECT_TRUE(runUntil([&] { return log.back() == "   USB: the host has disconnected"; }));
   attach(second);
 }
 
-TEST_F(ServedPrinter, IsAsNewForTheNextHost) {
+TEST_F(ServedPrinter, IsResetForTheNextHost) {
   serve();
   {
     const LoopbackClient first(transport->port());
@@ -128,21 +128,21 @@ TEST_F(ServedPrinter, IsAsNewForTheNextHost) {
     ask(first, joined({writeCommand(2, QueryIp), writeCommand(3, Bytes(1, 0xA5))}),
         joined({submitReply(2, 0, 9), submitReply(3, 0, 1)}));
   }
-  EXPECT_TRUE(works([&] { return log.back() == "   USB: the host is gone"; }));
+  EXPECT_TRUE(runUntil([&] { return log.back() == "   USB: the host has disconnected"; }));
   const LoopbackClient second(transport->port());
   attach(second);
   ask(second, joined({readCommand(2, 64), writeCommand(3, QueryIp)}),
       joined({submitReply(3, 0, 9), submitReply(2, 0, 15, IpReply)}));
 }
 
-TEST_F(ServedPrinter, DropsAHostThatBreaksTheProtocol) {
+TEST_F(ServedPrinter, DropsAHostThatViolatesTheProtocol) {
   serve();
   const LoopbackClient good(transport->port());
   attach(good);
   const LoopbackClient bad(transport->port());
   bad.send(Bytes(8, 0xFF));
   EXPECT_TRUE(closes(bad));
-  EXPECT_EQ(log.back(), "   USB: the host is dropped: another version of the protocol");
+  EXPECT_EQ(log.back(), "   USB: disconnected the host: unknown version of the protocol");
   ask(good, writeCommand(2, QueryIp), submitReply(2, 0, 9));
   good.send(Bytes(48, 0xFF));
   EXPECT_TRUE(closes(good));
@@ -164,7 +164,7 @@ TEST_F(ServedPrinter, IsUnpluggedAndPluggedInAgain) {
   attach(lister);
 }
 
-TEST_F(ServedPrinter, UnpluggedByAFaultTellsWhatWasDoneAndComesBackLater) {
+TEST_F(ServedPrinter, CompletesTheWriteBeforeAnUnplugFault) {
   serve({.faults = {{UsbFault::Kind::Unplug, UsbDirection::Out, 9}},
          .replugAfter = std::chrono::seconds(3600)});
   const LoopbackClient host(transport->port());
@@ -176,37 +176,37 @@ TEST_F(ServedPrinter, UnpluggedByAFaultTellsWhatWasDoneAndComesBackLater) {
   EXPECT_GT(*transport->nextDue(), UsbTransport::Clock::now() + std::chrono::seconds(3500));
 }
 
-TEST_F(ServedPrinter, IsPluggedInAgainWhenItsTimeHasCome) {
+TEST_F(ServedPrinter, IsPluggedInAgainAfterItsDelay) {
   serve({.faults = {{UsbFault::Kind::Unplug, UsbDirection::Out, 9}},
          .replugAfter = std::chrono::seconds(0)});
   const LoopbackClient host(transport->port());
   attach(host);
   ask(host, writeCommand(2, QueryIp), submitReply(2, 0, 9));
   EXPECT_TRUE(closes(host));
-  EXPECT_TRUE(works([&] { return transport->isPluggedIn(); }));
+  EXPECT_TRUE(runUntil([&] { return transport->isPluggedIn(); }));
   const LoopbackClient again(transport->port());
   attach(again);
   ask(again, writeCommand(2, QueryIp), submitReply(2, 0, 9));
 }
 
-TEST_F(ServedPrinter, StaysAwayWithoutATimeToComeBack) {
+TEST_F(ServedPrinter, StaysUnpluggedWithoutADelay) {
   serve({.faults = {{UsbFault::Kind::Unplug, UsbDirection::Out, 9}}});
   const LoopbackClient host(transport->port());
   attach(host);
   host.send(writeCommand(2, QueryIp));
-  EXPECT_TRUE(works([&] { return !transport->isPluggedIn(); }));
+  EXPECT_TRUE(runUntil([&] { return !transport->isPluggedIn(); }));
   EXPECT_FALSE(transport->nextDue());
 }
 
-TEST_F(ServedPrinter, TakesMoreHostsThanItServesAtATime) {
+TEST_F(ServedPrinter, ServesAWaitingHostOnceThereIsRoom) {
   constexpr std::size_t most = 16;
   serve();
   std::vector<LoopbackClient> hosts;
   for (std::size_t i = 0; i < most + 1; ++i) {
     hosts.emplace_back(transport->port());
     EXPECT_TRUE(hosts.back().isConnected());
-    // With the transport's own socket while there is room for another.
-    EXPECT_TRUE(works([&] { return transport->awaited().size() == std::min(i + 2, most); }));
+    // The count includes the listening socket while there is room for another host.
+    EXPECT_TRUE(runUntil([&] { return transport->awaited().size() == std::min(i + 2, most); }));
   }
   hosts.erase(hosts.begin());
   ask(hosts.back(), listRequest(), listed());

@@ -30,15 +30,16 @@ using support::writeCommand;
 using Phase = UsbipSession::Phase;
 
 constexpr std::uint32_t Stalled = 0xFFFFFFE0;
-constexpr std::uint32_t TakenBack = 0xFFFFFF98;
+constexpr std::uint32_t Unlinked = 0xFFFFFF98;
 
-/// A printer and the connection of a host with it.
+/// A printer and the session of a host that is connected to it.
 class Connection {
  public:
   explicit Connection(Phase phase = Phase::Transfers, emulator::UsbTraits traits = {})
       : printer(std::move(traits)), session(printer.device, phase) {}
 
-  Bytes say(const Bytes& input) {
+  /// Passes bytes from the host to the session and returns its output.
+  Bytes send(const Bytes& input) {
     session.receive(input);
     return session.takeOutput();
   }
@@ -49,68 +50,68 @@ class Connection {
 
 TEST(UsbipSession, AnswersAControlRequestWithItsData) {
   Connection connection;
-  EXPECT_EQ(connection.say(controlCommand(7, {0x80, 6, 0x0100, 0, 8})),
+  EXPECT_EQ(connection.send(controlCommand(7, {0x80, 6, 0x0100, 0, 8})),
             submitReply(7, 0, 8, bytes("12 01 00 02 00 00 00 40")));
 }
 
 TEST(UsbipSession, AnswersAStall) {
   Connection connection;
-  EXPECT_EQ(connection.say(controlCommand(0xFFFFFFFF, {0x80, 6, 0x0F00, 0, 8})),
+  EXPECT_EQ(connection.send(controlCommand(0xFFFFFFFF, {0x80, 6, 0x0F00, 0, 8})),
             submitReply(0xFFFFFFFF, Stalled, 0));
 }
 
-TEST(UsbipSession, GivesNoMoreDataThanTheBufferHolds) {
+TEST(UsbipSession, ReturnsNoMoreDataThanTheBufferHolds) {
   Connection connection;
-  EXPECT_EQ(connection.say(
+  EXPECT_EQ(connection.send(
                 submitHeader({.direction = 1, .length = 2, .setup = {0x80, 6, 0x0100, 0, 18}})),
             submitReply(1, 0, 2, bytes("12 01")));
 }
 
-TEST(UsbipSession, CarriesARequestAndItsReply) {
+TEST(UsbipSession, TransfersARequestAndItsReply) {
   Connection connection;
-  EXPECT_EQ(connection.say(readCommand(1, 1024)), Bytes());
-  EXPECT_EQ(connection.say(writeCommand(2, QueryIp)),
+  EXPECT_EQ(connection.send(readCommand(1, 1024)), Bytes());
+  EXPECT_EQ(connection.send(writeCommand(2, QueryIp)),
             joined({submitReply(2, 0, 9), submitReply(1, 0, 15, IpReply)}));
 }
 
-TEST(UsbipSession, HandsOverThatLessIsAnError) {
+TEST(UsbipSession, FailsAShortReadIfTheHostRequiresMoreBytes) {
   Connection connection;
-  connection.say(writeCommand(2, QueryIp));
-  EXPECT_EQ(connection.say(
+  connection.send(writeCommand(2, QueryIp));
+  EXPECT_EQ(connection.send(
                 submitHeader({.id = 3, .direction = 1, .endpoint = 2, .flags = 1, .length = 64})),
             submitReply(3, 0xFFFFFF87, 15, IpReply));
 }
 
 TEST(UsbipSession, UnlinksAReadThatWaits) {
   Connection connection;
-  connection.say(joined({readCommand(1, 1024), readCommand(2, 1024)}));
-  EXPECT_EQ(connection.say(unlinkCommand(3, 1)), unlinkReply(3, TakenBack));
-  EXPECT_EQ(connection.say(writeCommand(4, QueryIp)),
+  connection.send(joined({readCommand(1, 1024), readCommand(2, 1024)}));
+  EXPECT_EQ(connection.send(unlinkCommand(3, 1)), unlinkReply(3, Unlinked));
+  EXPECT_EQ(connection.send(writeCommand(4, QueryIp)),
             joined({submitReply(4, 0, 9), submitReply(2, 0, 15, IpReply)}));
 }
 
-TEST(UsbipSession, SaysThatAnUnlinkedReadHasEnded) {
+TEST(UsbipSession, RepliesToAnUnlinkOfAnEndedRead) {
   Connection connection;
-  EXPECT_EQ(connection.say(joined({readCommand(1, 1024), writeCommand(2, QueryIp),
-                                   unlinkCommand(3, 1), unlinkCommand(4, 99)})),
+  EXPECT_EQ(connection.send(joined({readCommand(1, 1024), writeCommand(2, QueryIp),
+                                    unlinkCommand(3, 1), unlinkCommand(4, 99)})),
             joined({submitReply(2, 0, 9), submitReply(1, 0, 15, IpReply), unlinkReply(3, 0),
                     unlinkReply(4, 0)}));
 }
 
-TEST(UsbipSession, TellsOfAReadThatEndedJustBeforeItsUnlink) {
+TEST(UsbipSession, CompletesAReadThatEndsJustBeforeItsUnlink) {
   Connection connection(Phase::Transfers, {.outBytesPerSecond = 9});
-  connection.say(joined({readCommand(1, 1024), writeCommand(2, QueryIp)}));
+  connection.send(joined({readCommand(1, 1024), writeCommand(2, QueryIp)}));
   connection.printer.printer.now += std::chrono::seconds(1);
-  EXPECT_EQ(connection.say(unlinkCommand(3, 1)),
+  EXPECT_EQ(connection.send(unlinkCommand(3, 1)),
             joined({submitReply(2, 0, 9), submitReply(1, 0, 15, IpReply), unlinkReply(3, 0)}));
 }
 
-TEST(UsbipSession, TakesItsInputInAnyPieces) {
+TEST(UsbipSession, AcceptsItsInputInAnyPieces) {
   const Bytes input = joined({support::importRequest("1-1"), controlCommand(1, {0x00, 9, 1, 0, 0}),
                               readCommand(2, 64), writeCommand(3, QueryIp), writeCommand(4, {}),
                               readCommand(5, 64), unlinkCommand(6, 5)});
   Connection whole(Phase::Requests);
-  const Bytes expected = whole.say(input);
+  const Bytes expected = whole.send(input);
   EXPECT_EQ(expected.size(), 320U + 48U + 48U + 63U + 48U + 48U);
   for (const std::size_t size : {1U, 7U, 39U, 41U, 48U, 100U}) {
     Connection connection(Phase::Requests);
@@ -119,17 +120,17 @@ TEST(UsbipSession, TakesItsInputInAnyPieces) {
       const auto first = input.begin() + static_cast<std::ptrdiff_t>(start);
       const Bytes piece(first,
                         first + static_cast<std::ptrdiff_t>(std::min(size, input.size() - start)));
-      output = joined({output, connection.say(piece)});
+      output = joined({output, connection.send(piece)});
     }
     EXPECT_EQ(output, expected) << size;
   }
 }
 
-TEST(UsbipSession, DoesNothingWithACommandThatIsCut) {
+TEST(UsbipSession, WaitsForTheRestOfACommand) {
   Connection connection;
   Bytes command = writeCommand(1, QueryIp);
   command.pop_back();
-  EXPECT_EQ(connection.say(command), Bytes());
+  EXPECT_EQ(connection.send(command), Bytes());
   EXPECT_TRUE(connection.printer.printer.log.empty());
 }
 
@@ -146,10 +147,10 @@ Bytes withKind(std::uint8_t kind) {
 
 class HostileHost : public testing::TestWithParam<HostileRow> {};
 
-TEST_P(HostileHost, IsRefused) {
+TEST_P(HostileHost, IsRejected) {
   Connection connection;
   try {
-    connection.say(GetParam().input);
+    connection.send(GetParam().input);
     FAIL() << "accepted";
   } catch (const UsbipError& error) {
     EXPECT_STREQ(error.what(), GetParam().reason);
@@ -160,86 +161,86 @@ INSTANTIATE_TEST_SUITE_P(
     Commands, HostileHost,
     testing::Values(HostileRow{{"OutTooLong"},
                                submitHeader({.endpoint = 1, .length = 0x100001}),
-                               "a transfer of 1048577 bytes"},
+                               "transfer of 1048577 bytes, expected at most 1048576"},
                     HostileRow{{"InTooLong"},
                                submitHeader({.direction = 1, .endpoint = 2, .length = 0xFFFFFFFF}),
-                               "a transfer of 4294967295 bytes"},
+                               "transfer of 4294967295 bytes, expected at most 1048576"},
                     HostileRow{{"Isochronous"},
                                submitHeader({.endpoint = 1, .packets = 1}),
-                               "an isochronous transfer"},
+                               "isochronous transfer"},
                     HostileRow{{"ManyPackets"},
                                submitHeader({.endpoint = 1, .packets = 0xFFFFFFFE}),
-                               "an isochronous transfer"},
+                               "isochronous transfer"},
                     HostileRow{{"Direction"},
                                submitHeader({.direction = 2, .endpoint = 1}),
-                               "a transfer in direction 2"},
+                               "transfer in unknown direction 2"},
                     HostileRow{{"AnotherDevice"},
                                submitHeader({.device = 0x00010002}),
-                               "a transfer for another device"},
-                    HostileRow{{"NoCommand"}, withKind(0), "a command 0"},
-                    HostileRow{{"AReply"}, withKind(3), "a command 3"}),
+                               "transfer for another device"},
+                    HostileRow{{"UnknownCommand"}, withKind(0), "unknown command 0"},
+                    HostileRow{{"AReply"}, withKind(3), "unknown command 3"}),
     support::rowName);
 
-TEST(UsbipSession, AcceptsTheLargestTransferAndNoPacketsInEitherForm) {
+TEST(UsbipSession, AcceptsTheLargestTransferAndBothFormsOfNoPackets) {
   Connection connection;
   const Bytes largest(0x100000, 0);
-  EXPECT_EQ(connection.say(writeCommand(1, largest)), submitReply(1, 0, 0x100000));
-  EXPECT_EQ(connection.say(submitHeader({.id = 2, .endpoint = 1, .packets = 0xFFFFFFFF})),
+  EXPECT_EQ(connection.send(writeCommand(1, largest)), submitReply(1, 0, 0x100000));
+  EXPECT_EQ(connection.send(submitHeader({.id = 2, .endpoint = 1, .packets = 0xFFFFFFFF})),
             submitReply(2, 0, 0));
 }
 
-TEST(UsbipSession, RefusesMoreTransfersThanItHolds) {
+TEST(UsbipSession, RejectsTooManyTransfers) {
   Connection reads;
   for (std::uint32_t i = 0; i < UsbipSession::MostTransfers; ++i) {
-    reads.say(readCommand(i, 0x100000));
+    reads.send(readCommand(i, 0x100000));
   }
-  EXPECT_THROW(reads.say(readCommand(1000, 1)), UsbipError);
+  EXPECT_THROW(reads.send(readCommand(1000, 1)), UsbipError);
   Connection writes(Phase::Transfers,
                     {.faults = {{emulator::UsbFault::Kind::Hold, emulator::UsbDirection::Out, 0}}});
   const Bytes command = writeCommand(1, Bytes(0x100000, 0));
   for (int i = 0; i < 4; ++i) {
-    writes.say(command);
+    writes.send(command);
   }
-  EXPECT_THROW(writes.say(writeCommand(1, {0})), UsbipError);
+  EXPECT_THROW(writes.send(writeCommand(1, {0})), UsbipError);
 }
 
 TEST(UsbipSession, ListsTheDevice) {
   Connection connection(Phase::Requests);
-  EXPECT_EQ(connection.say(support::listRequest()), support::listed());
+  EXPECT_EQ(connection.send(support::listRequest()), support::listed());
   Connection full(Phase::Requests, {.speed = emulator::UsbSpeed::Full});
-  EXPECT_EQ(full.say(support::listRequest()), support::listed(2));
+  EXPECT_EQ(full.send(support::listRequest()), support::listed(2));
   EXPECT_FALSE(full.session.hasDevice());
 }
 
 TEST(UsbipSession, ListsNothingWhileUnplugged) {
   Connection connection(Phase::Requests);
   connection.session.offer(UsbipStatus::NoDevice);
-  EXPECT_EQ(connection.say(support::listRequest()), support::nothingListed());
+  EXPECT_EQ(connection.send(support::listRequest()), support::nothingListed());
 }
 
-TEST(UsbipSession, HandsOverTheDevice) {
+TEST(UsbipSession, ExportsTheDevice) {
   Connection connection(Phase::Requests);
-  EXPECT_EQ(connection.say(support::importRequest("1-1")), support::imported());
+  EXPECT_EQ(connection.send(support::importRequest("1-1")), support::imported());
   EXPECT_TRUE(connection.session.hasDevice());
-  EXPECT_EQ(connection.say(writeCommand(2, QueryIp)), submitReply(2, 0, 9));
+  EXPECT_EQ(connection.send(writeCommand(2, QueryIp)), submitReply(2, 0, 9));
 }
 
-TEST(UsbipSession, HandsOverNothingElse) {
+TEST(UsbipSession, ExportsNothingElse) {
   Connection connection(Phase::Requests);
   const Bytes none = support::notImported(4);
-  EXPECT_EQ(connection.say(support::importRequest("1-2")), none);
-  EXPECT_EQ(connection.say(support::importRequest("1-11")), none);
-  EXPECT_EQ(connection.say(support::importRequest(std::string(32, '1'))), none);
+  EXPECT_EQ(connection.send(support::importRequest("1-2")), none);
+  EXPECT_EQ(connection.send(support::importRequest("1-11")), none);
+  EXPECT_EQ(connection.send(support::importRequest(std::string(32, '1'))), none);
   connection.session.offer(UsbipStatus::Busy);
-  EXPECT_EQ(connection.say(support::importRequest("1-1")), support::notImported(2));
+  EXPECT_EQ(connection.send(support::importRequest("1-1")), support::notImported(2));
   EXPECT_FALSE(connection.session.hasDevice());
 }
 
-TEST(UsbipSession, RefusesOtherRequests) {
+TEST(UsbipSession, RejectsOtherRequests) {
   for (const char* request : {"01 06 80 05 00 00 00 00", "01 11 80 04 00 00 00 00",
                               "01 11 00 05 00 00 00 00", "00 00 00 01 00 00 00 01"}) {
     Connection connection(Phase::Requests);
-    EXPECT_THROW(connection.say(bytes(request)), UsbipError) << request;
+    EXPECT_THROW(connection.send(bytes(request)), UsbipError) << request;
   }
 }
 

@@ -26,7 +26,7 @@ const char* const Status =
     "hs  0003 004 000 00000000 000000 0-0\n"
     "ss  0008 004 000 00000000 000000 0-0\n";
 
-TEST(VhciStatus, TellsTheFirstFreePortOfTheRightSpeed) {
+TEST(VhciStatus, HasTheFirstFreePortOfTheSpeed) {
   EXPECT_EQ(freeVhciPort(Status), 2U);
   EXPECT_EQ(freeVhciPort("hub port sta spd dev      sockfd local_busid\n"
                          "hs  0000 006 003 00010001 000003 1-1\n"
@@ -34,13 +34,13 @@ TEST(VhciStatus, TellsTheFirstFreePortOfTheRightSpeed) {
             std::nullopt);
 }
 
-TEST(VhciStatus, TellsNothingThatIsNotThere) {
+TEST(VhciStatus, HasNoFreePortIfItIsMalformed) {
   EXPECT_EQ(freeVhciPort(""), std::nullopt);
   EXPECT_EQ(freeVhciPort("hs\nhs  x 004\nhs  0001\n\n"), std::nullopt);
   EXPECT_EQ(freeVhciPort("hs  99999999999999999999 004"), std::nullopt);
 }
 
-TEST(VhciStatus, TellsWhetherAPortIsFree) {
+TEST(VhciStatus, SaysWhetherAPortIsFree) {
   EXPECT_TRUE(isVhciPortFree(Status, 3));
   EXPECT_FALSE(isVhciPortFree(Status, 0));
   EXPECT_FALSE(isVhciPortFree(Status, 1));
@@ -48,7 +48,7 @@ TEST(VhciStatus, TellsWhetherAPortIsFree) {
   EXPECT_FALSE(isVhciPortFree(Status, 4));
 }
 
-/// Files that look like the controller's.
+/// A folder with the files of the controller.
 class FakeController {
  public:
   explicit FakeController(const std::string& status = Status) {
@@ -64,7 +64,7 @@ class FakeController {
   support::TemporaryFolder m_Folder;
 };
 
-TEST(VhciPort, AsksTheControllerForAFreePort) {
+TEST(VhciPort, AttachesToAFreePort) {
   const FakeController controller;
   for (const auto& [speed, number] : {std::pair(UsbSpeed::Full, 2U), {UsbSpeed::High, 3U}}) {
     VhciPort port(speed, controller.folder());
@@ -93,19 +93,20 @@ std::string reason(const fs::path& folder) {
   return "plugged in";
 }
 
-TEST(VhciPort, SaysWhatIsMissing) {
+TEST(VhciPort, ReportsAMissingControllerOrPort) {
   EXPECT_EQ(reason("/nonexistent"),
-            "there is no virtual USB host controller, no /nonexistent/attach\n"
-            "Load the kernel's module for it: modprobe vhci-hcd");
+            "/nonexistent/attach: no virtual USB host controller\n"
+            "Load its kernel module: modprobe vhci-hcd");
   EXPECT_EQ(reason(FakeController("hs  0000 006 003\n").folder()),
-            "no port of the virtual USB host controller is free");
+            "the virtual USB host controller has no free port\n"
+            "Detach one of its devices: usbip detach");
 }
 
 TEST(VhciPort, FindsThePrintersNodeUnderItsPort) {
   const FakeController controller;
   const VhciPort port(UsbSpeed::High, controller.folder());
   EXPECT_EQ(port.printerNode(), std::nullopt);
-  // The node of another port, and one that the kernel has not made yet.
+  // One node is at another port. The other node does not exist in /dev yet.
   fs::create_directories(controller.path("usb3/3-1/3-1:1.0/usbmisc/null"));
   fs::create_directories(controller.path("usb3/3-3/3-3:1.0/usbmisc/no-such-device"));
   EXPECT_EQ(port.printerNode(), std::nullopt);

@@ -1,5 +1,6 @@
-// What can fail in the program beside the calls that all tests put a double in place of: the
-// terminal, the opening of option files, memory.
+// Doubles of further calls that can fail: the terminal's attributes, fopen, malloc and operator
+// new. testing/virtual_system.cpp and testing/fake_libusb.cpp have those that all test programs
+// use.
 
 #include <cerrno>
 #include <cstdio>
@@ -8,7 +9,7 @@
 #include <termios.h>
 
 #include "faults/virtual_terminal.h"
-#include "testing/disturbance.h"
+#include "testing/fault_injection.h"
 
 namespace faults {
 
@@ -32,9 +33,9 @@ VirtualTerminal* VirtualTerminal::current() {
 }  // namespace faults
 
 using faults::VirtualTerminal;
-using support::OutsideCall;
+using support::InterceptedCall;
 
-// The names are the linker's.
+// The linker's --wrap requires these names.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c)
 extern "C" {
 
@@ -44,7 +45,7 @@ std::FILE* __real_fopen(const char* path, const char* mode);
 void* __real_malloc(std::size_t size);
 
 int __wrap_tcgetattr(int descriptor, termios* attributes) {
-  const OutsideCall call("tcgetattr");
+  const InterceptedCall call("tcgetattr");
   if (call.fails()) {
     return -1;
   }
@@ -56,7 +57,7 @@ int __wrap_tcgetattr(int descriptor, termios* attributes) {
 }
 
 int __wrap_tcsetattr(int descriptor, int when, const termios* attributes) {
-  const OutsideCall call("tcsetattr");
+  const InterceptedCall call("tcsetattr");
   if (call.fails()) {
     return -1;
   }
@@ -65,17 +66,17 @@ int __wrap_tcsetattr(int descriptor, int when, const termios* attributes) {
     return __real_tcsetattr(descriptor, when, attributes);
   }
   terminal->attributes = *attributes;
-  terminal->silences += terminal->echoes() ? 0 : 1;
+
   return 0;
 }
 
 std::FILE* __wrap_fopen(const char* path, const char* mode) {
-  const OutsideCall call("fopen");
+  const InterceptedCall call("fopen");
   return call.fails() ? nullptr : __real_fopen(path, mode);
 }
 
 void* __wrap_malloc(std::size_t size) {
-  const OutsideCall call("malloc");
+  const InterceptedCall call("malloc");
   return call.fails() ? nullptr : __real_malloc(size);
 }
 
@@ -84,7 +85,7 @@ void* __wrap_malloc(std::size_t size) {
 namespace {
 
 void* allocate(std::size_t size) {
-  const OutsideCall call("new");
+  const InterceptedCall call("new");
   void* const memory = call.fails() ? nullptr : __real_malloc(size == 0 ? 1 : size);
   if (memory == nullptr) {
     throw std::bad_alloc();

@@ -8,12 +8,12 @@
 
 namespace support {
 
-/// Tests of a channel that is open to /dev/usb/lp0.
-class UsblpChannel : public testing::Test {
+/// A fixture with a transport that has opened /dev/usb/lp0.
+class OpenTransport : public testing::Test {
  protected:
-  UsblpChannel() { EXPECT_EQ(transport->CT_Open("/dev/usb/lp0"), 0); }
+  OpenTransport() { EXPECT_EQ(transport->CT_Open("/dev/usb/lp0"), 0); }
 
-  /// What CT_Read of `len` bytes gives.
+  /// Returns what `CT_Read` of `len` bytes returns.
   Bytes read(std::size_t len) {
     Bytes buffer(len);
     const long count = transport->CT_Read(buffer.data(), len);

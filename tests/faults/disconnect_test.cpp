@@ -7,33 +7,34 @@
 
 #include "faults/failure_rig.h"
 
-// The printer goes away in every message of every conversation, for good or until it is opened
-// again: at each byte of a message of at most 64 bytes, at a sample of bytes of a longer one.
+// The printer is disconnected during each request and each reply of each command: for good, or
+// until the program opens it again. In a message of at most 64 bytes this happens at each byte, in
+// a longer message at a sample of bytes.
 
 namespace faults {
 namespace {
 
 using support::Bytes;
 
-/// When the printer goes: behind so many bytes of a request, or of the reply to it.
+/// When the printer is disconnected.
 struct Moment {
-  int exchange = 0;  ///< 1 for the first
-  bool inRequest = false;
-  std::size_t bytes = 0;
-  bool comesBack = false;
+  int exchange = 0;        ///< 1 for the first; 0: never
+  bool inRequest = false;  ///< true: during the request; false: during the reply
+  std::size_t bytes = 0;   ///< bytes of the request or reply that are transferred before
+  bool returns = false;    ///< true if the printer is connected when the program opens it again
 };
 
-/// How much was said in an exchange when nothing went wrong.
+/// The sizes of an exchange without a fault, in bytes.
 struct Size {
   std::size_t request = 0;
   std::size_t reply = 0;
 };
 
-/// A printer that goes away. Whoever holds it open then gets ENODEV from every read and write, and
-/// is told that there is something to read, as by the kernel's driver.
-class VanishingPrinter {
+/// A printer that is disconnected at a given moment. After that, reads and writes fail with ENODEV
+/// and select reports the device as readable, as usblp does.
+class DisconnectingPrinter {
  public:
-  VanishingPrinter(Wiring wiring, Moment moment) : rig(wiring), m_Moment(moment) {
+  DisconnectingPrinter(Wiring wiring, Moment moment) : rig(wiring), m_Moment(moment) {
     auto& device = rig.device;
     device.onWrite = [this](const Bytes& request) {
       if (Bytes reply = replyTo(request); !reply.empty()) {
@@ -41,7 +42,7 @@ class VanishingPrinter {
       }
     };
     device.writeResult = [this](std::size_t size) {
-      return taken(rig.device.opens, size);
+      return accepted(rig.device.opens, size);
     };
     device.readResult = [this] {
       return readUsblp();
@@ -50,7 +51,7 @@ class VanishingPrinter {
       ++m_Opens;
     };
     rig.libusb.bulkWrite = [this](Bytes request) {
-      const int count = taken(m_Opens, request.size());
+      const int count = accepted(m_Opens, request.size());
       request.resize(static_cast<std::size_t>(std::max(count, 0)));
       const Bytes reply = replyTo(request);
       rig.libusb.incoming.insert(rig.libusb.incoming.end(), reply.begin(), reply.end());
@@ -67,35 +68,35 @@ class VanishingPrinter {
   FailureRig rig;
 
  private:
-  bool isIt(int exchange) const { return exchange == m_Moment.exchange; }
+  bool isAffected(int exchange) const { return exchange == m_Moment.exchange; }
 
-  void vanish() {
-    m_Gone = true;
-    if (!m_Moment.comesBack) {
+  void disconnect() {
+    m_IsDisconnected = true;
+    if (!m_Moment.returns) {
       rig.device.openErrno = ENODEV;
       rig.libusb.opens = false;
     }
-    rig.device.readyForEver = true;
+    rig.device.alwaysReadable = true;
   }
 
-  /// What the printer takes of a request.
-  int taken(int exchange, std::size_t size) {
-    if (m_Gone && m_Moment.comesBack && !isIt(exchange)) {
-      m_Gone = false;
-      rig.device.readyForEver = false;
+  /// Returns how many of `size` bytes of a request the printer accepts, or -ENODEV.
+  int accepted(int exchange, std::size_t size) {
+    if (m_IsDisconnected && m_Moment.returns && !isAffected(exchange)) {
+      m_IsDisconnected = false;
+      rig.device.alwaysReadable = false;
       rig.device.arrivals.clear();
       rig.libusb.incoming.clear();
       rig.printer.adapter.forgetPartialPacket();
     }
     sizes.resize(std::max(sizes.size(), static_cast<std::size_t>(exchange)));
     Size& current = sizes[static_cast<std::size_t>(exchange) - 1];
-    if (isIt(exchange) && m_Moment.inRequest) {
+    if (isAffected(exchange) && m_Moment.inRequest) {
       size = std::min(size, m_Moment.bytes - current.request);
       if (size == 0) {
-        vanish();
+        disconnect();
       }
     }
-    if (m_Gone) {
+    if (m_IsDisconnected) {
       return -ENODEV;
     }
     current.request += size;
@@ -106,25 +107,25 @@ class VanishingPrinter {
     Bytes reply = rig.printer.ask(request);
     if (!reply.empty()) {
       sizes.back().reply += reply.size();
-      if (isIt(opens()) && !m_Moment.inRequest) {
+      if (isAffected(opens()) && !m_Moment.inRequest) {
         reply.resize(std::min(reply.size(), m_Moment.bytes));
-        m_IsLast = true;
+        m_IsReplyCut = true;
       }
     }
-    if (m_IsLast && isIt(opens()) && reply.empty()) {
-      vanish();
+    if (m_IsReplyCut && isAffected(opens()) && reply.empty()) {
+      disconnect();
     }
     return reply;
   }
 
   int readUsblp() {
     const auto& device = rig.device;
-    if (m_Gone && device.arrivals.empty()) {
+    if (m_IsDisconnected && device.arrivals.empty()) {
       return -ENODEV;
     }
-    if (m_IsLast && !m_Gone && isIt(device.opens) && !device.arrivals.empty() &&
+    if (m_IsReplyCut && !m_IsDisconnected && isAffected(device.opens) && !device.arrivals.empty() &&
         device.readSizes.back() >= device.arrivals.front().bytes.size()) {
-      vanish();
+      disconnect();
     }
     return 0;
   }
@@ -132,10 +133,10 @@ class VanishingPrinter {
   int readLibUsb(char* buffer, int size) {
     Bytes& incoming = rig.libusb.incoming;
     if (incoming.empty()) {
-      if (m_IsLast && isIt(m_Opens)) {
-        vanish();
+      if (m_IsReplyCut && isAffected(m_Opens)) {
+        disconnect();
       }
-      if (m_Gone) {
+      if (m_IsDisconnected) {
         return -ENODEV;
       }
       rig.system.advance(rig.libusb.readTimeouts.back() * 1000LL);
@@ -148,14 +149,15 @@ class VanishingPrinter {
   }
 
   Moment m_Moment;
-  bool m_Gone = false;
-  /// Whether the reply that the printer goes in is on its way.
-  bool m_IsLast = false;
+  bool m_IsDisconnected = false;
+  /// True once the reply during which the printer is disconnected has been shortened.
+  bool m_IsReplyCut = false;
   int m_Opens = 0;
 };
 
-/// All positions in a message of at most 64 bytes; of a longer one the first 24, the last 9 and
-/// each 41st, to keep the runs with certificates short.
+/// Returns the positions at which to disconnect the printer in a message of `size` bytes: all
+/// positions up to 64 bytes. In a longer message it returns the first 24, the last 9 and every
+/// 41st, because the runs with certificates would take too long.
 std::vector<std::size_t> positions(std::size_t size) {
   std::vector<std::size_t> result;
   for (std::size_t i = 0; i <= size; ++i) {
@@ -169,28 +171,28 @@ std::vector<std::size_t> positions(std::size_t size) {
 std::string describe(const Moment& moment) {
   return "exchange " + std::to_string(moment.exchange) +
          (moment.inRequest ? ", request, byte " : ", reply, byte ") + std::to_string(moment.bytes) +
-         (moment.comesBack ? ", and back" : "");
+         (moment.returns ? ", and connected again" : "");
 }
 
-class Vanishing : public testing::TestWithParam<std::tuple<Command, Wiring>> {
+class Disconnect : public testing::TestWithParam<std::tuple<Command, Wiring>> {
  protected:
-  ~Vanishing() override { RecordProperty("runs", m_Runs); }
+  ~Disconnect() override { RecordProperty("runs", m_Runs); }
 
   const Command& command() const { return std::get<0>(GetParam()); }
   Wiring wiring() const { return std::get<1>(GetParam()); }
 
-  /// Runs the command with the printer going away at each of these positions.
+  /// Runs the command once for each position, with the printer disconnected there.
   template <typename Expect>
-  void vanishAtEach(bool comesBack, Expect expect) {
-    VanishingPrinter undisturbed(wiring(), {});
-    undisturbed.rig.run(command(), m_Files);
-    for (std::size_t i = 0; i < undisturbed.sizes.size(); ++i) {
-      const Size& size = undisturbed.sizes[i];
+  void disconnectAtEach(bool returns, Expect expect) {
+    DisconnectingPrinter faultless(wiring(), {});
+    faultless.rig.run(command(), m_Files);
+    for (std::size_t i = 0; i < faultless.sizes.size(); ++i) {
+      const Size& size = faultless.sizes[i];
       for (const bool inRequest : {true, false}) {
         for (const std::size_t bytes : positions(inRequest ? size.request - 1 : size.reply)) {
-          const Moment moment{static_cast<int>(i) + 1, inRequest, bytes, comesBack};
+          const Moment moment{static_cast<int>(i) + 1, inRequest, bytes, returns};
           SCOPED_TRACE(describe(moment));
-          VanishingPrinter printer(wiring(), moment);
+          DisconnectingPrinter printer(wiring(), moment);
           const Outcome outcome = printer.rig.run(command(), m_Files);
           ++m_Runs;
           expectOrderlyEnd(command(), wiring(), outcome);
@@ -208,22 +210,24 @@ class Vanishing : public testing::TestWithParam<std::tuple<Command, Wiring>> {
   int m_Runs = 0;
 };
 
-TEST_P(Vanishing, ForGoodEndsTheRunInOrder) {
-  vanishAtEach(false, [](const Moment& /*moment*/, const Outcome& /*outcome*/, int /*opens*/) {});
+TEST_P(Disconnect, EndsTheRunInOrder) {
+  disconnectAtEach(false,
+                   [](const Moment& /*moment*/, const Outcome& /*outcome*/, int /*opens*/) {});
 }
 
-/// What comes of a printer that says nothing in an exchange, but is there at the next.
-struct Course {
+/// The results of a command if the printer sends nothing in one exchange and is connected again in
+/// the next.
+struct Expectation {
   const char* command;
   struct Result {
     int status;
     int opens;
   };
-  std::vector<Result> results;  ///< by the exchange in which it was away
+  std::vector<Result> results;  ///< one for each exchange in which the printer is disconnected
 };
 
-const std::vector<Course>& courses() {
-  static const std::vector<Course> all = {
+const std::vector<Expectation>& expectations() {
+  static const std::vector<Expectation> all = {
       {"Basic", {{0, 2}}},
       {"WpaPersonal", {{0, 2}}},
       {"Ssid", {{0, 2}}},
@@ -235,9 +239,9 @@ const std::vector<Course>& courses() {
       {"Certificate", {{0, 2}, {0, 2}}},
       {"RawPacket", {{0, 1}}},
       {"RequestDefaults", {{1, 1}}},
-      // That there is no earlier request to delete is no matter.
+      // The first exchange deletes an earlier certificate; its failure is ignored.
       {"Request", {{0, 3}, {1, 2}, {1, 3}}},
-      // Nor that the authorities are not listed.
+      // The first exchange lists the CA certificates; its failure is ignored.
       {"InstallAuthority", {{0, 2}, {1, 2}}},
       {"InstallSigned", {{1, 1}}},
       {"DefaultRun", {{0, 4}, {0, 4}, {0, 4}}},
@@ -245,12 +249,13 @@ const std::vector<Course>& courses() {
   return all;
 }
 
-TEST_P(Vanishing, UntilItIsOpenedAgainCostsOneAttempt) {
-  const auto course = std::ranges::find(courses(), std::string(command().name), &Course::command);
-  vanishAtEach(true, [&](const Moment& moment, const Outcome& outcome, int opens) {
+TEST_P(Disconnect, CostsOneAttemptIfThePrinterReturns) {
+  const auto row =
+      std::ranges::find(expectations(), std::string(command().name), &Expectation::command);
+  disconnectAtEach(true, [&](const Moment& moment, const Outcome& outcome, int opens) {
     const bool wasSilent = moment.inRequest || moment.bytes == 0;
-    if (wasSilent && course != courses().end()) {
-      const auto& expected = course->results.at(static_cast<std::size_t>(moment.exchange) - 1);
+    if (wasSilent && row != expectations().end()) {
+      const auto& expected = row->results.at(static_cast<std::size_t>(moment.exchange) - 1);
       EXPECT_EQ(outcome.status, expected.status);
       EXPECT_EQ(opens, expected.opens);
     }
@@ -261,13 +266,13 @@ constexpr auto commandName = [](const auto& test) {
   return std::string(std::get<0>(test.param).name);
 };
 
-INSTANTIATE_TEST_SUITE_P(Usblp, Vanishing,
-                         testing::Combine(testing::ValuesIn(talkingCommands()),
+INSTANTIATE_TEST_SUITE_P(Usblp, Disconnect,
+                         testing::Combine(testing::ValuesIn(exchangingCommands()),
                                           testing::Values(Wiring::Usblp)),
                          commandName);
 
-INSTANTIATE_TEST_SUITE_P(LibUsb, Vanishing,
-                         testing::Combine(testing::ValuesIn(talkingCommands()),
+INSTANTIATE_TEST_SUITE_P(LibUsb, Disconnect,
+                         testing::Combine(testing::ValuesIn(exchangingCommands()),
                                           testing::Values(Wiring::LibUsb)),
                          commandName);
 

@@ -1,4 +1,4 @@
-#include "testing/disturbance.h"
+#include "testing/fault_injection.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -7,8 +7,8 @@ namespace support {
 
 namespace {
 
-Disturbance* currentDisturbance = nullptr;
-/// How many doubles are at work, one inside the other.
+FaultInjection* currentDisturbance = nullptr;
+/// How many intercepted calls are in progress. A call inside another one never fails.
 int depth = 0;
 
 constexpr long CallLimit = 2'000'000;
@@ -17,26 +17,26 @@ constexpr int ProbesBetween = 1000;
 
 }  // namespace
 
-Disturbance::Disturbance(const Plan& plan) : m_Plan(plan) {
+FaultInjection::FaultInjection(const Plan& plan) : m_Plan(plan) {
   currentDisturbance = this;
 }
 
-Disturbance::~Disturbance() {
+FaultInjection::~FaultInjection() {
   currentDisturbance = nullptr;
 }
 
-Disturbance* Disturbance::current() {
+FaultInjection* FaultInjection::current() {
   return currentDisturbance;
 }
 
-bool Disturbance::isRepeatedProbe(std::string_view call) {
+bool FaultInjection::isRepeatedProbe(std::string_view call) {
   m_Probes = call == "select" ? m_Probes + 1 : 0;
   return m_Probes > FirstProbes && m_Probes % ProbesBetween != 0;
 }
 
-const Fault* Disturbance::faultOf(std::string_view call) {
+const Fault* FaultInjection::faultOf(std::string_view call) {
   if (++m_Calls == CallLimit) {
-    throw Endless();
+    throw EndlessRun();
   }
   const bool lastingNow = m_Plan.lasting && wasReached();
   if ((isRepeatedProbe(call) && !lastingNow) || call != m_Plan.call) {
@@ -46,17 +46,17 @@ const Fault* Disturbance::faultOf(std::string_view call) {
   return m_Count == m_Plan.first || lastingNow ? &m_Plan.fault : nullptr;
 }
 
-OutsideCall::OutsideCall(std::string_view name)
+InterceptedCall::InterceptedCall(std::string_view name)
     : m_Fault(depth > 0 || currentDisturbance == nullptr ? nullptr
                                                          : currentDisturbance->faultOf(name)) {
   ++depth;
 }
 
-OutsideCall::~OutsideCall() {
+InterceptedCall::~InterceptedCall() {
   --depth;
 }
 
-bool OutsideCall::fails() const {
+bool InterceptedCall::fails() const {
   if (m_Fault == nullptr || m_Fault->error == 0) {
     return false;
   }
@@ -64,14 +64,14 @@ bool OutsideCall::fails() const {
   return true;
 }
 
-std::optional<ssize_t> OutsideCall::cut(std::size_t& size) const {
+std::optional<ssize_t> InterceptedCall::cut(std::size_t& size) const {
   if (fails()) {
     return -1;
   }
   if (m_Fault == nullptr) {
     return std::nullopt;
   }
-  size = std::min(size, m_Fault->most);
+  size = std::min(size, m_Fault->maxBytes);
   return size == 0 ? std::optional<ssize_t>(0) : std::nullopt;
 }
 

@@ -9,24 +9,24 @@
 
 namespace support {
 
-/// Tests of the operations of `sendConfig` that judge one reply for each attempt, against a
-/// scripted printer.
-class JudgedExchange : public UsblpPrinter {
+/// A fixture for tests of the `sendConfig` operations that check one reply for each attempt. A
+/// scripted printer replies to them.
+class CheckedExchange : public UsblpPrinter {
  protected:
   using Operation = int (sendConfig::*)(unsigned char*, int);
 
-  /// Runs `operation` with a request of three bytes; keeps what it wrote to standard output, and
-  /// expects nothing on standard error but the transport's farewell.
+  /// Runs `operation` with a request of three bytes and returns its result. Stores its standard
+  /// output in `printed`. Expects only the transport's last line on standard error.
   int run(Operation operation) {
     Bytes request = bytes("A5 00 06");
-    const auto judge = [&] {
+    const auto exchangeOnce = [&] {
       sendConfig exchange("/dev/usb/lp0");
       return (exchange.*operation)(request.data(), static_cast<int>(request.size()));
     };
     Output output;
-    const int result = resultOf(judge, output);
+    const int result = resultOf(exchangeOnce, output);
     printed = output.out;
-    EXPECT_EQ(output.err, TransportGone);
+    EXPECT_EQ(output.err, TransportReleased);
     return result;
   }
 

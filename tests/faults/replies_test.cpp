@@ -6,7 +6,8 @@
 
 #include "faults/failure_rig.h"
 
-// A printer that answers late, with an old answer first, without an end, or with refusals.
+// Runs commands with a printer whose replies are late, refused, preceded by a stale reply, or
+// endless.
 
 namespace faults {
 namespace {
@@ -14,9 +15,9 @@ namespace {
 using support::Bytes;
 using support::bytes;
 
-class Answers : public testing::Test {
+class Replies : public testing::Test {
  protected:
-  ~Answers() override { RecordProperty("runs", runs); }
+  ~Replies() override { RecordProperty("runs", runs); }
 
   Outcome run(FailureRig& rig, const Command& command) {
     ++runs;
@@ -32,16 +33,16 @@ class Answers : public testing::Test {
 // --- Late ---------------------------------------------------------------------------------------
 
 struct LateRow : support::Row {
-  int window;    ///< seconds from a request in which the first attempt takes a reply
-  int period;    ///< seconds from one attempt to the next
-  int attempts;  ///< of both ways to pack the request
-  int inTime;    ///< status
-  int tooLate;   ///< status
+  int window;    ///< seconds after its request in which an attempt accepts a reply
+  int period;    ///< seconds from the start of one attempt to the start of the next
+  int attempts;  ///< wrapped and bare ones together
+  int inTime;    ///< exit status if the reply arrives before the last attempt ends
+  int tooLate;   ///< exit status if it arrives later
 };
 
-class LateAnswers : public Answers, public testing::WithParamInterface<LateRow> {};
+class LateReplies : public Replies, public testing::WithParamInterface<LateRow> {};
 
-TEST_P(LateAnswers, AreTakenByTheAttemptTheyReach) {
+TEST_P(LateReplies, AreReadByTheAttemptInProgress) {
   const LateRow& row = GetParam();
   const int end = row.window + (row.attempts - 1) * row.period;
   for (int delay = 0; delay <= end + 1; ++delay) {
@@ -58,7 +59,7 @@ TEST_P(LateAnswers, AreTakenByTheAttemptTheyReach) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Commands, LateAnswers,
+    Commands, LateReplies,
     testing::Values(LateRow{{"Basic"}, 10, 10, 2, 0, 255}, LateRow{{"Prompt"}, 10, 10, 2, 0, 255},
                     LateRow{{"Ssid"}, 7, 7, 7, 0, 1}, LateRow{{"Ip"}, 8, 8, 7, 0, 1},
                     LateRow{{"TroubleCode"}, 7, 7, 4, 0, 1},
@@ -74,17 +75,16 @@ INSTANTIATE_TEST_SUITE_P(
 const Bytes Refusal = bytes("A5 00 02 D4 E0");
 
 struct RefusalRow : support::Row {
-  int attempts;  ///< of one way to pack the request
-  int good;      ///< status
-  int refused;   ///< status, when the last word is a refusal
-  /// Whether a refusal has the request repeated without its wrapper.
-  bool goesBare;
+  int attempts;    ///< wrapped ones, if the printer stays silent
+  int good;        ///< exit status if the printer accepts a later attempt
+  int refused;     ///< exit status if the printer refuses the last attempt
+  bool isRetried;  ///< true if a refused request is repeated bare
 };
 
-class Refusals : public Answers, public testing::WithParamInterface<RefusalRow> {
+class Refusals : public Replies, public testing::WithParamInterface<RefusalRow> {
  protected:
-  /// Runs the command with refusals from one attempt to another, silence before and answers behind
-  /// them.
+  /// Runs the command. The printer is silent in the attempts before `from`, refuses the attempts
+  /// `from` to `to` and replies to all later ones. Expects the exit status and the count of writes.
   void refuse(int from, int to, int status, int writes) {
     SCOPED_TRACE("refusals from " + std::to_string(from) + " to " + std::to_string(to));
     FailureRig rig(Wiring::Usblp);
@@ -101,12 +101,12 @@ class Refusals : public Answers, public testing::WithParamInterface<RefusalRow> 
   }
 };
 
-TEST_P(Refusals, AreAnsweredAtWhateverAttemptTheyCome) {
+TEST_P(Refusals, AreHandledInEachAttempt) {
   const RefusalRow& row = GetParam();
   for (int attempt = 1; attempt <= row.attempts; ++attempt) {
-    const bool isLast = attempt == row.attempts && !row.goesBare;
+    const bool isLast = attempt == row.attempts && !row.isRetried;
     refuse(attempt, attempt, isLast ? row.refused : row.good, isLast ? attempt : attempt + 1);
-    refuse(attempt, 1000, row.refused, row.goesBare ? attempt + 1 : row.attempts);
+    refuse(attempt, 1000, row.refused, row.isRetried ? attempt + 1 : row.attempts);
   }
 }
 
@@ -122,46 +122,46 @@ INSTANTIATE_TEST_SUITE_P(Commands, Refusals,
                                          RefusalRow{{"RequestDefaults"}, 1, 0, 1, false}),
                          support::rowName);
 
-// --- Old ----------------------------------------------------------------------------------------
+// --- Stale --------------------------------------------------------------------------------------
 
-struct OldRow : support::Row {
-  int status;
+struct StaleRow : support::Row {
+  int status;  ///< exit status
   std::size_t writes;
 };
 
-class OldAnswers : public Answers, public testing::WithParamInterface<OldRow> {};
+class StaleReplies : public Replies, public testing::WithParamInterface<StaleRow> {};
 
-/// To a query that somebody made before.
-const Bytes OldAnswer = bytes("A5 00 0C 50 E0 D8 00 28 08 00 04 6F 6C 64 00");
+/// The reply to a query of the SSID that an earlier run made.
+const Bytes StaleReply = bytes("A5 00 0C 50 E0 D8 00 28 08 00 04 6F 6C 64 00");
 
-TEST_P(OldAnswers, StandBeforeThoseAskedFor) {
+TEST_P(StaleReplies, AreReadBeforeTheReplyToTheRequest) {
   FailureRig rig(Wiring::Usblp);
-  rig.device.reply(OldAnswer);
+  rig.device.reply(StaleReply);
   EXPECT_EQ(run(rig, command(GetParam().name)).status, GetParam().status);
   EXPECT_EQ(rig.device.writes.size(), GetParam().writes);
 }
 
-// A configuration and a query go by the end of what has come; who collects a reply takes the first
-// packet for it.
-INSTANTIATE_TEST_SUITE_P(Commands, OldAnswers,
-                         testing::Values(OldRow{{"Basic"}, 0, 1}, OldRow{{"Open"}, 0, 1},
-                                         OldRow{{"Ip"}, 0, 1}, OldRow{{"TroubleCode"}, 0, 1},
-                                         OldRow{{"Descriptor"}, 0, 1}, OldRow{{"Reset"}, 0, 1},
-                                         OldRow{{"AuthStatus"}, 3, 2},
-                                         OldRow{{"RequestDefaults"}, 1, 1},
-                                         OldRow{{"InstallSigned"}, 1, 1}),
+// A configuration and a query check the last bytes that arrive, so they succeed. A command that
+// collects its reply takes the first packet for it.
+INSTANTIATE_TEST_SUITE_P(Commands, StaleReplies,
+                         testing::Values(StaleRow{{"Basic"}, 0, 1}, StaleRow{{"Open"}, 0, 1},
+                                         StaleRow{{"Ip"}, 0, 1}, StaleRow{{"TroubleCode"}, 0, 1},
+                                         StaleRow{{"Descriptor"}, 0, 1}, StaleRow{{"Reset"}, 0, 1},
+                                         StaleRow{{"AuthStatus"}, 3, 2},
+                                         StaleRow{{"RequestDefaults"}, 1, 1},
+                                         StaleRow{{"InstallSigned"}, 1, 1}),
                          support::rowName);
 
-// --- Without an end -----------------------------------------------------------------------------
+// --- Endless ------------------------------------------------------------------------------------
 
 struct Stream {
   const char* name;
   Bytes bytes;
 };
 
-class EndlessAnswers : public testing::TestWithParam<std::tuple<Command, Wiring>> {};
+class EndlessReplies : public testing::TestWithParam<std::tuple<Command, Wiring>> {};
 
-/// A thousand bytes of a stream arrive in each millisecond at most.
+/// The time from one piece of a stream to the next: 1 ms.
 constexpr virtual_system::Microseconds PieceTime = 1000;
 
 void sendForEver(FailureRig& rig, const Bytes& piece) {
@@ -179,11 +179,11 @@ void sendForEver(FailureRig& rig, const Bytes& piece) {
   };
 }
 
-TEST_P(EndlessAnswers, EndTheRunInOrder) {
+TEST_P(EndlessReplies, EndTheRunInOrder) {
   Command command = std::get<0>(GetParam());
   const Wiring wiring = std::get<1>(GetParam());
   if (std::string(command.name) == "TroubleCode") {
-    // The code is whatever byte comes last.
+    // The exit status is the trouble code, and that is the last byte read.
     command.statuses = {0, 1, 255, 0x20, 0xA5, 0xE0, 0x02, 0xFF, 0xD4};
   }
   const std::vector<Stream> streams = {
@@ -208,13 +208,13 @@ constexpr auto commandName = [](const auto& test) {
   return std::string(std::get<0>(test.param).name);
 };
 
-INSTANTIATE_TEST_SUITE_P(Usblp, EndlessAnswers,
-                         testing::Combine(testing::ValuesIn(talkingCommands()),
+INSTANTIATE_TEST_SUITE_P(Usblp, EndlessReplies,
+                         testing::Combine(testing::ValuesIn(exchangingCommands()),
                                           testing::Values(Wiring::Usblp)),
                          commandName);
 
-INSTANTIATE_TEST_SUITE_P(LibUsb, EndlessAnswers,
-                         testing::Combine(testing::ValuesIn(talkingCommands()),
+INSTANTIATE_TEST_SUITE_P(LibUsb, EndlessReplies,
+                         testing::Combine(testing::ValuesIn(exchangingCommands()),
                                           testing::Values(Wiring::LibUsb)),
                          commandName);
 

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <sys/types.h>
+
+/// Makes single calls of the program fail. The doubles of the system calls ask here before they
+/// carry out a call.
+namespace support {
+
+/// How a call fails.
+struct Fault {
+  const char* name;
+  int error;               ///< the errno value of the failure; 0 if the call does not fail
+  std::size_t maxBytes{};  ///< if `error` is 0: the most bytes that a transfer moves
+};
+
+/// Makes one call fail while it exists: the `first`-th call of its name. If `lasting` is true, all
+/// later calls of that name fail too. The name is that of the function; "new" stands for every
+/// operator new.
+///
+///     FaultInjection injection({.call = "write", .fault = {"EIO", EIO}, .first = 2});
+///
+/// While a printer is silent, the program calls select over and over with nothing changed. Of
+/// consecutive calls of select, only the first three and every thousandth count.
+class FaultInjection {
+ public:
+  struct Plan {
+    std::string_view call;
+    Fault fault;
+    int first = 1;
+    bool lasting = false;
+  };
+
+  explicit FaultInjection(const Plan& plan);
+  ~FaultInjection();
+  FaultInjection(const FaultInjection&) = delete;
+  FaultInjection& operator=(const FaultInjection&) = delete;
+
+  /// Returns true if a call has failed.
+  bool wasReached() const { return m_Count >= m_Plan.first; }
+  /// Returns the count of calls with the plan's name.
+  int count() const { return m_Count; }
+
+  /// Counts a call and returns how it fails, or nullptr if it succeeds. Throws `EndlessRun` at the
+  /// two-millionth call.
+  const Fault* faultOf(std::string_view call);
+
+  /// Returns the object that exists, or nullptr.
+  static FaultInjection* current();
+
+ private:
+  bool isRepeatedProbe(std::string_view call);
+
+  Plan m_Plan;
+  int m_Count = 0;
+  long m_Calls = 0;
+  int m_Probes = 0;
+};
+
+/// The exception that ends a run which would not end by itself.
+struct EndlessRun {};
+
+/// A call that a double carries out. The double creates the object first and asks it for the
+/// failure. Calls that the double itself makes while the object exists never fail.
+///
+///     const InterceptedCall call("tcgetattr");
+///     if (call.fails()) {
+///       return -1;  // errno is set
+///     }
+class InterceptedCall {
+ public:
+  explicit InterceptedCall(std::string_view name);
+  ~InterceptedCall();
+  InterceptedCall(const InterceptedCall&) = delete;
+  InterceptedCall& operator=(const InterceptedCall&) = delete;
+
+  /// Returns how the call fails, or nullptr if it succeeds.
+  const Fault* fault() const { return m_Fault; }
+  /// Returns true and sets errno if the call ends with an error.
+  bool fails() const;
+  /// Returns the negative errno value of a call that ends with an error, or 0.
+  int result() const { return m_Fault == nullptr ? 0 : -m_Fault->error; }
+  /// Returns the result of a transfer that fails or moves nothing. Otherwise returns nothing and
+  /// limits `size` to the bytes that the transfer may move.
+  std::optional<ssize_t> cut(std::size_t& size) const;
+
+ private:
+  const Fault* m_Fault;
+};
+
+}  // namespace support
