@@ -15,10 +15,7 @@ void writeFile(const std::string& path, std::string_view content) {
 
 SysfsTree::SysfsTree()
     : m_Machine{m_Folder.path("sys"), m_Folder.path("dev"), m_Folder.path("proc")} {
-  for (const char* name : {"sys/bus/usb/devices", "sys/bus/usb/drivers", "sys/devices/usb1",
-                           "dev/usb", "dev/bus/usb/001", "proc"}) {
-    std::filesystem::create_directories(m_Folder.path(name));
-  }
+  std::filesystem::create_directories(m_Machine.sysfs + "/bus/usb/devices");
 }
 
 std::string SysfsTree::folder(std::string_view name) const {
@@ -93,8 +90,10 @@ std::string SysfsTree::node(std::string_view name) const {
 }
 
 std::string SysfsTree::addNode(std::string_view name) const {
-  writeFile(node(name), "");
-  return node(name);
+  const std::filesystem::path path = node(name);
+  std::filesystem::create_directories(path.parent_path());
+  writeFile(path, "");
+  return path;
 }
 
 void SysfsTree::addProcess(std::string_view id, const std::optional<std::string>& name,

@@ -72,11 +72,11 @@ std::optional<int> numberAttribute(const std::string& folder, const char* name) 
   return text ? decimalNumber(*text) : std::nullopt;
 }
 
-/// Returns the best printer interface of each device, by the device's name in sysfs.
+/// Returns the best printer interface of each device in `folder`, by the device's name.
 std::map<std::string, Interface> printerInterfaces(const std::string& folder) {
   std::map<std::string, Interface> found;
   for (const std::string& name : namesIn(folder)) {
-    const std::string interface = folder + "/" + name;
+    const std::string interface = folder + name;
     const std::size_t colon = name.find(':');
     if (colon == std::string::npos || attribute(interface, "bInterfaceClass") != "07") {
       continue;
@@ -143,10 +143,10 @@ std::optional<std::pair<UsbAddress, Printer>> describe(const std::string& folder
 }  // namespace
 
 std::vector<Printer> findPrinters(const Machine& machine) {
-  const std::string folder = machine.sysfs + "/bus/usb/devices";
+  const std::string folder = machine.sysfs + "/bus/usb/devices/";
   std::vector<std::pair<UsbAddress, Printer>> found;
   for (const auto& [name, interface] : printerInterfaces(folder)) {
-    if (auto printer = describe(folder + "/" + name, interface, machine)) {
+    if (auto printer = describe(folder + name, interface, machine)) {
       found.push_back(std::move(*printer));
     }
   }
