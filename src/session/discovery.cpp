@@ -43,7 +43,7 @@ std::optional<int> usblpOf(const std::string& interface) {
   for (const std::string& name : namesIn(interface)) {
     std::vector<std::string> devices;
     if (name == "usbmisc" || name == "usb") {
-      devices = namesIn(interface + "/" + name);
+      devices = namesIn(std::string(interface).append("/").append(name));
     } else if (name.starts_with(oldPrefix)) {
       devices = {name.substr(oldPrefix.size())};
     }
@@ -82,9 +82,9 @@ std::map<std::string, Interface> printerInterfaces(const std::string& folder) {
       continue;
     }
     Interface next{interface, usblpOf(interface), isLink(interface + "/driver")};
-    const auto [known, isNew] = found.try_emplace(name.substr(0, colon), next);
-    if (!isNew && next.rank() < known->second.rank()) {
-      known->second = std::move(next);
+    Interface& best = found.try_emplace(name.substr(0, colon), next).first->second;
+    if (next.rank() < best.rank()) {
+      best = std::move(next);
     }
   }
   return found;

@@ -84,6 +84,9 @@ TEST_F(ThreePrinters, AreFoundByAddress) {
   expectChosen("001:015", "1:15");
   expectChosen("1:2", "/dev/usb/lp2");
   expectProblem("1:5", Problem::NoMatch, all);
+  for (const char* half : {"1:", ":15", ":", "1:x", "x:15", "1:15:"}) {
+    expectProblem(half, Problem::NoMatch, all);
+  }
 }
 
 TEST_F(ThreePrinters, AreFoundByTheExactSerialNumber) {
@@ -162,6 +165,7 @@ TEST_F(OneMachine, DoesNotTakeAnotherPrinterForTheOneThatIsGone) {
 TEST_F(OneMachine, FindsAPrinterWithoutSerialNumberAtItsDevice) {
   tree.addUsblpPrinter(1, "X11", "");
   tree.addUsblpPrinter(2, "", "MFG:Acme;");
+  tree.addUsblpPrinter(0, "", "MFG:Other;");
   Printer printer;
   printer.device = "/dev/usb/lp2";
   printer.node = "/nowhere";
