@@ -1,6 +1,6 @@
 #pragma once
 
-#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -17,16 +17,20 @@ enum class Security { Open, Wep, Wpa, Enterprise };
 /// The settings of one network, checked: every value is one that the adapter accepts, and the
 /// values fit each other.
 struct Profile {
-  std::string ssid;
+  std::string ssid = {};
   Security security = Security::Open;
   bool adHoc = false;
-  std::optional<int> channel;       ///< 1 to 11, only with ad-hoc
+  std::optional<int> channel = {};  ///< 1 to 11, only with ad-hoc
   std::string encryption = "auto";  ///< auto, tkip, aes, wep-dynamic, wep-static
   std::string wepAuth = "open";     ///< open, shared
-  std::string user;
-  std::vector<std::string> eapMethods;  ///< of md5 mschapv2 leap peap tls ttls
-  std::string innerMethod;              ///< chap mschap mschapv2 pap, or empty
-  std::string secret;                   ///< the WPA passphrase, WEP key or 802.1x password
+  std::string user = {};
+  std::vector<std::string> eapMethods = {};  ///< of md5 mschapv2 leap peap tls ttls
+  std::string innerMethod = {};              ///< chap mschap mschapv2 pap, or empty
+  /// The WPA passphrase, WEP key or 802.1x password. Move a `secretCopy` into it (see
+  /// secret_source.h), so that it is cleared after use.
+  std::string secret = {};
+
+  bool operator==(const Profile&) const = default;
 };
 
 /// Where the secret comes from.
@@ -34,47 +38,78 @@ struct SecretSource {
   enum class Kind { Unspecified, Prompt, File, Descriptor, Inline };
 
   Kind kind = Kind::Unspecified;
-  std::string path;     ///< of a file
-  int descriptor = -1;  ///< of a descriptor
-  std::string secret;   ///< from the settings file itself
+  std::string path = {};    ///< of a file
+  int descriptor = -1;      ///< of a descriptor
+  std::string secret = {};  ///< from the settings file itself, in heap memory
+
+  bool operator==(const SecretSource&) const = default;
 };
 
-/// A wrong setting. `what()` is a whole sentence in English for logs; front ends translate the
-/// parts.
+/// A wrong setting. `what()` is a line in English for logs: "--mode: expected infrastructure or
+/// ad-hoc, got 'adhoc'". Front ends translate the parts. No part contains a secret, or a value that
+/// may be one.
 struct ProfileError : std::runtime_error {
-  ProfileError(std::string subject, std::string got, const char* expected);
+  ProfileError(std::string setting, std::string value, const char* allowed);
 
   std::string subject;   ///< "--security" or "office.conf:3: security"
-  std::string got;       ///< the value; empty if there is none or it is secret
-  const char* expected;  ///< what is allowed, as a message to translate
+  std::string got;       ///< the value, unescaped, or the system's error; empty if there is none
+  const char* expected;  ///< what is allowed, as a message to translate; lives for ever
 };
 
-/// Collects settings from options and a settings file, and checks them.
+struct SettingRule;
+
+/// Collects settings from options and settings files, and checks them.
 ///
 ///     ProfileReader reader;
 ///     reader.readFile("office.conf");
 ///     reader.set("ssid", "office", "--ssid");  // overrides the file
-///     const ProfileReader::Draft draft = reader.finish();   // all but the secret is checked
+///     const Profile profile = reader.finish();  // all but the secret is checked
 class ProfileReader {
  public:
-  /// Sets the value of `key` ("ssid", "security", "password-from", ...). Throws `ProfileError` if
-  /// there is no such key or the value is not allowed. `subject` names option or line in errors.
+  /// Sets the value of `key` ("ssid", "security", "password-from", ...), instead of an earlier one.
+  /// Throws `ProfileError` and sets nothing if there is no such key or the value is not allowed.
+  /// `subject` names the option in errors. The key "password" is refused.
   void set(std::string_view key, const std::string& value, const std::string& subject);
 
-  /// Reads `key=value` lines. Throws `ProfileError`, also if the file cannot be read or contains a
-  /// password although others than its owner may read it. Values that are set already stay.
+  /// Reads a settings file. Throws `ProfileError`, also if the file cannot be read, is not a
+  /// regular file, or contains a password although others than its owner may read it. Values that
+  /// are set already stay.
   void readFile(const std::string& path);
 
-  /// Checks that the settings fit each other and returns them without the secret. Throws
-  /// `ProfileError`.
+  /// Reads the text of a settings file (see settings_file.h for the format). `name` names the file
+  /// in errors. A password is an error unless `mayHoldPassword`.
+  void readText(std::string_view text, const std::string& name, bool mayHoldPassword);
+
+  /// Checks that the settings fit each other and returns them without the secret. Checks the secret
+  /// too if it is in a settings file. Throws `ProfileError`.
   [[nodiscard]] Profile finish() const;
 
   /// Returns where the secret comes from.
-  [[nodiscard]] const SecretSource& secretSource() const;
+  [[nodiscard]] const SecretSource& secretSource() const { return m_Draft.source; }
+
+  /// The settings so far.
+  struct Draft {
+    Profile profile;
+    SecretSource source;
+  };
 
  private:
-  struct State;
-  std::shared_ptr<State> m_State;
+  /// What errors say about a given setting.
+  struct Given {
+    std::string subject;
+    std::string value;  ///< empty if it may be a secret
+  };
+
+  /// Stores a value and remembers that it is given.
+  void take(const SettingRule& rule, std::string_view value, const std::string& subject);
+  /// Throws `ProfileError` for the given setting of this place.
+  [[noreturn]] void refuse(std::string_view place, const char* expected) const;
+  void requireComplete() const;
+  void requireFit() const;
+  void requireSecretFits() const;
+
+  Draft m_Draft;
+  std::map<std::string_view, Given> m_Given;  ///< by the place of the rule
 };
 
 /// Returns true if the profile is complete only with a secret.
@@ -84,7 +119,8 @@ class ProfileReader {
 /// the secret is right.
 [[nodiscard]] const char* checkSecret(const Profile& profile, std::string_view secret);
 
-/// Returns the settings as the encoders take them, for `wnpaGenerator::advancedPackets`.
+/// Returns the settings as the encoders take them, for `wnpaGenerator::advancedPackets`. `device`
+/// is the printer's device for the transport.
 [[nodiscard]] std::unique_ptr<configDetails> configurationOf(const Profile& profile,
                                                              const std::string& device);
 

@@ -1,1 +1,0 @@
-#include "session/profile.h"

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "session/profile.h"
+
+namespace session {
+
+/// A word that is refused with its own reason.
+struct RefusedWord {
+  std::string_view word;
+  const char* expected;
+};
+
+/// One setting: its key, what it takes and where the value goes. The rows are in setting_rules.cpp.
+struct SettingRule {
+  std::string_view key;
+  /// Settings that exclude each other share a place. It is the key unless given.
+  std::string_view place = key;
+  /// What is allowed, as a message to translate.
+  const char* expected;
+  /// The allowed words, in lower case. They are accepted in any case. Empty if any text is allowed.
+  std::span<const std::string_view> words = {};
+  std::span<const RefusedWord> refused = {};
+  /// The longest text in bytes.
+  std::size_t limit = 0;
+  /// True if a wrong value may be a secret. It is never shown.
+  bool hidesValue = false;
+  /// True if the value is a secret. Only a private settings file may contain it.
+  bool isSecret = false;
+  /// Stores the value, or returns false if it is not allowed.
+  bool (*store)(const SettingRule& rule, std::string_view value, ProfileReader::Draft& draft);
+};
+
+/// Returns all rules.
+[[nodiscard]] std::span<const SettingRule> settingRules();
+
+/// Returns the rule of a key, or null.
+[[nodiscard]] const SettingRule* findRule(std::string_view key);
+
+/// Returns the keys as a list for errors, with or without those that only a file may contain.
+[[nodiscard]] const char* keysOfOptions();
+[[nodiscard]] const char* keysOfFiles();
+
+/// Stores a value. Throws `ProfileError` if it is not allowed.
+void storeSetting(const SettingRule& rule, std::string_view value, const std::string& subject,
+                  ProfileReader::Draft& draft);
+
+}  // namespace session

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <sys/types.h>
+
+namespace session {
+
+// A settings file has a setting per line:
+//
+//     # the network of the office
+//     ssid = office
+//     security = wpa
+//     password=two words
+//
+// Lines end with LF or CRLF. Blanks around key and value do not count, except in the value of
+// `password`: it is everything after the "=". "#" starts a comment only at the start of a line. A
+// byte order mark is skipped.
+
+/// The largest file, and the longest line without its end, in bytes.
+inline constexpr std::size_t LargestSettingsFile = 65536;
+inline constexpr std::size_t LongestSettingLine = 4096;
+
+/// One setting of a file.
+struct SettingLine {
+  std::string subject;     ///< for errors: "office.conf:3: ssid"
+  std::string_view key;    ///< without blanks
+  std::string_view value;  ///< everything after the "="
+};
+
+/// Calls `take` for each setting of the text. Throws `ProfileError` for a text or a line that is
+/// too long, a line without "=", and a zero byte. `name` names the file.
+void forEachSetting(std::string_view text, const std::string& name,
+                    const std::function<void(const SettingLine& line)>& take);
+
+/// Returns the text without blanks and tabs at both ends.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
+/// The content of a file.
+struct SettingsFile {
+  std::string text;  ///< in heap memory; at most one byte more than the largest file
+  bool isPrivate = false;
+};
+
+/// Reads a file. Throws `ProfileError` if it cannot be read or is not a regular file. Never waits
+/// for the other end of a named pipe.
+[[nodiscard]] SettingsFile loadSettingsFile(const std::string& path);
+
+/// Returns true if only its owner can read a file, and the owner is `user` or, when the user is
+/// root, the user who called sudo. `sudoUser` is the value of SUDO_UID, or null.
+[[nodiscard]] bool isPrivateFile(mode_t mode, uid_t owner, uid_t user, const char* sudoUser);
+
+}  // namespace session

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace session {
+
+/// Returns the text with ASCII letters in lower case, in every locale.
+[[nodiscard]] std::string lowered(std::string_view text);
+
+/// Returns the word of the list that `text` is in any case, or an empty text if it is none. The
+/// list is in lower case.
+[[nodiscard]] std::string_view wordIn(std::span<const std::string_view> words,
+                                      std::string_view text);
+
+}  // namespace session

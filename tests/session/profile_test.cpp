@@ -1,3 +1,0 @@
-#include "session/profile.h"
-
-#include <gtest/gtest.h>
