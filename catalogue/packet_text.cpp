@@ -41,12 +41,12 @@ class Describer {
       return text("refused");
     }
     switch (body.kind) {
-      case Body::Kind::Record:
-        return describe(readRecord(body.content));
+      case Body::Kind::QueryOrValue:
+        return describe(readQueryOrValue(body.content));
       case Body::Kind::SettingsGroup:
       case Body::Kind::SingleSettings:
         return describe(readSettings(body.content));
-      case Body::Kind::ObjectStoreCall:
+      case Body::Kind::MethodCall:
         return text("a method call or its reply");
       case Body::Kind::Wrapper:
       case Body::Kind::Unknown:
@@ -56,7 +56,7 @@ class Describer {
     return text("not understood");
   }
 
-  PacketText describe(const Record& record) {
+  PacketText describe(const QueryOrValue& record) {
     if (record.isQuery()) {
       const SettingInfo* const info = findSetting(*record.key);
       return text(std::string("query: ").append(info != nullptr ? info->name : "unknown setting"));

@@ -110,20 +110,20 @@ std::optional<Profile> finished(const ProfileReader& reader) {
   }
 }
 
-std::string secretFor(const Profile& profile, const SecretSource& source) {
+session::Secret secretFor(const Profile& profile, const SecretSource& source) {
   if (source.kind == SecretSource::Kind::Inline) {
     return source.secret;
   }
   if (!session::needsSecret(profile)) {
-    return "";
+    return {};
   }
-  return profile.security == Security::Wep ? "abcde" : "secret88";
+  return session::Secret(profile.security == Security::Wep ? "abcde" : "secret88");
 }
 
 void requirePackets(Profile profile, const SecretSource& source) {
   fuzz::require(!profile.ssid.empty() && profile.ssid.size() <= 32 && profile.user.size() <= 31);
   profile.secret = secretFor(profile, source);
-  fuzz::require(session::checkSecret(profile, profile.secret) == nullptr);
+  fuzz::require(session::checkSecret(profile, profile.secret.text()) == nullptr);
   std::vector<npa::Bytes> packets;
   const fuzz::Output output = fuzz::outputOf([&] {
     const auto settings = session::configurationOf(profile, "/dev/usb/lp3");
@@ -154,7 +154,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   }
   const std::optional<Profile> profile = finished(reader);
   if (model->password) {
-    fuzz::require(reader.secretSource().secret == *model->password);
+    fuzz::require(reader.secretSource().secret.text() == *model->password);
     fuzz::require(!profile || profile == finished(model->options));
   } else {
     fuzz::require(reader.secretSource() == model->options.secretSource());

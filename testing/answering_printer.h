@@ -21,8 +21,8 @@ class AnsweringPrinter : public testing::Test {
     printer = std::make_unique<EmulatedPrinter>(std::move(personality));
     device.onWrite = [this](const Bytes& request) {
       printer->now = emulator::Adapter::Clock::time_point(std::chrono::microseconds(system.now()));
-      for (const emulator::Adapter::Reply& reply : printer->adapter.receive(request)) {
-        device.reply(reply.bytes, std::chrono::microseconds(reply.delay).count());
+      for (const emulator::Adapter::ReplyPiece& piece : printer->adapter.receive(request)) {
+        device.reply(piece.bytes, std::chrono::microseconds(piece.delay).count());
       }
     };
   }

@@ -16,7 +16,7 @@ namespace {
 using Command = Arguments::Command;
 
 constexpr int LongestWaitSeconds = 3600;
-constexpr const char* PrinterHelp = messageId(
+constexpr const char* PrinterHelp = translatable(
     "/dev/usb/lpN, BUS:DEVICE, a serial number, or a part of make and model; "
     "not needed for the only printer");
 
@@ -191,7 +191,6 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
     // CLI11 takes the words from the back.
     app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
   } catch (const CLI::CallForHelp&) {
-    const auto chosen = app.get_subcommands();
     const CLI::App* shown = &app;
     while (!shown->get_subcommands().empty()) {
       shown = shown->get_subcommands().front();

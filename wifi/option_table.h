@@ -3,9 +3,11 @@
 #include <array>
 #include <string_view>
 
-#include "wifi/translation.h"
+#include "session/translatable.h"
 
 namespace wifi {
+
+using session::translatable;
 
 /// An option of the command line. The help, the manual page and the completions are made from these
 /// rows.
@@ -17,46 +19,46 @@ struct OptionRow {
 
 /// The options of every command.
 inline constexpr auto CommonOptions = std::to_array<OptionRow>({
-    {"--json", "", messageId("print one JSON document instead of text")},
-    {"--quiet", "", messageId("show no progress")},
-    {"--verbose", "", messageId("show each packet on standard error, secrets masked")},
-    {"--trace", "FILE", messageId("write each packet to FILE, secrets masked")},
+    {"--json", "", translatable("print one JSON document instead of text")},
+    {"--quiet", "", translatable("show no progress")},
+    {"--verbose", "", translatable("show each packet on standard error, secrets masked")},
+    {"--trace", "FILE", translatable("write each packet to FILE, secrets masked")},
 });
 
 /// The settings of `set`, in the order of the help text. `session::ProfileReader` knows what each
 /// value means.
 inline constexpr auto SettingOptions = std::to_array<OptionRow>({
-    {"--ssid", "TEXT", messageId("name of the network, 1 to 32 bytes")},
-    {"--security", "KIND", messageId("open, wep, wpa or 802.1x")},
-    {"--mode", "MODE", messageId("infrastructure (default) or ad-hoc")},
-    {"--channel", "NUMBER", messageId("1 to 11, only with ad-hoc")},
+    {"--ssid", "TEXT", translatable("name of the network, 1 to 32 bytes")},
+    {"--security", "KIND", translatable("open, wep, wpa or 802.1x")},
+    {"--mode", "MODE", translatable("infrastructure (default) or ad-hoc")},
+    {"--channel", "NUMBER", translatable("1 to 11, only with ad-hoc")},
     {"--encryption", "KIND",
-     messageId("auto (default), tkip, aes; with 802.1x also wep-dynamic, wep-static")},
-    {"--wep-auth", "KIND", messageId("open (default) or shared")},
-    {"--user", "NAME", messageId("user name of 802.1x, at most 31 bytes")},
-    {"--eap", "LIST", messageId("methods of 802.1x: md5, mschapv2, leap, peap, tls, ttls")},
-    {"--inner", "METHOD", messageId("inner method: chap, mschap, mschapv2 or pap")},
+     translatable("auto (default), tkip, aes; with 802.1x also wep-dynamic, wep-static")},
+    {"--wep-auth", "KIND", translatable("open (default) or shared")},
+    {"--user", "NAME", translatable("user name of 802.1x, at most 31 bytes")},
+    {"--eap", "LIST", translatable("methods of 802.1x: md5, mschapv2, leap, peap, tls, ttls")},
+    {"--inner", "METHOD", translatable("inner method: chap, mschap, mschapv2 or pap")},
     {"--password-from", "SOURCE",
-     messageId("where the secret comes from: prompt, file:PATH or fd:NUMBER")},
+     translatable("where the secret comes from: prompt, file:PATH or fd:NUMBER")},
 });
 
 /// The other options of `set`.
 inline constexpr auto SetOptions = std::to_array<OptionRow>({
-    {"--from", "FILE", messageId("read settings from the key=value lines of FILE")},
-    {"--wait", "SECONDS", messageId("confirm for at most so long (60); 0: accepted is enough")},
-    {"--dry-run", "", messageId("show what would be sent, and open nothing")},
-    {"--force", "", messageId("store even if the printer is in that network already")},
+    {"--from", "FILE", translatable("read settings from the key=value lines of FILE")},
+    {"--wait", "SECONDS", translatable("confirm for at most so long (60); 0: accepted is enough")},
+    {"--dry-run", "", translatable("show what would be sent, and open nothing")},
+    {"--force", "", translatable("store even if the printer is in that network already")},
 });
 
 /// The subject of a certificate request.
 inline constexpr auto SubjectOptions = std::to_array<OptionRow>({
-    {"--common-name", "TEXT", messageId("common name of the subject")},
-    {"--organization", "TEXT", messageId("organization")},
-    {"--unit", "TEXT", messageId("organizational unit")},
-    {"--country", "XX", messageId("country, two letters")},
-    {"--state", "TEXT", messageId("state or province")},
-    {"--city", "TEXT", messageId("city")},
-    {"--alternative-name", "TEXT", messageId("alternative name")},
+    {"--common-name", "TEXT", translatable("common name of the subject")},
+    {"--organization", "TEXT", translatable("organization")},
+    {"--unit", "TEXT", translatable("organizational unit")},
+    {"--country", "XX", translatable("country, two letters")},
+    {"--state", "TEXT", translatable("state or province")},
+    {"--city", "TEXT", translatable("city")},
+    {"--alternative-name", "TEXT", translatable("alternative name")},
 });
 
 }  // namespace wifi

@@ -90,7 +90,7 @@ session::Secret readFrom(const session::Profile& profile, const session::SecretS
     case Kind::Descriptor:
       return readLine(source.descriptor, util::formatted("fd:%d", source.descriptor));
     case Kind::Inline:
-      return session::Secret(source.secret);
+      return source.secret;
     case Kind::Prompt:
     case Kind::Unspecified:
       break;

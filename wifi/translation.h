@@ -2,8 +2,8 @@
 
 #include <libintl.h>
 
-/// The texts for people. A text in quotation marks inside `tr` or `messageId` is a message that the
-/// translations in wifi/po/ have.
+/// The texts for people. A text in quotation marks inside `tr`, or inside
+/// `session::translatable` in a table, is a message that the translations in wifi/po/ have.
 namespace wifi {
 
 /// The name of the translations' files.
@@ -12,11 +12,6 @@ inline constexpr const char* TextDomain = "zvkwifi";
 /// Returns the translation of `text` in the user's language, or `text` itself if there is none.
 [[gnu::format_arg(1)]] inline const char* tr(const char* text) {
   return ::dgettext(TextDomain, text);
-}
-
-/// Marks a text in a table as a message. The table's reader calls `tr`.
-constexpr const char* messageId(const char* text) {
-  return text;
 }
 
 }  // namespace wifi

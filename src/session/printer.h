@@ -15,10 +15,10 @@ struct Printer {
 
   std::string device;                  ///< for the transport: "/dev/usb/lp0" or "BUS:DEVICE"
   std::string node;                    ///< the file that is opened to reach it
-  std::optional<std::string> address;  ///< "BUS:DEVICE", the numbers that lsusb prints
-  std::optional<std::string> serial;
-  std::optional<std::string> make;
-  std::optional<std::string> model;
+  std::optional<std::string> address = {};  ///< "BUS:DEVICE", the numbers that lsusb prints
+  std::optional<std::string> serial = {};
+  std::optional<std::string> make = {};
+  std::optional<std::string> model = {};
   State state = State::Ready;
 };
 

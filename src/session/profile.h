@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "session/secret.h"
 #include "settings/config_details.h"
 
 namespace session {
@@ -26,9 +27,7 @@ struct Profile {
   std::string user = {};
   std::vector<std::string> eapMethods = {};  ///< of md5 mschapv2 leap peap tls ttls
   std::string innerMethod = {};              ///< chap mschap mschapv2 pap, or empty
-  /// The WPA passphrase, WEP key or 802.1x password. Move a `secretCopy` into it (see
-  /// secret_source.h), so that it is cleared after use.
-  std::string secret = {};
+  Secret secret = {};                        ///< WPA passphrase or key, WEP key, 802.1x password
 
   bool operator==(const Profile&) const = default;
 };
@@ -38,9 +37,9 @@ struct SecretSource {
   enum class Kind { Unspecified, Prompt, File, Descriptor, Inline };
 
   Kind kind = Kind::Unspecified;
-  std::string path = {};    ///< of a file
-  int descriptor = -1;      ///< of a descriptor
-  std::string secret = {};  ///< from the settings file itself, in heap memory
+  std::string path = {};  ///< of a file
+  int descriptor = -1;    ///< of a descriptor
+  Secret secret = {};     ///< from the settings file itself
 
   bool operator==(const SecretSource&) const = default;
 };

@@ -55,14 +55,14 @@ std::string encoderMethods(const std::vector<std::string>& methods) {
 void configureWep(const Profile& profile, configDetails& settings) {
   settings.set(Setting::Security, encoderWord(WepAuths, profile.wepAuth));
   settings.set(Setting::Encryption, "WEP");
-  settings.set(Setting::WepKey1, secretCopy(profile.secret));
+  settings.set(Setting::WepKey1, profile.secret.text());
   settings.set(Setting::WepTransmit, "1");
 }
 
 void configureWpa(const Profile& profile, configDetails& settings) {
   settings.set(Setting::Security, "WPA-PER");
   settings.set(Setting::Encryption, encoderWord(Encryptions, profile.encryption));
-  settings.set(Setting::Psk, secretCopy(profile.secret));
+  settings.set(Setting::Psk, profile.secret.text());
 }
 
 void configureEnterprise(const Profile& profile, configDetails& settings) {
@@ -71,7 +71,7 @@ void configureEnterprise(const Profile& profile, configDetails& settings) {
   settings.set(Setting::AuthExt, encoderMethods(profile.eapMethods));
   settings.set(Setting::AuthInner, encoderWord(InnerMethods, profile.innerMethod));
   settings.set(Setting::Username, profile.user);
-  settings.set(Setting::Password, secretCopy(profile.secret));
+  settings.set(Setting::Password, profile.secret.text());
 }
 
 }  // namespace

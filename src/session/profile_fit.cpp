@@ -114,7 +114,7 @@ void ProfileReader::requireSecretFits() const {
     refuse(place, translatable("no password, because these settings need none"));
   }
   if (source.kind == SecretSource::Kind::Inline) {
-    if (const char* const expected = checkSecret(m_Draft.profile, source.secret)) {
+    if (const char* const expected = checkSecret(m_Draft.profile, source.secret.text())) {
       refuse(place, expected);
     }
   }

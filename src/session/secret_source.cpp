@@ -1,19 +1,17 @@
-// Where secrets come from, and how they are kept.
+// Where secrets come from.
 
 #include "session/secret_source.h"
 
 #include <charconv>
 #include <cstddef>
+#include <string>
 #include <system_error>
 
-#include "session/words.h"
+#include "session/texts.h"
 
 namespace session {
 
 namespace {
-
-/// Longer than a text that fits into the string object.
-constexpr std::size_t SecretReserve = 256;
 
 /// Returns the number of a descriptor, or -1 if the text is not one.
 int descriptorIn(std::string_view text) {
@@ -31,9 +29,9 @@ std::optional<SecretSource> secretSourceIn(std::string_view text) {
   const std::size_t colon = text.find(':');
   if (colon == std::string_view::npos) {
     source.kind = Kind::Prompt;
-    return lowered(text) == "prompt" ? std::optional(source) : std::nullopt;
+    return lowerCase(text) == "prompt" ? std::optional(source) : std::nullopt;
   }
-  const std::string kind = lowered(text.substr(0, colon));
+  const std::string kind = lowerCase(text.substr(0, colon));
   const std::string_view rest = text.substr(colon + 1);
   if (kind == "file" && !rest.empty() && rest.find('\0') == std::string_view::npos) {
     source.kind = Kind::File;
@@ -46,13 +44,6 @@ std::optional<SecretSource> secretSourceIn(std::string_view text) {
     return source;
   }
   return std::nullopt;
-}
-
-std::string secretCopy(std::string_view secret) {
-  std::string copy;
-  copy.reserve(SecretReserve);
-  copy.append(secret);
-  return copy;
 }
 
 }  // namespace session

@@ -54,11 +54,11 @@ class Session {
  public:
   /// What a front end contributes. Each may be empty.
   struct Hooks {
-    std::function<void(Step)> onStep;
+    std::function<void(Step)> onStep = {};
     /// Receives the bytes of each transfer to and from the printer.
-    HCUSBTransport::Observer onTransfer;
+    HCUSBTransport::Observer onTransfer = {};
     /// Returns true once the user has asked to end. The exchange under way is finished first.
-    std::function<bool()> isInterrupted;
+    std::function<bool()> isInterrupted = {};
   };
 
   struct SetOptions {

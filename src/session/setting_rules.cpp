@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "session/secret_source.h"
+#include "session/texts.h"
 #include "session/translatable.h"
 #include "session/words.h"
 #include "util/decimal.h"
@@ -135,7 +136,7 @@ bool storeSource(const SettingRule& /*rule*/, std::string_view value, Draft& dra
 }
 
 bool storeSecret(const SettingRule& /*rule*/, std::string_view value, Draft& draft) {
-  draft.source = SecretSource{.kind = SecretSource::Kind::Inline, .secret = secretCopy(value)};
+  draft.source = SecretSource{.kind = SecretSource::Kind::Inline, .secret = Secret(value)};
   return true;
 }
 
@@ -226,7 +227,7 @@ void storeSetting(const SettingRule& rule, std::string_view value, const std::st
   if (rule.store(rule, value, draft)) {
     return;
   }
-  const auto refused = std::ranges::find(rule.refused, lowered(value), &RefusedWord::word);
+  const auto refused = std::ranges::find(rule.refused, lowerCase(value), &RefusedWord::word);
   throw ProfileError(subject, rule.hidesValue ? "" : std::string(value),
                      refused == rule.refused.end() ? rule.expected : refused->expected);
 }

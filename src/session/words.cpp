@@ -4,18 +4,12 @@
 
 #include <algorithm>
 
+#include "session/texts.h"
+
 namespace session {
 
-std::string lowered(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return lower;
-}
-
 std::string_view wordIn(std::span<const std::string_view> words, std::string_view text) {
-  const auto word = std::ranges::find(words, lowered(text));
+  const auto word = std::ranges::find(words, lowerCase(text));
   return word == words.end() ? std::string_view() : *word;
 }
 

@@ -1,13 +1,9 @@
 #pragma once
 
 #include <span>
-#include <string>
 #include <string_view>
 
 namespace session {
-
-/// Returns the text with ASCII letters in lower case, in every locale.
-[[nodiscard]] std::string lowered(std::string_view text);
 
 /// Returns the word of the list that `text` is in any case, or an empty text if it is none. The
 /// list is in lower case.

@@ -187,7 +187,7 @@ long HCUSBTransport::writeRequest(std::span<unsigned char> request) {
     if (count > 0) {
       rest = rest.subspan(static_cast<std::size_t>(count));
     } else if (count == 0 || m_Connector->getLastError() == IO_TRY_AGAIN ||
-               m_Connector->getLastError() == IO_INTERRUPTED) {
+               (m_Waiting == Waiting::Blocking && m_Connector->getLastError() == IO_INTERRUPTED)) {
       deadline.pause();
     } else {
       break;

@@ -19,7 +19,6 @@ namespace {
 constexpr std::size_t PrefixLimit = 63;
 /// The largest accepted number of a device file.
 constexpr int LargestNumber = 16;
-constexpr unsigned int MicrosecondsPerSecond = 1000000;
 
 }  // namespace
 
@@ -109,8 +108,7 @@ HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) {
   fd_set set;
   FD_ZERO(&set);
   FD_SET(m_Fd, &set);
-  timeval limit{.tv_sec = timeout / MicrosecondsPerSecond,
-                .tv_usec = static_cast<suseconds_t>(timeout % MicrosecondsPerSecond)};
+  timeval limit{.tv_sec = 0, .tv_usec = static_cast<suseconds_t>(timeout)};
   const bool reading = direction == Direction::Read;
   const int ready =
       ::select(m_Fd + 1, reading ? &set : nullptr, reading ? nullptr : &set, nullptr, &limit);

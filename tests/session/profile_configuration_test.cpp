@@ -81,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(
     Wep, Packets,
     testing::Values(
         PacketsRow{{"OpenAuthentication"},
-                   {.ssid = "x", .security = Security::Wep, .secret = R"(a\"' )"},
+                   {.ssid = "x", .security = Security::Wep, .secret = session::Secret(R"(a\"' )")},
                    {"A5 00 51 50 E0 DA 01 28 09 00 00 05 61 5C 22 27 20 28 0B 00 00 00 "
                     "28 0D 00 00 00 28 0F 00 00 00 28 1F 00 00 04 00 00 00 01 "
                     "28 23 00 00 04 00 00 00 01 28 02 00 00 04 00 00 00 00 "
@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
                     .adHoc = true,
                     .channel = 1,
                     .wepAuth = "shared",
-                    .secret = "0123456789abcdefABCDEF0123"},
+                    .secret = session::Secret("0123456789abcdefABCDEF0123")},
                    {"A5 00 66 50 E0 DA 01 28 09 00 00 1A 30 31 32 33 34 35 36 37 38 39 61 62 63 64 "
                     "65 66 41 42 43 44 45 46 30 31 32 33 28 0B 00 00 00 28 0D 00 00 00 "
                     "28 0F 00 00 00 28 1F 00 00 04 00 00 00 01 28 23 00 00 04 00 00 00 02 "
@@ -104,13 +104,16 @@ INSTANTIATE_TEST_SUITE_P(
     Wpa, Packets,
     testing::Values(
         PacketsRow{{"Auto"},
-                   {.ssid = "x", .security = Security::Wpa, .secret = "secret88"},
+                   {.ssid = "x", .security = Security::Wpa, .secret = session::Secret("secret88")},
                    {"A5 00 33 50 E0 DA 01 28 11 00 00 08 73 65 63 72 65 74 38 38 "
                     "28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 02 "
                     "28 05 00 00 04 00 00 00 06 28 08 00 00 02 78 00"}},
         PacketsRow{
             {"Tkip"},
-            {.ssid = "x", .security = Security::Wpa, .encryption = "tkip", .secret = " \"a\\b' c"},
+            {.ssid = "x",
+             .security = Security::Wpa,
+             .encryption = "tkip",
+             .secret = session::Secret(" \"a\\b' c")},
             {"A5 00 3C 50 E0 DA 01 28 11 00 00 08 20 22 61 5C 62 27 20 63 "
              "28 26 00 00 04 00 00 00 03 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 02 "
              "28 05 00 00 04 00 00 00 06 28 08 00 00 02 78 00"}},
@@ -118,7 +121,8 @@ INSTANTIATE_TEST_SUITE_P(
                    {.ssid = "x",
                     .security = Security::Wpa,
                     .encryption = "aes",
-                    .secret = "0123456789abcdef0123456789ABCDEF0123456789abcdef0123456789ABCDEF"},
+                    .secret = session::Secret(
+                        "0123456789abcdef0123456789ABCDEF0123456789abcdef0123456789ABCDEF")},
                    {"A5 00 74 50 E0 DA 01 28 11 00 00 40 30 31 32 33 34 35 36 37 38 39 61 62 63 64 "
                     "65 66 30 31 32 33 34 35 36 37 38 39 41 42 43 44 45 46 30 31 32 33 34 35 36 37 "
                     "38 39 61 62 63 64 65 66 30 31 32 33 34 35 36 37 38 39 41 42 43 44 45 46 "
@@ -140,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(
                     .user = "u",
                     .eapMethods = {"peap"},
                     .innerMethod = "mschapv2",
-                    .secret = "p\""},
+                    .secret = session::Secret("p\"")},
                    {"A5 00 4F 50 E0 DA 01 28 26 00 00 04 00 00 00 04 2A 14 00 00 01 00 "
                     "2A 15 00 00 01 00 2A 16 00 00 01 00 2A 17 00 00 01 01 2A 18 00 00 01 00 "
                     "2A 19 00 00 01 00 2A 1A 00 00 04 00 00 00 02 2A 02 00 00 02 75 00 "
@@ -160,7 +164,7 @@ INSTANTIATE_TEST_SUITE_P(
                     .user = "u",
                     .eapMethods = {"ttls"},
                     .innerMethod = "pap",
-                    .secret = "p"},
+                    .secret = session::Secret("p")},
                    {"A5 00 6B 50 E0 DA 01 28 26 00 00 04 00 00 00 02 2A 14 00 00 01 00 "
                     "2A 15 00 00 01 00 2A 16 00 00 01 00 2A 17 00 00 01 00 2A 18 00 00 01 00 "
                     "2A 19 00 00 01 01 2A 1A 00 00 04 00 00 00 03 2A 02 00 00 02 75 00 "
@@ -230,7 +234,7 @@ TEST(ProfileConfiguration, AllowsExactlyTheListedMethods) {
 
 TEST(ProfileConfiguration, SendsTheLongestPasswordWithItsLength) {
   Profile profile = enterprise();
-  profile.secret = std::string(254, 'p');
+  profile.secret = session::Secret(std::string(254, 'p'));
   EXPECT_TRUE(
       hasObject(profile, support::joined({bytes("2A 03 00 00 FF"), Bytes(254, 'p'), bytes("00")})));
 }
@@ -240,8 +244,8 @@ TEST(ProfileConfiguration, NamesTheDevice) {
 }
 
 TEST(ProfileConfiguration, HoldsAShortSecretInHeapMemory) {
-  const auto settings =
-      session::configurationOf({.ssid = "x", .security = Security::Wpa, .secret = "secret88"}, "");
+  const auto settings = session::configurationOf(
+      {.ssid = "x", .security = Security::Wpa, .secret = session::Secret("secret88")}, "");
   const char* const object = reinterpret_cast<const char*>(settings.get());
   const char* const secret = settings->getPSK().data();
   const bool isInside = secret >= object && secret < object + sizeof(configDetails);

@@ -101,17 +101,18 @@ TEST(ProfileReading, HasNoSourceOfTheSecretAtFirst) {
 TEST(ProfileReading, KeepsThePasswordOfAFileOutOfTheProfile) {
   ProfileReader reader;
   reader.readText("ssid=home\nsecurity=wpa\npassword=hunter22\n", File, true);
-  EXPECT_EQ(reader.secretSource(),
-            (SecretSource{.kind = SecretSource::Kind::Inline, .secret = "hunter22"}));
-  EXPECT_EQ(reader.finish().secret, "");
+  EXPECT_EQ(reader.secretSource(), (SecretSource{.kind = SecretSource::Kind::Inline,
+                                                 .secret = session::Secret("hunter22")}));
+  EXPECT_TRUE(reader.finish().secret.isEmpty());
 }
 
 TEST(ProfileReading, HoldsAShortPasswordInHeapMemory) {
   ProfileReader reader;
   reader.readText("password=hunter22\n", File, true);
-  const std::string& secret = reader.secretSource().secret;
+  const session::Secret& secret = reader.secretSource().secret;
   const char* const object = reinterpret_cast<const char*>(&secret);
-  const bool isInside = secret.data() >= object && secret.data() < object + sizeof secret;
+  const bool isInside =
+      secret.text().data() >= object && secret.text().data() < object + sizeof secret;
   EXPECT_FALSE(isInside);
 }
 
@@ -152,7 +153,7 @@ TEST(ProfileReading, ChecksThePasswordOfAFile) {
 TEST(ProfileReading, KeepsBlanksQuotesAndBackslashesOfAPassword) {
   ProfileReader reader;
   reader.readText("  password \t=  \"two\\words' # \t\r\n", File, true);
-  EXPECT_EQ(reader.secretSource().secret, "  \"two\\words' # \t");
+  EXPECT_EQ(reader.secretSource().secret.text(), "  \"two\\words' # \t");
 }
 
 TEST(ProfileReading, NeverShowsASecretInAnError) {

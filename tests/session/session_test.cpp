@@ -274,7 +274,7 @@ TEST_F(SessionTest, DiscardsBytesOfAnEarlierRequest) {
 
 TEST_F(SessionTest, ResetSendsTheResetPacket) {
   EXPECT_EQ(makeSession().reset().result, Result::Ok);
-  EXPECT_EQ(device.writes, std::vector{packets::wrapped(packets::Reset)});
+  EXPECT_EQ(device.writes, std::vector<Bytes>{packets::wrapped(packets::Reset)});
   EXPECT_EQ(steps, (std::vector{Step::Open, Step::Reset}));
 }
 
@@ -284,7 +284,7 @@ TEST_F(SessionTest, ResetOfASilentAdapterIsNoAnswer) {
 }
 
 TEST_F(SessionTest, WaitsWithoutPolling) {
-  plugIn({.answerAfter = std::chrono::seconds(4), .ssid = "home"});
+  plugIn({.replyDelay = std::chrono::seconds(4), .ssid = "home"});
   EXPECT_EQ(makeSession().status().state.ssid, "home");
   // One wait for the header of each reply, and the short ones of the check at the start.
   EXPECT_LE(device.readSelects, 20);
