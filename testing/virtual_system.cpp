@@ -269,13 +269,21 @@ int __wrap_select(int count, fd_set* reading, fd_set* writing, fd_set* failing, 
     return __real_select(count, reading, writing, failing, limit);
   }
   device->lastLimit = *limit;
+  System& system = *System::current();
   const auto time = limit->tv_sec * virtual_system::Second + limit->tv_usec;
+  const auto start = system.now();
+  int result = 0;
   if (call.fault() != nullptr) {
-    System::current()->advance(time);
-    return 0;
+    system.advance(time);
+  } else {
+    result = reading != nullptr ? virtual_system::selectForReading(*device, time)
+                                : virtual_system::selectForWriting(*device, time);
   }
-  return reading != nullptr ? virtual_system::selectForReading(*device, time)
-                            : virtual_system::selectForWriting(*device, time);
+  // As Linux does, returns the rest of the time in the limit.
+  const auto rest = std::max<virtual_system::Microseconds>(time - (system.now() - start), 0);
+  *limit = {.tv_sec = rest / virtual_system::Second,
+            .tv_usec = static_cast<suseconds_t>(rest % virtual_system::Second)};
+  return result;
 }
 
 unsigned int __wrap_sleep(unsigned int seconds) {
