@@ -6,6 +6,7 @@
 
 #include "session/machine.h"
 #include "session/printer.h"
+#include "util/unique_fd.h"
 
 namespace session {
 
@@ -27,11 +28,21 @@ struct OpenFailure {
   Kind kind;
   int error;                    ///< errno
   std::string node;             ///< the device file
-  std::string owner;            ///< name of its owner, or the number if it has no name
-  std::string group;            ///< name of its group, or the number if it has no name
+  std::string owner;            ///< name of its owner, or the number; empty if there is no file
+  std::string group;            ///< name of its group, or the number; empty if there is no file
   bool groupMayUse = false;     ///< true if members of the group may read and write it
   std::optional<Process> user;  ///< of a busy device, if /proc shows it
 };
+
+/// Returns the kind of failure for the errno of opening a device file.
+[[nodiscard]] OpenFailure::Kind kindOfError(int error);
+
+/// Opens a device file for reading and writing, without waiting. On failure returns no descriptor,
+/// and errno says why.
+[[nodiscard]] util::UniqueFd openDevice(const std::string& node);
+
+/// Returns true if there is a device file of this name. Does not open the device.
+[[nodiscard]] bool deviceExists(const std::string& node);
 
 /// Opens the printer for a moment and discards the bytes that an earlier request left in it.
 /// Returns nothing if that worked, otherwise the reason. Afterwards the device is closed.

@@ -5,6 +5,9 @@
 
 namespace session {
 
+/// The path of a printer on usblp, without its number. The transport knows no other folder.
+inline constexpr const char* UsblpPrefix = "/dev/usb/lp";
+
 /// One printer of this machine, as its connection describes it. A part that is unknown is empty:
 /// a printer that is named by its path alone has only `device` and `node`.
 struct Printer {
