@@ -30,8 +30,8 @@ struct Choice {
 
 /// Finds the printer that `wanted` names: a path "/dev/usb/lpN", an address "BUS:DEVICE", a serial
 /// number, or a part of make and model in any case that fits one printer. An empty text means the
-/// only printer there is. A path needs no discovery: if discovery does not know it, the printer has
-/// the path alone.
+/// only printer there is. A path "/dev/usb/lpN" needs no discovery: if discovery does not know it,
+/// the printer has the path alone. Any other unknown path is no match.
 [[nodiscard]] Choice choosePrinter(std::string_view wanted, const Machine& machine = {});
 
 /// Finds a printer again after it was gone from the bus: by its serial number, which stays the same

@@ -1,0 +1,90 @@
+// Finds the printer that the user means.
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "session/device_access.h"
+#include "session/discovery.h"
+#include "session/texts.h"
+#include "session/usb_address.h"
+
+namespace session {
+
+namespace {
+
+/// Returns true if `text` is a path that the transport opens literally. From other paths it takes
+/// only the number after "lp", so it could open another printer.
+bool isUsblpPath(std::string_view text) {
+  const std::string_view prefix = UsblpPrefix;
+  return text.starts_with(prefix) && decimalNumber(text.substr(prefix.size()));
+}
+
+/// Returns make and model with one space between them.
+std::string nameOf(const Printer& printer) {
+  const bool both = printer.make && printer.model;
+  return printer.make.value_or("") + (both ? " " : "") + printer.model.value_or("");
+}
+
+template <typename Condition>
+std::vector<Printer> matches(const std::vector<Printer>& printers, Condition condition) {
+  std::vector<Printer> result;
+  std::ranges::copy_if(printers, std::back_inserter(result), condition);
+  return result;
+}
+
+/// Returns the printers that `wanted`, not empty, describes.
+std::vector<Printer> named(std::string_view wanted, const std::vector<Printer>& printers) {
+  if (wanted.starts_with('/')) {
+    return matches(printers, [wanted](const Printer& printer) {
+      return printer.device == wanted || printer.node == wanted;
+    });
+  }
+  if (const auto address = UsbAddress::parse(wanted)) {
+    return matches(printers, [text = address->text()](const Printer& printer) {
+      return printer.address == text;
+    });
+  }
+  std::vector<Printer> result =
+      matches(printers, [wanted](const Printer& printer) { return printer.serial == wanted; });
+  if (result.empty()) {
+    result = matches(printers, [part = lowerCase(wanted)](const Printer& printer) {
+      return lowerCase(nameOf(printer)).find(part) != std::string::npos;
+    });
+  }
+  return result;
+}
+
+}  // namespace
+
+Choice choosePrinter(std::string_view wanted, const Machine& machine) {
+  using enum Choice::Problem;
+  std::vector<Printer> printers = findPrinters(machine);
+  std::vector<Printer> fitting = wanted.empty() ? printers : named(wanted, printers);
+  Choice choice;
+  if (fitting.size() == 1) {
+    choice.printer = std::move(fitting.front());
+  } else if (fitting.size() > 1) {
+    choice.problem = Several;
+    choice.candidates = std::move(fitting);
+  } else if (isUsblpPath(wanted)) {
+    choice.printer.device = choice.printer.node = wanted;
+  } else {
+    choice.problem = wanted.empty() ? NoPrinters : NoMatch;
+    choice.candidates = std::move(printers);
+  }
+  return choice;
+}
+
+std::optional<Printer> findAgain(const Printer& printer, const Machine& machine) {
+  std::vector<Printer> printers = findPrinters(machine);
+  const auto same = std::ranges::find_if(printers, [&printer](const Printer& other) {
+    return printer.serial ? other.serial == printer.serial : other.device == printer.device;
+  });
+  if (same != printers.end()) {
+    return std::move(*same);
+  }
+  return !printer.serial && deviceExists(printer.node) ? std::optional(printer) : std::nullopt;
+}
+
+}  // namespace session
