@@ -13,8 +13,8 @@ namespace session {
 
 namespace {
 
-/// Returns true if `text` is a path that the transport opens literally. It takes the number from
-/// any other path that has "lp" in it, and would open another printer.
+/// Returns true if `text` is a path that the transport opens literally. From other paths it takes
+/// only the number after "lp", so it could open another printer.
 bool isUsblpPath(std::string_view text) {
   const std::string_view prefix = UsblpPrefix;
   return text.starts_with(prefix) && decimalNumber(text.substr(prefix.size()));

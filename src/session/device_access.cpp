@@ -28,14 +28,15 @@ namespace {
 
 constexpr unsigned char PrinterClass = 7;
 /// A reply to an earlier request arrives within milliseconds of the first read.
-constexpr int DrainMilliseconds = 100;
+constexpr unsigned int DrainMilliseconds = 100;
 constexpr std::size_t DrainLimit = 0x10000;
 /// Bytes that the kernel's printer driver returns at most to one read.
 constexpr std::size_t PieceSize = 1024;
 /// The clock counts whole seconds, so this is 1 to 2 seconds.
 constexpr std::time_t ChatterLimitSeconds = 2;
 
-/// Waits until `file` is readable. Takes the time from `limit`, as Linux's `select` does.
+/// Waits until `file` is readable, at most for `limit`. Subtracts the wait from `limit`, as Linux's
+/// `select` does.
 bool isReadable(int file, timeval& limit) {
   // A set holds FD_SETSIZE descriptors. FD_SET with a larger one would write past its end.
   if (file >= FD_SETSIZE) {
@@ -49,7 +50,7 @@ bool isReadable(int file, timeval& limit) {
 
 /// Discards what a printer on usblp has sent. All waits together take at most 100 ms.
 void drain(int file) {
-  timeval limit{.tv_sec = 0, .tv_usec = DrainMilliseconds * 1000};
+  timeval limit{.tv_sec = 0, .tv_usec = DrainMilliseconds * 1000L};
   std::array<char, PieceSize> piece{};
   std::size_t drained = 0;
   while (drained < DrainLimit && isReadable(file, limit)) {
@@ -62,7 +63,7 @@ void drain(int file) {
 }
 
 /// Discards what a printer on libusb has sent: each probe moves one packet to the connector's ring,
-/// which takes 64 KiB and goes with the connector.
+/// which holds 64 KiB and is freed with the connector.
 void drain(LibUsbConnector& connector) {
   const util::Deadline deadline(ChatterLimitSeconds);
   while (connector.isReadReady(DrainMilliseconds) == IO_READ_READY && !deadline.hasPassed()) {
@@ -173,7 +174,7 @@ std::optional<Process> findUser(const std::string& node, const Machine& machine)
     if (!hasOpen(folder + "/fd", path)) {
       continue;
     }
-    // Without a name, the process has ended since.
+    // A process that has no name any more has ended.
     if (const auto name = readText(folder + "/comm")) {
       return Process{id, printableText(*name).value_or("")};
     }

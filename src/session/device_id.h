@@ -6,7 +6,7 @@
 
 namespace session {
 
-/// What a printer says about itself. A part that it leaves out is empty.
+/// The names that a printer reports. A part that it leaves out is empty.
 struct DeviceId {
   std::optional<std::string> make;
   std::optional<std::string> model;

@@ -13,8 +13,8 @@ inline constexpr const char* UsblpPrefix = "/dev/usb/lp";
 struct Printer {
   enum class State { Ready, NoPermission, Busy };
 
-  std::string device;                  ///< for the transport: "/dev/usb/lp0" or "BUS:DEVICE"
-  std::string node;                    ///< the file that is opened to reach it
+  std::string device;                       ///< for the transport: "/dev/usb/lp0" or "BUS:DEVICE"
+  std::string node;                         ///< the file that is opened to reach it
   std::optional<std::string> address = {};  ///< "BUS:DEVICE", the numbers that lsusb prints
   std::optional<std::string> serial = {};
   std::optional<std::string> make = {};
