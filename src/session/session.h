@@ -66,7 +66,7 @@ class Session {
     bool force = false;    ///< store even if the printer is in the network already
   };
 
-  explicit Session(Printer printer, Hooks hooks = {}, Machine machine = {});
+  Session(Printer printer, Hooks hooks, Machine machine = {});
 
   /// Reads what the adapter reports. `Ok` if it answered at least one query.
   [[nodiscard]] Report status();

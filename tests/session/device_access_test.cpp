@@ -140,7 +140,7 @@ TEST_F(UsblpAccess, DiscardsAtMost64Kibibytes) {
 
 TEST_F(UsblpAccess, StopsAtTheFirstReadWithoutBytes) {
   for (const int error : {EAGAIN, EIO, ENODEV}) {
-    device.alwaysReady = true;
+    device.alwaysReadable = true;
     device.reads = 0;
     device.readResult = [error] {
       return -error;
