@@ -165,13 +165,13 @@ TEST_F(SessionTest, SetLeavesAPrinterAloneThatIsInTheNetwork) {
   const Report report = set(wpaProfile());
   EXPECT_EQ(report.result, Result::Unchanged);
   EXPECT_FALSE(report.sentSettings);
-  EXPECT_TRUE(stored().empty());
+  EXPECT_TRUE(printer->adapter.settings().stored().empty());
 }
 
 TEST_F(SessionTest, SetWithForceStoresAllTheSame) {
   plugIn({.ssid = "home"});
   EXPECT_EQ(set(wpaProfile(), {.force = true}).result, Result::Confirmed);
-  EXPECT_FALSE(stored().empty());
+  EXPECT_FALSE(printer->adapter.settings().stored().empty());
 }
 
 TEST_F(SessionTest, SetStoresIfThePrinterHasTheNameButNoAddress) {
@@ -252,7 +252,7 @@ TEST_F(SessionTest, SetInterruptedBeforeStoringSendsNothing) {
   const Report report = set(wpaProfile());
   EXPECT_EQ(report.result, Result::Interrupted);
   EXPECT_FALSE(report.sentSettings);
-  EXPECT_TRUE(stored().empty());
+  EXPECT_TRUE(printer->adapter.settings().stored().empty());
 }
 
 TEST_F(SessionTest, SetInterruptedAfterStoringSaysThatSettingsWereSent) {
