@@ -162,7 +162,15 @@ void rejectSecrets(const std::vector<std::string>& words) {
 }
 
 /// Returns what is wrong, from CLI11's error.
-std::string textOf(const CLI::Error& error, CLI::App& app) {
+std::string textOf(const CLI::Error& error, CLI::App& app, const std::vector<std::string>& words) {
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+    const auto empty = std::ranges::find_if(words, [](const std::string& word) {
+      return word.starts_with('-') && word.ends_with('=');
+    });
+    if (empty != words.end()) {
+      return util::formatted(tr("%s: expected a value"), withoutValue(*empty).c_str());
+    }
+  }
   if (const auto* const unknown = dynamic_cast<const CLI::ExtrasError*>(&error)) {
     const std::vector<std::string> extra = app.remaining(true);
     const std::string first = extra.empty() ? std::string() : extra.front();
@@ -201,7 +209,7 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
     arguments.command = Command::Help;
     arguments.text = std::string(version.what()) + "\n";
   } catch (const CLI::Error& error) {
-    throw UsageError(textOf(error, app));
+    throw UsageError(textOf(error, app, words));
   }
 }
 
