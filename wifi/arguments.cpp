@@ -71,6 +71,10 @@ class Grammar {
     return app.add_option(nameOf(row), value, tr(row.help))->type_name(std::string(row.valueName));
   }
 
+  static void addFlag(CLI::App& app, const OptionRow& row, bool& value) {
+    app.add_flag(nameOf(row), value, tr(row.help));
+  }
+
   /// Appends each value to a list, under the option's name without dashes.
   static void addListed(CLI::App& app, std::span<const OptionRow> rows,
                         std::vector<std::pair<std::string, std::string>>& list) {
@@ -109,32 +113,28 @@ class Grammar {
         command(cert, "request", Command::CertRequest,
                 tr("make a key in the printer and write the certificate request to a file")));
     addListed(request, SubjectOptions, values.subject);
-    request.add_option("--output", values.file, tr("file for the request, which must not exist"))
-        ->type_name("FILE")
-        ->required();
+    const auto& [output, file, name, replace] = CertOptions;
+    addText(request, output, values.file)->required();
+    addText(request, name, values.name);
+    addFlag(request, replace, values.replace);
 
-    addInstall(withPrinter(command(cert, "install-ca", Command::CertInstallCa,
-                                   tr("install the certificate of an authority"))));
-    addInstall(withPrinter(command(cert, "install", Command::CertInstall,
-                                   tr("install the printer's signed certificate"))));
-    addDelete(withPrinter(command(cert, "delete", Command::CertDelete,
-                                  tr("delete one of the printer's own certificates"))));
-    addDelete(withPrinter(command(cert, "delete-ca", Command::CertDeleteCa,
-                                  tr("delete the certificate of an authority"))));
-  }
+    CLI::App& installCa = withPrinter(command(cert, "install-ca", Command::CertInstallCa,
+                                              tr("install the certificate of an authority")));
+    addText(installCa, file, values.file)->required();
+    addFlag(installCa, replace, values.replace);
 
-  void addInstall(CLI::App& app) {
-    app.add_option("--file", m_Arguments.cert.file, tr("certificate in PEM form"))
-        ->type_name("FILE")
-        ->required();
-    app.add_flag("--replace", m_Arguments.cert.replace,
-                 tr("replace a certificate of the same name without asking"));
-  }
+    CLI::App& install = withPrinter(command(cert, "install", Command::CertInstall,
+                                            tr("install the printer's signed certificate")));
+    addText(install, file, values.file)->required();
+    addText(install, name, values.name);
+    addFlag(install, replace, values.replace);
 
-  void addDelete(CLI::App& app) {
-    app.add_option("--name", m_Arguments.cert.name, tr("name as \"cert list\" shows it"))
-        ->type_name("NAME")
-        ->required();
+    CLI::App& remove = withPrinter(command(cert, "delete", Command::CertDelete,
+                                           tr("delete one of the printer's own certificates")));
+    addText(remove, name, values.name)->required();
+    CLI::App& removeCa = withPrinter(command(cert, "delete-ca", Command::CertDeleteCa,
+                                             tr("delete the certificate of an authority")));
+    addText(removeCa, name, values.name)->required();
   }
 
   Arguments& m_Arguments;

@@ -24,5 +24,11 @@ int listCommand(const Arguments& arguments);
 int statusCommand(const Arguments& arguments);
 int setCommand(const Arguments& arguments);
 int resetCommand(const Arguments& arguments);
+int certListCommand(const Arguments& arguments);
+int certRequestCommand(const Arguments& arguments);
+int certInstallCaCommand(const Arguments& arguments);
+int certInstallCommand(const Arguments& arguments);
+int certDeleteCommand(const Arguments& arguments);
+int certDeleteCaCommand(const Arguments& arguments);
 
 }  // namespace wifi

@@ -45,6 +45,18 @@ int run(const Arguments& arguments) {
       return wifi::setCommand(arguments);
     case Arguments::Command::Reset:
       return wifi::resetCommand(arguments);
+    case Arguments::Command::CertList:
+      return wifi::certListCommand(arguments);
+    case Arguments::Command::CertRequest:
+      return wifi::certRequestCommand(arguments);
+    case Arguments::Command::CertInstallCa:
+      return wifi::certInstallCaCommand(arguments);
+    case Arguments::Command::CertInstall:
+      return wifi::certInstallCommand(arguments);
+    case Arguments::Command::CertDelete:
+      return wifi::certDeleteCommand(arguments);
+    case Arguments::Command::CertDeleteCa:
+      return wifi::certDeleteCaCommand(arguments);
     default:
       break;
   }

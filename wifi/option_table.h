@@ -61,4 +61,12 @@ inline constexpr auto SubjectOptions = std::to_array<OptionRow>({
     {"--alternative-name", "TEXT", translatable("alternative name")},
 });
 
+/// The other options of the certificate commands.
+inline constexpr auto CertOptions = std::to_array<OptionRow>({
+    {"--output", "FILE", translatable("file for the request, which must not exist")},
+    {"--file", "FILE", translatable("certificate in PEM form")},
+    {"--name", "NAME", translatable("name of the certificate in the printer")},
+    {"--replace", "", translatable("replace a certificate of the same name without asking")},
+});
+
 }  // namespace wifi

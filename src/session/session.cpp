@@ -22,19 +22,6 @@ constexpr unsigned int JoiningPauseSeconds = 1;
 constexpr npa::Byte NoTrouble = 0;
 constexpr npa::Byte Authenticated = 2;
 
-Result resultOf(OpenFailure::Kind kind) {
-  switch (kind) {
-    case OpenFailure::Kind::NoPermission:
-      return Result::NoPermission;
-    case OpenFailure::Kind::Busy:
-      return Result::Busy;
-    case OpenFailure::Kind::NoSuchPrinter:
-    case OpenFailure::Kind::Failed:
-      break;
-  }
-  return Result::NoSuchPrinter;
-}
-
 Result resultOf(npa::Outcome::Kind kind, Result accepted) {
   switch (kind) {
     case npa::Outcome::Kind::Accepted:
@@ -49,6 +36,19 @@ Result resultOf(npa::Outcome::Kind kind, Result accepted) {
 }
 
 }  // namespace
+
+Result resultOf(OpenFailure::Kind kind) {
+  switch (kind) {
+    case OpenFailure::Kind::NoPermission:
+      return Result::NoPermission;
+    case OpenFailure::Kind::Busy:
+      return Result::Busy;
+    case OpenFailure::Kind::NoSuchPrinter:
+    case OpenFailure::Kind::Failed:
+      break;
+  }
+  return Result::NoSuchPrinter;
+}
 
 Session::Transport::Transport(HCUSBTransport::Observer observer) {
   HCUSBTransport* const transport = HCUSBTransport::GetInstance();

@@ -16,7 +16,19 @@
 namespace session {
 
 /// What a session is doing.
-enum class Step { Open, ReadSettings, ReadStatus, Store, Confirm, WaitForPrinter, Reset };
+enum class Step {
+  Open,
+  ReadSettings,
+  ReadStatus,
+  Store,
+  Confirm,
+  WaitForPrinter,
+  Reset,
+  ReadCertificates,
+  MakeRequest,
+  InstallCertificate,
+  DeleteCertificate,
+};
 
 /// How a command on one printer ended.
 enum class Result {
@@ -33,6 +45,9 @@ enum class Result {
   NoAnswer,       ///< the adapter did not answer
   Interrupted,    ///< the user ended the command
 };
+
+/// Returns the result for a printer that cannot be opened.
+[[nodiscard]] Result resultOf(OpenFailure::Kind kind);
 
 /// What happened to one printer.
 struct Report {
@@ -59,6 +74,16 @@ class Session {
     HCUSBTransport::Observer onTransfer = {};
     /// Returns true once the user has asked to end. The exchange under way is finished first.
     std::function<bool()> isInterrupted = {};
+  };
+
+  /// A reference to the process's transport, which waits for bytes without polling as
+  /// long as this object lives.
+  class Transport {
+   public:
+    explicit Transport(HCUSBTransport::Observer observer);
+    ~Transport();
+    Transport(const Transport&) = delete;
+    Transport& operator=(const Transport&) = delete;
   };
 
   struct SetOptions {
@@ -95,16 +120,6 @@ class Session {
   /// is not there yet.
   bool follow();
   Report finish(Result result);
-
-  /// A reference to the process's transport, which waits for bytes without polling
-  /// as long as the session lives.
-  class Transport {
-   public:
-    explicit Transport(HCUSBTransport::Observer observer);
-    ~Transport();
-    Transport(const Transport&) = delete;
-    Transport& operator=(const Transport&) = delete;
-  };
 
   Hooks m_Hooks;
   Transport m_Transport;
