@@ -69,12 +69,12 @@ class Describer {
   }
 
   PacketText describe(const Settings& settings) {
+    if (settings.result) {
+      return text(*settings.result == Accepted ? "accepted" : "not accepted");
+    }
     std::string words;
     for (const SettingObject& object : settings.objects) {
       words.append(words.empty() ? "store " : ", ").append(value(object.key, object.value));
-    }
-    if (settings.result) {
-      words = *settings.result == Accepted ? "accepted" : "not accepted";
     }
     if (!settings.rest.empty()) {
       hide(settings.rest);

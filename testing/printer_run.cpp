@@ -45,13 +45,20 @@ std::string withoutPrinterLines(const std::string& text) {
   return result;
 }
 
-PrinterRun run(const Words& prefix, const Words& options, const Words& arguments,
-               std::string_view input) {
+/// Returns the command line that runs `program` with the printer.
+Words commandOf(const Words& options, const char* program, const Words& arguments) {
+  Words command = joined({ZVKPRINTER, "run"}, options);
+  command.emplace_back("--");
+  return joined(command, supervised(joined({program}, arguments)));
+}
+
+PrinterRun run(const Words& prefix, const Words& options, const char* program,
+               const Words& arguments, std::string_view input) {
   const TemporaryFolder folder;
   const std::string log = folder.path("log");
   const Words logging = joined({"--show-secrets", "--log=" + log}, options);
   const ProcessResult result =
-      runProcess(joined(prefix, printerCommand(logging, arguments)), input);
+      runProcess(joined(prefix, commandOf(logging, program, arguments)), input);
   // If zvkprinter fails, its lines have the reason.
   PrinterRun outcome{result.status,
                      result.out,
@@ -73,9 +80,7 @@ PrinterRun run(const Words& prefix, const Words& options, const Words& arguments
 }  // namespace
 
 Words printerCommand(const Words& options, const Words& arguments) {
-  Words command = joined({ZVKPRINTER, "run"}, options);
-  command.emplace_back("--");
-  return joined(command, supervised(joined({ZVKCONFIG}, arguments)));
+  return commandOf(options, ZVKCONFIG, arguments);
 }
 
 Words supervised(const Words& command) {
@@ -84,11 +89,15 @@ Words supervised(const Words& command) {
 }
 
 PrinterRun runWithPrinter(Words options, Words arguments, std::string_view input) {
-  return run({"faketime", "-f", "+0 x10"}, options, arguments, input);
+  return run({"faketime", "-f", "+0 x10"}, options, ZVKCONFIG, arguments, input);
+}
+
+PrinterRun runWifiWithPrinter(Words options, Words arguments, std::string_view input) {
+  return run({"faketime", "-f", "+0 x10"}, options, ZVKWIFI, arguments, input);
 }
 
 PrinterRun runWithPrinterInRealTime(Words options, Words arguments) {
-  return run({}, options, arguments, {});
+  return run({}, options, ZVKCONFIG, arguments, {});
 }
 
 std::string lines(const Words& texts) {

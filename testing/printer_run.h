@@ -30,7 +30,11 @@ struct PrinterRun {
 PrinterRun runWithPrinter(std::vector<std::string> options, std::vector<std::string> arguments,
                           std::string_view input = {});
 
-/// Does the same in real time.
+/// Does the same with zvkwifi.
+PrinterRun runWifiWithPrinter(std::vector<std::string> options, std::vector<std::string> arguments,
+                              std::string_view input = {});
+
+/// Does the same as `runWithPrinter` in real time.
 PrinterRun runWithPrinterInRealTime(std::vector<std::string> options,
                                     std::vector<std::string> arguments);
 

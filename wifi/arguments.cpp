@@ -161,8 +161,23 @@ void rejectSecrets(const std::vector<std::string>& words) {
   }
 }
 
+/// Throws for "--option=": CLI11 would take the next word as the value.
+void rejectEmptyValues(const std::vector<std::string>& words) {
+  for (const std::string& word : words) {
+    if (word.starts_with("--") && word.ends_with('=')) {
+      throw UsageError(util::formatted(tr("%s: expected a value"), withoutValue(word).c_str()));
+    }
+  }
+}
+
 /// Returns what is wrong, from CLI11's error.
 std::string textOf(const CLI::Error& error, CLI::App& app) {
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+    // CLI11's text begins with the option's name and a colon.
+    const std::string name =
+        std::string(error.what()).substr(0, std::string(error.what()).find(':'));
+    return util::formatted(tr("%s: expected a value"), name.c_str());
+  }
   if (const auto* const unknown = dynamic_cast<const CLI::ExtrasError*>(&error)) {
     const std::vector<std::string> extra = app.remaining(true);
     const std::string first = extra.empty() ? std::string() : extra.front();
@@ -185,6 +200,7 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
   // Known even if the rest cannot be read, because the error is then a JSON document.
   arguments.json = std::ranges::count(words, "--json") > 0;
   rejectSecrets(words);
+  rejectEmptyValues(words);
   Grammar grammar(arguments);
   CLI::App& app = grammar.app();
   try {

@@ -38,6 +38,13 @@ std::string authenticationText(npa::Byte code) {
                                             : std::to_string(code);
 }
 
+std::optional<std::string> networkText(const std::optional<std::string>& ssid) {
+  if (!ssid) {
+    return std::nullopt;
+  }
+  return ssid->empty() ? std::string(tr("none")) : shown(*ssid);
+}
+
 /// A label and a value, or "not reported".
 struct Line {
   const char* label;
@@ -76,7 +83,7 @@ std::string statusText(const session::Report& report) {
   const session::AdapterState& state = report.state;
   std::vector<Line> lines = {
       {tr("Printer"), nameOf(report.printer)},
-      {tr("Network"), state.ssid ? std::optional(shown(*state.ssid)) : std::nullopt},
+      {tr("Network"), networkText(state.ssid)},
       {tr("Address"), state.address ? std::optional(addressText(*state.address)) : std::nullopt},
       {tr("Trouble code"),
        state.troubleCode ? std::optional(std::to_string(*state.troubleCode)) : std::nullopt},

@@ -239,6 +239,12 @@ TEST(ProfileConfiguration, SendsTheLongestPasswordWithItsLength) {
       hasObject(profile, support::joined({bytes("2A 03 00 00 FF"), Bytes(254, 'p'), bytes("00")})));
 }
 
+TEST(ProfileConfiguration, SendsWithTheFirstWepKey) {
+  EXPECT_EQ(
+      session::configurationOf({.ssid = "x", .security = Security::Wep}, "")->getWEPTransmit(),
+      "1");
+}
+
 TEST(ProfileConfiguration, NamesTheDevice) {
   EXPECT_EQ(session::configurationOf({.ssid = "x"}, "1:5")->getUSB(), "1:5");
 }

@@ -83,6 +83,18 @@ TEST_F(SessionTest, StatusReportsWhatTheAdapterAnswers) {
   EXPECT_EQ(steps, (std::vector{Step::Open, Step::ReadStatus}));
 }
 
+TEST_F(SessionTest, StatusOfAnAdapterWithoutANetworkHasAnEmptyName) {
+  const Report report = makeSession().status();
+  EXPECT_EQ(report.result, Result::Ok);
+  EXPECT_EQ(report.state.ssid, "");
+}
+
+TEST_F(SessionTest, SetWorksForAnAdapterWithoutANetwork) {
+  const Report report = set(wpaProfile());
+  EXPECT_EQ(report.result, Result::Confirmed);
+  EXPECT_EQ(report.ssidBefore, "");
+}
+
 TEST_F(SessionTest, StatusReadsEachValueAfterThePauseOfItsExchange) {
   plugIn({.ssid = "home"});
   EXPECT_EQ(makeSession().status().result, Result::Ok);
