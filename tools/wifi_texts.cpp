@@ -31,7 +31,14 @@ std::string manualEntry(const OptionRow& option) {
   const std::string term = option.valueName.empty() ? bold(option.name)
                                                     : bold(std::string(option.name) + "=") +
                                                           scdocUsage(option.valueName);
-  return scdocEntry(term, scdocSentence(option.help, valueNames(option.valueName)));
+  // A sentence cannot begin with a word that is to be typed.
+  const std::string_view help = option.help;
+  const std::string_view first = help.substr(0, help.find_first_of(", "));
+  const session::SettingRule* const rule = session::findRule(option.name.substr(2));
+  const bool startsWithWord = rule != nullptr && std::ranges::count(rule->words, first) > 0;
+  const std::string sentence =
+      (startsWithWord ? std::string(option.valueName) + " is " : "") + std::string(help);
+  return scdocEntry(term, scdocSentence(sentence, valueNames(option.valueName)));
 }
 
 std::string manualEntries(std::span<const OptionRow> options) {
