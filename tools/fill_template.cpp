@@ -35,6 +35,9 @@ tools::Texts allTexts() {
   tools::Texts texts;
   tools::addConfigTexts(texts);
   tools::addDissectorTexts(texts);
+#ifdef ZVK_WITH_WIFI
+  tools::addWifiTexts(texts);
+#endif
 #ifdef ZVK_WITH_EMULATOR
   tools::addPrinterTexts(texts);
 #endif

@@ -25,6 +25,7 @@ std::string filled(std::string_view text, const Texts& texts);
 void addConfigTexts(Texts& texts);
 void addPrinterTexts(Texts& texts);
 void addDecoderTexts(Texts& texts);
+void addWifiTexts(Texts& texts);
 void addDissectorTexts(Texts& texts);
 
 }  // namespace tools

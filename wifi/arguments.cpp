@@ -32,23 +32,36 @@ class Grammar {
     m_App.name("zvkwifi");
     m_App.description(tr("Puts a USB printer's wireless adapter into a network."));
     m_App.require_subcommand(0, 1);
-    m_App.set_version_flag("--version", "zvkwifi " ZVK_VERSION, tr("print the version"));
-    m_App.set_help_flag("--help,-h", tr("print a help text"));
+    const auto& [help, version] = ProgramOptions;
+    m_App.set_version_flag(nameOf(version), "zvkwifi " ZVK_VERSION, tr(version.help));
+    addHelp(m_App);
     addCommonOptions(m_App);
 
-    command(m_App, "list", Command::List, tr("list the printers on this machine"));
-    withPrinter(command(m_App, "status", Command::Status, tr("show what the adapter reports")));
+    command(m_App, "list", Command::List);
+    withPrinter(command(m_App, "status", Command::Status));
     addSet();
-    withPrinter(command(m_App, "reset", Command::Reset, tr("reset the adapter")));
+    withPrinter(command(m_App, "reset", Command::Reset));
     addCert();
   }
 
   CLI::App& app() { return m_App; }
 
  private:
-  CLI::App& command(CLI::App& parent, const char* name, Command command, const char* help) {
-    CLI::App& app = *parent.add_subcommand(name, help);
-    app.set_help_flag("--help,-h", tr("print a help text"));
+  static void addHelp(CLI::App& app) {
+    app.set_help_flag(nameOf(ProgramOptions.front()) + ",-h", tr(ProgramOptions.front().help));
+  }
+
+  /// Adds the command of a row. Its last word is its name below `parent`.
+  static CLI::App& subcommand(CLI::App& parent, std::string_view name) {
+    const CommandRow& row = *std::ranges::find(CommandRows, name, &CommandRow::name);
+    CLI::App& app =
+        *parent.add_subcommand(std::string(name.substr(name.rfind(' ') + 1)), tr(row.help));
+    addHelp(app);
+    return app;
+  }
+
+  CLI::App& command(CLI::App& parent, std::string_view name, Command command) {
+    CLI::App& app = subcommand(parent, name);
     app.callback([this, command] { m_Arguments.command = command; });
     addCommonOptions(app);
     return app;
@@ -88,9 +101,7 @@ class Grammar {
   }
 
   void addSet() {
-    CLI::App& app =
-        withPrinter(command(m_App, "set", Command::Set,
-                            tr("check settings, store them and confirm that the printer joined")));
+    CLI::App& app = withPrinter(command(m_App, "set", Command::Set));
     addListed(app, SettingOptions, m_Arguments.settings);
     const auto& [from, wait, dryRun, force] = SetOptions;
     addText(app, from, m_Arguments.settingsFile);
@@ -102,39 +113,37 @@ class Grammar {
   }
 
   void addCert() {
-    CLI::App& cert = *m_App.add_subcommand("cert", tr("manage the printer's certificates"));
-    cert.set_help_flag("--help,-h", tr("print a help text"));
+    CLI::App& cert = subcommand(m_App, "cert");
     cert.require_subcommand(1, 1);
+
     CertArguments& values = m_Arguments.cert;
 
-    withPrinter(command(cert, "list", Command::CertList, tr("list the certificates")));
+    withPrinter(command(cert, "cert list", Command::CertList));
 
-    CLI::App& request = withPrinter(
-        command(cert, "request", Command::CertRequest,
-                tr("make a key in the printer and write the certificate request to a file")));
+    CLI::App& request = withPrinter(command(cert, "cert request", Command::CertRequest));
     addListed(request, SubjectOptions, values.subject);
-    const auto& [output, file, name, replace] = CertOptions;
+    const auto& [output, requestName, requestReplace] = RequestOptions;
     addText(request, output, values.file)->required();
-    addText(request, name, values.name);
-    addFlag(request, replace, values.replace);
+    addText(request, requestName, values.name);
+    addFlag(request, requestReplace, values.replace);
 
-    CLI::App& installCa = withPrinter(command(cert, "install-ca", Command::CertInstallCa,
-                                              tr("install the certificate of an authority")));
-    addText(installCa, file, values.file)->required();
-    addFlag(installCa, replace, values.replace);
-
-    CLI::App& install = withPrinter(command(cert, "install", Command::CertInstall,
-                                            tr("install the printer's signed certificate")));
+    CLI::App& install = withPrinter(command(cert, "cert install", Command::CertInstall));
+    const auto& [file, name, replace] = InstallOptions;
     addText(install, file, values.file)->required();
     addText(install, name, values.name);
     addFlag(install, replace, values.replace);
 
-    CLI::App& remove = withPrinter(command(cert, "delete", Command::CertDelete,
-                                           tr("delete one of the printer's own certificates")));
-    addText(remove, name, values.name)->required();
-    CLI::App& removeCa = withPrinter(command(cert, "delete-ca", Command::CertDeleteCa,
-                                             tr("delete the certificate of an authority")));
-    addText(removeCa, name, values.name)->required();
+    CLI::App& installCa = withPrinter(command(cert, "cert install-ca", Command::CertInstallCa));
+    const auto& [caFile, caReplace] = InstallCaOptions;
+    addText(installCa, caFile, values.file)->required();
+    addFlag(installCa, caReplace, values.replace);
+
+    const OptionRow& deleted = DeleteOptions.front();
+    addText(withPrinter(command(cert, "cert delete", Command::CertDelete)), deleted, values.name)
+        ->required();
+    addText(withPrinter(command(cert, "cert delete-ca", Command::CertDeleteCa)), deleted,
+            values.name)
+        ->required();
   }
 
   Arguments& m_Arguments;
@@ -161,15 +170,22 @@ void rejectSecrets(const std::vector<std::string>& words) {
   }
 }
 
-/// Returns what is wrong, from CLI11's error.
-std::string textOf(const CLI::Error& error, CLI::App& app, const std::vector<std::string>& words) {
-  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-    const auto empty = std::ranges::find_if(words, [](const std::string& word) {
-      return word.starts_with('-') && word.ends_with('=');
-    });
-    if (empty != words.end()) {
-      return util::formatted(tr("%s: expected a value"), withoutValue(*empty).c_str());
+/// Throws for "--option=": CLI11 would take the next word as the value.
+void rejectEmptyValues(const std::vector<std::string>& words) {
+  for (const std::string& word : words) {
+    if (word.starts_with("--") && word.ends_with('=')) {
+      throw UsageError(util::formatted(tr("%s: expected a value"), withoutValue(word).c_str()));
     }
+  }
+}
+
+/// Returns what is wrong, from CLI11's error.
+std::string textOf(const CLI::Error& error, CLI::App& app) {
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+    // CLI11's text begins with the option's name and a colon.
+    const std::string name =
+        std::string(error.what()).substr(0, std::string(error.what()).find(':'));
+    return util::formatted(tr("%s: expected a value"), name.c_str());
   }
   if (const auto* const unknown = dynamic_cast<const CLI::ExtrasError*>(&error)) {
     const std::vector<std::string> extra = app.remaining(true);
@@ -193,6 +209,7 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
   // Known even if the rest cannot be read, because the error is then a JSON document.
   arguments.json = std::ranges::count(words, "--json") > 0;
   rejectSecrets(words);
+  rejectEmptyValues(words);
   Grammar grammar(arguments);
   CLI::App& app = grammar.app();
   try {
@@ -209,7 +226,7 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
     arguments.command = Command::Help;
     arguments.text = std::string(version.what()) + "\n";
   } catch (const CLI::Error& error) {
-    throw UsageError(textOf(error, app, words));
+    throw UsageError(textOf(error, app));
   }
 }
 

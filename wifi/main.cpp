@@ -37,6 +37,8 @@ int run(const Arguments& arguments) {
     case Arguments::Command::Help:
       wifi::print(arguments.text);
       return wifi::StatusDone;
+    case Arguments::Command::Guide:
+      return wifi::guideCommand(arguments);
     case Arguments::Command::List:
       return wifi::listCommand(arguments);
     case Arguments::Command::Status:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 #include <string_view>
 
 #include "session/translatable.h"
@@ -16,6 +17,12 @@ struct OptionRow {
   std::string_view valueName;  ///< empty: the option has no value
   const char* help;            ///< a message to translate
 };
+
+/// The options of the program. `--help` is also an option of every command.
+inline constexpr auto ProgramOptions = std::to_array<OptionRow>({
+    {"--help", "", translatable("print a help text")},
+    {"--version", "", translatable("print the version")},
+});
 
 /// The options of every command.
 inline constexpr auto CommonOptions = std::to_array<OptionRow>({
@@ -61,12 +68,70 @@ inline constexpr auto SubjectOptions = std::to_array<OptionRow>({
     {"--alternative-name", "TEXT", translatable("alternative name")},
 });
 
-/// The other options of the certificate commands.
-inline constexpr auto CertOptions = std::to_array<OptionRow>({
+/// The other options of `cert request`.
+inline constexpr auto RequestOptions = std::to_array<OptionRow>({
     {"--output", "FILE", translatable("file for the request, which must not exist")},
+    {"--name", "NAME", translatable("name of the certificate in the printer")},
+    {"--replace", "", translatable("replace a certificate of the same name without asking")},
+});
+
+/// The options of `cert install`.
+inline constexpr auto InstallOptions = std::to_array<OptionRow>({
     {"--file", "FILE", translatable("certificate in PEM form")},
     {"--name", "NAME", translatable("name of the certificate in the printer")},
     {"--replace", "", translatable("replace a certificate of the same name without asking")},
+});
+
+/// The options of `cert install-ca`. The printer names the certificate of an authority itself.
+inline constexpr auto InstallCaOptions = std::to_array<OptionRow>({
+    {"--file", "FILE", translatable("certificate in PEM form")},
+    {"--replace", "", translatable("replace a certificate of the same name without asking")},
+});
+
+/// The option of `cert delete` and `cert delete-ca`.
+inline constexpr auto DeleteOptions = std::to_array<OptionRow>({
+    {"--name", "NAME", translatable("name as \"cert list\" shows it")},
+});
+
+/// A command: its words, and its options besides those of every command.
+struct CommandRow {
+  std::string_view name;
+  const char* help;  ///< a message to translate
+  std::string_view arguments = "[PRINTER]";
+  std::array<std::span<const OptionRow>, 2> options = {};
+};
+
+/// The commands. Those of `cert` follow it.
+inline constexpr auto CommandRows = std::to_array<CommandRow>({
+    {"list", translatable("list the printers on this machine"), ""},
+    {"status", translatable("show what the adapter reports")},
+    {"set",
+     translatable("check settings, store them and confirm that the printer joined"),
+     "[PRINTER] SETTINGS",
+     {SettingOptions, SetOptions}},
+    {"reset", translatable("reset the adapter")},
+    {"cert", translatable("manage the printer's certificates"), "COMMAND"},
+    {"cert list", translatable("list the certificates")},
+    {"cert request",
+     translatable("make a key in the printer and write the certificate request to a file"),
+     "[PRINTER] --output=FILE SUBJECT",
+     {SubjectOptions, RequestOptions}},
+    {"cert install-ca",
+     translatable("install the certificate of an authority"),
+     "[PRINTER] --file=FILE",
+     {InstallCaOptions}},
+    {"cert install",
+     translatable("install the printer's signed certificate"),
+     "[PRINTER] --file=FILE",
+     {InstallOptions}},
+    {"cert delete",
+     translatable("delete one of the printer's own certificates"),
+     "[PRINTER] --name=NAME",
+     {DeleteOptions}},
+    {"cert delete-ca",
+     translatable("delete the certificate of an authority"),
+     "[PRINTER] --name=NAME",
+     {DeleteOptions}},
 });
 
 }  // namespace wifi

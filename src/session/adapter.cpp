@@ -11,6 +11,8 @@ namespace {
 
 /// How long the packets of a reply are collected.
 constexpr int CollectSeconds = 3;
+/// The size of the field between the repeated query and the value.
+constexpr std::size_t ValueLengthSize = 2;
 
 }  // namespace
 
@@ -47,10 +49,14 @@ Adapter::Answer Adapter::ask(const Exchange& exchange, std::span<const npa::Byte
 
 std::optional<std::string> Adapter::readSsid() {
   const Answer answer = ask(exchanges::GetSsid, npa::query(npa::settings::Ssid));
-  if (answer.outcome.kind != npa::Outcome::Kind::Accepted) {
-    return std::nullopt;
+  const npa::Bytes& reply = answer.outcome.reply;
+  if (const auto ssid = npa::ssidIn(reply, answer.requestSize)) {
+    return std::string(*ssid);
   }
-  return std::string(npa::ssidIn(answer.outcome.reply, answer.requestSize).value());
+  // An adapter without a network repeats the query and adds a length of 0.
+  const bool isEmpty = answer.outcome.kind == npa::Outcome::Kind::Unexpected &&
+                       reply.size() == answer.requestSize + ValueLengthSize;
+  return isEmpty ? std::optional(std::string()) : std::nullopt;
 }
 
 std::optional<npa::Address> Adapter::readAddress() {

@@ -29,7 +29,8 @@ class Adapter {
  public:
   explicit Adapter(std::string device);
 
-  /// Each queries one value and returns nothing if it did not arrive.
+  /// Each queries one value and returns nothing if it did not arrive. The SSID is empty if the
+  /// adapter has none.
   [[nodiscard]] std::optional<std::string> readSsid();
   [[nodiscard]] std::optional<npa::Address> readAddress();
   [[nodiscard]] std::optional<npa::Byte> readTroubleCode();

@@ -128,7 +128,7 @@ bool Session::isJoined(const Profile& profile) const {
          (profile.security != Security::Enterprise || state.authentication == Authenticated);
 }
 
-Report Session::set(const Profile& profile, const SetOptions& options) {
+Report Session::set(Profile& profile, const SetOptions& options) {
   if (!open()) {
     return finish(resultOf(m_Report.openFailure->kind));
   }
@@ -151,6 +151,7 @@ Report Session::set(const Profile& profile, const SetOptions& options) {
     return finish(Result::NoAnswer);
   }
   const Result stored = store(profile);
+  profile.secret.clear();
   if (stored != Result::Stored || options.waitSeconds == 0) {
     return finish(stored);
   }

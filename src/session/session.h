@@ -96,8 +96,9 @@ class Session {
   /// Reads what the adapter reports. `Ok` if it answered at least one query.
   [[nodiscard]] Report status();
 
-  /// Stores the network settings and waits until the printer is in the network.
-  [[nodiscard]] Report set(const Profile& profile, const SetOptions& options);
+  /// Stores the network settings and waits until the printer is in the network. Clears the secret
+  /// of the profile as soon as it is sent.
+  [[nodiscard]] Report set(Profile& profile, const SetOptions& options);
 
   /// Resets the adapter.
   [[nodiscard]] Report reset();

@@ -2,8 +2,8 @@
 # bash ask.bash COMPLETION_FILE LINE: prints the completions of the last word of LINE.
 . "$1"
 line=$2
-# readline splits a line at blanks, and at "=" outside quotation marks.
-pattern='^("[^"]*"?|=|[^ ="]+)'
+# readline splits a line at blanks, and at "=" and ":" outside quotation marks.
+pattern='^("[^"]*"?|=|:|[^ =:"]+)'
 COMP_WORDS=()
 rest=$line
 while [[ $rest ]]; do

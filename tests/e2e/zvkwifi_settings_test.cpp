@@ -59,11 +59,12 @@ INSTANTIATE_TEST_SUITE_P(
         WrongRow{{"LongUser"},
                  {"set", "--ssid=home", "--security=802.1x", "--eap=peap",
                   "--user=a-user-name-of-thirty-eight-characters", "{}"},
-                 "--user: expected at most 31 bytes, got "
+                 "--user: expected a user name of 1 to 31 bytes, got "
                  "\"a-user-name-of-thirty-eight-characters\""},
         WrongRow{{"MissingFile"},
                  {"set", "--from=/nowhere/at/all.conf", "{}"},
-                 "/nowhere/at/all.conf: expected a settings file, got \"No such file or "
+                 "/nowhere/at/all.conf: expected a settings file that can be read, got \"No such "
+                 "file or "
                  "directory\""}),
     support::rowName);
 

@@ -50,7 +50,7 @@ TEST(WifiSet, LeavesAPrinterInTheNetworkAlone) {
 }
 
 TEST(WifiSet, EndsWith8IfThePrinterDoesNotJoin) {
-  const PrinterRun run = setHome({"--ssid=old", "--trouble=3"}, {"--wait=20", "--quiet"});
+  const PrinterRun run = setHome({"--ssid=old", "--trouble-code=3"}, {"--wait=20", "--quiet"});
   EXPECT_EQ(run.status, 8);
   EXPECT_EQ(run.out, "");
   EXPECT_TRUE(
@@ -60,7 +60,7 @@ TEST(WifiSet, EndsWith8IfThePrinterDoesNotJoin) {
 }
 
 TEST(WifiSet, EndsWith6IfTheAdapterRefuses) {
-  const PrinterRun run = setHome({"--ssid=old", "--settings-result=0"}, {"--quiet"});
+  const PrinterRun run = setHome({"--ssid=old", "--result=00"}, {"--quiet"});
   EXPECT_EQ(run.status, 6);
   EXPECT_TRUE(run.err.starts_with("zvkwifi: The adapter refused the settings.\n")) << run.err;
 }

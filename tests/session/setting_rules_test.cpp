@@ -1,12 +1,15 @@
 #include "session/setting_rules.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 #include "profiles.h"
+#include "session/texts.h"
+#include "session/words.h"
 #include "testing/bytes.h"
 #include "testing/rows.h"
 
@@ -47,6 +50,13 @@ TEST(SettingRules, AreInTheOrderInWhichErrorsListThem) {
   EXPECT_EQ(session::keysOfFiles(), AllKeys + std::string(", password"));
   EXPECT_EQ(session::findRule("sid"), nullptr);
   EXPECT_EQ(session::findRule(""), nullptr);
+}
+
+TEST(SettingRules, CompareWordsWithoutTheCaseOfAsciiLetters) {
+  EXPECT_EQ(session::lowerCase("AMZ amz @[`{ 09 \xC3\x89"), "amz amz @[`{ 09 \xC3\x89");
+  constexpr std::array<std::string_view, 2> words = {"a", "bz"};
+  EXPECT_EQ(session::wordIn(words, "BZ"), "bz");
+  EXPECT_EQ(session::wordIn(words, "b"), "");
 }
 
 // --- Security -----------------------------------------------------------------------------------

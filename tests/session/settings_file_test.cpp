@@ -1,7 +1,9 @@
 #include "session/settings_file.h"
 
+#include <array>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -10,6 +12,7 @@
 #include "profiles.h"
 #include "testing/files.h"
 #include "testing/open_descriptors.h"
+#include "util/unique_fd.h"
 
 namespace {
 
@@ -194,6 +197,21 @@ TEST_F(SettingsFiles, MustBeRegular) {
   for (const std::string& path : {fifo, link, folder.path("."), std::string("/dev/null")}) {
     EXPECT_EQ(errorOf(path), (Problem{path, "", "a regular file with settings"}));
   }
+}
+
+TEST_F(SettingsFiles, AreNotOpenedUnlessTheyAreRegular) {
+  const std::string fifo = folder.path("fifo");
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  const std::string regular = file("ssid=home\n");
+  const util::UniqueFd watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+  ASSERT_GE(::inotify_add_watch(watch.get(), fifo.c_str(), IN_OPEN), 0);
+  std::array<char, 4096> events;
+  EXPECT_NE(errorOf(fifo), NoProblem);
+  EXPECT_EQ(::read(watch.get(), events.data(), events.size()), -1);
+  // The watch notices an open file.
+  ASSERT_GE(::inotify_add_watch(watch.get(), regular.c_str(), IN_OPEN), 0);
+  EXPECT_EQ(errorOf(regular), NoProblem);
+  EXPECT_GT(::read(watch.get(), events.data(), events.size()), 0);
 }
 
 TEST_F(SettingsFiles, MayBeALinkToARegularFile) {
