@@ -79,11 +79,10 @@ TEST_F(WifiCertificates, AreRequestedSignedInstalledListedAndDeleted) {
   EXPECT_EQ(runProcess({"openssl", "req", "-in", path("request.pem"), "-verify", "-noout",
                         "-subject", "-nameopt", "compat"})
                 .out,
-            "subject=O = Example & <Sons>, C = DE, CN = printer.example\n");
+            "subject=/O=Example & <Sons>/C=DE/CN=printer.example\n");
 
   createAuthority();
   signRequest();
-  // Before the CA certificate is there, 802.1x with PEAP cannot work.
   EXPECT_EQ(run({"cert", "install-ca", "--file=" + path("ca.pem")}).status, 0);
   const PrinterRun installed = run({"cert", "install", "--file=" + path("signed.pem")});
   EXPECT_EQ(installed.status, 0) << installed.err;
@@ -106,13 +105,10 @@ TEST_F(WifiCertificates, AreRequestedSignedInstalledListedAndDeleted) {
                 caName + "\n    File: ca.pem\n    Common name: " + caName + "\n");
 
   // The printer authenticates with them.
-  EXPECT_EQ(
-      support::runWifiWithPrinter({"--state=" + path("printer"), "--ssid=old"},
-                                  {"set", "--ssid=office", "--security=802.1x", "--user=printer",
-                                   "--eap=tls", "--password-from=fd:0", "--quiet", "{}"},
-                                  "secret\n")
-          .status,
-      0);
+  EXPECT_EQ(run({"set", "--ssid=office", "--security=802.1x", "--user=printer", "--eap=tls"},
+                {"--ssid=old"})
+                .status,
+            0);
   EXPECT_EQ(json({"status"}, 0).at("authentication").at("code"), 2);
 
   EXPECT_EQ(json({"cert", "delete-ca", "--name=" + caName}, 0).at("result"), "ok");
@@ -141,6 +137,35 @@ TEST_F(WifiCertificates, AreReplacedOnlyWithTheOption) {
   const PrinterRun replaced = run(replace);
   EXPECT_EQ(replaced.status, 0) << replaced.err;
   EXPECT_EQ(replaced.calls.size(), 3U);
+}
+
+TEST_F(WifiCertificates, AreReplacedAfterAYesOnATerminal) {
+  createAuthority();
+  const std::string install =
+      std::string(ZVKWIFI) + " cert install-ca --quiet --file=" + path("ca.pem") + " {}";
+  // script(1) has a terminal for the command and types its standard input there.
+  const auto answered = [&](const std::string& answer) {
+    const Words command = {"faketime",
+                           "-f",
+                           "+0 x10",
+                           ZVKPRINTER,
+                           "run",
+                           "--state=" + path("printer"),
+                           "--log=" + path("log"),
+                           "--",
+                           "sh",
+                           "-c",
+                           "script -qec \"" + install + "\" /dev/null"};
+    return runProcess(command, answer);
+  };
+  EXPECT_EQ(run({"cert", "install-ca", "--file=" + path("ca.pem")}).status, 0);
+  const auto no = answered("\n");
+  EXPECT_EQ(no.status, 2) << no.out;
+  EXPECT_NE(no.out.find("Replace it? [y/N]"), std::string::npos) << no.out;
+  EXPECT_EQ(support::fileContent(path("log")).find("uploadNewCAFile"), std::string::npos);
+  const auto yes = answered("y\n");
+  EXPECT_EQ(yes.status, 0) << yes.out;
+  EXPECT_NE(support::fileContent(path("log")).find("uploadNewCAFile"), std::string::npos);
 }
 
 TEST_F(WifiCertificates, AreCheckedBeforeThePrinterIsOpened) {
