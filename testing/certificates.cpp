@@ -3,7 +3,7 @@
 #include <memory>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
-#include <openssl/x509.h>
+#include <openssl/x509v3.h>
 #include <stdexcept>
 
 namespace support {
@@ -30,6 +30,14 @@ void setTime(ASN1_TIME* time, const std::string& text) {
   require(ASN1_STRING_set(time, text.data(), static_cast<int>(text.size())) == 1);
 }
 
+void addExtension(X509* certificate, int id, const std::string& value) {
+  X509_EXTENSION* const extension = X509V3_EXT_conf_nid(nullptr, nullptr, id, value.c_str());
+  require(extension != nullptr);
+  const bool added = X509_add_ext(certificate, extension, -1) == 1;
+  X509_EXTENSION_free(extension);
+  require(added);
+}
+
 Certificate makeCertificate(const CertificateText& text) {
   static const std::unique_ptr<EVP_PKEY, Release> key(EVP_EC_gen("P-256"));
   Certificate certificate(X509_new());
@@ -47,6 +55,13 @@ Certificate makeCertificate(const CertificateText& text) {
   setTime(X509_getm_notBefore(certificate.get()), text.from);
   setTime(X509_getm_notAfter(certificate.get()), text.to);
   X509_set_pubkey(certificate.get(), key.get());
+  if (text.isAuthority) {
+    addExtension(certificate.get(), NID_basic_constraints,
+                 *text.isAuthority ? "critical,CA:TRUE" : "CA:FALSE");
+  }
+  if (text.commentSize > 0) {
+    addExtension(certificate.get(), NID_netscape_comment, std::string(text.commentSize, 'x'));
+  }
   require(X509_sign(certificate.get(), key.get(), EVP_sha256()) > 0);
   return certificate;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -16,6 +18,10 @@ struct CertificateText {
   /// as a GeneralizedTime.
   std::string from = "200105000000Z";
   std::string to = "301225000000Z";
+  /// What the basic constraints say. Without a value there are none.
+  std::optional<bool> isAuthority = {};
+  /// A comment of this size, in bytes, that makes the certificate larger.
+  std::size_t commentSize = 0;
 };
 
 /// Returns a self-signed certificate as PEM.

@@ -2,15 +2,15 @@
 
 #include "wifi/cert_command.h"
 
-#include <cerrno>
-#include <cstdio>
 #include <unistd.h>
 
 #include "util/format.h"
 #include "wifi/console.h"
 #include "wifi/printer_command.h"
 #include "wifi/progress.h"
+#include "wifi/questions.h"
 #include "wifi/results.h"
+#include "wifi/secret_input.h"
 #include "wifi/shown_text.h"
 #include "wifi/signals.h"
 #include "wifi/trace.h"
@@ -20,40 +20,21 @@ namespace wifi {
 
 namespace {
 
-/// Reads a line from the terminal and returns true if it is a yes. The end of the input and a
-/// signal are a no.
-bool readYes() {
-  std::string line;
-  for (;;) {
-    char c = 0;
-    const ssize_t count = ::read(STDIN_FILENO, &c, 1);
-    if (count < 0 && errno == EINTR && Interruption::signal() == 0) {
-      continue;
-    }
-    if (count <= 0) {
-      std::fputs("\n", stderr);
-      return false;
-    }
-    if (c == '\n') {
-      break;
-    }
-    line.push_back(c);
-  }
-  // TRANSLATORS: the first letter of the word for "yes" in your language.
-  return line == "y" || line == "Y" || line == "yes" || line == tr("y");
-}
-
+/// Asks on a terminal. The end of the input and a signal are a no, and so is no terminal.
 bool askToReplace(const std::string& name) {
   if (::isatty(STDIN_FILENO) != 1) {
     return false;
   }
-  // TRANSLATORS: the letters are those of the answers; the capital one is taken without an answer.
-  std::fputs(util::formatted(tr("The printer has a certificate \"%s\". Replace it? [y/N] "),
-                             shown(name).c_str())
-                 .c_str(),
-             stderr);
-  std::fflush(stderr);
-  return readYes();
+  try {
+    return askForConsent(
+        // TRANSLATORS: y and N are the answers; the capital one is the usual one.
+        util::formatted(tr("The printer has a certificate \"%s\". Replace it? [y/N] "),
+                        shown(name).c_str()));
+  } catch (const Interrupted&) {
+    return false;
+  } catch (const EndOfInput&) {
+    return false;
+  }
 }
 
 }  // namespace

@@ -40,12 +40,11 @@ Json orNull(const std::string& text) {
 }
 
 void addJson(const CertificateReport& report, Json& entry) {
-  const bool isComplete = report.report.result == session::Result::Ok;
-  entry["certificates"] = isComplete ? Json::array() : Json(nullptr);
-  entry["authorities"] = entry["certificates"];
-  if (!isComplete) {
+  if (report.report.result != session::Result::Ok) {
     return;
   }
+  entry["certificates"] = Json::array();
+  entry["authorities"] = Json::array();
   for (const std::string& name : report.certificates) {
     entry["certificates"].push_back({{"name", name}});
   }

@@ -8,13 +8,13 @@ namespace session {
 
 /// The subject of a certificate request. Only the common name is never empty.
 struct CertificateSubject {
-  std::string commonName;
-  std::string organization;
-  std::string unit;
-  std::string country;
-  std::string state;
-  std::string city;
-  std::string alternativeName;  ///< a host name
+  std::string commonName = {};
+  std::string organization = {};
+  std::string unit = {};
+  std::string country = {};
+  std::string state = {};
+  std::string city = {};
+  std::string alternativeName = {};  ///< a host name
 };
 
 /// Returns the subject with these values, checked. The keys are "common-name", "organization",
