@@ -49,6 +49,7 @@ struct Option {
   ValueKind kind = ValueKind::Text;
   /// The allowed or suggested values. The option takes no value if this and `valueName` are empty.
   std::span<const std::string_view> words = {};
+  bool isSecret = false;          ///< error messages do not show the value
   std::string_view help;          ///< one line: an imperative or a noun, without a full stop
   std::string_view details = {};  ///< further sentences for the manual page, as scdoc source
   /// Stores the value in `options`. Throws `ValueError` for an invalid value.
@@ -130,6 +131,9 @@ void applyOption(const Option<Options>& option, Options& options, const std::str
     }
     option.apply(options, value);
   } catch (const ValueError& error) {
+    if (option.isSecret) {
+      throw UsageError(option.name, error.what());
+    }
     throw UsageError(option.name, error.what(), value);
   }
 }

@@ -22,8 +22,8 @@ std::vector<npa::Bytes> PacketReader::feed(std::span<const npa::Byte> bytes) {
     }
     packets.emplace_back(packet->begin(), packet->end());
   }
-  m_Pending.erase(m_Pending.begin(),
-                  m_Pending.end() - static_cast<std::ptrdiff_t>(cursor.rest().size()));
+  // A new vector instead of `erase`: the old one would keep the packets, which may contain keys.
+  m_Pending = npa::Bytes(cursor.rest().begin(), cursor.rest().end());
   return packets;
 }
 

@@ -79,8 +79,8 @@ PrinterRun run(const Words& prefix, const Words& options, const char* program,
 
 }  // namespace
 
-Words printerCommand(const Words& options, const Words& arguments) {
-  return commandOf(options, ZVKCONFIG, arguments);
+Words printerCommand(const Words& options, const Words& arguments, const char* program) {
+  return commandOf(options, program == nullptr ? ZVKCONFIG : program, arguments);
 }
 
 Words supervised(const Words& command) {

@@ -38,9 +38,10 @@ PrinterRun runWifiWithPrinter(std::vector<std::string> options, std::vector<std:
 PrinterRun runWithPrinterInRealTime(std::vector<std::string> options,
                                     std::vector<std::string> arguments);
 
-/// Returns the command line of such a run, without a log.
+/// Returns the command line of such a run, without a log. The program is zvkconfig unless given.
 std::vector<std::string> printerCommand(const std::vector<std::string>& options,
-                                        const std::vector<std::string>& arguments);
+                                        const std::vector<std::string>& arguments,
+                                        const char* program = nullptr);
 
 /// Returns a program's command line, preceded by the command in ZVK_RUN_UNDER.
 std::vector<std::string> supervised(const std::vector<std::string>& command);

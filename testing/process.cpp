@@ -12,6 +12,7 @@
 #include <iterator>
 #include <poll.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <termios.h>
@@ -129,6 +130,25 @@ bool TerminalProcess::waitFor(std::string_view text) {
     readMore();
     return m_Shown.find(text) != std::string::npos;
   });
+}
+
+bool TerminalProcess::waitForNext(std::string_view text) {
+  return eventually([&] {
+    readMore();
+    const std::size_t start = m_Shown.find(text, m_Found);
+    if (start == std::string::npos) {
+      return false;
+    }
+    m_Found = start + text.size();
+    return true;
+  });
+}
+
+void TerminalProcess::resize(unsigned short rows, unsigned short columns) const {
+  const winsize size = {.ws_row = rows, .ws_col = columns, .ws_xpixel = 0, .ws_ypixel = 0};
+  if (::ioctl(m_Master, TIOCSWINSZ, &size) != 0) {
+    throw std::system_error(errno, std::generic_category(), "size of the terminal");
+  }
 }
 
 void TerminalProcess::type(std::string_view text) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -46,8 +47,12 @@ class TerminalProcess {
 
   /// Waits until the program has shown `text`, and returns true. Returns false after 20 seconds.
   bool waitFor(std::string_view text);
+  /// Does the same for a text after the one that the last call of `waitForNext` found.
+  bool waitForNext(std::string_view text);
   /// Types characters.
   void type(std::string_view text) const;
+  /// Changes the size of the terminal. The program gets SIGWINCH.
+  void resize(unsigned short rows, unsigned short columns) const;
   /// Returns true if the terminal echoes what is typed.
   bool echoes() const;
   /// Returns everything that the program has shown so far.
@@ -64,6 +69,7 @@ class TerminalProcess {
   /// Stays open, so that the terminal's attributes can be read after the program has ended.
   int m_Slave = -1;
   std::string m_Shown;
+  std::size_t m_Found = 0;  ///< end of the text that `waitForNext` found
 };
 
 /// Calls `condition` until it returns true, and returns true. Returns false after 20 seconds.

@@ -84,6 +84,10 @@ class Grammar {
     return app.add_option(nameOf(row), value, tr(row.help))->type_name(std::string(row.valueName));
   }
 
+  static void addFlag(CLI::App& app, const OptionRow& row, bool& value) {
+    app.add_flag(nameOf(row), value, tr(row.help));
+  }
+
   /// Appends each value to a list, under the option's name without dashes.
   static void addListed(CLI::App& app, std::span<const OptionRow> rows,
                         std::vector<std::pair<std::string, std::string>>& list) {
@@ -112,24 +116,34 @@ class Grammar {
     CLI::App& cert = subcommand(m_App, "cert");
     cert.require_subcommand(1, 1);
 
+    CertArguments& values = m_Arguments.cert;
+
     withPrinter(command(cert, "cert list", Command::CertList));
+
     CLI::App& request = withPrinter(command(cert, "cert request", Command::CertRequest));
-    addListed(request, SubjectOptions, m_Arguments.cert.subject);
-    addText(request, RequestOptions.front(), m_Arguments.cert.file)->required();
-    addInstall(withPrinter(command(cert, "cert install-ca", Command::CertInstallCa)));
-    addInstall(withPrinter(command(cert, "cert install", Command::CertInstall)));
-    addDelete(withPrinter(command(cert, "cert delete", Command::CertDelete)));
-    addDelete(withPrinter(command(cert, "cert delete-ca", Command::CertDeleteCa)));
-  }
+    addListed(request, SubjectOptions, values.subject);
+    const auto& [output, requestName, requestReplace] = RequestOptions;
+    addText(request, output, values.file)->required();
+    addText(request, requestName, values.name);
+    addFlag(request, requestReplace, values.replace);
 
-  void addInstall(CLI::App& app) {
-    const auto& [file, replace] = InstallOptions;
-    addText(app, file, m_Arguments.cert.file)->required();
-    app.add_flag(nameOf(replace), m_Arguments.cert.replace, tr(replace.help));
-  }
+    CLI::App& install = withPrinter(command(cert, "cert install", Command::CertInstall));
+    const auto& [file, name, replace] = InstallOptions;
+    addText(install, file, values.file)->required();
+    addText(install, name, values.name);
+    addFlag(install, replace, values.replace);
 
-  void addDelete(CLI::App& app) {
-    addText(app, DeleteOptions.front(), m_Arguments.cert.name)->required();
+    CLI::App& installCa = withPrinter(command(cert, "cert install-ca", Command::CertInstallCa));
+    const auto& [caFile, caReplace] = InstallCaOptions;
+    addText(installCa, caFile, values.file)->required();
+    addFlag(installCa, caReplace, values.replace);
+
+    const OptionRow& deleted = DeleteOptions.front();
+    addText(withPrinter(command(cert, "cert delete", Command::CertDelete)), deleted, values.name)
+        ->required();
+    addText(withPrinter(command(cert, "cert delete-ca", Command::CertDeleteCa)), deleted,
+            values.name)
+        ->required();
   }
 
   Arguments& m_Arguments;

@@ -12,11 +12,10 @@ struct UsageError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A file for a certificate command, or a name on the printer.
+/// What the certificate commands work on.
 struct CertArguments {
-  std::string file;
-  std::string name;
-  std::string friendlyName;
+  std::string file;  ///< the certificate to install, or the request to write
+  std::string name;  ///< on the printer; empty: the usual name of the printer's own certificate
   bool replace = false;
   /// The subject of a request: option without dashes, and value.
   std::vector<std::pair<std::string, std::string>> subject;

@@ -20,9 +20,17 @@ struct CommandError : std::runtime_error {
 // The commands. Each prints its result and returns the exit status. Throws `UsageError`,
 // `CommandError`, `session::ProfileError`, `SecretError` or `Interrupted`.
 
+/// Step by step: asks for everything on the terminal. Without a terminal it prints the usage.
+int guideCommand(const Arguments& arguments);
 int listCommand(const Arguments& arguments);
 int statusCommand(const Arguments& arguments);
 int setCommand(const Arguments& arguments);
 int resetCommand(const Arguments& arguments);
+int certListCommand(const Arguments& arguments);
+int certRequestCommand(const Arguments& arguments);
+int certInstallCaCommand(const Arguments& arguments);
+int certInstallCommand(const Arguments& arguments);
+int certDeleteCommand(const Arguments& arguments);
+int certDeleteCaCommand(const Arguments& arguments);
 
 }  // namespace wifi

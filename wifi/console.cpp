@@ -4,6 +4,9 @@
 #include <cstdio>
 #include <string>
 #include <system_error>
+#include <unistd.h>
+
+#include "wifi/shown_text.h"
 
 namespace wifi {
 
@@ -19,7 +22,7 @@ void printError(const Explanation& error) {
   if (!error.remedy.empty()) {
     text.append(error.remedy).append("\n");
   }
-  std::fputs(text.c_str(), stderr);
+  std::fputs(::isatty(STDERR_FILENO) == 1 ? wrapped(text).c_str() : text.c_str(), stderr);
 }
 
 }  // namespace wifi

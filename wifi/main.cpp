@@ -37,6 +37,8 @@ int run(const Arguments& arguments) {
     case Arguments::Command::Help:
       wifi::print(arguments.text);
       return wifi::StatusDone;
+    case Arguments::Command::Guide:
+      return wifi::guideCommand(arguments);
     case Arguments::Command::List:
       return wifi::listCommand(arguments);
     case Arguments::Command::Status:
@@ -45,6 +47,18 @@ int run(const Arguments& arguments) {
       return wifi::setCommand(arguments);
     case Arguments::Command::Reset:
       return wifi::resetCommand(arguments);
+    case Arguments::Command::CertList:
+      return wifi::certListCommand(arguments);
+    case Arguments::Command::CertRequest:
+      return wifi::certRequestCommand(arguments);
+    case Arguments::Command::CertInstallCa:
+      return wifi::certInstallCaCommand(arguments);
+    case Arguments::Command::CertInstall:
+      return wifi::certInstallCommand(arguments);
+    case Arguments::Command::CertDelete:
+      return wifi::certDeleteCommand(arguments);
+    case Arguments::Command::CertDeleteCa:
+      return wifi::certDeleteCaCommand(arguments);
     default:
       break;
   }

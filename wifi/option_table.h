@@ -68,13 +68,22 @@ inline constexpr auto SubjectOptions = std::to_array<OptionRow>({
     {"--alternative-name", "TEXT", translatable("alternative name")},
 });
 
-/// The other option of `cert request`.
+/// The other options of `cert request`.
 inline constexpr auto RequestOptions = std::to_array<OptionRow>({
     {"--output", "FILE", translatable("file for the request, which must not exist")},
+    {"--name", "NAME", translatable("name of the certificate in the printer")},
+    {"--replace", "", translatable("replace a certificate of the same name without asking")},
 });
 
-/// The options of `cert install-ca` and `cert install`.
+/// The options of `cert install`.
 inline constexpr auto InstallOptions = std::to_array<OptionRow>({
+    {"--file", "FILE", translatable("certificate in PEM form")},
+    {"--name", "NAME", translatable("name of the certificate in the printer")},
+    {"--replace", "", translatable("replace a certificate of the same name without asking")},
+});
+
+/// The options of `cert install-ca`. The printer names the certificate of an authority itself.
+inline constexpr auto InstallCaOptions = std::to_array<OptionRow>({
     {"--file", "FILE", translatable("certificate in PEM form")},
     {"--replace", "", translatable("replace a certificate of the same name without asking")},
 });
@@ -110,7 +119,7 @@ inline constexpr auto CommandRows = std::to_array<CommandRow>({
     {"cert install-ca",
      translatable("install the certificate of an authority"),
      "[PRINTER] --file=FILE",
-     {InstallOptions}},
+     {InstallCaOptions}},
     {"cert install",
      translatable("install the printer's signed certificate"),
      "[PRINTER] --file=FILE",

@@ -1,5 +1,7 @@
 #include "wifi/printer_command.h"
 
+#include <unistd.h>
+
 #include "session/discovery.h"
 #include "util/format.h"
 #include "wifi/commands.h"
@@ -25,7 +27,8 @@ void printReport(const Arguments& arguments, const PrinterCommand& command,
   if (arguments.json) {
     print(documentText({reportJson(report, command.fields, seconds, error)}));
   } else if (!error) {
-    print(command.text(report));
+    const std::string text = command.text(report);
+    print(::isatty(STDOUT_FILENO) == 1 ? wrapped(text) : text);
   }
   if (error && !arguments.json) {
     printError(*error);
@@ -76,6 +79,16 @@ int runOnPrinter(const Arguments& arguments, const PrinterCommand& command) {
   printReport(arguments, command, report, progress.seconds());
   const int signal = report.result == session::Result::Interrupted ? Interruption::signal() : 0;
   return exitStatusOf({&report, 1}, arguments.waitSeconds > 0, signal);
+}
+
+int storeProfile(const Arguments& arguments, const session::Profile& profile) {
+  const session::Session::SetOptions options = {.waitSeconds = arguments.waitSeconds,
+                                                .force = arguments.force};
+  return runOnPrinter(
+      arguments, {.fields = Fields::Set,
+                  .run = [&](session::Session& session) { return session.set(profile, options); },
+                  .text = setText,
+                  .profile = &profile});
 }
 
 }  // namespace wifi

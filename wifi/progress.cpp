@@ -29,6 +29,14 @@ const char* textOf(session::Step step) {
       return tr("Waiting for the printer to restart");
     case Step::Reset:
       return tr("Resetting the adapter");
+    case Step::ReadCertificates:
+      return tr("Reading the list of certificates");
+    case Step::MakeRequest:
+      return tr("Making a key and a certificate request");
+    case Step::InstallCertificate:
+      return tr("Installing the certificate");
+    case Step::DeleteCertificate:
+      return tr("Deleting the certificate");
   }
   return "";
 }

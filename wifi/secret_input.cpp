@@ -41,10 +41,10 @@ session::Secret readLine(int descriptor, const std::string& name) {
       continue;
     }
     if (count < 0) {
-      throw SecretError(name + ": " + std::strerror(errno));
+      throw EndOfInput(name + ": " + std::strerror(errno));
     }
     if (count == 0 && size == 0) {
-      throw SecretError(
+      throw EndOfInput(
           util::formatted(tr("%s: expected a line with the secret, found none"), name.c_str()));
     }
     if (count == 0 || c == '\n') {
@@ -70,19 +70,6 @@ session::Secret readFile(const std::string& path) {
   return readLine(file.get(), path);
 }
 
-const char* questionFor(session::Security security) {
-  switch (security) {
-    case session::Security::Wep:
-      return tr("WEP key: ");
-    case session::Security::Enterprise:
-      return tr("Password: ");
-    case session::Security::Wpa:
-    case session::Security::Open:
-      break;
-  }
-  return tr("Passphrase or key: ");
-}
-
 session::Secret readFrom(const session::Profile& profile, const session::SecretSource& source) {
   switch (source.kind) {
     case Kind::File:
@@ -100,10 +87,23 @@ session::Secret readFrom(const session::Profile& profile, const session::SecretS
         tr("this security needs a secret; use --password-from=file:PATH or "
            "--password-from=fd:NUMBER"));
   }
-  return askForSecret(questionFor(profile.security));
+  return askForSecret(secretQuestion(profile.security));
 }
 
 }  // namespace
+
+const char* secretQuestion(session::Security security) {
+  switch (security) {
+    case session::Security::Wep:
+      return tr("WEP key: ");
+    case session::Security::Enterprise:
+      return tr("Password: ");
+    case session::Security::Wpa:
+    case session::Security::Open:
+      break;
+  }
+  return tr("Passphrase or key: ");
+}
 
 session::Secret askForSecret(const char* question) {
   std::fputs(question, stderr);

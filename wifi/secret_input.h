@@ -13,6 +13,11 @@ struct SecretError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// There are no more lines.
+struct EndOfInput : SecretError {
+  using SecretError::SecretError;
+};
+
 /// Thrown by anything that reads from the terminal after SIGINT or SIGTERM arrived.
 struct Interrupted {};
 
@@ -22,8 +27,11 @@ struct Interrupted {};
 [[nodiscard]] session::Secret readSecret(const session::Profile& profile,
                                          const session::SecretSource& source);
 
+/// Returns the question for the secret of such a network.
+[[nodiscard]] const char* secretQuestion(session::Security security);
+
 /// Asks for a secret on standard error and reads a line from standard input without echo. Throws
-/// `Interrupted`, and `SecretError` at the end of input.
+/// `Interrupted`, `EndOfInput` at the end of input, and `SecretError` for a line that is too long.
 [[nodiscard]] session::Secret askForSecret(const char* question);
 
 }  // namespace wifi

@@ -8,7 +8,6 @@
 #include "wifi/results.h"
 #include "wifi/secret_input.h"
 #include "wifi/signals.h"
-#include "wifi/text_report.h"
 #include "wifi/translation.h"
 #include "wireless/wnpa_generator.h"
 
@@ -68,13 +67,7 @@ int setCommand(const Arguments& arguments) {
   if (arguments.dryRun) {
     return printPackets(arguments, *profile);
   }
-  const session::Session::SetOptions options = {.waitSeconds = arguments.waitSeconds,
-                                                .force = arguments.force};
-  return runOnPrinter(
-      arguments, {.fields = Fields::Set,
-                  .run = [&](session::Session& session) { return session.set(*profile, options); },
-                  .text = setText,
-                  .profile = profile.get()});
+  return storeProfile(arguments, *profile);
 }
 
 }  // namespace wifi

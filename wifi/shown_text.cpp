@@ -45,6 +45,45 @@ std::string shown(std::string_view text) {
   return result;
 }
 
+std::string wrapped(std::string_view text, std::size_t columns) {
+  std::string result;
+  std::string line;
+  std::size_t used = 0;     ///< columns of the line
+  std::size_t breakAt = 0;  ///< bytes of the line before the last place for a break
+  while (!text.empty()) {
+    const Character character = firstOf(text);
+    const std::string_view bytes = text.substr(0, character.size);
+    text.remove_prefix(character.size);
+    const bool isBlank = bytes == " ";
+    if (bytes == "\n") {
+      result.append(line).append(bytes);
+      line.clear();
+      used = breakAt = 0;
+      continue;
+    }
+    if (character.columns > 1) {
+      breakAt = line.size();
+    }
+    if (used + character.columns > columns) {
+      const std::size_t end = isBlank || breakAt == 0 ? line.size() : breakAt;
+      const std::size_t last = line.find_last_not_of(' ', end - 1);
+      result.append(line, 0, last == std::string::npos ? end : last + 1).append("\n");
+      line.erase(0, end);
+      used = columnsOf(line);
+      breakAt = 0;
+      if (isBlank) {
+        continue;
+      }
+    }
+    line.append(bytes);
+    used += character.columns;
+    if (isBlank || character.columns > 1) {
+      breakAt = line.size();
+    }
+  }
+  return result + line;
+}
+
 std::size_t columnsOf(std::string_view text) {
   std::size_t columns = 0;
   while (!text.empty()) {

@@ -13,4 +13,11 @@ namespace wifi {
 /// Returns the columns that a text takes on a terminal.
 [[nodiscard]] std::size_t columnsOf(std::string_view text);
 
+/// The columns that texts for a terminal take at most.
+inline constexpr std::size_t TerminalColumns = 79;
+
+/// Returns a text with line breaks added, so that no line takes more than `columns` columns. Breaks
+/// at blanks and next to wide characters, and elsewhere only in a word that is wider than a line.
+[[nodiscard]] std::string wrapped(std::string_view text, std::size_t columns = TerminalColumns);
+
 }  // namespace wifi

@@ -45,12 +45,6 @@ std::optional<std::string> networkText(const std::optional<std::string>& ssid) {
   return ssid->empty() ? std::string(tr("none")) : shown(*ssid);
 }
 
-/// A label and a value, or "not reported".
-struct Line {
-  const char* label;
-  std::optional<std::string> value;
-};
-
 }  // namespace
 
 std::string addressText(const npa::Address& address) {
@@ -79,28 +73,31 @@ std::string listText(std::span<const session::Printer> printers) {
   return text;
 }
 
-std::string statusText(const session::Report& report) {
-  const session::AdapterState& state = report.state;
-  std::vector<Line> lines = {
-      {tr("Printer"), nameOf(report.printer)},
-      {tr("Network"), networkText(state.ssid)},
-      {tr("Address"), state.address ? std::optional(addressText(*state.address)) : std::nullopt},
-      {tr("Trouble code"),
-       state.troubleCode ? std::optional(std::to_string(*state.troubleCode)) : std::nullopt},
-      {tr("Authentication"), state.authentication
-                                 ? std::optional(authenticationText(*state.authentication))
-                                 : std::nullopt},
-  };
+std::string labelledText(std::span<const LabelledValue> values) {
   std::size_t width = 0;
-  for (const Line& line : lines) {
+  for (const LabelledValue& line : values) {
     width = std::max(width, columnsOf(line.label));
   }
   std::string text;
-  for (const Line& line : lines) {
+  for (const LabelledValue& line : values) {
     text.append(padded(std::string(line.label) + ":", width + 1 + ColumnGap));
-    text.append(line.value.value_or(tr("not reported"))).append("\n");
+    text.append(line.value).append("\n");
   }
   return text;
+}
+
+std::string statusText(const session::Report& report) {
+  const session::AdapterState& state = report.state;
+  const std::string missing = tr("not reported");
+  const auto values = std::to_array<LabelledValue>({
+      {tr("Printer"), nameOf(report.printer)},
+      {tr("Network"), state.ssid ? shown(*state.ssid) : missing},
+      {tr("Address"), state.address ? addressText(*state.address) : missing},
+      {tr("Trouble code"), state.troubleCode ? std::to_string(*state.troubleCode) : missing},
+      {tr("Authentication"),
+       state.authentication ? authenticationText(*state.authentication) : missing},
+  });
+  return labelledText(values);
 }
 
 std::string setText(const session::Report& report) {

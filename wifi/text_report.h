@@ -14,6 +14,15 @@ namespace wifi {
 /// Returns what the adapter reports, one line for each value.
 [[nodiscard]] std::string statusText(const session::Report& report);
 
+/// A label, translated, and its value.
+struct LabelledValue {
+  const char* label;
+  std::string value;
+};
+
+/// Returns a line for each value, with the values below each other.
+[[nodiscard]] std::string labelledText(std::span<const LabelledValue> values);
+
 /// Returns how `set` ended well, as a sentence.
 [[nodiscard]] std::string setText(const session::Report& report);
 

@@ -1,5 +1,5 @@
 // The replies to queries and settings, and the faults of the personality. adapter_calls.cpp has the
-// replies to method calls.
+// replies to method calls, adapter_network.cpp the network and the restart.
 
 #include "emulator/adapter/adapter.h"
 
@@ -42,12 +42,10 @@ Adapter::Adapter(Personality personality, MessageLog& log, std::function<Clock::
       m_Now(std::move(now)),
       m_Start(m_Now()) {
   m_Settings.preset(npa::settings::Descriptor, textValue(m_Personality.descriptor, false));
-  m_Settings.preset(npa::settings::IpAddress, m_Personality.ipAddress);
-  m_Settings.preset(npa::settings::TroubleCode,
-                    std::array<Byte, 4>{0, 0, 0, m_Personality.troubleCode});
   if (!m_Personality.ssid.empty()) {
     m_Settings.preset(npa::settings::Ssid, textValue(m_Personality.ssid, true));
   }
+  presetNetworkValues(membership());
 }
 
 void Adapter::restore(const SettingsStore::Values& settings, CertificateStore certificates) {
@@ -55,6 +53,7 @@ void Adapter::restore(const SettingsStore::Values& settings, CertificateStore ce
     m_Settings.set(key, value);
   }
   m_Certificates.restore(std::move(certificates));
+  presetNetworkValues(membership());
 }
 
 std::vector<std::string> Adapter::describe(bool showSecrets) const {
@@ -68,6 +67,10 @@ unsigned long Adapter::revision() const {
 }
 
 std::vector<Adapter::ReplyPiece> Adapter::receive(std::span<const Byte> bytes) {
+  if (isRestarting()) {
+    m_Log.note(std::to_string(bytes.size()) + " bytes dropped during the restart");
+    return {};
+  }
   const std::size_t strayBefore = m_Reader.strayBytes();
   std::vector<ReplyPiece> pieces;
   for (npa::Bytes& packet : m_Reader.feed(bytes)) {
@@ -75,7 +78,8 @@ std::vector<Adapter::ReplyPiece> Adapter::receive(std::span<const Byte> bytes) {
     m_Log.received(message);
     const unsigned long revisionBefore = revision();
     Reply reply = answer(message);
-    if (m_Save && revision() != revisionBefore) {
+    const bool hasChanged = revision() != revisionBefore;
+    if (m_Save && hasChanged) {
       m_Save();
     }
     if (m_Personality.cutAt && reply.bytes.size() > *m_Personality.cutAt) {
@@ -83,6 +87,15 @@ std::vector<Adapter::ReplyPiece> Adapter::receive(std::span<const Byte> bytes) {
     }
     m_Log.replied(reply.bytes, reply.meaning);
     std::ranges::move(inPieces(std::move(reply.bytes)), std::back_inserter(pieces));
+    if (hasChanged) {
+      join();
+    }
+    if (hasChanged && message.kind == Kind::StoreSettings) {
+      restart(pieces.empty() ? std::chrono::milliseconds(0) : pieces.back().delay);
+      if (isRestarting()) {
+        break;
+      }
+    }
   }
   if (const std::size_t stray = m_Reader.strayBytes() - strayBefore; stray > 0) {
     m_Log.note(std::to_string(stray) + " bytes outside any packet");
@@ -137,7 +150,7 @@ bool Adapter::isReached(const Readiness& readiness, int earlierQueries) const {
 }
 
 npa::Bytes Adapter::currentValue(npa::SettingKey key, int earlierQueries) const {
-  const Authentication authentication(m_Settings, m_Certificates.store());
+  const Authentication authentication(m_Settings, m_Certificates.store(), m_Personality.networks);
   if (const auto value = authentication.value(key)) {
     return {*value};
   }
@@ -146,6 +159,7 @@ npa::Bytes Adapter::currentValue(npa::SettingKey key, int earlierQueries) const 
     return {0, 0, 0, 0};
   }
   if (key == npa::settings::TroubleCode && m_Personality.troubleCleared &&
+      membership() == Membership::Joined &&
       isReached(*m_Personality.troubleCleared, earlierQueries)) {
     return {0, 0, 0, 0};
   }

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <functional>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -38,6 +39,12 @@ class Adapter {
 
   using Clock = std::chrono::steady_clock;
 
+  /// A restart. The adapter answers nothing until `end`.
+  struct Restart {
+    Clock::time_point begin;  ///< when the reply that precedes it is sent, unless postponed
+    Clock::time_point end;
+  };
+
   /// `log` must outlive the adapter. `now` returns the time.
   Adapter(Personality personality, MessageLog& log,
           std::function<Clock::time_point()> now = Clock::now);
@@ -45,6 +52,10 @@ class Adapter {
   /// Takes the next bytes from the host, which may arrive in any pieces. Returns the replies to the
   /// packets that are complete now.
   std::vector<ReplyPiece> receive(std::span<const npa::Byte> bytes);
+
+  /// Postpones the restart that has been caused since the last call, and returns it. Returns
+  /// nothing if there is none.
+  std::optional<Restart> postponeRestart(std::chrono::seconds delay);
 
   /// Drops an incomplete packet.
   void forgetPartialPacket() { m_Reader.dropPending(); }
@@ -68,6 +79,18 @@ class Adapter {
     npa::Bytes bytes;
     std::string meaning;  ///< for the log
   };
+
+  bool isRestarting() const { return m_Now() < m_Restart.end; }
+  /// Restarts after `delay`, when the reply has been sent, if the personality demands it.
+  void restart(std::chrono::milliseconds delay);
+  /// Returns whether settings and certificates are right for one of the networks.
+  Membership membership() const;
+  /// Joins the network for which settings and certificates are right, or leaves the network.
+  void join();
+  /// Sets the initial address and trouble code.
+  void presetNetworkValues(Membership membership);
+  /// Starts the time and the counts of queries on which a `Readiness` depends.
+  void startCounting(Clock::time_point start);
 
   /// Returns true if `readiness` is reached. The host has sent `earlierQueries` queries before.
   bool isReached(const Readiness& readiness, int earlierQueries) const;
@@ -93,9 +116,11 @@ class Adapter {
   SettingsStore m_Settings;
   CertificateObject m_Certificates;
   std::function<void()> m_Save;
-  std::map<npa::SettingKey, int> m_Queries;  ///< the count of queries so far
+  std::map<npa::SettingKey, int> m_Queries;  ///< the count of queries since `m_Start`
   std::function<Clock::time_point()> m_Now;
   Clock::time_point m_Start;
+  Restart m_Restart{Clock::time_point::min(), Clock::time_point::min()};  ///< the last one
+  bool m_RestartIsNew = false;  ///< `postponeRestart` has not returned it
 };
 
 }  // namespace emulator

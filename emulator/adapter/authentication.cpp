@@ -51,7 +51,15 @@ Authentication::Status Authentication::status() const {
   if (!isEnabled()) {
     return Status::NotEnabled;
   }
-  return needsCaCertificate() && !hasCaCertificate() ? Status::CaMissing : Status::Authenticated;
+  const Membership found =
+      m_Networks.empty() ? Membership::Joined : findNetwork(m_Networks, m_Settings);
+  if (found == Membership::NoSuchNetwork) {
+    return Status::NotConnected;
+  }
+  if (needsCaCertificate() && !hasCaCertificate()) {
+    return Status::CaMissing;
+  }
+  return found == Membership::Joined ? Status::Authenticated : Status::Failed;
 }
 
 }  // namespace emulator

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "emulator/adapter/network.h"
 #include "emulator/certificates/certificate_object.h"
 #include "npa/packet.h"
 
@@ -51,6 +52,12 @@ struct Personality {
   /// When the trouble code becomes 0. If this is not set, it does not change.
   std::optional<Readiness> troubleCleared{};
   std::string ssid{};
+  /// The networks in reach. If this is empty, the adapter is always in a network. If not, it has an
+  /// address only while its settings fit one of them.
+  std::vector<Network> networks{};
+  /// How long the adapter answers nothing after it has stored settings and answered. If this is not
+  /// set, it does not restart.
+  std::optional<std::chrono::seconds> restartAfterStore{};
   std::string descriptor = "Emulated wireless adapter -";
 
   /// The 802.1x authentication status. Each number has its own record in the reply. If this is

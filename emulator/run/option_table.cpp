@@ -190,6 +190,32 @@ constexpr std::array PersonalityOptions = {
            .valueName = "TEXT",
            .help = "SSID that the adapter holds from the start",
            .apply = assign<&Personality::ssid>},
+    Option{
+        .name = "--network",
+        .valueName = "SSID:KEY",
+        .isSecret = true,
+        .help = "join only this network and only with its key; may be given several times",
+        .details =
+            "The last colon separates, so the key has no colon. An empty key is an open network. "
+            "A network of 802.1x compares the key with the stored password. Outside these "
+            "networks the address is 0.0.0.0, and the trouble code is 2 (no such SSID), 3 "
+            "(wrong key or security) or 4 (802.1x without its CA certificate). These codes "
+            "belong to this emulated printer. Until a host stores a network, the adapter is in "
+            "that of *--ssid=*.",
+        .apply =
+            [](Options& o, const std::string& value) {
+              o.personality.networks.push_back(parseNetwork(value));
+            }},
+    Option{.name = "--restart-after-store",
+           .valueName = "SECONDS",
+           .help = "answer nothing for this long after settings are stored and answered",
+           .details =
+               "As a USB device the printer stays on the bus for 6 more seconds, so that the host "
+               "can read the reply, and then is unplugged for this long.",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.restartAfterStore = parseSeconds(value);
+               }},
     Option{.name = "--descriptor",
            .valueName = "TEXT",
            .help = "adapter descriptor; programs expect it to end in '-'",

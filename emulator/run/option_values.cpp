@@ -20,6 +20,7 @@ constexpr std::size_t LargestByte = 255;
 constexpr std::size_t LargestStatus = 65535;
 constexpr std::size_t SmallestRsaKey = 1024;
 constexpr std::size_t LargestRsaKey = 4096;
+constexpr std::size_t LongestSsid = 32;
 
 /// Returns the number in `text`, or nothing if the text is not a number from 0 to `largest`.
 std::optional<std::size_t> toNumber(std::string_view text, std::size_t largest, int base = 10) {
@@ -120,6 +121,15 @@ std::vector<npa::Byte> parseBytes(std::string_view list) {
     }
     list.remove_prefix(comma + 1);
   }
+}
+
+Network parseNetwork(const std::string& text) {
+  const std::size_t colon = text.rfind(':');
+  if (colon == std::string::npos || colon == 0 || colon > LongestSsid) {
+    throw ValueError("an SSID of 1 to " + std::to_string(LongestSsid) +
+                     " bytes, then a colon and a key without colons");
+  }
+  return {text.substr(0, colon), text.substr(colon + 1)};
 }
 
 std::size_t parseKeyBits(const std::string& text) {

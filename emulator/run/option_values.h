@@ -41,6 +41,9 @@ std::array<npa::Byte, 4> parseAddress(const std::string& text);
 /// Parses "3" (after 3 queries) or "20s" (after 20 seconds).
 Readiness parseReadiness(const std::string& text);
 
+/// Parses "SSID:KEY". The last colon separates. The SSID has 1 to 32 bytes; the key may be empty.
+Network parseNetwork(const std::string& text);
+
 /// Parses the count of bits of an RSA key, or 0.
 std::size_t parseKeyBits(const std::string& text);
 

@@ -25,7 +25,8 @@ UsbDevice::UsbDevice(Adapter& adapter, UsbTraits traits, MessageLog& log,
       m_Log(log),
       m_Now(std::move(now)),
       m_Out(UsbDirection::Out, m_Traits.faults),
-      m_In(UsbDirection::In, m_Traits.faults) {}
+      m_In(UsbDirection::In, m_Traits.faults),
+      m_ReplugAfter(m_Traits.replugAfter) {}
 
 void UsbDevice::submit(UsbTransfer transfer) {
   if (transfer.endpoint == 0) {
@@ -55,6 +56,7 @@ bool UsbDevice::unlink(std::uint32_t id) {
 std::vector<UsbCompletion> UsbDevice::advance() {
   takeOut();
   giveIn();
+  leaveForRestart();
   return std::exchange(m_Ended, {});
 }
 
@@ -66,6 +68,9 @@ std::optional<UsbDevice::Clock::time_point> UsbDevice::nextDue() const {
   const bool isRead = !m_In.isIdle() && m_In.fault() != FaultKind::Hold;
   if (const auto reply = m_Replies.nextDue(); isRead && reply && (!due || *reply < *due)) {
     due = reply;
+  }
+  if (m_Restart && (!due || m_Restart->begin < *due)) {
+    due = m_Restart->begin;
   }
   return m_WantsUnplug ? std::nullopt : due;
 }
@@ -81,6 +86,8 @@ void UsbDevice::unplug() {
   m_Configuration = 0;
   m_Alternate = 0;
   m_WantsUnplug = false;
+  m_ReplugAfter = m_Traits.replugAfter;
+  m_Restart.reset();
 }
 
 void UsbDevice::clearHalts() {
@@ -176,9 +183,19 @@ void UsbDevice::takeOut() {
     const auto chunk = std::span(transfer.data).subspan(transfer.done, outChunk());
     m_Out.count(chunk.size());
     m_Replies.add(m_Adapter.receive(chunk), now);
+    if (const auto restart = m_Adapter.postponeRestart(TimeBeforeRestart)) {
+      m_Restart = restart;
+    }
     if (transfer.done == transfer.length) {
       end(m_Out, UsbDone);
     }
+  }
+}
+
+void UsbDevice::leaveForRestart() {
+  if (m_Restart && m_Restart->begin <= m_Now()) {
+    m_WantsUnplug = true;
+    m_ReplugAfter = std::chrono::ceil<std::chrono::seconds>(m_Restart->end - m_Restart->begin);
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -27,6 +28,11 @@ class UsbDevice {
  public:
   using Clock = Adapter::Clock;
 
+  /// How long the printer stays on the bus before the adapter's restart. A program may read the
+  /// reply 5 s after its request. After the printer has been unplugged, the kernel's driver no
+  /// longer returns it.
+  static constexpr std::chrono::seconds TimeBeforeRestart{6};
+
   /// The adapter and the log must outlive the device. `now` returns the time.
   UsbDevice(Adapter& adapter, UsbTraits traits, MessageLog& log,
             std::function<Clock::time_point()> now = Clock::now);
@@ -44,8 +50,10 @@ class UsbDevice {
   /// Returns when `advance` can continue without a new transfer, or nothing if it cannot.
   std::optional<Clock::time_point> nextDue() const;
 
-  /// Returns true if a fault demands that the printer is unplugged now.
+  /// Returns true if a fault or a restart demands that the printer is unplugged now.
   bool wantsUnplug() const { return m_WantsUnplug; }
+  /// Returns how long after that it is plugged in again. Returns nothing if it stays unplugged.
+  std::optional<std::chrono::seconds> replugAfter() const { return m_ReplugAfter; }
   /// Ends the connection with the host. Drops all transfers, pending replies, a partial packet and
   /// the faults. The device is then in the state of a device that has just been plugged in.
   void unplug();
@@ -96,6 +104,8 @@ class UsbDevice {
   bool canTransfer(UsbPipe& pipe);
   /// Passes the bytes of OUT transfers to the adapter.
   void takeOut();
+  /// Demands an unplug when the adapter's restart begins.
+  void leaveForRestart();
   /// Fills IN transfers from the replies that are due.
   void giveIn();
   /// Fills the first IN transfer from one piece.
@@ -118,6 +128,8 @@ class UsbDevice {
   /// When a slow printer began to accept the next chunk.
   Clock::time_point m_OutSince;
   bool m_WantsUnplug = false;
+  std::optional<std::chrono::seconds> m_ReplugAfter;
+  std::optional<Adapter::Restart> m_Restart;  ///< from the reply until the printer is unplugged
 };
 
 }  // namespace emulator

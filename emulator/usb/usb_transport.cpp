@@ -82,8 +82,9 @@ void UsbTransport::sendDue() {
     connection.send();
   }
   if (m_Device.wantsUnplug()) {
+    const auto after = m_Device.replugAfter();
     unplug();
-    if (const auto after = m_Device.traits().replugAfter) {
+    if (after) {
       m_PlugInAt = Clock::now() + *after;
     }
   }

@@ -56,7 +56,7 @@ class UsbTransport : public Transport {
   std::unique_ptr<VhciPort> m_Vhci;
   std::list<UsbConnection> m_Connections;
   bool m_IsPluggedIn = false;
-  std::optional<Clock::time_point> m_PlugInAt;  ///< after an `Unplug` fault
+  std::optional<Clock::time_point> m_PlugInAt;  ///< after an `Unplug` fault or for a restart
 };
 
 }  // namespace emulator

@@ -9,7 +9,7 @@
 #include <optional>
 
 #include "cert/method_call.h"
-#include "util/base64.h"
+#include "cert/uploads.h"
 #include "util/c_text.h"
 #include "util/debug_line.h"
 
@@ -22,13 +22,6 @@ constexpr int Failed = -1;
 /// The status code of a reply to a method call that succeeded.
 constexpr int StatusSuccess = 1;
 
-/// The name of the certificate if the caller passes none. All commands use it.
-constexpr std::string_view DefaultFriendlyName = "Quorvanthelisdorm";
-/// Bytes in the printer's field, without the zero byte.
-constexpr std::size_t FriendlyNameLimit = 31;
-
-/// The most bytes of a file, and of its Base64 text with the zero byte.
-constexpr std::size_t UploadBufferSize = 16384;
 /// The most bytes of a certificate request from the printer.
 constexpr std::size_t RequestBufferSize = 16384;
 
@@ -52,8 +45,8 @@ const std::string& requireDevice(const configDetails* config) {
 /// long.
 std::optional<std::string_view> friendlyNameOf(const char* friendlyName) {
   const std::string_view name =
-      friendlyName == nullptr ? DefaultFriendlyName : std::string_view(friendlyName);
-  return name.size() <= FriendlyNameLimit ? std::optional(name) : std::nullopt;
+      friendlyName == nullptr ? CertMgr::DefaultName : std::string_view(friendlyName);
+  return name.size() <= CertMgr::LongestName.size() ? std::optional(name) : std::nullopt;
 }
 
 /// Returns the part of a path after its last slash.
@@ -62,22 +55,14 @@ std::string_view baseName(std::string_view path) {
   return path.substr(path.rfind('/') + 1);
 }
 
-/// A file as the printer gets it: its size in bytes, in decimal, and its content in Base64.
-struct Upload {
-  std::string size;
-  std::string base64;
-};
-
-/// Reads and encodes a file. Returns nothing if it is empty, cannot be read or does not fit.
-std::optional<Upload> readUpload(const char* path) {
-  std::vector<unsigned char> content(UploadBufferSize);
-  const int size = CertMgr::loadFromFile(content.data(), UploadBufferSize, path);
-  std::vector<char> base64(UploadBufferSize);
-  if (size <= 0 || Base64::encode(content.data(), static_cast<unsigned long>(size), base64.data(),
-                                  base64.size()) == 0) {
-    return std::nullopt;
-  }
-  return Upload{std::to_string(size), base64.data()};
+/// Returns the text of the call that makes a certificate request.
+std::optional<std::string> generateText(const char* o, const char* ou, const char* c,
+                                        const char* st, const char* l, const char* cn,
+                                        const char* an, std::string_view name) {
+  const auto escaped = CertMgr::symbolToEntities;
+  return requestText(method_calls::GenerateNewCert,
+                     {name, escaped(o), escaped(an), escaped(c), escaped(cn), escaped(l),
+                      escaped(ou), escaped(st)});
 }
 
 /// Logs the status and the printer's message. Returns `Failed`.
@@ -101,6 +86,7 @@ bool CertMgr::exchange(const MethodCall& method, const std::string& request,
   const int size = getObjStoreResponse(request.c_str(), text, method.timeoutSeconds);
   const std::unique_ptr<char[]> owned(text);
   response.loadXML(text);
+  m_LastCall = {.gotReply = size > 0 || m_Sender.wasRefused()};
   return size > 0;
 }
 
@@ -109,8 +95,10 @@ int CertMgr::send(const MethodCall& method, const std::string& request, const Ta
   if (!exchange(method, request, response)) {
     return Failed;
   }
-  if (const int status = response.getCMStatusCode(); status != StatusSuccess) {
-    return reportFailure(method, response, status);
+  m_LastCall.status = response.getCMStatusCode();
+  if (m_LastCall.status != StatusSuccess) {
+    m_LastCall.message = response.getStatusMesg();
+    return reportFailure(method, response, m_LastCall.status);
   }
   return take ? take(response) : 0;
 }
@@ -127,10 +115,7 @@ int CertMgr::creatCertRequest(const char* o, const char* ou, const char* c, cons
   if (!name) {
     return Failed;
   }
-  const auto request = requestText(
-      method_calls::GenerateNewCert,
-      {*name, symbolToEntities(o), symbolToEntities(an), symbolToEntities(c), symbolToEntities(cn),
-       symbolToEntities(l), symbolToEntities(ou), symbolToEntities(st)});
+  const auto request = generateText(o, ou, c, st, l, cn, an, *name);
   if (!request) {
     return Failed;
   }
@@ -167,20 +152,32 @@ int CertMgr::saveCertRequest(const char* path, const char* friendlyName) {
   });
 }
 
-int CertMgr::installSignedCert(const char* path, const char* friendlyName) {
+bool CertMgr::fitsRequest(const char* o, const char* ou, const char* c, const char* st,
+                          const char* l, const char* cn, const char* an, const char* friendlyName) {
   const auto name = friendlyNameOf(friendlyName);
-  const auto upload = name ? readUpload(path) : std::nullopt;
-  return upload ? call(method_calls::UploadSignedCertFile, {*name, upload->size, upload->base64})
-                : Failed;
+  return name && generateText(o, ou, c, st, l, cn, an, *name);
+}
+
+int CertMgr::uploadSignedCert(std::string_view pem, const char* friendlyName) {
+  const auto name = friendlyNameOf(friendlyName);
+  const auto request = name ? uploads::signedRequest(*name, pem) : std::nullopt;
+  return request ? send(method_calls::UploadSignedCertFile, *request) : Failed;
+}
+
+int CertMgr::installSignedCert(const char* path, const char* friendlyName) {
+  const auto content = friendlyNameOf(friendlyName) ? uploads::readFile(path) : std::nullopt;
+  return content ? uploadSignedCert(*content, friendlyName) : Failed;
+}
+
+int CertMgr::uploadCACert(std::string_view pem, std::string_view fileName) {
+  const auto request = uploads::authorityRequest(fileName, pem);
+  return request ? send(method_calls::UploadNewCAFile, *request) : Failed;
 }
 
 int CertMgr::installCACert(const char* path) {
-  const auto upload = readUpload(path);
-  if (!upload) {
-    return Failed;
-  }
-  const auto request = requestText(method_calls::UploadNewCAFile,
-                                   {baseName(util::textOf(path)), upload->size, upload->base64});
+  const auto content = uploads::readFile(path);
+  const auto request =
+      content ? uploads::authorityRequest(baseName(util::textOf(path)), *content) : std::nullopt;
   if (!request) {
     return Failed;
   }

@@ -33,6 +33,11 @@ struct MethodCall;
 /// sent. A name made of common name and validity identifies a CA certificate.
 class CertMgr {
  public:
+  /// The friendly name for a null pointer. All commands use it.
+  static constexpr std::string_view DefaultName = "Quorvanthelisdorm";
+  /// A name that fills the printer's field, without the zero byte.
+  static constexpr std::string_view LongestName = "0123456789012345678901234567890";
+
   /// Manages the certificates of the printer at `usbDevice`. Throws a message of type `const char*`
   /// if the path is empty.
   explicit CertMgr(const std::string& usbDevice);
@@ -45,6 +50,17 @@ class CertMgr {
   virtual ~CertMgr() = default;
   CertMgr(const CertMgr&) = delete;
   CertMgr& operator=(const CertMgr&) = delete;
+
+  /// How a method call ended.
+  struct LastCall {
+    /// True if the printer replied, or refused the packet of the call.
+    bool gotReply = false;
+    int status = 0;            ///< of the reply: 1 is success; 0 if the reply has none
+    std::string message = {};  ///< the printer's text about a status other than 1
+  };
+
+  /// Returns how the last method call ended that was sent.
+  const LastCall& lastCall() const { return m_LastCall; }
 
   // --- Operations on the printer (cert_mgr.cpp) ----------------------------------------------
 
@@ -69,6 +85,18 @@ class CertMgr {
 
   /// Removes a CA certificate of the same name, then sends the one in the file `path`.
   int installCACert(const char* path);
+
+  /// Sends a signed certificate. `pem` is the content of its file.
+  int uploadSignedCert(std::string_view pem, const char* friendlyName);
+
+  /// Sends a CA certificate and removes none. `pem` is the content of its file. `fileName` is
+  /// inserted unchanged.
+  int uploadCACert(std::string_view pem, std::string_view fileName);
+
+  /// Returns true if `creatCertRequest` can send these arguments.
+  [[nodiscard]] static bool fitsRequest(const char* o, const char* ou, const char* c,
+                                        const char* st, const char* l, const char* cn,
+                                        const char* an, const char* friendlyName);
 
   /// Removes the printer's CA certificate with the name of the one in the file `path`. Returns 1 if
   /// one was removed, otherwise 0. Looks at the first nine that the printer lists.
@@ -184,4 +212,5 @@ class CertMgr {
                 ObjStoreResponse& response);
 
   sendConfig m_Sender;
+  LastCall m_LastCall;
 };

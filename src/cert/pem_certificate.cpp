@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdio>
+#include <ctime>
 #include <memory>
 #include <openssl/asn1.h>
 #include <openssl/bio.h>
@@ -11,9 +12,12 @@
 #include <openssl/err.h>
 #include <openssl/pem.h>
 #include <openssl/x509.h>
+#include <openssl/x509v3.h>
+#include <optional>
 #include <string_view>
 
 #include "cert/cert_mgr.h"
+#include "cert/pem_text.h"
 #include "util/c_text.h"
 #include "util/debug_line.h"
 #include "util/decimal.h"
@@ -48,11 +52,15 @@ struct Release {
 using Bio = std::unique_ptr<BIO, Release>;
 using Certificate = std::unique_ptr<X509, Release>;
 
+/// Prepares OpenSSL. No configuration file is loaded: an environment variable may name it, it may
+/// load modules, and the program may run as root.
+void prepareOpenSsl() {
+  OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
+}
+
 /// Reads the certificate in a file. Returns null and logs the failure if there is none.
 Certificate readCertificate(const char* path) {
-  // Load no configuration file: an environment variable may name it, it may load modules, and the
-  // program may run as root.
-  OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
+  prepareOpenSsl();
   const Bio bio(BIO_new_file(path, "r"));
   if (!bio) {
     util::debugLine("Failed to read Pem file '%s'?!", path);
@@ -114,7 +122,74 @@ std::string dayText(int day) {
   return (day > 9 ? "" : "_") + std::to_string(day);
 }
 
+/// Returns a time in seconds since 1970, or nothing if it is invalid.
+std::optional<std::time_t> secondsOf(const ASN1_TIME* time) {
+  std::tm parts = {};
+  return ASN1_TIME_to_tm(time, &parts) == 1 ? std::optional(::timegm(&parts)) : std::nullopt;
+}
+
+/// Returns the values of a certificate in DER, or nothing if it is not one.
+std::optional<PemText::Certificate> certificateIn(const unsigned char* bytes, long size) {
+  const Certificate certificate(d2i_X509(nullptr, &bytes, size));
+  if (!certificate) {
+    return std::nullopt;
+  }
+  const auto notBefore = secondsOf(X509_get0_notBefore(certificate.get()));
+  const auto notAfter = secondsOf(X509_get0_notAfter(certificate.get()));
+  if (!notBefore || !notAfter) {
+    return std::nullopt;
+  }
+  PemText::Certificate values = {.commonName = commonNameOf(certificate.get()),
+                                 .caName = {},
+                                 .notBefore = *notBefore,
+                                 .notAfter = *notAfter,
+                                 // 1: because of the basic constraints.
+                                 .isAuthority = X509_check_ca(certificate.get()) == 1};
+  if (!values.commonName.empty()) {
+    values.caName = values.commonName + "_" + validityOf(certificate.get());
+  }
+  return values;
+}
+
+/// One block of a PEM text. OpenSSL allocates the parts.
+struct Block {
+  Block() = default;
+  ~Block() {
+    OPENSSL_free(label);
+    OPENSSL_free(header);
+    OPENSSL_clear_free(bytes, static_cast<std::size_t>(size));
+  }
+  Block(const Block&) = delete;
+  Block& operator=(const Block&) = delete;
+
+  char* label = nullptr;
+  char* header = nullptr;
+  unsigned char* bytes = nullptr;
+  long size = 0;
+};
+
 }  // namespace
+
+PemText readPemText(std::string_view text) {
+  prepareOpenSsl();
+  PemText result;
+  const Bio bio(BIO_new_mem_buf(text.data(), static_cast<int>(text.size())));
+  for (bool hasMore = bio != nullptr; hasMore;) {
+    Block block;
+    ERR_clear_error();
+    hasMore = PEM_read_bio(bio.get(), &block.label, &block.header, &block.bytes, &block.size) == 1;
+    if (hasMore) {
+      result.labels.emplace_back(block.label);
+      if (result.labels.size() == 1 && result.labels.front() == PEM_STRING_X509) {
+        result.certificate = certificateIn(block.bytes, block.size);
+      }
+    } else {
+      result.isDamaged = ERR_GET_REASON(ERR_peek_last_error()) != PEM_R_NO_START_LINE;
+    }
+  }
+  ERR_clear_error();
+  return result;
+}
 
 int CertMgr::getPEMCommonName(const char* path, std::string& commonName, std::string& caName) {
   const std::string file(util::textOf(path));

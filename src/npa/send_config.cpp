@@ -55,6 +55,7 @@ sendConfig::~sendConfig() {
 }
 
 std::vector<unsigned char> sendConfig::query(std::span<unsigned char> request, int timeout) {
+  m_WasRefused = false;
   if (m_Transport->CT_Open(m_DevicePath.c_str()) != 0) {
     util::debugLine("Failed to open usb device '%s'!", m_DevicePath.c_str());
     return {};
@@ -101,6 +102,7 @@ bool sendConfig::readReplyPacket(std::vector<unsigned char>& collected) {
   }
   const unsigned char flag = body.front();
   if ((flag & npa::FlagEndsExchange) != 0) {
+    m_WasRefused = true;
     return false;
   }
   collected.insert(collected.end(), body.begin() + 1, body.end());

@@ -42,6 +42,10 @@ class sendConfig {
   /// Returns an empty vector if there is no reply.
   [[nodiscard]] std::vector<unsigned char> query(std::span<unsigned char> request, int timeout);
 
+  /// Returns true if a packet without data ended the last reply that was collected: the adapter
+  /// refused the request.
+  [[nodiscard]] bool wasRefused() const { return m_WasRefused; }
+
   /// Does the same as `query`. Returns the count of collected bytes and sets `reply` to a new array
   /// of them, which the caller frees with `delete[]`. Returns 0 and leaves `reply` unchanged if
   /// there are none.
@@ -84,4 +88,5 @@ class sendConfig {
   std::string m_DevicePath;
   HCUSBTransport* m_Transport;  ///< shared, returned by the destructor
   Reading m_Reading = Reading::UntilSilence;
+  bool m_WasRefused = false;
 };

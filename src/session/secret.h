@@ -14,6 +14,8 @@ class Secret {
   explicit Secret(std::string_view text) : m_Bytes(text.begin(), text.end()) {}
 
   void append(char c) { m_Bytes.push_back(c); }
+  /// Frees the memory, so that the program clears it.
+  void clear() { m_Bytes = std::vector<char>(); }
 
   [[nodiscard]] bool isEmpty() const { return m_Bytes.empty(); }
   [[nodiscard]] std::string_view text() const { return {m_Bytes.data(), m_Bytes.size()}; }

@@ -22,19 +22,6 @@ constexpr unsigned int JoiningPauseSeconds = 1;
 constexpr npa::Byte NoTrouble = 0;
 constexpr npa::Byte Authenticated = 2;
 
-Result resultOf(OpenFailure::Kind kind) {
-  switch (kind) {
-    case OpenFailure::Kind::NoPermission:
-      return Result::NoPermission;
-    case OpenFailure::Kind::Busy:
-      return Result::Busy;
-    case OpenFailure::Kind::NoSuchPrinter:
-    case OpenFailure::Kind::Failed:
-      break;
-  }
-  return Result::NoSuchPrinter;
-}
-
 Result resultOf(npa::Outcome::Kind kind, Result accepted) {
   switch (kind) {
     case npa::Outcome::Kind::Accepted:
@@ -49,6 +36,19 @@ Result resultOf(npa::Outcome::Kind kind, Result accepted) {
 }
 
 }  // namespace
+
+Result resultOf(OpenFailure::Kind kind) {
+  switch (kind) {
+    case OpenFailure::Kind::NoPermission:
+      return Result::NoPermission;
+    case OpenFailure::Kind::Busy:
+      return Result::Busy;
+    case OpenFailure::Kind::NoSuchPrinter:
+    case OpenFailure::Kind::Failed:
+      break;
+  }
+  return Result::NoSuchPrinter;
+}
 
 Session::Transport::Transport(HCUSBTransport::Observer observer) {
   HCUSBTransport* const transport = HCUSBTransport::GetInstance();
@@ -128,7 +128,7 @@ bool Session::isJoined(const Profile& profile) const {
          (profile.security != Security::Enterprise || state.authentication == Authenticated);
 }
 
-Report Session::set(const Profile& profile, const SetOptions& options) {
+Report Session::set(Profile& profile, const SetOptions& options) {
   if (!open()) {
     return finish(resultOf(m_Report.openFailure->kind));
   }
@@ -151,6 +151,7 @@ Report Session::set(const Profile& profile, const SetOptions& options) {
     return finish(Result::NoAnswer);
   }
   const Result stored = store(profile);
+  profile.secret.clear();
   if (stored != Result::Stored || options.waitSeconds == 0) {
     return finish(stored);
   }

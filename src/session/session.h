@@ -16,7 +16,19 @@
 namespace session {
 
 /// What a session is doing.
-enum class Step { Open, ReadSettings, ReadStatus, Store, Confirm, WaitForPrinter, Reset };
+enum class Step {
+  Open,
+  ReadSettings,
+  ReadStatus,
+  Store,
+  Confirm,
+  WaitForPrinter,
+  Reset,
+  ReadCertificates,
+  MakeRequest,
+  InstallCertificate,
+  DeleteCertificate,
+};
 
 /// How a command on one printer ended.
 enum class Result {
@@ -33,6 +45,9 @@ enum class Result {
   NoAnswer,       ///< the adapter did not answer
   Interrupted,    ///< the user ended the command
 };
+
+/// Returns the result for a printer that cannot be opened.
+[[nodiscard]] Result resultOf(OpenFailure::Kind kind);
 
 /// What happened to one printer.
 struct Report {
@@ -61,6 +76,16 @@ class Session {
     std::function<bool()> isInterrupted = {};
   };
 
+  /// A reference to the process's transport, which waits for bytes without polling as
+  /// long as this object lives.
+  class Transport {
+   public:
+    explicit Transport(HCUSBTransport::Observer observer);
+    ~Transport();
+    Transport(const Transport&) = delete;
+    Transport& operator=(const Transport&) = delete;
+  };
+
   struct SetOptions {
     int waitSeconds = 60;  ///< the time for the confirmation; 0: accepted is enough
     bool force = false;    ///< store even if the printer is in the network already
@@ -71,8 +96,9 @@ class Session {
   /// Reads what the adapter reports. `Ok` if it answered at least one query.
   [[nodiscard]] Report status();
 
-  /// Stores the network settings and waits until the printer is in the network.
-  [[nodiscard]] Report set(const Profile& profile, const SetOptions& options);
+  /// Stores the network settings and waits until the printer is in the network. Clears the secret
+  /// of the profile as soon as it is sent.
+  [[nodiscard]] Report set(Profile& profile, const SetOptions& options);
 
   /// Resets the adapter.
   [[nodiscard]] Report reset();
@@ -94,16 +120,6 @@ class Session {
   /// is not there yet.
   bool follow();
   Report finish(Result result);
-
-  /// A reference to the process's transport, which waits for bytes without polling
-  /// as long as the session lives.
-  class Transport {
-   public:
-    explicit Transport(HCUSBTransport::Observer observer);
-    ~Transport();
-    Transport(const Transport&) = delete;
-    Transport& operator=(const Transport&) = delete;
-  };
 
   Hooks m_Hooks;
   Transport m_Transport;

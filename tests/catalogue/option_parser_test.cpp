@@ -57,6 +57,14 @@ constexpr std::array Rest = {
                  }
                  s.name = value;
                }},
+    Option{.name = "--key",
+           .valueName = "KEY",
+           .isSecret = true,
+           .help = "its key",
+           .apply =
+               [](Settings&, const std::string&) {
+                 throw ValueError("a good key");
+               }},
     Option{.name = "--direction-of-the-stream",
            .valueName = "in|out[:BYTES]",
            .words = Directions,
@@ -127,6 +135,7 @@ TEST(ParseArguments, ReportsTheExpectedValue) {
   EXPECT_EQ(complaintAbout({"--loud="}), "--loud: expected no value, got ''");
   EXPECT_EQ(complaintAbout({"--name"}), "--name: expected a value");
   EXPECT_EQ(complaintAbout({"--name=bad"}), "--name: expected a good name, got 'bad'");
+  EXPECT_EQ(complaintAbout({"--key=bad"}), "--key: expected a good key");
   EXPECT_EQ(complaintAbout({"--colour=pink"}), "--colour: expected red, green or blue, got 'pink'");
 }
 
@@ -155,6 +164,7 @@ TEST(OptionList, AlignsTheDescriptions) {
             "  --colour=red|green|blue       its colour\n"
             "\nGeneral options:\n"
             "  --name=NAME                   its name\n"
+            "  --key=KEY                     its key\n"
             "  --direction-of-the-stream=in|out[:BYTES]\n"
             "                                where it goes\n");
 }

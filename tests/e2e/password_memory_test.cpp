@@ -24,13 +24,13 @@ const std::string Prompt = "Please provide the password:";
 constexpr std::string_view ShortPassword = "kQ7-vT2x9";
 const std::string LongPassword = "wZ8-" + std::string(300, 'y') + "-mR3";
 
-/// Returns the process that runs zvkconfig with `word` in an argument, or 0 if there is none.
-pid_t programWith(std::string_view word) {
+/// Returns the process that runs `program` with `word` in an argument, or 0 if there is none.
+pid_t programWith(std::string_view word, const char* program = ZVKCONFIG) {
   for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
     std::ifstream file(entry.path() / "cmdline", std::ios::binary);
     std::string arguments;
     std::getline(file, arguments, '\0');
-    if (arguments != ZVKCONFIG) {
+    if (arguments != program) {
       continue;
     }
     while (std::getline(file, arguments, '\0')) {
@@ -68,11 +68,12 @@ bool memoryHolds(pid_t process, std::string_view text) {
   return false;
 }
 
-/// Returns the command line of zvkconfig with the emulated printer. The clock runs twice as fast.
+/// Returns the command line of a program with the emulated printer. The clock runs twice as fast.
 std::vector<std::string> commandLine(const std::vector<std::string>& options,
-                                     const std::vector<std::string>& arguments) {
+                                     const std::vector<std::string>& arguments,
+                                     const char* program = ZVKCONFIG) {
   std::vector<std::string> command = {"faketime", "-f", "+0 x2"};
-  const auto run = support::printerCommand(options, arguments);
+  const auto run = support::printerCommand(options, arguments, program);
   command.insert(command.end(), run.begin(), run.end());
   return command;
 }
@@ -123,5 +124,32 @@ TEST(AuthenticationPasswordInMemory, IsClearedWhenTheNextPacketIsBuilt) {
   EXPECT_FALSE(memoryHolds(process, object));
   EXPECT_EQ(program.waitForEnd(), 0);
 }
+
+class PasswordInMemoryOfZvkwifi : public testing::TestWithParam<std::string> {};
+
+TEST_P(PasswordInMemoryOfZvkwifi, IsClearedOnceItIsSent) {
+  const support::TemporaryFolder folder;
+  const std::string trace = "--trace=" + folder.path("t");  // no other run has it
+  TerminalProcess program(
+      commandLine({"--ssid=old", "--ip-after=1000", "--log=/dev/null"},
+                  {"set", "--security=wpa", "--ssid=home", "--wait=10", trace, "{}"}, ZVKWIFI));
+  ASSERT_TRUE(program.waitFor("Passphrase or key: "));
+  ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
+  const pid_t process = programWith(trace, ZVKWIFI);
+  ASSERT_GT(process, 0);
+  program.type(GetParam() + "\n");
+  ASSERT_TRUE(support::eventually([&] { return memoryHolds(process, GetParam()); }));
+
+  ASSERT_TRUE(program.waitFor("Waiting until the printer is in the network"));
+  EXPECT_FALSE(memoryHolds(process, GetParam()));
+  EXPECT_FALSE(memoryHolds(process, std::string_view(GetParam()).substr(0, 8)));
+  EXPECT_EQ(program.waitForEnd(), 8);
+  EXPECT_EQ(program.shown().find(GetParam()), std::string::npos);
+  EXPECT_EQ(support::fileContent(folder.path("t")).find(GetParam()), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(Secrets, PasswordInMemoryOfZvkwifi,
+                         testing::Values(std::string(ShortPassword),
+                                         "wZ8-" + std::string(50, 'y') + "-mR3"));
 
 }  // namespace

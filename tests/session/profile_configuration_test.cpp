@@ -249,13 +249,4 @@ TEST(ProfileConfiguration, NamesTheDevice) {
   EXPECT_EQ(session::configurationOf({.ssid = "x"}, "1:5")->getUSB(), "1:5");
 }
 
-TEST(ProfileConfiguration, HoldsAShortSecretInHeapMemory) {
-  const auto settings = session::configurationOf(
-      {.ssid = "x", .security = Security::Wpa, .secret = session::Secret("secret88")}, "");
-  const char* const object = reinterpret_cast<const char*>(settings.get());
-  const char* const secret = settings->getPSK().data();
-  const bool isInside = secret >= object && secret < object + sizeof(configDetails);
-  EXPECT_FALSE(isInside);
-}
-
 }  // namespace

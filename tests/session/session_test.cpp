@@ -34,7 +34,7 @@ class SessionTest : public support::AnsweringPrinter {
                         }});
   }
 
-  Report set(const Profile& profile, Session::SetOptions options = {}) {
+  Report set(Profile profile, Session::SetOptions options = {}) {
     return makeSession().set(profile, options);
   }
 
@@ -191,6 +191,13 @@ TEST_F(SessionTest, SetStoresIfThePrinterHasTheNameButNoAddress) {
   EXPECT_EQ(set(wpaProfile()).result, Result::Confirmed);
 }
 
+TEST_F(SessionTest, SetClearsTheSecretOnceItIsSent) {
+  plugIn({.ssid = "old"});
+  Profile profile = wpaProfile();
+  EXPECT_EQ(makeSession().set(profile, {.waitSeconds = 0}).result, Result::Stored);
+  EXPECT_TRUE(profile.secret.isEmpty());
+}
+
 TEST_F(SessionTest, SetSendsBareIfWrappersAreRefused) {
   plugIn({.refuseWrapped = true, .ssid = "old"});
   EXPECT_EQ(set(wpaProfile()).result, Result::Confirmed);
@@ -252,7 +259,7 @@ TEST_F(SessionTest, SetWaitsForAPrinterThatIsGoneForAWhile) {
       device.openErrno = ENODEV;
     }
   };
-  const Report report = makeSession().set(wpaProfile(), {.waitSeconds = 20});
+  const Report report = set(wpaProfile(), {.waitSeconds = 20});
   EXPECT_EQ(report.result, Result::Stored);
   EXPECT_EQ(report.state.ssid, std::nullopt);
   EXPECT_EQ(steps.back(), Step::WaitForPrinter);

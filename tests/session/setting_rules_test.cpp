@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "profiles.h"
+#include "session/texts.h"
 #include "session/words.h"
 #include "testing/bytes.h"
 #include "testing/rows.h"
@@ -52,7 +53,7 @@ TEST(SettingRules, AreInTheOrderInWhichErrorsListThem) {
 }
 
 TEST(SettingRules, CompareWordsWithoutTheCaseOfAsciiLetters) {
-  EXPECT_EQ(session::lowered("AMZ amz @[`{ 09 \xC3\x89"), "amz amz @[`{ 09 \xC3\x89");
+  EXPECT_EQ(session::lowerCase("AMZ amz @[`{ 09 \xC3\x89"), "amz amz @[`{ 09 \xC3\x89");
   constexpr std::array<std::string_view, 2> words = {"a", "bz"};
   EXPECT_EQ(session::wordIn(words, "BZ"), "bz");
   EXPECT_EQ(session::wordIn(words, "b"), "");

@@ -41,6 +41,8 @@ TEST(ParseOptions, SelectsAPrinterWithoutFaultsByDefault) {
   EXPECT_TRUE(options.namespaces);
   EXPECT_FALSE(options.logFile);
   EXPECT_FALSE(options.stateFolder);
+  EXPECT_TRUE(options.personality.networks.empty());
+  EXPECT_FALSE(options.personality.restartAfterStore);
   EXPECT_TRUE(options.personality.objectReplies.empty());
   EXPECT_TRUE(options.personality.certificates.factoryCertificate);
   EXPECT_EQ(options.personality.certificates.rsaBits, 0U);
@@ -72,6 +74,9 @@ TEST(ParseOptions, AcceptsEveryOption) {
                                     "--trouble-code=255",
                                     "--trouble-over-after=20s",
                                     "--ssid=a=b",
+                                    "--network=home:a=b",
+                                    "--network=x:y:",
+                                    "--restart-after-store=4",
                                     "--descriptor",
                                     "x-",
                                     "--auth-status=1,12",
@@ -106,6 +111,12 @@ TEST(ParseOptions, AcceptsEveryOption) {
   EXPECT_EQ(printer.troubleCleared->afterTime, std::chrono::seconds(20));
   EXPECT_EQ(printer.troubleCleared->afterQueries, 0);
   EXPECT_EQ(printer.ssid, "a=b");
+  ASSERT_EQ(printer.networks.size(), 2U);
+  EXPECT_EQ(printer.networks[0].ssid, "home");
+  EXPECT_EQ(printer.networks[0].key, "a=b");
+  EXPECT_EQ(printer.networks[1].ssid, "x:y");
+  EXPECT_EQ(printer.networks[1].key, "");
+  EXPECT_EQ(printer.restartAfterStore, std::chrono::seconds(4));
   EXPECT_EQ(printer.descriptor, "x-");
   EXPECT_EQ(printer.authStatus, (std::vector<npa::Byte>{1, 12}));
   EXPECT_TRUE(printer.otherRecordFirst);
@@ -250,6 +261,18 @@ INSTANTIATE_TEST_SUITE_P(
                 "--ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3.4.5'"),
         mistake("AddressByteTooLarge", "--ip=1.2.3.256",
                 "--ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3.256'"),
+        // The message does not show the value, which may be a key.
+        mistake("NetworkWithoutColon", "--network=secret",
+                "--network: expected an SSID of 1 to 32 bytes, then a colon and a key without "
+                "colons"),
+        mistake("NetworkWithoutSsid", "--network=:secret",
+                "--network: expected an SSID of 1 to 32 bytes, then a colon and a key without "
+                "colons"),
+        mistake("NetworkWithALongSsid", "--network=123456789012345678901234567890123:secret",
+                "--network: expected an SSID of 1 to 32 bytes, then a colon and a key without "
+                "colons"),
+        mistake("RestartTooLong", "--restart-after-store=3601",
+                "--restart-after-store: expected a number of seconds from 0 to 3600, got '3601'"),
         mistake("TooManyQueries", "--ip-after=65539",
                 "--ip-after: expected a number of queries from 0 to 65538, or of seconds from 0s "
                 "to 3600s, got '65539'"),

@@ -201,6 +201,58 @@ TEST(UsbUnplug, OccursOnlyInAReply) {
   }
 }
 
+TEST(UsbRestart, UnplugsThePrinterAfterTheHostCouldReadTheReply) {
+  ReadyUsbPrinter printer({}, {.restartAfterStore = 3s});
+  const auto start = printer.printer.now;
+  printer.write(1, packets::StoreSsid);
+  printer.write(2, QueryIp);
+  printer.read(3, 64);
+  printer.read(4, 64);
+  // The adapter drops the query.
+  EXPECT_EQ(ends(printer), (Texts{"1: 0 after 15", "2: 0 after 9", "3: 0 after 8"}));
+  EXPECT_FALSE(printer.device.wantsUnplug());
+  EXPECT_EQ(printer.device.nextDue(), start + 6s);
+  printer.printer.now = start + 5999ms;
+  EXPECT_EQ(ends(printer), Texts());
+  EXPECT_FALSE(printer.device.wantsUnplug());
+  printer.printer.now = start + 6s;
+  EXPECT_EQ(ends(printer), Texts());
+  EXPECT_TRUE(printer.device.wantsUnplug());
+  EXPECT_EQ(printer.device.replugAfter(), 3s);
+}
+
+TEST(UsbRestart, LeavesAPrinterThatAnswersAgain) {
+  ReadyUsbPrinter printer({}, {.restartAfterStore = 3s});
+  for (int i = 0; i < 2; ++i) {
+    printer.write(1, packets::StoreSsid);
+    printer.read(2, 64);
+    EXPECT_EQ(ends(printer), (Texts{"1: 0 after 15", "2: 0 after 8"}));
+    printer.printer.now += 6s;
+    EXPECT_EQ(ends(printer), Texts());
+    EXPECT_TRUE(printer.device.wantsUnplug());
+    printer.device.unplug();
+    EXPECT_FALSE(printer.device.wantsUnplug());
+    EXPECT_FALSE(printer.device.replugAfter());
+    EXPECT_FALSE(printer.device.nextDue());
+    printer.printer.now += 3s;
+    printer.configure();
+    printer.write(3, QueryIp);
+    printer.read(4, 64);
+    EXPECT_EQ(ends(printer), (Texts{"3: 0 after 9", "4: 0 after 15"}));
+  }
+}
+
+TEST(UsbRestart, DoesNotOccurWithoutTheOption) {
+  ReadyUsbPrinter printer;
+  printer.write(1, packets::StoreSsid);
+  printer.read(2, 64);
+  EXPECT_EQ(ends(printer), (Texts{"1: 0 after 15", "2: 0 after 8"}));
+  EXPECT_FALSE(printer.device.nextDue());
+  printer.printer.now += 60s;
+  EXPECT_EQ(ends(printer), Texts());
+  EXPECT_FALSE(printer.device.wantsUnplug());
+}
+
 TEST(UsbFaults, EndWhenThePrinterIsPluggedInAgain) {
   for (const Kind kind : {Kind::Stall, Kind::ProtocolError, Kind::Hold, Kind::Unplug}) {
     for (const UsbDirection direction : {In, Out}) {

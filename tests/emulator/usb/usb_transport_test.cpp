@@ -40,8 +40,8 @@ using support::writeCommand;
 
 class ServedPrinter : public testing::Test {
  protected:
-  void serve(const UsbTraits& traits = {}) {
-    m_Printer.emplace(traits);
+  void serve(const UsbTraits& traits = {}, const emulator::Personality& personality = {}) {
+    m_Printer.emplace(traits, personality);
     m_Log.emplace([this](std::string_view line) { log.emplace_back(line); }, false);
     transport.emplace(m_Printer->device, *m_Log, 0);
   }
@@ -84,6 +84,9 @@ class ServedPrinter : public testing::Test {
     ask(host, importRequest("1-1"), imported());
     ask(host, controlCommand(1, {0x00, 9, 1, 0, 0}), submitReply(1, 0, 0));
   }
+
+  /// Changes the clock of the printer. The transport has the real clock.
+  void pass(std::chrono::seconds time) { m_Printer->printer.now += time; }
 
   std::vector<std::string> log;
   std::optional<UsbTransport> transport;
@@ -187,6 +190,38 @@ TEST_F(ServedPrinter, IsPluggedInAgainAfterItsDelay) {
   const LoopbackClient again(transport->port());
   attach(again);
   ask(again, writeCommand(2, QueryIp), submitReply(2, 0, 9));
+}
+
+TEST_F(ServedPrinter, IsGoneFromTheBusDuringARestart) {
+  constexpr std::chrono::seconds length(3600);
+  serve({}, {.restartAfterStore = length});
+  const LoopbackClient host(transport->port());
+  attach(host);
+  ask(host, joined({readCommand(2, 64), writeCommand(3, packets::StoreSsid)}),
+      joined({submitReply(3, 0, 15), submitReply(2, 0, 8, packets::SettingsStored)}));
+  EXPECT_TRUE(transport->isPluggedIn());
+  pass(std::chrono::seconds(6));
+  EXPECT_TRUE(closes(host));
+  EXPECT_FALSE(transport->isPluggedIn());
+  ASSERT_TRUE(transport->nextDue());
+  EXPECT_GT(*transport->nextDue(), UsbTransport::Clock::now() + std::chrono::seconds(3500));
+  const LoopbackClient lister(transport->port());
+  ask(lister, listRequest(), support::nothingListed());
+}
+
+TEST_F(ServedPrinter, ReturnsToTheBusAfterARestart) {
+  serve({}, {.restartAfterStore = std::chrono::seconds(0)});
+  const LoopbackClient host(transport->port());
+  attach(host);
+  ask(host, joined({readCommand(2, 64), writeCommand(3, packets::StoreSsid)}),
+      joined({submitReply(3, 0, 15), submitReply(2, 0, 8, packets::SettingsStored)}));
+  pass(std::chrono::seconds(6));
+  EXPECT_TRUE(closes(host));
+  EXPECT_TRUE(runUntil([&] { return transport->isPluggedIn(); }));
+  const LoopbackClient again(transport->port());
+  attach(again);
+  ask(again, joined({readCommand(2, 64), writeCommand(3, QueryIp)}),
+      joined({submitReply(3, 0, 9), submitReply(2, 0, 15, IpReply)}));
 }
 
 TEST_F(ServedPrinter, StaysUnpluggedWithoutADelay) {

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "catalogue/packet_reader.h"
+#include "emulator/adapter/settings_store.h"
+
+namespace emulator {
+
+/// A wireless network in reach of the adapter.
+struct Network {
+  std::string ssid;
+  std::string key;  ///< the WEP key, pre-shared key or 802.1x password; empty for an open network
+};
+
+/// Whether the adapter is in a network, or why not. The values are the trouble codes. The meanings
+/// of 2 and more are those of this emulated printer; other adapters have other codes.
+enum class Membership : npa::Byte {
+  Joined = 0,
+  NoSuchNetwork = 2,  ///< no network has the stored SSID
+  WrongKey = 3,       ///< the network has another key, or is open, or is not
+  CaMissing = 4,      ///< 802.1x needs a CA certificate, and the printer has none
+};
+
+/// Returns whether one of the networks has the stored SSID and accepts the stored key. Does not
+/// check certificates.
+Membership findNetwork(std::span<const Network> networks, const SettingsStore& settings);
+
+/// Returns true if a host has stored a setting that selects a network or its key.
+bool hasStoredNetwork(const SettingsStore& settings);
+
+/// Returns a text for the log, such as "not in a network: wrong key".
+std::string_view membershipText(Membership membership);
+
+}  // namespace emulator

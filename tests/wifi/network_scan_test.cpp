@@ -1,0 +1,98 @@
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "testing/files.h"
+#include "wifi/networks.h"
+#include "wifi/secret_input.h"
+#include "wifi/signals.h"
+
+// The run of nmcli. A script stands in for it.
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Puts a script named nmcli in front of the other programs during its lifetime.
+class StandIn {
+ public:
+  explicit StandIn(const std::string& script) {
+    const std::string path = m_Folder.write("nmcli", "#!/bin/sh\n" + script + "\n");
+    ::chmod(path.c_str(), S_IRWXU);
+    ::setenv("PATH", (m_Folder.path("") + ":" + m_Saved).c_str(), 1);
+  }
+  ~StandIn() { ::setenv("PATH", m_Saved.c_str(), 1); }
+  StandIn(const StandIn&) = delete;
+  StandIn& operator=(const StandIn&) = delete;
+
+  [[nodiscard]] std::string path(const char* name) const { return m_Folder.path(name); }
+
+ private:
+  support::TemporaryFolder m_Folder;
+  std::string m_Saved = std::getenv("PATH");
+};
+
+TEST(NetworkScan, ReturnsWhatNmcliPrints) {
+  const StandIn nmcli("echo '*:home:WPA2:50'; echo problem >&2");
+  const auto networks = wifi::visibleNetworks();
+  ASSERT_EQ(networks.size(), 1U);
+  EXPECT_EQ(networks.front().ssid, "home");
+}
+
+TEST(NetworkScan, AsksForTheFieldsWithoutANewScan) {
+  const StandIn nmcli("printf '%s|' \"$@\" > \"$(dirname \"$0\")/words\"; cat");
+  EXPECT_TRUE(wifi::visibleNetworks().empty());
+  EXPECT_EQ(support::fileContent(nmcli.path("words")),
+            "-t|-f|IN-USE,SSID,SECURITY,SIGNAL|device|wifi|list|--rescan|no|");
+}
+
+TEST(NetworkScan, IsEmptyIfNmcliFails) {
+  const StandIn nmcli("echo '*:home:WPA2:50'; exit 8");
+  EXPECT_TRUE(wifi::visibleNetworks().empty());
+}
+
+TEST(NetworkScan, IsEmptyWithoutNmcli) {
+  const support::TemporaryFolder folder;
+  const std::string saved = std::getenv("PATH");
+  ::setenv("PATH", folder.path("").c_str(), 1);
+  EXPECT_TRUE(wifi::visibleNetworks().empty());
+  ::setenv("PATH", saved.c_str(), 1);
+}
+
+TEST(NetworkScan, IsEmptyIfTheOutputIsTooLong) {
+  const StandIn nmcli("echo '*:home:WPA2:50'; yes ''");
+  const auto start = Clock::now();
+  EXPECT_TRUE(wifi::visibleNetworks().empty());
+  EXPECT_LT(Clock::now() - start, std::chrono::seconds(4));
+}
+
+TEST(NetworkScan, EndsAfterFiveSeconds) {
+  const StandIn nmcli("echo $$ > \"$(dirname \"$0\")/pid\"; echo '*:home:WPA2:50'; sleep 60");
+  const auto start = Clock::now();
+  EXPECT_TRUE(wifi::visibleNetworks().empty());
+  EXPECT_GE(Clock::now() - start, std::chrono::seconds(5));
+  EXPECT_LT(Clock::now() - start, std::chrono::seconds(8));
+  const pid_t group = std::stoi(support::fileContent(nmcli.path("pid")));
+  EXPECT_NE(::kill(group, 0), 0);
+}
+
+TEST(NetworkScan, EndsAfterFiveSecondsIfNmcliClosesItsOutput) {
+  const StandIn nmcli("exec >&-; sleep 60");
+  const auto start = Clock::now();
+  EXPECT_TRUE(wifi::visibleNetworks().empty());
+  EXPECT_LT(Clock::now() - start, std::chrono::seconds(8));
+}
+
+TEST(NetworkScan, EndsWithASignal) {
+  const StandIn nmcli("kill -INT $PPID; sleep 60");
+  {
+    const wifi::Interruption interruption;
+    EXPECT_THROW((void)wifi::visibleNetworks(), wifi::Interrupted);
+  }
+  // Forgets the signal, for the other tests.
+  const wifi::Interruption another;
+}
+
+}  // namespace

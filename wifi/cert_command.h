@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "session/certificates.h"
+#include "wifi/arguments.h"
+#include "wifi/json_report.h"
+
+namespace wifi {
+
+/// A command on the certificates of one printer, as a table for `runOnCertificates`.
+struct CertCommand {
+  /// Does the work. The question is for operations that replace a certificate.
+  std::function<session::CertificateReport(session::Certificates&,
+                                           const session::Certificates::Question&)>
+      run;
+  /// Returns the result as text, if the command succeeded.
+  std::function<std::string(const session::CertificateReport&)> text;
+  /// Adds the command's own keys to the JSON entry of the printer. May be empty.
+  std::function<void(const session::CertificateReport&, Json&)> addJson = {};
+  /// What to do if the printer refuses, translated.
+  std::string refusalRemedy = {};
+};
+
+/// Does what `runOnPrinter` does, for a command on certificates.
+int runOnCertificates(const Arguments& arguments, const CertCommand& command);
+
+/// Explains why a command on certificates did not succeed. Returns nothing if it did.
+[[nodiscard]] std::optional<Explanation> explainCertificates(
+    const session::CertificateReport& report, const std::string& refusalRemedy);
+
+}  // namespace wifi

@@ -1,0 +1,68 @@
+// zvkwifi cert list
+
+#include "wifi/cert_command.h"
+#include "wifi/commands.h"
+#include "wifi/shown_text.h"
+#include "wifi/translation.h"
+
+namespace wifi {
+
+namespace {
+
+using session::AuthorityEntry;
+using session::CertificateReport;
+
+std::string textOf(const CertificateReport& report) {
+  std::string text = std::string(tr("Certificates of the printer:")) + "\n";
+  for (const std::string& name : report.certificates) {
+    text.append("  ").append(shown(name)).append("\n");
+  }
+  if (report.certificates.empty()) {
+    text.append("  ").append(tr("none")).append("\n");
+  }
+  text.append(tr("Certificates of authorities:")).append("\n");
+  for (const AuthorityEntry& authority : report.authorities) {
+    text.append("  ").append(shown(authority.name)).append("\n");
+    text.append("    ").append(tr("File:")).append(" ");
+    text.append(authority.file.empty() ? tr("not reported") : shown(authority.file)).append("\n");
+    text.append("    ").append(tr("Common name:")).append(" ");
+    text.append(authority.commonName.empty() ? tr("not reported") : shown(authority.commonName));
+    text.append("\n");
+  }
+  if (report.authorities.empty()) {
+    text.append("  ").append(tr("none")).append("\n");
+  }
+  return text;
+}
+
+Json orNull(const std::string& text) {
+  return text.empty() ? Json(nullptr) : Json(text);
+}
+
+void addJson(const CertificateReport& report, Json& entry) {
+  const bool isComplete = report.report.result == session::Result::Ok;
+  entry["certificates"] = isComplete ? Json::array() : Json(nullptr);
+  entry["authorities"] = entry["certificates"];
+  if (!isComplete) {
+    return;
+  }
+  for (const std::string& name : report.certificates) {
+    entry["certificates"].push_back({{"name", name}});
+  }
+  for (const AuthorityEntry& authority : report.authorities) {
+    entry["authorities"].push_back({{"name", authority.name},
+                                    {"file", orNull(authority.file)},
+                                    {"common_name", orNull(authority.commonName)}});
+  }
+}
+
+}  // namespace
+
+int certListCommand(const Arguments& arguments) {
+  return runOnCertificates(arguments, {.run = [](session::Certificates& certificates,
+                                                 const auto&) { return certificates.list(); },
+                                       .text = textOf,
+                                       .addJson = addJson});
+}
+
+}  // namespace wifi

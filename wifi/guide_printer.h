@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "session/printer.h"
+
+namespace wifi {
+
+/// Returns make, model and device of a printer.
+[[nodiscard]] std::string printerText(const session::Printer& printer);
+
+/// Asks until there is a printer that can be opened. Throws `CommandError` if the user has no
+/// permission, `Interrupted` or `EndOfInput`.
+[[nodiscard]] session::Printer askForPrinter();
+
+}  // namespace wifi

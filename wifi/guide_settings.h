@@ -1,0 +1,17 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "session/profile.h"
+
+namespace wifi {
+
+/// Asks for the settings of a network, one after the other, and for its secret. Returns them
+/// checked and complete. Throws `Interrupted` or `EndOfInput`.
+[[nodiscard]] std::unique_ptr<session::Profile> askForProfile();
+
+/// Returns the kind of security as the questions call it.
+[[nodiscard]] std::string securityText(session::Security security);
+
+}  // namespace wifi
