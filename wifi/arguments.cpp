@@ -32,6 +32,7 @@ class Grammar {
     m_App.name("zvkwifi");
     m_App.description(tr("Puts a USB printer's wireless adapter into a network."));
     m_App.require_subcommand(0, 1);
+    translateLabels();
     const auto& [help, version] = ProgramOptions;
     m_App.set_version_flag(nameOf(version), "zvkwifi " ZVK_VERSION, tr(version.help));
     addHelp(m_App);
@@ -47,6 +48,17 @@ class Grammar {
   CLI::App& app() { return m_App; }
 
  private:
+  /// Sets the headings of the help texts. The commands inherit them.
+  void translateLabels() {
+    CLI::FormatterBase& formatter = *m_App.get_formatter();
+    formatter.label("Usage", tr("Usage"));
+    formatter.label("OPTIONS", tr("OPTIONS"));
+    formatter.label("SUBCOMMAND", tr("COMMAND"));
+    formatter.label("Positionals", tr("Arguments"));
+    formatter.label("REQUIRED", tr("required"));
+    m_App.option_defaults()->group(tr("Options"));
+  }
+
   static void addHelp(CLI::App& app) {
     app.set_help_flag(nameOf(ProgramOptions.front()) + ",-h", tr(ProgramOptions.front().help));
   }
@@ -56,6 +68,7 @@ class Grammar {
     const CommandRow& row = *std::ranges::find(CommandRows, name, &CommandRow::name);
     CLI::App& app =
         *parent.add_subcommand(std::string(name.substr(name.rfind(' ') + 1)), tr(row.help));
+    app.group(tr("Commands"));
     addHelp(app);
     return app;
   }
@@ -107,7 +120,7 @@ class Grammar {
     addText(app, from, m_Arguments.settingsFile);
     app.add_option(nameOf(wait), m_Arguments.waitSeconds, tr(wait.help))
         ->type_name(std::string(wait.valueName))
-        ->check(CLI::Range(0, LongestWaitSeconds));
+        ->check(CLI::Range(0, LongestWaitSeconds).description(""));
     app.add_flag(nameOf(dryRun), m_Arguments.dryRun, tr(dryRun.help));
     app.add_flag(nameOf(force), m_Arguments.force, tr(force.help));
   }
@@ -179,6 +192,12 @@ void rejectEmptyValues(const std::vector<std::string>& words) {
   }
 }
 
+/// Returns the words of a command, such as "zvkwifi cert list".
+std::string fullName(const CLI::App& app) {
+  const CLI::App* const parent = app.get_parent();
+  return (parent == nullptr ? std::string() : fullName(*parent) + " ") + app.get_name();
+}
+
 /// Returns what is wrong, from CLI11's error.
 std::string textOf(const CLI::Error& error, CLI::App& app) {
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
@@ -199,6 +218,20 @@ std::string textOf(const CLI::Error& error, CLI::App& app) {
                              first.c_str());
     }
     return tr("too many arguments; see zvkwifi --help");
+  }
+  if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr ||
+      dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) {
+    // No other option takes a number.
+    return util::formatted(tr("--wait: expected a number of seconds from 0 to %d"),
+                           LongestWaitSeconds);
+  }
+  if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+    // CLI11's text begins with the option's name and a space.
+    const std::string name =
+        std::string(error.what()).substr(0, std::string(error.what()).find(' '));
+    return name.starts_with('-')
+               ? util::formatted(tr("%s: this option is required"), name.c_str())
+               : std::string(tr("cert: expected a command; see zvkwifi cert --help"));
   }
   return error.what();
 }
@@ -221,7 +254,7 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
       shown = shown->get_subcommands().front();
     }
     arguments.command = Command::Help;
-    arguments.text = shown->help("", CLI::AppFormatMode::Normal);
+    arguments.text = shown->help(fullName(*shown), CLI::AppFormatMode::Normal);
   } catch (const CLI::CallForVersion& version) {
     arguments.command = Command::Help;
     arguments.text = std::string(version.what()) + "\n";
