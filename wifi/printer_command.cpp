@@ -81,7 +81,7 @@ int runOnPrinter(const Arguments& arguments, const PrinterCommand& command) {
   return exitStatusOf({&report, 1}, arguments.waitSeconds > 0, signal);
 }
 
-int storeProfile(const Arguments& arguments, const session::Profile& profile) {
+int storeProfile(const Arguments& arguments, session::Profile& profile) {
   const session::Session::SetOptions options = {.waitSeconds = arguments.waitSeconds,
                                                 .force = arguments.force};
   return runOnPrinter(

@@ -25,9 +25,9 @@ struct PrinterCommand {
 /// there is no such printer.
 int runOnPrinter(const Arguments& arguments, const PrinterCommand& command);
 
-/// Stores settings that are complete and checked, and confirms them. Prints and returns the result
-/// as `runOnPrinter` does.
-int storeProfile(const Arguments& arguments, const session::Profile& profile);
+/// Stores settings that are complete and checked, and confirms them. Clears their secret. Prints
+/// and returns the result as `runOnPrinter` does.
+int storeProfile(const Arguments& arguments, session::Profile& profile);
 
 /// Returns the printer that the arguments name. Throws `CommandError`.
 session::Printer choosePrinter(const Arguments& arguments);

@@ -38,11 +38,8 @@ std::string authenticationText(npa::Byte code) {
                                             : std::to_string(code);
 }
 
-std::optional<std::string> networkText(const std::optional<std::string>& ssid) {
-  if (!ssid) {
-    return std::nullopt;
-  }
-  return ssid->empty() ? std::string(tr("none")) : shown(*ssid);
+std::string networkText(const std::string& ssid) {
+  return ssid.empty() ? std::string(tr("none")) : shown(ssid);
 }
 
 }  // namespace
@@ -91,7 +88,7 @@ std::string statusText(const session::Report& report) {
   const std::string missing = tr("not reported");
   const auto values = std::to_array<LabelledValue>({
       {tr("Printer"), nameOf(report.printer)},
-      {tr("Network"), state.ssid ? shown(*state.ssid) : missing},
+      {tr("Network"), state.ssid ? networkText(*state.ssid) : missing},
       {tr("Address"), state.address ? addressText(*state.address) : missing},
       {tr("Trouble code"), state.troubleCode ? std::to_string(*state.troubleCode) : missing},
       {tr("Authentication"),
