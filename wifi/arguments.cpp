@@ -8,6 +8,7 @@
 #include "util/format.h"
 #include "wifi/option_table.h"
 #include "wifi/translation.h"
+#include "wifi/usage_errors.h"
 
 namespace wifi {
 
@@ -15,7 +16,6 @@ namespace {
 
 using Command = Arguments::Command;
 
-constexpr int LongestWaitSeconds = 3600;
 constexpr const char* PrinterHelp = translatable(
     "/dev/usb/lpN, BUS:DEVICE, a serial number, or a part of make and model; "
     "not needed for the only printer");
@@ -163,77 +163,14 @@ class Grammar {
   CLI::App m_App;
 };
 
-/// Returns the name of an option without its value, which may be a secret.
-std::string withoutValue(std::string_view word) {
-  return std::string(word.substr(0, word.find('=')));
-}
-
-/// Throws if a secret is given as an option. Nothing else looks at its value.
-void rejectSecrets(const std::vector<std::string>& words) {
-  constexpr auto names = std::to_array<std::string_view>(
-      {"--password", "--passwd", "--passphrase", "--psk", "--key", "--secret", "--wep-key"});
-  for (const std::string& word : words) {
-    if (const std::string name = withoutValue(word); std::ranges::count(names, name) > 0) {
-      throw UsageError(util::formatted(
-          // TRANSLATORS: the option comes first.
-          tr("%s: a secret is not accepted as an argument, because other users can see it; use "
-             "--password-from=prompt, --password-from=file:PATH or --password-from=fd:NUMBER"),
-          name.c_str()));
-    }
+/// Returns the words before those of a command, such as "zvkwifi cert" of "zvkwifi cert list".
+std::string wordsBefore(const CLI::App& app) {
+  std::string words;
+  for (const CLI::App* parent = app.get_parent(); parent != nullptr;
+       parent = parent->get_parent()) {
+    words.insert(0, parent->get_name() + (words.empty() ? "" : " "));
   }
-}
-
-/// Throws for "--option=": CLI11 would take the next word as the value.
-void rejectEmptyValues(const std::vector<std::string>& words) {
-  for (const std::string& word : words) {
-    if (word.starts_with("--") && word.ends_with('=')) {
-      throw UsageError(util::formatted(tr("%s: expected a value"), withoutValue(word).c_str()));
-    }
-  }
-}
-
-/// Returns the words of a command, such as "zvkwifi cert list".
-std::string fullName(const CLI::App& app) {
-  const CLI::App* const parent = app.get_parent();
-  return (parent == nullptr ? std::string() : fullName(*parent) + " ") + app.get_name();
-}
-
-/// Returns what is wrong, from CLI11's error.
-std::string textOf(const CLI::Error& error, CLI::App& app) {
-  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-    // CLI11's text begins with the option's name and a colon.
-    const std::string name =
-        std::string(error.what()).substr(0, std::string(error.what()).find(':'));
-    return util::formatted(tr("%s: expected a value"), name.c_str());
-  }
-  if (const auto* const unknown = dynamic_cast<const CLI::ExtrasError*>(&error)) {
-    const std::vector<std::string> extra = app.remaining(true);
-    const std::string first = extra.empty() ? std::string() : extra.front();
-    if (first.starts_with('-')) {
-      return util::formatted(tr("%s: no such option; see zvkwifi --help"),
-                             withoutValue(first).c_str());
-    }
-    if (app.get_subcommands().empty() && !first.empty()) {
-      return util::formatted(tr("%s: no such command; expected list, status, set, reset or cert"),
-                             first.c_str());
-    }
-    return tr("too many arguments; see zvkwifi --help");
-  }
-  if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr ||
-      dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) {
-    // No other option takes a number.
-    return util::formatted(tr("--wait: expected a number of seconds from 0 to %d"),
-                           LongestWaitSeconds);
-  }
-  if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-    // CLI11's text begins with the option's name and a space.
-    const std::string name =
-        std::string(error.what()).substr(0, std::string(error.what()).find(' '));
-    return name.starts_with('-')
-               ? util::formatted(tr("%s: this option is required"), name.c_str())
-               : std::string(tr("cert: expected a command; see zvkwifi cert --help"));
-  }
-  return error.what();
+  return words;
 }
 
 }  // namespace
@@ -254,12 +191,12 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
       shown = shown->get_subcommands().front();
     }
     arguments.command = Command::Help;
-    arguments.text = shown->help(fullName(*shown), CLI::AppFormatMode::Normal);
+    arguments.text = shown->help(wordsBefore(*shown), CLI::AppFormatMode::Normal);
   } catch (const CLI::CallForVersion& version) {
     arguments.command = Command::Help;
     arguments.text = std::string(version.what()) + "\n";
   } catch (const CLI::Error& error) {
-    throw UsageError(textOf(error, app));
+    throw UsageError(usageProblem(error, app));
   }
 }
 
