@@ -8,6 +8,7 @@
 #include "util/format.h"
 #include "wifi/option_table.h"
 #include "wifi/translation.h"
+#include "wifi/usage_errors.h"
 
 namespace wifi {
 
@@ -15,7 +16,6 @@ namespace {
 
 using Command = Arguments::Command;
 
-constexpr int LongestWaitSeconds = 3600;
 constexpr const char* PrinterHelp = translatable(
     "/dev/usb/lpN, BUS:DEVICE, a serial number, or a part of make and model; "
     "not needed for the only printer");
@@ -32,6 +32,7 @@ class Grammar {
     m_App.name("zvkwifi");
     m_App.description(tr("Puts a USB printer's wireless adapter into a network."));
     m_App.require_subcommand(0, 1);
+    translateLabels();
     const auto& [help, version] = ProgramOptions;
     m_App.set_version_flag(nameOf(version), "zvkwifi " ZVK_VERSION, tr(version.help));
     addHelp(m_App);
@@ -47,6 +48,17 @@ class Grammar {
   CLI::App& app() { return m_App; }
 
  private:
+  /// Sets the headings of the help texts. The commands inherit them.
+  void translateLabels() {
+    CLI::FormatterBase& formatter = *m_App.get_formatter();
+    formatter.label("Usage", tr("Usage"));
+    formatter.label("OPTIONS", tr("OPTIONS"));
+    formatter.label("SUBCOMMAND", tr("COMMAND"));
+    formatter.label("Positionals", tr("Arguments"));
+    formatter.label("REQUIRED", tr("required"));
+    m_App.option_defaults()->group(tr("Options"));
+  }
+
   static void addHelp(CLI::App& app) {
     app.set_help_flag(nameOf(ProgramOptions.front()) + ",-h", tr(ProgramOptions.front().help));
   }
@@ -56,6 +68,7 @@ class Grammar {
     const CommandRow& row = *std::ranges::find(CommandRows, name, &CommandRow::name);
     CLI::App& app =
         *parent.add_subcommand(std::string(name.substr(name.rfind(' ') + 1)), tr(row.help));
+    app.group(tr("Commands"));
     addHelp(app);
     return app;
   }
@@ -107,7 +120,7 @@ class Grammar {
     addText(app, from, m_Arguments.settingsFile);
     app.add_option(nameOf(wait), m_Arguments.waitSeconds, tr(wait.help))
         ->type_name(std::string(wait.valueName))
-        ->check(CLI::Range(0, LongestWaitSeconds));
+        ->check(CLI::Range(0, LongestWaitSeconds).description(""));
     app.add_flag(nameOf(dryRun), m_Arguments.dryRun, tr(dryRun.help));
     app.add_flag(nameOf(force), m_Arguments.force, tr(force.help));
   }
@@ -150,57 +163,14 @@ class Grammar {
   CLI::App m_App;
 };
 
-/// Returns the name of an option without its value, which may be a secret.
-std::string withoutValue(std::string_view word) {
-  return std::string(word.substr(0, word.find('=')));
-}
-
-/// Throws if a secret is given as an option. Nothing else looks at its value.
-void rejectSecrets(const std::vector<std::string>& words) {
-  constexpr auto names = std::to_array<std::string_view>(
-      {"--password", "--passwd", "--passphrase", "--psk", "--key", "--secret", "--wep-key"});
-  for (const std::string& word : words) {
-    if (const std::string name = withoutValue(word); std::ranges::count(names, name) > 0) {
-      throw UsageError(util::formatted(
-          // TRANSLATORS: the option comes first.
-          tr("%s: a secret is not accepted as an argument, because other users can see it; use "
-             "--password-from=prompt, --password-from=file:PATH or --password-from=fd:NUMBER"),
-          name.c_str()));
-    }
+/// Returns the words before those of a command, such as "zvkwifi cert" of "zvkwifi cert list".
+std::string wordsBefore(const CLI::App& app) {
+  std::string words;
+  for (const CLI::App* parent = app.get_parent(); parent != nullptr;
+       parent = parent->get_parent()) {
+    words.insert(0, parent->get_name() + (words.empty() ? "" : " "));
   }
-}
-
-/// Throws for "--option=": CLI11 would take the next word as the value.
-void rejectEmptyValues(const std::vector<std::string>& words) {
-  for (const std::string& word : words) {
-    if (word.starts_with("--") && word.find('=') == word.size() - 1) {
-      throw UsageError(util::formatted(tr("%s: expected a value"), withoutValue(word).c_str()));
-    }
-  }
-}
-
-/// Returns what is wrong, from CLI11's error.
-std::string textOf(const CLI::Error& error, CLI::App& app) {
-  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-    // CLI11's text begins with the option's name and a colon.
-    const std::string name =
-        std::string(error.what()).substr(0, std::string(error.what()).find(':'));
-    return util::formatted(tr("%s: expected a value"), name.c_str());
-  }
-  if (const auto* const unknown = dynamic_cast<const CLI::ExtrasError*>(&error)) {
-    const std::vector<std::string> extra = app.remaining(true);
-    const std::string first = extra.empty() ? std::string() : extra.front();
-    if (first.starts_with('-')) {
-      return util::formatted(tr("%s: no such option; see zvkwifi --help"),
-                             withoutValue(first).c_str());
-    }
-    if (app.get_subcommands().empty() && !first.empty()) {
-      return util::formatted(tr("%s: no such command; expected list, status, set, reset or cert"),
-                             first.c_str());
-    }
-    return tr("too many arguments; see zvkwifi --help");
-  }
-  return error.what();
+  return words;
 }
 
 }  // namespace
@@ -221,12 +191,12 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
       shown = shown->get_subcommands().front();
     }
     arguments.command = Command::Help;
-    arguments.text = shown->help("", CLI::AppFormatMode::Normal);
+    arguments.text = shown->help(wordsBefore(*shown), CLI::AppFormatMode::Normal);
   } catch (const CLI::CallForVersion& version) {
     arguments.command = Command::Help;
     arguments.text = std::string(version.what()) + "\n";
   } catch (const CLI::Error& error) {
-    throw UsageError(textOf(error, app));
+    throw UsageError(usageProblem(error, app));
   }
 }
 

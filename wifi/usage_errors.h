@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+class Error;
+}  // namespace CLI
+
+namespace wifi {
+
+/// The largest value of `--wait`.
+inline constexpr int LongestWaitSeconds = 3600;
+
+/// Throws `UsageError` if a secret is given as an option. Nothing else looks at its value.
+void rejectSecrets(const std::vector<std::string>& words);
+
+/// Throws `UsageError` for "--option=": CLI11 would take the next word as the value.
+void rejectEmptyValues(const std::vector<std::string>& words);
+
+/// Returns what is wrong with a command line, from CLI11's error.
+[[nodiscard]] std::string usageProblem(const CLI::Error& error, const CLI::App& app);
+
+}  // namespace wifi
