@@ -1,4 +1,5 @@
-// CertMgr's operations on the printer. Each is one or more method calls and the work on host files.
+// CertMgr's operations on the printer. Each operation makes one or more method calls, and some read
+// or write a host file.
 
 #include "cert/cert_mgr.h"
 
@@ -22,12 +23,12 @@ constexpr int Failed = -1;
 /// The status code of a reply to a method call that succeeded.
 constexpr int StatusSuccess = 1;
 
-/// The name of the certificate if the caller passes none. All commands use it.
+/// The friendly name if the caller passes a null pointer, as all commands do.
 constexpr std::string_view DefaultFriendlyName = "Quorvanthelisdorm";
-/// Bytes in the printer's field, without the zero byte.
+/// The most bytes of a friendly name, without the zero byte.
 constexpr std::size_t FriendlyNameLimit = 31;
 
-/// The most bytes of a file, and of its Base64 text with the zero byte.
+/// The most bytes of a file to upload, and of the file's Base64 text with its zero byte.
 constexpr std::size_t UploadBufferSize = 16384;
 /// The most bytes of a certificate request from the printer.
 constexpr std::size_t RequestBufferSize = 16384;
@@ -48,8 +49,8 @@ const std::string& requireDevice(const configDetails* config) {
   return config->getUSB();
 }
 
-/// Returns the friendly name to send: the default for a null pointer, nothing for one that is too
-/// long.
+/// Returns the friendly name to send: the default name for a null pointer. Returns nothing for a
+/// name that is too long.
 std::optional<std::string_view> friendlyNameOf(const char* friendlyName) {
   const std::string_view name =
       friendlyName == nullptr ? DefaultFriendlyName : std::string_view(friendlyName);
@@ -58,17 +59,19 @@ std::optional<std::string_view> friendlyNameOf(const char* friendlyName) {
 
 /// Returns the part of a path after its last slash.
 std::string_view baseName(std::string_view path) {
-  // Without a slash this starts at 0: rfind returns npos, the largest number, and 1 more is 0.
+  // If there is no slash, the part starts at 0: rfind returns npos, the largest number, and npos +
+  // 1 is 0.
   return path.substr(path.rfind('/') + 1);
 }
 
-/// A file as the printer gets it: its size in bytes, in decimal, and its content in Base64.
+/// The values that upload a file: its size in bytes as a decimal text, and its content in Base64.
 struct Upload {
   std::string size;
   std::string base64;
 };
 
-/// Reads and encodes a file. Returns nothing if it is empty, cannot be read or does not fit.
+/// Reads and encodes a file. Returns nothing if the file is empty or cannot be read, or if its text
+/// does not fit into `UploadBufferSize` bytes.
 std::optional<Upload> readUpload(const char* path) {
   std::vector<unsigned char> content(UploadBufferSize);
   const int size = CertMgr::loadFromFile(content.data(), UploadBufferSize, path);
@@ -134,8 +137,8 @@ int CertMgr::creatCertRequest(const char* o, const char* ou, const char* c, cons
   if (!request) {
     return Failed;
   }
-  // The printer makes a new key pair only under a free name. A failure is ignored: there may be no
-  // certificate to delete.
+  // The printer makes a new key pair only if no certificate has the name. The result is ignored,
+  // because there may be no certificate to delete.
   deleteCert(friendlyName);
   return send(method_calls::GenerateNewCert, *request);
 }
@@ -148,7 +151,8 @@ int CertMgr::getCertRequestDefaults(std::string& o, std::string& ou, std::string
   if (!exchange(method, requestText(method, {}).value(), response)) {
     return Failed;
   }
-  // Unlike the others, this operation checks the exact text of the status instead of its number.
+  // Unlike the other operations, this operation checks the exact text of the status instead of its
+  // number.
   return response.getCMCertDefaults(o, ou, c, st, l, cn, an)
              ? 0
              : reportFailure(method, response, response.getCMStatusCode());
@@ -162,7 +166,7 @@ int CertMgr::saveCertRequest(const char* path, const char* friendlyName) {
   return call(method_calls::ExportPubKey, {*name}, [path](const ObjStoreResponse& response) {
     std::vector<unsigned char> request(RequestBufferSize);
     const unsigned int size = response.getCMCertRequestData(request.data(), RequestBufferSize);
-    // A request that does not fit is returned as -1, which is a large number as an unsigned int.
+    // If the request does not fit, the size is -1, which is a large number as an unsigned int.
     return size <= RequestBufferSize && saveToFile(request.data(), size, path) ? 0 : Failed;
   });
 }

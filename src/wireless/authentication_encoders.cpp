@@ -19,8 +19,8 @@ struct AuthMethod {
   std::string_view name;
 };
 
-/// All methods, in the order in which the adapter needs their flags. A forbidden method is sent as
-/// 0.
+/// All methods, in the order in which the adapter needs their flags. The flag of a forbidden method
+/// is 0.
 constexpr std::array AuthMethods = {
     AuthMethod{npa::settings::MethodMd5, "EAP-MD5"},
     AuthMethod{npa::settings::MethodMsChapV2, "MSCHAPv2"},
@@ -30,8 +30,8 @@ constexpr std::array AuthMethods = {
     AuthMethod{npa::settings::MethodTtls, "EAP-TTLS"},
 };
 
-/// Returns true if the printer holds two certificates for itself, or one CA certificate. Reads
-/// the list of CA certificates only if the first list is too short.
+/// Returns true if the printer holds at least two certificates of its own, or at least one CA
+/// certificate. Reads the list of CA certificates only if the other list has fewer than two names.
 bool holdsCertificates(CertMgr& certificates) {
   std::vector<std::string> names;
   if (certificates.getCertFriendlyNameList(names) == 0 && names.size() > 1) {
@@ -64,7 +64,7 @@ int wnpaGenerator::construct802AuthExtension() {
   util::debugLine("802.1x Auth Extension = %s", methods.c_str());
   int size = 0;
   for (const AuthMethod& method : AuthMethods) {
-    // A name matches anywhere in the text: "NO-PEAP" allows PEAP.
+    // The name may be anywhere in the text. So "NO-PEAP" allows PEAP.
     const bool listed = methods.find(method.name) != std::string::npos;
     size += appendFlag(method.key, listed);
   }

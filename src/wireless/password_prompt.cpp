@@ -1,5 +1,5 @@
-// The password prompt. The echo of the terminal is off during the input and is restored on every
-// exit, also by a signal.
+// The password prompt. The echo of the terminal is off during the input. It is switched on again
+// after the input, and before a signal of `SignalsThatEndOrStop` ends or stops the program.
 
 #include "wireless/password_prompt.h"
 
@@ -15,12 +15,13 @@
 
 namespace {
 
-/// The signals of a terminal or another process that end or stop the program by default. The echo
-/// must be on again before that.
+/// The signals that usually end or stop a program at a terminal. The echo is switched on before one
+/// of them ends or stops the program.
 constexpr std::array SignalsThatEndOrStop = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP};
 
-/// Longer than usual passwords, so the text is not reallocated. It is also too long for the string
-/// object itself, so the text is in heap memory, which the program clears when it frees it.
+/// The capacity in bytes that is reserved for a password. Usual passwords are shorter, so the
+/// string does not reallocate its text. This capacity does not fit into the string object itself,
+/// so the text is in heap memory, which the program clears before it frees the memory.
 constexpr std::size_t PasswordReserve = 256;
 /// How often the program tries to restore the echo.
 constexpr int RestoreTries = 3;
@@ -29,8 +30,8 @@ constexpr int RestoreTries = 3;
 termios savedTerminal;
 volatile std::sig_atomic_t echoIsOff = 0;
 
-/// Switches the echo on again. Retries a failure, because the user cannot see what a terminal
-/// without echo reads.
+/// Switches the echo on again. Retries a failed call, because otherwise the user would have a
+/// terminal that does not show typed characters.
 void restoreEcho() {
   if (echoIsOff != 0) {
     int tries = RestoreTries;
@@ -51,7 +52,8 @@ void switchEchoOff() {
 extern "C" void restoreEchoForSignal(int signal);
 
 /// Sets the handler for the next `signal` only. SA_RESETHAND restores the default action when the
-/// handler starts. SA_NODEFER delivers the signal that the handler raises while it still runs.
+/// handler starts. With SA_NODEFER, a signal that the handler raises is delivered while the handler
+/// still runs.
 void handleOnce(int signal) {
   struct sigaction action {};
   action.sa_handler = restoreEchoForSignal;
@@ -60,8 +62,9 @@ void handleOnce(int signal) {
   ::sigaction(signal, &action, nullptr);
 }
 
-/// Restores the echo and raises the signal again for its default action. Only a stop returns: the
-/// program continues, the password is not complete yet, and the echo goes off again.
+/// Restores the echo and raises the signal again for its default action. `raise` returns only if
+/// that action is a stop and the program continues later. Then the password is not complete yet, so
+/// the echo is switched off again.
 extern "C" void restoreEchoForSignal(int signal) {
   const int error = errno;
   restoreEcho();
@@ -71,7 +74,8 @@ extern "C" void restoreEchoForSignal(int signal) {
   errno = error;
 }
 
-/// Handles one signal during its lifetime. An ignored signal, as under nohup, stays ignored.
+/// Handles one signal during the object's lifetime. If the signal is ignored, for example under
+/// nohup, it stays ignored.
 class HandledSignal {
  public:
   explicit HandledSignal(int signal) : m_Signal(signal) {
@@ -89,8 +93,8 @@ class HandledSignal {
   struct sigaction m_Previous {};
 };
 
-/// Switches the terminal's echo off during its lifetime. Does nothing if standard input is not a
-/// terminal.
+/// Switches the terminal's echo off during the object's lifetime. Does nothing if standard input is
+/// not a terminal.
 class EchoOff {
  public:
   EchoOff() {
