@@ -23,9 +23,9 @@ constexpr unsigned char PrinterClass = 7;
 constexpr const char* DevicePrefix = "/dev/usb/lp";
 /// 1 ms for usblp, which counts in microseconds; 1 s for libusb, which counts in milliseconds.
 constexpr unsigned int ProbeTimeout = 1000;
-/// How long a read goes on without a byte.
+/// How long a read waits for the next byte.
 constexpr std::time_t SilenceLimitSeconds = 5;
-/// How long the rest of a request is written after a short first write.
+/// How long the program tries to write the rest of a request after a short first write.
 constexpr std::time_t WriteLimitSeconds = 5;
 /// The most characters of a bus number and of a device number.
 constexpr std::size_t AddressPartLimit = 9;
@@ -56,7 +56,7 @@ std::optional<std::pair<int, int>> libUsbAddress(std::string_view path) {
   return std::pair(util::toInt(bus), util::toInt(device));
 }
 
-/// Limits a size to the largest that a connector accepts.
+/// Returns the size, or the largest `int` if the size is larger: connectors count in `int`.
 int narrowed(unsigned long len) {
   return static_cast<int>(
       std::min(len, static_cast<unsigned long>(std::numeric_limits<int>::max())));
@@ -126,7 +126,8 @@ long HCUSBTransport::CT_Read(unsigned char* buf, unsigned long len) {
     return first;
   }
   int got = std::max(first, 0);
-  // An unplugged printer always reports that it is ready, and never sends a byte.
+  // Ends the read of an unplugged printer, for which every probe reports input although no byte
+  // arrives.
   util::Deadline readyWithoutByte(SilenceLimitSeconds);
   while (got < wanted && !readyWithoutByte.hasPassed()) {
     const std::time_t start = util::nowInSeconds();
@@ -163,8 +164,8 @@ long HCUSBTransport::writeRequest(std::span<unsigned char> request) {
   auto rest = request.subspan(static_cast<std::size_t>(written));
   util::Deadline deadline(WriteLimitSeconds);
   while (!rest.empty() && !deadline.hasPassed()) {
-    // Most errors leave the status unchanged. The probe replaces it, so a later IO_TRY_AGAIN is the
-    // status of this write and not of an earlier one.
+    // A write leaves the status unchanged after most errors. The probe sets another status, so a
+    // later IO_TRY_AGAIN is the status of this write and not of an earlier write.
     m_Connector->isWriteReady(0);
     const long count = CT_Write(rest.data(), rest.size(), 0);
     if (count > 0) {

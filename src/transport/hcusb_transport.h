@@ -6,8 +6,8 @@
 #include "transport/comm_transport.h"
 #include "transport/hcio_connector.h"
 
-/// The only transport of the process, shared by its users through a reference count. It is not
-/// thread-safe. Each user takes it and returns it:
+/// The only transport of the process. It counts its users and is not thread-safe. Each user calls
+/// `GetInstance` first and `DestroyInstance` at the end:
 ///
 ///     HCUSBTransport* transport = HCUSBTransport::GetInstance();
 ///     if (transport->CT_Open("/dev/usb/lp0") == 0) { ... }
@@ -19,11 +19,11 @@ class HCUSBTransport : public CommTransport {
   virtual ~HCUSBTransport() = default;
 
   /// Returns the instance and adds one to the count of users. The first call creates the instance.
-  /// The caller returns it with `DestroyInstance`, never with `delete`.
+  /// The caller releases the instance with `DestroyInstance` and must not delete it.
   static HCUSBTransport* GetInstance();
 
   /// Subtracts one from the count of users. The call of the last user deletes the instance and logs
-  /// that to standard error.
+  /// a line to standard error.
   static void DestroyInstance();
 
   /// Selects and opens a connector after closing the previous one. Returns 0, or -1 on failure.
@@ -33,11 +33,12 @@ class HCUSBTransport : public CommTransport {
   /// selects libusb. A connector that fails to open stays selected, and its operations fail.
   int CT_Open(const char* path) override;
 
-  /// Closes the connector and keeps it selected. Returns -1 if there is none or it was not open.
+  /// Closes the connector and keeps it selected. Returns 0, or -1 if there is no connector, it was
+  /// not open, or the close failed.
   int CT_Close() override;
 
   /// Reads until `len` bytes have arrived, about 5 s have passed without a byte, or a probe fails.
-  /// Returns the count; 0 if there is no connector.
+  /// Returns the count of bytes read, or 0 if there is no connector.
   long CT_Read(unsigned char* buf, unsigned long len) override;
 
   /// Writes once. Returns the connector's count, or -1 if there is no connector.
@@ -46,10 +47,10 @@ class HCUSBTransport : public CommTransport {
   /// Does nothing.
   void CT_RegisterReadCallback(int (*callback)(unsigned char*, int)) override;
 
-  /// Writes a request with `CT_Write`. usblp accepts only a few kilobytes at a time, and a printer
-  /// must not be left with half a packet: the rest of a request is written for at most 5 s more.
-  /// libusb's write has its own loop, so a short count ends the request there. Returns the count
-  /// written, or -1.
+  /// Writes a request with `CT_Write`. usblp accepts only a few kilobytes at a time, but the
+  /// printer must get the whole packet. So over usblp, after a short write, the operation tries to
+  /// write the rest for at most 5 s more. The write of the libusb connector has its own loop, so
+  /// over libusb the operation ends after a short write. Returns the count written, or -1.
   long writeRequest(std::span<unsigned char> request);
 
  private:
