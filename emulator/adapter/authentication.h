@@ -8,11 +8,12 @@
 
 namespace emulator {
 
-/// The printer's state of 802.1x authentication, computed from its settings and certificates. No
-/// server takes part: an authentication succeeds unless a required CA certificate is missing.
+/// The printer's state of 802.1x authentication, computed from its settings and certificates. There
+/// is no authentication server: if 802.1x is on, authentication succeeds unless a required CA
+/// certificate is missing.
 class Authentication {
  public:
-  /// Both arguments must outlive the object.
+  /// Both arguments must exist longer than the object.
   Authentication(const SettingsStore& settings, const CertificateStore& certificates)
       : m_Settings(settings), m_Certificates(certificates) {}
 
