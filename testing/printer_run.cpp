@@ -34,7 +34,7 @@ Words splitWords(const std::string& text) {
 /// The exit status of zvkprinter if it fails itself.
 constexpr int OwnFailure = 125;
 
-/// Removes the lines of zvkprinter. It prints some if it cannot create a private device.
+/// Removes the lines of zvkprinter, which it prints if it cannot create a private device.
 std::string withoutPrinterLines(const std::string& text) {
   std::string result;
   for (const std::string& line : splitLines(text)) {
@@ -52,7 +52,7 @@ PrinterRun run(const Words& prefix, const Words& options, const Words& arguments
   const Words logging = joined({"--show-secrets", "--log=" + log}, options);
   const ProcessResult result =
       runProcess(joined(prefix, printerCommand(logging, arguments)), input);
-  // If zvkprinter fails, its lines have the reason.
+  // If zvkprinter fails, its lines contain the reason, so they stay.
   PrinterRun outcome{result.status,
                      result.out,
                      result.status == OwnFailure ? result.err : withoutPrinterLines(result.err),
