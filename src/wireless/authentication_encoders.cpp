@@ -30,7 +30,7 @@ constexpr std::array AuthMethods = {
     AuthMethod{npa::settings::MethodTtls, "EAP-TTLS"},
 };
 
-/// Returns true if the printer holds at least two certificates of its own, or at least one CA
+/// Returns true if the printer lists at least two printer certificates or at least one CA
 /// certificate. Reads the list of CA certificates only if the other list has fewer than two names.
 bool holdsCertificates(CertMgr& certificates) {
   std::vector<std::string> names;

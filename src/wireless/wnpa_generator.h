@@ -127,9 +127,9 @@ class wnpaGenerator {
   /// Appends six flags, one per method: 1 if the method may be used.
   int construct802AuthExtension();
   /// Appends the flag that makes the adapter validate the server's certificate. First reads the
-  /// lists of certificates from the printer: the flag is 1 if the printer holds two certificates of
-  /// its own, or one CA certificate. The flag is 0 if the printer does not answer. Throws a message
-  /// of type `const char*` if no device is configured.
+  /// lists of certificates from the printer: the flag is 1 if the printer lists at least two
+  /// printer certificates or at least one CA certificate. The flag is 0 if the printer does not
+  /// answer. Throws a message of type `const char*` if no device is configured.
   int construct802ValidateCert();
 
   // Fields of a certificate request (certificate_fields.cpp). Library only:
