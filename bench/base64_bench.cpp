@@ -70,7 +70,8 @@ void decodeOurs(Job& job) {
          static_cast<long>(job.bytes.size()));
 }
 
-/// EVP_DecodeBlock includes the bytes of the padding in its result, which may therefore be larger.
+/// The result of EVP_DecodeBlock includes the bytes of the padding, so it may be larger than the
+/// count of bytes.
 void decodeOpenssl(Job& job) {
   expect(EVP_DecodeBlock(job.out.data(), job.textAsBytes(), job.textSize()) >=
          static_cast<int>(job.bytes.size()));
@@ -104,7 +105,7 @@ void breakLines(Job& job) {
   job.text = std::move(lines);
 }
 
-/// The preparation of a contestant that needs none.
+/// The empty preparation, for a contestant that needs no preparation.
 void none(Job& /*job*/) {}
 
 /// One row: the work, the contestant's name, what it runs, and how it prepares the job.

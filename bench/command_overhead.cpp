@@ -1,8 +1,8 @@
 // Measures what each command costs beyond the waits that the printer's protocol requires.
 //
 // The waits are known to the millisecond: pauses of whole seconds, and reads that end after 5 s
-// without a byte, counted in whole seconds of the clock. So the end of a command can be computed
-// from its start. Any time beyond that is the program's own.
+// without a byte, counted in whole seconds of the clock. So the earliest end of a command can be
+// computed from its start. The time after this earliest end is the cost of the program.
 //
 // Usage, with the emulated printer: zvkprinter run -- command_overhead ZVKCONFIG {}
 
@@ -22,7 +22,7 @@ using Clock = std::chrono::system_clock;
 using Seconds = std::chrono::duration<double>;
 
 constexpr double SilenceSeconds = 5;
-// The bars: the most that a command may cost.
+// The bars: the largest allowed costs of a command.
 constexpr double WallBarMilliseconds = 20;
 constexpr double CpuBarPercent = 2;
 constexpr double PeakBarMebibytes = 16;
@@ -61,7 +61,8 @@ struct Cost {
   bool ended;
 };
 
-/// Returns when a command that starts at `start` and takes no time itself would end, in seconds.
+/// Returns the time at which a command would end if only its waits took time. `start` and the
+/// result are times in seconds.
 double expectedEnd(double start, const std::vector<Wait>& waits) {
   double now = start;
   for (const Wait& wait : waits) {
@@ -75,7 +76,7 @@ double nowInSeconds() {
 }
 
 /// Sleeps until 0.3 s after the start of a second. Otherwise a new second could start between two
-/// waits of a command and make the second one longer.
+/// waits of a command and make the second wait longer.
 void alignToSecond() {
   constexpr double offset = 0.3;
   const double fraction = nowInSeconds() - std::floor(nowInSeconds());
@@ -129,7 +130,8 @@ int main(int argc, char** argv) {
     bench::addRow({work, "its waits; ms beyond them",
                    bench::timeText(cost.beyondMilliseconds * 1e6), waits, cost.beyondMilliseconds,
                    WallBarMilliseconds});
-    // A command without waits takes almost no time, so the share says nothing.
+    // A command without waits takes almost no time, so the CPU time as a share of this time has no
+    // meaning.
     if (!command.waits.empty()) {
       bench::addRow({work, "CPU, % of the time", bench::timeText(cost.cpuMilliseconds * 1e6), "",
                      cost.cpuPercent, CpuBarPercent});

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-/// Registration of benchmarks. A contest is one work that several contestants do, for example
+/// Registration of benchmarks. In a contest several contestants do the same work, for example:
 ///
 ///     bench::contest("Base64 encode", "GLib", {48, 12288}, [](std::size_t size) {
 ///       return [job = Job(size)]() mutable { encodeGlib(job); };
@@ -20,7 +20,8 @@ inline constexpr const char* Ours = "zvkconfig";
 using Sizes = std::vector<std::int64_t>;
 
 /// Registers a contestant. `prepare` gets a size, makes everything that the work needs, and returns
-/// the work as a function. Only the work is timed; it is called many times.
+/// the work as a function. The benchmark calls the work many times, and measures only the time of
+/// these calls.
 template <typename Prepare>
 benchmark::internal::Benchmark* contest(const std::string& work, const std::string& contestant,
                                         const Sizes& sizes, Prepare prepare) {

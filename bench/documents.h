@@ -6,8 +6,8 @@
 
 namespace bench {
 
-/// Returns an object-store reply of exactly `size` bytes (at least 512). It repeats the certificate
-/// defaults and a list of names. The value "last" fills the rest.
+/// Returns an object-store reply of exactly `size` bytes (at least 512). The reply repeats the
+/// certificate defaults and a list of names. The value called "last" fills the rest.
 std::string makeReply(std::size_t size);
 
 /// Returns random bytes, the same in each call.

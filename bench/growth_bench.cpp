@@ -28,13 +28,14 @@ std::string pathOf(Size steps) {
   return bench::repeat("/a", steps);
 }
 
-/// Returns a document with siblings at the depth of a path. Only the first step of the path does
-/// not match.
+/// Returns a document with `count` elements inside each other and `count` siblings in the innermost
+/// element. In a path query on this document only the first step does not match.
 std::string deepSiblings(Size count) {
   return bench::repeat("<a>", count) + bench::repeat("<a/>", count) + bench::repeat("</a>", count);
 }
 
-/// A shape of document: its name and unit, the smallest size, and how to make one.
+/// A shape of document: its name and unit, the smallest size, and the function that makes a
+/// document.
 struct Document {
   const char* name;
   Size smallest;

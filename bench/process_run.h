@@ -13,9 +13,9 @@ struct ProcessCost {
   bool ended;  ///< true if the exit status is 0
 };
 
-/// Runs a program to its end with its output to /dev/null. The first word of `command` is its path.
-/// The peak of memory is at least that of the caller, whose memory the new process shares until the
-/// program starts.
+/// Runs a program to its end and redirects its output to /dev/null. The first word of `command` is
+/// the path of the program. The measured peak of memory is at least that of the caller, because the
+/// new process shares the caller's memory until the program starts.
 ProcessCost runProcess(std::vector<std::string> command);
 
 }  // namespace bench

@@ -11,7 +11,7 @@ namespace bench {
 
 namespace {
 
-/// Returns a number with that many decimal places, followed by its unit.
+/// Returns a number with `places` decimal places, followed by its unit.
 std::string number(double value, int places, const char* unit) {
   std::array<char, 64> text{};
   std::snprintf(text.data(), text.size(), "%.*f %s", places, value, unit);

@@ -12,7 +12,7 @@ struct Row {
   std::string peer;    ///< the library or program for comparison
   std::string ours;    ///< our figure with its unit
   std::string theirs;  ///< the peer's figure; empty if there is no peer
-  double value = 0;    ///< compared with the bar: a ratio or an absolute figure
+  double value = 0;    ///< the ratio or figure that is compared with the bar
   double limit = 0;    ///< the bar: the largest allowed `value`; 0 if there is no bar
 };
 

@@ -1,4 +1,5 @@
-// Compares the byte queue with Boost's ring buffer under a mutex, and with its lock calls alone.
+// Compares the program's byte queue with Boost's ring buffer under a mutex, and with the lock calls
+// of the byte queue alone.
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -19,7 +20,8 @@ using Bytes = std::vector<unsigned char>;
 
 constexpr unsigned long Capacity = 65536;
 
-/// Boost's ring buffer with the interface of ours: it transfers all bytes or none.
+/// Boost's ring buffer with the interface of the program's byte queue: an operation transfers all
+/// bytes or none.
 class BoostQueue {
  public:
   explicit BoostQueue(unsigned long capacity) : m_Bytes(capacity) {}
@@ -51,8 +53,9 @@ class BoostQueue {
   std::mutex m_Mutex;
 };
 
-/// Locks as often as ours and does nothing else. A write calls getAvailableSpace, which calls
-/// isEmpty. A read calls getAvailableBytes, which calls getAvailableSpace.
+/// Makes the same lock calls as the program's byte queue and does nothing else. In the byte queue,
+/// a write calls getAvailableSpace, which calls isEmpty. A read calls getAvailableBytes, which
+/// calls getAvailableSpace and so isEmpty. Each of these operations locks the mutex.
 class LocksAlone {
  public:
   explicit LocksAlone(unsigned long /*capacity*/) {}

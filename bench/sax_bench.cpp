@@ -161,8 +161,8 @@ void parseWithPugixml(const std::string& document, Copies& copies) {
 
 using Parse = void (*)(const std::string&, Copies&);
 
-/// Ends the program if a parser reports other texts than ours, because the times could not be
-/// compared.
+/// Ends the program if a parser reports other texts than the program's own parser, because the
+/// times could not be compared.
 void checkSameTexts(const std::string& document, Parse parse) {
   Copies ours;
   parseWithOurs(document, ours);
@@ -186,7 +186,8 @@ void add(const char* contestant, Parse parse) {
   });
 }
 
-/// Uses one parser for all documents, so expat's setup is not part of the time.
+/// Uses one parser object for all documents, so the time does not include the creation of the
+/// object.
 void parseWithReusedExpat(const std::string& document, Copies& copies) {
   static XML_Parser parser = XML_ParserCreate(nullptr);
   XML_ParserReset(parser, nullptr);

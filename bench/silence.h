@@ -5,7 +5,7 @@
 
 namespace bench {
 
-/// Redirects standard error to /dev/null during its lifetime.
+/// Redirects standard error to /dev/null during the object's lifetime.
 class Silence {
  public:
   Silence() : m_Saved(::dup(STDERR_FILENO)) {

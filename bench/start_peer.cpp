@@ -1,4 +1,5 @@
-// The peer of start_up: the cheapest C++ program that links the same libraries. It prints one line.
+// The peer of start_up: a minimal C++ program that links the same libraries as zvkconfig and prints
+// one line.
 
 #include <cstdio>
 

@@ -1,6 +1,6 @@
-// Compares the start of zvkconfig, which prints its help text, with that of a program that links
-// the same libraries and prints one line. The runs alternate, so that a change of the machine's
-// load affects both.
+// Compares two whole runs: zvkconfig prints its help text, and the peer, a program that links the
+// same libraries, prints one line. The runs of the two programs alternate, so that a change of the
+// machine's load affects both.
 //
 // Usage: start_up ZVKCONFIG PEER
 

@@ -25,7 +25,7 @@ struct Bar {
   std::string_view peer;
   double ratio;
   long smallest = 0;         ///< the smallest size to which the bar applies
-  long largest = 1L << 40U;  ///< the largest one
+  long largest = 1L << 40U;  ///< the largest size to which the bar applies
 };
 
 constexpr Bar Bars[] = {
@@ -57,8 +57,8 @@ double limitOf(std::string_view work, std::string_view peer, long size) {
   return bar == std::end(Bars) ? NoBar : bar->ratio;
 }
 
-/// Returns the exponent of the power of the size that fits the times best, by the method of least
-/// squares on the logarithms.
+/// Returns the exponent of the power function of the size that fits the times best. Uses the method
+/// of least squares on the logarithms.
 double fittedExponent(const std::map<long, double>& times) {
   const auto count = static_cast<double>(times.size());
   double sumX = 0;

@@ -19,7 +19,7 @@ class Summary : public benchmark::ConsoleReporter {
 
   void ReportRuns(const std::vector<Run>& runs) override;
 
-  /// Adds all rows. Every work must have our contestant.
+  /// Adds all rows. Every work must have a contestant with the name `Ours`.
   void addRows() const;
 
  private:

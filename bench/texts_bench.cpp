@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::size_t Mebi = 1 << 20;
 
-/// Distances between two marks, in characters. Far marks show the cost of the pass over the bytes,
-/// near marks the cost of each mark.
+/// Distances between two marks, in characters. With far marks, most of the cost is the pass over
+/// the bytes. With near marks, most of the cost is the handling of the marks.
 constexpr std::size_t Far = 1024;
 constexpr std::size_t Near = 64;
 
@@ -46,7 +46,7 @@ auto escapingOf(std::size_t size) {
   };
 }
 
-/// Replaces entities in a copy, because the replacement changes its text.
+/// Replaces entities in a copy, because the operation changes its argument.
 template <std::size_t Distance>
 auto replacementOf(std::size_t size) {
   return [text = textWith<Distance>("&amp;", size), copy = std::string()]() mutable {

@@ -35,7 +35,7 @@ Texts findWithOurs(const std::string& document, const std::string& path) {
 constexpr const char* StatusPath = "/response/MapElem/child[@name='status_code']/IntegerElem";
 
 /// Returns the text of the first element at a path. For a list, checks that the reply's status is
-/// 1, as ours does, and returns the texts of all elements.
+/// 1, as the program does, and returns the texts of all elements.
 template <bool IsList>
 Texts findWithLibxml(const std::string& document, const std::string& path) {
   xmlDocPtr tree = xmlReadMemory(document.data(), static_cast<int>(document.size()), nullptr,
@@ -90,7 +90,8 @@ Texts listWithOurs(const std::string& document, const std::string& /*path*/) {
   return names;
 }
 
-/// Returns a reply with a list of nine certificate names. Its message fills it up to `size` bytes.
+/// Returns a reply of `size` bytes with a list of nine certificate names. The message of the reply
+/// fills the rest.
 std::string listReply(std::size_t size) {
   std::string names;
   for (int i = 1; i <= 9; ++i) {
@@ -105,7 +106,7 @@ std::string listReply(std::size_t size) {
   return begin + std::string(size - begin.size() - end.size(), 'x') + end;
 }
 
-/// Registers a contestant. Ends the program if it finds other texts than `reference`.
+/// Registers a contestant. Ends the program if the contestant finds other texts than `reference`.
 void add(const std::string& work, const std::string& contestant, std::string path, Find find,
          Find reference, std::string (*makeDocument)(std::size_t)) {
   bench::contest(work, contestant, {ReplySize}, [=, path = std::move(path)](std::size_t size) {
@@ -142,7 +143,7 @@ constexpr const char* ListPath = "/response/MapElem/child[@name='cert_list']/Lis
   add(list, bench::Ours, ListPath, listWithOurs, listWithOurs, listReply);
   add(list, "libxml2", ListPath, findWithLibxml<true>, listWithOurs, listReply);
   add(list, "pugixml", ListPath, findWithPugixml<true>, listWithOurs, listReply);
-  // The growing part is the message that precedes the list.
+  // The message before the list grows with the size.
   bench::growth("list of nine names, bytes", 2048, [](std::size_t size) {
     return [document = listReply(size)] {
       benchmark::DoNotOptimize(listWithOurs(document, ListPath));

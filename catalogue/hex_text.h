@@ -16,11 +16,11 @@ namespace catalogue {
 /// Returns the bytes in upper-case hex with a blank between them.
 std::string hexText(std::span<const npa::Byte> bytes);
 
-/// Does the same, with "**" for each byte whose entry in `hidden` is true. `hidden` may be shorter
-/// than `bytes`.
+/// Does the same, but writes "**" for each byte whose entry in `hidden` is true. `hidden` may be
+/// shorter than `bytes`; the other bytes are shown.
 std::string hexText(std::span<const npa::Byte> bytes, const std::vector<bool>& hidden);
 
-/// Returns the text with each byte that is not printable ASCII as \xNN.
+/// Returns the text. Writes each byte that is not printable ASCII as \xNN.
 std::string escaped(std::string_view text);
 
 /// Returns the escaped text in quotation marks.

@@ -16,7 +16,8 @@
 ///     Options options;
 ///     const Operands operands = parseArguments(optionGroups(), arguments.subspan(1), options);
 ///
-/// The build makes the manual pages and the shells' completions from the same tables.
+/// The build generates the lists in the manual pages and the shells' completions from the same
+/// tables.
 namespace catalogue {
 
 /// Thrown for an invalid command line. The message names the subject and what was expected, such as
@@ -27,15 +28,16 @@ struct UsageError : std::runtime_error {
   UsageError(std::string_view subject, std::string_view expected, std::string_view got);
 };
 
-/// Thrown by the parser of a value. The text is what was expected, such as "an IPv4 address".
+/// Thrown by the parser of a value. The message names the expected value, such as "an IPv4
+/// address".
 struct ValueError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// What the value of an option is. The shells' completions use it.
+/// The kind of an option's value. The shells' completions use this kind.
 enum class ValueKind {
   Text,    ///< any text; completions suggest the `words`
-  Words,   ///< one of `words`; anything else is a usage error
+  Words,   ///< one of `words`; any other text is a usage error
   File,    ///< the path of a file
   Folder,  ///< the path of a folder
 };
@@ -47,7 +49,8 @@ struct Option {
   std::string_view shortName = {};  ///< another name, such as "-h"
   std::string_view valueName = {};  ///< such as "BYTES"
   ValueKind kind = ValueKind::Text;
-  /// The allowed or suggested values. The option takes no value if this and `valueName` are empty.
+  /// The allowed or suggested values. If `words` and `valueName` are empty, the option takes no
+  /// value.
   std::span<const std::string_view> words = {};
   bool isSecret = false;          ///< error messages do not show the value
   std::string_view help;          ///< one line: an imperative or a noun, without a full stop
@@ -69,10 +72,12 @@ struct Command {
   std::string_view name;
   std::array<std::string_view, 2> otherNames = {};
   typename Options::Action action;
-  std::array<std::string_view, 2> usages = {};  ///< the arguments after the name, in two forms
-  std::string_view help;                        ///< as for an option
-  std::string_view details = {};                ///< as for an option
-  /// Throws `UsageError` if a required option or operand is missing. May be null.
+  std::array<std::string_view, 2> usages =
+      {};                         ///< one or two forms of the arguments after the name
+  std::string_view help;          ///< as for an option
+  std::string_view details = {};  ///< as for an option
+  /// Throws `UsageError` if a required option or operand is missing. Null if the command requires
+  /// none.
   void (*check)(const Options& options) = nullptr;
 };
 
@@ -88,27 +93,27 @@ struct Operands {
 std::string joined(std::span<const std::string_view> words, std::string_view separator,
                    std::string_view last);
 
-/// Returns a value as a usage line shows it: its name, or its words with "|" between them.
+/// Returns a value in the form of a usage line: its name, or its words with "|" between them.
 std::string valueText(std::string_view valueName, std::span<const std::string_view> words);
 
-/// Returns a help text as a sentence: "Run a command.".
+/// Returns a help text as a sentence with a capital and a full stop: "Run a command.".
 std::string sentence(std::string_view help);
 
-/// Returns an entry of a list of options or commands. The text starts at `column`, on a separate
-/// line if `entry` is too long.
+/// Returns an entry of a list of options or commands: `entry`, and `text` from `column` on. If
+/// `entry` is too long, `text` is on a separate line.
 std::string helpEntry(std::string_view entry, std::string_view text, std::size_t column);
 
 /// Throws `ValueError` unless `value` is one of `words`.
 void checkWord(const std::string& value, std::span<const std::string_view> words);
 
-/// Returns an option as a usage line shows it: "--late=SECONDS".
+/// Returns an option in the form of a usage line: "--late=SECONDS".
 template <typename Options>
 std::string optionText(const Option<Options>& option) {
   const std::string value = valueText(option.valueName, option.words);
   return std::string(option.name) + (value.empty() ? "" : "=") + value;
 }
 
-/// Returns the option of that name or short name, or null if there is none.
+/// Returns the option whose name or short name is `name`, or null if there is none.
 template <typename Options>
 const Option<Options>* findOption(std::span<const OptionGroup<Options>> groups,
                                   std::string_view name) {
@@ -139,8 +144,9 @@ void applyOption(const Option<Options>& option, Options& options, const std::str
 }
 
 /// Parses options and operands, in any order, up to "--". Stores the options in `options` and
-/// returns the operands. The value of an option follows "=" or is the next argument. "-" is an
-/// operand. Throws `UsageError` for an unknown option or a missing, unexpected or invalid value.
+/// returns the operands. The value of an option follows "=" or is the next argument. The argument
+/// "-" is an operand. Throws `UsageError` for an unknown option or a missing, unexpected or invalid
+/// value.
 template <typename Options>
 Operands parseArguments(std::span<const OptionGroup<Options>> groups,
                         std::span<const std::string> arguments, Options& options) {
@@ -181,7 +187,7 @@ Operands parseArguments(std::span<const OptionGroup<Options>> groups,
   return operands;
 }
 
-/// Returns the command of that name. Throws `UsageError` if there is none.
+/// Returns the command whose name is `name`. Throws `UsageError` if there is none.
 template <typename Options>
 const Command<Options>& findCommand(std::span<const Command<Options>> commands,
                                     std::string_view name) {

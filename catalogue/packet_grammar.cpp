@@ -1,4 +1,4 @@
-// Parsing of packets. Every length is checked before its bytes are used.
+// Parsing of packets. The parsers check every length before they use the bytes.
 
 #include "catalogue/packet_grammar.h"
 
@@ -11,11 +11,12 @@ namespace catalogue {
 
 namespace {
 
-/// The start of the packet that generates a certificate: it stores the setting 2A 0C, but its
-/// length field is that of a query.
+/// The start of the packet that generates a certificate. The packet stores the setting 2A 0C, but
+/// its length field has the value of a query's length field.
 constexpr std::array<npa::Byte, 9> GenerateHead = {0xA5, 0x00, 0x06, 0x50, 0xE0,
                                                    0xDA, 0x01, 0x2A, 0x0C};
-/// The bytes after the length that the field gives: the rest of the object's header, and its value.
+/// The count of bytes that the packet has after the length given by its length field: the rest of
+/// the object's header, and the value.
 constexpr std::size_t GenerateRest = 4;
 
 /// A kind of body, and the bytes after the command byte that identify it.
@@ -36,8 +37,9 @@ bool beginsWith(Data bytes, Data head) {
   return bytes.size() >= head.size() && std::ranges::equal(bytes.first(head.size()), head);
 }
 
-/// Returns the size of a setting's value if `left` bytes follow its size field. If the size field
-/// holds only the low byte, 0 means 256: hosts send no empty setting of that kind.
+/// Returns the size of a setting's value. `left` bytes follow the size field. If the size field of
+/// the setting holds only the low byte, 0 means 256, because hosts do not send an empty setting of
+/// that kind.
 std::size_t sizeOfValue(npa::SettingKey key, std::size_t sizeField, std::size_t left) {
   constexpr std::size_t longest = 256;
   if (sizeField != 0 || left < longest) {
@@ -47,7 +49,7 @@ std::size_t sizeOfValue(npa::SettingKey key, std::size_t sizeField, std::size_t 
   return info != nullptr && info->sizeIsLowByte ? longest : 0;
 }
 
-/// Takes a setting object. Returns nothing if it is cut.
+/// Takes a setting object. Returns nothing if the object is cut.
 std::optional<SettingObject> readSettingObject(Cursor& cursor) {
   const auto key = cursor.key();
   const auto flags = cursor.byte();

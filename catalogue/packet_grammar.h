@@ -8,11 +8,11 @@
 #include "npa/packet.h"
 #include "npa/setting_keys.h"
 
-/// Parsing of packets. `npa/packet.h` has the layout. A wrapper may hold several packets. The reply
-/// to a query is the query, followed by size(2) and the value.
+/// Parsing of packets. `npa/packet.h` describes the layout. A wrapper may contain several packets.
+/// The reply to a query repeats the query; a size of 2 bytes and the value follow.
 ///
-/// A parser accepts any bytes: it returns the parts that it found, and whether they are complete.
-/// The results point into the bytes that were parsed.
+/// The parsers accept any bytes. They return the parts that they find, and show which parts are
+/// missing. The results point into the parsed bytes.
 ///
 ///     const PacketParts parts = readPacketParts(packet);  // flag byte and body
 ///     const Body body = readBody(parts.body);             // kind and content
@@ -24,7 +24,7 @@ namespace catalogue {
 using Data = std::span<const npa::Byte>;
 
 /// Reads a range of bytes from front to back. Each operation takes bytes from the front. If too few
-/// are left, it takes none and returns nothing or false.
+/// bytes are left, the operation takes no byte and returns nothing or false.
 class Cursor {
  public:
   explicit Cursor(Data bytes) : m_Rest(bytes) {}
@@ -32,7 +32,7 @@ class Cursor {
   /// Returns the bytes that have not been taken.
   Data rest() const { return m_Rest; }
 
-  /// Takes `head`. Returns false if the rest does not begin with it.
+  /// Takes `head`. Returns false and takes nothing if the rest does not begin with `head`.
   bool skip(Data head);
   std::optional<Data> bytes(std::size_t count);
   std::optional<npa::Byte> byte();
@@ -40,7 +40,7 @@ class Cursor {
   std::optional<std::size_t> number();
   /// Takes a group and an object number.
   std::optional<npa::SettingKey> key();
-  /// Takes a packet. Returns nothing if the rest does not begin with a start byte, or if the packet
+  /// Takes a packet. Returns nothing if the rest does not begin with a start byte or if the packet
   /// is cut.
   std::optional<Data> packet();
 
@@ -48,18 +48,18 @@ class Cursor {
   Data m_Rest;
 };
 
-/// Returns the size of the packet at the start of `bytes` (at least 3 bytes) by its length field.
-/// The packet that generates a certificate has 4 bytes more than its length field says. Its first 9
-/// bytes identify it.
+/// Returns the size of the packet at the start of `bytes` (at least 3 bytes). The size follows from
+/// the length field. Only the packet that generates a certificate has 4 more bytes. Its first 9
+/// bytes identify this packet.
 std::size_t packetSize(Data bytes);
 
 /// The parts of a complete packet.
 struct PacketParts {
   enum class Kind {
-    NoFlag,         ///< ends before its flag byte
+    NoFlag,         ///< the packet ends before its flag byte
     Announcement,   ///< the fixed packet that precedes a method call
-    Refusal,        ///< its flag byte refuses the request
-    EndOfExchange,  ///< its flag byte ends the exchange
+    Refusal,        ///< the flag byte refuses the request
+    EndOfExchange,  ///< the flag byte ends the exchange
     Content,        ///< any other packet
   };
 
@@ -75,23 +75,23 @@ PacketParts readPacketParts(Data packet);
 struct Body {
   enum class Kind {
     Unknown,
-    QueryOrValue,    ///< a query, or the reply to it
-    SettingsGroup,   ///< settings to store all together, or the reply
-    SingleSettings,  ///< settings to store one by one, or the reply
+    QueryOrValue,    ///< a query, or the reply to a query
+    SettingsGroup,   ///< settings to store all together, or the reply to them
+    SingleSettings,  ///< settings to store one by one, or the reply to them
     Wrapper,
-    MethodCall,  ///< a method call, or the reply to it
+    MethodCall,  ///< a method call, or the reply to a method call
   };
 
   Kind kind = Kind::Unknown;
-  /// The bytes after those that identify the kind. For an unknown kind, the bytes after the usual
-  /// command byte. If the command byte is another one, all bytes of the body.
+  /// For a known kind, the bytes after those that identify the kind. For an unknown kind, the bytes
+  /// after the command byte if that is 0xE0, otherwise all bytes of the body.
   Data content;
 };
 
 /// Parses the bytes after a packet's flag byte.
 Body readBody(Data body);
 
-/// The content of a query, or of the reply to it.
+/// The content of a query, or of the reply to a query.
 struct QueryOrValue {
   std::optional<npa::SettingKey> key;    ///< nothing if the content is shorter
   std::optional<std::size_t> sizeField;  ///< nothing if the content is shorter, as in a query
@@ -110,9 +110,9 @@ struct SettingObject {
   Data value;
 };
 
-/// The content of a packet that stores settings, or of the reply to it.
+/// The content of a packet that stores settings, or of the reply to such a packet.
 struct Settings {
-  std::optional<npa::Byte> result;     ///< of a reply; 1 means accepted
+  std::optional<npa::Byte> result;     ///< the result if this is a reply; 1 means accepted
   std::vector<SettingObject> objects;  ///< the complete objects at the start
   Data rest;                           ///< the bytes after these objects
 };

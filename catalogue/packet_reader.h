@@ -14,8 +14,8 @@ namespace catalogue {
 ///     for (const npa::Bytes& packet : reader.feed(received)) { ... }
 class PacketReader {
  public:
-  /// Takes the next bytes and returns the packets that are complete now, with their start byte and
-  /// length field. Drops and counts bytes outside a packet.
+  /// Takes the next bytes and returns the packets that are now complete, each with its start byte
+  /// and length field. Drops and counts bytes outside a packet.
   std::vector<npa::Bytes> feed(std::span<const npa::Byte> bytes);
 
   /// Returns the count of bytes of an incomplete packet.

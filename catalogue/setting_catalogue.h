@@ -10,8 +10,8 @@
 
 namespace catalogue {
 
-/// One setting: its name and how its value is shown. The emulated printer, the decoder and the
-/// Wireshark dissector use the same table.
+/// One setting: its name, and the form in which its value is shown. The emulated printer, the
+/// decoder and the Wireshark dissector use the same table of settings.
 struct SettingInfo {
   enum class Kind { Text, Number, Flag, Address };
 
@@ -19,7 +19,7 @@ struct SettingInfo {
   std::string_view name;
   Kind kind;
   bool secret;  ///< a key or a password: masked in logs and reports
-  /// The meanings of the numbers 0, 1, 2 and so on. Empty if the numbers have none.
+  /// The meanings of the numbers 0, 1, 2 and so on. Empty if the numbers have no meanings.
   std::span<const std::string_view> numberNames;
   /// True if the object's length field holds only the low byte of the value's size.
   bool sizeIsLowByte = false;
@@ -37,11 +37,11 @@ std::string_view kindName(SettingInfo::Kind kind);
 /// Returns the row of a setting, or null for an unknown setting.
 const SettingInfo* findSetting(npa::SettingKey key);
 
-/// Returns true if a setting's value must be masked: it is a key or a password, or the setting is
+/// Returns true if a setting's value must be masked: the setting is a key or a password, or it is
 /// unknown.
 bool isSecret(npa::SettingKey key);
 
-/// Returns a text without the zero bytes at its end.
+/// Returns the value of a text setting without the zero bytes at its end.
 std::span<const npa::Byte> withoutTerminator(std::span<const npa::Byte> value);
 
 /// Returns the number in a value of 1 to 4 bytes, or nothing for a value of another size.

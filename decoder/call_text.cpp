@@ -9,7 +9,7 @@ namespace decoder {
 
 namespace {
 
-/// The largest accepted depth. Calls and replies have a depth of 7.
+/// The largest accepted depth of elements. The depth of usual calls and replies is at most 7.
 constexpr int DeepestNesting = 32;
 
 /// Walks through a document until an element is nested too deeply.

@@ -6,7 +6,8 @@
 
 namespace decoder {
 
-/// The parts of the XML text of a method call or of its reply. A missing part is empty.
+/// The parts of the XML text of a method call or of the reply to a method call. A missing part is
+/// empty.
 struct CallText {
   std::string indented;   ///< the whole text, one element per line
   std::string method;     ///< of a call

@@ -33,7 +33,8 @@ struct CloseCapture {
 };
 using Capture = std::unique_ptr<::pcap_t, CloseCapture>;
 
-/// Opens a capture. The bytes must outlive it. Throws `CaptureError`.
+/// Opens a capture. The bytes must outlive the capture. Throws `CaptureError` if the file's header
+/// cannot be read.
 Capture openCapture(std::string_view bytes) {
   if (bytes.empty()) {
     throw CaptureError("the file is empty");
@@ -53,7 +54,8 @@ Capture openCapture(std::string_view bytes) {
   return capture;
 }
 
-/// Returns the size of the usbmon header of a frame. Throws `CaptureError` for another link type.
+/// Returns the size of the usbmon header of a frame. Throws `CaptureError` if the capture has
+/// another link type than those of usbmon.
 std::size_t headerSizeOf(::pcap_t* capture) {
   switch (const int type = ::pcap_datalink(capture); type) {
     case DLT_USB_LINUX:
@@ -72,7 +74,7 @@ class Endpoints {
  public:
   explicit Endpoints(Report& report) : m_Report(report) {}
 
-  /// Handles the next event, in the frame of that number.
+  /// Handles the next event, which is in the frame number `frame`.
   void take(const UsbEvent& event, std::size_t frame) {
     if (event.toHost()) {
       if (event.kind == UsbEvent::Kind::Complete) {
@@ -135,13 +137,14 @@ class Endpoints {
     return result;
   }
 
-  /// Decodes a transfer for which there is no completion: all of it counts.
+  /// Decodes a transfer whose completion is not in the capture, as if the printer had taken all
+  /// bytes.
   void passWhole(const Submission& submission) {
     pass(submission.event, submission.data, submission.event.length, submission.frame);
   }
 
-  /// Passes a transfer of `length` bytes to its decoder. `data` may have fewer bytes; the others
-  /// are missing from the capture.
+  /// Passes a transfer of `length` bytes to the decoder of its endpoint. If `data` has fewer bytes,
+  /// the capture lacks the other bytes.
   void pass(const UsbEvent& event, std::span<const npa::Byte> data, std::size_t length,
             std::size_t frame) {
     if (length == 0) {

@@ -8,11 +8,13 @@
 
 namespace decoder {
 
-/// Decodes the bytes of one input as text or as a capture. The options select the form, or else the
-/// first bytes do. Throws `CaptureError` if a capture cannot be read at all.
+/// Decodes the bytes of one input as text or as a capture. The options select the form. If they do
+/// not, the first bytes show whether the input is a capture. Throws `CaptureError` if a capture
+/// cannot be read at all.
 void decode(std::string_view bytes, const Options& options, Report& report);
 
-/// Returns the message that an input contains no packet. It lists what was looked for.
+/// Returns the message that an input contains no packet. The message lists the forms that the
+/// program looked for.
 std::string nothingFoundText(std::string_view bytes, const Options& options);
 
 }  // namespace decoder

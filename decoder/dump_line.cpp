@@ -1,4 +1,5 @@
-// Lines of dumps. A line counts as a dump only if its columns agree with each other.
+// Parsing of lines of dumps. A line counts as a line of a dump only if its columns agree with each
+// other.
 
 #include "decoder/dump_line.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 using Form = HexLine::Form;
 
-/// A pair and the blank after it.
+/// The count of characters of a pair of digits and the blank after the pair.
 constexpr std::size_t DumpSpacing = PairSize + 1;
 
 /// Returns the text column of a dump: a "." for each byte that is not printable ASCII.
@@ -47,7 +48,8 @@ bool endsWithPair(std::string_view text) {
 }
 
 /// Parses the bytes at the end of `head`, in a dump of `width` bytes per line. The last character
-/// of `head` is the bar, and `column` is the text column. Returns nothing if the two disagree.
+/// of `head` is the bar, and `column` is the text column. Returns nothing if the bytes and the text
+/// column disagree.
 std::optional<HexLine> readDumpOfWidth(std::size_t width, std::string_view head,
                                        std::string_view column) {
   const std::size_t size = width * DumpSpacing + 1;
@@ -55,7 +57,7 @@ std::optional<HexLine> readDumpOfWidth(std::size_t width, std::string_view head,
     return std::nullopt;
   }
   const std::string_view other = head.substr(0, head.size() - size);
-  // If another pair precedes the bytes, the text column is cut.
+  // If another pair of digits precedes the bytes, the text column is cut.
   const bool isCut = width < DumpWidth && endsWithPair(other);
   auto bytes = readByteColumn(head.substr(other.size(), size - 1), column.size());
   if (!bytes || textColumn(*bytes) != column || isCut ||
@@ -84,8 +86,8 @@ std::optional<HexLine> readXxd(std::string_view text) {
       return std::nullopt;
     }
   } while (skip(text, " ") && !text.starts_with(' '));
-  // The text column shows whether these are bytes in their order. Bits (-b) and words in another
-  // byte order (-e) look similar.
+  // Compares the bytes with the text column. Dumps of bits (xxd -b) and of words in another byte
+  // order (xxd -e) look similar, but their text column disagrees.
   const std::string column = textColumn(line.bytes);
   const bool isInOrder = trimmed(text).empty() || trimmed(text) == trimmed(column);
   return isInOrder ? std::optional(std::move(line)) : std::nullopt;
@@ -109,8 +111,8 @@ std::optional<HexLine> readHexdump(std::string_view text) {
     }
     blanks = takeAll(text, " ").size();
   }
-  // Without a text column, the offset could be four bytes of data before single bytes. If it begins
-  // with 00, it is an offset, because no packet begins with 00.
+  // If the line has no text column, the digits of the offset could also be four bytes of data. If
+  // they begin with 00, they are an offset, because no packet begins with 00.
   const bool isDump = !line.bytes.empty() && (!text.empty() || beginsWithZeros);
   return isDump ? std::optional(std::move(line)) : std::nullopt;
 }
@@ -125,7 +127,7 @@ std::optional<HexLine> readZvkconfigDump(std::string_view text) {
     if (!head.ends_with('|')) {
       continue;
     }
-    // All lines of a dump have the width of its first line. That is a full line, or the only line.
+    // All lines of a dump have the width of the first line, which is a full line or the only line.
     for (const std::size_t width : {DumpWidth, count}) {
       if (std::optional<HexLine> line = readDumpOfWidth(width, head, column)) {
         return line;

@@ -14,7 +14,7 @@ inline constexpr std::size_t DumpWidth = 16;
 
 /// Parses a line of xxd.
 std::optional<HexLine> readXxd(std::string_view text);
-/// Parses a line of `hexdump -C`. Its text column may be missing or cut.
+/// Parses a line of `hexdump -C`. The text column of the line may be missing or cut.
 std::optional<HexLine> readHexdump(std::string_view text);
 /// Parses a line of zvkconfig's dump. A prompt, a time or the name of a program may precede the
 /// bytes. The text column must be complete: it has one character per byte, so its length gives the

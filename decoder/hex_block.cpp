@@ -1,4 +1,5 @@
-// Which lines of hex belong to one block, and which bytes are repeated or missing.
+// HexBlock: which lines of hex belong to one block, and which bytes of a dump are repeated or
+// missing.
 
 #include "decoder/hex_block.h"
 
@@ -47,8 +48,8 @@ bool HexBlock::takeMark(std::string_view text, std::size_t number) {
 }
 
 bool HexBlock::accepts(const HexLine& line) const {
-  // Times and hardware addresses have colons too. Neither begins with A5: an odd first byte is that
-  // of a group address, which no device has.
+  // Times and hardware addresses have colons too, but neither begins with A5. A hardware address
+  // with an odd first byte is a group address, and no device has a group address.
   const bool continuesColons = isOpen() && m_Form == Form::Colons;
   return line.form != Form::Colons || continuesColons || line.bytes.front() == npa::StartByte;
 }

@@ -12,7 +12,7 @@
 namespace decoder {
 
 /// The most bytes that the "*" of dumps may stand for in one input: the size of the largest packet.
-/// Without a limit, a short input could produce 2^64 bytes.
+/// Without this limit, a short input could make the decoder produce 2^64 bytes.
 inline constexpr std::size_t MostRepeatedBytes = npa::LengthLimit + npa::LengthHeaderSize;
 
 /// A block of consecutive lines of hex. Its bytes are decoded when the block ends.
@@ -26,11 +26,11 @@ class HexBlock {
   /// The report must outlive the block.
   explicit HexBlock(Report& report) : m_Report(report) {}
 
-  /// Adds a line of hex, or the "*" or the last offset of a dump. Ends the current block first if
-  /// the line does not continue it. Returns false and changes nothing for any other line.
+  /// Adds a line of hex, the "*" of a dump, or the last offset of a dump. Ends the current block
+  /// first if the line does not continue it. Returns false and changes nothing for any other line.
   bool take(std::string_view text, std::size_t number);
 
-  /// Decodes the block. The next line begins another one.
+  /// Decodes the block. The next line of hex begins another block.
   void end();
 
  private:
@@ -48,8 +48,8 @@ class HexBlock {
   /// Returns true if the line continues the current block.
   bool continuesBlock(const HexLine& line) const;
   void add(HexLine line, std::size_t number);
-  /// Continues a dump at `offset`, which is not smaller than expected. Adds the bytes that "*"
-  /// stands for, or reports missing bytes.
+  /// Continues a dump at `offset`, which must not be smaller than expected. If it is larger, adds
+  /// the bytes that "*" stands for, or reports missing bytes.
   void continueAt(std::uint64_t offset, std::size_t number);
   /// Decodes the block as a collected reply.
   void reportCollected(const Stream& stream) const;

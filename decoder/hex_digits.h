@@ -6,15 +6,15 @@
 
 #include "decoder/packet.h"
 
-/// Helpers of the parsers of hex lines. Those called "take" or "skip" remove what they find from
-/// the front of `text`.
+/// Helper functions of the parsers of hex lines. The functions whose names begin with "take" or
+/// "skip" remove the characters that they find from the front of `text`.
 namespace decoder {
 
 inline constexpr std::string_view Digits = "0123456789abcdefABCDEF";
 inline constexpr std::string_view Blanks = " \t\r";
 inline constexpr std::size_t PairSize = 2;
 
-/// Returns true for a hex digit.
+/// Returns true if the character is a hex digit.
 bool isDigit(char character);
 
 /// Returns `text` without blanks at both ends.
@@ -26,14 +26,15 @@ bool skip(std::string_view& text, std::string_view head);
 /// Takes the characters at the front of `text` that are in `wanted`.
 std::string_view takeAll(std::string_view& text, std::string_view wanted);
 
-/// Returns the number in 1 to 16 hex digits, or nothing for any other text.
+/// Returns the number that 1 to 16 hex digits represent, or nothing for any other text.
 std::optional<std::uint64_t> numberIn(std::string_view digits);
 
 /// Appends the bytes of pairs of hex digits with nothing between them. Returns false if `digits` is
 /// empty or contains anything else; some bytes may have been appended then.
 bool appendPairs(std::string_view digits, Bytes& bytes);
 
-/// Takes the offset of a dump line, 7 to 16 digits. Returns nothing if there is none.
+/// Takes the offset of a dump line, which has 7 to 16 digits. Returns nothing if there is no
+/// offset.
 std::optional<std::uint64_t> takeOffset(std::string_view& text);
 
 }  // namespace decoder

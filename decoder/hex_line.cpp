@@ -28,7 +28,7 @@ constexpr std::array<Mark, 2> Marks = {{
 }};
 
 constexpr std::string_view Separators = " \t\r,;";
-/// A masked byte in that log.
+/// The text of a masked byte in the log of the emulated printer.
 constexpr std::string_view Hidden = "**";
 
 /// Parses pairs of digits with colons between them.
@@ -47,7 +47,7 @@ std::optional<HexLine> readColons(std::string_view text) {
   return hasColon && text.empty() ? std::optional(std::move(line)) : std::nullopt;
 }
 
-/// Appends the bytes of a word without separators. Returns false if it is not hex.
+/// Appends the bytes of a word without separators. Returns false if the word is not hex.
 bool appendWord(std::string_view word, HexLine& line) {
   if (word == Hidden) {
     line.hasHiddenBytes = true;
@@ -67,7 +67,7 @@ bool appendWord(std::string_view word, HexLine& line) {
   return digit.has_value();
 }
 
-/// Parses words of hex digits, up to the bar of a dump.
+/// Parses words of hex digits, up to the bar if the line has one.
 std::optional<HexLine> readPlain(std::string_view text) {
   HexLine line;
   const std::size_t bar = text.find('|');
@@ -101,8 +101,8 @@ std::optional<HexLine> readLog(std::string_view text) {
   return std::nullopt;
 }
 
-/// The parsers in the order in which they are tried. A later one might misread a line that an
-/// earlier one recognises.
+/// The parsers in the order in which they are tried. The order matters, because a later parser
+/// might misread a line that an earlier parser recognises.
 constexpr std::array Readers = {readLog,           readXxd,    readHexdump,
                                 readZvkconfigDump, readColons, readPlain};
 

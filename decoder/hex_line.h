@@ -21,14 +21,14 @@ struct HexLine {
   std::uint64_t offset = 0;  ///< only of `Counted`
   /// The direction, if the line is from the log of the emulated printer.
   Stream::Direction direction = Stream::Direction::Unknown;
-  /// True if some bytes are masked with "**". Their value is 0 here.
+  /// True if some bytes are masked with "**". The value of such a byte is 0 in `bytes`.
   bool hasHiddenBytes = false;
-  /// True if this is the last line of a dump, because it is shorter than a full line.
+  /// True if this line is shorter than a full line, so that it must be the last line of a dump.
   bool endsBlock = false;
 };
 
-/// Parses a line without its line end. Returns nothing if it has none of the forms below. Digits
-/// may be upper or lower case.
+/// Parses a line without its line end. Returns nothing if the line has none of the forms below.
+/// Digits may be upper or lower case.
 ///
 ///     zvkprinter: <- A5 00 06 **            the log of zvkprinter; "->" as well
 ///     00000000: a500 0650 e0  ...P.         xxd, with columns and groups of any size

@@ -1,4 +1,5 @@
-// The members of the JSON document. The problems of an input follow its last packet.
+// JsonReport: the members of the JSON document. The problems of an input come after all its
+// packets.
 
 #include "decoder/json_report.h"
 
@@ -23,7 +24,8 @@ std::string hexByte(npa::Byte byte) {
   return catalogue::hexText(std::array{byte});
 }
 
-/// Returns the members for a place, which begin each packet and each problem.
+/// Returns the members that describe a place. Each packet and each problem begins with these
+/// members.
 Json placeOf(const Stream& stream, Place place) {
   const std::string unit = stream.unit == Stream::Unit::Line ? "line" : "frame";
   Json json = {{unit, place.first}};

@@ -32,7 +32,8 @@ void print(std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
-/// Returns the whole content of a file, or of standard input for "-". Throws `std::system_error`.
+/// Returns the whole content of a file, or of standard input if `name` is "-". Throws
+/// `std::system_error` if the file cannot be opened or read.
 std::string readInput(const std::string& name) {
   struct CloseFile {
     void operator()(std::FILE* file) const {
@@ -58,7 +59,8 @@ std::string readInput(const std::string& name) {
   return content;
 }
 
-/// Decodes one input into the report. Prints an error if it cannot be read or contains no packet.
+/// Decodes one input into the report. Prints a message on standard error if the input cannot be
+/// read or contains no packet.
 void decodeInput(const std::string& name, const Options& options, decoder::Tally& report) {
   report.beginInput(name);
   try {

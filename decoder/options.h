@@ -26,7 +26,8 @@ using OptionGroup = catalogue::OptionGroup<Options>;
 /// Returns all options.
 std::span<const OptionGroup> optionGroups();
 
-/// Parses the arguments after the program's name. Throws `catalogue::UsageError`.
+/// Parses the arguments after the program's name. Throws `catalogue::UsageError` if they are
+/// invalid.
 Options parseOptions(const std::vector<std::string>& arguments);
 
 /// Returns the help text.

@@ -8,8 +8,8 @@
 
 #include "catalogue/setting_catalogue.h"
 
-/// What the decoder finds in an input: packets and problems, with their places. The readers of
-/// inputs pass them to a `Report`, which shows them.
+/// The results of the decoder: the packets and problems in an input, with their places. The
+/// functions that read inputs pass these results to a `Report`, which shows them.
 namespace decoder {
 
 using npa::Bytes;
@@ -25,7 +25,8 @@ struct Stream {
   bool hasHiddenBytes = false;  ///< true if a log has masked some of the bytes
 };
 
-/// The first and the last line or frame of something. They are counted from 1.
+/// The first and the last line or frame of a packet or a problem. Lines and frames are counted from
+/// 1.
 struct Place {
   std::size_t first = 0;
   std::size_t last = 0;
@@ -36,7 +37,7 @@ inline std::string countOf(std::uint64_t bytes) {
   return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
 }
 
-/// A setting in a packet. It has no value in a query.
+/// A setting in a packet. A setting in a query has no value.
 struct Setting {
   npa::SettingKey key;
   std::optional<Bytes> value;
@@ -53,8 +54,8 @@ struct Content {
     Refusal,          ///< refuses the request
     Announcement,     ///< the fixed packet that precedes a method call
     MethodCall,       ///< a method call
-    MethodReply,      ///< the reply to it; in a reply of several packets, the last one
-    MethodReplyPart,  ///< an earlier packet of such a reply
+    MethodReply,      ///< the reply to a method call; the last packet if the reply has several
+    MethodReplyPart,  ///< an earlier packet of a reply of several packets
     EndOfExchange,    ///< ends the exchange; its data is ignored
     Unknown,          ///< none of these kinds
     Malformed,        ///< a known kind with wrong lengths
@@ -68,20 +69,20 @@ struct Content {
   std::string problem;   ///< Malformed: the reason
 };
 
-/// A packet or a collected reply, with its place.
+/// A packet or a collected reply, and its place in the input.
 struct Packet {
   Stream stream;
   Place place;
   std::size_t size = 0;  ///< in bytes
-  /// True for a collected reply: the command and data bytes of all packets of a reply, joined. It
-  /// has no flag byte.
+  /// True for a collected reply: the command and data bytes of all packets of a reply, joined. A
+  /// collected reply has no flag byte.
   bool isCollected = false;
   npa::Byte flag = 0;
   bool isWrapped = false;
   std::vector<Content> contents;  ///< one, except in a wrapper or a collected reply
 };
 
-/// A place of the input that is not a complete packet.
+/// A part of the input that is not a complete packet.
 struct Problem {
   Stream stream;
   Place place;
@@ -100,7 +101,8 @@ class Report {
   virtual void beginInput(const std::string& name) = 0;
   virtual void packet(const Packet& packet) = 0;
   virtual void problem(const Problem& problem) = 0;
-  /// Reports that the input cannot be read. It has no packets and problems then.
+  /// Reports that the input cannot be read. No packets and no problems of this input are reported
+  /// then.
   virtual void unreadable(const std::string& reason) = 0;
 };
 

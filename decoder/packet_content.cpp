@@ -20,7 +20,7 @@ using catalogue::PacketParts;
 using Kind = Content::Kind;
 
 // The bytes between the head and the text in the reply to a method call. The command byte is that
-// of the second packet; a reply of one packet has it too.
+// of the second packet. A reply of one packet has the same byte in this place.
 constexpr std::array<npa::Byte, 1> ReplyMark = {0x00};
 constexpr std::array<npa::Byte, 1> CommandMark = {npa::RequestCommand};
 
@@ -93,7 +93,7 @@ Content readMethodCall(Data data) {
   return content;
 }
 
-/// Decodes the bytes after a flag byte. A wrapper is `Unknown` here.
+/// Decodes the bytes after a flag byte. For a wrapper the kind is `Unknown`.
 Content readContent(Data bytes) {
   const Body body = catalogue::readBody(bytes);
   switch (body.kind) {
@@ -152,8 +152,8 @@ void readInside(Data inside, std::vector<Content>& contents) {
   }
 }
 
-/// Decodes a wrapper with the body `body`. `bytes` are the same bytes, from the command byte on.
-/// Returns the bytes after the wrapped ones.
+/// Decodes a wrapper with the body `body`. `bytes` are the bytes of the body, from the command byte
+/// on. Returns the bytes that follow the wrapped packets.
 Data readWrapper(const Body& body, Data bytes, std::vector<Content>& contents) {
   const catalogue::Wrapper wrapper = catalogue::readWrapper(body.content);
   if (!wrapper.size) {
@@ -174,7 +174,8 @@ Data readWrapper(const Body& body, Data bytes, std::vector<Content>& contents) {
 }
 
 /// Returns the size of the first packet of a collected reply, with its command byte. The packet is
-/// not a wrapper. A value has a size field; any other packet is assumed to be the last one.
+/// not a wrapper. Only a value has a size field. Any other packet is assumed to be the last packet
+/// of the reply.
 std::size_t collectedSize(Data bytes) {
   Cursor cursor(bytes);
   cursor.byte();
@@ -227,7 +228,8 @@ Packet readCollectedReply(Data bytes) {
   packet.size = bytes.size();
   packet.isCollected = true;
   if (catalogue::readBody(bytes).kind == Body::Kind::MethodCall) {
-    // The texts of several packets have command bytes between them. No ASCII text has such a byte.
+    // In a collected reply the texts of the packets have command bytes between them. Removing these
+    // bytes does not change ASCII text, because ASCII has no such byte.
     Content content = readContent(bytes);
     std::erase(content.xml, static_cast<char>(npa::RequestCommand));
     packet.contents.push_back(std::move(content));

@@ -1,4 +1,5 @@
-// Splitting of streams into packets, with the place of each byte, and joining of method replies.
+// StreamDecoder: splits a stream into packets, keeps the place of each byte, and joins method
+// replies.
 
 #include "decoder/stream_decoder.h"
 

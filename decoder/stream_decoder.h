@@ -24,7 +24,7 @@ class StreamDecoder {
   /// Takes the next bytes, from the line or frame `place`.
   void feed(std::span<const npa::Byte> bytes, std::size_t place);
 
-  /// Reports `count` missing bytes. A packet or a reply that has begun stays incomplete.
+  /// Reports `count` missing bytes. A packet or a reply that has begun is reported as incomplete.
   void skip(std::size_t count, std::size_t place);
 
   /// Ends the stream. Reports an incomplete packet or reply.
@@ -34,14 +34,15 @@ class StreamDecoder {
   /// The bytes of one line or frame.
   struct Segment {
     std::size_t place;
-    std::size_t size;  ///< the count of its bytes that are still waiting
+    std::size_t size;  ///< the count of bytes of the segment that are still waiting
   };
 
   /// Reports the complete packets among the waiting bytes. Returns the count of bytes used.
   std::size_t takePackets();
-  /// Removes the first `count` waiting bytes from the segments. Returns their place.
+  /// Removes the first `count` waiting bytes from the segments. Returns the place of these bytes.
   Place takePlace(std::size_t count);
-  /// Counts bytes outside a packet. `reportStray` reports all that were counted.
+  /// Counts bytes outside a packet. `reportStray` reports all bytes that were counted since its
+  /// last call.
   void takeStray(std::size_t count);
   void reportStray();
   void takePacket(std::span<const npa::Byte> bytes);

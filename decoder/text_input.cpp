@@ -1,4 +1,4 @@
-// Splitting of text into lines and blocks of hex.
+// Splits text into lines and blocks of hex.
 
 #include "decoder/text_input.h"
 
@@ -12,8 +12,8 @@ namespace decoder {
 
 namespace {
 
-/// The starts of lines that the programs write. Such a line may follow other text on the same line:
-/// the bytes that zvkconfig's default run dumps have no line end.
+/// The starts of lines that the programs write. Such a line may follow other text without a line
+/// end, because zvkconfig's default run writes no line end after its dump.
 constexpr std::array<std::string_view, 3> LineStarts = {
     "D [ZVK] ", "zvkprinter: ", "Configuring the printer...."};
 

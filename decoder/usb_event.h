@@ -26,9 +26,9 @@ struct UsbEvent {
   std::string deviceName() const { return std::to_string(bus) + ":" + std::to_string(device); }
 };
 
-/// Parses a frame of a capture. Its usbmon header has `headerSize` bytes (48 or 64), in the host's
-/// byte order. Returns nothing if it is not of a bulk transfer or too short. The data of the event
-/// points into `frame`.
+/// Parses a frame of a capture. The usbmon header of the frame has `headerSize` bytes (48 or 64),
+/// in the host's byte order. Returns nothing if the frame is too short or not of a bulk transfer.
+/// The data of the event points into `frame`.
 std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> frame, std::size_t headerSize);
 
 }  // namespace decoder

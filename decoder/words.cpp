@@ -200,7 +200,7 @@ void WordsReport::packet(const Packet& packet) {
   std::string text;
   const std::string head = headText(packet);
   for (const Content& content : packet.contents) {
-    // The log has masked the secrets already: their bytes are not known.
+    // If the log has masked secrets, their bytes are not known, so they cannot be shown.
     const bool showSecrets = m_ShowSecrets && !packet.stream.hasHiddenBytes;
     text.append(text.empty() ? head : std::string(Indentation) + "and");
     text.append(contentText(content, showSecrets));

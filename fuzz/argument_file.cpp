@@ -1,5 +1,5 @@
-// The input is the content of an argument file. The parsed settings must equal those that a simple
-// model of the format finds.
+// The input is the content of an argument file. The parsed settings must equal the settings that a
+// simple model of the format finds.
 
 #include <algorithm>
 #include <string>
@@ -12,11 +12,11 @@
 
 namespace {
 
-/// The parser reads a longer line in pieces of this size.
+/// The parser reads a line of more characters than this in pieces of this size.
 constexpr std::size_t LongestPiece = 255;
 constexpr const char* Device = "/dev/usb/lp3";
 
-/// Returns the lines of the file without comments. A long line is several pieces.
+/// Returns the lines of the file without comments. A long line is returned as several pieces.
 std::vector<std::string> linesOf(const std::string& content) {
   std::vector<std::string> lines;
   for (std::size_t start = 0; start < content.size();) {
@@ -33,8 +33,8 @@ std::vector<std::string> linesOf(const std::string& content) {
 }
 
 /// Returns the value in a line that contains the key: the text between the first two quotation
-/// marks, or after the only one. Without a quotation mark, returns the rest after as many
-/// characters as the key has, wherever the key is.
+/// marks, or after the only quotation mark. Without a quotation mark, leaves out as many characters
+/// at the start of the line as the key has, wherever the key is, and returns the rest.
 std::string valueIn(const std::string& line, std::string_view key) {
   const std::size_t open = line.find('"');
   if (open == std::string::npos) {

@@ -1,5 +1,5 @@
-// The input is a text to decode, and the same bytes to encode. Decoding must equal decoding group
-// by group, and decoding an encoded text must return the bytes.
+// The target decodes the input as a text, and encodes the input as bytes. Decoding must give the
+// same result as decoding group by group. Decoding the encoded text must return the bytes.
 
 #include "util/base64.h"
 

@@ -1,6 +1,7 @@
 // The first line of the input is a letter that selects an operation on the printer's certificates.
-// Each further line is the XML of the reply to one method call. The last line also answers all
-// later calls. A line that begins with "hex:" is the part of the reply packet after its flag byte.
+// Each further line is the XML of the reply to one method call. All later calls get the reply of
+// the last line too. A line that begins with "hex:" is the part of the reply packet after its flag
+// byte.
 //
 // Each operation must return a documented result within its time and leave files as documented.
 
@@ -56,7 +57,8 @@ int readAuthority(const Work& work) {
   return work.manager.getCAInfo("Root", fileName, path, commonName);
 }
 
-/// Runs an operation that lists names. The list must have at most nine names, and no empty one.
+/// Runs an operation that lists names. The list must have at most nine names, and none of them may
+/// be empty.
 int list(const Work& work, int (CertMgr::*operation)(std::vector<std::string>&)) {
   std::vector<std::string> names(MostNames + 1, "before");
   const int result = (work.manager.*operation)(names);
@@ -175,8 +177,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (replies.empty()) {
     replies.emplace_back();
   }
-  // A second run must do the same. The path of the memory file, which an upload sends, is the same
-  // too.
+  // A second run must do the same. The path of the memory file is the same in both runs, so an
+  // upload sends the same file name.
   const Outcome outcome = perform(operation, replies);
   fuzz::require(perform(operation, replies) == outcome);
   return 0;

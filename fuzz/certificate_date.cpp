@@ -1,5 +1,6 @@
-// The input is the text of a certificate's first or last day of validity. The date must equal that
-// of a simple model, and the validity text must be cut correctly for every buffer size.
+// The input is the text of a certificate's first or last day of validity. The date must equal the
+// date that a simple model finds, and the validity text must be cut correctly for every tested
+// buffer size.
 
 #include <algorithm>
 #include <cstdlib>
@@ -12,7 +13,7 @@
 
 namespace {
 
-/// More bytes than any validity text has.
+/// The largest tested buffer size in bytes. Usual validity texts are shorter.
 constexpr int LargestRoom = 80;
 constexpr int SizeTooSmall = 25;
 

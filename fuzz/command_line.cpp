@@ -5,7 +5,8 @@
 // with that path, and "@csr" by the option with the path of another file. No argument names a file
 // of the host.
 //
-// Each command must end in time with one of its exit statuses, and a second run must do the same.
+// Each command must end within a time limit and with one of its exit statuses, and a second run
+// must do the same.
 
 #include "testing/command_line.h"
 
@@ -43,7 +44,8 @@ bool isStatusOf(const std::string& name, int result) {
   });
 }
 
-/// The status of a run that an exception ended. That is allowed if an argument is missing or empty.
+/// The status of a run that an exception ended. Such an end is allowed if an argument is missing or
+/// empty.
 constexpr int EndedByException = 1000;
 
 /// The parts of the input.
@@ -139,7 +141,8 @@ Outcome run(const Input& input) {
   const Arguments arguments = withPaths(input.arguments, file.path(), other.path());
   Outcome outcome;
   outcome.output = fuzz::outputOf([&] { outcome.status = statusOf(arguments); });
-  // The longest run has no command and gets no reply: two configurations, trouble code and address.
+  // The longest run is the default run without a reply: two configurations, then queries for
+  // trouble code and address.
   constexpr std::size_t mostRequests = 13;
   constexpr virtual_system::Microseconds longest = 240;  // seconds
   printer.requireEnded(mostRequests, longest);

@@ -7,7 +7,8 @@
 //     c  frames of a capture, in hex, separated by semicolons. The first byte of a frame is
 //        the event, the next three are endpoint, transfer and length. The rest is data.
 //
-// Both reports must be valid and agree about the exit status, and pieces must not change a report.
+// The text report and the JSON report must be valid and lead to the same exit status. The pieces
+// must not change a report.
 
 #include <algorithm>
 #include <cstring>
@@ -41,7 +42,7 @@ void append(std::string& text, const Number& number) {
   text.append(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
-/// Returns a capture file of frames. Each has as much data as its header says.
+/// Returns a capture file of frames. The header of each frame gives the right count of data bytes.
 std::string captureOf(const std::vector<fuzz::Bytes>& frames) {
   constexpr std::size_t fields = 4;
   std::string file;
@@ -93,14 +94,15 @@ void decodeFile(std::string_view file) {
   fuzz::require(statuses[0] == statuses[1]);
   json.finish();
   fuzz::require(nlohmann::json::accept(document));
-  // The output is in proportion to the input, and to the lines that "*" repeats.
+  // The size of the output must be at most in proportion to the input and to the lines that "*"
+  // stands for.
   constexpr std::size_t factor = 100;
   const std::size_t repeated =
       file.find('*') == std::string_view::npos ? 0 : decoder::MostRepeatedBytes;
   fuzz::require(text.size() <= factor * (file.size() + repeated + factor));
 }
 
-/// Returns the text report of a stream that arrives in pieces of that size.
+/// Returns the text report of a stream that arrives in pieces of `pieceSize` bytes.
 std::string wordsOf(std::span<const std::uint8_t> bytes, std::size_t pieceSize) {
   std::string text;
   decoder::WordsReport words([&](std::string_view line) { text.append(line); }, false);

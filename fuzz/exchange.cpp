@@ -1,6 +1,6 @@
 // The input, in hex, is a byte that selects an exchange, a byte with the size of the pieces in
-// which replies arrive (0: whole), and the replies, separated by semicolons. The last reply also
-// answers all later requests. The result must equal that of a simple model of the exchange.
+// which replies arrive (0: whole), and the replies, separated by semicolons. All later requests get
+// the last reply too. The result must equal the result of a simple model of the exchange.
 
 #include <algorithm>
 #include <array>
@@ -53,7 +53,8 @@ struct Outcome {
   bool operator==(const Outcome&) const = default;
 };
 
-/// Returns the text after the request and two more bytes, up to a zero byte.
+/// Returns the text in the reply that follows the repeated request and two more bytes, up to a zero
+/// byte.
 std::string ssidIn(const Bytes& reply) {
   const std::string text(reply.begin() + static_cast<std::ptrdiff_t>(Request.size() + 2),
                          reply.end());
@@ -110,7 +111,7 @@ Outcome expectedOutcome(const Promise& promise, const std::vector<Bytes>& replie
     if (promise.pause > 0) {
       outcome.sleeps.push_back(promise.pause);
     }
-    // Bytes that do not fit the buffer are read in the next attempt.
+    // Bytes that do not fit into the buffer are read in the next attempt.
     waiting.insert(waiting.end(), reply.begin(), reply.end());
     const auto count = static_cast<std::ptrdiff_t>(std::min(waiting.size(), promise.bufferSize));
     read.assign(waiting.begin(), waiting.begin() + count);

@@ -15,11 +15,11 @@ using Bytes = std::vector<std::uint8_t>;
 /// Returns the bytes of a text. Ignores an odd last digit.
 Bytes readHex(std::string_view text);
 
-/// Returns the bytes of each part of a text. Semicolons separate the parts. There is at least one
-/// part.
+/// Returns the bytes of each part of a text. Semicolons separate the parts. The result has at least
+/// one part, which may be empty.
 std::vector<Bytes> readHexParts(std::string_view text);
 
-/// Removes the first byte and returns it. Returns 0 if there is none.
+/// Removes the first byte and returns it. Returns 0 if `bytes` is empty.
 std::uint8_t takeByte(Bytes& bytes);
 
 }  // namespace fuzz

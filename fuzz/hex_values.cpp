@@ -1,5 +1,5 @@
-// The input is a hex text to convert to bytes. Its validity, its size and its bytes must equal
-// those of a simple model.
+// The input is a hex text to convert to bytes. The validity, the size and the bytes must equal
+// those that a simple model finds.
 
 #include <algorithm>
 #include <memory>

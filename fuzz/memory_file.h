@@ -7,8 +7,8 @@
 
 namespace fuzz {
 
-/// A file in memory that is in no folder. It ends with the object. A target uses it for code that
-/// opens a file by its path:
+/// A file in memory that is in no folder. The destructor removes the file. A target uses a memory
+/// file for code that opens a file by its path:
 ///
 ///     const fuzz::MemoryFile file(content);
 ///     settings.parseFile(file.path(), "/dev/usb/lp0");

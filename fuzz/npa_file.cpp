@@ -1,4 +1,5 @@
-// The input is the content of an NPA data file. The data must be its hex digits, in their order.
+// The input is the content of an NPA data file. The parsed data must be the hex digits of the file,
+// in the same order.
 
 #include <memory>
 #include <string>

@@ -8,7 +8,8 @@ namespace fuzz {
 
 namespace {
 
-/// Replaces `stream` with another one during its lifetime, then closes that one.
+/// Replaces `stream` by another stream during the object's lifetime. The destructor closes the
+/// other stream.
 class ReplacedStream {
  public:
   ReplacedStream(std::FILE*& stream, std::FILE* other) : m_Stream(stream), m_Original(stream) {
@@ -27,7 +28,7 @@ class ReplacedStream {
   std::FILE* m_Original;
 };
 
-/// The text of a memory stream. It is complete when the stream is closed.
+/// The text of a memory stream. The text is complete when the stream is closed.
 struct Text {
   ~Text() { std::free(start); }
   Text() = default;

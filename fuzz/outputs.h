@@ -16,8 +16,8 @@ struct Output {
   bool operator==(const Output&) const = default;
 };
 
-/// Runs `action` and returns what it wrote. During the call standard input is empty. The function
-/// replaces the C library's streams and no descriptors, because that is fast.
+/// Runs `action` and returns the text that it wrote. During the call standard input is empty. The
+/// function replaces the C library's streams and not the descriptors, because this is faster.
 ///
 ///     const fuzz::Output output = fuzz::outputOf([&] { settings.parseNPAFile(path); });
 Output outputOf(const std::function<void()>& action);

@@ -1,5 +1,5 @@
-// Runs a target on every file in the folders given, without a fuzzing engine. The test suite checks
-// the seeds with it. Fails if there are none.
+// Runs a target on every file in the folders that the command line names, without a fuzzing engine.
+// The test suite uses this program to check the seeds. The program fails if there are no files.
 
 #include <cstdio>
 #include <filesystem>

@@ -1,4 +1,4 @@
-// The printer that answers from a script, and the packets and pieces of its replies.
+// The printer that sends the replies of a script, and the packets and pieces of the replies.
 
 #include "scripted_printer.h"
 

@@ -8,7 +8,7 @@
 
 namespace fuzz {
 
-/// A printer at /dev/usb/lp0 in its own virtual system. It answers from a script:
+/// A printer at /dev/usb/lp0 in a separate virtual system. It sends the replies of a script:
 ///
 ///     fuzz::ScriptedPrinter printer;
 ///     printer.answer({fuzz::replyPacket({0xE0, 0x01})});

@@ -3,7 +3,8 @@
 // pieces. Bit 4 unplugs the printer after the last piece. The second byte is the size of the pieces
 // (0: one piece).
 //
-// The collected reply must equal that of a simple model, or its beginning if time ended it.
+// The collected reply must equal the reply that a simple model finds, or its beginning if the time
+// limit ended the reply.
 
 #include <algorithm>
 #include <array>
@@ -31,7 +32,7 @@ constexpr std::array<Microseconds, 4> Delays = {0, 20'000, Second, 6 * Second};
 constexpr Microseconds Silence = 5 * Second;
 /// Seconds.
 constexpr Microseconds PauseAfterRequest = 2;
-/// Seconds of the silent reads of the last pass: start byte, length and rest.
+/// The most seconds of the last pass, with silent reads of start byte, length and rest.
 constexpr Microseconds LongestLastPass = 18;
 
 /// The options of the input.
@@ -101,8 +102,8 @@ Bytes collected(const Bytes& stream, const Options& options) {
   return {reply, reply + count};
 }
 
-/// The model: returns the reply in a stream that arrives in time. Reads at most `passes` packets if
-/// that is set.
+/// The model: returns the reply in a stream that arrives in time. If `passes` is set, reads at most
+/// that count of packets.
 Bytes contents(const Bytes& stream, std::optional<int> passes) {
   Bytes result;
   for (std::size_t at = 0; at < stream.size() && (!passes || (*passes)-- > 0);) {
@@ -143,7 +144,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (options.delay >= Silence) {
     return 0;
   }
-  // The pieces do not change the reply. Time can only end it early.
+  // The pieces do not change the reply, but the time limit can end the reply early.
   const Bytes whole = contents(stream, options.timeLimit > 0 ? std::nullopt : std::optional(1));
   fuzz::require(result.size() <= whole.size() &&
                 std::equal(result.begin(), result.end(), whole.begin()));

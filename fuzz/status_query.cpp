@@ -1,7 +1,7 @@
 // The input, in hex, is a byte of options, then the replies to the requests, separated by
-// semicolons. The last reply also answers all later requests. Bits 0 to 4 of the first byte select
-// the query. Bit 5 switches the wrapper off. With bit 6 the replies are sent unchanged; otherwise
-// each is the content of a packet.
+// semicolons. All later requests get the last reply too. Bits 0 to 4 of the first byte select the
+// query. Bit 5 switches the wrapper off. If bit 6 is set, the replies are sent unchanged. Otherwise
+// each reply is sent as the content of a packet.
 //
 // Each query must return a documented result, and a second run must do the same.
 
@@ -28,12 +28,13 @@ struct Query {
   int lowest;
   int highest;
   std::size_t requests;
-  /// Returns the result for a collected reply. Null if there is no simple rule.
+  /// Returns the expected result for a collected reply. Null if there is no simple rule for the
+  /// result.
   int (*expected)(const Bytes& reply) = nullptr;
 };
 
-/// Returns `result` of each record of an 802.1x setting. Its argument is the rest of the reply from
-/// the size of the value on.
+/// Calls `result` for each record of an 802.1x setting and returns the results. The argument of
+/// `result` is the rest of the reply from the size of the value on.
 std::vector<int> visit(const Bytes& reply, char object, int (*result)(const std::string& rest)) {
   const std::string text(reply.begin(), reply.end());
   const std::string key = {'\x50', '\xE0', '\xD8', '\0', '\x2A', object};

@@ -1,7 +1,7 @@
 // The input, in hex, is a byte of options, then the bytes that a host sends to the USB transport.
-// Bit 0 of the first byte starts with transfers instead of requests. Bits 1 and 2 select faults.
-// The other bits are the size of the pieces that arrive (0: 1 byte). The pieces must not change the
-// output.
+// If bit 0 of the first byte is set, the session starts with transfers instead of requests. Bits 1
+// and 2 select faults. The other bits are the size of the pieces that arrive (0: 1 byte). The
+// pieces must not change the output.
 
 #include <algorithm>
 #include <chrono>
@@ -39,7 +39,8 @@ UsbTraits traits(unsigned mode) {
   return result;
 }
 
-/// Returns the output of a session for the input, up to an error. After the input, lets 10 s pass.
+/// Returns the output of a session for the input, up to an error. After the input the function lets
+/// 10 s of virtual time pass.
 Bytes talk(const Bytes& input, unsigned mode, std::size_t pieceSize) {
   emulator::MessageLog log([](std::string_view) {}, false);
   Adapter::Clock::time_point now;

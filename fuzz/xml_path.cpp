@@ -1,5 +1,5 @@
-// The first line of the input is a path, the rest a document. The query must return the same as a
-// simple one that compares the whole path at every end tag.
+// The first line of the input is a path, the rest is a document. The query must return the same
+// text as a simple model that compares the whole path at every end tag.
 
 #include <algorithm>
 #include <string>

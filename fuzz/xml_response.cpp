@@ -1,5 +1,6 @@
-// The input, in hex, is the collected reply to a method call. Its text must equal that of a simple
-// model, in both forms and for buffers that are too small, just large enough and larger.
+// The input, in hex, is the collected reply to a method call. The XML text in the reply must equal
+// the text that a simple model finds. This must hold for both overloads of the operation, and for
+// buffers that are too small, just large enough and larger.
 
 #include <algorithm>
 #include <array>

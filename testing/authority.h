@@ -21,16 +21,17 @@ class Authority {
   /// Creates an authority whose subject is only a common name.
   explicit Authority(const std::string& commonName) : Authority(Name{{"CN", commonName}}) {}
 
-  /// Creates an authority. Its certificate, and those it signs, have this validity. The times are
-  /// ASN.1 texts, such as 20200105000000Z. Throws if libcrypto rejects a value.
+  /// Creates an authority. The authority's certificate, and the certificates that it signs, have
+  /// this validity. The times are ASN.1 texts, such as 20200105000000Z. Throws `std::runtime_error`
+  /// if libcrypto rejects a value.
   explicit Authority(const Name& name, const std::string& notBefore = "20200105000000Z",
                      const std::string& notAfter = "20301225235959Z");
 
   /// Returns the authority's certificate as PEM.
   std::string pem() const { return m_Pem; }
 
-  /// Returns a certificate (PEM) for the key and the subject of a request (PEM). Throws if the
-  /// request is invalid.
+  /// Returns a certificate (PEM) for the key and the subject of a request (PEM). Throws an
+  /// exception if the request is invalid.
   std::string sign(const std::string& requestPem) const;
 
  private:
@@ -60,7 +61,7 @@ struct RequestContent {
   bool isSignedByItsKey = false;
 };
 
-/// Returns the content of a request (PEM). Throws if it is invalid.
+/// Returns the content of a request (PEM). Throws an exception if the request is invalid.
 RequestContent readRequest(const std::string& pem);
 
 }  // namespace support

@@ -12,8 +12,8 @@ namespace support {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Returns the bytes of hex pairs with single spaces between them: `bytes("A5 00 06")`. Throws if
-/// the text has another form.
+/// Returns the bytes of hex pairs with single spaces between them: `bytes("A5 00 06")`. Throws an
+/// exception if the text has another form.
 Bytes bytes(std::string_view hexPairs);
 
 /// Returns the characters of a text, without a terminating zero byte.

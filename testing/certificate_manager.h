@@ -9,14 +9,14 @@
 
 namespace support {
 
-/// The friendly name of the printer's own certificate unless another is given.
+/// The friendly name of the printer's own certificate unless the caller gives another name.
 inline const std::string DefaultFriendlyName = "Quorvanthelisdorm";
 
-/// A fixture for tests of the certificate manager. A scripted printer replies to it.
+/// A fixture for tests of the certificate manager, which talks to a scripted printer.
 class CertManager : public ObjectStorePrinter {
  protected:
-  /// Runs an operation with a new manager and returns its result. Stores what it wrote in `output`,
-  /// without the line that the transport logs at the end.
+  /// Runs an operation with a new manager and returns the operation's result. Stores the text that
+  /// the operation wrote in `output`, without the line that the transport logs at the end.
   template <typename Operation>
   int run(Operation operation) {
     const auto run = [&] {

@@ -18,7 +18,7 @@ class CertificatePrinter {
  public:
   explicit CertificatePrinter(emulator::CertificateRules rules = {}) : object(std::move(rules)) {}
 
-  /// Carries out a call and returns the reply. `lastXml` is its text.
+  /// Carries out a call and returns the reply. Stores the XML text of the reply in `lastXml`.
   ReplyText call(const std::string& xml) {
     lastXml = object.answer(emulator::parseMethodCall(xml)).xml();
     EXPECT_EQ(::ERR_peek_error(), 0U);
@@ -32,8 +32,8 @@ class CertificatePrinter {
   std::vector<std::string> authorities() { return call(callText("queryCAList", 420)).list(); }
   std::vector<std::string> certificates() { return call(callText("queryCertList", 520)).list(); }
 
-  /// Returns the certificate request with that friendly name (PEM), or an empty text if there is
-  /// none.
+  /// Returns the certificate request (PEM) with the friendly name `name`, or an empty text if there
+  /// is none.
   std::string request(const std::string& name) {
     const std::string text = call(exportText(name)).binary("cert_dot_csr_file");
     return decoded(text);

@@ -14,8 +14,8 @@ namespace support {
 struct CertificateText {
   /// The components of the subject in order: short name and text.
   std::vector<std::pair<std::string, std::string>> subject = {{"CN", "RootCA"}};
-  /// The validity dates. They are stored unchecked: a text of 13 characters as a UTCTime, any other
-  /// as a GeneralizedTime.
+  /// The validity dates. The dates are stored without a check: a text of 13 characters as a
+  /// UTCTime, a text of another length as a GeneralizedTime.
   std::string from = "200105000000Z";
   std::string to = "301225000000Z";
   /// What the basic constraints say. Without a value there are none.

@@ -9,14 +9,14 @@
 
 namespace support {
 
-/// A fixture for tests of the `sendConfig` operations that check one reply for each attempt. A
-/// scripted printer replies to them.
+/// A fixture for tests of the `sendConfig` operations that check one reply for each attempt. The
+/// operations talk to a scripted printer.
 class CheckedExchange : public UsblpPrinter {
  protected:
   using Operation = int (sendConfig::*)(unsigned char*, int);
 
-  /// Runs `operation` with a request of three bytes and returns its result. Stores its standard
-  /// output in `printed`. Expects only the transport's last line on standard error.
+  /// Runs `operation` with a request of three bytes and returns the operation's result. Stores the
+  /// standard output in `printed`. Expects only the transport's last line on standard error.
   int run(Operation operation) {
     Bytes request = bytes("A5 00 06");
     const auto exchangeOnce = [&] {

@@ -7,8 +7,8 @@
 #include "xml/simple_sax_handler.h"
 
 /// Checks the guarantees that the parser gives to every handler: `start` is the first callback and
-/// `end` the last, each occurs once, elements nest properly, and text occurs only inside an element
-/// and is not longer than its count.
+/// `end` is the last callback, both occur once, elements nest properly, and text occurs only inside
+/// an element and is not longer than the length that the callback gets.
 class CheckingHandler : public SimpleSAXHandler {
  public:
   void start() override;

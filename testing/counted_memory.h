@@ -4,8 +4,8 @@
 
 namespace support {
 
-/// Returns how many blocks the program has allocated with `malloc` so far. These are the blocks of
-/// operator new and the storage of ring buffers.
+/// Returns how many blocks the program has allocated with `malloc` so far. This count includes the
+/// blocks of operator new and the storage of ring buffers.
 std::size_t allocations();
 
 }  // namespace support

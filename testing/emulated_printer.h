@@ -10,7 +10,7 @@
 
 namespace support {
 
-/// An emulated adapter with its log and its clock. The clock changes only when the test sets `now`.
+/// An emulated adapter, its log and its clock. The clock changes only when the test sets `now`.
 ///
 ///     EmulatedPrinter printer;
 ///     const Bytes reply = printer.ask(packets::QuerySsid);

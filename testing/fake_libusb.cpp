@@ -10,7 +10,7 @@
 #include "testing/fault_injection.h"
 #include "testing/virtual_system.h"
 
-/// The program only passes pointers to handles.
+/// The program only passes pointers to handles, so the double can define this type as it likes.
 struct usb_dev_handle {
   struct usb_device* device;
 };
@@ -21,7 +21,8 @@ namespace {
 
 Library* currentLibrary = nullptr;
 
-/// Records a call. Its text contains the first number, which is enough to distinguish the calls.
+/// Records a call. The text of a call contains only the first number, which is enough to
+/// distinguish the calls.
 void record(const char* name, std::vector<long> numbers, std::vector<const void*> pointers) {
   const std::string first = numbers.empty() ? "" : std::to_string(numbers.front());
   currentLibrary->calls.emplace_back(std::string(name) + "(" + first + ")");
@@ -94,7 +95,8 @@ struct usb_device* Library::addDevice(const std::string& bus, const std::string&
   }
   struct usb_device& device = storage.device;
   std::snprintf(device.filename, sizeof device.filename, "%s", name.c_str());
-  // The device descriptor has the count of configurations even if they could not be read.
+  // The device descriptor contains the count of configurations even if the configurations could not
+  // be read.
   device.descriptor.bNumConfigurations =
       static_cast<std::uint8_t>(std::max<std::size_t>(configurations.size(), 1));
   device.config = storage.configurations.empty() ? nullptr : storage.configurations.data();

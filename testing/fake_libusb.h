@@ -8,8 +8,8 @@
 #include <usb.h>
 #include <vector>
 
-/// A double of libusb 0.1. Its usb_... functions return what a test sets up, and record their
-/// calls. An unset hook gives the default behaviour.
+/// A double of libusb 0.1. The usb_... functions of the double return the results that a test sets,
+/// and record their calls. If a hook is not set, the function has the default behaviour.
 namespace fake_libusb {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -33,7 +33,8 @@ struct Configuration {
   std::vector<Interface> interfaces;
 };
 
-/// The state of the double during one test. The functions need exactly one object to exist.
+/// The state of the double during one test. The usb_... functions work only while exactly one
+/// object of this class exists.
 class Library {
  public:
   Library();
@@ -58,7 +59,8 @@ class Library {
   std::function<int(char* buffer, int size)> bulkRead;   ///< default: `incoming`, or a timeout
   int setConfiguration = 0;                              ///< result of usb_set_configuration
   int unusedResult = 0;  ///< result of the calls whose result the program ignores
-  /// Bytes that the next bulk reads return, each as many as fit into its buffer.
+  /// The bytes that the next bulk reads return. Each read returns as many of them as fit into its
+  /// buffer.
   Bytes incoming;
 
   // Record of the calls.
@@ -76,7 +78,7 @@ class Library {
   /// Returns how many times `call` was made, e.g. "usb_close()".
   std::ptrdiff_t count(const std::string& call) const;
 
-  /// Returns the object that exists, or nullptr.
+  /// Returns the existing object of this class, or nullptr if there is none.
   static Library* current();
   struct usb_bus* firstBus() {
     return m_FirstBus;

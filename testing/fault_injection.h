@@ -5,8 +5,8 @@
 #include <string_view>
 #include <sys/types.h>
 
-/// Makes single calls of the program fail. The doubles of the system calls ask here before they
-/// carry out a call.
+/// Makes single calls of the program fail. The doubles of the system calls check for a fault before
+/// they carry out a call.
 namespace support {
 
 /// How a call fails.
@@ -16,14 +16,14 @@ struct Fault {
   std::size_t maxBytes{};  ///< if `error` is 0: the most bytes that a transfer moves
 };
 
-/// Makes one call fail while it exists: the `first`-th call of its name. If `lasting` is true, all
-/// later calls of that name fail too. The name is that of the function; "new" stands for every
-/// operator new.
+/// While the object exists, the `first`-th call of the function `call` fails. If `lasting` is true,
+/// all later calls of this function fail too. "new" stands for every form of operator new.
 ///
 ///     FaultInjection injection({.call = "write", .fault = {"EIO", EIO}, .first = 2});
 ///
-/// While a printer is silent, the program calls select over and over with nothing changed. Of
-/// consecutive calls of select, only the first three and every thousandth count.
+/// While a printer is silent, the program calls select many times, and nothing changes between
+/// these calls. So only the first three and every thousandth of consecutive calls of select are
+/// counted.
 class FaultInjection {
  public:
   struct Plan {
@@ -43,11 +43,11 @@ class FaultInjection {
   /// Returns the count of calls with the plan's name.
   int count() const { return m_Count; }
 
-  /// Counts a call and returns how it fails, or nullptr if it succeeds. Throws `EndlessRun` at the
-  /// two-millionth call.
+  /// Counts a call. Returns the fault with which the call fails, or nullptr if it succeeds. Throws
+  /// `EndlessRun` at the two-millionth call.
   const Fault* faultOf(std::string_view call);
 
-  /// Returns the object that exists, or nullptr.
+  /// Returns the existing object of this class, or nullptr if there is none.
   static FaultInjection* current();
 
  private:
@@ -59,11 +59,11 @@ class FaultInjection {
   int m_Probes = 0;
 };
 
-/// The exception that ends a run which would not end by itself.
+/// The exception that ends a run which would otherwise never end.
 struct EndlessRun {};
 
-/// A call that a double carries out. The double creates the object first and asks it for the
-/// failure. Calls that the double itself makes while the object exists never fail.
+/// A call that a double carries out. The double first creates the object, and then checks whether
+/// the call must fail. Calls that the double itself makes while the object exists never fail.
 ///
 ///     const InterceptedCall call("tcgetattr");
 ///     if (call.fails()) {
@@ -76,7 +76,7 @@ class InterceptedCall {
   InterceptedCall(const InterceptedCall&) = delete;
   InterceptedCall& operator=(const InterceptedCall&) = delete;
 
-  /// Returns how the call fails, or nullptr if it succeeds.
+  /// Returns the fault with which the call fails, or nullptr if the call succeeds.
   const Fault* fault() const { return m_Fault; }
   /// Returns true and sets errno if the call ends with an error.
   bool fails() const;

@@ -15,7 +15,7 @@ namespace support {
 /// An operation of the generator without parameters.
 using Operation = int (wnpaGenerator::*)();
 
-/// A fixture for tests of the generator. A scripted printer replies to it. Wrap mode is on, as in
+/// A fixture for tests of the generator, which talks to a scripted printer. Wrap mode is on, as in
 /// any new generator.
 class Generator : public UsblpPrinter {
  protected:
@@ -26,7 +26,8 @@ class Generator : public UsblpPrinter {
     generator = std::make_unique<wnpaGenerator>(&configuration);
   }
 
-  /// Runs an operation and returns its result. Stores what it wrote in `output`.
+  /// Runs an operation and returns its result. Stores the text that the operation wrote in
+  /// `output`.
   int run(Operation operation) {
     return resultOf([&] { return (generator.get()->*operation)(); }, output);
   }

@@ -25,8 +25,8 @@ struct TransferRow : Row {
   HCIOStatus status;
 };
 
-/// A fixture for tests of bulk transfers. Each test calls `open` first, with endpoints if it needs
-/// others than the default ones.
+/// A fixture for tests of bulk transfers. Each test calls `open` first. A test passes endpoints to
+/// `open` if it does not use the default endpoints.
 class LibUsbTransfer : public testing::Test {
  protected:
   void open(std::vector<fake_libusb::Endpoint> endpoints = {{0x81, Bulk, 64}, {0x02, Bulk, 512}}) {
@@ -40,7 +40,7 @@ class LibUsbTransfer : public testing::Test {
     return connector.write(copy.data(), static_cast<int>(copy.size()));
   }
 
-  /// Returns what a read of `len` bytes returns.
+  /// Reads `len` bytes with the connector and returns the bytes that were read.
   Bytes read(int len) {
     Bytes buffer(static_cast<std::size_t>(len));
     const int count = connector.read(buffer.data(), len);
@@ -49,8 +49,8 @@ class LibUsbTransfer : public testing::Test {
     return buffer;
   }
 
-  /// Gives each bulk write the next of `results`, and the last one to all that follow. The result
-  /// 64 stands for the whole size.
+  /// Gives each bulk write the next of `results`, and all further writes the last of them. The
+  /// result 64 stands for the whole size of the write.
   void answerWrites(std::vector<int> results) {
     library.bulkWrite = [results, next = std::size_t{0}](const Bytes& chunk) mutable {
       const int result = results[next];

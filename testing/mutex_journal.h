@@ -6,8 +6,8 @@
 
 namespace support {
 
-/// Records the calls of pthread_mutex_lock and pthread_mutex_unlock while it exists. Only one may
-/// exist at a time. The linker's --wrap redirects the calls.
+/// Records the calls of pthread_mutex_lock and pthread_mutex_unlock while the object exists. Only
+/// one object of this class may exist at a time. The linker's --wrap redirects the calls.
 class MutexJournal {
  public:
   MutexJournal();

@@ -10,7 +10,7 @@ namespace support {
 
 namespace {
 
-/// The first bytes of both method calls and replies.
+/// The first characters of the XML of method calls and of replies.
 constexpr std::string_view XmlStart = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 
 std::string child(std::string_view name, std::string_view element, std::string_view value) {

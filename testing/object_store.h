@@ -7,7 +7,7 @@
 
 #include "testing/bytes.h"
 
-/// Method calls to the object store and its replies, as XML texts and as packets.
+/// Method calls to the object store and the replies to them, as XML texts and as packets.
 namespace support {
 
 /// Encodes Base64 with OpenSSL.
@@ -33,10 +33,11 @@ CallParameter binary(std::string name, std::string_view bytes);
 std::string callText(std::string_view method, int requestId,
                      const std::vector<CallParameter>& parameters = {});
 
-/// Returns a call of `generateNewCert`. The other fields of the subject are empty.
+/// Returns a call of `generateNewCert`. The fields of the subject without a parameter here are
+/// empty.
 std::string generateText(const std::string& name, const std::string& commonName = "p",
                          const std::string& country = "", const std::string& altName = "");
-// Each returns the call that its name describes.
+// Each of these functions returns the call that its name describes.
 std::string exportText(const std::string& name);
 std::string uploadCaText(const std::string& fileName, const std::string& pem);
 std::string uploadSignedText(const std::string& name, const std::string& pem);

@@ -11,7 +11,7 @@
 
 namespace support {
 
-/// A fixture for tests of method calls. A scripted printer replies to them.
+/// A fixture for tests of method calls to a scripted printer.
 class ObjectStorePrinter : public UsblpPrinter {
  protected:
   /// Returns the XML of each call that reached the printer. Expects that every write is a call.

@@ -6,7 +6,7 @@
 
 namespace support {
 
-/// What a part of the program wrote to standard output and to standard error.
+/// The text that a part of the program wrote to standard output and to standard error.
 struct Output {
   std::string out;
   std::string err;
@@ -19,7 +19,7 @@ inline void PrintTo(const Output& output, std::ostream* stream) {
           << testing::PrintToString(output.err);
 }
 
-/// Runs `action` and returns what it wrote.
+/// Runs `action` and returns the text that it wrote.
 inline Output outputOf(const std::function<void()>& action) {
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
@@ -28,7 +28,7 @@ inline Output outputOf(const std::function<void()>& action) {
   return {std::move(out), testing::internal::GetCapturedStderr()};
 }
 
-/// Runs `action` and returns its result. Stores what it wrote in `output`.
+/// Runs `action` and returns its result. Stores the text that `action` wrote in `output`.
 template <typename Action>
 auto resultOf(Action action, Output& output) {
   decltype(action()) result{};

@@ -10,7 +10,7 @@ namespace packets {
 
 using support::Bytes;
 
-/// Announces a method call; it precedes the packet of the call.
+/// The fixed packet that precedes the packet of a method call.
 inline const Bytes Sniff =
     support::bytes("A5 00 10 80 A4 5B A4 5B 10 EF A4 5B 11 EE 00 FF 13 EC 2E");
 
@@ -47,7 +47,8 @@ inline const Bytes AuthenticatedRecord = support::bytes("A5 00 09 50 E0 D8 00 2A
 /// The reply of the emulated printer with the option --garbage.
 inline const Bytes Garbage = support::bytes("00 FF 13 37 5A 80 7F 20 0A 99 C3 42");
 
-/// Returns the packet with this content, which starts with the flag byte.
+/// Returns the packet whose bytes after the length field are `content`. So `content` starts with
+/// the flag byte.
 Bytes framed(const Bytes& content);
 
 /// Returns a wrapper that contains `packet`.

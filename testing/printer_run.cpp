@@ -34,7 +34,7 @@ Words splitWords(const std::string& text) {
 /// The exit status of zvkprinter if it fails itself.
 constexpr int OwnFailure = 125;
 
-/// Removes the lines of zvkprinter. It prints some if it cannot create a private device.
+/// Removes the lines of zvkprinter, which it prints if it cannot create a private device.
 std::string withoutPrinterLines(const std::string& text) {
   std::string result;
   for (const std::string& line : splitLines(text)) {

@@ -12,15 +12,15 @@ namespace support {
 /// The result of one run.
 struct PrinterRun {
   int status = 0;   ///< exit status of the program; 125 if zvkprinter itself fails
-  std::string out;  ///< the program's standard output; with --show the printer's data follow it
+  std::string out;  ///< the program's standard output; with --show, the printer's data follow
   /// The program's standard error. For the status 125 it includes the lines of zvkprinter.
   std::string err;
   std::vector<std::string> received;  ///< each message that reached the printer, in hex
   std::vector<std::string> calls;     ///< each method call that the printer parsed, in words
 };
 
-/// Runs zvkconfig with `arguments` and a printer with `options`. The clock of both runs 10 times as
-/// fast, so the pauses of the protocol take a tenth of their time.
+/// Runs zvkconfig with `arguments` and a printer with `options`. For both programs time passes 10
+/// times as fast, so the pauses of the protocol take a tenth of their usual time.
 ///
 /// "{}" in an argument stands for the printer's path. The path is "/dev/usb/lp0" if the system
 /// permits a private device.

@@ -15,11 +15,12 @@ struct ProcessResult {
   std::string err;
 };
 
-/// Runs a program with `input` as its standard input and waits for its end. The status is 127 if it
-/// cannot be started.
+/// Runs a program with `input` as its standard input and waits for its end. The status is 127 if
+/// the program cannot be started.
 ProcessResult runProcess(const std::vector<std::string>& command, std::string_view input = {});
 
-/// A program that runs at the same time as the test. The destructor kills it if it still runs.
+/// A program that runs at the same time as the test. The destructor kills the program if it still
+/// runs.
 class BackgroundProcess {
  public:
   explicit BackgroundProcess(const std::vector<std::string>& command);
@@ -36,8 +37,8 @@ class BackgroundProcess {
   pid_t m_Pid;
 };
 
-/// A program with a pseudo-terminal, on which the test types and reads. The destructor kills it if
-/// it still runs.
+/// A program with a pseudo-terminal, on which the test types and reads. The destructor kills the
+/// program if it still runs.
 class TerminalProcess {
  public:
   explicit TerminalProcess(const std::vector<std::string>& command);
@@ -66,7 +67,8 @@ class TerminalProcess {
 
   pid_t m_Pid;
   int m_Master = -1;
-  /// Stays open, so that the terminal's attributes can be read after the program has ended.
+  /// The terminal's end of the program. It stays open, so that the test can read the terminal's
+  /// attributes after the program has ended.
   int m_Slave = -1;
   std::string m_Shown;
   std::size_t m_Found = 0;  ///< end of the text that `waitForNext` found

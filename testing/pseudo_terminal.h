@@ -7,9 +7,9 @@
 
 namespace support {
 
-/// A terminal for a child process that runs a part of the program. The test types on it. It is not
-/// the child's controlling terminal, so only `signal` sends signals. Operations throw if a system
-/// call fails.
+/// A terminal for a child process that runs a part of the program. The test types on the terminal.
+/// The terminal is not the child's controlling terminal, so typed characters such as Ctrl-C send no
+/// signals; only `signal` does. The operations throw an exception if a system call fails.
 class PseudoTerminal {
  public:
   PseudoTerminal();
@@ -17,15 +17,16 @@ class PseudoTerminal {
   PseudoTerminal(const PseudoTerminal&) = delete;
   PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
-  /// Starts a child. Its standard input is the terminal and its standard output is a pipe. After
-  /// `action` it ends with status 0. It starts with the default action for the signals that end or
-  /// stop a program.
+  /// Starts a child. Its standard input is the terminal and its standard output is a pipe. The
+  /// child runs `action` and then ends with status 0. At its start the signals that end or stop a
+  /// program have their default action.
   void run(const std::function<void()>& action);
 
   /// Types `text` on the terminal.
   void type(const std::string& text) const;
 
-  /// Types a line before the child reads. Returns when the line can be read from the terminal.
+  /// Types a line before the child reads. Returns when the child could read the line from the
+  /// terminal.
   void typeAhead(const std::string& line) const;
 
   /// Returns the current attributes of the terminal.
@@ -33,14 +34,14 @@ class PseudoTerminal {
   bool echoes() const { return (attributes().c_lflag & ECHO) != 0; }
 
   /// Waits until the child has switched the echo off. Returns false if the child ends first. Polls
-  /// without pauses, so that the test continues immediately.
+  /// without pauses, so that the test continues as soon as the echo is off.
   bool waitForEchoOff() const;
 
   /// Switches the echo off. Call it before `run`.
   void switchEchoOff() const;
 
-  /// Waits until the child discards the input typed so far. Call it after `switchEchoOff`, once.
-  /// Returns false after 20 seconds.
+  /// Waits until the child discards the input typed so far. Call this only once, after
+  /// `switchEchoOff`. Returns false after 20 seconds.
   bool waitForDiscardedInput() const;
 
   /// Waits until the child has written `text` to standard output. Returns false if the child ends
@@ -56,10 +57,11 @@ class PseudoTerminal {
   /// Waits for the child's end and returns its status in the form of `waitpid`.
   int wait();
 
-  /// Returns what the child wrote to standard output. Complete only after `wait`.
+  /// Returns the text that the child has written to standard output. The text is complete only
+  /// after `wait`.
   const std::string& output() const { return m_Output; }
 
-  /// Returns what the terminal has shown: the echo of the typed characters.
+  /// Returns the text that the terminal has shown, which is the echo of the typed characters.
   std::string shown() const;
 
  private:

@@ -7,7 +7,8 @@
 namespace support {
 
 /// A reply of the object store, parsed with pugixml instead of the program's own parser. The
-/// operations return the values of its children. An absent child has an empty value.
+/// operations return the values of the reply's children. For an absent child they return an empty
+/// value.
 class ReplyText {
  public:
   explicit ReplyText(const std::string& xml) { m_Document.load_buffer(xml.data(), xml.size()); }

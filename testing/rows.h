@@ -11,7 +11,8 @@ namespace support {
 struct Row {
   const char* name;  ///< the end of the test's name; letters and digits only
 
-  /// Prints the name of a row. GoogleTest would print its bytes, and these differ from run to run.
+  /// Prints the name of a row. Without this operator GoogleTest would print the bytes of the row,
+  /// which differ from run to run.
   friend std::ostream& operator<<(std::ostream& stream, const Row& row) {
     return stream << row.name;
   }

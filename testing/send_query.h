@@ -11,11 +11,11 @@
 
 namespace support {
 
-/// A fixture for tests of `sendQuery`. A scripted printer replies to it.
+/// A fixture for tests of `sendQuery`, which talks to a scripted printer.
 class SendQuery : public UsblpPrinter {
  protected:
-  /// Sends `request` and returns the collected reply. Sets `untouched` to true if the operation
-  /// left the reply's pointer unchanged.
+  /// Sends `request` and returns the collected reply. Sets `untouched` to true if `sendQuery` left
+  /// the pointer to the reply unchanged.
   Bytes query(Bytes request, int timeout) {
     unsigned char marker = 0;
     unsigned char* reply = &marker;
@@ -47,13 +47,13 @@ class SendQuery : public UsblpPrinter {
   bool untouched = false;
 };
 
-/// A row of a table: a reply's bytes, and the collected reply; both in hex.
+/// A row of a table: the bytes that the printer sends, and the collected reply, both in hex.
 struct ReplyRow : Row {
   const char* reply;
   const char* collected;
 };
 
-/// What sendQuery writes if it can open the device.
+/// The output of sendQuery if it can open the device.
 inline const Output Quiet = {"", TransportReleased};
 
 }  // namespace support

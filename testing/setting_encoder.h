@@ -16,8 +16,8 @@ using SettingEncoder = std::variant<Operation, int (wnpaGenerator::*)(int*)>;
 /// A fixture for tests of encoders.
 class SettingEncoders : public Generator {
  protected:
-  /// Runs an encoder on a packet that already contains one byte. Expects that it appends `object`,
-  /// returns its size and logs `log`.
+  /// Runs an encoder on a packet that already contains one byte. Expects that the encoder appends
+  /// `object`, returns the size of `object` and logs `log`.
   void expectObject(const SettingEncoder& encoder, std::vector<std::string> options,
                     const Bytes& object, const std::string& log) {
     use(std::move(options));
@@ -28,7 +28,8 @@ class SettingEncoders : public Generator {
     EXPECT_EQ(packet(), joined({before, object}));
   }
 
-  /// Runs an encoder and returns its result. Expects that a total stays unchanged.
+  /// Runs an encoder and returns its result. If the encoder takes a pointer to a total, expects
+  /// that the total stays unchanged.
   int encode(const SettingEncoder& encoder) {
     if (const auto* const plain = std::get_if<Operation>(&encoder)) {
       return (generator.get()->**plain)();
@@ -40,7 +41,8 @@ class SettingEncoders : public Generator {
   }
 };
 
-/// A row of a table: an encoder, and what it appends and logs for some options.
+/// A row of a table: an encoder, options, and the object and the log lines that the encoder makes
+/// with these options.
 struct SettingRow : Row {
   SettingEncoder encoder;
   std::vector<std::string> options;

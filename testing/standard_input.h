@@ -4,7 +4,7 @@
 
 namespace support {
 
-/// Replaces standard input by a pipe that contains `text`. The destructor restores it.
+/// Replaces standard input by a pipe that contains `text`. The destructor restores standard input.
 class StandardInput {
  public:
   explicit StandardInput(const std::string& text);

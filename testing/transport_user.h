@@ -4,7 +4,7 @@
 
 namespace support {
 
-/// A user of the shared transport. The destructor releases it.
+/// A user of the shared transport. The destructor releases the transport.
 ///
 ///     const TransportUser transport;
 ///     transport->CT_Open("/dev/usb/lp0");

@@ -22,7 +22,8 @@ class UsbPrinter {
         m_Log([this](std::string_view line) { log.emplace_back(line); }, false),
         device(printer.adapter, std::move(traits), m_Log, [this] { return printer.now; }) {}
 
-  /// Submits a control request and returns its data, or nothing if the device stalls it.
+  /// Submits a control request and returns the data of the reply, or nothing if the device stalls
+  /// the request.
   std::optional<Bytes> ask(const emulator::UsbSetup& setup) {
     emulator::UsbTransfer transfer{.id = 9000, .setup = setup, .length = setup.length};
     transfer.direction = setup.type >= 0x80 ? Direction::In : Direction::Out;

@@ -12,11 +12,11 @@
 
 namespace support {
 
-/// A fixture with a printer at /dev/usb/lp0 that replies from a script.
+/// A fixture with a printer at /dev/usb/lp0 that sends scripted replies.
 class UsblpPrinter : public testing::Test {
  protected:
   /// Sets the replies: the n-th write gets the n-th reply, and all later writes get the last one.
-  /// After an empty reply the printer stays silent.
+  /// If a reply is empty, the printer sends nothing.
   void answer(std::vector<Bytes> replies) {
     device.onWrite = [this, replies = std::move(replies),
                       next = std::size_t{0}](const Bytes& /*request*/) mutable {

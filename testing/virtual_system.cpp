@@ -15,7 +15,8 @@ namespace virtual_system {
 
 namespace {
 
-// Thread-local, because a fuzzer's memory watcher runs in another thread and needs the real clock.
+// The variable is thread-local, because libFuzzer watches the memory in another thread, and that
+// thread needs the real clock.
 thread_local System* currentSystem = nullptr;
 
 constexpr std::string_view DeviceFolder = "/dev/usb/";

@@ -25,8 +25,8 @@ using Microseconds = std::int64_t;
 
 inline constexpr Microseconds Second = 1'000'000;
 
-/// A character device. Like usblp, a read returns bytes of at most one arrival and keeps the rest
-/// for the next read. It fails with EAGAIN if nothing has arrived.
+/// A character device. As with usblp, a read returns bytes of at most one arrival, and the next
+/// read returns the rest. A read fails with EAGAIN if nothing has arrived.
 struct Device {
   /// Bytes that arrive at the host at a point in virtual time.
   struct Arrival {
@@ -34,7 +34,7 @@ struct Device {
     Bytes bytes;
   };
 
-  // The behaviour of the device. An unset hook gives the ordinary behaviour.
+  // The behaviour of the device. If a hook is not set, the device has the ordinary behaviour.
   int openErrno = 0;                            ///< if not 0, open fails with this error
   int closeErrno = 0;                           ///< if not 0, close fails with this error
   int descriptor = -1;                          ///< the result of open; -1: the next free one
@@ -45,7 +45,7 @@ struct Device {
   std::function<int()> writeSelectResult;       ///< select's result for writing, without a wait
   bool alwaysReadable = false;                  ///< select reports "readable" even without bytes
 
-  /// Makes `bytes` arrive after `delay`.
+  /// Makes `bytes` arrive when `delay` has passed.
   void reply(Bytes bytes, Microseconds delay = 0);
 
   // Record of the calls.
@@ -83,9 +83,9 @@ class System {
   /// Returns the virtual time in the form of `time`.
   std::int64_t wallClock() const { return ClockStart + m_Now / Second + clockShift; }
 
-  /// Seconds by which the time of day is changed. Set it to simulate a clock that is set.
+  /// Seconds that are added to the time of day. Change this to simulate that the clock is set.
   std::int64_t clockShift = 0;
-  /// Lengths in seconds of the next calls of sleep, each of which a signal interrupts.
+  /// For each of the next calls of sleep, the seconds after which a signal interrupts the call.
   std::deque<unsigned int> interruptedSleeps;
 
   /// The calls of sleep, in seconds.
@@ -97,8 +97,9 @@ class System {
   std::vector<std::string> events;
   void record(const std::string& event);
 
-  /// If set, it is called before each read and write of a real file, with the requested size. It
-  /// returns the size that is passed to the system, or a negative errno.
+  /// If this is set, the double calls it before each read and write of a real file, with the
+  /// requested size. It returns the size that the double passes to the system, or a negative errno
+  /// value.
   std::function<ssize_t(std::size_t)> fileTransfer;
 
   /// The count of calls of select, on any descriptor.

@@ -21,7 +21,7 @@ using Kind = Message::Kind;
 /// The last byte of the reply to settings that are not accepted.
 constexpr Byte Rejected = 0x00;
 constexpr std::chrono::milliseconds PauseBetweenPieces{20};
-/// The setting of a record that the host did not query.
+/// The setting in a record for which the host did not ask (`otherRecordFirst`).
 constexpr npa::SettingKey OtherSetting = {npa::Group8021x, 0x26};
 
 /// Returns the bytes of a text, with a zero byte at the end if `terminated` is set.

@@ -27,11 +27,12 @@ namespace emulator {
 ///     }
 ///
 /// The reply to a query is the query, followed by the size of the value and the value. It is
-/// wrapped if the request was wrapped. For an 802.1x setting it is always wrapped, because hosts
-/// search for the record inside the data of the reply. The certificate object answers method calls.
+/// wrapped if the request was wrapped. The reply to a query for an 802.1x setting is always
+/// wrapped, because hosts search for the record inside the data of the reply. The certificate
+/// object answers method calls.
 class Adapter {
  public:
-  /// A piece of a reply. It is sent `delay` after the request has arrived.
+  /// A piece of a reply. The transport sends it when `delay` has passed since the request arrived.
   struct ReplyPiece {
     std::chrono::milliseconds delay;
     npa::Bytes bytes;
@@ -49,8 +50,8 @@ class Adapter {
   Adapter(Personality personality, MessageLog& log,
           std::function<Clock::time_point()> now = Clock::now);
 
-  /// Takes the next bytes from the host, which may arrive in any pieces. Returns the replies to the
-  /// packets that are complete now.
+  /// Takes the next bytes from the host. The bytes of a packet may arrive in any pieces. Returns
+  /// the replies to the packets that are now complete.
   std::vector<ReplyPiece> receive(std::span<const npa::Byte> bytes);
 
   /// Postpones the restart that has been caused since the last call, and returns it. Returns
@@ -74,7 +75,7 @@ class Adapter {
   std::vector<std::string> describe(bool showSecrets) const;
 
  private:
-  /// A whole reply. It is empty if the adapter does not reply.
+  /// A whole reply. Its bytes are empty if the adapter does not reply.
   struct Reply {
     npa::Bytes bytes;
     std::string meaning;  ///< for the log
@@ -99,15 +100,16 @@ class Adapter {
   Reply answerQuery(const Message& message);
   Reply storeSettings(const Message& message);
   Reply answerCall(const ParsedCall& call);
-  /// Returns the prescribed reply to a call, or null if there is none.
+  /// Returns the reply that the personality prescribes for a call, or null if it prescribes none.
   const ObjectReply* findObjectReply(const ParsedCall& call) const;
   /// Returns a number that grows with every change of settings or certificates.
   unsigned long revision() const;
-  /// Returns the value that a query for a setting gets now, after `earlierQueries` queries for it.
+  /// Returns the value of a setting that the adapter returns to a query now. `earlierQueries` is
+  /// the count of queries for the setting so far.
   npa::Bytes currentValue(npa::SettingKey key, int earlierQueries) const;
   /// Returns the records in the reply to a query for an 802.1x setting.
   npa::Bytes securityRecords(npa::SettingKey key) const;
-  /// Returns a reply in the pieces and with the delays of the personality.
+  /// Splits a reply into the pieces, with the delays, that the personality prescribes.
   std::vector<ReplyPiece> inPieces(npa::Bytes bytes) const;
 
   Personality m_Personality;

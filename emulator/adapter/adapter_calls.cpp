@@ -1,4 +1,5 @@
-// The replies to method calls: from the certificate object, or prescribed by the personality.
+// Adapter: the replies to method calls. They come from the certificate object, or the personality
+// prescribes them.
 
 #include <string>
 #include <utility>

@@ -12,7 +12,7 @@ namespace {
 /// The value of the setting "security" that switches 802.1x on.
 constexpr npa::Byte Security8021x = 3;
 
-/// Flags. If one of them is on, the printer checks the server's certificate.
+/// The flags that make the printer check the server's certificate. One flag that is on is enough.
 constexpr std::array ServerChecks = {npa::settings::MethodPeap, npa::settings::MethodTls,
                                      npa::settings::MethodTtls, npa::settings::ValidateCert};
 

@@ -1,4 +1,4 @@
-// Parsing of requests, and the decision which of their bytes are secret.
+// Parsing of requests, and marking of the bytes that are secret.
 
 #include "emulator/adapter/message.h"
 
@@ -46,7 +46,8 @@ Kind parseCall(Message& message, catalogue::Data text) {
   return Kind::MethodCall;
 }
 
-/// Parses the inner packet, which is the message's packet itself if that is bare. Returns the kind.
+/// Parses the inner packet and returns its kind. If the message's packet is bare, the inner packet
+/// is this packet.
 Kind parseInner(Message& message, const catalogue::PacketParts& inner) {
   const catalogue::Body body = catalogue::readBody(inner.body);
   switch (body.kind) {
@@ -74,7 +75,8 @@ std::optional<catalogue::Data> unwrap(catalogue::Data content) {
   return consistent ? inner : std::nullopt;
 }
 
-/// Returns true if the parser has found all secrets of the packet. If not, any byte may be secret.
+/// Returns true if the parser has found all secrets of the packet. Otherwise any byte of the packet
+/// may be secret.
 bool isUnderstood(const Message& message) {
   switch (message.kind) {
     case Kind::Query:

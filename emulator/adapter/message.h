@@ -17,7 +17,7 @@ struct Message {
     Announcement,   ///< the fixed packet that precedes a method call
     MethodCall,     ///< calls a method of the object store, in XML
     Unknown,        ///< none of these kinds
-    Malformed,      ///< a known kind, but its lengths contradict each other
+    Malformed,      ///< a known kind with lengths that contradict each other
   };
 
   struct Setting {
@@ -28,10 +28,11 @@ struct Message {
   npa::Bytes packet;  ///< all bytes, with the wrapper
   Kind kind = Kind::Unknown;
   bool wrapped = false;
-  npa::SettingKey asked{};         ///< Query: the setting
-  std::vector<Setting> settings;   ///< StoreSettings, Malformed: the complete settings
-  std::optional<ParsedCall> call;  ///< MethodCall: the call, or why it is not one
-  std::vector<bool> secretBytes;   ///< for each byte of the packet, whether the log masks it
+  npa::SettingKey asked{};        ///< Query: the setting
+  std::vector<Setting> settings;  ///< StoreSettings, Malformed: the complete settings
+  std::optional<ParsedCall>
+      call;  ///< MethodCall: the call, or the reason why the text is not a call
+  std::vector<bool> secretBytes;  ///< for each byte of the packet, whether the log masks it
 };
 
 /// Parses a complete packet.

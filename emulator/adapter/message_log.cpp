@@ -1,4 +1,5 @@
-// The form of the log's lines. zvknpa parses them: it recognises "<- " and "-> ".
+// MessageLog: the lines of the log. zvknpa parses these lines and recognises them by "<- " and "->
+// ".
 
 #include "emulator/adapter/message_log.h"
 

@@ -13,18 +13,19 @@
 
 namespace emulator {
 
-/// When a value of the adapter changes: after a count of queries for it and a time since the start.
-/// Both must be reached.
+/// When a value of the adapter changes. The count of queries for the value and the time since the
+/// start must both be reached.
 struct Readiness {
   int afterQueries = 0;
   std::chrono::seconds afterTime{0};
 };
 
-/// A prescribed reply to method calls. A call that gets it is not carried out.
+/// A prescribed reply to method calls. The printer does not carry out a call for which a reply is
+/// prescribed.
 struct ObjectReply {
   std::string method;  ///< the name of the method; empty for all methods
   std::string file;    ///< the path of the file that `bytes` come from
-  /// The status of the reply. If it is not set, the reply is one packet with `bytes`.
+  /// The status of the reply. If this is not set, the reply is one packet with `bytes`.
   std::optional<int> status{};
   /// The bytes after the flag byte of the packet.
   std::vector<npa::Byte> bytes{};
@@ -46,10 +47,10 @@ struct Personality {
   npa::Byte settingsResult = 0x01;
 
   std::array<npa::Byte, 4> ipAddress = {192, 168, 1, 20};
-  /// When the adapter gets its address. Until then it is 0.0.0.0.
+  /// When the adapter gets its address. Until then the address is 0.0.0.0.
   Readiness addressAcquired{};
   npa::Byte troubleCode = 0;
-  /// When the trouble code becomes 0. If this is not set, it does not change.
+  /// When the trouble code becomes 0. If this is not set, the trouble code does not change.
   std::optional<Readiness> troubleCleared{};
   std::string ssid{};
   /// The networks in reach. If this is empty, the adapter is always in a network. If not, it has an
@@ -61,7 +62,7 @@ struct Personality {
   std::string descriptor = "Emulated wireless adapter -";
 
   /// The 802.1x authentication status. Each number has its own record in the reply. If this is
-  /// empty, the status is computed from settings and certificates.
+  /// empty, the printer computes the status from its settings and certificates.
   std::vector<npa::Byte> authStatus{};
   /// 802.1x settings: puts a record of another setting before the queried one.
   bool otherRecordFirst = false;

@@ -76,7 +76,7 @@ npa::Bytes objectStoreReply(std::string_view xml, std::size_t count) {
   npa::Bytes head = {npa::RequestCommand};
   append(head, ObjectStoreHead);
   if (count <= 1 && head.size() + 1 + xml.size() <= LargestContent) {
-    // In a single packet, too, a command byte precedes the text.
+    // A command byte precedes the text even if the reply is a single packet.
     head.push_back(npa::RequestCommand);
     append(head, xml);
     return rawReply(head);

@@ -10,7 +10,8 @@
 
 namespace emulator {
 
-/// The settings that the adapter holds. The values are the bytes that the host sent.
+/// The settings that the adapter holds. The values are bytes, in the form in which a host sends
+/// them.
 class SettingsStore {
  public:
   using Values = std::map<npa::SettingKey, npa::Bytes>;
@@ -18,7 +19,7 @@ class SettingsStore {
   /// Sets the initial value of a setting. A value that a host stores takes precedence.
   void preset(npa::SettingKey key, std::span<const npa::Byte> value);
 
-  /// Stores a value.
+  /// Stores a value that a host sends.
   void set(npa::SettingKey key, std::span<const npa::Byte> value);
 
   /// Returns the value of a setting, or an empty value if there is none.

@@ -1,4 +1,5 @@
-// Base64 with libcrypto's encoder, and a strict check of what its lenient decoder accepts.
+// Base64 with libcrypto's encoder and decoder. The decoder accepts invalid texts, so the result is
+// checked.
 
 #include "emulator/certificates/binary_text.h"
 
@@ -11,7 +12,8 @@ namespace emulator {
 
 namespace {
 
-/// libcrypto counts in int, and its results must fit an int as well.
+/// The most bytes that are encoded. libcrypto counts in int, and the longer result must also fit
+/// into an int.
 constexpr std::size_t LargestSize = std::numeric_limits<int>::max() / 2;
 
 const unsigned char* asBytes(std::string_view text) {
@@ -38,7 +40,7 @@ std::optional<std::string> fromBase64(std::string_view text) {
   const std::size_t dataEnd = text.find_last_not_of('=') + 1;
   bytes.resize(bytes.size() - std::min({text.size() - dataEnd, bytes.size(), largestPadding}));
   // The decoder accepts blanks, line ends, misplaced padding and stray bits. The encoder writes
-  // none.
+  // none of them, so the text is valid if encoding the bytes gives the same text.
   return toBase64(bytes) == text ? std::optional(bytes) : std::nullopt;
 }
 

@@ -17,7 +17,7 @@ class CallReply {
  public:
   /// Creates a reply of success. The caller may add values.
   CallReply();
-  /// Creates a reply without values. `status` may be any number. The message of an unknown status
+  /// Creates a reply without values. `status` may be any number. For an unknown status the message
   /// is "refused".
   explicit CallReply(int status);
   /// Creates a reply with the status and the message of an error.

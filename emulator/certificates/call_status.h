@@ -5,8 +5,8 @@
 
 namespace emulator {
 
-/// The status of a method call, with the number that the printer sends in its reply. A call with a
-/// status other than `Success` has changed nothing.
+/// The status of a method call. The values are the numbers that the printer sends in its replies. A
+/// call with a status other than `Success` has changed nothing.
 enum class CallStatus {
   Success = 1,
   NotWellFormed,
@@ -38,7 +38,8 @@ std::string_view statusText(int status);
 ///     throw CallError(CallStatus::WrongType, "ca_dot_pem_size");
 class CallError : public std::runtime_error {
  public:
-  /// The message is that of the status, followed by a colon and `detail` unless that is empty.
+  /// The message is the message of the status. If `detail` is not empty, a colon and `detail`
+  /// follow.
   explicit CallError(CallStatus status, std::string_view detail = {});
 
   CallStatus status() const { return m_Status; }

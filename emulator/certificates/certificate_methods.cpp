@@ -38,8 +38,8 @@ bool isPrintableUtf8(std::string_view text) {
   return true;
 }
 
-/// Returns `name`, or throws `CallError` if it is not usable. An empty name would end the printer's
-/// list of names.
+/// Returns `name`. Throws `CallError` if the name is empty or not printable UTF-8. An empty name
+/// would end the printer's list of names.
 const std::string& checkedName(const std::string& name) {
   if (name.empty() || !isPrintableUtf8(name)) {
     throw CallError(CallStatus::InvalidName);
@@ -47,8 +47,9 @@ const std::string& checkedName(const std::string& name) {
   return name;
 }
 
-/// Returns the certificate in the uploaded file of a call. The parameters `sizeName` and `fileName`
-/// have its size and its content. Throws `CallError` if they do not fit or it is not a certificate.
+/// Returns the certificate in the uploaded file of a call. The parameters called `sizeName` and
+/// `fileName` have the file's size and content. Throws `CallError` if the size is wrong or the
+/// content is not a certificate.
 X509Certificate uploadedCertificate(const MethodCall& call, std::string_view sizeName,
                                     std::string_view fileName) {
   const std::optional<std::string> content = fromBase64(valueOf(call, fileName));
@@ -68,8 +69,8 @@ X509Certificate uploadedCertificate(const MethodCall& call, std::string_view siz
 }  // namespace
 
 bool CertificateObject::isFactoryMade(std::string_view name) const {
-  // A printer without a factory certificate lets the host use the name. A later run with a factory
-  // certificate keeps the host's.
+  // In a printer without a factory certificate, a host can use the name. A later run with a factory
+  // certificate keeps the certificate of the host.
   return m_Rules.factoryCertificate && name == FactoryName && m_Store.findDevice(name) == nullptr;
 }
 

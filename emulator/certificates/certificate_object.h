@@ -21,8 +21,9 @@ struct CertificateRules {
   Subject defaults = usualSubject();
   /// True if the printer has a certificate from the factory.
   bool factoryCertificate = true;
-  /// The bits of the RSA keys that the printer generates. 0 selects keys on the curve P-256. They
-  /// take about 1 ms instead of up to 1 s, and the kind of key rarely matters in a test of a host.
+  /// The bits of the RSA keys that the printer generates. 0 selects keys on the curve P-256.
+  /// Generating such a key takes about 1 ms instead of up to 1 s for an RSA key, and the kind of
+  /// key rarely matters in a test of a host.
   std::size_t rsaBits = 0;
 };
 
@@ -35,11 +36,11 @@ class CertificateObject {
  public:
   explicit CertificateObject(CertificateRules rules = {});
 
-  /// Returns true if the object has a method of that name.
+  /// Returns true if the object has a method called `name`.
   static bool hasMethod(std::string_view name);
 
-  /// Runs a call and returns the reply. The reply is an error if the call could not be parsed or
-  /// names another object.
+  /// Runs a call and returns the reply. If the call fails, could not be parsed or names another
+  /// object, the reply has the status and the message of the error.
   CallReply answer(const ParsedCall& call);
 
   const CertificateStore& store() const { return m_Store; }
@@ -73,9 +74,9 @@ class CertificateObject {
   CallReply deleteDevice(const MethodCall& call);
   CallReply listDevices(const MethodCall& call);
 
-  /// Returns true if the name is that of the certificate from the factory.
+  /// Returns true if `name` is that of the certificate from the factory.
   bool isFactoryMade(std::string_view name) const;
-  /// Returns the device certificate of that name. Throws `CallError` if there is none.
+  /// Returns the device certificate called `name`. Throws `CallError` if there is none.
   const DeviceCertificate& deviceNamed(const std::string& name) const;
 
   CertificateRules m_Rules;

@@ -14,8 +14,8 @@ struct CaCertificate {
   std::string pem;
 };
 
-/// A key of the printer, the certificate request for it and, once a host has uploaded it, the
-/// certificate. All are PEM texts.
+/// A key of the printer, the certificate request for this key, and the certificate. All three are
+/// PEM texts. The certificate is empty until a host has uploaded it.
 struct DeviceCertificate {
   unsigned number = 0;
   std::string name;
@@ -28,8 +28,8 @@ struct DeviceCertificate {
 };
 
 /// The certificates of the printer, in the order in which they were added. A name is unique among
-/// the certificates of its kind, a number among all of them. A number names the files of a saved
-/// state.
+/// the certificates of one kind. A number is unique among all certificates; the names of the files
+/// of a saved state contain it.
 class CertificateStore {
  public:
   const std::vector<CaCertificate>& authorities() const { return m_Authorities; }
@@ -44,7 +44,7 @@ class CertificateStore {
   void add(CaCertificate authority);
   void add(DeviceCertificate device);
 
-  /// Sets the certificate of the entry of that name. The entry must exist.
+  /// Sets the certificate of the entry called `name`. The entry must exist.
   void complete(std::string_view name, std::string certificatePem);
 
   /// Removes the entry of a name. Returns false if there is none.

@@ -16,7 +16,7 @@ namespace {
 /// Characters of a DNS name in text form (RFC 1035 allows 255 bytes in its binary form).
 constexpr std::size_t LongestDnsName = 253;
 
-/// Generates an RSA key of that many bits, or a P-256 key for 0.
+/// Generates an RSA key of `rsaBits` bits, or a key on the curve P-256 if `rsaBits` is 0.
 KeyPtr makeKey(std::size_t rsaBits) {
   KeyPtr key(rsaBits == 0 ? ::EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256")
                           : ::EVP_PKEY_Q_keygen(nullptr, nullptr, "RSA", rsaBits));
@@ -24,7 +24,7 @@ KeyPtr makeKey(std::size_t rsaBits) {
   return key;
 }
 
-/// Adds a field to the subject. Throws `CallError` if a certificate cannot have that text.
+/// Adds a field to the subject. Throws `CallError` if a certificate cannot have this text.
 void addText(X509_NAME* name, const SubjectField& field, const std::string& text) {
   const int id = ::OBJ_sn2nid(std::string(field.name).c_str());
   const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
@@ -35,8 +35,8 @@ void addText(X509_NAME* name, const SubjectField& field, const std::string& text
   }
 }
 
-/// Adds a DNS name as the subject alternative name. Throws `CallError` if it is not printable ASCII
-/// or too long.
+/// Adds a DNS name as the subject alternative name. Throws `CallError` if the name is not printable
+/// ASCII or is too long.
 void addDnsName(X509_REQ* request, const std::string& dnsName) {
   const bool isPlain = std::ranges::all_of(dnsName, [](char c) { return c > ' ' && c <= '~'; });
   if (!isPlain || dnsName.size() > LongestDnsName) {
@@ -50,7 +50,7 @@ void addDnsName(X509_REQ* request, const std::string& dnsName) {
   demand(::ASN1_STRING_set(text, dnsName.data(), static_cast<int>(dnsName.size())) == 1);
   const GeneralNamesPtr names(::GENERAL_NAMES_new());
   demand(names != nullptr && sk_GENERAL_NAME_push(names.get(), name.get()) > 0);
-  // `names` owns it now.
+  // `names` owns the object of `name` now.
   static_cast<void>(name.release());
   STACK_OF(X509_EXTENSION)* extensions = nullptr;
   const bool added = ::X509V3_add1_i2d(&extensions, NID_subject_alt_name, names.get(), 0,

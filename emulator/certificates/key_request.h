@@ -13,10 +13,10 @@ struct KeyRequest {
   std::string request;
 };
 
-/// Generates an RSA key of `rsaBits` bits, or a key on the curve P-256 if that is 0, and signs a
-/// request with the subject. Throws `CallError` (`InvalidSubject`) for a text that a certificate
-/// cannot have: one that is too long or not UTF-8, a country other than two letters, an invalid DNS
-/// name.
+/// Generates an RSA key of `rsaBits` bits, or a key on the curve P-256 if `rsaBits` is 0, and signs
+/// a request with the subject. Throws `CallError` (`InvalidSubject`) if a certificate cannot have a
+/// text of the subject: a text that is too long or not UTF-8, a country other than two letters, or
+/// an invalid DNS name.
 KeyRequest makeKeyRequest(const Subject& subject, std::size_t rsaBits);
 
 /// Returns true if the texts are a key and a request that is signed for that key.

@@ -43,14 +43,15 @@ class CleanErrorQueue {
 /// Returns the reason of libcrypto's last error, or an empty text if there is none.
 std::string lastReason();
 
-/// Throws `std::runtime_error` with the reason if `result` is false. It is for calls that fail only
-/// if memory runs out or the library is broken.
+/// Throws `std::runtime_error` with the reason if `result` is false. Use this function for calls
+/// that fail only if memory runs out or the library is broken.
 void demand(bool result);
 
 /// Returns a stream that reads `text`. The text must outlive the stream.
 BioPtr readerOf(std::string_view text);
 
-/// Returns the text that `write` writes to a stream. `write` returns 1 on success:
+/// Returns the text that `write` writes to a stream. `write` must return 1 on success. Throws
+/// `std::runtime_error` if it fails:
 ///
 ///     textBy([&](BIO* out) { return ::PEM_write_bio_X509(out, certificate); });
 template <typename Write>
@@ -68,7 +69,7 @@ std::string textBy(Write write) {
 }
 
 /// The password callback for libcrypto's PEM readers. It provides no password. Without a callback
-/// they would ask for one on the terminal.
+/// the readers would ask for a password on the terminal.
 int noPassword(char* buffer, int size, int forWriting, void* data);
 
 }  // namespace emulator

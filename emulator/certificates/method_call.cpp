@@ -1,4 +1,5 @@
-// Parsing of method calls. The parser rejects what XML or the shape of a call does not allow.
+// Parsing of method calls. The parser rejects texts that are not XML or do not have the form of a
+// call.
 
 #include "emulator/certificates/method_call.h"
 
@@ -62,7 +63,8 @@ bool hasOnlyReferences(std::string_view xml) {
 
 /// Parses the document. Throws `CallError` if it is not well-formed.
 void parseDocument(pugi::xml_document& document, std::string_view xml) {
-  // Keep a text that is only blanks. Parse a document type, so that it can be rejected.
+  // These flags keep a text that is only blanks, and parse a document type so that the parser can
+  // reject it.
   constexpr unsigned flags =
       pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_doctype;
   const pugi::xml_parse_result result =
@@ -80,7 +82,7 @@ void require(bool condition, std::string_view what) {
   }
 }
 
-/// Returns the only child of a node if that is an element, otherwise a null node.
+/// Returns the only child of a node if this child is an element. Otherwise returns a null node.
 xml_node onlyElement(xml_node node) {
   const xml_node child = node.first_child();
   return child.type() == pugi::node_element && !child.next_sibling() ? child : xml_node();

@@ -6,7 +6,7 @@
 
 namespace emulator {
 
-/// The subject of a certificate. An empty text means that the field is absent.
+/// The subject of a certificate. If a text is empty, the field is absent.
 struct Subject {
   std::string organization;
   std::string unit;

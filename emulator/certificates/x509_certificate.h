@@ -14,14 +14,14 @@ namespace emulator {
 ///     }
 class X509Certificate {
  public:
-  /// Reads the first certificate of the text. Returns nothing if there is none, or if it is
-  /// encrypted.
+  /// Reads the first certificate in the text. Returns nothing if there is no certificate or if it
+  /// is encrypted.
   static std::optional<X509Certificate> fromPem(const std::string& pem);
 
   /// Returns only the certificate as a PEM text, without the text around it.
   std::string pem() const;
 
-  /// Returns true if the certificate belongs to the private key in a PEM text.
+  /// Returns true if the certificate belongs to the private key in the PEM text `keyPem`.
   bool fitsKey(const std::string& keyPem) const;
 
   /// Returns the subject or the issuer in one line.

@@ -7,7 +7,8 @@
 
 namespace emulator {
 
-/// Parses the arguments after the program's name. Throws `catalogue::UsageError`.
+/// Parses the arguments after the program's name. Throws `catalogue::UsageError` if they are
+/// invalid.
 Options parseOptions(const std::vector<std::string>& arguments);
 
 /// Returns the help text.

@@ -23,8 +23,8 @@ using StartError = CommandProcess::StartError;
 
 constexpr int SignalStatusBase = 128;
 
-/// The message that the child writes to the pipe if it cannot run its program. Otherwise the pipe
-/// is closed without a message.
+/// The message that the child writes to the pipe if it cannot run its program. If the program
+/// starts, the pipe is closed without a message.
 struct Report {
   StartError::Step step;
   int error;

@@ -30,13 +30,13 @@ class CommandProcess {
   };
 
   /// Starts `command`, which is searched in PATH. The child process calls `prepare` first. Throws
-  /// `StartError`.
+  /// `StartError` if the program cannot be started.
   CommandProcess(const std::vector<std::string>& command, const std::function<void()>& prepare);
 
   /// Sends a signal to the process.
   void signal(int number) const;
 
-  /// Returns true if the process has ended, and collects its status. Does not block.
+  /// Returns true if the process has ended, and stores its exit status. Does not block.
   bool hasEnded();
 
   /// Returns the exit status as a shell shows it: 128 + N if signal N ended the process.

@@ -18,8 +18,8 @@ constexpr const char* PrinterFolder = "/dev/usb";
 constexpr int LargestNumber = 16;
 constexpr int LargestTries = 100;
 
-/// Removes the folder if it is empty. The system has it only while a printer is attached, so an
-/// empty one was created by an emulated printer.
+/// Removes the folder if it is empty. The system has this folder only while a printer is attached,
+/// so an emulated printer has created an empty folder.
 void removeEmptyFolder() {
   ::rmdir(PrinterFolder);
 }
@@ -44,7 +44,8 @@ FreeDeviceLink::FreeDeviceLink(const std::string& target) {
   int number = LargestNumber;
   int tries = LargestTries;
   while (!m_Link) {
-    // In each attempt, because another emulated printer may have just removed the folder.
+    // Creates the folder in each attempt, because another emulated printer may have just removed
+    // it.
     fs::create_directory(PrinterFolder);
     try {
       m_Link.emplace(PrinterFolder + std::string("/lp") + std::to_string(number), target);

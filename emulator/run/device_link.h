@@ -5,8 +5,8 @@
 
 namespace emulator {
 
-/// A symbolic link to the emulated device. The destructor removes it, unless it now points to
-/// another target or another file has replaced it.
+/// A symbolic link to the emulated device. The destructor removes the link, unless the link points
+/// to another target by then or another file has replaced it.
 class DeviceLink {
  public:
   /// Creates the link at `path`. Throws `std::system_error` on failure, also if `path` exists.
@@ -23,8 +23,8 @@ class DeviceLink {
 };
 
 /// A symbolic link to the emulated device at the highest free name from /dev/usb/lp16 down to
-/// /dev/usb/lp0. It starts at the top because the kernel numbers real printers from 0. Creates the
-/// folder /dev/usb if it does not exist, and removes it at the end if it is empty.
+/// /dev/usb/lp0. The search starts at lp16, because the kernel numbers real printers from 0.
+/// Creates the folder /dev/usb if it does not exist, and removes it at the end if it is empty.
 class FreeDeviceLink {
  public:
   /// Creates the link. Throws `std::system_error` on failure.

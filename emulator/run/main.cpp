@@ -41,12 +41,13 @@ constexpr int StatusNotFound = 127;
 using StartError = CommandProcess::StartError;
 using FileStream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
-/// Prints a message on standard error. It may have several lines.
+/// Prints a message, which may have several lines, on standard error.
 void printMessage(std::string_view text) {
   std::fprintf(stderr, "zvkprinter: %.*s\n", static_cast<int>(text.size()), text.data());
 }
 
-/// Opens the log file, or returns standard error if there is none. Throws `std::system_error`.
+/// Opens the log file, or returns standard error if the options name no log file. Throws
+/// `std::system_error` if the file cannot be opened.
 FileStream openLog(const Options& options) {
   if (!options.logFile) {
     return {stderr, [](std::FILE*) {
@@ -63,7 +64,7 @@ FileStream openLog(const Options& options) {
 
 /// A running command.
 struct Started {
-  std::unique_ptr<FreeDeviceLink> link;  ///< its path to the printer; null in a private namespace
+  std::unique_ptr<FreeDeviceLink> link;  ///< the link to the printer; null in a private namespace
   CommandProcess process;
 };
 
@@ -119,7 +120,7 @@ int run(const Options& options, emulator::PtyTransport& transport) {
     if (signal == SIGCHLD) {
       return !process.hasEnded();
     }
-    // The terminal sends these to the command too. The command decides whether to end.
+    // The terminal sends these signals to the command too. The command decides whether to end.
     if (signal != SIGINT && signal != SIGQUIT) {
       process.signal(signal);
     }

@@ -14,14 +14,16 @@
 /// Parsers of option values. All throw `catalogue::ValueError` for an invalid value.
 namespace emulator {
 
-/// The largest count of bytes (that of the largest packet) and of queries.
+/// The largest count of queries, and the largest count of bytes, which is the size of the largest
+/// packet.
 inline constexpr std::size_t LargestCount = 65538;
 /// The longest time in seconds.
 inline constexpr std::size_t LargestDelay = 3600;
 /// The largest count of bytes in several USB transfers.
 inline constexpr std::size_t LargestUsbCount = 1'000'000'000;
 
-/// Parses a decimal number from 0 to `largest`. The error message names `unit`, what it counts.
+/// Parses a decimal number from 0 to `largest`. The error message contains `unit`, the name of the
+/// things that the number counts.
 std::size_t parseNumber(std::string_view text, std::size_t largest, std::string_view unit = {});
 
 /// Parses a number of seconds, at most `LargestDelay`.
@@ -47,7 +49,8 @@ Network parseNetwork(const std::string& text);
 /// Parses the count of bits of an RSA key, or 0.
 std::size_t parseKeyBits(const std::string& text);
 
-/// Parses "CN=text" and stores the text in that field of the subject.
+/// Parses "CN=text" and stores the text in the field CN of the subject, and likewise for the other
+/// fields.
 void parseSubjectText(Subject& subject, const std::string& text);
 
 /// Parses "METHOD:FILE", or "FILE" for all methods. Does not read the file.

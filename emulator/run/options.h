@@ -16,10 +16,10 @@ struct Options {
 
   Action action = Action::Help;
   Personality personality;
-  UsbTraits usb;                           ///< `usb`: properties and faults of the USB device
-  std::optional<std::string> logFile;      ///< if not set, the log goes to standard error
-  bool appendsLog = false;                 ///< keep the former content of the log file
-  bool showSettings = false;               ///< print at the end what the printer holds
+  UsbTraits usb;                       ///< `usb`: properties and faults of the USB device
+  std::optional<std::string> logFile;  ///< if not set, the log goes to standard error
+  bool appendsLog = false;             ///< keep the former content of the log file
+  bool showSettings = false;  ///< at the end, print the printer's settings and certificates
   std::optional<std::string> stateFolder;  ///< where the printer saves its state
   bool showSecrets = false;
   bool namespaces = true;             ///< `run`: try a private mount namespace first

@@ -24,7 +24,8 @@ constexpr const char* PrinterFolder = "/dev/usb";
 constexpr mode_t FolderMode = 0755;
 constexpr mode_t FileMode = 0600;
 
-/// Throws `std::system_error` with the step if a system call failed.
+/// Throws `std::system_error` with the name of the step if `result` shows that a system call
+/// failed.
 void check(int result, const std::string& step) {
   if (result < 0) {
     throw std::system_error(errno, std::generic_category(), step);
@@ -68,9 +69,9 @@ void bind(const fs::path& from, const fs::path& to) {
         "bind of " + to.string());
 }
 
-/// Mounts a new folder over /dev, with a link to each entry of the old one. The old /dev is shared
-/// with all processes, so nothing can be added to it. Links, because separate mounts of the entries
-/// do not work: /dev/ptmx needs the folder "pts" next to itself.
+/// Mounts a new folder over /dev, with a link to each entry of the old folder. Nothing can be added
+/// to the old /dev, because all processes share it. The entries are links and not separate mounts,
+/// because /dev/ptmx works only next to the folder "pts".
 void coverDev() {
   // Copy the mount of /dev before the new folder covers it.
   const util::UniqueFd old(

@@ -19,11 +19,11 @@ namespace emulator {
 
 namespace {
 
-// How often, and how many times, the program checks whether the kernel has created the device node.
+// The interval and the count of the checks whether the kernel has created the device node.
 constexpr suseconds_t TickMicroseconds = 20'000;
 constexpr int MostTicks = 1000;
 
-/// Makes the kernel send SIGALRM at this interval; 0 stops it.
+/// Makes the kernel send SIGALRM at this interval. An interval of 0 stops the signals.
 void tickEvery(suseconds_t microseconds) {
   itimerval timer{};
   timer.it_interval.tv_usec = microseconds;
@@ -66,7 +66,7 @@ class UsbRun {
         return !m_Process || !m_Process->hasEnded();
       case SIGINT:
       case SIGQUIT:
-        // The terminal sends these to the command too. The command decides whether to end.
+        // The terminal sends these signals to the command too. The command decides whether to end.
         return m_Process.has_value();
       default:
         if (m_Process) {

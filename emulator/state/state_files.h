@@ -17,13 +17,14 @@ struct PrinterState {
   CertificateStore certificates;
 };
 
-/// The files of a state: their contents by their names. There is an index in XML, and a PEM file
-/// for each key, request and certificate. File names contain numbers and never a text from a host.
+/// The files of a state: a map from names to contents. The files are an index in XML, and a PEM
+/// file for each key, request and certificate. File names contain numbers and never a text from a
+/// host.
 using StateFiles = std::map<std::string, std::string>;
 
 inline constexpr std::string_view StateIndexName = "printer.xml";
 
-/// The files are not a valid state. The message names the file and the fault.
+/// Thrown if the files are not a valid state. The message names the file and the fault.
 struct StateError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
@@ -32,7 +33,7 @@ struct StateError : std::runtime_error {
 StateFiles stateFiles(const SettingsStore::Values& settings, const CertificateStore& certificates);
 
 /// Returns the state of an index. `content` returns the content of another file by its name. Throws
-/// `StateError` unless the files are as `stateFiles` returns them.
+/// `StateError` unless the files have the form that `stateFiles` returns.
 PrinterState parseState(std::string_view index,
                         const std::function<std::string(const std::string& name)>& content);
 

@@ -77,7 +77,8 @@ void StateFolder::save(const SettingsStore::Values& settings,
       writeFile(name, content);
     }
   }
-  // After the files that the index names, and before the removal of those that it no longer names.
+  // Writes the index after the files that it names, and before the removal of the files that it no
+  // longer names.
   writeFile(indexName, files[indexName]);
   for (const auto& [name, content] : m_Kept) {
     if (!files.contains(name)) {
@@ -88,7 +89,7 @@ void StateFolder::save(const SettingsStore::Values& settings,
 }
 
 std::string StateFolder::readFile(const std::string& name) const {
-  // Far more than any state needs, so that a wrong file does not use up the memory.
+  // The limit prevents that a wrong file uses up the memory. The files of a state are much smaller.
   constexpr off_t largest = 64L * 1024 * 1024;
   const std::string path = filePath(name);
   const util::UniqueFd file(

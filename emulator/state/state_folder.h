@@ -13,12 +13,12 @@ namespace emulator {
 ///     PrinterState state = folder.load();
 ///     folder.save(settings, certificates);
 ///
-/// All operations throw `StateError` or `std::system_error` if the folder does not exist, cannot be
-/// used or contains other files under these names.
+/// All operations throw `std::system_error` if the folder does not exist or cannot be used, and
+/// `StateError` if its files are not a valid state.
 class StateFolder {
  public:
   enum class Use {
-    Look,  ///< only reading, even while another printer uses the folder
+    Look,  ///< only reading; allowed even while another printer uses the folder
     Keep,  ///< reading and writing; the folder is locked, because only one printer may do this
   };
 
@@ -35,9 +35,11 @@ class StateFolder {
 
  private:
   std::string filePath(const std::string& name) const { return m_Path + "/" + name; }
-  /// Returns the content of a file. Throws unless it is a regular file of at most 64 MiB.
+  /// Returns the content of a file. Throws `StateError` or `std::system_error` unless the file can
+  /// be read and is a regular file of at most 64 MiB.
   std::string readFile(const std::string& name) const;
-  /// Replaces a file in one step. Throws `std::system_error` and leaves the old file on failure.
+  /// Replaces a file in one step. On failure throws `std::system_error` and leaves the old file
+  /// unchanged.
   void writeFile(const std::string& name, const std::string& content) const;
 
   std::string m_Path;

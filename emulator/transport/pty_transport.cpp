@@ -68,7 +68,7 @@ void PtyTransport::sendDue() {
   while (ReplyQueue::Piece* const piece = m_Outgoing.due(Clock::now())) {
     const std::span<const npa::Byte> rest = piece->rest();
     const ssize_t count = ::write(m_Master.get(), rest.data(), rest.size());
-    // Full, because no program reads. The transport waits until it can write again.
+    // The device is full, because no program reads. The transport waits until it can write again.
     if (count < 0) {
       m_DeviceIsFull = true;
       return;

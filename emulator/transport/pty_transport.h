@@ -11,8 +11,8 @@
 
 namespace emulator {
 
-/// Serves an adapter over a pseudo-terminal in raw mode. A program opens, writes, polls and reads
-/// this character device like the one of the kernel's printer driver.
+/// Serves an adapter over a pseudo-terminal in raw mode. A program can open, write, poll and read
+/// this character device in the same way as that of the kernel's printer driver.
 ///
 ///     PtyTransport transport(adapter);
 ///     std::cout << transport.devicePath() << std::endl;  // /dev/pts/3
@@ -34,7 +34,8 @@ class PtyTransport : public Transport {
  private:
   Adapter& m_Adapter;
   util::UniqueFd m_Master;
-  // Open all the time, so that the device keeps its raw mode while no program has it open.
+  // This end stays open, so that the device keeps its raw mode while no program has the device
+  // open.
   util::UniqueFd m_Slave;
   std::string m_DevicePath;
   ReplyQueue m_Outgoing;

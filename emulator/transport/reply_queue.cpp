@@ -1,4 +1,5 @@
-// The queue of replies. Pieces keep the order in which they were added, whatever their due times.
+// The queue of replies. Pieces keep the order in which they were added, even if a later piece is
+// due earlier.
 
 #include "emulator/transport/reply_queue.h"
 

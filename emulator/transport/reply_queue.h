@@ -9,8 +9,8 @@
 
 namespace emulator {
 
-/// The pieces of an adapter's replies that are not sent yet, in order. No piece is sent before its
-/// due time.
+/// The pieces of an adapter's replies that have not been sent yet, in order. `due` returns no piece
+/// before its due time.
 ///
 ///     queue.add(adapter.receive(bytes), now);
 ///     while (ReplyQueue::Piece* const piece = queue.due(Clock::now())) {

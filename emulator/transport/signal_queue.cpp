@@ -21,7 +21,8 @@ SignalQueue::SignalQueue(std::initializer_list<int> more) {
   ::pthread_sigmask(SIG_BLOCK, &set, &m_Previous);
   // If SIGCHLD is inherited as ignored, the child's exit would never be reported.
   ::signal(SIGCHLD, SIG_DFL);
-  // If the reader of our output exits, SIGPIPE must not end us before the cleanup.
+  // If the program that reads the output exits, SIGPIPE must not end this program before the
+  // cleanup.
   ::signal(SIGPIPE, SIG_IGN);
   m_Fd = util::UniqueFd(::signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK));
   if (!m_Fd) {

@@ -8,7 +8,7 @@
 namespace emulator {
 
 /// Turns SIGCHLD and the signals that end a program into a queue with a descriptor that can be
-/// polled. During its lifetime these signals are blocked and SIGPIPE is ignored.
+/// polled. While the object exists, these signals are blocked and SIGPIPE is ignored.
 ///
 ///     const SignalQueue signals({SIGUSR1});
 ///     while (const int signal = signals.next()) { ... }
@@ -26,8 +26,8 @@ class SignalQueue {
   /// Removes the next signal and returns it. Returns 0 if none is pending.
   int next() const;
 
-  /// Restores the signal mask and the default action of SIGPIPE. A child calls it before it runs
-  /// another program.
+  /// Restores the signal mask and the default action of SIGPIPE. A child process calls this before
+  /// it runs another program.
   void restore() const;
 
  private:

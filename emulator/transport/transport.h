@@ -20,7 +20,7 @@ class Transport {
   Transport(const Transport&) = delete;
   Transport& operator=(const Transport&) = delete;
 
-  /// Sends what is due, as far as that does not block.
+  /// Sends the bytes that are due, as far as sending does not block.
   virtual void sendDue() = 0;
   /// Receives everything that has arrived, without blocking.
   virtual void receiveAll() = 0;
@@ -29,8 +29,8 @@ class Transport {
   /// Returns when the next bytes are due, or nothing if the transport waits only for events.
   virtual std::optional<Clock::time_point> nextDue() const = 0;
 
-  /// Runs the transport. Calls `goOn` with each signal that arrives. After `goOn` has returned
-  /// false, receives what has already arrived and returns.
+  /// Runs the transport. Calls `goOn` with each signal that arrives. When `goOn` has returned
+  /// false, receives the bytes that have already arrived and returns.
   void carry(const SignalQueue& signals, const std::function<bool(int signal)>& goOn);
 
  protected:

@@ -13,10 +13,10 @@ namespace emulator {
 
 namespace {
 
-/// Bytes waiting to be sent. With more than that, the connection receives nothing.
+/// The limit of bytes that wait to be sent. While more bytes wait, the connection receives nothing.
 constexpr std::size_t MostOutgoing = 1U << 20U;
 
-/// Returns true if the call can succeed later.
+/// Returns true if `error` means that the call can succeed later.
 bool isForLater(int error) {
   return error == EAGAIN || error == EINTR;
 }

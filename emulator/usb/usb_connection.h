@@ -20,7 +20,7 @@ class UsbConnection {
 
   /// Sends the output of the session, as far as the socket accepts it.
   void send();
-  /// Passes the bytes that have arrived to the session. Throws `UsbipError` if they break the
+  /// Passes the bytes that have arrived to the session. Throws `UsbipError` if the bytes break the
   /// protocol.
   void receive();
 

@@ -68,7 +68,7 @@ npa::Bytes deviceDescriptor(UsbSpeed speed) {
                      npa::highByte(UsbRelease), StringMaker, StringProduct, StringSerial, 1});
 }
 
-/// The device qualifier (USB 2.0, table 9-9): the device as it would be at the other speed.
+/// The device qualifier (USB 2.0, table 9-9), which describes the device at the other speed.
 npa::Bytes qualifier() {
   return withLength({DescriptorQualifier, npa::lowByte(Usb20), npa::highByte(Usb20), 0, 0, 0,
                      ControlPacket, 1, 0});
@@ -110,7 +110,7 @@ std::optional<npa::Bytes> stringDescriptor(Byte index) {
     return std::nullopt;
   }
   const std::string_view text = Strings[index - 1U];
-  // UTF-16; the texts are ASCII.
+  // The characters are UTF-16, low byte first. The texts are ASCII, so the high bytes are 0.
   npa::Bytes bytes = {static_cast<Byte>(2 + 2 * text.size()), DescriptorString};
   for (const char c : text) {
     bytes.push_back(static_cast<Byte>(c));

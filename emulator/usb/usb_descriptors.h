@@ -36,16 +36,18 @@ inline constexpr npa::Byte EndpointDirectionIn = 0x80;
 /// Returns the size of the largest bulk packet in bytes.
 std::size_t bulkPacketSize(UsbSpeed speed);
 
-/// Returns the interface protocol of an alternate setting. A single setting is bidirectional (2).
-/// Several are, in this order, unidirectional (1), bidirectional (2), IEEE 1284.4 (3) and
-/// vendor-specific (255).
+/// Returns the interface protocol of an alternate setting. A single alternate setting is
+/// bidirectional (2). Several alternate settings are, in this order, unidirectional (1),
+/// bidirectional (2), IEEE 1284.4 (3) and vendor-specific (255).
 npa::Byte interfaceProtocol(const UsbTraits& traits, std::size_t alternate);
 
-/// Returns true if an alternate setting has the bulk IN endpoint. All have the bulk OUT endpoint.
+/// Returns true if an alternate setting has the bulk IN endpoint. All alternate settings have the
+/// bulk OUT endpoint.
 bool hasInEndpoint(const UsbTraits& traits, std::size_t alternate);
 
 /// Returns a complete descriptor, or nothing if the device does not have it. Only a high-speed
-/// device supports both speeds, so only it has a device qualifier and an other-speed configuration.
+/// device has a device qualifier and an other-speed configuration, because only this device
+/// supports both speeds.
 std::optional<npa::Bytes> usbDescriptor(const UsbTraits& traits, npa::Byte type, npa::Byte index);
 
 /// Returns the IEEE 1284 device ID: a length of two bytes, high byte first, and the text. The

@@ -1,4 +1,4 @@
-// Transfers on the bulk endpoints: when they start, what they carry, and how they end.
+// UsbDevice: the start, the data and the end of transfers on the bulk endpoints.
 
 #include "emulator/usb/usb_device.h"
 
@@ -38,7 +38,7 @@ void UsbDevice::submit(UsbTransfer transfer) {
       transfer.endpoint < EndpointDirectionIn
           ? pipeAt(transfer.endpoint | (isIn ? unsigned{EndpointDirectionIn} : 0U))
           : nullptr;
-  // No such endpoint exists in the current configuration and alternate setting.
+  // The current configuration and alternate setting have no such endpoint.
   if (pipe == nullptr) {
     m_Ended.push_back({.id = transfer.id, .status = UsbStalled});
     return;
@@ -225,7 +225,7 @@ void UsbDevice::giveFrom(ReplyQueue::Piece& piece) {
   piece.sent += count;
   m_In.count(count);
   if (count < wanted) {
-    // A fault comes first. It ends the transfer or holds it.
+    // A fault is reached first. It ends the transfer or holds it.
     return;
   }
   const bool isFull = transfer.done == transfer.length;
@@ -235,8 +235,8 @@ void UsbDevice::giveFrom(ReplyQueue::Piece& piece) {
     piece.sent += std::min(packet - cut, piece.rest().size());
     status = UsbTooMuch;
   }
-  // If a full packet fills the transfer, the piece stays for another one, which gets the empty
-  // packet.
+  // If a full packet fills the transfer, the piece stays in the queue. The next transfer then gets
+  // the empty packet.
   const bool endsInShortPacket = piece.bytes.size() % packet != 0;
   if (piece.rest().empty() && (endsInShortPacket || !isFull || emptyPacketIsLeft)) {
     m_Replies.drop();

@@ -23,7 +23,8 @@ namespace emulator {
 ///     for (const UsbCompletion& completion : device.advance()) { ... }
 ///
 /// An IN transfer gets at most one piece of a reply. If the size of a piece is a multiple of the
-/// packet size, an empty packet follows it. Without that packet no host could recognise the end.
+/// packet size, an empty packet follows it. Without the empty packet a host could not recognise the
+/// end of the piece.
 class UsbDevice {
  public:
   using Clock = Adapter::Clock;
@@ -41,13 +42,14 @@ class UsbDevice {
 
   /// Queues a transfer.
   void submit(UsbTransfer transfer);
-  /// Removes a waiting transfer. Returns false if there is none of that id. Bytes that it has
-  /// already transferred stay transferred.
+  /// Removes a waiting transfer. Returns false if no waiting transfer has this id. Bytes that the
+  /// transfer has already moved stay moved.
   bool unlink(std::uint32_t id);
-  /// Transfers what can be transferred now. Returns the transfers that have ended since the last
-  /// call.
+  /// Transfers the bytes that can be transferred now. Returns the transfers that have ended since
+  /// the last call.
   std::vector<UsbCompletion> advance();
-  /// Returns when `advance` can continue without a new transfer, or nothing if it cannot.
+  /// Returns the time at which `advance` can continue without a new transfer, or nothing if it
+  /// needs a new transfer.
   std::optional<Clock::time_point> nextDue() const;
 
   /// Returns true if a fault or a restart demands that the printer is unplugged now.
@@ -86,7 +88,7 @@ class UsbDevice {
 
   /// Returns true if the request is for the interface and the device is configured.
   bool isInterface(const UsbSetup& setup) const;
-  /// Returns true if the configured device has that alternate setting.
+  /// Returns true if the device is configured and has the alternate setting `number`.
   bool hasAlternate(std::size_t number) const;
   /// Returns the pipe of an endpoint address, or null if the current setting has none.
   UsbPipe* pipeAt(unsigned address);
@@ -100,7 +102,7 @@ class UsbDevice {
   void end(UsbPipe& pipe, std::int32_t status);
   /// Returns the status with which a transfer fails now, or nothing if it does not fail.
   std::optional<std::int32_t> failure(UsbPipe& pipe);
-  /// Ends the transfers that fail. Returns true if the next one can continue.
+  /// Ends the transfers that fail. Returns true if the next transfer can continue.
   bool canTransfer(UsbPipe& pipe);
   /// Passes the bytes of OUT transfers to the adapter.
   void takeOut();
@@ -110,9 +112,9 @@ class UsbDevice {
   void giveIn();
   /// Fills the first IN transfer from one piece.
   void giveFrom(ReplyQueue::Piece& piece);
-  /// Returns when the printer has accepted the next chunk of the first OUT transfer.
+  /// Returns the time at which the printer has accepted the next chunk of the first OUT transfer.
   Clock::time_point outDue() const;
-  /// Returns the size of that chunk in bytes.
+  /// Returns the size in bytes of the next chunk of the first OUT transfer.
   std::size_t outChunk() const;
 
   Adapter& m_Adapter;
@@ -125,7 +127,7 @@ class UsbDevice {
   std::vector<UsbCompletion> m_Ended;  ///< for the next `advance`
   npa::Byte m_Configuration = 0;       ///< 0: not configured
   npa::Byte m_Alternate = 0;
-  /// When a slow printer began to accept the next chunk.
+  /// The time at which a slow printer began to accept the next chunk.
   Clock::time_point m_OutSince;
   bool m_WantsUnplug = false;
   std::optional<std::chrono::seconds> m_ReplugAfter;

@@ -14,7 +14,7 @@ class UsbPipe {
  public:
   using FaultKind = UsbFault::Kind;
 
-  /// Keeps the faults of that direction.
+  /// Copies the faults of this direction.
   UsbPipe(UsbDirection direction, const std::vector<UsbFault>& faults);
 
   /// Queues a transfer.
@@ -25,7 +25,7 @@ class UsbPipe {
   const UsbTransfer& first() const { return m_Transfers.front(); }
   /// Removes the first transfer and returns its completion.
   UsbCompletion endFirst(std::int32_t status);
-  /// Removes a transfer. Returns false if there is none of that id.
+  /// Removes a transfer. Returns false if no transfer has this id.
   bool remove(std::uint32_t id);
   void removeAll();
 
@@ -33,10 +33,10 @@ class UsbPipe {
   void count(std::size_t bytes);
   /// Returns the fault that the counted bytes have reached, or nothing if there is none.
   std::optional<FaultKind> fault() const;
-  /// Returns how many bytes may be transferred before the next fault. This is at least 1 unless a
-  /// fault has been reached.
+  /// Returns how many bytes may be transferred before the next fault. The result is at least 1
+  /// unless a fault has been reached.
   std::size_t untilFault() const;
-  /// Returns true if this is not the kind of fault of the previous call.
+  /// Returns true if `kind` is not the kind of the previous call.
   bool isNewKind(FaultKind kind) { return std::exchange(m_LastReported, kind) != kind; }
   void endFaults() { m_Faults.clear(); }
 

@@ -1,6 +1,6 @@
-// The requests on the control endpoint (USB 2.0, section 9.4; USB printer class 1.1, section 4.2).
-// A request that is not in the table, or that the device cannot carry out in its state, gets a
-// stall.
+// UsbDevice: the requests on the control endpoint (USB 2.0, section 9.4; USB printer class 1.1,
+// section 4.2). The device stalls a request that is not in the table, or that it cannot carry out
+// in its state.
 
 #include <algorithm>
 #include <array>
@@ -52,7 +52,7 @@ std::optional<npa::Bytes> UsbDevice::answer(const UsbSetup& setup) {
       Request{0xA1, 0x00, &UsbDevice::getDeviceId},
       Request{0xA1, 0x01, &UsbDevice::getPortStatus},
       Request{0x21, 0x02, &UsbDevice::softReset},
-      // The form of version 1.0 of the class, which drivers still send.
+      // The form of this request in version 1.0 of the class. Drivers still send it.
       Request{0x23, 0x02, &UsbDevice::softReset},
   };
   const auto* const found = std::ranges::find_if(requests, [&](const Request& request) {

@@ -10,10 +10,10 @@ namespace emulator {
 /// The speed of the bus: full (12 Mbit/s) or high (480 Mbit/s).
 enum class UsbSpeed { Full, High };
 
-/// The direction as the host names it: Out is from the host to the printer.
+/// The direction from the host's point of view: Out is from the host to the printer.
 enum class UsbDirection { Out, In };
 
-/// A fault of the transfers in one direction. It starts after `afterBytes` bytes.
+/// A fault of the transfers in one direction. It starts after `afterBytes` bytes in this direction.
 struct UsbFault {
   enum class Kind {
     Stall,          ///< the endpoint is halted until the host clears the halt
@@ -37,12 +37,12 @@ struct UsbTraits {
   UsbSpeed speed = UsbSpeed::High;
   /// The count of alternate settings of the interface, 1 to `LargestAlternateCount`.
   std::size_t alternates = 1;
-  /// The faults. They do not return after the printer is plugged in again.
+  /// The faults. They end when the printer is unplugged.
   std::vector<UsbFault> faults{};
-  /// How fast the printer accepts bytes; 0 means immediately.
+  /// The count of bytes per second that the printer accepts; 0 means no limit.
   std::size_t outBytesPerSecond = 0;
-  /// How long after an `Unplug` fault the printer is plugged in again. If this is empty, it stays
-  /// unplugged.
+  /// The time from an `Unplug` fault until the printer is plugged in again. If this is empty, the
+  /// printer stays unplugged.
   std::optional<std::chrono::seconds> replugAfter{};
 };
 

@@ -9,8 +9,8 @@
 
 namespace emulator {
 
-/// A request on the control endpoint (USB 2.0, section 9.3). Its numbers are little-endian on the
-/// wire.
+/// A request on the control endpoint (USB 2.0, section 9.3). On the bus its numbers are
+/// little-endian.
 struct UsbSetup {
   npa::Byte type = 0;
   npa::Byte request = 0;
@@ -30,7 +30,7 @@ inline constexpr std::int32_t UsbShort = -121;         ///< EREMOTEIO: fewer byt
 
 /// A transfer that a host has submitted.
 struct UsbTransfer {
-  std::uint32_t id = 0;  ///< the host's number for it
+  std::uint32_t id = 0;  ///< the number that the host gave to the transfer
   std::uint32_t endpoint = 0;
   UsbDirection direction = UsbDirection::Out;
   UsbSetup setup{};

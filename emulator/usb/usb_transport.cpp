@@ -1,4 +1,4 @@
-// Plugging in and out, and the connections of a USB device.
+// UsbTransport: plugging a USB device in and out, and its connections.
 
 #include "emulator/usb/usb_transport.h"
 
@@ -10,7 +10,7 @@ namespace emulator {
 
 namespace {
 
-/// Further connections wait until one has ended.
+/// The most connections at a time. Further connections wait until one of these has ended.
 constexpr std::size_t MostConnections = 16;
 
 }  // namespace

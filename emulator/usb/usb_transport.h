@@ -14,9 +14,9 @@
 
 namespace emulator {
 
-/// Makes a device available to a kernel. It plugs the device into this machine's virtual USB host
-/// controller, or serves it over USB/IP on a TCP port. The device can be unplugged and plugged in
-/// again.
+/// Makes a device available to a kernel: plugs the device into this machine's virtual USB host
+/// controller, or serves the device over USB/IP on a TCP port. The device can be unplugged and
+/// plugged in again.
 ///
 ///     UsbTransport transport(device, log, 3240);
 ///     transport.carry(signals, [](int) { return false; });
@@ -47,7 +47,7 @@ class UsbTransport : public Transport {
  private:
   /// Accepts the connections that wait, up to the limit.
   void acceptAll();
-  /// Returns the status that an import would get now.
+  /// Returns the status that a client would now get for an import.
   UsbipStatus offer() const;
 
   UsbDevice& m_Device;

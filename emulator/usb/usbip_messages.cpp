@@ -35,7 +35,7 @@ constexpr std::size_t AtSetup = 40;
 
 /// The transfer must be complete.
 constexpr std::uint32_t FlagShortNotOk = 1;
-/// Like 0, it means that the transfer is not isochronous.
+/// A count of packets that means, like 0, that the transfer is not isochronous.
 constexpr std::uint32_t NoPackets = 0xFFFFFFFF;
 
 // Version 1.1.1, and the codes of requests and replies.
@@ -132,7 +132,8 @@ void appendDevice(npa::Bytes& bytes, const UsbTraits& traits) {
   appendShort(bytes, UsbVendor);
   appendShort(bytes, UsbProduct);
   appendShort(bytes, UsbRelease);
-  // Class, subclass and protocol are the interface's; configuration 1 of 1; one interface.
+  // Class, subclass and protocol are 0, because the interface has them. Then the current
+  // configuration, the count of configurations and the count of interfaces, all 1.
   const npa::Bytes rest = {0, 0, 0, UsbConfigurationValue, 1, 1};
   bytes.insert(bytes.end(), rest.begin(), rest.end());
 }

@@ -15,13 +15,13 @@
 /// setup bytes.
 namespace emulator {
 
-/// The other side breaks the protocol. The message says how.
+/// Thrown if the other side breaks the protocol. The message names the fault.
 struct UsbipError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// The size of the header of every message about a transfer. The data of an OUT transfer follow the
-/// header.
+/// The size in bytes of the header of every message about a transfer. The data of an OUT transfer
+/// follow the header.
 inline constexpr std::size_t UsbipHeaderSize = 48;
 /// The largest transfer that is accepted, in bytes.
 inline constexpr std::size_t LargestUsbipTransfer = 1U << 20U;
@@ -31,13 +31,14 @@ struct UsbipCommand {
   std::uint32_t device = 0;
   bool isUnlink = false;
   std::uint32_t unlinked = 0;  ///< the id of the transfer to unlink
-  UsbTransfer transfer{};      ///< without its data; for an unlink only with the id of the command
-  /// The count of bytes of data that follow.
+  UsbTransfer transfer{};      ///< the transfer without its data; for an unlink only the id of the
+                               ///< command is set
+  /// The count of data bytes that follow the header.
   std::size_t dataSize = 0;
 };
 
-/// Parses the header of a command. Throws `UsbipError` if it is not a command, or if the transfer
-/// is isochronous or has more than `LargestUsbipTransfer` bytes.
+/// Parses the header of a command. Throws `UsbipError` if the header is not that of a command, or
+/// if the transfer is isochronous or has more than `LargestUsbipTransfer` bytes.
 UsbipCommand parseUsbipCommand(std::span<const npa::Byte, UsbipHeaderSize> header);
 
 /// Returns the message that a transfer has ended, with its data.
@@ -60,11 +61,12 @@ enum class UsbipRequest { List, Import };
 /// The result of a request.
 enum class UsbipStatus : std::uint8_t { Ok = 0, Busy = 2, NoDevice = 4 };
 
-/// Parses the head of a request. Throws `UsbipError` if it is not a request. A bus id of
-/// `UsbipBusIdSize` bytes follows the head of an import.
+/// Parses the head of a request. Throws `UsbipError` if the head is not that of a request. A bus id
+/// of `UsbipBusIdSize` bytes follows the head of an import.
 UsbipRequest parseUsbipRequest(std::span<const npa::Byte, UsbipRequestHeadSize> head);
 
-/// Returns the list of devices: this device, or an empty list.
+/// Returns the reply with the list of devices. The list has this device if `isThere` is true,
+/// otherwise it is empty.
 npa::Bytes usbipDeviceList(const UsbTraits& traits, bool isThere);
 /// Returns the reply to an import.
 npa::Bytes usbipImportReply(const UsbTraits& traits, UsbipStatus status);

@@ -10,32 +10,34 @@
 
 namespace emulator {
 
-/// The device's side of a USB/IP connection. It takes bytes and returns bytes:
+/// The device's side of a USB/IP connection. It takes the bytes that a client sends and returns the
+/// bytes for the client:
 ///
 ///     session.receive(bytesFromSocket);
 ///     write(session.takeOutput());
 class UsbipSession {
  public:
   enum class Phase {
-    Requests,   ///< the client lists or imports devices, as with a server
+    Requests,   ///< the client lists the devices or imports one, as from a USB/IP server
     Transfers,  ///< the client has imported the device
   };
 
-  /// Limits of the transfers that wait: their count, and the count of bytes in their buffers.
+  /// The limits of the waiting transfers: their count, and the count of bytes in their buffers.
+  /// More are an error of the client.
   static constexpr std::size_t MostTransfers = 256;
   static constexpr std::size_t MostBytes = 4 * LargestUsbipTransfer;
 
   /// The device must outlive the session.
   UsbipSession(UsbDevice& device, Phase phase) : m_Device(device), m_Phase(phase) {}
 
-  /// Sets the status that an import gets from now on.
+  /// Sets the status that the session returns for an import from now on.
   void offer(UsbipStatus status) { m_Offer = status; }
 
   /// Handles the next bytes. Messages may arrive in pieces. Throws `UsbipError` if the bytes break
   /// the protocol; the session has then ended.
   void receive(std::span<const npa::Byte> bytes);
 
-  /// Advances the device. Returns the bytes to send since the last call.
+  /// Advances the device. Returns the bytes to send that have been added since the last call.
   npa::Bytes takeOutput();
 
   /// Returns true if the client has imported the device.

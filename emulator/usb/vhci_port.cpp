@@ -26,7 +26,8 @@ namespace fs = std::filesystem;
 
 /// VDEV_ST_NULL in the kernel.
 constexpr unsigned FreeState = 4;
-/// The lines of ports for full and high speed. Lines of faster ports begin with "ss".
+/// The start of the lines for ports of full and high speed. The lines of faster ports begin with
+/// "ss".
 constexpr std::string_view OurHub = "hs";
 constexpr const char* PrinterFolder = "/dev/usb";
 

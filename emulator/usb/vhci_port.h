@@ -21,14 +21,15 @@ std::optional<unsigned> freeVhciPort(std::string_view status);
 /// Returns true if a port is free.
 bool isVhciPortFree(std::string_view status, unsigned port);
 
-/// A port of the kernel's virtual USB host controller (module vhci-hcd). A device is plugged in
-/// there during the object's lifetime.
+/// A port of the kernel's virtual USB host controller (module vhci-hcd). A device is plugged into
+/// this port during the object's lifetime.
 ///
 ///     VhciPort port(UsbSpeed::High);
 ///     serve(port.takeConnection());
 class VhciPort {
  public:
-  /// Plugs a device in. Throws `std::runtime_error` if that fails; its message says what to do.
+  /// Plugs a device in. Throws `std::runtime_error` on failure; the message says what the user can
+  /// do.
   explicit VhciPort(UsbSpeed speed, std::filesystem::path controller = VhciFolder);
   /// Unplugs the device and waits at most 1 s until the kernel has freed the port.
   ~VhciPort();
@@ -36,7 +37,7 @@ class VhciPort {
   VhciPort& operator=(const VhciPort&) = delete;
 
   /// Returns the device's end of the connection with the kernel, which carries USB/IP transfers.
-  /// The caller owns it. Closing it also unplugs the device.
+  /// The caller owns the descriptor. If the caller closes it, the device is unplugged too.
   util::UniqueFd takeConnection() { return std::move(m_Connection); }
 
   /// Returns the path of the printer's device file, such as "/dev/usb/lp0". Returns nothing until

@@ -1,4 +1,5 @@
-// CertMgr's operations on the printer. Each is one or more method calls and the work on host files.
+// CertMgr's operations on the printer. Each operation makes one or more method calls, and some read
+// or write a host file.
 
 #include "cert/cert_mgr.h"
 
@@ -41,8 +42,8 @@ const std::string& requireDevice(const configDetails* config) {
   return config->getUSB();
 }
 
-/// Returns the friendly name to send: the default for a null pointer, nothing for one that is too
-/// long.
+/// Returns the friendly name to send: the default name for a null pointer. Returns nothing for a
+/// name that is too long.
 std::optional<std::string_view> friendlyNameOf(const char* friendlyName) {
   const std::string_view name =
       friendlyName == nullptr ? CertMgr::DefaultName : std::string_view(friendlyName);
@@ -51,7 +52,8 @@ std::optional<std::string_view> friendlyNameOf(const char* friendlyName) {
 
 /// Returns the part of a path after its last slash.
 std::string_view baseName(std::string_view path) {
-  // Without a slash this starts at 0: rfind returns npos, the largest number, and 1 more is 0.
+  // If there is no slash, the part starts at 0: rfind returns npos, the largest number, and npos +
+  // 1 is 0.
   return path.substr(path.rfind('/') + 1);
 }
 
@@ -119,8 +121,8 @@ int CertMgr::creatCertRequest(const char* o, const char* ou, const char* c, cons
   if (!request) {
     return Failed;
   }
-  // The printer makes a new key pair only under a free name. A failure is ignored: there may be no
-  // certificate to delete.
+  // The printer makes a new key pair only if no certificate has the name. The result is ignored,
+  // because there may be no certificate to delete.
   deleteCert(friendlyName);
   return send(method_calls::GenerateNewCert, *request);
 }
@@ -133,7 +135,8 @@ int CertMgr::getCertRequestDefaults(std::string& o, std::string& ou, std::string
   if (!exchange(method, requestText(method, {}).value(), response)) {
     return Failed;
   }
-  // Unlike the others, this operation checks the exact text of the status instead of its number.
+  // Unlike the other operations, this operation checks the exact text of the status instead of its
+  // number.
   return response.getCMCertDefaults(o, ou, c, st, l, cn, an)
              ? 0
              : reportFailure(method, response, response.getCMStatusCode());
@@ -147,7 +150,7 @@ int CertMgr::saveCertRequest(const char* path, const char* friendlyName) {
   return call(method_calls::ExportPubKey, {*name}, [path](const ObjStoreResponse& response) {
     std::vector<unsigned char> request(RequestBufferSize);
     const unsigned int size = response.getCMCertRequestData(request.data(), RequestBufferSize);
-    // A request that does not fit is returned as -1, which is a large number as an unsigned int.
+    // If the request does not fit, the size is -1, which is a large number as an unsigned int.
     return size <= RequestBufferSize && saveToFile(request.data(), size, path) ? 0 : Failed;
   });
 }

@@ -10,7 +10,8 @@
 #include "npa/send_config.h"
 #include "settings/config_details.h"
 
-// OpenSSL's declaration, repeated here because only pem_certificate.cpp includes its headers.
+// OpenSSL's declaration of ASN1_TIME, repeated here because only pem_certificate.cpp includes
+// OpenSSL's headers.
 struct asn1_string_st;
 using ASN1_TIME = asn1_string_st;
 
@@ -18,19 +19,21 @@ namespace method_calls {
 struct MethodCall;
 }
 
-/// Manages the printer's certificates. An operation calls methods of the printer's object store (an
-/// XML text inside an NPA packet) and reads or writes the certificate files on the host.
+/// Manages the printer's certificates. The operations call methods of the printer's object store
+/// (an XML text inside an NPA packet), and read or write the certificate files on the host.
 ///
 ///     CertMgr certificates("/dev/usb/lp0");
 ///     if (certificates.installCACert("/etc/ssl/campus-ca.pem") != 0) { ... }
 ///
-/// Operations return 0 for success and -1 for failure unless they say otherwise. A reply with a
-/// status other than 1 is a failure and is logged to standard error with the printer's message. A
-/// missing reply fails silently. A request that does not fit its buffer fails and is not sent.
+/// Unless its comment says otherwise, an operation returns 0 for success and -1 for failure. A
+/// reply with a status other than 1 is a failure, and the operation logs the status and the
+/// printer's message to standard error. If no reply arrives, the operation fails and logs nothing
+/// about it. If a request does not fit its buffer, the operation fails and does not send the
+/// request.
 ///
-/// Friendly names identify the printer's own certificates. A null pointer selects the default name,
-/// so a new request replaces the previous one. A name of 32 bytes or more fails before anything is
-/// sent. A name made of common name and validity identifies a CA certificate.
+/// Friendly names identify the printer's own certificates. A null pointer selects the default name.
+/// If a name has 32 bytes or more, the operation fails and sends nothing. A CA certificate is
+/// identified by a name that consists of common name and validity.
 class CertMgr {
  public:
   /// The friendly name for a null pointer. All commands use it.
@@ -42,11 +45,11 @@ class CertMgr {
   /// if the path is empty.
   explicit CertMgr(const std::string& usbDevice);
 
-  /// Manages the certificates of the printer that `config` names. Throws a message of type
-  /// `const char*` if the pointer is null.
+  /// Manages the certificates of the printer that `config` names. Reads `config` only during the
+  /// call. Throws a message of type `const char*` if `config` is null.
   explicit CertMgr(configDetails* config);
 
-  /// Returns the transport, which logs a line if this was its last user.
+  /// Releases the transport, which logs a line if this was its last user.
   virtual ~CertMgr() = default;
   CertMgr(const CertMgr&) = delete;
   CertMgr& operator=(const CertMgr&) = delete;
@@ -76,14 +79,17 @@ class CertMgr {
                              std::string& l, std::string& cn, std::string& an);
 
   /// Reads the certificate request from the printer and writes its bytes to the file `path`. Leaves
-  /// the file untouched if the call fails or the request exceeds 16,384 bytes. If the status is 1
-  /// but not spelled "1", or the reply has no request, the file becomes empty.
+  /// the file untouched if the method call fails or the request exceeds 16,384 bytes. If the call
+  /// succeeds but the reply has no request, or its status is 1 in another spelling such as "01",
+  /// the file becomes empty.
   int saveCertRequest(const char* path, const char* friendlyName);
 
-  /// Sends the signed certificate in the file `path`, which may have about 11,900 bytes at most.
+  /// Sends the signed certificate in the file `path` to the printer. The file may have at most
+  /// about 11,900 bytes.
   int installSignedCert(const char* path, const char* friendlyName);
 
-  /// Removes a CA certificate of the same name, then sends the one in the file `path`.
+  /// Sends the CA certificate in the file `path` to the printer. Before that, removes the printer's
+  /// CA certificate of the same name if there is one. The file may have at most about 11,900 bytes.
   int installCACert(const char* path);
 
   /// Sends a signed certificate. `pem` is the content of its file.
@@ -108,7 +114,7 @@ class CertMgr {
   /// Deletes the CA certificate that the printer lists as `caName`.
   int deleteCACert(const char* caName);
 
-  /// Sets `fileName`, `pemPath` and `commonName` to the printer's data of the CA certificate
+  /// Sets `fileName`, `pemPath` and `commonName` to the printer's data about the CA certificate
   /// `caName`.
   int getCAInfo(const char* caName, std::string& fileName, std::string& pemPath,
                 std::string& commonName);
@@ -124,19 +130,19 @@ class CertMgr {
 
   /// Sets `cmd` to a new array of the bytes of the method call `xml`: two NPA packets. The caller
   /// frees the array with `delete[]`. Returns the count of bytes. Returns 0 and leaves `cmd`
-  /// unchanged if `xml` has more than 65,529 bytes, which do not fit a packet.
+  /// unchanged if `xml` does not fit into a packet, because it has more than 65,529 bytes.
   [[nodiscard]] static unsigned int makeObjStoreCmd(const char* xml, unsigned char*& cmd);
 
-  /// Appends the packet that carries `xmlLen` bytes of XML. Appends nothing if they are more than
-  /// 65,529.
+  /// Appends the packet that carries `xmlLen` bytes of XML. Appends nothing if `xmlLen` is more
+  /// than 65,529.
   static void appendObjStoreCmd(std::vector<unsigned char>& out, unsigned char* xml,
                                 unsigned int xmlLen);
 
   /// Appends `bytes[0..n-1]`.
   static void appendToArray(std::vector<unsigned char>& out, unsigned char* bytes, unsigned int n);
 
-  /// Copies the bytes into a new array `out`, which the caller frees with `delete[]`. Returns their
-  /// count. If that is 0, `out` stays unchanged.
+  /// Copies the bytes into a new array `out`, which the caller frees with `delete[]`. Returns the
+  /// count of bytes. If the count is 0, `out` stays unchanged.
   static unsigned int ByteArrayToUCharArray(std::vector<unsigned char>& v, unsigned char*& out);
 
   /// Frees an array and sets the pointer to null. The pointer may be null already.
@@ -152,8 +158,8 @@ class CertMgr {
   /// `out[0..outSize-1]`. Returns the length of the text. Returns 0 and leaves `out` unchanged if
   /// the reply is not an object-store reply or is longer than `outSize`.
   ///
-  /// Drops all bytes 0xE0: one starts each packet of the reply, and it cannot be distinguished from
-  /// the same byte in the text.
+  /// Drops every byte 0xE0. In a collected reply the part of each packet starts with the command
+  /// byte 0xE0, which cannot be distinguished from a byte 0xE0 of the text.
   static int getXmlResponse(unsigned char* reply, int replyLen, char* out, unsigned int outSize);
 
   /// Returns the XML text of a collected reply, or an empty text if it is not an object-store
@@ -170,12 +176,13 @@ class CertMgr {
 
   /// Reads the PEM certificate (RFC 7468) in the file `path`. Sets `commonName` to the part of its
   /// one-line subject after the first "CN=", which includes later components. Sets `caName` to the
-  /// printer's name for it, such as `RootCA_Jan__5_2020_To_Dec_25_2030`.
+  /// printer's name for the certificate, such as `RootCA_Jan__5_2020_To_Dec_25_2030`.
   static int getPEMCommonName(const char* path, std::string& commonName, std::string& caName);
 
   /// Reads a time as X.690 encodes it: a UTCTime of 13 characters (years 1950 to 2049), or a
-  /// GeneralizedTime of at most 20. Returns 0. Returns -1 and leaves the arguments unchanged if
-  /// `t` is null or the length is not 13 to 20.
+  /// GeneralizedTime of at most 20. Sets `year` to four digits, and `month` and `day` counted from
+  /// 1. Returns 0. Returns -1 and leaves the arguments unchanged if `t` is null or the length is
+  /// not 13 to 20. Does not check the characters.
   static int getASN1Date(ASN1_TIME* t, int& year, int& month, int& day);
 
   /// Writes the validity text, such as `Jan__5_2020_To_Dec_25_2030`, and a zero byte to
@@ -195,14 +202,15 @@ class CertMgr {
   [[nodiscard]] static bool saveToFile(unsigned char* buf, unsigned int size, const char* path);
 
  private:
-  /// One value for each parameter of a method, in the order of its row. They are inserted
-  /// unchanged: `creatCertRequest` escapes the subject first, and all other values are sent as is.
+  /// One value for each parameter of a method, in the order of the method's row. The values are
+  /// inserted unchanged: `creatCertRequest` escapes the subject texts first, and all other values
+  /// are sent as is.
   using Values = std::initializer_list<std::string_view>;
   /// Reads the values from a reply whose status is 1. Returns the result of the operation.
   using Taker = std::function<int(const ObjStoreResponse&)>;
 
-  /// Calls a method with these parameter values. Returns the result of `take`, 0 without it, or -1
-  /// on failure.
+  /// Calls a method with these parameter values. Returns the result of `take`, or 0 if `take` is
+  /// empty. Returns -1 if the call fails.
   int call(const method_calls::MethodCall& method, Values values, const Taker& take = {});
   /// Does the same with a complete request text.
   int send(const method_calls::MethodCall& method, const std::string& request,

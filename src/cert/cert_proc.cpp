@@ -1,5 +1,5 @@
-// The certificate commands of the program. Each calls operations of CertMgr, logs the outcome and
-// returns the exit status.
+// The certificate commands of the program. Each command calls operations of CertMgr, logs or prints
+// the outcome and returns the exit status.
 
 #include "cert/cert_proc.h"
 
@@ -123,7 +123,7 @@ int CertProc::run(std::string& command, configDetails& config) {
   return found->run(config);
 }
 
-// lstat and not stat: a dangling symlink exists as well.
+// lstat and not stat, because a dangling symlink counts as existing.
 bool CertProc::isFileExists(const char* path) {
   struct stat status = {};
   return ::lstat(std::string(util::textOf(path)).c_str(), &status) == 0;

@@ -18,7 +18,8 @@ class CertProc {
 
   /// Runs "-rcerdefs", "-csr" or "-icer" with the settings of `config`. Returns the exit status: 0,
   /// 1 on failure or for any other command, or 2 if the file to install does not exist. If no
-  /// device is configured, the exception of `CertMgr` passes through.
+  /// device is configured, throws the message of type `const char*` that the constructor of
+  /// `CertMgr` throws.
   int run(std::string& command, configDetails& config);
 
   /// Returns true if there is a directory entry at `path`, of any kind, including a dangling

@@ -16,19 +16,19 @@
 namespace {
 
 constexpr int Failed = -1;
-/// O_NONBLOCK, so that opening a named pipe does not wait for its other end.
+/// With O_NONBLOCK, opening a named pipe does not wait for a program at the other end.
 constexpr int OpenFlags = O_CLOEXEC | O_NONBLOCK;
 constexpr mode_t NewFileMode = 0644;
-/// How long a file may fail with EAGAIN without a byte.
+/// How many seconds reads or writes may fail with EAGAIN before the transfer ends.
 constexpr std::time_t TryAgainLimitSeconds = 5;
 
 /// The result of reading or writing a file.
 struct Transfer {
-  /// The diagnostic lines print the number.
+  /// The kind of error. The diagnostic lines print its number.
   enum Trouble {
     None = 0,    ///< no error; fewer bytes than wanted may have been transferred
     Later = 1,   ///< an error after the first step
-    AtOnce = 2,  ///< the first step was short and failed with EAGAIN
+    AtOnce = 2,  ///< the first step failed with EAGAIN
   };
 
   std::size_t done = 0;  ///< bytes transferred
@@ -39,9 +39,9 @@ struct Transfer {
 /// Transfers `size` bytes. `step(done)` transfers some of the bytes after the first `done` and
 /// returns the result of `read` or `write`.
 ///
-/// If the first step fails with EAGAIN, the transfer ends. Later steps wait while they fail with
-/// EAGAIN, for at most 5 s without a byte. Any other error of the first step occurs again in the
-/// second step and ends the transfer there.
+/// If the first step fails with EAGAIN, the transfer ends. If a later step fails with EAGAIN, the
+/// step is repeated until a byte is transferred, for at most 5 s. After any other error of the
+/// first step a second step is tried. It usually fails with the same error and ends the transfer.
 template <typename Step>
 Transfer transferAll(std::size_t size, Step step) {
   Transfer result;

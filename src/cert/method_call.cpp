@@ -38,16 +38,16 @@ constexpr std::array SignedFile = {
     Parameter{"cert_syst_dot_pem_file", Base64Text},
 };
 
-// The XML declarations. Only readCertDefaults has the plain one.
+// The XML declarations. Only readCertDefaults has the declaration without an encoding.
 constexpr std::string_view PlainProlog = R"(<?xml version="1.0"?>)";
 constexpr std::string_view Prolog = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 
-// Buffer sizes in bytes. A longer request is not sent.
+// Buffer sizes in bytes. A request that does not fit into its buffer is not sent.
 constexpr std::size_t Small = 2048;
 constexpr std::size_t Usual = 3072;
 constexpr std::size_t WithFile = 16384;
 
-/// Seconds, for the calls in which the printer generates or exports keys.
+/// Seconds. The long timeout is for the calls in which the printer generates or exports keys.
 constexpr int LongTimeout = 10;
 constexpr int Timeout = 5;
 
@@ -59,8 +59,8 @@ void append(std::string& text, std::initializer_list<std::string_view> pieces) {
 
 }  // namespace
 
-// The columns: request ID, method, shape, parameters, prolog, buffer size, timeout in seconds,
-// start of the line about a failure, and double spacing of that line.
+// The columns are request ID, method, shape, parameters, prolog, buffer size, timeout in seconds,
+// start of the line about a failure, and whether blank lines follow the lines about a failure.
 //
 // clang-format off
 constexpr MethodCall ReadCertDefaults = {

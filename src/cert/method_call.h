@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// The method calls of the printer's certificate manager, as a table:
+/// The table of method calls of the printer's certificate manager, and the XML text of a call:
 ///
 ///     const auto request = requestText(DeleteIndividualCA, {"RootCA_Jan__5_2020_To_Dec_25_2030"});
 namespace method_calls {
@@ -30,17 +30,18 @@ struct MethodCall {
   int requestId = 0;
   std::string_view method{};
   Shape shape = Shape::Map;
-  /// In the order in which they are sent.
+  /// The parameters in the order in which they are sent.
   std::span<const Parameter> parameters{};
   /// The XML declaration.
   std::string_view prolog{};
-  /// Bytes that the request may have, including a zero byte.
+  /// The most bytes that the text of the request may have, including a terminating zero byte.
   std::size_t bufferSize = 0;
-  /// After this time no further packet of the reply is read.
+  /// After this many seconds `sendConfig::query` reads no further packet of the reply.
   int timeoutSeconds = 0;
   /// The start of the diagnostic line about a status other than 1.
   const char* failure = "";
-  /// True if a blank line follows that line, and another one follows the printer's message.
+  /// True if a blank line follows that diagnostic line, and another blank line follows the
+  /// printer's message.
   bool doubleSpaced = false;
 };
 
@@ -57,7 +58,7 @@ extern const MethodCall QueryCertList;
 
 /// Returns the XML text of the request with these values, one for each parameter. The values are
 /// inserted unchanged, so the caller escapes those that may contain special characters of XML.
-/// Returns nothing if the text does not fit the buffer of the call.
+/// Returns nothing if the text does not fit into `bufferSize` bytes.
 [[nodiscard]] std::optional<std::string> requestText(
     const MethodCall& call, std::initializer_list<std::string_view> values);
 

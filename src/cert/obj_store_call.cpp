@@ -16,15 +16,15 @@
 
 namespace {
 
-/// Returns true if a packet can carry that many bytes of XML.
+/// Returns true if a packet can carry `xmlSize` bytes of XML.
 bool fitsPacket(std::size_t xmlSize) {
   return npa::canBeFramed(npa::ObjStoreNpaHeader.size() + xmlSize);
 }
 
 /// The command byte of every reply packet.
 constexpr unsigned char ReplyCommand = 0xE0;
-/// The first bytes of a collected object-store reply. The last of them is the command byte of the
-/// second packet, or a byte in its place.
+/// The first bytes of a collected object-store reply. In a reply of several packets, the last byte
+/// is the command byte of the second packet. A reply of one packet has the same byte in its place.
 constexpr std::array<unsigned char, 7> ReplyMarker = {ReplyCommand, 0xC0, 0x03,        0x00,
                                                       0x01,         0x00, ReplyCommand};
 
@@ -47,7 +47,7 @@ std::optional<std::string> xmlIn(std::span<const unsigned char> reply) {
   return text;
 }
 
-/// Returns the bytes of a reply; none for a null pointer or a length of 0 or less.
+/// Returns the bytes of a reply, or an empty span for a null pointer or a length of 0 or less.
 std::span<const unsigned char> replyOf(const unsigned char* reply, int length) {
   return reply == nullptr || length <= 0
              ? std::span<const unsigned char>()
@@ -122,7 +122,8 @@ int CertMgr::getObjStoreResponse(const char* xml, char*& xmlOut, int timeoutSeco
       m_Sender.sendQuery(command, static_cast<int>(commandSize), reply, timeoutSeconds);
   const std::unique_ptr<unsigned char[]> ownedReply(reply);
   if (size > 0) {
-    // The text of a reply is shorter than the reply, so a text and its zero byte always fit.
+    // The text of a reply is shorter than the reply, so the text and its zero byte fit into the
+    // size of the reply.
     const auto capacity = static_cast<unsigned int>(size);
     auto text = std::make_unique<char[]>(capacity);
     getXmlResponse(reply, size, text.get(), capacity);
@@ -151,11 +152,12 @@ std::string CertMgr::getXmlResponse(unsigned char* reply, int replyLen) {
 
 std::string CertMgr::symbolToEntities(const char* text) {
   const std::string_view all = util::textOf(text);
-  // The next position of each symbol. Five searches are faster than a test of every character.
+  // The next position of each symbol. Five searches through the text are faster than a test of
+  // every character.
   std::array<std::size_t, Symbols.size()> next{};
   std::ranges::transform(Symbols, next.begin(),
                          [all](const Symbol& symbol) { return all.find(symbol.character); });
-  // Capacity reserved up front, for a text with a few symbols.
+  // Reserves enough capacity for a text with a few symbols.
   std::string result;
   result.reserve(all.size() + all.size() / 8);
   std::size_t position = 0;

@@ -1,4 +1,4 @@
-// Where each value is in a reply of the object store, as paths for simpleXPath.
+// Reads the values in a reply of the object store. The constants are their paths for simpleXPath.
 
 #include "cert/obj_store_response.h"
 
@@ -22,7 +22,7 @@ constexpr const char* CACommonName = "/response/MapElem/child[@name='ca_common_n
 constexpr const char* RequestFile = "/response/MapElem/child[@name='cert_dot_csr_file']/BinaryElem";
 constexpr const char* ListEntry = "/response/MapElem/child[@name='cert_list']/ListElem/StringElem";
 
-/// The only spelling that counts as success here.
+/// The only text of the status that counts as success for `isSuccess`.
 constexpr const char* SuccessText = "1";
 
 }  // namespace

@@ -14,8 +14,9 @@
 ///     response.loadXML(text);
 ///     if (response.getCMStatusCode() != 1) { ... }
 ///
-/// No operation reports an error: a missing value is an empty text. Operations that need the status
-/// 1 compare its text with "1". `getCMStatusCode` also accepts other spellings, such as "01".
+/// A value that is missing in the reply is an empty text. Some operations need the status 1: they
+/// compare the text of the status with "1". In contrast, `getCMStatusCode` also returns 1 for other
+/// spellings, such as "01".
 class ObjStoreResponse {
  public:
   ObjStoreResponse() = default;
@@ -23,7 +24,8 @@ class ObjStoreResponse {
   ObjStoreResponse(const ObjStoreResponse&) = default;
   ObjStoreResponse& operator=(const ObjStoreResponse&) = default;
 
-  /// Replaces the reply with a copy of `xml`. A null pointer is an empty reply.
+  /// Replaces the reply with a copy of `xml`, which ends at its first zero byte. A null pointer is
+  /// an empty reply.
   void loadXML(const char* xml);
 
   /// Returns the status as a number, read like `atoi`. Success is 1; a missing status is 0.
@@ -32,7 +34,7 @@ class ObjStoreResponse {
   /// Returns the printer's message about the status.
   std::string getStatusMesg() const;
 
-  /// Returns the friendly name of a certificate, with any status.
+  /// Returns the friendly name of a certificate, whatever the status is.
   std::string getCMCertFriendlyName() const;
 
   /// Sets the subject defaults of a certificate request: organisation, unit, country, state,
@@ -41,14 +43,15 @@ class ObjStoreResponse {
   bool getCMCertDefaults(std::string& o, std::string& ou, std::string& c, std::string& st,
                          std::string& l, std::string& cn, std::string& an) const;
 
-  /// Sets the file name, the path and the common name of a CA certificate if the status is "1".
+  /// Sets the file name, the path and the common name of a CA certificate. Sets nothing unless the
+  /// status is "1".
   void getCMCAInfo(std::string& fileName, std::string& pemPath, std::string& commonName) const;
 
-  /// Sets `names` to the listed certificate names, in document order, if the status is "1". The
-  /// list ends at an empty entry or after nine names.
+  /// Sets `names` to the listed certificate names, in document order. The list ends at an empty
+  /// entry or after nine names. Leaves `names` unchanged unless the status is "1".
   void getCMFriendlyNameList(std::vector<std::string>& names) const;
 
-  /// Does the same: the printer lists the names of CA certificates in the same place.
+  /// Does the same, because a list of CA certificates has the same form.
   void getCMCACommonNameList(std::vector<std::string>& names) const;
 
   /// Decodes the exported certificate request, which is Base64 (RFC 4648) in the reply, into

@@ -1,4 +1,5 @@
-// CertMgr's reading of PEM certificates. No other file of src/ uses OpenSSL.
+// CertMgr's operations that read PEM certificates. No other file of src/ includes OpenSSL's
+// headers.
 
 #include <algorithm>
 #include <array>
@@ -34,13 +35,13 @@ constexpr std::size_t ValiditySize = 128;
 // The lengths of a UTCTime and of the longest accepted GeneralizedTime.
 constexpr std::size_t ShortestDate = 13;
 constexpr std::size_t LongestDate = 20;
-/// Two-digit years above this one are 1950 to 1999 (RFC 5280, section 4.1.2.5.1).
+/// Two-digit years above this number are 1950 to 1999 (RFC 5280, section 4.1.2.5.1).
 constexpr int LastYearOfThisCentury = 49;
 
 constexpr std::array MonthNames = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                    "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-/// The largest size that is rejected. A validity text has 26 characters, so a size of 26 is
-/// accepted and cuts the last one.
+/// The largest buffer size that `formatCMCADate` rejects. A validity text has 26 characters and a
+/// zero byte, so with a buffer of 26 bytes the last character is cut.
 constexpr int SizeTooSmall = 25;
 
 /// Frees OpenSSL's objects.
@@ -66,8 +67,8 @@ Certificate readCertificate(const char* path) {
     util::debugLine("Failed to read Pem file '%s'?!", path);
     return nullptr;
   }
-  // Without this empty pass phrase OpenSSL would ask for the one of an encrypted file on the
-  // terminal.
+  // If the file is encrypted, OpenSSL would ask for the pass phrase on the terminal. This empty
+  // pass phrase prevents that.
   std::array<char, 1> noPassPhrase = {};
   Certificate certificate(PEM_read_bio_X509_AUX(bio.get(), nullptr, nullptr, noPassPhrase.data()));
   if (!certificate) {
@@ -95,7 +96,7 @@ struct Date {
   int day = 0;
 };
 
-/// Returns the date of a time. Its month stays 0 if the time has another length.
+/// Returns the date of a time. The month is 0 if `getASN1Date` rejects the length of the time.
 Date dateOf(const ASN1_TIME* time) {
   Date date;
   CertMgr::getASN1Date(const_cast<ASN1_TIME*>(time), date.year, date.month, date.day);
@@ -117,7 +118,7 @@ bool isMonth(int month) {
   return month >= 1 && month <= static_cast<int>(MonthNames.size());
 }
 
-/// Returns the day in two characters, with "_" for a leading zero as in the printer's names.
+/// Returns the day in two characters. In the printer's names "_" replaces a leading zero.
 std::string dayText(int day) {
   return (day > 9 ? "" : "_") + std::to_string(day);
 }
@@ -194,7 +195,7 @@ PemText readPemText(std::string_view text) {
 int CertMgr::getPEMCommonName(const char* path, std::string& commonName, std::string& caName) {
   const std::string file(util::textOf(path));
   const Certificate certificate = readCertificate(file.c_str());
-  // Clear OpenSSL's queue of errors, which nothing reads.
+  // Clears OpenSSL's queue of errors, because the program does not read it.
   ERR_clear_error();
   const std::string name = certificate ? commonNameOf(certificate.get()) : std::string();
   if (name.empty()) {
@@ -218,7 +219,7 @@ int CertMgr::getASN1Date(ASN1_TIME* t, int& year, int& month, int& day) {
     return Failed;
   }
   std::string_view text(reinterpret_cast<const char*>(ASN1_STRING_get0_data(t)), size);
-  // Reads a number of that many digits from the front of the text.
+  // Removes the first `digits` characters of the text and returns the number in them.
   const auto next = [&text](std::size_t digits) {
     const int number = util::toInt(text.substr(0, digits));
     text.remove_prefix(digits);

@@ -4,24 +4,25 @@
 
 #include "wireless/wnpa_generator.h"
 
-/// What one command switch does: where its settings come from, and what runs with them. The rows
-/// are in `CommandTable` (command_table.h).
+/// What one command switch does: the source of its settings, and the operation that runs with them.
+/// The table of modes is `CommandTable` (command_table.h).
 ///
 ///     const CommandMode& mode = commandMode("-ip");
 ///     mode.worker;       // CommandMode::Worker::Generator
 ///     mode.retriesBare;  // true
 struct CommandMode {
-  /// Where the settings come from.
+  /// The source of the settings.
   enum class Input {
     DevicePath,  ///< only the device path from the command line
     Options,     ///< options from the command line, or from a file after "-file"
     NpaFile,     ///< an NPA data file after "-file"
   };
 
-  /// Which part of the program runs the command. Its result is the exit status.
+  /// The part of the program that runs the command. Except for `DefaultRun`, its result is the exit
+  /// status.
   enum class Worker {
     Generator,     ///< `operation` of the generator
-    DefaultRun,    ///< `wnpaGenerator::generate`; the exit status is 0, whatever it returns
+    DefaultRun,    ///< `wnpaGenerator::generate`; the exit status is always 0
     Help,          ///< `zvkSetup::showHelp`
     RawSender,     ///< `wnpaGenerator::sendNPAData`, with the bytes of the NPA data file
     Certificates,  ///< `CertProc::run`, without a generator
@@ -33,8 +34,8 @@ struct CommandMode {
   Worker worker = Worker::Generator;
   /// Set for `Worker::Generator`, null for the other workers.
   int (wnpaGenerator::*operation)() = nullptr;
-  /// True if a result of -1 is followed by one retry with bare packets, for adapters that refuse
-  /// wrappers.
+  /// True if the program runs the operation a second time, with bare packets, when the first result
+  /// is -1. Some adapters refuse wrappers.
   bool retriesBare = false;
 };
 

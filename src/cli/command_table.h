@@ -8,8 +8,8 @@
 #include "cli/command_mode.h"
 #include "npa/status_texts.h"
 
-/// A range of exit statuses, from `lowest` to `highest`, and what they mean. The meaning is a
-/// phrase without a full stop; it is empty if the command has only this status.
+/// A range of exit statuses, from `lowest` to `highest`, and their meaning. The meaning is a phrase
+/// without a full stop. It is empty if the command has only this status.
 ///
 ///     ExitStatus{255, 255, "refused"}
 struct ExitStatus {
@@ -21,20 +21,21 @@ struct ExitStatus {
 /// One row of the command table: what a switch runs, and its description. The build generates the
 /// manual page and the shells' completions from these rows.
 struct CommandRow {
-  /// What the program does for the switch. Only this column is part of the program.
+  /// What the program does for the switch. The program contains only this column; the others are
+  /// for the build and the tests.
   CommandMode mode;
-  /// The possible exit statuses, in ascending order. Tests accept no other.
+  /// The possible exit statuses, in ascending order. Tests fail for any other exit status.
   std::span<const ExitStatus> statuses;
   /// One line: an imperative or a noun, without a full stop.
   std::string_view help;
-  /// What the manual page adds: sentences, in the markup of scdoc.
+  /// Further sentences for the manual page, in the markup of scdoc.
   std::string_view details = {};
 };
 
 /// The exit statuses of the commands: lowest, highest, meaning. A result of -1 is the status 255.
 namespace exit_statuses {
 
-/// For commands that succeed with any reply, and without one.
+/// For commands that succeed after any reply, and after none.
 inline constexpr std::array Always = {ExitStatus{0, 0, ""}};
 /// For the commands that store settings (-c, -ca).
 inline constexpr std::array Configured = {
@@ -54,7 +55,7 @@ inline constexpr std::array AddressRead = {
     ExitStatus{1, 1, "no address yet, or no answer"},
     ExitStatus{255, 255, "refused"},
 };
-/// For -t: the code itself is the status, so 1 and 255 are ambiguous.
+/// For -t: the trouble code itself is the exit status. So 1 and 255 have two meanings each.
 inline constexpr std::array TroubleCodes = {
     ExitStatus{0, 0, "no trouble"},
     ExitStatus{1, 255, "the trouble code (1 may also mean no answer, 255 refused)"},
@@ -64,8 +65,8 @@ inline constexpr std::array DescriptorRead = {
     ExitStatus{0, 0, "received"},
     ExitStatus{1, 1, "no answer, or a descriptor that does not end in \"-\""},
 };
-/// For -802s: a row for each status that has a text, one for all other statuses, and one for a
-/// missing status.
+/// For -802s: a row for each status that has a text, a row for the other statuses up to 254, and a
+/// row for 255, which may mean that there is no status.
 inline constexpr auto AuthStatuses = [] {
   constexpr std::size_t named = npa::AuthStatusTexts.size();
   std::array<ExitStatus, named + 2> statuses{};

@@ -1,4 +1,5 @@
-// The program's entry point: the help text without arguments, otherwise one run.
+// The program's entry point. Without arguments it prints the help text, otherwise it performs one
+// run.
 
 #include <memory>
 #include <new>
@@ -10,7 +11,8 @@ int main(int argc, char** argv) {
   if (argc <= 1) {
     return zvkSetup::showHelp();
   }
-  // Other exceptions are not caught, on purpose: a missing argument ends the program abnormally.
+  // Other exceptions are not caught, on purpose: if an argument is missing, the program must end
+  // abnormally.
   try {
     const auto setup = std::make_unique<zvkSetup>(argc, argv);
     return setup->getReturnCode();

@@ -1,11 +1,12 @@
 // The program's memory: all forms of operator new and operator delete. Memory is cleared before it
 // is freed.
 //
-// Reason: keys and passwords, and the packets that contain them, pass through many strings and
-// vectors. All of these free their memory here, so no freed block still contains a secret.
+// The reason is that keys, passwords and packets are stored in many strings and vectors. These free
+// their memory here, so no block that they have freed still contains a secret.
 //
-// All forms are replaced together. Otherwise a form of the C++ library or of a sanitizer could
-// allocate a block that a form of this file frees, or the other way round.
+// This file replaces all forms together. Otherwise a form of the C++ library or of a sanitizer
+// could allocate a block that a form of this file frees, or free a block that a form of this file
+// has allocated.
 
 #include <cstddef>
 #include <cstdlib>
@@ -19,7 +20,8 @@ constexpr std::align_val_t OrdinaryAlignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
 
 /// Returns a new block of at least `size` bytes, or nullptr if memory runs out.
 void* allocateOrNull(std::size_t size, std::align_val_t alignment = OrdinaryAlignment) noexcept {
-  // A block of 0 bytes must have its own address, too, and malloc(0) may return nullptr.
+  // A block of 0 bytes must also have an address that no other block has, but malloc(0) may return
+  // nullptr.
   const std::size_t wanted = size == 0 ? 1 : size;
   if (alignment <= OrdinaryAlignment) {
     return std::malloc(wanted);
@@ -37,13 +39,14 @@ void* allocate(std::size_t size, std::align_val_t alignment = OrdinaryAlignment)
   throw std::bad_alloc();
 }
 
-/// Clears and frees a block of any form of operator new. Does nothing for nullptr.
+/// Clears and frees a block that any form of operator new has allocated. Does nothing for nullptr.
 void release(void* block) noexcept {
   if (block == nullptr) {
     return;
   }
-  // The compiler may remove a memset here, because nothing reads the memory later. It keeps
-  // explicit_bzero. The usable size may exceed the requested one, and all of it was writable.
+  // The compiler may remove a memset here, because nothing reads the memory later. It does not
+  // remove explicit_bzero. The usable size may exceed the requested size, and a secret may be in
+  // all of these bytes.
   ::explicit_bzero(block, ::malloc_usable_size(block));
   std::free(block);
 }

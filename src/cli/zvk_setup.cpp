@@ -12,9 +12,11 @@
 
 namespace {
 
-/// The result that leads to a retry: the request was refused or, for some operations, not answered.
+/// The result that leads to a retry: the adapter refused the request or, for some operations, did
+/// not answer.
 constexpr int Refused = -1;
-/// How long the packets of a reply to NPA data are collected.
+/// How long the packets of a reply to NPA data are collected. The time starts at the end of the
+/// pause that follows the request.
 constexpr int RawReplyTimeoutSeconds = 10;
 /// The device if the arguments name none.
 constexpr const char* DefaultDevice = "/dev/usb/lp0";
@@ -108,7 +110,7 @@ int zvkSetup::runGenerator() {
   if (result != Refused || !m_Mode.retriesBare) {
     return result;
   }
-  // An adapter that does not know wrappers refuses them.
+  // An adapter that does not know wrappers refuses wrapped requests.
   m_Generator->setWrapMode(false);
   return run();
 }
@@ -117,15 +119,16 @@ int zvkSetup::sendNpaData() {
   unsigned char* buffer = nullptr;
   const int converted = Utility::getHexValues(m_Configuration->getNPAFileData().c_str(), buffer);
   const std::unique_ptr<unsigned char[]> bytes(buffer);
-  // An invalid text leaves the buffer null, but its count is not 0: check the buffer.
+  // For an invalid text the buffer is null although the count is not 0, so check the buffer.
   const int count = bytes ? converted : 0;
   util::debugLine("NPA data: %d bytes", count);
   Utility::ShowBytes(bytes.get(), count);
   return m_Generator->sendNPAData(bytes.get(), count, RawReplyTimeoutSeconds);
 }
 
-// The text is part of the interface, with its oddities: it has only the options of the basic
-// configuration, it calls "--passwd" "--password", and it ends the channels at 6 instead of 11.
+// The text is part of the interface. Its errors are kept on purpose: it lists only the options of
+// the basic configuration, it gives the option "--passwd" the name "--password", and its last
+// channel is 6 instead of 11.
 int zvkSetup::showHelp() {
   std::fputs(
       "\n"

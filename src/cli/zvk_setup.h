@@ -15,14 +15,15 @@
 ///     return run.getReturnCode();
 class zvkSetup {
  public:
-  /// Copies the arguments and calls `setDevice`. Throws `std::out_of_range`, which nobody catches,
-  /// if the command needs an argument that is missing.
+  /// Copies the arguments and calls `setDevice`. Throws `std::out_of_range` if the command needs an
+  /// argument that is missing, and a message of type `const char*` if a certificate command gets an
+  /// empty device. `main` does not catch these exceptions.
   zvkSetup(int argumentCount, char** arguments);
   ~zvkSetup() = default;
   zvkSetup(const zvkSetup&) = delete;
   zvkSetup& operator=(const zvkSetup&) = delete;
 
-  /// Fills the settings for the command and runs it. Returns the command's status.
+  /// Fills the settings for the command and runs the command. Returns the command's status.
   int setDevice();
 
   /// Returns the result of the command. It is the process's exit status, so -1 becomes 255.
@@ -38,7 +39,8 @@ class zvkSetup {
   void readOptions();
   /// Reads the device path and the NPA data file after "-file". Reads nothing without "-file".
   void readNpaFile();
-  /// Returns true if "-file" follows the command switch. Throws if nothing follows it.
+  /// Returns true if "-file" follows the command switch. Throws `std::out_of_range` if no argument
+  /// follows the switch.
   bool hasFileSwitch() const;
 
   /// Runs the generator's operation. If it returns -1 and the command allows a retry, switches wrap
@@ -52,9 +54,9 @@ class zvkSetup {
   std::string m_Command;                 ///< the command switch
   const CommandMode& m_Mode;
   std::unique_ptr<configDetails> m_Configuration;
-  // Declared after the settings, so it is destroyed before them: it has a pointer to them. Null for
-  // the commands of `CertProc`.
+  // Declared after the settings, so that it is destroyed before them, because it has a pointer to
+  // them. Null for the commands of `CertProc`.
   std::unique_ptr<wnpaGenerator> m_Generator;
-  // Declared last, because its initialiser runs the command with all the other members.
+  // Declared last, because its initialiser runs the command, which uses all other members.
   int m_ReturnCode;
 };

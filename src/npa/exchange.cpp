@@ -1,4 +1,4 @@
-// The table of exchanges and the reply that each of them expects.
+// The table of exchanges, and the functions that recognise the expected replies.
 
 #include "npa/exchange.h"
 
@@ -24,7 +24,8 @@ bool hasSsid(Reply reply, std::size_t requestSize) {
   return npa::ssidIn(reply, requestSize).has_value();
 }
 
-/// Returns true if the adapter has an IP address. Until then it sends 0.0.0.0.
+/// Returns true if the reply has an IP address other than 0.0.0.0, which the adapter sends while it
+/// has none.
 bool hasAddress(Reply reply, std::size_t /*requestSize*/) {
   return npa::addressIn(reply).has_value();
 }

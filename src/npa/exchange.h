@@ -5,17 +5,17 @@
 
 #include "npa/packet.h"
 
-/// One kind of exchange: how much it reads, how long it waits, how many attempts it makes, and
-/// which reply it expects. The adapter needs the pauses: they are part of its protocol and not
-/// tuning.
+/// One kind of exchange: the size of the reply that it reads, its pauses, the count of attempts,
+/// and the reply that it expects. The pauses are part of the adapter's protocol: the adapter needs
+/// them.
 ///
-/// An attempt writes the request, pauses, and reads once. The exchange ends with the first reply
-/// that is a refusal or the expected one, or after the last attempt.
+/// An attempt writes the request, pauses, and reads once. The exchange ends when the expected reply
+/// or a refusal arrives, or after the last attempt.
 ///
 ///     const npa::Outcome outcome = sender.run(exchanges::GetTroubleCode, request);
 struct Exchange {
-  /// The raw bytes that arrived. It may be empty or end anywhere, so check the size before an
-  /// access.
+  /// The raw bytes that arrived. A reply may be empty or cut at any byte, so check the size before
+  /// you read a byte.
   using Reply = std::span<const npa::Byte>;
 
   std::size_t bufferSize;         ///< the most bytes of the reply that are read
@@ -44,7 +44,7 @@ struct Outcome {
 
 }  // namespace npa
 
-/// The exchanges. Each has the name of the `sendConfig` operation that runs it.
+/// The exchanges. Each exchange is named after the `sendConfig` operation that runs it.
 namespace exchanges {
 
 extern const Exchange SetConfig;

@@ -28,9 +28,10 @@ inline constexpr Byte FlagMoreFollows = 0x20;
 /// The whole flag byte of a reply that refuses the request.
 inline constexpr Byte FlagRefused = 0xD4;
 
-/// The offset of the flag byte in a raw reply.
+/// The offset of the flag byte in a raw reply packet.
 inline constexpr std::size_t FlagOffset = 3;
-/// Start byte and length field. The length field does not count them.
+/// The size of start byte and length field. The number in the length field does not include these
+/// bytes.
 inline constexpr std::size_t LengthHeaderSize = 3;
 /// The largest value of a length field.
 inline constexpr std::size_t LengthLimit = 0xFFFF;
@@ -41,14 +42,15 @@ inline constexpr std::size_t GroupingHeaderSize = 7;
 inline constexpr std::size_t WrapHeaderSize = 9;
 inline constexpr std::size_t QuerySize = 9;
 
-/// The first two bytes of a packet's data. They say what the data is.
+/// The first two bytes of a packet's data, which identify the kind of the data.
 using DataKind = std::array<Byte, 2>;
 inline constexpr DataKind DataQuery = {0xD8, 0x00};
 inline constexpr DataKind DataSettings = {0xDA, 0x01};
 inline constexpr DataKind DataSingleSettings = {0xD8, 0x01};
 inline constexpr DataKind DataWrapped = {0x63, 0x02};
 
-/// The header of a packet that carries a method call. Its length field is 0 here and set per call.
+/// The header of a packet that carries a method call. The length field is 0 here. `objStoreHeader`
+/// sets it.
 inline constexpr std::array<Byte, 9> ObjStoreNpaHeader = {0xA5, 0x00, 0x00, 0x50, 0xE0,
                                                           0xC0, 0x03, 0x00, 0x01};
 

@@ -8,7 +8,7 @@ namespace npa {
 
 namespace {
 
-/// The length field between the repeated request and the value.
+/// The size in bytes of the length field between the repeated request and the value.
 constexpr std::size_t ValueLengthSize = 2;
 
 }  // namespace

@@ -8,8 +8,8 @@
 
 #include "npa/packet.h"
 
-/// Functions that read one value from the adapter's raw reply. Each checks the size first and
-/// returns nothing if the value did not arrive:
+/// Functions that read one value from the adapter's raw reply. Each function checks the size of the
+/// reply, and returns nothing if the value did not arrive:
 ///
 ///     if (const auto code = npa::troubleCodeIn(reply)) { ... }
 namespace npa {
@@ -24,7 +24,7 @@ namespace npa {
 [[nodiscard]] std::optional<std::string_view> ssidIn(std::span<const Byte> reply,
                                                      std::size_t requestSize);
 
-/// An IPv4 address, in the order in which it is written.
+/// The bytes of an IPv4 address: {192, 168, 1, 20} is 192.168.1.20.
 using Address = std::array<Byte, 4>;
 
 /// Returns the IPv4 address in the last four bytes of the reply. Returns nothing if the reply has

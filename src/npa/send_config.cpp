@@ -1,4 +1,5 @@
-// Runs an exchange, collects a reply of several packets, and has the operations that use the two.
+// The operations of sendConfig: running an exchange, collecting a reply of several packets, and the
+// operations that use these two.
 
 #include "npa/send_config.h"
 
@@ -18,7 +19,7 @@
 
 namespace {
 
-/// The pause between a request and collecting its reply. The adapter needs it.
+/// The pause between a request and the collection of its reply. The adapter needs this pause.
 constexpr unsigned int QueryPauseSeconds = 2;
 
 // The results of the operations that return a status.
@@ -26,7 +27,7 @@ constexpr int Success = 0;
 constexpr int Refused = -1;
 constexpr int NoValidAnswer = 1;
 
-/// Returns the status for an outcome. A missing reply has the status of an unexpected one.
+/// Returns the status for an outcome. A missing reply and an unexpected reply have the same status.
 int statusOf(const npa::Outcome& outcome) {
   switch (outcome.kind) {
     case npa::Outcome::Kind::Accepted:
@@ -40,7 +41,7 @@ int statusOf(const npa::Outcome& outcome) {
   return NoValidAnswer;
 }
 
-/// Returns the bytes of a packet; none if `length` is negative.
+/// Returns the bytes of a packet, or an empty span if `length` is negative.
 std::span<unsigned char> bytesOf(unsigned char* packet, int length) {
   return {packet, static_cast<std::size_t>(std::max(length, 0))};
 }
@@ -134,7 +135,8 @@ std::size_t sendConfig::readReply(std::span<unsigned char> buffer) {
 npa::Outcome sendConfig::run(const Exchange& exchange, std::span<unsigned char> request) {
   npa::Bytes buffer(exchange.bufferSize);
   for (int attempt = 1;; ++attempt) {
-    // The result of the open is ignored: without an open device no reply arrives.
+    // The result of the open is ignored: if the device is not open, the write and the read fail
+    // too, so the attempt ends without a reply.
     m_Transport->CT_Open(m_DevicePath.c_str());
     m_Transport->writeRequest(request);
     util::pauseSeconds(exchange.pauseAfterWrite);

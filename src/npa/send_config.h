@@ -9,24 +9,25 @@
 
 /// Sends requests to the adapter at one USB path and reads its replies. Each attempt opens the
 /// device, writes the request, pauses, reads the reply and closes the device. The table of
-/// exchanges gives the count of attempts. Requests are not modified; their type is not const
-/// because the transport's is not.
+/// exchanges gives the count of attempts. The operations do not modify a request, although the type
+/// of its bytes is not const: the transport's interface requires this type.
 ///
 ///     sendConfig sender("/dev/usb/lp0");
 ///     const npa::Outcome outcome = sender.run(exchanges::SetConfig, request);
 ///
-/// `run` and `query` return the reply and print no result. The other operations are made of them
-/// and return 0 for the expected reply, -1 for a refusal (flag byte 0xD4), and 1 if the expected
-/// reply never arrived; `sendQuery` returns a count.
+/// `run` and `query` return the reply and print no result. The other operations call these two.
+/// Unless their comments say otherwise, they return 0 for the expected reply, -1 for a refusal
+/// (flag byte 0xD4), and 1 if the expected reply never arrived.
 class sendConfig {
  public:
-  /// Copies `path` and holds a reference to the process's transport until the destruction.
+  /// Copies `path` and takes a reference to the process's transport. The destructor releases the
+  /// reference.
   explicit sendConfig(std::string path);
   ~sendConfig();
   sendConfig(const sendConfig&) = delete;
   sendConfig& operator=(const sendConfig&) = delete;
 
-  /// Runs one exchange of the table. The outcome is `NoAnswer` also if the device cannot be opened.
+  /// Runs one exchange of the table. If the device cannot be opened, the outcome is `NoAnswer`.
   [[nodiscard]] npa::Outcome run(const Exchange& exchange, std::span<unsigned char> request);
 
   /// When an attempt of `run` stops reading.
@@ -37,9 +38,10 @@ class sendConfig {
   void setReading(Reading reading) { m_Reading = reading; }
 
   /// Sends a request of any kind and returns the collected reply: the command and data bytes of
-  /// each reply packet, in order. The reply ends with a packet that announces no further one.
-  /// Reading starts 2 s after the request. After `timeout` more seconds no further packet is read.
-  /// Returns an empty vector if there is no reply.
+  /// each reply packet, in order. The last packet of a reply is the one whose flag byte does not
+  /// announce another packet. Reading starts 2 s after the request. When `timeout` more seconds
+  /// have passed, the operation reads no further packet. Returns an empty vector if there is no
+  /// reply.
   [[nodiscard]] std::vector<unsigned char> query(std::span<unsigned char> request, int timeout);
 
   /// Returns true if a packet without data ended the last reply that was collected: the adapter
@@ -51,19 +53,20 @@ class sendConfig {
   /// there are none.
   int sendQuery(unsigned char* packet, int length, unsigned char*& reply, int timeout);
 
-  /// Sends a configuration packet. Returns -1 also if there is no reply, and 1 if the last byte of
-  /// the reply is not 0x01.
+  /// Sends a configuration packet. Returns -1 for a refusal and if there is no reply, and 1 if the
+  /// last byte of the reply is not 0x01.
   int setConfig(unsigned char* packet, int length);
 
   /// Sends an adapter reset, in up to two attempts, 50 s apart. Never returns -1.
   int resetINA(unsigned char* packet, int length);
 
-  /// Queries the adapter descriptor, which ends in "-": up to six attempts, 10 s apart. Never
+  /// Queries the adapter descriptor, which ends in "-", in up to six attempts, 10 s apart. Never
   /// returns -1.
   int getAdapterDescriptor(unsigned char* packet, int length);
 
-  /// Queries the trouble code, in up to four attempts. Returns 0 if there is no trouble, or the
-  /// code of the last attempt (1 to 255).
+  /// Queries the trouble code, in up to four attempts. Returns 0 if the code is 0, otherwise the
+  /// code of the last attempt (1 to 255). Returns -1 for a refusal, and 1 if no reply arrived in
+  /// the last attempt.
   int getTroubleCode(unsigned char* packet, int length);
 
   /// Queries the SSID, in up to seven attempts, and prints it as a line on standard output.
@@ -79,8 +82,8 @@ class sendConfig {
   /// Reads packets until the last one of the reply, or until `timeout` seconds have passed.
   std::vector<unsigned char> collectReply(int timeout);
   /// Reads one reply packet and appends its command and data to `collected`, unless its flag byte
-  /// ends the exchange. Returns true if the caller must read on: another packet follows, or this
-  /// one was garbled.
+  /// ends the exchange. Returns true if the caller must read on, because another packet follows or
+  /// this packet was garbled.
   bool readReplyPacket(std::vector<unsigned char>& collected);
   /// Fills `destination`. Returns false if fewer bytes arrive.
   bool readExactly(std::span<unsigned char> destination);

@@ -14,7 +14,7 @@ using Bytes = std::vector<Byte>;
 
 /// The adapter itself: its descriptor and its reset.
 inline constexpr Byte GroupAdapter = 0x06;
-/// The address that the adapter has in the network.
+/// The adapter's address in the network.
 inline constexpr Byte GroupNetworkAddress = 0x0A;
 /// The wireless network, its security and its keys.
 inline constexpr Byte GroupWireless = 0x28;
@@ -32,8 +32,8 @@ struct SettingKey {
   }
 };
 
-/// All settings, ordered by group and object number. The columns are the group and the object
-/// number. The rest of the code uses these names and not the numbers.
+/// The settings that the code knows, ordered by group and object number. The columns are the group
+/// and the object number. The rest of the code uses these names instead of the numbers.
 namespace settings {
 
 inline constexpr SettingKey Reset = {GroupAdapter, 0x14};

@@ -23,7 +23,7 @@ bool isHexDigit(char c) {
 }  // namespace
 
 std::FILE* configDetails::open(const char* path) {
-  // "e" closes the file in programs that this one might start.
+  // With "e", a program that this process might start does not inherit the file.
   File file(std::fopen(path, "re"));
   return file ? m_Files.emplace_back(std::move(file)).get() : nullptr;
 }
@@ -37,7 +37,7 @@ int configDetails::parseFile(std::string path, std::string usbPath) {
   }
   LineBuffer buffer{};
   while (std::fgets(buffer.data(), buffer.size(), file) != nullptr) {
-    // Removes the line end. A carriage return before it stays, as part of the value.
+    // Removes the line end. A carriage return before the line end stays and is part of the value.
     const std::string line(buffer.data(), std::strcspn(buffer.data(), "\n"));
     if (!line.starts_with('#')) {
       applyOptions(line);
@@ -51,7 +51,8 @@ int configDetails::parseNPAFile(const char* path) {
   if (file == nullptr) {
     return -1;
   }
-  // Only digits are kept. An odd digit at the end is dropped when the text is converted to bytes.
+  // Keeps only the digits. If their count is odd, the later conversion to bytes drops the last
+  // digit.
   std::string& digits = slot(Setting::NpaFileData);
   digits.clear();
   std::array<char, 4096> block{};

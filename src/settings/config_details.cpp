@@ -8,15 +8,16 @@
 
 namespace {
 
-/// Returns the arguments 1 to `count - 1`, or up to the last one if there are fewer.
+/// Returns the arguments 1 to `count - 1`. If there are fewer, returns those up to the last
+/// argument.
 std::span<const std::string> argumentsAfterProgram(int count,
                                                    const std::vector<std::string>& args) {
   const std::size_t end = std::min(static_cast<std::size_t>(std::max(count, 1)), args.size());
   return args.empty() ? std::span<const std::string>() : std::span(args).subspan(1, end - 1);
 }
 
-/// The columns of the option table that a run needs. The program does not contain the texts for the
-/// manual page.
+/// The columns of the option table that a run needs, so that the program does not contain the texts
+/// for the manual page.
 struct Key {
   std::string_view text;
   Setting setting = Setting::Usb;
@@ -31,7 +32,7 @@ constexpr auto Keys = [] {
   return keys;
 }();
 
-/// Returns true if the argument is a device path. A path that contains "-" is never recognised.
+/// Returns true if the argument is a device path, that is, if it contains no "-".
 bool isDevicePath(const std::string& argument) {
   return argument.find('-') == std::string::npos;
 }
@@ -49,10 +50,11 @@ int configDetails::getParmValue(std::string text, std::string key, std::string* 
   if (text.find(key) == std::string::npos) {
     return 0;
   }
-  // The search includes the text before the key.
+  // The search for the quotation mark begins at the start of the text, even if the key comes later.
   const std::size_t open = text.find('"');
   if (open == std::string::npos) {
-    // On purpose not the text after the key: the value is correct only if the key comes first.
+    // On purpose this is not always the text after the key: it is so only if the key is at the
+    // start.
     *value = text.substr(key.size());
     return 0;
   }
@@ -63,7 +65,7 @@ int configDetails::getParmValue(std::string text, std::string key, std::string* 
 }
 
 void configDetails::applyOptions(const std::string& argument) {
-  // All keys, because an argument can contain several: each sets its setting.
+  // Tries every key, because an argument can contain several keys. Each of them sets its setting.
   for (const Key& key : Keys) {
     getParmValue(argument, std::string(key.text), &slot(key.setting));
   }

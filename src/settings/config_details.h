@@ -17,27 +17,28 @@
 ///     settings.getSSID();      // "home"
 ///     settings.getUSB();       // "/dev/usb/lp1"
 ///
-/// No text is checked: the encoders decide what it means. Secrets are kept in clear. The object
-/// owns the texts and keeps the files that it reads open. A reference that a getter returns is
-/// valid as long as the object, and shows later changes.
+/// The object does not check the texts: the encoders decide what a text means. Secrets are kept in
+/// clear text. The object owns the texts and keeps the files that it reads open. A reference that a
+/// getter returns is valid as long as the object exists, and shows later changes.
 class configDetails {
  public:
   /// Sets each option to its initial value and the device path to "/dev/usb/lp0".
   configDetails();
 
   /// Extracts the value of option `key`, such as "--ssid=", from `text` into `*value`. Leaves
-  /// `*value` unchanged if the key is not in the text, and otherwise sets it to
+  /// `*value` unchanged if the key is not in the text. Otherwise sets `*value` to
   ///
   /// - the text between the first two quotation marks, or
   /// - the text after the only quotation mark, or
   /// - without quotation marks, the text from position `key.size()` on.
   ///
-  /// The last rule assumes that the key comes first: "x--ssid=home" yields "=home". Returns 0.
+  /// The last rule gives the right value only if the key is at the start of the text:
+  /// "x--ssid=home" yields "=home". Returns 0.
   int getParmValue(std::string text, std::string key, std::string* value);
 
   /// Reads the device path and the options from the arguments 1 to `count - 1`. An argument without
-  /// "-" is a device path. Each other argument is matched with every option key. If a setting
-  /// occurs several times, the last value counts. Returns 0.
+  /// "-" is a device path. In each other argument the operation searches for every option key. If a
+  /// setting occurs several times, the last value counts. Returns 0.
   int parseParm(int count, std::vector<std::string> args);
 
   /// Reads only the device path: the last of the arguments 1 to `count - 1` without "-". Returns 0.
@@ -48,11 +49,12 @@ class configDetails {
   /// lines of 255. A file that cannot be read counts as empty. Returns 0. (argument_files.cpp)
   int parseFile(std::string path, std::string usbPath);
 
-  /// Replaces the NPA data by the hex digits in the file `path` and prints them to standard output.
-  /// Skips all other bytes. Returns 0, or -1 if the file cannot be opened. (argument_files.cpp)
+  /// Replaces the NPA data by the hex digits in the file `path`, and prints the digits to standard
+  /// output. Skips all other bytes. Returns 0. Returns -1 and changes nothing if the file cannot be
+  /// opened. (argument_files.cpp)
   int parseNPAFile(const char* path);
 
-  /// Returns any setting. The getters below are shorthands for it.
+  /// Returns the text of any setting. Most getters below return the text of one setting.
   const std::string& value(Setting setting) const {
     return m_Values[static_cast<std::size_t>(setting)];
   }
@@ -74,7 +76,7 @@ class configDetails {
   const std::string& getPasswd() const { return value(Setting::Passwd); }
   /// Returns the hex digits of the NPA data file, two for each byte.
   const std::string& getNPAFileData() const { return value(Setting::NpaFileData); }
-  /// Returns `--encryption`. Networks without 802.1x use it as well.
+  /// Returns `--encryption`, which networks without 802.1x use as well.
   const std::string& get802Encryption() const { return value(Setting::Encryption); }
   /// Returns `--802-auth-ext`, a list of authentication methods.
   const std::string& get802AuthExt() const { return value(Setting::AuthExt); }
@@ -88,7 +90,8 @@ class configDetails {
   const std::string& get802CACertFile() const { return value(Setting::CaCertFile); }
   /// Returns `--802-signed-cer-file`, a path on the host.
   const std::string& get802SignedCertFile() const { return value(Setting::SignedCertFile); }
-  /// Returns the WEP key `index`, from 0 for `--WEP-key1` to 3 for `--WEP-key4`.
+  /// Returns the WEP key `index`, from 0 for `--WEP-key1` to 3 for `--WEP-key4`. The index must be
+  /// 0 to 3.
   const std::string& getWEPKey(int index) const {
     return m_Values.at(static_cast<std::size_t>(Setting::WepKey1) +
                        static_cast<std::size_t>(index));
@@ -125,13 +128,15 @@ class configDetails {
   /// Opens a file for reading and keeps it open as long as this object. Returns nullptr on failure.
   std::FILE* open(const char* path);
 
-  /// Returns the place of a setting, for writing.
+  /// Returns the text of a setting, for writing.
   std::string& slot(Setting setting) { return m_Values[static_cast<std::size_t>(setting)]; }
-  /// Matches one argument or line with every option key.
+  /// Searches one argument or line for every option key, and sets the settings of the keys that it
+  /// contains.
   void applyOptions(const std::string& argument);
 
   std::array<std::string, static_cast<std::size_t>(Setting::Count)> m_Values;
-  // The files stay open on purpose: if the run starts without standard input, a file gets
-  // descriptor 0. Opening a device fails if it gets descriptor 0, so the file must keep it.
+  // The files stay open on purpose. If the run starts with a closed standard input, the file that
+  // is opened first gets descriptor 0. A device that gets descriptor 0 counts as not opened. So the
+  // file must keep descriptor 0 until the run ends.
   std::vector<File> m_Files;
 };

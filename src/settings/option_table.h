@@ -5,7 +5,8 @@
 #include <span>
 #include <string_view>
 
-/// The settings of one run. `configDetails` keeps a text for each; the values are its indexes.
+/// The settings of one run. `configDetails` keeps an array with a text for each setting. The values
+/// are the indexes of this array.
 enum class Setting : std::size_t {
   Usb,  ///< the device path: an argument without "-"
   Ssid,
@@ -21,7 +22,8 @@ enum class Setting : std::size_t {
   Password,
   CaCertFile,
   SignedCertFile,
-  // `configDetails::getWEPKey` computes the index from that of the first key.
+  // The WEP keys are consecutive: `configDetails::getWEPKey` adds a number to the index of the
+  // first key.
   WepKey1,
   WepKey2,
   WepKey3,
@@ -42,13 +44,13 @@ enum class Setting : std::size_t {
 
 /// One row of the option table: an option of the command line or of an argument file, the setting
 /// that it sets, and its description. The build generates the manual page and the shells'
-/// completions from these rows. The program itself uses only key, setting and initial value.
+/// completions from these rows. The program uses only key, setting and initial value.
 struct SettingOption {
   /// The section of the manual page.
   enum class Section { Networks, Keys, Authentication, Certificates };
 
-  /// The kind of value, for the descriptions. Nothing checks a value: an encoder decides what a
-  /// text means.
+  /// The kind of value, for the descriptions. The program does not check a value: an encoder
+  /// decides what a text means.
   enum class Kind {
     Text,      ///< any text
     Word,      ///< one of `words`
@@ -56,7 +58,7 @@ struct SettingOption {
     File,      ///< a path on the host
   };
 
-  /// The words that an option takes with one command, or with any if `command` is empty.
+  /// The words that an option takes with one command. If `command` is empty, with any command.
   struct Words {
     std::string_view command = {};
     std::span<const std::string_view> list = {};
@@ -80,8 +82,8 @@ struct SettingOption {
   std::string_view details = {};
 };
 
-/// The words of the options. The encoders have separate tables of the words that they know
-/// (src/wireless).
+/// The words of the options. The encoders in src/wireless have separate tables of the words that
+/// they know.
 namespace option_words {
 
 inline constexpr auto Modes = std::to_array<std::string_view>({"Managed", "Ad-Hoc"});
@@ -103,7 +105,7 @@ inline constexpr auto WepKeyNumbers = std::to_array<std::string_view>({"1", "2",
 
 }  // namespace option_words
 
-/// All options, in the order of their settings. A run matches each argument with every key.
+/// All options, in the order of their settings.
 inline constexpr std::array SettingOptions = {
     SettingOption{.key = "--ssid=",
                   .setting = Setting::Ssid,

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Returns room for `capacity` bytes and the unused slot, or null if memory runs out.
+/// Returns an array for `capacity` bytes and the unused slot, or null if memory runs out.
 unsigned char* allocateSlots(unsigned long capacity) {
   if (capacity == std::numeric_limits<unsigned long>::max()) {
     return nullptr;
@@ -67,7 +67,8 @@ bool CircularBuffer::writeBytes(const unsigned char* src, unsigned long count) {
   if (getAvailableSpace() < count) {
     return false;
   }
-  // Up to two pieces: one to the end of the storage, the rest from its start.
+  // The bytes are copied in up to two pieces: one up to the end of the storage, and the rest at its
+  // start.
   const unsigned long toEnd = std::min(count, slotsToEnd(m_WritePos));
   std::copy_n(src, toEnd, m_Buffer.get() + m_WritePos);
   std::copy_n(src + toEnd, count - toEnd, m_Buffer.get());

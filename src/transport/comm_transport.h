@@ -1,7 +1,7 @@
 #pragma once
 
-/// The connection to the printer as the messaging code sees it. A text path names the printer. The
-/// connection is opened for one attempt and closed again:
+/// The interface through which the code in src/npa uses the connection to the printer. A text path
+/// names the printer. The caller opens the connection for each attempt and closes it afterwards:
 ///
 ///     transport.CT_Open("/dev/usb/lp0");
 ///     transport.CT_Write(request, requestSize, 0);
@@ -15,8 +15,8 @@ class CommTransport {
   /// Closes the connection. Returns 0, or -1 if it was not open.
   virtual int CT_Close() = 0;
 
-  /// Reads up to `len` bytes into `buf` and waits for them for a limited time. Returns the count.
-  /// It is less than `len`, possibly 0, if the printer stops sending.
+  /// Reads up to `len` bytes into `buf` and waits for the bytes for a limited time. Returns the
+  /// count of bytes read, which is less than `len`, and possibly 0, if the printer stops sending.
   virtual long CT_Read(unsigned char* buf, unsigned long len) = 0;
 
   /// Writes `len` bytes from `buf`. Returns the count written, which may be less than `len`, or -1.
@@ -27,6 +27,6 @@ class CommTransport {
   virtual void CT_RegisterReadCallback(int (*callback)(unsigned char*, int)) = 0;
 
  protected:
-  // Protected: nobody deletes a transport through this interface.
+  // Protected, because no code deletes a transport through this interface.
   ~CommTransport() = default;
 };

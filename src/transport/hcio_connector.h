@@ -23,9 +23,9 @@ enum HCDeviceLocTypes : int {
   HC_LOC_LIBUSB = 3,
 };
 
-/// One kind of connection to a printer. A connector starts closed and closes itself when destroyed.
-/// Closing it twice is allowed; the second call returns a failure. A connector prints nothing: the
-/// result and `getLastError()` report a failure.
+/// One kind of connection to a printer. A new connector is closed, and the destructor closes the
+/// connector. A second call of `close()` is allowed and returns a failure. A connector prints
+/// nothing. The result of an operation and `getLastError()` report a failure.
 class HCIOConnector {
  public:
   HCIOConnector() = default;
@@ -39,28 +39,31 @@ class HCIOConnector {
   /// Closes the connection. Returns 0 on success, 1 if it was not open or the close failed.
   virtual int close() = 0;
 
-  /// Reads up to `len` bytes into `buf`, which the caller owns. Returns the count, or -1.
+  /// Reads up to `len` bytes into `buf`. Returns the count of bytes read, or -1 on failure.
   virtual int read(unsigned char* buf, int len) = 0;
 
-  /// Returns 0: no connector can look at input without removing it.
+  /// Returns 0, because no connector can return input without removing it.
   virtual int peek(unsigned char* buf, int len) = 0;
 
-  /// Writes `len` bytes from `buf`. Returns the count written, which may be less than `len`, or -1.
+  /// Writes `len` bytes from `buf`. Returns the count written, which may be less than `len`, or -1
+  /// on failure.
   virtual int write(unsigned char* buf, int len) = 0;
 
-  /// Waits at most `timeout` for input. The unit is microseconds for usblp, milliseconds for
-  /// libusb.
+  /// Waits at most `timeout` for input. The unit of `timeout` is microseconds for usblp and
+  /// milliseconds for libusb.
   virtual HCIOStatus isReadReady(unsigned int timeout) = 0;
 
-  /// Waits at most `timeout`, in the unit of `isReadReady`, until the device accepts bytes.
+  /// Waits at most `timeout` until the device accepts bytes. The unit of `timeout` is that of
+  /// `isReadReady`.
   virtual HCIOStatus isWriteReady(unsigned int timeout) = 0;
 
-  /// Returns the `HCIOStatus` of the last operation that set one; `IO_OK` before the first.
+  /// Returns the `HCIOStatus` of the last operation that set a status, or `IO_OK` if no operation
+  /// has set one.
   int getLastError() const { return m_LastError; }
 
   /// Returns the kind of the connector.
   HCDeviceLocTypes getType() const { return m_Type; }
-  /// Sets the kind. Each connector sets its own when it is constructed.
+  /// Sets the kind. The constructor of each connector calls this.
   void setType(HCDeviceLocTypes type) { m_Type = type; }
 
  protected:
@@ -71,7 +74,8 @@ class HCIOConnector {
   }
 
  private:
-  /// Atomic, because a reading and a writing thread may both set it. The last one wins.
+  /// Atomic, because a reading and a writing thread may both set it. The later value replaces the
+  /// earlier value.
   std::atomic<int> m_LastError = IO_OK;
   HCDeviceLocTypes m_Type = HC_LOC_NONE;
 };

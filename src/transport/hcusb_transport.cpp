@@ -23,7 +23,7 @@ constexpr unsigned char PrinterClass = 7;
 constexpr const char* DevicePrefix = "/dev/usb/lp";
 /// 1 ms for usblp, which counts in microseconds; 1 s for libusb, which counts in milliseconds.
 constexpr unsigned int ProbeTimeout = 1000;
-/// How long a read goes on without a byte.
+/// How long a read waits for the next byte.
 constexpr std::time_t SilenceLimitSeconds = 5;
 /// The same in microseconds, the unit of usblp's probe.
 constexpr unsigned int SilenceLimitMicroseconds = 5'000'000;
@@ -58,7 +58,7 @@ std::optional<std::pair<int, int>> libUsbAddress(std::string_view path) {
   return std::pair(util::toInt(bus), util::toInt(device));
 }
 
-/// Limits a size to the largest that a connector accepts.
+/// Returns the size, or the largest `int` if the size is larger: connectors count in `int`.
 int narrowed(unsigned long len) {
   return static_cast<int>(
       std::min(len, static_cast<unsigned long>(std::numeric_limits<int>::max())));
@@ -180,8 +180,8 @@ long HCUSBTransport::writeRequest(std::span<unsigned char> request) {
   auto rest = request.subspan(static_cast<std::size_t>(written));
   util::Deadline deadline(WriteLimitSeconds);
   while (!rest.empty() && !deadline.hasPassed()) {
-    // Most errors leave the status unchanged. The probe replaces it, so a later IO_TRY_AGAIN is the
-    // status of this write and not of an earlier one.
+    // A write leaves the status unchanged after most errors. The probe sets another status, so a
+    // later IO_TRY_AGAIN is the status of this write and not of an earlier write.
     m_Connector->isWriteReady(0);
     const long count = CT_Write(rest.data(), rest.size(), 0);
     if (count > 0) {

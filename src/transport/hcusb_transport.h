@@ -8,8 +8,8 @@
 #include "transport/comm_transport.h"
 #include "transport/hcio_connector.h"
 
-/// The only transport of the process, shared by its users through a reference count. It is not
-/// thread-safe. Each user takes it and returns it:
+/// The only transport of the process. It counts its users and is not thread-safe. Each user calls
+/// `GetInstance` first and `DestroyInstance` at the end:
 ///
 ///     HCUSBTransport* transport = HCUSBTransport::GetInstance();
 ///     if (transport->CT_Open("/dev/usb/lp0") == 0) { ... }
@@ -21,11 +21,11 @@ class HCUSBTransport : public CommTransport {
   virtual ~HCUSBTransport() = default;
 
   /// Returns the instance and adds one to the count of users. The first call creates the instance.
-  /// The caller returns it with `DestroyInstance`, never with `delete`.
+  /// The caller releases the instance with `DestroyInstance` and must not delete it.
   static HCUSBTransport* GetInstance();
 
   /// Subtracts one from the count of users. The call of the last user deletes the instance and logs
-  /// that to standard error.
+  /// a line to standard error.
   static void DestroyInstance();
 
   /// Selects and opens a connector after closing the previous one. Returns 0, or -1 on failure.
@@ -35,11 +35,12 @@ class HCUSBTransport : public CommTransport {
   /// selects libusb. A connector that fails to open stays selected, and its operations fail.
   int CT_Open(const char* path) override;
 
-  /// Closes the connector and keeps it selected. Returns -1 if there is none or it was not open.
+  /// Closes the connector and keeps it selected. Returns 0, or -1 if there is no connector, it was
+  /// not open, or the close failed.
   int CT_Close() override;
 
   /// Reads until `len` bytes have arrived, about 5 s have passed without a byte, or a probe fails.
-  /// Returns the count; 0 if there is no connector.
+  /// Returns the count of bytes read, or 0 if there is no connector.
   long CT_Read(unsigned char* buf, unsigned long len) override;
 
   /// Writes once. Returns the connector's count, or -1 if there is no connector.

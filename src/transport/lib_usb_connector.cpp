@@ -1,4 +1,4 @@
-// Finding a printer on the bus and its transfers, through libusb 0.1.
+// LibUsbConnector: finding a printer on the bus, and the transfers of bytes, through libusb 0.1.
 
 #include "transport/lib_usb_connector.h"
 
@@ -17,16 +17,16 @@ namespace {
 
 /// Bytes.
 constexpr unsigned long RingCapacity = 0x10000;
-/// Milliseconds that a read waits for each USB packet.
+/// The most milliseconds that a read waits for a USB packet.
 constexpr unsigned int ReadPollTimeout = 10000;
 /// How long the printer may take to accept one chunk.
 constexpr int WriteTimeoutMilliseconds = 5000;
-/// Two minutes of retries. Without a limit, a device that never accepts the bytes would block the
-/// program for ever.
+/// The most retries of one write. 24 retries of 5 s take two minutes. Without a limit, a device
+/// that never accepts the bytes would block the program for ever.
 constexpr int WriteRetryLimit = 24;
 constexpr unsigned int MicrosecondsPerSecond = 1000000;
 
-/// Returns a span of one of libusb's descriptor arrays; an empty one if libusb has no array.
+/// Returns a span of one of libusb's descriptor arrays, or an empty span if libusb has no array.
 template <typename Descriptor>
 std::span<Descriptor> range(Descriptor* first, int count) {
   return first == nullptr || count <= 0
@@ -194,14 +194,15 @@ HCIOStatus LibUsbConnector::isReadReady(unsigned int timeout) {
       luu_usb_bulk_read(m_Handle.get(), m_InEndpoint, reinterpret_cast<char*>(packet.data()),
                         m_InMaxPacket, waitLimit(timeout));
   if (received <= 0 && received != -ETIMEDOUT) {
-    // An empty packet, or an error, which libusb may report as an empty packet. It returns
-    // immediately, every time, and the caller reads again until its deadline: pause between reads.
+    // The read returned an empty packet or an error, which libusb may report as an empty packet.
+    // Every further read may return immediately too, and the caller reads again until its deadline.
+    // So pause between the reads.
     util::pauseBriefly();
   }
   if (received == 0 || received == -ETIMEDOUT) {
     return setStatus(IO_TIMEOUT);
   }
-  // A packet that would fill the ring to its last byte is dropped as well.
+  // Drops a packet that does not fit, and also a packet that would fill the ring to the last byte.
   if (received > 0 && received <= m_InMaxPacket &&
       m_RxBuffer.getAvailableSpace() > static_cast<unsigned long>(received) &&
       m_RxBuffer.writeBytes(packet.data(), static_cast<unsigned long>(received))) {

@@ -12,8 +12,8 @@ struct usb_interface_descriptor;
 
 /// A printer reached through libusb 0.1. The connector finds the device, claims its first interface
 /// of one class and transfers bytes over the bulk endpoints of that interface (USB Device Class
-/// Definition for Printing Devices). Bytes that arrive before they are read wait in a ring buffer
-/// of 64 KiB.
+/// Definition for Printing Devices). The bytes of a USB packet wait in a ring buffer of 64 KiB
+/// until the caller reads them.
 ///
 ///     LibUsbConnector printer(7);      // interfaces of the printer class
 ///     if (printer.open(1, 4) == 0) {   // bus 1, device 4
@@ -35,32 +35,35 @@ class LibUsbConnector : public HCIOConnector {
   /// interface cannot be claimed.
   int open(int bus, int device);
 
-  /// Opens `dev`, selects the configuration at `configIndex` in its descriptor array and claims the
-  /// interface of `alt`. Returns true if the interface is claimed; otherwise nothing stays open.
+  /// Opens `dev`, selects the configuration at `configIndex` in the device's descriptor array and
+  /// claims the interface of `alt`. Returns true if the interface is claimed. Otherwise closes the
+  /// device and returns false.
   bool claim(struct usb_device* dev, int configIndex, struct usb_interface_descriptor* alt);
 
   /// Releases the interface and closes the device. Returns 0, or 1 if it was not open.
   int close() override;
 
-  /// Moves `len` bytes from the ring to `buf` and first polls the printer for the missing ones.
-  /// Returns the count. It is less than `len`, possibly 0, if the printer stops sending.
+  /// Moves `len` bytes from the ring to `buf`. If the ring has fewer bytes, first polls the printer
+  /// for more. Returns the count of bytes, which is less than `len`, and possibly 0, if the printer
+  /// stops sending.
   int read(unsigned char* buf, int len) override;
 
   /// Does nothing and returns 0.
   int peek(unsigned char* buf, int len) override;
 
-  /// Writes in chunks of the IN endpoint's USB packet size, with a timeout of 5 s each. Returns the
-  /// count written. It is less than `len` after a stall (`IO_BAD_DEVICE`), another failure
-  /// (`IO_FAILED`), or 24 retries of chunks that the printer did not accept (`IO_TRY_AGAIN`). A
-  /// closed connector returns 0 and sets no status.
+  /// Writes in chunks of the IN endpoint's USB packet size, with a timeout of 5 s for each chunk.
+  /// Returns the count written. The count is less than `len` after a stall (`IO_BAD_DEVICE`),
+  /// another failure (`IO_FAILED`), or 24 retries of chunks that the printer did not accept
+  /// (`IO_TRY_AGAIN`). A closed connector returns 0 and sets no status.
   int write(unsigned char* buf, int len) override;
 
-  /// Reads one USB packet into the ring and waits for it at most `timeout` milliseconds. Returns
-  /// `IO_READ_READY`, `IO_TIMEOUT` if no byte arrived, or `IO_FAILED`, also if the packet does not
-  /// fit into the ring.
+  /// Reads one USB packet into the ring and waits for the packet at most `timeout` milliseconds.
+  /// Returns `IO_READ_READY`, `IO_TIMEOUT` if no byte arrived, or `IO_FAILED` if the read failed or
+  /// the packet does not fit into the ring.
   HCIOStatus isReadReady(unsigned int timeout) override;
 
-  /// Always returns `IO_WRITE_READY` at once, even if closed: the bulk write does the waiting.
+  /// Always returns `IO_WRITE_READY` at once, even if the connector is closed, because the bulk
+  /// write waits.
   HCIOStatus isWriteReady(unsigned int timeout) override;
 
  private:
@@ -68,12 +71,12 @@ class LibUsbConnector : public HCIOConnector {
     void operator()(usb_dev_handle* handle) const;
   };
 
-  /// Claims the first interface of `dev` that has the wanted class. Returns its alternate setting,
-  /// or null if no interface can be claimed.
+  /// Claims the first interface of `dev` that has the wanted class. Returns the first alternate
+  /// setting of the interface, or null if no interface can be claimed.
   struct usb_interface_descriptor* claimFirstInterface(struct usb_device* dev);
   /// Stores the bulk endpoints of the claimed interface and the USB packet size of the IN endpoint.
   void findEndpoints(const struct usb_interface_descriptor& alt);
-  /// Returns a timeout in the unit in which the bulk read counts.
+  /// Converts a timeout in milliseconds to the unit in which the bulk read counts.
   int waitLimit(unsigned int timeout) const;
 
   bool m_TimeoutInSeconds;  ///< true if bulk reads count their timeout in seconds

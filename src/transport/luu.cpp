@@ -1,4 +1,4 @@
-// Each wrapper calls the libusb function of its name.
+// Each wrapper calls the libusb function of the same name, without the prefix "luu_".
 
 #include "transport/luu.h"
 

@@ -3,16 +3,18 @@
 #include <cstddef>
 #include <usb.h>
 
-// Wrappers of the libusb 0.1 functions. Each passes its arguments on and returns the result
-// unchanged. Only this header includes libusb's header.
+// Wrappers of the libusb 0.1 functions. Unless its comment says otherwise, each wrapper passes its
+// arguments on and returns the result unchanged. In src/, only this header includes libusb's
+// header.
 //
-// The keyword in `struct usb_device` is necessary: libusb also has a function of that name.
+// The keyword `struct` in `struct usb_device` is necessary, because libusb also has a function
+// called `usb_device`.
 
-/// Returns non-zero if bulk reads count their timeout in seconds. libusb 0.1 counts in
-/// milliseconds, so the result is always 0.
+/// Calls no libusb function. Returns non-zero if bulk reads count their timeout in seconds. libusb
+/// 0.1 counts in milliseconds, so the result is always 0.
 int luu_initialize();
 
-/// Initialises libusb. May be called again.
+/// Initialises libusb. Further calls are allowed.
 void luu_usb_init();
 /// Updates the list of buses. Returns the count of changes or a negative value.
 int luu_usb_find_busses();

@@ -11,7 +11,8 @@ class ZVK_CAPABILITY("mutex") PosixMutex {
  public:
   enum class Kind {
     Default,
-    /// If the thread that holds the mutex locks it again, that fails instead of blocking for ever.
+    /// If the thread that holds the mutex locks it again, the second lock fails. With another kind
+    /// it might block for ever.
     ErrorChecking,
   };
 
@@ -30,9 +31,9 @@ class ZVK_CAPABILITY("mutex") PosixMutex {
   PosixMutex(const PosixMutex&) = delete;
   PosixMutex& operator=(const PosixMutex&) = delete;
 
-  /// Holds the mutex until the end of the scope. It unlocks only if it locked: an operation that is
-  /// called by another one under the same error-checking mutex runs under the caller's lock and
-  /// leaves it locked.
+  /// Holds the mutex until the end of the scope. Unlocks the mutex only if its own call locked it.
+  /// So if one operation calls another operation with the same error-checking mutex, the inner
+  /// operation runs under the lock of the outer operation and leaves the mutex locked.
   class ZVK_SCOPED_CAPABILITY Lock {
    public:
     explicit Lock(PosixMutex& mutex) ZVK_ACQUIRE(mutex)

@@ -1,7 +1,7 @@
 #pragma once
 
-// Marks which lock guards which data. The thread safety analysis of clang checks the marks at
-// compile time. Other compilers ignore them.
+// Macros that mark which lock guards which data. The thread safety analysis of clang checks these
+// marks at compile time. Other compilers ignore the marks.
 
 #ifdef __clang__
 #define ZVK_THREAD_ATTRIBUTE(attribute) __attribute__((attribute))

@@ -1,4 +1,4 @@
-// System calls on the device file of usblp.
+// USBLPConnector: the system calls on the device file of usblp.
 
 #include "transport/usblp_connector.h"
 
@@ -15,7 +15,7 @@
 
 namespace {
 
-/// A prefix of this many characters is too long.
+/// The smallest count of characters in a prefix that is too long.
 constexpr std::size_t PrefixLimit = 63;
 /// The largest accepted number of a device file.
 constexpr int LargestNumber = 16;
@@ -46,7 +46,7 @@ int USBLPConnector::open() {
     close();
   }
   m_Fd = ::open(m_DevicePath.data(), O_RDWR | O_EXCL | O_NOCTTY | O_NONBLOCK);
-  // Descriptor 0 means that standard input was closed, and counts as a failure.
+  // The result is 0 if standard input was closed before. This counts as a failure.
   if (m_Fd == 0) {
     ::close(m_Fd);
     m_Fd = -1;
@@ -101,7 +101,8 @@ HCIOStatus USBLPConnector::isWriteReady(unsigned int timeout) {
 }
 
 HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) {
-  // A set holds FD_SETSIZE descriptors. FD_SET with a larger one would write past its end.
+  // A set has room for the descriptors 0 to FD_SETSIZE - 1. For a larger descriptor FD_SET would
+  // write past the end of the set.
   if (m_Fd < 0 || m_Fd >= FD_SETSIZE) {
     return IO_FAILED;
   }
@@ -118,7 +119,8 @@ HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) {
   if (ready == 0) {
     return IO_TIMEOUT;
   }
-  // The failure is immediate, every time, and the caller reads again until its deadline.
+  // Every further probe may fail immediately too, and the caller may read again until its deadline.
+  // So pause here.
   util::pauseBriefly();
   return IO_FAILED;
 }

@@ -1,5 +1,5 @@
-// Base64 (RFC 4648) with look-up tables. Encoding writes two characters per look-up. Decoding
-// looks up whole groups of four valid characters, and anything else character by character.
+// Base64 (RFC 4648) with look-up tables. Encoding writes two characters per look-up. Decoding looks
+// up groups of four valid characters as a whole, and handles all other text character by character.
 
 #include "util/base64.h"
 
@@ -40,7 +40,8 @@ constexpr std::uint8_t valueOf(char c) {
 using Group = std::array<char, CharsPerGroup>;
 using Pair = std::array<char, 2>;
 
-/// The two characters for each 12-bit number: half as many look-ups as with single characters.
+/// The two characters for each 12-bit number. With these, encoding needs half as many look-ups as
+/// with single characters.
 constexpr auto Pairs = [] {
   std::array<Pair, 4096> pairs{};
   for (std::size_t i = 0; i < pairs.size(); ++i) {
@@ -54,7 +55,8 @@ constexpr auto Pairs = [] {
 using GroupBytes = std::array<std::uint8_t, CharsPerGroup>;
 
 /// The bits that a character contributes to its group. The first index is the character's place in
-/// the group, the second the character. The four entries of a group are combined with OR.
+/// the group, the second index is the character. The bits of a group are the four entries of its
+/// characters, combined with OR.
 constexpr auto Contributions = [] {
   std::array<std::array<std::uint32_t, 256>, CharsPerGroup> places{};
   for (std::size_t place = 0; place < places.size(); ++place) {
@@ -128,7 +130,8 @@ int Base64::encode(unsigned char* in, unsigned long inLen, char* out, unsigned l
   std::span<const unsigned char> bytes(in, in == nullptr ? 0 : inLen);
   const std::size_t groups =
       bytes.size() / BytesPerGroup + (bytes.size() % BytesPerGroup == 0 ? 0 : 1);
-  // A division, because the product of groups and characters may overflow.
+  // Divides instead of multiplying, because the product of `groups` and `CharsPerGroup` may
+  // overflow.
   if (out == nullptr || outSize < 1 || groups > (outSize - 1) / CharsPerGroup) {
     return 0;
   }
@@ -152,7 +155,7 @@ long Base64::decode(const char* text, unsigned char* out, unsigned long outSize)
   std::span<unsigned char> space(out, out == nullptr ? 0 : outSize);
   std::size_t total = 0;
   std::size_t count = BytesPerGroup;
-  // A group of fewer than 3 bytes has padding and is the last one.
+  // A group of fewer than 3 bytes has padding, so it is the last group.
   while (count == BytesPerGroup) {
     total += decodeWholeGroups(rest, space);
     Group group = takeGroup(rest);
@@ -174,7 +177,8 @@ void Base64::base64EncodeTriple(unsigned char* three, char* four) {
 
 int Base64::base64DecodeTriple(char* four, unsigned char* three) {
   int count = BytesPerGroup;
-  // Read from the end: only characters after the last valid one are padding.
+  // Reads the group from its end, because only the characters after the last valid character are
+  // padding.
   bool isPadded = true;
   std::uint32_t bits = 0;
   for (std::size_t i = CharsPerGroup; i-- > 0;) {

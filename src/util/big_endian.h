@@ -7,7 +7,7 @@
 /// Big-endian numbers, the byte order of NPA packets and USB/IP messages.
 namespace util {
 
-/// Returns the number whose bytes are `bytes`, highest first. Only the last 8 bytes count.
+/// Returns the number whose bytes are `bytes`, highest byte first. Uses only the last 8 bytes.
 constexpr std::uint64_t bigEndian(std::span<const std::uint8_t> bytes) {
   std::uint64_t number = 0;
   for (const std::uint8_t byte : bytes) {
@@ -16,8 +16,8 @@ constexpr std::uint64_t bigEndian(std::span<const std::uint8_t> bytes) {
   return number;
 }
 
-/// Writes `number` to `bytes`, highest byte first. Fills all of `bytes`: a short number gets
-/// leading zero bytes, a long one loses its high bytes.
+/// Writes `number` to `bytes`, highest byte first. Fills all of `bytes`: writes leading zero bytes
+/// before a small number, and leaves out the high bytes of a number that is too large.
 constexpr void putBigEndian(std::uint64_t number, std::span<std::uint8_t> bytes) {
   for (std::size_t i = bytes.size(); i-- > 0;) {
     bytes[i] = static_cast<std::uint8_t>(number & 0xFFU);
@@ -25,7 +25,7 @@ constexpr void putBigEndian(std::uint64_t number, std::span<std::uint8_t> bytes)
   }
 }
 
-/// Returns the high byte of a 16-bit number. Bits above the 16th are dropped.
+/// Returns the high byte of the low 16 bits of a number.
 constexpr std::uint8_t highByte(std::size_t number) {
   return static_cast<std::uint8_t>(number >> 8U & 0xFFU);
 }

@@ -1,4 +1,5 @@
-// Pauses and the clock, by system calls. Unit tests link a virtual clock in place of the calls.
+// Pauses and the time of day, through system calls. The unit tests replace these calls by a virtual
+// clock.
 
 #include "util/clock.h"
 
@@ -19,7 +20,8 @@ void pauseSeconds(unsigned int seconds) {
     if (pauseObserver) {
       pauseObserver(seconds);
     }
-    // No signal ends this sleep early: the program handles signals only at the password prompt.
+    // No handled signal ends this sleep early, because the program handles signals only at the
+    // password prompt.
     ::sleep(seconds);
   }
 }

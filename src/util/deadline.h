@@ -6,8 +6,8 @@
 
 namespace util {
 
-/// A time limit for a loop that waits in short pauses. It also counts the pauses, because the clock
-/// is the time of day and can be set back during the wait.
+/// A time limit for a loop that waits in short pauses. The time of day can be set back during the
+/// wait, so the object also counts the pauses.
 ///
 ///     util::Deadline deadline(5);  // seconds
 ///     while (!isReady() && !deadline.hasPassed()) {
@@ -23,7 +23,7 @@ class Deadline {
     m_Pauses = 0;
   }
 
-  /// Returns true if the period has ended, by the clock or by the count of pauses.
+  /// Returns true if the period has ended according to the clock or to the count of pauses.
   bool hasPassed() const {
     return m_Pauses >= m_Seconds * PausesPerSecond || nowInSeconds() - m_Start >= m_Seconds;
   }

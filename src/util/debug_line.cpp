@@ -1,4 +1,4 @@
-// Diagnostic lines, formatted on the stack where possible.
+// Diagnostic lines. Short lines are formatted on the stack.
 
 #include "util/debug_line.h"
 
@@ -22,8 +22,8 @@ constexpr std::string_view Prefix = "D [ZVK] ";
 }  // namespace
 
 void debugLine(const char* format, ...) {
-  // A line of at most 256 bytes needs no heap memory. Each line is one write, because standard
-  // error has no buffer.
+  // A line of at most 256 bytes needs no heap memory. Each line is written with one call, because
+  // standard error has no buffer.
   std::array<char, 256> line;
   Prefix.copy(line.data(), Prefix.size());
   std::va_list arguments;

@@ -16,7 +16,7 @@ int toInt(std::string_view text) {
   }
   constexpr std::int64_t largest = std::numeric_limits<int>::max();
   const std::int64_t limit = negative ? largest + 1 : largest;
-  // 64 bits hold ten times the largest `int`, so no step overflows.
+  // Ten times the largest `int` fits into 64 bits, so no step overflows.
   std::int64_t magnitude = 0;
   for (const char c : text) {
     if (c < '0' || c > '9') {

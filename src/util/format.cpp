@@ -1,4 +1,4 @@
-// Formatting into a string: one pass for the size, one for the text.
+// Formatting into a string. The first pass computes the size, the second pass writes the text.
 
 #include "util/format.h"
 
@@ -21,7 +21,7 @@ std::string formattedList(const char* format, std::va_list arguments) {
   const int length = std::vsnprintf(nullptr, 0, format, again);
   va_end(again);
   std::string text(static_cast<std::size_t>(length < 0 ? 0 : length), '\0');
-  // vsnprintf writes its zero byte over the one that the string keeps after its text.
+  // vsnprintf writes a zero byte after the text, where the string has a zero byte already.
   std::vsnprintf(text.data(), text.size() + 1, format, arguments);
   return text;
 }

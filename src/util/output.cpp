@@ -1,4 +1,4 @@
-// The default output to the standard streams, and the selection of another output.
+// The default output, which writes to the standard streams, and the selection of another output.
 
 #include "util/output.h"
 

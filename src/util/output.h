@@ -4,9 +4,9 @@
 
 namespace util {
 
-/// Receives everything that the library writes. By default, answers go to standard output and
-/// diagnostics to standard error. A front end that wants them elsewhere derives from this class and
-/// registers its object once, before it calls anything else:
+/// Receives the text that the library writes. By default, answers go to standard output and
+/// diagnostics to standard error. To redirect them, a front end derives a class from this class,
+/// and registers an object before it calls another function of the library:
 ///
 ///     Progress progress;           // class Progress : public util::Output
 ///     util::setOutput(&progress);
@@ -19,13 +19,13 @@ class Output {
 
   /// Takes text for the user: results, questions and progress.
   virtual void answer(std::string_view text) = 0;
-  /// Takes diagnostic lines and packet dumps. They contain keys and passwords.
+  /// Takes diagnostic lines and packet dumps, which may contain keys and passwords.
   virtual void diagnostic(std::string_view text) = 0;
-  /// Shows the answers taken so far. The library calls it before it waits.
+  /// Shows the answers taken so far. `showProgress` calls it.
   virtual void flushAnswers() {}
 };
 
-/// Sends all further output to `output`, or to the standard streams if that is null. The caller
+/// Sends all further output to `output`, or to the standard streams if `output` is null. The caller
 /// owns `output` and keeps it alive until the last output.
 void setOutput(Output* output);
 

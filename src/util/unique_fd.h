@@ -5,7 +5,8 @@
 
 namespace util {
 
-/// Owns a file descriptor and closes it. The value -1 means that there is none.
+/// Owns a file descriptor, and closes it in the destructor. The value -1 means that there is no
+/// descriptor.
 ///
 ///     const util::UniqueFd file(::open(path, O_RDONLY | O_CLOEXEC));
 ///     if (file) {

@@ -43,8 +43,8 @@ unsigned char digitValue(char c) {
   return DigitValues[static_cast<unsigned char>(c)];
 }
 
-/// Each byte as the dump shows it: two hex digits and a space. The zero byte makes the size 4,
-/// which the processor copies in one step.
+/// Each byte as the dump shows it: two hex digits, a space and a zero byte. The zero byte makes the
+/// size 4, so that the processor can copy the characters in one step.
 constexpr auto DumpedBytes = [] {
   std::array<std::array<char, 4>, 256> texts{};
   for (std::size_t i = 0; i < texts.size(); ++i) {
@@ -54,7 +54,7 @@ constexpr auto DumpedBytes = [] {
 }();
 
 /// Collects dump lines and writes them in blocks of up to 62 lines. Standard error has no buffer,
-/// and a system call for each byte would dominate the cost of a long dump.
+/// so otherwise each line would cost a system call, which takes longer than the formatting.
 class DumpWriter {
  public:
   static constexpr std::size_t BytesPerLine = 16;
@@ -64,7 +64,8 @@ class DumpWriter {
   DumpWriter(const DumpWriter&) = delete;
   DumpWriter& operator=(const DumpWriter&) = delete;
 
-  /// Adds the line of at most 16 bytes. Bytes that are missing to the line width show as blanks.
+  /// Adds the line of at most 16 bytes. A shorter line is padded with blanks before the bar if a
+  /// full line precedes it.
   void addLine(std::span<const unsigned char> bytes) {
     if (m_Text.size() - m_Used < LongestLine) {
       flush();
@@ -86,7 +87,7 @@ class DumpWriter {
 
  private:
   static constexpr std::size_t DumpedWidth = 3;
-  /// Each byte once in hex and once as text, a bar and a line end.
+  /// The size of a full line: each byte in hex and as a character, a bar and a line end.
   static constexpr std::size_t LongestLine = BytesPerLine * (DumpedWidth + 1) + 2;
 
   /// Writes the collected lines.
@@ -148,11 +149,11 @@ int Utility::getHexValues(const char* text, unsigned char*& buffer) {
     }
     *byte++ = static_cast<unsigned char>(high << 4U | low);
   }
-  // The rest is empty, starts with an invalid pair, or is the odd character at the end.
+  // The rest is empty, is the odd character at the end, or starts with a pair that is not hex.
   const char* const invalid =
       std::find_if(text + read, text + length, [](char c) { return digitValue(c) == NoDigit; });
   if (invalid != text + length) {
-    // Printed as a signed character that is widened to an int: the byte 0x80 prints as FFFFFF80.
+    // The character is printed as a signed number, so the byte 0x80 prints as FFFFFF80.
     const auto byte = static_cast<unsigned char>(toUpper(*invalid));
     util::writeAnswer(
         util::formatted("not valid Hex char?! '%X'\n", byte < 0x80 ? byte : 0xFFFFFF00U | byte));

@@ -26,16 +26,18 @@ class Utility {
   static int CharToInt(unsigned int* value, unsigned char* in, unsigned int* length);
 
   /// Converts pairs of hex digits, in upper or lower case, to bytes. The first digit of a pair is
-  /// the high half. An odd last digit is dropped. Sets `buffer` to a new array, which the caller
-  /// frees with `delete[]`, and returns its size: half the text's length.
+  /// the high half of the byte. If the count of digits is odd, the last digit is ignored. Sets
+  /// `buffer` to a new array, which the caller frees with `delete[]`, and returns its size: half
+  /// the text's length.
   ///
   /// An empty text or a null pointer returns 0 and leaves `buffer` unchanged. If a character is not
-  /// a hex digit, prints it to standard output and sets `buffer` to null. The result is half the
-  /// text's length even then, so test the buffer and not the count.
+  /// a hex digit, the function prints a line about it to standard output and sets `buffer` to null.
+  /// The result is half the text's length even then, so test `buffer` and not the result.
   static int getHexValues(const char* text, unsigned char*& buffer);
 
-  /// Dumps `count` bytes to standard error, at most 16 per line: in hex, a bar, and as text. A byte
-  /// that is not printable ASCII shows as ".". Writes nothing if `count` is 0 or less.
+  /// Dumps `count` bytes to standard error, at most 16 per line. A line has the bytes in hex, a
+  /// bar, and the bytes as characters. A byte that is not printable ASCII is shown as ".". Writes
+  /// nothing if `count` is 0 or less.
   ///
   ///     A5 00 06 41 |...A
   static void ShowBytes(unsigned char* data, int count);

@@ -19,8 +19,8 @@ struct AuthMethod {
   std::string_view name;
 };
 
-/// All methods, in the order in which the adapter needs their flags. A forbidden method is sent as
-/// 0.
+/// All methods, in the order in which the adapter needs their flags. The flag of a forbidden method
+/// is 0.
 constexpr std::array AuthMethods = {
     AuthMethod{npa::settings::MethodMd5, "EAP-MD5"},
     AuthMethod{npa::settings::MethodMsChapV2, "MSCHAPv2"},
@@ -65,7 +65,7 @@ int wnpaGenerator::construct802AuthExtension() {
   util::debugLine("802.1x Auth Extension = %s", methods.c_str());
   int size = 0;
   for (const AuthMethod& method : AuthMethods) {
-    // A name matches anywhere in the text: "NO-PEAP" allows PEAP.
+    // The name may be anywhere in the text. So "NO-PEAP" allows PEAP.
     const bool listed = methods.find(method.name) != std::string::npos;
     size += appendFlag(method.key, listed);
   }

@@ -15,7 +15,7 @@ namespace {
 
 constexpr SettingQuery Certificate = {
     .key = npa::settings::Certificate, .announcement = "get cert...", .responseName = "cert"};
-// Its reply is logged as "CSR", on purpose.
+// The log calls the reply "CSR", on purpose.
 constexpr SettingQuery CaCertificate = {
     .key = npa::settings::CaCertificate, .announcement = "get CA cert...", .responseName = "CSR"};
 constexpr SettingQuery CommonName = {.key = npa::settings::CertCommonName,
@@ -37,7 +37,7 @@ constexpr SettingQuery Organization = {.key = npa::settings::CertOrganization,
                                        .responseName = "Cert org"};
 
 /// Sets the flag that generates a certificate to 1. The length field is 6, as in a query, although
-/// 10 bytes follow. The adapter expects that.
+/// 10 bytes follow the field. The adapter expects this length field.
 constexpr std::array<npa::Byte, 13> GeneratePacket = {0xA5, 0x00, 0x06, 0x50, 0xE0, 0xDA, 0x01,
                                                       0x2A, 0x0C, 0x00, 0x00, 0x01, 0x01};
 

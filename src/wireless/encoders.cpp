@@ -13,21 +13,22 @@
 
 namespace {
 
-/// The channel that is sent for a text that is no channel from 1 to 11.
+/// The channel that is sent for a text that is not a number from 1 to 11.
 constexpr npa::Byte DefaultChannel = 6;
 
-/// The security as configured, and the code that is sent for it. "OPEN" depends on the encryption.
+/// The security as configured, and the code that is sent for it. The table has no row for "OPEN",
+/// because its code depends on the encryption. The code of an unknown text is 0.
 constexpr std::array SecurityCodes = {
     TextCode{"WEP", 1},  TextCode{"SHARED", 1},  TextCode{"WPA", 2},    TextCode{"WPA-PER", 2},
     TextCode{"WPA2", 2}, TextCode{"WPA-ENT", 2}, TextCode{"802.1x", 3},
 };
 
-/// The names in the log. The index is the code. No text is sent as code 4: "WPA2" is sent as 2,
-/// which accepts either version.
+/// The names in the log. The index is the code. No text has the code 4: the code of "WPA2" is 2,
+/// which accepts version 1 and 2 of WPA.
 constexpr std::array SecurityNames = {"No Security", "WEP", "WPA PSK (Auto 1 or 2)", "802.1x",
                                       "WPA-2 only PSK"};
 
-/// Returns the code of a security. The encryption decides only about "OPEN".
+/// Returns the code of a security. Only the code of "OPEN" depends on the encryption.
 npa::Byte securityCode(std::string_view security, std::string_view encryption) {
   if (security == "OPEN") {
     return encryption == "WEP" ? 1 : 0;
@@ -88,7 +89,7 @@ int wnpaGenerator::encodePassword() {
   if (password.empty()) {
     password = promptForPassword();
   }
-  // Not logged, unlike the other keys.
+  // The password is not logged, unlike the other keys.
   std::vector<npa::Byte> value(password.begin(), password.end());
   value.push_back(0);
   return appendObject(security == "WEP" ? npa::settings::WepKey1 : npa::settings::PreSharedKey,

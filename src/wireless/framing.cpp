@@ -59,7 +59,7 @@ std::vector<unsigned char> wnpaGenerator::outgoing(std::span<const npa::Byte> pa
   return bytes;
 }
 
-// The result is 0 on purpose, whatever arrives.
+// The result is 0 after any reply and without a reply, on purpose.
 int wnpaGenerator::sendNPAData(unsigned char* data, int length, int timeout) {
   std::vector<unsigned char> reply =
       m_Sender.query({data, static_cast<std::size_t>(std::max(length, 0))}, timeout);

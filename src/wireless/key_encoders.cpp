@@ -41,7 +41,7 @@ int wnpaGenerator::constructWEPTransmit() {
   const std::string& key = m_Configuration->getWEPTransmit();
   util::debugLine("WEP Transmit key = %s", key.c_str());
   const int number = key.empty() ? 1 : util::toInt(key);
-  // The number is not checked. Its lowest byte is sent.
+  // The number is not checked, and only its lowest byte is sent.
   return appendCode(npa::settings::WepTransmit, npa::lowByte(static_cast<unsigned int>(number)));
 }
 

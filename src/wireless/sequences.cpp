@@ -1,5 +1,5 @@
-// The configuration sequences of wnpaGenerator: which settings each command sends, and in which
-// order. The default run and the reset are here as well.
+// The configuration sequences of wnpaGenerator: the settings that each command sends, and their
+// order. This file also has the default run and the reset.
 
 #include <algorithm>
 #include <array>
@@ -19,11 +19,11 @@
 
 using Generator = wnpaGenerator;
 
-/// One setting of a batch: a row of the encodings, or an encoder of the generator with its own
-/// rules.
+/// One setting of a batch: a row of the encodings, or a member function of the generator that
+/// encodes the setting.
 class wnpaGenerator::Encoder {
  public:
-  // Both convert, so that a batch is a plain list of rows and members.
+  // Both constructors convert implicitly, so that a batch is a plain list of rows and members.
   // NOLINTBEGIN(google-explicit-constructor)
   constexpr Encoder(const SettingEncoding& row) : m_Row(&row) {}
   constexpr Encoder(int (Generator::*member)()) : m_Member(member) {}
@@ -46,7 +46,8 @@ class wnpaGenerator::Encoder {
 /// Part of a batch: settings in the order in which they are sent.
 struct wnpaGenerator::Section {
   std::span<const Encoder> encoders;
-  /// They are sent only with this encryption; an empty text means any.
+  /// The section is sent only if this encryption is configured. If this text is empty, the section
+  /// is always sent.
   std::string_view encryption = {};
 };
 
@@ -70,7 +71,7 @@ struct wnpaGenerator::Batches {
       encodings::Ssid,
   });
 
-  /// All four keys are sent, an empty one as a header without a value.
+  /// All four keys are sent. For an empty key only the header of its object is sent.
   static constexpr auto WepKeys = std::to_array<Encoder>({
       encodings::WepKey1,
       encodings::WepKey2,
@@ -79,7 +80,7 @@ struct wnpaGenerator::Batches {
       &Generator::constructWEPTransmit,
   });
 
-  /// A separate section: WEP-STATIC sends the keys without it.
+  /// A separate section, because WEP-STATIC sends the WEP keys without the WEP authentication.
   static constexpr auto WepAuth = std::to_array<Encoder>({&Generator::constructWEPAuth});
 
   /// WPA-PER and WPA-ENT send the same settings.
@@ -106,7 +107,8 @@ struct wnpaGenerator::Batches {
       &Generator::encodeChannel,
   });
 
-  // The batches. A section with an encryption is left out unless that encryption is configured.
+  // The batches. If a section names an encryption, it is sent only if that encryption is
+  // configured.
 
   static constexpr std::array Basic = {Section{BasicSettings}};
   static constexpr std::array Open = {Section{WepKeys, "WEP"}, Section{WepAuth, "WEP"},
@@ -146,13 +148,14 @@ struct wnpaGenerator::AdvancedMode {
 
 namespace {
 
-/// Capacity reserved up front, in bytes: larger than any batch without certificates.
+/// Capacity in bytes that is reserved for a packet. Usual batches are smaller.
 constexpr std::size_t UsualPacketSize = 512;
 
 }  // namespace
 
 void wnpaGenerator::encodeBatch(std::span<const Section> sections) {
-  // A new vector, because freeing the memory of the old one clears the keys in it.
+  // A new vector replaces the old one, because the program clears the keys in the old memory when
+  // it frees this memory.
   m_Packet = std::vector<unsigned char>();
   m_Packet.reserve(UsualPacketSize);
   for (const Section& section : sections) {
@@ -267,7 +270,7 @@ int wnpaGenerator::set8021xOptions() {
 }
 
 int wnpaGenerator::generate() {
-  // This packet is only dumped. configBasic builds the one that is sent.
+  // This packet is only dumped. configBasic builds the packet that is sent.
   const int size = constructBasic();
   std::string dump;
   for (const unsigned char byte : m_Packet) {
@@ -278,7 +281,7 @@ int wnpaGenerator::generate() {
       "Configuring the printer....\n"
       "Resetting the printer....\n"
       "Connecting to wireless network....");
-  // Refused: send the settings again in a bare packet.
+  // The adapter refused the packet or did not answer: send the settings again in a bare packet.
   if (configBasic() == -1) {
     setWrapMode(false);
     configBasic();

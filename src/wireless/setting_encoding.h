@@ -33,9 +33,10 @@ struct SettingEncoding {
     PaddedText,      ///< the text and zero bytes up to `limit`
     Code,            ///< the number of the text in `codes`, in four bytes
   };
-  /// What an empty text appends: nothing, or a setting object of size 0.
+  /// What is appended for an empty text: nothing, or a setting object of size 0.
   enum class WhenEmpty { Nothing, HeaderAlone };
-  /// Which bytes of the value's size go into the object's length field: both, or only the low one.
+  /// Which bytes of the value's size are written to the object's length field: both, or only the
+  /// low byte.
   enum class LengthField { Whole, LowByteOnly };
 
   static constexpr std::size_t Unlimited = std::numeric_limits<std::size_t>::max();
@@ -47,9 +48,9 @@ struct SettingEncoding {
   /// The log line is `label = text`, with `quote` on both sides of the text.
   const char* label;
   const char* quote = "";
-  /// True if the length of the configured text ends the line.
+  /// True if the log line ends with the length of the configured text.
   bool logsLength = false;
-  /// How the text becomes the value.
+  /// The rule that makes the value from the text.
   Value value = Value::Text;
   /// The size of the largest value in bytes, including a zero byte. A longer text is cut.
   std::size_t limit = Unlimited;
@@ -63,6 +64,6 @@ struct SettingEncoding {
 [[nodiscard]] std::vector<npa::Byte> encodedValue(const SettingEncoding& encoding,
                                                   const std::string& text);
 
-/// Writes the diagnostic line of a setting, also of an empty one. The line contains secrets in
-/// clear.
+/// Writes the diagnostic line of a setting, even if its text is empty. If the setting is a secret,
+/// the line contains the secret in clear text.
 void logSetting(const SettingEncoding& encoding, const std::string& text);

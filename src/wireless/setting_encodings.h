@@ -17,7 +17,8 @@ inline constexpr SettingEncoding Ssid = {.key = npa::settings::Ssid,
                                          .label = "SSID",
                                          .value = Value::TerminatedText};
 
-// The spelling is exact on purpose: "Ad-hoc", as the help text writes it, selects the managed mode.
+// Only this exact spelling selects the ad-hoc mode, on purpose. The help text spells the mode
+// "Ad-hoc", and that text selects the managed mode.
 inline constexpr std::array ModeCodes = {TextCode{"Ad-Hoc", 1}};
 inline constexpr SettingEncoding Mode = {.key = npa::settings::Mode,
                                          .source = Setting::Mode,
@@ -26,7 +27,8 @@ inline constexpr SettingEncoding Mode = {.key = npa::settings::Mode,
                                          .value = Value::Code,
                                          .codes = ModeCodes};
 
-// Keys. They are sent as typed, also hex digits, and without a zero byte.
+// Keys. The characters of a key are sent unchanged, even if they are hex digits, and without a zero
+// byte.
 
 inline constexpr SettingEncoding Psk = {.key = npa::settings::PreSharedKey,
                                         .source = Setting::Psk,
@@ -83,7 +85,8 @@ inline constexpr SettingEncoding Username = {.key = npa::settings::AuthUser,
                                              .value = Value::TerminatedText,
                                              .limit = 32};
 
-/// On purpose the length field of the longest password (256 bytes with its zero byte) is 0.
+/// The length field of the longest password (256 bytes with its zero byte) is 0, on purpose: the
+/// field holds only the low byte of 256.
 inline constexpr SettingEncoding Password = {
     .key = npa::settings::AuthPassword,
     .source = Setting::Password,
@@ -95,7 +98,7 @@ inline constexpr SettingEncoding Password = {
 
 // Fields of a certificate request. Most have at most 64 bytes, including the zero byte.
 
-/// Returns the row of a usual field.
+/// Returns the row of a field with at most 64 bytes, including the zero byte.
 constexpr SettingEncoding certField(npa::SettingKey key, Setting source, const char* label) {
   return {.key = key,
           .source = source,
@@ -116,8 +119,8 @@ inline constexpr SettingEncoding CertState =
 inline constexpr SettingEncoding CertUnit =
     certField(npa::settings::CertUnit, Setting::CerUnit, "Cer unit");
 
-// The adapter requires these three without a terminating zero byte. The length field of the longest
-// common name (256 bytes) is 0.
+// The adapter requires these three fields without a terminating zero byte. The length field of the
+// longest common name (256 bytes) is 0, because the field holds only the low byte of the size.
 inline constexpr SettingEncoding CertOrganization = {.key = npa::settings::CertOrganization,
                                                      .source = Setting::CerOrg,
                                                      .label = "Cer org",

@@ -14,8 +14,8 @@ namespace {
 /// From this offset on, a query and a record of the same setting begin alike: flag, command, kind
 /// of data, group and object number.
 constexpr std::size_t RecordIdOffset = 3;
-/// How long the packets of a reply are collected, counted from the end of the pause that follows
-/// the request.
+/// How long the packets of a reply are collected. The time starts at the end of the pause that
+/// follows the request.
 constexpr int ReplyTimeoutSeconds = 3;
 
 }  // namespace

@@ -10,7 +10,7 @@
 
 namespace {
 
-// The queries. The first four are run by an exchange and log nothing here.
+// The queries. An exchange of the table runs the first four, and they have no texts for the log.
 
 constexpr SettingQuery Ssid = {.key = npa::settings::Ssid};
 constexpr SettingQuery IpAddress = {.key = npa::settings::IpAddress};
@@ -31,7 +31,7 @@ constexpr SettingQuery AuthCommonName = {.key = npa::settings::AuthCommonName,
                                          .announcement = "802.1x Auth common name...",
                                          .responseName = "Auth common name response"};
 
-/// The result of a query whose reply has no record. A status itself is 0 to 255.
+/// The result of a query whose reply has no status. A status is 0 to 255, so -1 cannot be one.
 constexpr int NoAnswer = -1;
 
 /// Returns the text of an authentication status, or an empty text if it is unknown. The result ends
@@ -45,7 +45,8 @@ void logStatus(npa::Byte status, const char* text) {
   util::debugLine("Status: %d (%s)", status, text);
 }
 
-/// Logs the status of the first record and its text. Returns the status, or -1 if there is none.
+/// Logs the first status in the reply's records and its text. Returns the status, or -1 if no
+/// record has a status.
 int loggedStatus(std::span<const unsigned char> reply, const SettingQuery& query,
                  const char* (*text)(npa::Byte status)) {
   const auto status = firstStatusIn(reply, query.key);

@@ -24,19 +24,19 @@ struct SettingQuery;
 ///       generator.configBasic();
 ///     }
 ///
-/// "Library only" marks operations that no command of zvkconfig uses. They are part of the
-/// interface for other front ends. Each heading below names the file with the operations of its
-/// subject.
+/// "Library only" marks operations that no command of zvkconfig uses: they are for other front
+/// ends. Each heading below names the file that defines the operations under the heading.
 class wnpaGenerator {
  public:
-  /// Keeps a pointer to `configuration`. The caller owns it and keeps it alive as long as the
-  /// generator. Wrap mode is on at first.
+  /// Keeps a pointer to `configuration`. The caller owns `configuration` and keeps it alive as long
+  /// as the generator. Wrap mode is initially on.
   explicit wnpaGenerator(configDetails* configuration);
   ~wnpaGenerator() = default;
   wnpaGenerator(const wnpaGenerator&) = delete;
   wnpaGenerator& operator=(const wnpaGenerator&) = delete;
 
-  /// Switches wrap mode: if it is on, every packet is sent inside a wrapper.
+  /// Switches wrap mode on or off. If wrap mode is on, configuration packets and queries are sent
+  /// inside a wrapper.
   void setWrapMode(bool on) { m_WrapMode = on; }
   /// Returns true if wrap mode is on.
   bool getWrapMode() const { return m_WrapMode; }
@@ -48,15 +48,15 @@ class wnpaGenerator {
   /// Returns 0.
   int constructHeader(unsigned char* object, unsigned int valueSize, char number, char group);
 
-  /// Copies `value` after the header in `object`, whose whole size is `objectSize` bytes. Returns
-  /// 0. Library only.
+  /// Copies `value` to the place after the header in `object`. Header and value together have
+  /// `objectSize` bytes. Returns 0. Library only.
   int mergeHeaderData(char* value, unsigned char* object, int objectSize);
 
   /// Appends `count` bytes to the packet under construction. Returns 0.
   int appendDataToNPA(int count, unsigned char* bytes);
 
   /// Turns the packet's `size` bytes of setting objects into a configuration packet. The adapter
-  /// stores its objects all together. Returns the packet's new size.
+  /// stores the objects of such a packet all together. Returns the packet's new size.
   int constructAtomicGrouping(int size);
 
   /// Does the same for objects that the adapter stores one by one. Library only.
@@ -68,15 +68,17 @@ class wnpaGenerator {
   /// Returns the packet under construction, valid until the next operation. Library only.
   std::span<const unsigned char> packet() const { return m_Packet; }
 
-  /// Sends `length` bytes unchanged, collects the reply for at most `timeout` seconds and dumps it.
-  /// Returns 0, also without a reply.
+  /// Sends `length` bytes unchanged, collects the reply for at most `timeout` seconds and dumps the
+  /// reply. Returns 0 whether a reply arrives or not.
   int sendNPAData(unsigned char* data, int length, int timeout);
 
   // --- Setting encoders ---------------------------------------------------------------------
   //
-  // Each appends the objects of one setting to the packet under construction and returns their size
-  // in bytes, or appends nothing and returns 0. An unknown text is sent as 0 (channel: 6). A text
-  // that is too long is cut. Each logs its setting, including secrets, except channel and password.
+  // Each encoder appends the objects of one setting to the packet under construction and returns
+  // their size in bytes, or appends nothing and returns 0. If a setting takes one of several words,
+  // an unknown word is sent as 0; an unknown channel is sent as 6. A text that is too long is cut.
+  // Except the encoders of the channel and of the network's password, each encoder logs the setting
+  // that it appends, even a secret.
   //
   // Settings that every network needs (encoders.cpp). `total` is ignored:
 
@@ -92,8 +94,8 @@ class wnpaGenerator {
   /// password on the terminal.
   int constructPasswd(int* total);
 
-  // Keys (key_encoders.cpp). They are sent as typed, without a zero byte. An empty key is sent as a
-  // header alone:
+  // Keys (key_encoders.cpp). The characters of a key are sent unchanged, without a zero byte. For
+  // an empty key only the header of the object is sent:
 
   /// Appends the pre-shared key, at most 64 bytes.
   int constructPSK();
@@ -105,11 +107,12 @@ class wnpaGenerator {
   int constructWEPKey3();
   /// Appends the fourth WEP key.
   int constructWEPKey4();
-  /// Appends the number of the WEP key with which the adapter sends: 1 if none is configured. Only
-  /// the lowest byte of the number is sent.
+  /// Appends the number of the WEP key with which the adapter sends, or 1 if no number is
+  /// configured. Only the lowest byte of the number is sent.
   int constructWEPTransmit();
-  /// Appends the code of the WEP authentication: 1 open, 2 shared, 0 for any other security or
-  /// encryption. Appends nothing if no encryption is configured.
+  /// Appends the code of the WEP authentication: 1 for the security "OPEN" and 2 for "SHARED", both
+  /// with the encryption "WEP", and 0 for any other security or encryption. Appends nothing if no
+  /// encryption is configured.
   int constructWEPAuth();
 
   // 802.1x authentication (authentication_encoders.cpp):
@@ -125,8 +128,9 @@ class wnpaGenerator {
   /// Appends six flags, one per method: 1 if the method may be used.
   int construct802AuthExtension();
   /// Appends the flag that makes the adapter validate the server's certificate. First reads the
-  /// lists of certificates from the printer: the flag is 1 if the printer holds two certificates of
-  /// its own, or one CA certificate. It is 0 if the printer does not answer.
+  /// lists of certificates from the printer: the flag is 1 if the printer lists at least two
+  /// printer certificates or at least one CA certificate. The flag is 0 if the printer does not
+  /// answer. Throws a message of type `const char*` if no device is configured.
   int construct802ValidateCert();
   /// Sets that flag for the packets that follow, so that the printer is not asked. Library only.
   void setServerValidation(bool validates) { m_ServerValidation = validates; }
@@ -154,9 +158,9 @@ class wnpaGenerator {
 
   // --- Configuration sequences (sequences.cpp) ----------------------------------------------
   //
-  // Unless it says otherwise, each sends one batch of settings and returns the result of
-  // `sendConfig::setConfig`. If the batch is too large for a packet, nothing is sent and the result
-  // is -1.
+  // Unless its comment says otherwise, each operation sends one batch of settings and returns the
+  // result of `sendConfig::setConfig`. If the batch is too large for a packet, the operation sends
+  // nothing and returns -1.
 
   /// Sends mode, security, channel, SSID and password (-c).
   int configBasic();
@@ -170,7 +174,7 @@ class wnpaGenerator {
   [[nodiscard]] std::vector<npa::Bytes> advancedPackets();
 
   /// Sends the configuration of the security "OPEN", "SHARED", "WPA-PER", "WPA-ENT" or "802.1x"
-  /// (-ca). Sends nothing and returns 0 for any other.
+  /// (-ca). Sends nothing and returns 0 for any other security.
   int configAdvanced();
   /// Sends the network and, if the encryption is "WEP", the WEP keys and the WEP authentication.
   int configOpen();
@@ -181,16 +185,17 @@ class wnpaGenerator {
   /// Sends the same settings as `configWPAPersonal`.
   int configWPAEnt();
 
-  /// Sends the 802.1x options and, if they were accepted, a second packet with the network. Then
-  /// queries the authentication status. Returns the result of the second packet, or 0 if none was
-  /// sent.
+  /// Sends the 802.1x options and, if the adapter accepts them, a second batch with the network.
+  /// Then queries the authentication status. Returns the result of the second batch, or 0 if the
+  /// second batch was not sent.
   int config8021x();
   /// Sends the 802.1x options and, if the encryption is "WEP-STATIC", the WEP keys.
   int set8021xOptions();
 
-  /// The default run of zvkconfig, for a command line without a switch. Dumps the packet of the
-  /// basic configuration, builds it again and sends it. Then reads the trouble code and prints the
-  /// IP address. Switches to bare packets if the wrapped packet is refused. Asks for a missing
+  /// Performs the default run of zvkconfig, for a command line without a switch. Dumps the packet
+  /// of the basic configuration, builds it again and sends it. Then reads the trouble code and
+  /// prints the IP address. If the adapter refuses the wrapped packet or does not answer, switches
+  /// to bare packets and sends the packet again. If the security is not "None", asks for a missing
   /// password each time it builds the packet. Returns the size of the dumped packet.
   int generate();
 
@@ -199,8 +204,8 @@ class wnpaGenerator {
 
   // --- Status queries (status_queries.cpp) --------------------------------------------------
   //
-  // Each queries one setting. The first four return the result of the `sendConfig` operation of the
-  // same name.
+  // Each operation queries one setting. The first four operations return the result of the
+  // `sendConfig` operation of the same name.
 
   /// Queries the SSID and prints it (-s).
   int getSSID();
@@ -211,18 +216,18 @@ class wnpaGenerator {
   /// Queries the descriptor of the adapter (-a).
   int getAdapterDescriptor();
 
-  /// Returns the 802.1x authentication status of the first record in the reply, or -1 if there is
-  /// no record (-802s).
+  /// Returns the 802.1x authentication status from the first record in the reply that has a status,
+  /// or -1 if no record has one (-802s).
   int get802AuthStatus();
 
   // Library only:
 
-  /// Returns 1 if 802.1x authentication is on, from the first record in the reply, or -1 if there
-  /// is no record.
+  /// Returns the status from the first record in the reply that has one: 1 if 802.1x authentication
+  /// is on. Returns -1 if no record has a status.
   int get802AuthEnabled();
 
-  /// Returns 1 if a CA certificate is installed, from the last record that has a value, or -1 if no
-  /// record has one.
+  /// Returns the status from the last record in the reply that has a value: 1 if a CA certificate
+  /// is installed. Returns -1 if no record has a value.
   int getCertAuthInstalled();
 
   /// Queries all security settings and dumps the reply. Always returns -1.
@@ -232,16 +237,18 @@ class wnpaGenerator {
 
   // --- Certificate reads and actions (certificate_reads.cpp) ---------------------------------
 
-  /// Reads organisation and common name (-cer). Returns 0, with any reply or none.
+  /// Queries organisation and common name of the adapter's certificate (-cer). Returns 0 after any
+  /// reply, and after none.
   int getCertSettings();
 
-  /// Logs the organisation of each complete record in the reply. Returns 0, or -1 if there is none.
+  /// Queries the organisation and logs the value of each complete record in the reply. Returns 0,
+  /// or -1 if the reply has no complete record.
   int getCertOrganization();
 
   /// Queries the common name and dumps the reply. Always returns -1.
   int getCertCommonName();
 
-  // Library only. Each dumps the reply and always returns -1:
+  // Library only. Each operation dumps the reply and always returns -1:
 
   /// Queries the adapter's certificate.
   int getCertCert();
@@ -253,16 +260,16 @@ class wnpaGenerator {
   int getCertAlternateName();
   /// Queries the certificate request.
   int getCSR();
-  /// Queries the status of a certificate that the adapter generates.
+  /// Queries the status of the generation of a certificate.
   int generateCertStatus();
   /// Makes the adapter generate a certificate.
   int generateCertificate();
 
-  /// Sends the common name as a batch. Returns 0, with any reply or none. Library only.
+  /// Sends the common name as a batch. Returns 0 after any reply, and after none. Library only.
   int createCertSignRequest();
 
  private:
-  // The rows of the batches (sequences.cpp).
+  // The types of the table of batches (sequences.cpp).
   class Encoder;
   struct Section;
   struct Batches;
@@ -298,8 +305,9 @@ class wnpaGenerator {
   /// Turns the objects in the packet into one packet, wrapped if wrap mode is on.
   void frameBatch();
 
-  /// Frames the objects in the packet and sends them. Returns the result of
-  /// `sendConfig::setConfig`, or -1 with nothing sent if they do not fit a packet.
+  /// Frames the objects in the packet and sends the packet. Returns the result of
+  /// `sendConfig::setConfig`. If the objects do not fit into a packet, sends nothing and returns
+  /// -1.
   int sendBatch(Dump dump);
 
   /// Logs the announcement, encodes, dumps and sends a batch.
@@ -313,8 +321,8 @@ class wnpaGenerator {
 
   /// Sends a query and returns the collected reply, empty if there is none.
   std::vector<unsigned char> collectReply(const SettingQuery& query);
-  /// Does the same for a complete request. Logs the reply under `responseName` and dumps it, unless
-  /// the name is null.
+  /// Does the same for a complete request. Unless `responseName` is null, logs the size of the
+  /// reply with this name and dumps the reply.
   std::vector<unsigned char> collectReply(std::vector<unsigned char> request,
                                           const char* responseName);
   /// Sends a query whose reply is only dumped. Returns -1.

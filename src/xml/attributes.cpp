@@ -1,5 +1,5 @@
-// The list of attributes: a sorted map that reuses one of its nodes. Most tags of a reply have one
-// attribute, so most tags need no allocation.
+// The list of attributes: a sorted map that reuses one of its nodes. Most tags of a reply have at
+// most one attribute, so most tags need no new node.
 
 #include "xml/attributes.h"
 
@@ -12,8 +12,8 @@
 
 namespace {
 
-/// Copies as much of `text` as fits before a zero byte and fills the rest of `destination` with
-/// zeros. Returns the length of the C string in `destination`.
+/// Copies the start of `text`, at most one byte less than `destination` has, and fills the rest of
+/// `destination` with zeros. Returns the length of the C string in `destination`.
 int copyCut(std::string_view text, std::span<char> destination) {
   if (destination.data() == nullptr || destination.empty()) {
     return 0;
@@ -28,7 +28,7 @@ int copyCut(std::string_view text, std::span<char> destination) {
 
 void attributes::clear() {
   if (!m_Pairs.empty()) {
-    // Keep one node, so that the next tag with an attribute allocates none.
+    // Keeps one node, so that the next tag with an attribute does not allocate a node.
     m_Spare = m_Pairs.extract(m_Pairs.begin());
     m_Pairs.clear();
   }

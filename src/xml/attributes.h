@@ -5,8 +5,8 @@
 #include <string_view>
 
 /// The attributes of one start tag: name-value pairs with unique names, in the bytewise order of
-/// the names. The order in the tag is lost. Texts are C strings, and a null pointer counts as an
-/// empty text.
+/// the names. The order of the attributes in the tag is lost. In the operations with C strings a
+/// null pointer counts as an empty text.
 ///
 ///     attributes attrs;
 ///     attrs.setAttribute("name", "status_code");
@@ -17,7 +17,7 @@ class attributes {
   virtual ~attributes() = default;
   /// Copies the pairs, but not the spare node.
   attributes(const attributes& other) : m_Pairs(other.m_Pairs) {}
-  /// Replaces the pairs by copies and keeps its own spare node.
+  /// Replaces the pairs by copies. Each object keeps its spare node.
   attributes& operator=(const attributes& other) {
     if (this != &other) {
       m_Pairs = other.m_Pairs;
@@ -46,15 +46,15 @@ class attributes {
   /// writes only zeros and returns 0.
   int getAttribute(const char* name, char* buf, unsigned int size) const;
 
-  /// Does the same for the value at position `index`, counted from 0 in the order of the names. The
-  /// time grows with `index`.
+  /// Does the same for the value at position `index`. Positions are counted from 0 in the order of
+  /// the names. The time of the call grows with `index`.
   int getAttribute(unsigned int index, char* buf, unsigned int size) const;
 
-  /// Does the same for the name at position `index`.
+  /// Does the same for the name at position `index`, instead of the value.
   int getAttrName(unsigned int index, char* buf, unsigned int size) const;
 
   /// Returns the value of `name`, for reading and writing. Inserts an absent name with an empty
-  /// value first. The reference is valid as long as its pair.
+  /// value first. The reference is valid until the pair is removed.
   std::string& operator[](std::string& name);
   std::string& operator[](const char* name);
   std::string& operator[](char* name);
@@ -64,10 +64,11 @@ class attributes {
 
   /// Returns the pair at position `index`, or the end if there is none.
   Pairs::const_iterator at(unsigned int index) const;
-  /// Returns the value of `name`, inserted if absent.
+  /// Returns the value of `name`. Inserts an absent name first.
   std::string& valueOf(std::string_view name);
 
   Pairs m_Pairs;
-  /// One removed pair, which the next insertion reuses: most tags have at most one attribute.
+  /// The node of a removed pair. The next insertion reuses it. One node is enough, because most
+  /// tags have at most one attribute.
   Pairs::node_type m_Spare;
 };

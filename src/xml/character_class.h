@@ -5,7 +5,7 @@
 #include <string_view>
 
 /// The classes of characters that the parser distinguishes. A character can be in several classes.
-/// No byte above 127 is in any.
+/// Bytes above 127 are in no class.
 namespace xml {
 
 /// Each class is one bit. A name starts with a `NameStart` and continues with `NamePart`s.

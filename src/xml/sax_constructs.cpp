@@ -11,8 +11,8 @@ namespace {
 
 using ParseRetType = SimpleSAXParser::ParseRetType;
 
-/// The names of elements must not start with these. "xMl", the eighth spelling, is allowed on
-/// purpose.
+/// The name of an element must not start with one of these texts. The eighth spelling, "xMl", is
+/// allowed on purpose.
 constexpr std::array<std::string_view, 7> ReservedPrefixes = {"xml", "XML", "Xml", "XMl",
                                                               "xML", "xmL", "XmL"};
 
@@ -43,8 +43,8 @@ std::string_view readName(std::string_view text, std::size_t& position) {
   return text.substr(start, position - start);
 }
 
-/// Moves past the next `token` from `position` on. If there is none, moves to the end of the text
-/// and returns `PARSE_ERROR`.
+/// Moves past the next `token` at or after `position`. If there is no such token, moves to the end
+/// of the text and returns `PARSE_ERROR`.
 ParseRetType skipPast(std::string_view token, std::string_view text, std::size_t& position) {
   const std::size_t found = text.find(token, position);
   if (found == std::string_view::npos) {
@@ -61,7 +61,7 @@ struct TagAttribute {
   std::string_view value;
 };
 
-/// Returns the failure of a construct whose first character is not at `position`.
+/// Returns the result for a construct whose first character is not at `position`.
 ParseRetType doesNotStart(std::string_view text, std::size_t position) {
   return xml::isAt(xml::WhiteSpace, text, position) ? SimpleSAXParser::PARSE_WHITESPACE
                                                     : SimpleSAXParser::PARSE_ERROR;
@@ -117,9 +117,10 @@ ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& p
   if (parseName(text, position, name) != PARSE_OK) {
     return PARSE_ERROR;
   }
-  // Names in sorted order go to the end of the list one by one. From the first one out of order on,
-  // the names are collected and sorted first. Inserting thousands of unsorted names one by one is
-  // slow, because each search touches parts of the list that are not in the processor's cache.
+  // While the names are in sorted order, each attribute is added at the end of the list. From the
+  // first name that is out of order on, the attributes are collected and sorted before they are
+  // added. To insert thousands of unsorted names one by one would be slow, because each search
+  // reads parts of the list that are not in the processor's cache.
   std::vector<TagAttribute> unsorted;
   std::string_view previous;
   xml::skipWhiteSpace(text, position);
@@ -209,7 +210,7 @@ ParseRetType SimpleSAXParser::skipProcessingInstruction(std::string_view text,
   if (!xml::isTokenAt(text, position, "<?")) {
     return doesNotStart(text, position);
   }
-  // The "?" of "<?" may also be the one that ends the instruction: "<?>" is complete.
+  // The "?" of "<?" may also be that of "?>", so "<?>" is a complete instruction.
   ++position;
   return skipPast("?>", text, position);
 }
@@ -227,8 +228,8 @@ std::string_view SimpleSAXParser::translateEntityRef(std::string_view entity) co
   return found == Entities.end() ? std::string_view() : found->character;
 }
 
-// Works in place: the result is never longer than the text, because a character is shorter than its
-// entity. `read` and `written` are the ends of the parts that are read and written.
+// Works in place, because the result is never longer than the text: a character is shorter than its
+// entity. The text before `read` has been read, and the text before `written` is final.
 void SimpleSAXParser::replaceEntities(std::string& text) const {
   const auto ampersandFrom = [&text](std::size_t position) {
     return std::min(text.find('&', position), text.size());
@@ -238,8 +239,8 @@ void SimpleSAXParser::replaceEntities(std::string& text) const {
   std::size_t read = ampersand;
   // Moves the text up to `end` to its final place.
   const auto keepUntil = [&text, &written, &read](std::size_t end) {
-    // Before the first replacement the text is in its place already. std::copy does not allow a
-    // destination that is the start of its source.
+    // Before the first replacement the text is already in its final place. std::copy does not allow
+    // a destination that is the start of the source.
     if (written < read) {
       std::copy(&text[read], &text[end], &text[written]);
     }
@@ -255,8 +256,9 @@ void SimpleSAXParser::replaceEntities(std::string& text) const {
     const std::string_view character =
         translateEntityRef(std::string_view(text).substr(ampersand, read - ampersand));
     written += character.copy(&text[written], character.size());
-    // The search goes on one character after the place of the entity. If the entity was replaced by
-    // nothing, that place holds the next character, which therefore stays even if it is "&".
+    // The search continues one character after the place of the entity. If an unknown entity was
+    // removed, the character after the entity moves to this place. So the search skips this
+    // character, and it stays even if it is "&".
     ampersand = ampersandFrom(character.empty() ? read + 1 : read);
     keepUntil(ampersand);
   }

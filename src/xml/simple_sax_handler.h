@@ -2,8 +2,8 @@
 
 class attributes;
 
-/// Receives the parts of a document from `SimpleSAXParser`, in document order. A class derives from
-/// it and overrides the callbacks that it needs; the others do nothing.
+/// Receives the parts of a document from `SimpleSAXParser`, in document order. Derive a class from
+/// this class and override the callbacks that you need. The other callbacks do nothing.
 ///
 ///     class Names : public SimpleSAXHandler {
 ///       void startElement(const char* name, attributes&) override { std::puts(name); }
@@ -18,7 +18,7 @@ class SimpleSAXHandler {
   /// Called first, before anything is parsed.
   virtual void start() {}
 
-  /// Called after each start tag and each empty-element tag. The parser owns both arguments; they
+  /// Called after each start tag and each empty-element tag. The parser owns both arguments, which
   /// are valid during the call.
   virtual void startElement(const char* /*name*/, attributes& /*attrs*/) {}
 
@@ -30,10 +30,10 @@ class SimpleSAXHandler {
   /// its entities are replaced, so it may exceed the length of `text`.
   virtual void characters(const char* /*text*/, unsigned int /*len*/) {}
 
-  /// Called last, also after a failure.
+  /// Called last, even after a failure.
   virtual void end() {}
 
-  /// The handler sets this in any callback to end the parse as if the document ended there. The
-  /// parser never clears it.
+  /// To end the parse, the handler sets this to true in a callback. The parser then continues as if
+  /// the document ended there. The parser never sets this to false.
   bool m_Stop = false;
 };

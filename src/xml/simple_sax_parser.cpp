@@ -13,15 +13,15 @@
 #include "xml/character_class.h"
 #include "xml/scan.h"
 
-/// The names of the open elements, outermost first, each followed by a zero byte. One string holds
-/// all names, so an element needs no separate allocation.
+/// The names of the open elements, outermost first, each followed by a zero byte. All names are in
+/// one string, so an element needs no separate allocation.
 class SimpleSAXParser::OpenNames {
  public:
   /// Returns true if no element is open.
   bool isEmpty() const { return m_Starts.empty(); }
 
-  /// Returns the innermost name. If no element is open, returns an empty text, which is not a valid
-  /// name.
+  /// Returns the name of the innermost element, or an empty text if no element is open. An empty
+  /// text is not a valid name.
   std::string_view innermost() const {
     if (isEmpty()) {
       return {};
@@ -153,7 +153,7 @@ SimpleSAXParser::ParseRetType SimpleSAXParser::openElement(Content& content, std
                                                            std::size_t& position) {
   std::string_view name;
   bool isEmpty = false;
-  // One list serves all tags, because it keeps its memory.
+  // All tags use the same list of attributes, because the list reuses its memory.
   content.attrs.clear();
   const ParseRetType result = parseOpenTag(text, position, name, content.attrs, isEmpty);
   if (result != PARSE_OK) {
@@ -190,7 +190,8 @@ SimpleSAXParser::ParseRetType SimpleSAXParser::parseText(std::string_view text,
     buffer = run;
     position += run.size();
     replaceEntities(buffer);
-    // The length counts characters of the document. Handlers find the end by the zero byte.
+    // The length is that of the text in the document. The text in `buffer` may be shorter and ends
+    // at its zero byte.
     notify(&SimpleSAXHandler::characters, buffer.c_str(), static_cast<unsigned int>(run.size()));
     honourStop(text, position);
   }

@@ -17,8 +17,8 @@
 /// instructions and everything from "<!" to "-->". It does not know namespaces, DTDs, CDATA
 /// sections, character references and single-quoted values.
 ///
-/// The time is linear in the length of any document. Only memory limits the depth of elements. A
-/// parse keeps nothing for the next one.
+/// Parsing takes time about linear in the length of the document, whatever its content. The depth
+/// of elements is limited only by memory. The parser keeps no state between documents.
 class SimpleSAXParser {
  public:
   /// The result of reading one construct.
@@ -35,24 +35,26 @@ class SimpleSAXParser {
   SimpleSAXParser& operator=(const SimpleSAXParser&) = delete;
 
   /// Parses the document `xml`, which ends at its first zero byte. A null pointer is an empty
-  /// document. Returns 0, or -1 if the document is malformed. A fault in or after the first element
-  /// is also printed to standard output. The callbacks before a fault have been made.
+  /// document. Returns 0, or -1 if the document is malformed. If the fault is in or after the first
+  /// element, also prints a line about the fault to standard output. The parser has then made the
+  /// callbacks for the document before the fault.
   int parseXMLString(const char* xml);
   /// Does the same with a copy of `xml`, so the handler may change the original.
   int parseXMLString(const std::string& xml);
 
   // --- The steps of a parse -----------------------------------------------------------------
   //
-  // Each reads one construct of `text` that starts at `position` and moves the position past it. On
-  // failure the position is at the character that does not fit.
+  // Unless its comment says otherwise, each step reads one construct of `text` that starts at
+  // `position`, and moves `position` past the construct. After a failure the position is at the
+  // first unexpected character.
 
-  /// Reads everything from the first start tag to the end of the text, with all callbacks. Returns
-  /// 0, or -1 after `showError`.
+  /// Reads everything from the first start tag to the end of the text, and makes the callbacks for
+  /// elements and text. Returns 0. On failure calls `showError` and returns -1.
   int parseElement(std::string_view text, std::size_t& position);
 
   /// Reads "<name attribute...>" or "<name attribute.../>" and sets `isEmpty` for the second form.
-  /// A repeated attribute keeps its last value. A tag that the end of the text cuts after its name
-  /// or after an attribute is complete.
+  /// If an attribute is repeated, the last value counts. If the text ends after the name of the tag
+  /// or after an attribute, the tag counts as complete.
   ParseRetType parseOpenTag(std::string_view text, std::size_t& position, std::string_view& name,
                             attributes& attrs, bool& isEmpty) const;
 
@@ -73,8 +75,8 @@ class SimpleSAXParser {
   ParseRetType parseAttrValue(std::string_view text, std::size_t& position,
                               std::string& value) const;
 
-  /// Skips white space and passes the text up to the next "<" to the handler, unless it is empty.
-  /// The text is stored in `buffer`, whose content is overwritten.
+  /// Skips white space, stores the text up to the next "<" in `buffer` instead of its old content,
+  /// and passes the text to the handler unless the text is empty.
   ParseRetType parseText(std::string_view text, std::size_t& position, std::string& buffer);
 
   /// Skips from "<?" past the next "?>".
@@ -84,7 +86,8 @@ class SimpleSAXParser {
   ParseRetType skipComment(std::string_view text, std::size_t& position) const;
 
   /// Replaces every entity in `text`, from "&" to the next ";", by its character. Removes unknown
-  /// entities. Does not search replaced text again, nor the character after a removed entity.
+  /// entities. Does not search a replaced character again, and does not search the character after
+  /// a removed entity.
   void replaceEntities(std::string& text) const;
 
   /// Returns the character of `entity`, such as "<" for "&lt;". Returns an empty text unless it is
@@ -102,7 +105,8 @@ class SimpleSAXParser {
 
   /// Skips everything before the first start tag.
   ParseRetType parseProlog(std::string_view text, std::size_t& position) const;
-  /// Reads the construct that starts with the "<" at `position`. Skips a "<" that starts none.
+  /// Reads the construct that starts with the "<" at `position`. Skips the "<" if it does not start
+  /// a construct.
   ParseRetType parseMarkup(Content& content, std::string_view text, std::size_t& position);
   /// Reads a start tag or an empty-element tag and calls the handler.
   ParseRetType openElement(Content& content, std::string_view text, std::size_t& position);

@@ -1,5 +1,5 @@
-// Path queries: the steps of a path, and the callbacks that match elements with them during a
-// parse.
+// Path queries: the steps of a path, and the callbacks that compare elements with the steps during
+// a parse.
 
 #include "xml/simple_xpath.h"
 
@@ -13,7 +13,7 @@
 namespace {
 
 constexpr std::size_t None = std::string_view::npos;
-/// Capacity reserved up front: deeper than the elements of any reply.
+/// The depth for which memory is reserved. The elements of the printer's replies are less deep.
 constexpr std::size_t UsualDepth = 16;
 
 }  // namespace
@@ -63,7 +63,8 @@ void simpleXPath::start() {
 
 void simpleXPath::startElement(const char* name, attributes& attrs) {
   const std::string_view text = util::textOf(name);
-  // The element that closed last need not be a sibling. In the printer's flat lists it is one.
+  // The element that closed last need not be a sibling. In the printer's lists it is a sibling,
+  // because the entries contain no elements.
   const std::int32_t index = m_LastClosed.name == text ? m_LastClosed.index + 1 : 1;
   const std::size_t depth = m_Open.size();
   m_Open.push_back(index);
@@ -71,7 +72,8 @@ void simpleXPath::startElement(const char* name, attributes& attrs) {
   if (m_Stack.size() != depth || depth >= m_Path.size()) {
     return;
   }
-  // A list needs the elements at all positions: let the last step select the one of this element.
+  // A list needs the elements at all positions, so set the position in the last step to that of
+  // this element.
   nodeType& step = m_Path[depth];
   if (m_IsListing && depth + 1 == m_Path.size() && index <= LargestPosition) {
     step.index = index;
@@ -114,8 +116,8 @@ void simpleXPath::storeEntry(const nodeType& entry) {
   if (!place) {
     place = entry.text;
   }
-  // The list ends at its first empty entry. It is complete once all positions before that are
-  // known.
+  // The list ends at its first empty entry. It is complete when all entries before the empty entry
+  // are known.
   for (const std::optional<std::string>& known : m_Entries) {
     if (!known) {
       return;
@@ -160,7 +162,8 @@ simpleXPath::nodeType simpleXPath::parseNode(std::string_view step) {
   if (close == None) {
     return node;
   }
-  // A number from 1 to 9 is a position; anything else must be an attribute filter.
+  // A filter that is a number from 1 to 9 is a position. Any other filter must be an attribute
+  // filter.
   const std::string_view filter = step.substr(open + 1, close - open - 1);
   const int position = util::toInt(removeSpaces(filter));
   if (position >= 1 && position <= LargestPosition) {

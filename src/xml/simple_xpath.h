@@ -21,8 +21,8 @@
 ///     /response/MapElem/child[@name='status_code']/IntegerElem      by an attribute's value
 ///     /response/MapElem/child/ListElem/StringElem[2]                by a position from 1 to 9
 ///
-/// Each query parses the document again, up to the first match. The time is linear in the length of
-/// the document and of the path.
+/// Each query parses the document again, up to the first match. The time is about linear in the
+/// length of the document and of the path.
 class simpleXPath : public SimpleSAXHandler {
  public:
   /// Either one step of a path, or an open element of the document that matches its step.
@@ -48,11 +48,12 @@ class simpleXPath : public SimpleSAXHandler {
   /// no such element, it has no text, or the path has no step. Also returns an empty text if the
   /// document is malformed before that element; the parser has then printed its error line.
   std::string query(const std::string& path);
-  /// Does the same. A null pointer is an empty path.
+  /// Does the same for a C string. A null pointer is an empty path.
   std::string query(const char* path);
 
-  /// Returns the texts at the positions 1 to 9 of `path`, up to the first empty one. The result is
-  /// that of the queries `path` + "[1]" to "[9]", from a single parse.
+  /// Returns the texts at the positions 1 to 9 of `path`, up to the first empty text. The texts are
+  /// those that the queries for `path` + "[1]" to `path` + "[9]" return, but the document is parsed
+  /// only once.
   std::vector<std::string> queryList(const std::string& path);
 
   // --- The parser's callbacks ---------------------------------------------------------------
@@ -61,12 +62,15 @@ class simpleXPath : public SimpleSAXHandler {
 
   /// Clears the state of the previous path query.
   void start() override;
-  /// Opens an element. If the element that closed last, at any depth, has the same name, the new
-  /// position is one more than its position. Otherwise the position is 1.
+  /// Opens an element. If the element that closed last, at any depth, has the same name, the
+  /// position of the new element is one more than that element's position. Otherwise the position
+  /// is 1.
   void startElement(const char* name, attributes& attrs) override;
-  /// Closes the innermost element. If it is at the path, its text is the result.
+  /// Closes the innermost element. If the element is at the path, its text is the result of the
+  /// query.
   void endElement(const char* name) override;
-  /// Appends `text` to the text of the innermost element if that is at the path. Ignores `len`.
+  /// Appends `text` to the text of the innermost element if this element is at the path. Ignores
+  /// `len`.
   void characters(const char* text, unsigned int len) override;
   /// Does nothing.
   void end() override;
@@ -83,14 +87,15 @@ class simpleXPath : public SimpleSAXHandler {
   static nodeType parseNode(std::string_view step);
 
   /// Reads the filter "@name='value'" into `node`. A filter without "@" becomes `NoMatchFilter`.
-  /// Ignores a filter with another part missing.
+  /// Ignores a filter in which another part is missing.
   static void parseFilterAttr(std::string_view filter, nodeType& node);
 
   /// Returns `text` without the spaces at both ends. Other white space stays.
   static std::string_view removeSpaces(std::string_view text);
 
-  /// Returns true if the open elements, outermost first, match the steps of `path` one by one and
-  /// their counts are equal. Then sets `result` to the text of the innermost element.
+  /// Compares the open elements in `stack`, outermost first, with the steps of `path` one by one.
+  /// If all match and the counts are equal, sets `result` to the text of the innermost element and
+  /// returns true.
   static bool isFindMatch(const std::vector<nodeType>& path, const std::vector<nodeType>& stack,
                           std::string& result);
 
@@ -103,13 +108,13 @@ class simpleXPath : public SimpleSAXHandler {
   static bool passes(const nodeType& step, std::string_view name, std::int32_t index,
                      const attributes& attrs);
 
-  /// Parses the document and matches it with the steps of `path`.
+  /// Parses the document and compares its elements with the steps of `path`.
   void run(std::string_view path);
   /// Returns true if the innermost open element is at the path.
   bool isAtPath() const {
     return !m_Path.empty() && m_Stack.size() == m_Path.size() && m_Open.size() == m_Path.size();
   }
-  /// Stores the text of a list entry. Stops the parse if no later entry can change the list.
+  /// Stores the text of a list entry. Stops the parse if no later element can change the list.
   void storeEntry(const nodeType& entry);
 
   std::string m_Xml;
@@ -122,7 +127,7 @@ class simpleXPath : public SimpleSAXHandler {
   std::vector<nodeType> m_Stack;
   std::string m_Result;
   nodeType m_LastClosed;  ///< name and index of the element that closed last, at any depth
-  /// True during `queryList`: the last step then matches at each position.
+  /// True during `queryList`. The last step of the path then matches at each position.
   bool m_IsListing = false;
   /// The list's entries by position, the first one at index 0. An entry without a value was not
   /// found.

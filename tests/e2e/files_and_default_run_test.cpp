@@ -33,8 +33,9 @@ class WithFile : public testing::Test {
   TemporaryFolder m_Folder;
 };
 
-/// Makes zvkconfig run with a closed standard input. Use it with runs in real time, because
-/// faketime's library would open the free descriptor.
+/// Makes zvkconfig run with a closed standard input. Use this object only with runs in real time.
+/// In other runs faketime's library would open a file, which would get descriptor 0 instead of the
+/// device.
 class ClosedInput {
  public:
   ClosedInput() {
