@@ -38,7 +38,7 @@ void rejectSecrets(const std::vector<std::string>& words) {
 
 void rejectEmptyValues(const std::vector<std::string>& words) {
   for (const std::string& word : words) {
-    if (word.starts_with("--") && word.ends_with('=')) {
+    if (word.starts_with("--") && word.find('=') == word.size() - 1) {
       throw UsageError(util::formatted(tr("%s: expected a value"), withoutValue(word).c_str()));
     }
   }

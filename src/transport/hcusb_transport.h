@@ -51,7 +51,7 @@ class HCUSBTransport : public CommTransport {
 
   /// How the transport waits for bytes over usblp.
   enum class Waiting {
-    Polling,   ///< asks the device every millisecond, as the exchanges of zvkconfig do
+    Polling,  ///< asks the device every millisecond, as the exchanges of zvkconfig do
     /// Sleeps in one call until bytes arrive or the time is up. A signal ends the wait, but not a
     /// request that is written in part.
     Blocking,
