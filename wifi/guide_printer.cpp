@@ -2,6 +2,8 @@
 
 #include "wifi/guide_printer.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <vector>
 
@@ -77,9 +79,7 @@ std::optional<Printer> askForOneOf(const std::vector<Printer>& printers) {
     return printers.front();
   }
   std::vector<std::string> items;
-  for (const Printer& printer : printers) {
-    items.push_back(printerText(printer));
-  }
+  std::ranges::transform(printers, std::back_inserter(items), printerText);
   return printers[askForChoice(tr("Which printer?"), items, std::nullopt)];
 }
 
