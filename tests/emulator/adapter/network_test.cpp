@@ -6,8 +6,10 @@
 #include <string_view>
 #include <vector>
 
+#include "testing/authority.h"
 #include "testing/bytes.h"
 #include "testing/emulated_printer.h"
+#include "testing/object_store.h"
 #include "testing/packets.h"
 #include "testing/rows.h"
 
@@ -142,6 +144,17 @@ TEST(Networks, ContainTheAdapterFromTheStartIfItHasAnSsid) {
   EXPECT_EQ(printer.ask(QueryIp), NoAddress);
   printer.ask(store(home(2, Psk, "12345678")));
   EXPECT_EQ(printer.ask(QueryIp), packets::IpReply);
+}
+
+TEST(Networks, AcceptTheAdapterOnceItHasACaCertificate) {
+  Printer printer(InReach);
+  printer.ask(store(joined({home(3, Password, "12345678"), object("2A 17", {1})})));
+  EXPECT_EQ(printer.ask(QueryTrouble).back(), 4);
+  printer.ask(
+      support::callPackets(support::uploadCaText("ca.pem", support::Authority("CA").pem())));
+  EXPECT_EQ(printer.log.back(), "   in a network");
+  EXPECT_EQ(printer.ask(QueryIp), packets::IpReply);
+  EXPECT_EQ(printer.ask(QueryAuthStatus).back(), 2);
 }
 
 TEST(Networks, AreComparedWithRestoredSettings) {

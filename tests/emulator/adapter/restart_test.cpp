@@ -4,6 +4,7 @@
 
 #include "testing/bytes.h"
 #include "testing/emulated_printer.h"
+#include "testing/object_store.h"
 #include "testing/packets.h"
 
 // The adapter's restart after it has stored settings (--restart-after-store).
@@ -48,6 +49,13 @@ TEST(Restart, OccursOnlyAfterSettingsAreStored) {
   EXPECT_EQ(refusing.ask(packets::wrapped(StoreSsid)), packets::Refused);
   EXPECT_EQ(refusing.ask(StoreSsid), SettingsStored);
   EXPECT_EQ(refusing.ask(StoreSsid), Bytes());
+}
+
+TEST(Restart, DoesNotFollowAChangeOfCertificates) {
+  Printer printer({.restartAfterStore = 3s});
+  printer.ask(support::callPackets(support::generateText("n")));
+  EXPECT_NE(printer.adapter.certificates().findDevice("n"), nullptr);
+  EXPECT_EQ(printer.ask(QueryIp), packets::IpReply);
 }
 
 TEST(Restart, DropsLaterPacketsAndPartsOfPackets) {
