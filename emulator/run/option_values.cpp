@@ -44,13 +44,16 @@ std::pair<std::string, std::string> splitMethod(const std::string& text) {
 
 }  // namespace
 
-std::size_t parseNumber(std::string_view text, std::size_t largest, std::string_view unit) {
+std::size_t parseNumber(std::string_view text, std::size_t largest, std::string_view unit,
+                        std::size_t smallest) {
   const std::optional<std::size_t> number = toNumber(text, largest);
-  if (!number) {
+  if (!number || *number < smallest) {
     throw ValueError(std::string("a number")
                          .append(unit.empty() ? "" : " of ")
                          .append(unit)
-                         .append(" from 0 to ")
+                         .append(" from ")
+                         .append(std::to_string(smallest))
+                         .append(" to ")
                          .append(std::to_string(largest)));
   }
   return *number;
@@ -169,11 +172,7 @@ ObjectReply parseObjectStatus(const std::string& text) {
 }
 
 std::size_t parseAlternates(const std::string& text) {
-  const std::optional<std::size_t> count = toNumber(text, LargestAlternateCount);
-  if (!count || *count == 0) {
-    throw ValueError("a number from 1 to " + std::to_string(LargestAlternateCount));
-  }
-  return *count;
+  return parseNumber(text, LargestAlternateCount, {}, 1);
 }
 
 UsbFault parseUsbFault(UsbFault::Kind kind, const std::string& text) {

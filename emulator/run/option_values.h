@@ -22,9 +22,10 @@ inline constexpr std::size_t LargestDelay = 3600;
 /// The largest count of bytes in several USB transfers.
 inline constexpr std::size_t LargestUsbCount = 1'000'000'000;
 
-/// Parses a decimal number from 0 to `largest`. The error message contains `unit`, the name of the
-/// things that the number counts.
-std::size_t parseNumber(std::string_view text, std::size_t largest, std::string_view unit = {});
+/// Parses a decimal number from `smallest` to `largest`. The error message contains `unit`, the
+/// name of the things that the number counts.
+std::size_t parseNumber(std::string_view text, std::size_t largest, std::string_view unit = {},
+                        std::size_t smallest = 0);
 
 /// Parses a number of seconds, at most `LargestDelay`.
 std::chrono::seconds parseSeconds(std::string_view text);

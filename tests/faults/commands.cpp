@@ -25,14 +25,19 @@ constexpr LongestWait Configuration = {.pauses = 10, .writes = 2, .reads = 2};
 // seconds for a method call, 3 seconds for others. A packet whose first byte has arrived by then
 // takes at most three more reads.
 constexpr LongestWait TwoQueries = {.pauses = 10, .writes = 2, .reads = 6};
+// Seven attempts with a pause of 3 seconds, wrapped and bare. No query waits longer.
+constexpr LongestWait LongestQuery = {.pauses = 42, .writes = 14, .reads = 14};
 // Both lists of certificates (5 seconds each), the options, the network and the status. All of this
 // twice, wrapped and bare.
 constexpr LongestWait Authentication = {.pauses = 58, .writes = 10, .reads = 22};
 
 }  // namespace
 
-const std::vector<Command>& commands() {
-  static const std::vector<Command> all = {
+namespace {
+
+/// Commands with arguments, waits or inputs that the table of switches does not have.
+std::vector<Command> listedCommands() {
+  return {
       {{"Basic"}, {"-c", "--ssid=home", "--security=None", "{}"}, AcceptedOrNot, Configuration},
       {{"BasicFile"}, {"-c", "-file", "{options}", "{}"}, AcceptedOrNot, Configuration},
       {{"Prompt"},
@@ -63,7 +68,7 @@ const std::vector<Command>& commands() {
        Authentication},
       {{"AdvancedFile"}, {"-ca", "-file", "{advanced}", "{}"}, AcceptedOrNot, Configuration},
       {{"Ssid"}, {"-s", "{}"}, AcceptedOrNot, {.pauses = 28, .writes = 14, .reads = 14}},
-      {{"Ip"}, {"-ip", "{}"}, AcceptedOrNot, {.pauses = 42, .writes = 14, .reads = 14}},
+      {{"Ip"}, {"-ip", "{}"}, AcceptedOrNot, LongestQuery},
       {{"TroubleCode"}, {"-t", "{}"}, AcceptedOrNot, {.pauses = 16, .writes = 8, .reads = 8}},
       {{"Descriptor"}, {"-a", "{}"}, DoneOrNot, {.pauses = 50, .writes = 6, .reads = 6}},
       // The printer's authentication status is 3.
@@ -94,6 +99,34 @@ const std::vector<Command>& commands() {
       {{"Help"}, {"-h", "{}"}, Always, {}},
       {{"NoArguments"}, {}, Always, {}},
   };
+}
+
+/// Returns the test command of a query: the switch, the device, and the statuses in the table. The
+/// wait is the longest of all queries.
+Command queryCommand(const CommandRow& row) {
+  Command command{{row.mode.name.data()}, {std::string(row.mode.name), "{}"}, {}, LongestQuery};
+  ++command.name;  // the switch without its "-"
+  for (const ExitStatus& range : row.statuses) {
+    command.statuses.insert(command.statuses.end(), {range.lowest, range.highest});
+  }
+  return command;
+}
+
+}  // namespace
+
+const std::vector<Command>& commands() {
+  static const std::vector<Command> all = [] {
+    std::vector<Command> result = listedCommands();
+    for (const CommandRow& row : CommandTable) {
+      const bool isListed = std::ranges::any_of(result, [&row](const Command& command) {
+        return !command.arguments.empty() && command.arguments.front() == row.mode.name;
+      });
+      if (!isListed && row.mode.input == CommandMode::Input::DevicePath) {
+        result.push_back(queryCommand(row));
+      }
+    }
+    return result;
+  }();
   return all;
 }
 
@@ -112,7 +145,7 @@ const Command& command(const std::string& name) {
   return *found;
 }
 
-// The rows above are literals. They must match the program's table of switches completely.
+// The statuses in the rows above are literals. They must match the program's table of switches.
 TEST(Commands, CoverEachSwitchAndItsExitStatuses) {
   for (const CommandRow& row : CommandTable) {
     std::vector<int> statuses;
