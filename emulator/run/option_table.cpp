@@ -312,6 +312,13 @@ constexpr std::array UsbOptions = {
                [](Options& o, const std::string& value) {
                  o.usb.alternates = parseAlternates(value);
                }},
+    Option{.name = "--serial",
+           .valueName = "TEXT",
+           .help = "serial number (default: 0001)",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.usb.serial = parseSerial(value);
+               }},
     Option{.name = "--usb-stall",
            .valueName = "in|out[:BYTES]",
            .words = Directions,

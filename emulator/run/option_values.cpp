@@ -175,6 +175,17 @@ std::size_t parseAlternates(const std::string& text) {
   return parseNumber(text, LargestAlternateCount, {}, 1);
 }
 
+std::string parseSerial(const std::string& text) {
+  // ";" ends a key of the device ID.
+  const bool isValid =
+      std::ranges::all_of(text, [](char c) { return c > ' ' && c <= '~' && c != ';'; });
+  if (text.empty() || text.size() > LongestSerial || !isValid) {
+    throw ValueError("1 to " + std::to_string(LongestSerial) +
+                     " printable ASCII characters other than a blank and ;");
+  }
+  return text;
+}
+
 UsbFault parseUsbFault(UsbFault::Kind kind, const std::string& text) {
   const bool needsCount = kind == UsbFault::Kind::Unplug;
   const std::size_t colon = text.find(':');

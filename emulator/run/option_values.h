@@ -27,6 +27,10 @@ inline constexpr std::size_t LargestUsbCount = 1'000'000'000;
 std::size_t parseNumber(std::string_view text, std::size_t largest, std::string_view unit = {},
                         std::size_t smallest = 0);
 
+/// Parses a serial number: 1 to `LongestSerial` printable ASCII characters other than a blank and
+/// ";".
+std::string parseSerial(const std::string& text);
+
 /// Parses a number of seconds, at most `LargestDelay`.
 std::chrono::seconds parseSeconds(std::string_view text);
 

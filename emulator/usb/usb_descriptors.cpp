@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <string_view>
 
 #include "npa/packet.h"
@@ -30,14 +31,10 @@ constexpr std::array<Byte, LargestAlternateCount> Protocols = {ProtocolUnidirect
 constexpr Byte StringMaker = 1;
 constexpr Byte StringProduct = 2;
 constexpr Byte StringSerial = 3;
-/// The strings from index 1 on. Index 0 lists the languages.
-constexpr std::array<std::string_view, 3> Strings = {"Emulated", "Printer with wireless adapter",
-                                                     "0001"};
+constexpr std::string_view Maker = "Emulated";
+constexpr std::string_view Product = "Printer with wireless adapter";
 constexpr Byte NoString = 0;
 constexpr unsigned EnglishUs = 0x0409;
-
-constexpr std::string_view DeviceIdText =
-    "MFG:Emulated;CMD:NPA;MDL:Printer with wireless adapter;CLS:PRINTER;SN:0001;";
 
 constexpr Byte BulkTransfers = 2;
 // Attributes of the configuration. The power is in units of 2 mA.
@@ -102,14 +99,16 @@ npa::Bytes configuration(const UsbTraits& traits, Byte type, UsbSpeed speed) {
 }
 
 /// USB 2.0, table 9-15 and 9-16. Returns nothing for an unknown index.
-std::optional<npa::Bytes> stringDescriptor(Byte index) {
+std::optional<npa::Bytes> stringDescriptor(const UsbTraits& traits, Byte index) {
   if (index == 0) {
     return withLength({DescriptorString, npa::lowByte(EnglishUs), npa::highByte(EnglishUs)});
   }
-  if (index > Strings.size()) {
+  // The strings from index 1 on.
+  const std::array<std::string_view, StringSerial> strings = {Maker, Product, traits.serial};
+  if (index > strings.size()) {
     return std::nullopt;
   }
-  const std::string_view text = Strings[index - 1U];
+  const std::string_view text = strings.at(index - 1U);
   // The characters are UTF-16, low byte first. The texts are ASCII, so the high bytes are 0.
   npa::Bytes bytes = {static_cast<Byte>(2 + 2 * text.size()), DescriptorString};
   for (const char c : text) {
@@ -135,7 +134,7 @@ bool hasInEndpoint(const UsbTraits& traits, std::size_t alternate) {
 
 std::optional<npa::Bytes> usbDescriptor(const UsbTraits& traits, Byte type, Byte index) {
   if (type == DescriptorString) {
-    return stringDescriptor(index);
+    return stringDescriptor(traits, index);
   }
   if (index != 0) {
     return std::nullopt;
@@ -156,10 +155,13 @@ std::optional<npa::Bytes> usbDescriptor(const UsbTraits& traits, Byte type, Byte
   return std::nullopt;
 }
 
-npa::Bytes deviceId() {
-  const std::size_t size = 2 + DeviceIdText.size();
+npa::Bytes deviceId(const UsbTraits& traits) {
+  std::string text;
+  text.append("MFG:").append(Maker).append(";CMD:NPA;MDL:").append(Product);
+  text.append(";CLS:PRINTER;SN:").append(traits.serial).append(";");
+  const std::size_t size = 2 + text.size();
   npa::Bytes id = {npa::highByte(size), npa::lowByte(size)};
-  std::ranges::copy(DeviceIdText, std::back_inserter(id));
+  std::ranges::copy(text, std::back_inserter(id));
   return id;
 }
 

@@ -52,6 +52,6 @@ std::optional<npa::Bytes> usbDescriptor(const UsbTraits& traits, npa::Byte type,
 
 /// Returns the IEEE 1284 device ID: a length of two bytes, high byte first, and the text. The
 /// length includes its own two bytes.
-npa::Bytes deviceId();
+npa::Bytes deviceId(const UsbTraits& traits);
 
 }  // namespace emulator

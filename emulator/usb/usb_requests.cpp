@@ -156,7 +156,8 @@ std::optional<npa::Bytes> UsbDevice::setHalt(const UsbSetup& setup) {
 // The high byte of the index is the interface, its low byte the alternate setting. The value is the
 // index of the configuration, counted from 0.
 std::optional<npa::Bytes> UsbDevice::getDeviceId(const UsbSetup& setup) {
-  return setup.value == 0 && hasAlternate(setup.index) ? std::optional(deviceId()) : std::nullopt;
+  return setup.value == 0 && hasAlternate(setup.index) ? std::optional(deviceId(m_Traits))
+                                                       : std::nullopt;
 }
 
 std::optional<npa::Bytes> UsbDevice::getPortStatus(const UsbSetup& setup) {

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace emulator {
@@ -28,6 +29,7 @@ struct UsbFault {
 };
 
 inline constexpr std::size_t LargestAlternateCount = 4;
+inline constexpr std::size_t LongestSerial = 64;
 
 /// The properties and faults of an emulated printer as a USB device:
 ///
@@ -44,6 +46,8 @@ struct UsbTraits {
   /// The time from an `Unplug` fault until the printer is plugged in again. If this is empty, the
   /// printer stays unplugged.
   std::optional<std::chrono::seconds> replugAfter{};
+  /// The serial number, at most `LongestSerial` printable ASCII characters other than ";".
+  std::string serial = "0001";
 };
 
 }  // namespace emulator

@@ -173,7 +173,8 @@ TEST(ParseOptions, AcceptsEveryOptionOfUsb) {
   const Options options =
       parseOptions({"usb", "--port=65535", "--speed=full", "--alternates=4", "--usb-stall=in",
                     "--usb-protocol-error=out:5", "--usb-hold", "in:1000000000", "--usb-slow=64",
-                    "--usb-unplug-after=out:0", "--usb-replug-after=7", "--silent", "--", "true"});
+                    "--usb-unplug-after=out:0", "--usb-replug-after=7", "--serial=X-1", "--silent",
+                    "--", "true"});
   EXPECT_FALSE(options.attach);
   EXPECT_EQ(options.port, 65535);
   EXPECT_EQ(options.command, Words{"true"});
@@ -183,6 +184,7 @@ TEST(ParseOptions, AcceptsEveryOptionOfUsb) {
   EXPECT_EQ(usb.alternates, 4U);
   EXPECT_EQ(usb.outBytesPerSecond, 64U);
   EXPECT_EQ(usb.replugAfter, std::chrono::seconds(7));
+  EXPECT_EQ(usb.serial, "X-1");
   const std::vector<emulator::UsbFault> expected = {{Kind::Stall, UsbDirection::In, 0},
                                                     {Kind::ProtocolError, UsbDirection::Out, 5},
                                                     {Kind::Hold, UsbDirection::In, 1'000'000'000},
@@ -284,6 +286,9 @@ INSTANTIATE_TEST_SUITE_P(
         mistake("UnknownSpeed", "--speed=low", "--speed: expected full or high, got 'low'"),
         mistake("NoAlternate", "--alternates=0",
                 "--alternates: expected a number from 1 to 4, got '0'"),
+        mistake("SerialWithASemicolon", "--serial=X;Y",
+                "--serial: expected 1 to 64 printable ASCII characters other than a blank and ;, "
+                "got 'X;Y'"),
         mistake("TooManyAlternates", "--alternates=5",
                 "--alternates: expected a number from 1 to 4, got '5'"),
         mistake("NoDirection", "--usb-stall=5",

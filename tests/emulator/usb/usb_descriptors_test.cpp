@@ -85,7 +85,14 @@ TEST(UsbDescriptor, IsAbsentIfTheDeviceHasNone) {
 TEST(DeviceId, BeginsWithItsLength) {
   const std::string expected =
       "MFG:Emulated;CMD:NPA;MDL:Printer with wireless adapter;CLS:PRINTER;SN:0001;";
-  EXPECT_EQ(emulator::deviceId(), support::joined({bytes("00 4D"), support::textBytes(expected)}));
+  EXPECT_EQ(emulator::deviceId({}),
+            support::joined({bytes("00 4D"), support::textBytes(expected)}));
+}
+
+TEST(DeviceId, ContainsTheSerialNumber) {
+  const Bytes id = emulator::deviceId({.serial = "X-1"});
+  EXPECT_TRUE(std::string(id.begin(), id.end()).ends_with(";SN:X-1;"));
+  EXPECT_EQ(usbDescriptor({.serial = "X-1"}, 3, 3), bytes("08 03 58 00 2D 00 31 00"));
 }
 
 }  // namespace

@@ -83,8 +83,8 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     PrinterClass, UsbRequest,
     testing::Values(
-        RequestRow{{"DeviceId"}, {0xA1, 0, 0, 0x0000, 1023}, emulator::deviceId()},
-        RequestRow{{"DeviceIdOfAnAlternate"}, {0xA1, 0, 0, 0x0001, 1023}, emulator::deviceId()},
+        RequestRow{{"DeviceId"}, {0xA1, 0, 0, 0x0000, 1023}, emulator::deviceId({})},
+        RequestRow{{"DeviceIdOfAnAlternate"}, {0xA1, 0, 0, 0x0001, 1023}, emulator::deviceId({})},
         RequestRow{{"LengthOfTheDeviceId"}, {0xA1, 0, 0, 0, 2}, bytes("00 4D")},
         RequestRow{{"DeviceIdOfAMissingAlternate"}, {0xA1, 0, 0, 0x0002, 1023}, Stall},
         RequestRow{{"DeviceIdOfAnotherInterface"}, {0xA1, 0, 0, 0x0100, 1023}, Stall},
