@@ -1,8 +1,9 @@
 // Measures what each command costs beyond the waits that the printer's protocol requires.
 //
-// The waits are known to the millisecond: pauses of whole seconds, and reads that end after 5 s
-// without a byte, counted in whole seconds of the clock. So the earliest end of a command can be
-// computed from its start. The time after this earliest end is the cost of the program.
+// The waits are known exactly. A pause lasts whole seconds. A read without data ends when the
+// clock's second has advanced by 5, so it lasts between 4 s and 5 s. So the earliest end of a
+// command can be computed from its start. The time after this earliest end is the cost of the
+// program.
 //
 // Usage, with the emulated printer: zvkprinter run -- command_overhead ZVKCONFIG {}
 
@@ -75,8 +76,8 @@ double nowInSeconds() {
   return Seconds(Clock::now().time_since_epoch()).count();
 }
 
-/// Sleeps until 0.3 s after the start of a second. Otherwise a new second could start between two
-/// waits of a command and make the second wait longer.
+/// Sleeps until 0.3 s after the start of a second. Otherwise the clock's next second could start
+/// between two waits of a command. The later wait would then last up to 1 s longer.
 void alignToSecond() {
   constexpr double offset = 0.3;
   const double fraction = nowInSeconds() - std::floor(nowInSeconds());

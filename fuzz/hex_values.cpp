@@ -1,5 +1,5 @@
-// The input is a hex text to convert to bytes. The validity, the size and the bytes must equal
-// those that a simple model finds.
+// The input is a text that `getHexValues` converts from hex to bytes. It need not be valid hex. The
+// validity, the size and the bytes must equal those that a simple model finds.
 
 #include <algorithm>
 #include <memory>

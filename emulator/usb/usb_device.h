@@ -30,8 +30,8 @@ class UsbDevice {
   using Clock = Adapter::Clock;
 
   /// How long the printer stays on the bus before the adapter's restart. A program may read the
-  /// reply 5 s after its request. After the printer has been unplugged, the kernel's driver no
-  /// longer returns it.
+  /// reply 5 s after its request. The restart unplugs the printer, and after that usblp no longer
+  /// returns the reply.
   static constexpr std::chrono::seconds TimeBeforeRestart{6};
 
   /// The adapter and the log must outlive the device. `now` returns the time.

@@ -207,7 +207,9 @@ TEST(ParseParm, UsesTheLastArgumentWithoutAMinusAsTheDevice) {
 }
 
 TEST(ParseParm, SetsEverySettingWhoseKeyAnArgumentContains) {
-  // Each value starts where its own key would end at the start of the text.
+  // The parser finds a key anywhere in the argument, but removes the key's length from the start of
+  // the
+  // argument. The rest is the value.
   const configDetails details = settings({"--ssid=a--psk=b"});
   EXPECT_EQ(details.getSSID(), "a--psk=b");
   EXPECT_EQ(details.getPSK(), "=a--psk=b");

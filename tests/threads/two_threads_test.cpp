@@ -149,7 +149,7 @@ class LoopbackDevice {
     m_Echo = std::jthread([this] { sendBack(); });
   }
   ~LoopbackDevice() {
-    // The read at the other end fails once the device is closed everywhere.
+    // The read on the master fails when no descriptor of the slave is open. The thread then ends.
     m_Slave.reset();
     m_Echo.join();
   }

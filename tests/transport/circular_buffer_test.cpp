@@ -166,7 +166,8 @@ class CircularBufferLock : public testing::TestWithParam<Operation> {};
 
 }  // namespace
 
-// An operation that another one calls fails to lock again, and the outer operation unlocks.
+// If an operation calls another operation, the inner attempt to lock the mutex fails. Only the
+// outer operation unlocks the mutex.
 TEST_P(CircularBufferLock, IsHeldDuringTheWholeOuterOperation) {
   CircularBuffer buffer(4);
   store(buffer, bytes("01 02"));
