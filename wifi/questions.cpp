@@ -32,11 +32,11 @@ std::string readAnswer() {
   std::string answer;
   for (;;) {
     char c = 0;
-    const ssize_t count = ::read(STDIN_FILENO, &c, 1);
-    if (Interruption::signal() != 0) {
+    if (!Interruption::waitForInput(STDIN_FILENO)) {
       write("\n");
       throw Interrupted();
     }
+    const ssize_t count = ::read(STDIN_FILENO, &c, 1);
     if (count < 0 && errno == EINTR) {
       continue;
     }

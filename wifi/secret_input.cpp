@@ -33,10 +33,10 @@ session::Secret readLine(int descriptor, const std::string& name) {
   std::size_t size = 0;
   for (;;) {
     char c = 0;
-    const ssize_t count = ::read(descriptor, &c, 1);
-    if (Interruption::signal() != 0) {
+    if (!Interruption::waitForInput(descriptor)) {
       throw Interrupted();
     }
+    const ssize_t count = ::read(descriptor, &c, 1);
     if (count < 0 && errno == EINTR) {
       continue;
     }

@@ -1,6 +1,9 @@
 #include "wifi/signals.h"
 
+#include <cerrno>
 #include <cstddef>
+#include <ctime>
+#include <poll.h>
 
 namespace wifi {
 
@@ -17,7 +20,6 @@ extern "C" void noteSignal(int signal) {
 }  // namespace
 
 Interruption::Interruption() {
-  arrived = 0;
   struct sigaction action {};
   action.sa_handler = noteSignal;
   // Without SA_RESTART: the signal ends a pause or a read.
@@ -28,6 +30,11 @@ Interruption::Interruption() {
 }
 
 Interruption::~Interruption() {
+  // A second signal, for example one that a wrapper passes on, must not end the program before it
+  // has said what was stored.
+  if (arrived != 0) {
+    return;
+  }
   for (std::size_t i = 0; i < Signals.size(); ++i) {
     ::sigaction(Signals[i], &m_Previous[i], nullptr);
   }
@@ -35,6 +42,23 @@ Interruption::~Interruption() {
 
 int Interruption::signal() {
   return arrived;
+}
+
+bool Interruption::waitForInput(int descriptor) {
+  sigset_t blocked;
+  ::sigemptyset(&blocked);
+  for (const int number : Signals) {
+    ::sigaddset(&blocked, number);
+  }
+  sigset_t original;
+  ::sigprocmask(SIG_BLOCK, &blocked, &original);
+  pollfd input = {.fd = descriptor, .events = POLLIN, .revents = 0};
+  // The signals are blocked until ppoll waits: none can arrive unnoticed before that.
+  int ready = 0;
+  while (arrived == 0 && (ready = ::ppoll(&input, 1, nullptr, &original)) < 0 && errno == EINTR) {
+  }
+  ::sigprocmask(SIG_SETMASK, &original, nullptr);
+  return arrived == 0;
 }
 
 }  // namespace wifi
