@@ -1,9 +1,9 @@
 // Measures what each command costs beyond the waits that the printer's protocol requires.
 //
-// The waits are known exactly. A pause lasts whole seconds. A read without data ends when the
-// clock's second has advanced by 5, so it lasts between 4 s and 5 s. So the earliest end of a
-// command can be computed from its start. The time after this earliest end is the cost of the
-// program.
+// The waits are known exactly. A pause lasts whole seconds. A read without data compares clock
+// values in whole seconds and ends when they differ by 5. It lasts between 4 s and 5 s. So the
+// earliest end of a command can be computed from its start. The time after this earliest end is the
+// cost of the program.
 //
 // Usage, with the emulated printer: zvkprinter run -- command_overhead ZVKCONFIG {}
 

@@ -105,7 +105,8 @@ const Operation Operations[] = {
     {'c', [](const Work& work) { return list(work, &CertMgr::getCACommonNameList); }, -1, 0, 1},
 };
 
-/// Returns the operation of a letter, or the first one for any other line.
+/// Returns the operation whose letter is the first character of `line`, or the first operation if
+/// there is none.
 const Operation& operationOf(const std::string& line) {
   const auto* const found =
       std::ranges::find(Operations, line.empty() ? '\0' : line.front(), &Operation::letter);

@@ -53,8 +53,8 @@ struct Outcome {
   bool operator==(const Outcome&) const = default;
 };
 
-/// Returns the text in the reply that follows the repeated request and two more bytes, up to a zero
-/// byte.
+/// Returns the SSID in `reply`. It follows the copy of the request and the size field of two bytes,
+/// and ends before the first zero byte.
 std::string ssidIn(const Bytes& reply) {
   const std::string text(reply.begin() + static_cast<std::ptrdiff_t>(Request.size() + 2),
                          reply.end());

@@ -18,7 +18,8 @@ constexpr std::size_t LongestSsid = 32;
 /// nmcli writes it for a byte that is not UTF-8. The name's real bytes are then unknown.
 constexpr std::string_view ReplacementCharacter = "\xEF\xBF\xBD";
 
-/// Removes the text before `end` from `text` and returns it.
+/// Removes the text up to and including the first `end` from `text`, or the whole text if there is
+/// no `end`. Returns the removed text without `end`.
 std::string_view takeUntil(std::string_view& text, char end) {
   const std::string_view taken = text.substr(0, text.find(end));
   text.remove_prefix(std::min(taken.size() + 1, text.size()));

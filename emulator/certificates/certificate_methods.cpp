@@ -47,9 +47,10 @@ const std::string& checkedName(const std::string& name) {
   return name;
 }
 
-/// Returns the certificate in the uploaded file of a call. The parameters called `sizeName` and
-/// `fileName` have the file's size and content. Throws `CallError` if the size is wrong or the
-/// content is not a certificate.
+/// Returns the certificate in the uploaded file of a call. `sizeName` is the name of the parameter
+/// that holds the file's size. `fileName` is the name of the parameter that holds the file's
+/// content in Base64. Throws `CallError` if the content is not Base64, if the size is wrong, or if
+/// the file is not a certificate.
 X509Certificate uploadedCertificate(const MethodCall& call, std::string_view sizeName,
                                     std::string_view fileName) {
   const std::optional<std::string> content = fromBase64(valueOf(call, fileName));

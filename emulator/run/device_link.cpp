@@ -18,8 +18,8 @@ constexpr const char* PrinterFolder = "/dev/usb";
 constexpr int LargestNumber = 16;
 constexpr int LargestTries = 100;
 
-/// Removes the folder if it is empty. The system has this folder only while a printer is attached,
-/// so an emulated printer has created an empty folder.
+/// Removes the folder if it is empty. The kernel creates this folder only while a printer is
+/// attached. So if the folder is empty, an emulated printer created it.
 void removeEmptyFolder() {
   ::rmdir(PrinterFolder);
 }

@@ -258,7 +258,7 @@ TEST(PrivateFile, BelongsToTheUser) {
   EXPECT_FALSE(session::isPrivateFile(S_IFREG | 0604, 1000, 1000, nullptr));
   EXPECT_FALSE(session::isPrivateFile(S_IFREG | 0600, 1001, 1000, nullptr));
   EXPECT_FALSE(session::isPrivateFile(S_IFREG | 0600, 0, 1000, nullptr));
-  // The environment has no effect on ordinary users.
+  // SUDO_UID, the last argument, is ignored unless the user is root.
   EXPECT_FALSE(session::isPrivateFile(S_IFREG | 0600, 1001, 1000, "1001"));
 }
 

@@ -60,8 +60,8 @@ TEST_F(ArgumentFile, UsesTheLastOfTwoValues) {
 
 TEST_F(ArgumentFile, HasCommentsOnlyAtTheStartOfALine) {
   parse(" #--ssid=a\n#--channel=3\n");
-  // The key starts at the third character. The value still starts where the key would end at the
-  // start of the line.
+  // The key starts at offset 2, but the parser still removes the first 7 characters of the line,
+  // the length of `--ssid=`. The rest is the value.
   EXPECT_EQ(settings.getSSID(), "d=a");
   EXPECT_EQ(settings.getChannel(), "6");
 }
@@ -81,8 +81,9 @@ TEST_F(ArgumentFile, MayHaveAnOptionAtTheStartOfASecondPiece) {
   EXPECT_EQ(settings.getSSID(), "x");
 }
 
-TEST_F(ArgumentFile, LosesAValueAfterThePieceWithTheKey) {
-  // The first piece ends with the key. The value in the second piece is lost.
+TEST_F(ArgumentFile, IgnoresAnOptionWhoseKeyIsSplit) {
+  // The first piece ends inside the key, after `--ssid`. No piece contains the whole key `--ssid=`,
+  // so the option is ignored.
   parse(std::string(249, ' ') + "--ssid=x\n");
   EXPECT_EQ(settings.getSSID(), "");
 }

@@ -207,9 +207,8 @@ TEST(ParseParm, UsesTheLastArgumentWithoutAMinusAsTheDevice) {
 }
 
 TEST(ParseParm, SetsEverySettingWhoseKeyAnArgumentContains) {
-  // The parser finds a key anywhere in the argument, but removes the key's length from the start of
-  // the
-  // argument. The rest is the value.
+  // The parser finds a key anywhere in the argument, but always removes the first n characters,
+  // where n is the length of the key. The rest is the value.
   const configDetails details = settings({"--ssid=a--psk=b"});
   EXPECT_EQ(details.getSSID(), "a--psk=b");
   EXPECT_EQ(details.getPSK(), "=a--psk=b");
