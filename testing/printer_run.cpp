@@ -52,13 +52,16 @@ Words commandOf(const Words& options, const char* program, const Words& argument
   return joined(command, supervised(joined({program}, arguments)));
 }
 
-PrinterRun run(const Words& prefix, const Words& options, const char* program,
-               const Words& arguments, std::string_view input) {
+enum class Clock { Real, Faster };
+
+PrinterRun run(Clock clock, const Words& options, const char* program, const Words& arguments,
+               std::string_view input) {
   const TemporaryFolder folder;
   const std::string log = folder.path("log");
   const Words logging = joined({"--show-secrets", "--log=" + log}, options);
+  const Words command = commandOf(logging, program, arguments);
   const ProcessResult result =
-      runProcess(joined(prefix, commandOf(logging, program, arguments)), input);
+      runProcess(clock == Clock::Real ? command : withFasterClock(command), input);
   // If zvkprinter fails, its lines have the reason.
   PrinterRun outcome{result.status,
                      result.out,
@@ -83,21 +86,25 @@ Words printerCommand(const Words& options, const Words& arguments, const char* p
   return commandOf(options, program == nullptr ? ZVKCONFIG : program, arguments);
 }
 
+Words withFasterClock(const Words& command, int factor) {
+  return joined({FASTER_CLOCK, std::to_string(factor)}, command);
+}
+
 Words supervised(const Words& command) {
   const char* const supervisor = std::getenv("ZVK_RUN_UNDER");
   return joined(splitWords(supervisor == nullptr ? "" : supervisor), command);
 }
 
 PrinterRun runWithPrinter(Words options, Words arguments, std::string_view input) {
-  return run({"faketime", "-f", "+0 x10"}, options, ZVKCONFIG, arguments, input);
+  return run(Clock::Faster, options, ZVKCONFIG, arguments, input);
 }
 
 PrinterRun runWifiWithPrinter(Words options, Words arguments, std::string_view input) {
-  return run({"faketime", "-f", "+0 x10"}, options, ZVKWIFI, arguments, input);
+  return run(Clock::Faster, options, ZVKWIFI, arguments, input);
 }
 
 PrinterRun runWithPrinterInRealTime(Words options, Words arguments) {
-  return run({}, options, ZVKCONFIG, arguments, {});
+  return run(Clock::Real, options, ZVKCONFIG, arguments, {});
 }
 
 std::string lines(const Words& texts) {

@@ -43,6 +43,9 @@ std::vector<std::string> printerCommand(const std::vector<std::string>& options,
                                         const std::vector<std::string>& arguments,
                                         const char* program = nullptr);
 
+/// Returns a command line that runs `command` with a clock that is `factor` times as fast.
+std::vector<std::string> withFasterClock(const std::vector<std::string>& command, int factor = 10);
+
 /// Returns a program's command line, preceded by the command in ZVK_RUN_UNDER.
 std::vector<std::string> supervised(const std::vector<std::string>& command);
 

@@ -86,11 +86,9 @@ TEST(PasswordPrompt, DoesNotEchoThePassword) {
 TEST(PasswordPrompt, ReadsTheTerminalAgainAfterAnEndOfInput) {
   const support::TemporaryFolder folder;
   const std::string log = folder.path("log");
-  std::vector<std::string> command = {"faketime", "-f", "+0 x10"};
-  const auto run = support::printerCommand({"--refuse-wrapped", "--show-secrets", "--log=" + log},
-                                           {"-c", "--security=WPA", "--ssid=x", "{}"});
-  command.insert(command.end(), run.begin(), run.end());
-  TerminalProcess program(command);
+  TerminalProcess program(support::withFasterClock(
+      support::printerCommand({"--refuse-wrapped", "--show-secrets", "--log=" + log},
+                              {"-c", "--security=WPA", "--ssid=x", "{}"})));
   ASSERT_TRUE(program.waitFor("Please provide the password:"));
   ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
   const std::string endOfInput = "\x04";

@@ -72,10 +72,7 @@ bool memoryHolds(pid_t process, std::string_view text) {
 std::vector<std::string> commandLine(const std::vector<std::string>& options,
                                      const std::vector<std::string>& arguments,
                                      const char* program = ZVKCONFIG) {
-  std::vector<std::string> command = {"faketime", "-f", "+0 x2"};
-  const auto run = support::printerCommand(options, arguments, program);
-  command.insert(command.end(), run.begin(), run.end());
-  return command;
+  return support::withFasterClock(support::printerCommand(options, arguments, program), 2);
 }
 
 class PasswordInMemory : public testing::TestWithParam<std::string> {};

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "testing/files.h"
+#include "testing/printer_run.h"
 #include "testing/process.h"
 
 // zvkwifi without a command, on a terminal, with the emulated printer and a script in place of
@@ -62,11 +63,12 @@ class Dialogue {
       command.insert(command.end(), words.begin(), words.end());
     };
     add(variables);
-    add({"faketime", "-f", "+0 x10", ZVKPRINTER, "run", "--show-secrets", "--ssid=old",
-         "--log=" + m_Folder.path("log")});
-    add(options);
-    add({"--"});
-    add(program);
+    Words printer = {ZVKPRINTER, "run", "--show-secrets", "--ssid=old",
+                     "--log=" + m_Folder.path("log")};
+    printer.insert(printer.end(), options.begin(), options.end());
+    printer.push_back("--");
+    printer.insert(printer.end(), program.begin(), program.end());
+    add(support::withFasterClock(printer));
     m_Terminal.emplace(command);
   }
 

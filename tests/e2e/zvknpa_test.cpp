@@ -30,11 +30,8 @@ ProcessResult zvknpa(const Words& arguments, std::string_view input = {}) {
 
 /// Returns the standard error of a run: the logs of both programs.
 std::string bothLogs(const Words& options, const Words& arguments) {
-  Words command = {"faketime", "-f", "+0 x10"};
-  for (const std::string& word : support::printerCommand(options, arguments)) {
-    command.push_back(word);
-  }
-  const ProcessResult result = runProcess(command);
+  const ProcessResult result =
+      runProcess(support::withFasterClock(support::printerCommand(options, arguments)));
   EXPECT_NE(result.status, 125) << result.err;
   return result.err;
 }
@@ -111,9 +108,8 @@ TEST(Zvknpa, DecodesTheBytesOfTheDefaultRun) {
 
 /// Standard output and standard error are mixed, as on a terminal.
 TEST(Zvknpa, DecodesTheDefaultRunWithItsProgress) {
-  const ProcessResult result =
-      runProcess({"faketime", "-f", "+0 x10", ZVKPRINTER, "run", "--log=/dev/null", "--", "sh",
-                  "-c", "exec " ZVKCONFIG " -x {} 2>&1"});
+  const ProcessResult result = runProcess(support::withFasterClock(
+      {ZVKPRINTER, "run", "--log=/dev/null", "--", "sh", "-c", "exec " ZVKCONFIG " -x {} 2>&1"}));
   ASSERT_NE(result.out.find(" 0 6 Configuring the printer....\n"), std::string::npos)
       << result.out << result.err;
   EXPECT_EQ(wordsOf(result.out),

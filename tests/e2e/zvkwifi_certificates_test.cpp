@@ -145,10 +145,7 @@ TEST_F(WifiCertificates, AreReplacedAfterAYesOnATerminal) {
       std::string(ZVKWIFI) + " cert install-ca --quiet --file=" + path("ca.pem") + " {}";
   // script(1) has a terminal for the command and types its standard input there.
   const auto answered = [&](const std::string& answer) {
-    const Words command = {"faketime",
-                           "-f",
-                           "+0 x10",
-                           ZVKPRINTER,
+    const Words command = {ZVKPRINTER,
                            "run",
                            "--state=" + path("printer"),
                            "--log=" + path("log"),
@@ -156,7 +153,7 @@ TEST_F(WifiCertificates, AreReplacedAfterAYesOnATerminal) {
                            "sh",
                            "-c",
                            "script -qec \"" + install + "\" /dev/null"};
-    return runProcess(command, answer);
+    return runProcess(support::withFasterClock(command), answer);
   };
   EXPECT_EQ(run({"cert", "install-ca", "--file=" + path("ca.pem")}).status, 0);
   const auto no = answered("\n");
