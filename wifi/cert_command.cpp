@@ -5,15 +5,13 @@
 #include <unistd.h>
 
 #include "util/format.h"
+#include "wifi/command_run.h"
 #include "wifi/console.h"
 #include "wifi/printer_command.h"
-#include "wifi/progress.h"
 #include "wifi/questions.h"
 #include "wifi/results.h"
 #include "wifi/secret_input.h"
 #include "wifi/shown_text.h"
-#include "wifi/signals.h"
-#include "wifi/trace.h"
 #include "wifi/translation.h"
 
 namespace wifi {
@@ -41,16 +39,9 @@ bool askToReplace(const std::string& name) {
 
 int runOnCertificates(const Arguments& arguments, const CertCommand& command) {
   const session::Printer printer = choosePrinter(arguments);
-  const Interruption interruption;
-  Trace trace(arguments.traceFile, arguments.verbose);
-  Progress progress(arguments.quiet || arguments.verbose);
-  session::Certificates certificates(
-      printer, {.onStep = [&](session::Step step) { progress.show(step); },
-                .onTransfer = [&](auto direction, auto bytes) { trace.transfer(direction, bytes); },
-                .isInterrupted =
-                    [] {
-                      return Interruption::signal() != 0;
-                    }});
+  CommandRun run(arguments);
+  Progress& progress = run.progress();
+  session::Certificates certificates(printer, run.hooks());
   const session::CertificateReport report = command.run(certificates, [&](const std::string& name) {
     progress.clear();
     return arguments.cert.replace || askToReplace(name);

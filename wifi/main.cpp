@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <clocale>
 #include <cstdio>
 #include <exception>
@@ -32,37 +34,35 @@ class NoOutput : public util::Output {
   void diagnostic(std::string_view /*text*/) override {}
 };
 
+int printText(const Arguments& arguments) {
+  wifi::print(arguments.text);
+  return wifi::StatusDone;
+}
+
+/// One row for each command: the function that runs it.
+struct CommandFunction {
+  Arguments::Command command;
+  int (*run)(const Arguments& arguments);
+};
+
+constexpr auto CommandFunctions = std::to_array<CommandFunction>({
+    {Arguments::Command::Guide, wifi::guideCommand},
+    {Arguments::Command::Help, printText},
+    {Arguments::Command::List, wifi::listCommand},
+    {Arguments::Command::Status, wifi::statusCommand},
+    {Arguments::Command::Set, wifi::setCommand},
+    {Arguments::Command::Reset, wifi::resetCommand},
+    {Arguments::Command::CertList, wifi::certListCommand},
+    {Arguments::Command::CertRequest, wifi::certRequestCommand},
+    {Arguments::Command::CertInstallCa, wifi::certInstallCaCommand},
+    {Arguments::Command::CertInstall, wifi::certInstallCommand},
+    {Arguments::Command::CertDelete, wifi::certDeleteCommand},
+    {Arguments::Command::CertDeleteCa, wifi::certDeleteCaCommand},
+});
+
 int run(const Arguments& arguments) {
-  switch (arguments.command) {
-    case Arguments::Command::Help:
-      wifi::print(arguments.text);
-      return wifi::StatusDone;
-    case Arguments::Command::Guide:
-      return wifi::guideCommand(arguments);
-    case Arguments::Command::List:
-      return wifi::listCommand(arguments);
-    case Arguments::Command::Status:
-      return wifi::statusCommand(arguments);
-    case Arguments::Command::Set:
-      return wifi::setCommand(arguments);
-    case Arguments::Command::Reset:
-      return wifi::resetCommand(arguments);
-    case Arguments::Command::CertList:
-      return wifi::certListCommand(arguments);
-    case Arguments::Command::CertRequest:
-      return wifi::certRequestCommand(arguments);
-    case Arguments::Command::CertInstallCa:
-      return wifi::certInstallCaCommand(arguments);
-    case Arguments::Command::CertInstall:
-      return wifi::certInstallCommand(arguments);
-    case Arguments::Command::CertDelete:
-      return wifi::certDeleteCommand(arguments);
-    case Arguments::Command::CertDeleteCa:
-      return wifi::certDeleteCaCommand(arguments);
-    default:
-      break;
-  }
-  throw wifi::UsageError(tr("expected a command; see zvkwifi --help"));
+  return std::ranges::find(CommandFunctions, arguments.command, &CommandFunction::command)
+      ->run(arguments);
 }
 
 /// Prints an error in the form that the command line asks for. Returns `status`.

@@ -4,14 +4,12 @@
 
 #include "session/discovery.h"
 #include "util/format.h"
+#include "wifi/command_run.h"
 #include "wifi/commands.h"
 #include "wifi/console.h"
-#include "wifi/progress.h"
 #include "wifi/results.h"
 #include "wifi/shown_text.h"
-#include "wifi/signals.h"
 #include "wifi/text_report.h"
-#include "wifi/trace.h"
 #include "wifi/translation.h"
 
 namespace wifi {
@@ -64,19 +62,11 @@ session::Printer choosePrinter(const Arguments& arguments) {
 
 int runOnPrinter(const Arguments& arguments, const PrinterCommand& command) {
   const session::Printer printer = choosePrinter(arguments);
-  const Interruption interruption;
-  Trace trace(arguments.traceFile, arguments.verbose);
-  Progress progress(arguments.quiet || arguments.verbose);
-  session::Session session(
-      printer, {.onStep = [&](session::Step step) { progress.show(step); },
-                .onTransfer = [&](auto direction, auto bytes) { trace.transfer(direction, bytes); },
-                .isInterrupted =
-                    [] {
-                      return Interruption::signal() != 0;
-                    }});
+  CommandRun run(arguments);
+  session::Session session(printer, run.hooks());
   const session::Report report = command.run(session);
-  progress.clear();
-  printReport(arguments, command, report, progress.seconds());
+  run.progress().clear();
+  printReport(arguments, command, report, run.progress().seconds());
   const int signal = report.result == session::Result::Interrupted ? Interruption::signal() : 0;
   return exitStatusOf({&report, 1}, arguments.waitSeconds > 0, signal);
 }

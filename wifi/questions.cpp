@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <string_view>
 #include <unistd.h>
 
+#include "session/texts.h"
 #include "util/format.h"
 #include "wifi/secret_input.h"
 #include "wifi/shown_text.h"
@@ -58,13 +58,6 @@ std::string trimmed(const std::string& text) {
   const std::size_t start = text.find_first_not_of(blanks);
   return start == std::string::npos ? std::string()
                                     : text.substr(start, text.find_last_not_of(blanks) + 1 - start);
-}
-
-std::string lowerCase(std::string text) {
-  std::ranges::transform(text, text.begin(), [](unsigned char c) {
-    return c < 0x80 ? static_cast<char>(std::tolower(c)) : static_cast<char>(c);
-  });
-  return text;
 }
 
 /// Returns the number that is the whole text, or nothing.
@@ -117,7 +110,7 @@ std::size_t askForChoice(const std::string& question, std::span<const std::strin
 bool askForConsent(const std::string& question) {
   bool consent = false;
   ask(question, [&](const std::string& answer) {
-    const std::string word = lowerCase(trimmed(answer));
+    const std::string word = session::lowerCase(trimmed(answer));
     // TRANSLATORS: the answers to "Send now? [y/N]", in lower case. The English ones count too.
     const auto yes = std::to_array<std::string_view>({"y", "yes", tr("y"), tr("yes")});
     const auto no = std::to_array<std::string_view>({"", "n", "no", tr("n"), tr("no")});

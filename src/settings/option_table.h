@@ -70,7 +70,7 @@ struct SettingOption {
   Setting setting;
   Section section;
   Kind kind = Kind::Text;
-  /// The placeholder for the value in the manual page.
+  /// What the manual page calls the value.
   std::string_view valueName = "TEXT";
   /// The words of a `Word` or a `WordList`.
   std::array<Words, 2> words = {};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "session/session.h"
+#include "wifi/arguments.h"
+#include "wifi/progress.h"
+#include "wifi/signals.h"
+#include "wifi/trace.h"
+
+namespace wifi {
+
+/// What surrounds the work with a printer: progress, trace and handling of signals, as the
+/// arguments ask for them.
+class CommandRun {
+ public:
+  /// Throws `std::system_error` if the trace file cannot be written.
+  explicit CommandRun(const Arguments& arguments)
+      : m_Trace(arguments.traceFile, arguments.verbose),
+        m_Progress(arguments.quiet || arguments.verbose) {}
+
+  /// Returns the hooks for a session. They refer to this object.
+  [[nodiscard]] session::Session::Hooks hooks() {
+    return {
+        .onStep = [this](session::Step step) { m_Progress.show(step); },
+        .onTransfer = [this](auto direction, auto bytes) { m_Trace.transfer(direction, bytes); },
+        .isInterrupted =
+            [] {
+              return Interruption::signal() != 0;
+            }};
+  }
+
+  Progress& progress() { return m_Progress; }
+
+ private:
+  Interruption m_Interruption;
+  Trace m_Trace;
+  Progress m_Progress;
+};
+
+}  // namespace wifi
