@@ -16,7 +16,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-/// Bytes before the encoding.
+/// How many bytes are encoded.
 const bench::Sizes Sizes = {48, 12 << 10, 1 << 20};
 
 /// Bytes, their Base64 text, and buffers for the results of encoding and decoding.

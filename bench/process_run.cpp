@@ -1,4 +1,4 @@
-// Runs a process with posix_spawn and reads its cost from wait4.
+// Runs a process with posix_spawn and measures it. Processor time and memory come from wait4.
 
 #include "process_run.h"
 

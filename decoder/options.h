@@ -34,7 +34,8 @@ Options parseOptions(const std::vector<std::string>& arguments);
 std::string helpText();
 
 /// Returns the known settings, one per line, with tabs between the columns: group, object, kind of
-/// the value, "secret" or "plain", name of the group, name of the setting, meanings of its numbers.
+/// the value, "secret" or "plain", name of the group, name of the setting, and what each number
+/// means that the value can be, for example "0=none; 1=WEP".
 std::string objectsText();
 
 }  // namespace decoder

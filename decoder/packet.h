@@ -14,7 +14,7 @@ namespace decoder {
 
 using npa::Bytes;
 
-/// The source of bytes.
+/// Where the bytes of a packet come from.
 struct Stream {
   enum class Unit { Line, Frame };
   enum class Direction { Unknown, ToPrinter, FromPrinter };

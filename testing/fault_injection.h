@@ -43,8 +43,8 @@ class FaultInjection {
   /// Returns the count of calls with the plan's name.
   int count() const { return m_Count; }
 
-  /// Counts a call. Returns the fault with which the call fails, or nullptr if it succeeds. Throws
-  /// `EndlessRun` at the two-millionth call.
+  /// Counts a call. Returns the fault that this call has, or nullptr if it has none. Throws
+  /// `EndlessRun` at the two-millionth call of any name.
   const Fault* faultOf(std::string_view call);
 
   /// Returns the existing object of this class, or nullptr if there is none.

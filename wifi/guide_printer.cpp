@@ -96,13 +96,13 @@ Explanation explanationOf(const Printer& printer, const OpenFailure& failure) {
 
 }  // namespace
 
-session::Printer askForPrinter() {
+session::Printer askForPrinter(const session::Machine& machine) {
   for (;;) {
-    const std::optional<Printer> printer = askForOneOf(session::findPrinters());
+    const std::optional<Printer> printer = askForOneOf(session::findPrinters(machine));
     if (!printer) {
       continue;
     }
-    const std::optional<OpenFailure> failure = session::tryOpen(*printer);
+    const std::optional<OpenFailure> failure = session::tryOpen(*printer, machine);
     if (!failure) {
       return *printer;
     }

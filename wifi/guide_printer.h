@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "session/machine.h"
 #include "session/printer.h"
 
 namespace wifi {
@@ -11,6 +12,6 @@ namespace wifi {
 
 /// Asks until there is a printer that can be opened. Throws `CommandError` if the user has no
 /// permission, `Interrupted` or `EndOfInput`.
-[[nodiscard]] session::Printer askForPrinter();
+[[nodiscard]] session::Printer askForPrinter(const session::Machine& machine = {});
 
 }  // namespace wifi

@@ -9,7 +9,8 @@
 #include <string>
 #include <string_view>
 
-/// Ownership, errors and texts of libcrypto (OpenSSL). The pointer types free their objects:
+/// Helpers for libcrypto (OpenSSL): pointers that own its objects, its error queue, and streams
+/// that read or write a text. The pointer types free their objects:
 ///
 ///     const KeyPtr key(::PEM_read_bio_PrivateKey(...));
 namespace emulator {

@@ -73,7 +73,7 @@ class sendConfig {
   int getSSID(unsigned char* packet, int length);
 
   /// Queries the IP address, in up to seven attempts until it is not 0.0.0.0, and prints it as a
-  /// line on standard output.
+  /// line on standard output. Prints nothing if it is 0.0.0.0 in each attempt.
   int getIP(unsigned char* packet, int length);
 
  private:

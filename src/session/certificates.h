@@ -45,8 +45,8 @@ struct CertificateReport {
 };
 
 /// Manages the certificates of one printer. Prints nothing. An operation opens the printer, makes
-/// the calls and stops at the first one that fails. A list that does not arrive is asked for a
-/// second time.
+/// the calls and stops at the first one that fails. Only `list` goes on if the printer refuses to
+/// describe a certificate. A call that only reads is made a second time if no reply arrives.
 ///
 ///     const CertificateReport report = Certificates(printer, hooks).list();
 class Certificates {

@@ -1,12 +1,18 @@
+#include <algorithm>
+#include <clocale>
 #include <csignal>
 #include <cstdlib>
+#include <cwchar>
 #include <gtest/gtest.h>
+#include <libintl.h>
 #include <optional>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
 #include <vector>
 
+#include "e2e/wifi_document.h"
+#include "testing/environment.h"
 #include "testing/files.h"
 #include "testing/printer_run.h"
 #include "testing/process.h"
@@ -346,6 +352,76 @@ TEST(WifiGuide, HasLinesOfAtMost80Columns) {
   }
 }
 
+#ifdef ZVKWIFI_OF_THE_BUILD
+/// Returns the lines that a terminal has shown. Progress rewrites its line after a carriage return.
+std::vector<std::string> linesOf(std::string text) {
+  std::ranges::replace(text, '\r', '\n');
+  std::istringstream stream(text);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(stream, line);) {
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+/// Returns the columns that a UTF-8 text takes on a terminal.
+int columnsOf(const std::string& text) {
+  std::setlocale(LC_CTYPE, "C.UTF-8");
+  std::wstring wide(text.size(), L'\0');
+  const std::size_t length = std::mbstowcs(wide.data(), text.c_str(), wide.size());
+  EXPECT_NE(length, static_cast<std::size_t>(-1)) << text;
+  return ::wcswidth(wide.c_str(), length);
+}
+
+/// Returns the start of a message of zvkwifi in a language, up to its first placeholder.
+std::string translated(const char* language, const char* message) {
+  const support::EnvironmentVariable variable("LANGUAGE", language);
+  // Gettext notices another language only when the locale changes.
+  std::setlocale(LC_ALL, "C");
+  std::setlocale(LC_ALL, "C.UTF-8");
+  ::bindtextdomain("zvkwifi", TRANSLATIONS);
+  const std::string text = ::dgettext("zvkwifi", message);
+  EXPECT_NE(text, message) << language;
+  return text.substr(0, text.find('%'));
+}
+
+class TranslatedGuide : public testing::TestWithParam<const char*> {};
+
+// Most questions get a wrong answer first. The printer does not join the network.
+TEST_P(TranslatedGuide, HasLinesOfAtMost80Columns) {
+  Dialogue dialogue({"--trouble-code=5"}, Networks, {ZVKWIFI_OF_THE_BUILD},
+                    {std::string("LANGUAGE=") + GetParam()});
+  TerminalProcess& terminal = dialogue.terminal();
+  const auto answer = [&](const char* question, const Words& answers) {
+    for (const std::string& text : answers) {
+      if (HasFatalFailure()) {
+        return;
+      }
+      ASSERT_TRUE(terminal.waitForNext(translated(GetParam(), question))) << terminal.shown();
+      ASSERT_TRUE(support::eventually([&] { return terminal.echoes() != isHidden(question); }));
+      terminal.type(text + "\n");
+    }
+  };
+  answer("Device [%s]: ", {"lp7", ""});
+  answer("Number [%zu]: ", {"0", "4", "9", ""});
+  answer("User: ", {std::string(40, 'u'), "anna"});
+  answer("Number [%zu]: ", {"8", "6"});
+  answer("Methods (md5, mschapv2, leap, peap, tls, ttls): ", {"x", "peap"});
+  answer("Inner method (chap, mschap, mschapv2, pap) [none]: ", {"x", "pap"});
+  answer("Password: ", {"", "a secret"});
+  answer("Send now? [y/N] ", {"maybe", "y"});
+  ASSERT_FALSE(HasFatalFailure());
+  EXPECT_EQ(dialogue.waitForEnd(), NotConfirmed) << terminal.shown();
+  for (const std::string& line : linesOf(terminal.shown())) {
+    EXPECT_LE(columnsOf(line), 80) << line;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, TranslatedGuide,
+                         testing::Values("de", "es", "fr", "ja", "pt_BR"),
+                         [](const auto& test) { return std::string(test.param); });
+#endif
+
 TEST(WifiGuide, ShowsNamesOfNetworksWithoutControlCharacters) {
   Dialogue dialogue({}, "printf ' :a\\033[31m\\\\:b:WPA2:50\\n'");
   ASSERT_TRUE(dialogue.waitFor("Device"));
@@ -363,7 +439,7 @@ TEST(WifiGuide, IsTheUsageWithoutATerminal) {
 TEST(WifiGuide, IsAUsageErrorWithJson) {
   const auto result = support::runProcess({ZVKWIFI, "--json"});
   EXPECT_EQ(result.status, NothingSent);
-  EXPECT_TRUE(result.out.starts_with("{")) << result.out;
+  EXPECT_NE(parsedDocument(result.out).at("error"), nullptr);
 }
 
 }  // namespace

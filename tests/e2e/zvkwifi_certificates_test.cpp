@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "e2e/wifi_document.h"
 #include "testing/files.h"
 #include "testing/printer_run.h"
 #include "testing/process.h"
@@ -40,7 +41,7 @@ class WifiCertificates : public testing::Test {
     const PrinterRun result = run(arguments);
     EXPECT_EQ(result.status, status) << result.out << result.err;
     EXPECT_EQ(result.err, "");
-    return Json::parse(result.out).at("printers").at(0);
+    return parsedDocument(result.out).at("printers").at(0);
   }
 
   void openssl(const Words& arguments) const {

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <vector>
 
+#include "e2e/wifi_document.h"
 #include "testing/files.h"
 #include "testing/printer_run.h"
 #include "testing/process.h"
@@ -27,9 +28,6 @@ PrinterRun setHome(const Words& options, Words more = {}) {
   return runWifiWithPrinter(options, arguments, Passphrase);
 }
 
-// --- set
-// ------------------------------------------------------------------------------------------
-
 TEST(WifiSet, StoresAndConfirms) {
   const PrinterRun run = setHome({"--ssid=old"});
   EXPECT_EQ(run.status, 0);
@@ -44,7 +42,7 @@ TEST(WifiSet, StoresAndConfirms) {
 TEST(WifiSet, LeavesAPrinterInTheNetworkAlone) {
   const PrinterRun run = setHome({"--ssid=home"}, {"--json", "--quiet"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(Json::parse(run.out).at("printers").at(0).at("result"), "unchanged");
+  EXPECT_EQ(parsedDocument(run.out).at("printers").at(0).at("result"), "unchanged");
   // Three queries: SSID, trouble code, address.
   EXPECT_EQ(run.received.size(), 3U);
 }
@@ -75,7 +73,7 @@ TEST(WifiSet, EndsWith7IfTheAdapterIsSilent) {
 TEST(WifiSet, ReportsAllInOneJsonDocument) {
   const PrinterRun run = setHome({"--ssid=old"}, {"--json", "--quiet"});
   EXPECT_EQ(run.err, "");
-  const Json document = Json::parse(run.out);
+  const Json document = parsedDocument(run.out);
   EXPECT_EQ(document.at("schema"), 1);
   const Json& printer = document.at("printers").at(0);
   EXPECT_EQ(printer.at("result"), "confirmed");
@@ -90,7 +88,7 @@ TEST(WifiSet, ReportsAllInOneJsonDocument) {
 TEST(WifiSet, ReportsAFailureInJsonToo) {
   const PrinterRun run = setHome({"--silent"}, {"--json", "--quiet"});
   EXPECT_EQ(run.status, 7);
-  const Json printer = Json::parse(run.out).at("printers").at(0);
+  const Json printer = parsedDocument(run.out).at("printers").at(0);
   EXPECT_EQ(printer.at("result"), "no-answer");
   EXPECT_FALSE(printer.at("error").at("remedy").get<std::string>().empty());
 }
@@ -98,7 +96,7 @@ TEST(WifiSet, ReportsAFailureInJsonToo) {
 TEST(WifiSet, ReportsWrongUsageInJsonToo) {
   const PrinterRun run = runWifiWithPrinter({}, {"set", "--json", "--security=wpa", "{}"});
   EXPECT_EQ(run.status, 2);
-  const Json document = Json::parse(run.out);
+  const Json document = parsedDocument(run.out);
   EXPECT_TRUE(document.at("printers").empty());
   EXPECT_FALSE(document.at("error").at("message").get<std::string>().empty());
 }
@@ -121,9 +119,6 @@ TEST(WifiSet, WritesATraceWithoutSecretsForItsOwnerAlone) {
   EXPECT_EQ(content.find("6C 6F 6E 67"), std::string::npos);
 }
 
-// --- status, reset, list
-// --------------------------------------------------------------------------
-
 TEST(WifiStatus, PrintsALineForEachValue) {
   const PrinterRun run = runWifiWithPrinter({"--ssid=home"}, {"status", "--quiet", "{}"});
   EXPECT_EQ(run.status, 0);
@@ -140,7 +135,7 @@ TEST(WifiStatus, HasNullForWhatTheAdapterDoesNotReport) {
   const PrinterRun run =
       runWifiWithPrinter({"--ssid=home", "--ip-after=100"}, {"status", "--json", "--quiet", "{}"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(Json::parse(run.out).at("printers").at(0).at("ip"), nullptr);
+  EXPECT_EQ(parsedDocument(run.out).at("printers").at(0).at("ip"), nullptr);
 }
 
 TEST(WifiStatus, EscapesWhatDoesNotPrint) {

@@ -6,8 +6,8 @@
 
 #include "faults/failure_rig.h"
 
-// Runs commands with a printer whose replies are late, refused, preceded by a stale reply, or
-// endless.
+// Runs commands with a printer that replies late, refuses requests, still holds an old reply, or
+// never stops to reply.
 
 namespace faults {
 namespace {
@@ -131,7 +131,7 @@ struct StaleRow : support::Row {
 
 class StaleReplies : public Replies, public testing::WithParamInterface<StaleRow> {};
 
-/// The reply to a query of the SSID that an earlier run made.
+/// A reply to an earlier run of the program, which queried the SSID.
 const Bytes StaleReply = bytes("A5 00 0C 50 E0 D8 00 28 08 00 04 6F 6C 64 00");
 
 TEST_P(StaleReplies, AreReadBeforeTheReplyToTheRequest) {

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "testing/process.h"
+
+/// Parses a JSON document of zvkwifi. The test fails if the document does not fit the schema, which
+/// is checked if python3-jsonschema is installed.
+inline nlohmann::json parsedDocument(const std::string& text) {
+#ifdef VALIDATE_DOCUMENT
+  const auto result = support::runProcess({VALIDATE_DOCUMENT, WIFI_SCHEMA}, text);
+  EXPECT_EQ(result.status, 0) << result.err << text;
+#endif
+  return nlohmann::json::parse(text);
+}
