@@ -13,6 +13,7 @@
 #include "testing/files.h"
 #include "testing/printer_run.h"
 #include "testing/process.h"
+#include "testing/rows.h"
 
 namespace {
 
@@ -148,5 +149,46 @@ TEST_P(PasswordInMemoryOfZvkwifi, IsClearedOnceItIsSent) {
 INSTANTIATE_TEST_SUITE_P(Secrets, PasswordInMemoryOfZvkwifi,
                          testing::Values(std::string(ShortPassword),
                                          "wZ8-" + std::string(50, 'y') + "-mR3"));
+
+struct SourceRow : support::Row {
+  const char* setting;  ///< the source; FILE is a file's path, which descriptor 3 has open
+  const char* content;  ///< of the file; SECRET is the secret
+};
+
+class SecretFromAFile : public testing::TestWithParam<SourceRow> {};
+
+std::string replaced(std::string text, std::string_view word, const std::string& value) {
+  const std::size_t place = text.find(word);
+  return place == std::string::npos ? text : text.replace(place, word.size(), value);
+}
+
+TEST_P(SecretFromAFile, IsNotInMemoryOnceItIsSent) {
+  const std::string secret = "wZ8-" + std::string(50, 'y') + "-mR3";
+  const support::TemporaryFolder folder;
+  const std::string file =
+      folder.write("secret", replaced(GetParam().content, "SECRET", secret));
+  std::filesystem::permissions(file, std::filesystem::perms::owner_read);
+  const std::string trace = "--trace=" + folder.path("t");
+  TerminalProcess program(commandLine(
+      {"--ssid=old", "--ip-after=1000", "--log=/dev/null"},
+      {"-c", "exec \"$0\" \"$@\" 3<" + file, ZVKWIFI, "set", "--security=wpa", "--ssid=home",
+       "--wait=10", replaced(GetParam().setting, "FILE", file), trace, "{}"},
+      "sh"));
+  ASSERT_TRUE(program.waitFor("Waiting until the printer is in the network"));
+  const pid_t process = programWith(trace, ZVKWIFI);
+  ASSERT_GT(process, 0);
+  EXPECT_FALSE(memoryHolds(process, secret));
+  EXPECT_FALSE(memoryHolds(process, std::string_view(secret).substr(0, 8)));
+  EXPECT_EQ(program.waitForEnd(), 8);
+  EXPECT_EQ(program.shown().find(secret), std::string::npos);
+  EXPECT_EQ(support::fileContent(folder.path("t")).find(secret), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sources, SecretFromAFile,
+    testing::Values(SourceRow{{"File"}, "--password-from=file:FILE", "SECRET\n"},
+                    SourceRow{{"Descriptor"}, "--password-from=fd:3", "SECRET\n"},
+                    SourceRow{{"SettingsFile"}, "--from=FILE", "password=SECRET\n"}),
+    support::rowName);
 
 }  // namespace
