@@ -43,7 +43,7 @@ valgrind_packages=(valgrind)
 bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
   pkg-config xxd)
 coverage_packages=(gcovr)
-kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl xz-utils)
+kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl python3-jsonschema xz-utils)
 package_packages=(build-essential debhelper dpkg-dev lintian scdoc)
 package_lane_packages=(faketime mmdebstrap proot)
 

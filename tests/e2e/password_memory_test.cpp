@@ -165,8 +165,7 @@ std::string replaced(std::string text, std::string_view word, const std::string&
 TEST_P(SecretFromAFile, IsNotInMemoryOnceItIsSent) {
   const std::string secret = "wZ8-" + std::string(50, 'y') + "-mR3";
   const support::TemporaryFolder folder;
-  const std::string file =
-      folder.write("secret", replaced(GetParam().content, "SECRET", secret));
+  const std::string file = folder.write("secret", replaced(GetParam().content, "SECRET", secret));
   std::filesystem::permissions(file, std::filesystem::perms::owner_read);
   const std::string trace = "--trace=" + folder.path("t");
   TerminalProcess program(commandLine(
