@@ -93,3 +93,95 @@ build_preset() {
 run_tests() {
   ctest --preset "$1" | sed -E '/^ +Start +[0-9]+: /d; /^ *[0-9]+\/[0-9]+ Test .* Passed /d'
 }
+
+# --- Lanes with numbered assertions ----------------------------------------------------------------
+
+passed=0
+failed=0
+
+# assert NUMBER TEXT COMMAND...: passes if COMMAND succeeds. Its output goes to $folder/evidence. The numbers increase. The hundreds digit is the
+# subject; a new assertion takes the next number of its subject.
+assert() {
+  local number=$1 text=$2
+  shift 2
+  if "$@" >"$folder/evidence" 2>&1; then
+    echo "$number ok      $text"
+    passed=$((passed + 1))
+  else
+    echo "$number FAILED  $text"
+    echo "    asserted: $*"
+    tail -n 40 "$folder/evidence" | sed 's/^/    /'
+    failed=$((failed + 1))
+  fi
+}
+
+# --- Debian systems in folders ----------------------------------------------------------------------
+
+# Prints the package sources of this machine's release, one per line.
+package_sources() {
+  apt-get indextargets --format \
+    'deb $(REPO_URI) $(RELEASE) $(COMPONENT) #$(ORIGIN) $(CODENAME)' \
+    'Created-By: Packages' "Architecture: $architecture" |
+    grep -E "^[^#]* main #Debian $release(-updates|-security)?\$" | sed 's/ #.*//' | sort -u
+}
+
+# Prints how this machine reaches the package sources (proxies and so on), for apt in the root.
+package_settings() {
+  apt-config dump | grep -E '^Acquire::((http|https)::|Check-|ForceIPv|Languages|Retries)' || [ $? -eq 1 ]
+}
+
+# Prints the package source of a release, without its updates. So all architectures have the same versions.
+source_of_release() {
+  apt-get indextargets --format 'deb $(REPO_URI) RELEASE $(COMPONENT) #$(ORIGIN) $(RELEASE)' 'Created-By: Packages' |
+    grep -E "^[^#]* main #Debian $(. /etc/os-release && echo "$VERSION_CODENAME")\$" |
+    sed "s/ #.*//; s/ RELEASE / $1 /" | sort -u
+}
+
+readonly port_folder=$PWD/build/ports
+
+# The packages that a build for another architecture needs: programs of this machine, libraries of the other one.
+port_tools=(build-essential ccache cmake debhelper gettext libcli11-dev ninja-build nlohmann-json3-dev openssl qemu-user-static
+  scdoc strace)
+port_libraries=(libexpat1-dev libfaketime libgtest-dev libpcap-dev libpugixml-dev libssl-dev libusb-dev libxml2-dev)
+
+# Prints the GNU name of an architecture, such as arm-linux-gnueabihf.
+gnu_name() { dpkg-architecture -a"$1" -qDEB_HOST_GNU_TYPE 2>/dev/null; }
+
+# make_debian NAME RELEASE ARCHITECTURES PACKAGE...: installs a Debian system in the folder build/ports/NAME.root,
+# unless it is there from an earlier run. Returns 1 and prints the reason if this fails.
+make_debian() {
+  local name=$1 release=$2 architectures=$3 root=$port_folder/$1.root content
+  shift 3
+  content="$release $architectures $*"
+  [ "$(cat "$port_folder/$name.content" 2>/dev/null)" != "$content" ] || return 0
+  mkdir -p "$port_folder"
+  package_settings >"$port_folder/settings"
+  source_of_release "$release" >"$port_folder/$name.sources" || {
+    echo "apt has no source of Debian's packages"
+    return 1
+  }
+  rm -f "$port_folder/$name.content"
+  as_root rm -rf --one-file-system "$root"
+  as_root timeout --foreground 500 mmdebstrap --quiet --mode=root --variant=apt --aptopt="$port_folder/settings" \
+    --dpkgopt=force-unsafe-io --skip=cleanup/apt/lists --architectures="$architectures" \
+    --include="ca-certificates $*" "$release" "$root" "$port_folder/$name.sources" >"$port_folder/$name.log" 2>&1 || {
+    tail -n 5 "$port_folder/$name.log"
+    return 1
+  }
+  echo "$content" >"$port_folder/$name.content"
+}
+
+# Makes the Debian system in which the programs are built for an architecture. It has this machine's release.
+make_port_debian() {
+  make_debian "$1" "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$(dpkg --print-architecture),$1" \
+    "crossbuild-essential-$1" "${port_tools[@]}" "${port_libraries[@]/%/:$1}"
+}
+
+# in_debian NAME COMMAND...: runs a command as root in the Debian system build/ports/NAME.root, in the folder of the
+# project.
+in_debian() {
+  local name=$1
+  shift
+  as_root env CCACHE_DIR="${CCACHE_DIR:-$(ccache --get-config cache_dir 2>/dev/null || true)}" \
+    tests/ports/in_root "$port_folder/$name.root" "$@"
+}
