@@ -183,5 +183,5 @@ in_debian() {
   local name=$1
   shift
   as_root env CCACHE_DIR="${CCACHE_DIR:-$(ccache --get-config cache_dir 2>/dev/null || true)}" \
-    tests/ports/in_root "$port_folder/$name.root" "$@"
+    CROSS_EMULATOR="${CROSS_EMULATOR:-}" tests/ports/in_root "$port_folder/$name.root" "$@"
 }
