@@ -156,16 +156,16 @@ make_debian() {
   [ "$(cat "$port_folder/$name.content" 2>/dev/null)" != "$content" ] || return 0
   mkdir -p "$port_folder"
   package_settings >"$port_folder/settings"
-  source_of_release "$release" >"$port_folder/$name.sources" || {
+  source_of_release "$release" >"$port_folder/$name.list" || {
     echo "apt has no source of Debian's packages"
     return 1
   }
   rm -f "$port_folder/$name.content"
   as_root rm -rf --one-file-system "$root"
-  as_root timeout --foreground 500 mmdebstrap --quiet --mode=root --variant=apt --aptopt="$port_folder/settings" \
+  as_root timeout --foreground 500 mmdebstrap --mode=root --variant=apt --aptopt="$port_folder/settings" \
     --dpkgopt=force-unsafe-io --skip=cleanup/apt/lists --architectures="$architectures" \
-    --include="ca-certificates $*" "$release" "$root" "$port_folder/$name.sources" >"$port_folder/$name.log" 2>&1 || {
-    tail -n 5 "$port_folder/$name.log"
+    --include="ca-certificates $*" "$release" "$root" "$port_folder/$name.list" >"$port_folder/$name.log" 2>&1 || {
+    tail -n 15 "$port_folder/$name.log"
     return 1
   }
   echo "$content" >"$port_folder/$name.content"
