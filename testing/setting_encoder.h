@@ -7,11 +7,14 @@
 
 #include "testing/generator.h"
 #include "testing/rows.h"
+#include "wireless/setting_encodings.h"
 
 namespace support {
 
-/// An encoder of one setting. Some encoders take a pointer to a running total.
-using SettingEncoder = std::variant<Operation, int (wnpaGenerator::*)(int*)>;
+/// An encoder of one setting: an operation, which may take a pointer to a running total, or a row
+/// of the encodings.
+using SettingEncoder =
+    std::variant<Operation, int (wnpaGenerator::*)(int*), const SettingEncoding*>;
 
 /// A fixture for tests of encoders.
 class SettingEncoders : public Generator {
@@ -33,6 +36,9 @@ class SettingEncoders : public Generator {
   int encode(const SettingEncoder& encoder) {
     if (const auto* const plain = std::get_if<Operation>(&encoder)) {
       return (generator.get()->**plain)();
+    }
+    if (const auto* const row = std::get_if<const SettingEncoding*>(&encoder)) {
+      return generator->encode(**row);
     }
     int total = 1234;
     const int count = (generator.get()->*std::get<1>(encoder))(&total);

@@ -40,6 +40,18 @@ Names switchesWith(Input input) {
   return names;
 }
 
+/// Returns the switches whose operation may run a second time, with bare packets. The program
+/// repeats only a result of -1, which is the status 255.
+Names retryingSwitches() {
+  Names names;
+  for (const CommandRow& row : CommandTable) {
+    if (row.mode.retriesBare && row.statuses.back().highest == 255) {
+      names.push_back(row.mode.name);
+    }
+  }
+  return names;
+}
+
 /// Returns a sentence about the exit statuses of a command.
 std::string statusText(std::span<const ExitStatus> statuses) {
   std::string text = "Exit status ";
@@ -194,6 +206,7 @@ void addConfigTexts(Texts& texts) {
   const Names optionSwitches = switchesWith(Input::Options);
   texts["zvkconfig switches with options"] = joinedBold(optionSwitches, "|", "|");
   texts["zvkconfig list of switches with options"] = joinedBold(optionSwitches, ", ", " and ");
+  texts["zvkconfig list of switches that retry"] = joinedBold(retryingSwitches(), ", ", ", ");
   texts["zvkconfig names of switches with options"] = catalogue::joined(optionSwitches, " ", " ");
   texts["zvkconfig switches with device"] = joinedBold(switchesWith(Input::DevicePath), "|", "|");
   texts["zvkconfig switches with NPA file"] = joinedBold(switchesWith(Input::NpaFile), "|", "|");

@@ -41,6 +41,9 @@ Adapter::Adapter(Personality personality, MessageLog& log, std::function<Clock::
       m_Certificates(m_Personality.certificates),
       m_Now(std::move(now)),
       m_Start(m_Now()) {
+  for (const InitialSetting& setting : m_Personality.settings) {
+    m_Settings.preset(setting.key, setting.value);
+  }
   m_Settings.preset(npa::settings::Descriptor, textValue(m_Personality.descriptor, false));
   if (!m_Personality.ssid.empty()) {
     m_Settings.preset(npa::settings::Ssid, textValue(m_Personality.ssid, true));

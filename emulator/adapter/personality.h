@@ -31,6 +31,12 @@ struct ObjectReply {
   std::vector<npa::Byte> bytes{};
 };
 
+/// A setting that the adapter holds from the start, and the bytes of its value.
+struct InitialSetting {
+  npa::SettingKey key;
+  npa::Bytes value;
+};
+
 /// How an emulated printer replies. The defaults are an adapter without faults that is connected to
 /// its network.
 struct Personality {
@@ -53,6 +59,8 @@ struct Personality {
   /// When the trouble code becomes 0. If this is not set, the trouble code does not change.
   std::optional<Readiness> troubleCleared{};
   std::string ssid{};
+  /// Initial values of any settings. The other members of the personality take precedence.
+  std::vector<InitialSetting> settings{};
   /// The networks in reach. If this is empty, the adapter is always in a network. If not, it has an
   /// address only while its settings fit one of them.
   std::vector<Network> networks{};

@@ -190,6 +190,19 @@ constexpr std::array PersonalityOptions = {
            .valueName = "TEXT",
            .help = "SSID that the adapter holds from the start",
            .apply = assign<&Personality::ssid>},
+    Option{.name = "--setting",
+           .valueName = "GROUP:OBJECT=VALUE",
+           .isSecret = true,
+           .help = "any setting that the adapter holds from the start; may be given several times",
+           .details =
+               "_GROUP_ and _OBJECT_ are hex numbers, such as 28:08 for the SSID. _VALUE_ is a "
+               "text, a number up to 255 or an IPv4 address; *zvknpa --objects* lists the kind of "
+               "each setting. An unknown setting is a text. A text gets a zero byte at its end. "
+               "The other options take precedence. A query returns no key and no password.",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.settings.push_back(parseInitialSetting(value));
+               }},
     Option{
         .name = "--network",
         .valueName = "SSID:KEY",
@@ -301,17 +314,23 @@ constexpr std::array UsbOptions = {
            .kind = ValueKind::Words,
            .words = Speeds,
            .help = "speed of the device (default: high)",
+           .details = "USB packets have 64 bytes with *full* and 512 bytes with *high*.",
            .apply =
                [](Options& o, const std::string& value) {
                  o.usb.speed = value == Speeds.front() ? UsbSpeed::Full : UsbSpeed::High;
                }},
-    Option{.name = "--alternates",
-           .valueName = "N",
-           .help = "number of alternate settings, 1 to 4 (default: 1)",
-           .apply =
-               [](Options& o, const std::string& value) {
-                 o.usb.alternates = parseAlternates(value);
-               }},
+    Option{
+        .name = "--alternates",
+        .valueName = "N",
+        .help = "number of alternate settings, 1 to 4 (default: 1)",
+        .details =
+            "A single alternate setting is bidirectional (protocol 2). Two to four are the first "
+            "ones of this list: unidirectional (1), bidirectional (2), IEEE 1284.4 (3), "
+            "vendor-specific (255).",
+        .apply =
+            [](Options& o, const std::string& value) {
+              o.usb.alternates = parseAlternates(value);
+            }},
     Option{.name = "--serial",
            .valueName = "TEXT",
            .help = "serial number (default: 0001)",

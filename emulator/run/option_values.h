@@ -48,6 +48,11 @@ std::array<npa::Byte, 4> parseAddress(const std::string& text);
 /// Parses "3" (after 3 queries) or "20s" (after 20 seconds).
 Readiness parseReadiness(const std::string& text);
 
+/// Parses "GROUP:OBJECT=VALUE", such as "28:08=home". The kind of the setting in the catalogue
+/// decides how the value is parsed: a text, a number from 0 to 255, a flag or an address. The value
+/// of an unknown setting is a text.
+InitialSetting parseInitialSetting(const std::string& text);
+
 /// Parses "SSID:KEY". The last colon separates. The SSID has 1 to 32 bytes; the key may be empty.
 Network parseNetwork(const std::string& text);
 

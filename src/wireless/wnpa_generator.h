@@ -79,7 +79,11 @@ class wnpaGenerator {
   // an unknown word is sent as 0; an unknown channel is sent as 6. A text that is too long is cut.
   // Except the encoders of the channel and of the network's password, each encoder logs the setting
   // that it appends, even a secret.
-  //
+
+  /// Encodes a setting by a row of setting_encodings.h. A batch can name the row, so a setting with
+  /// a row needs no separate operation (setting_encoding.cpp).
+  int encode(const SettingEncoding& encoding);
+
   // Settings that every network needs (encoders.cpp). `total` is ignored:
 
   /// Appends the SSID and a zero byte.
@@ -279,8 +283,6 @@ class wnpaGenerator {
 
   // These encoders append to the packet and return the count of bytes appended, possibly 0.
 
-  /// Logs a setting and appends its object.
-  int encode(const SettingEncoding& encoding);
   /// Does the same as `constructChannel`.
   int encodeChannel();
   /// Does the same as `constructSecurity`.
