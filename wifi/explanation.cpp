@@ -90,18 +90,23 @@ Explanation explainNotJoined(const Report& report, const session::Profile* profi
 }
 
 Explanation explainInterrupted(const Report& report) {
-  if (!report.sentSettings) {
+  if (!report.sentSettings && !report.sentReset) {
     return {tr("Interrupted. Nothing was stored."), {}};
   }
-  return {tr("Interrupted. The settings may have been stored."),
+  return {report.sentReset ? tr("Interrupted. The adapter may have been reset.")
+                           : tr("Interrupted. The settings may have been stored."),
           tr("Run \"zvkwifi status\" to see the printer's network.")};
 }
 
 Explanation explainNoAnswer(const Report& report) {
   Explanation explanation;
-  explanation.message = report.sentSettings
-                            ? tr("The adapter did not answer. The settings may have been stored.")
-                            : tr("The adapter does not answer. Nothing was stored.");
+  if (report.sentReset) {
+    explanation.message = tr("The adapter did not answer. It may have been reset.");
+  } else if (report.sentSettings) {
+    explanation.message = tr("The adapter did not answer. The settings may have been stored.");
+  } else {
+    explanation.message = tr("The adapter does not answer. Nothing was stored.");
+  }
   explanation.remedy = tr(
       "Check that the printer has a wireless adapter. Switch it off and on, wait a minute, and try "
       "again.");

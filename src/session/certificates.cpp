@@ -1,7 +1,6 @@
 #include "session/certificates.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <utility>
 
 namespace session {
@@ -149,7 +148,7 @@ CertificateReport Certificates::request(const CertificateSubject& subject, const
         !make(Step::MakeRequest, Kind::Read, [&](CertMgr& manager) {
           const int result = manager.saveCertRequest(file.temporaryPath().c_str(), name.c_str());
           if (result != 0 && manager.lastCall().status == StatusSuccess) {
-            throw std::runtime_error(file.temporaryPath() + " cannot be written");
+            throw FileError(file.path());
           }
           return result;
         })) {

@@ -1,10 +1,16 @@
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
 #include "util/unique_fd.h"
 
 namespace session {
+
+/// A file of the user cannot be written. The text is its path.
+struct FileError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
 
 /// A file that appears under its name only when it is complete, and never replaces another one.
 ///
@@ -21,6 +27,7 @@ class NewFile {
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
 
+  [[nodiscard]] const std::string& path() const { return m_Path; }
   [[nodiscard]] const std::string& temporaryPath() const { return m_TemporaryPath; }
 
   /// Returns true if nothing was written.

@@ -221,6 +221,7 @@ Report Session::reset() {
     return finish(resultOf(m_Report.openFailure->kind));
   }
   enter(Step::Reset);
+  m_Report.sentReset = true;
   const Result result = resultOf(m_Adapter->reset(), Result::Ok);
   return finish(isInterrupted() ? Result::Interrupted : result);
 }

@@ -58,6 +58,8 @@ struct Report {
   std::optional<OpenFailure> openFailure;
   /// True if settings were sent. After a failure they may have been stored or not.
   bool sentSettings = false;
+  /// True if the request for a reset was sent. After a failure the adapter may have been reset.
+  bool sentReset = false;
 };
 
 /// The work with one printer, from the check that it can be opened to the confirmation. Prints

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 #include "faults/commands.h"
 #include "testing/emulated_printer.h"
@@ -26,15 +27,26 @@ struct Outcome {
   long openDescriptors = 0;  ///< descriptors left open
 };
 
-/// Runs the whole program in this process. The emulated printer is the device. One object is good
+/// The `main` of a program.
+using Program = int (*)(int argc, char** argv);
+
+/// Runs a whole program in this process. The emulated printer is the device. One object is good
 /// for one run.
 class FailureRig {
  public:
   explicit FailureRig(Wiring wiring);
 
-  /// Runs the command to its end, with the plan's call failing. By default no call fails.
+  /// Runs the command of zvkconfig to its end, with the plan's call failing. By default no call
+  /// fails.
   Outcome run(const Command& command, const CommandFiles& files,
-              const support::FaultInjection::Plan& plan = {.call = "", .fault = {"", 0}});
+              const support::FaultInjection::Plan& plan = NoFailure);
+
+  /// Does the same with any program. The first of the arguments is its path. `input` is typed on
+  /// the terminal.
+  Outcome run(Program program, const std::vector<std::string>& arguments, const std::string& input,
+              const support::FaultInjection::Plan& plan = NoFailure);
+
+  static constexpr support::FaultInjection::Plan NoFailure = {.call = "", .fault = {"", 0}};
 
   /// The count of calls with the plan's name, and whether one of them failed.
   int callCount = 0;
