@@ -51,7 +51,7 @@ int configDetails::parseNPAFile(const char* path) {
   if (file == nullptr) {
     return -1;
   }
-  // Keeps only the digits. If their count is odd, the later conversion to bytes drops the last
+  // Keeps only the hex digits. If their count is odd, the later conversion to bytes drops the last
   // digit.
   std::string& digits = slot(Setting::NpaFileData);
   digits.clear();
