@@ -26,8 +26,8 @@ using wifi::Arguments;
 using wifi::Explanation;
 using wifi::tr;
 
-/// Drops what the library prints: results are reported from its return values, and its diagnostics
-/// contain secrets.
+/// Drops what the library prints. The commands report the library's return values instead, and its
+/// diagnostics may contain secrets.
 class NoOutput : public util::Output {
  public:
   void answer(std::string_view /*text*/) override {}
