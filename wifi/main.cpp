@@ -26,8 +26,8 @@ using wifi::Arguments;
 using wifi::Explanation;
 using wifi::tr;
 
-/// Drops what the library prints. The commands report the library's return values instead, and its
-/// diagnostics may contain secrets.
+/// Drops what the library prints. The commands report the values that the library returns. The
+/// library's diagnostics may contain secrets.
 class NoOutput : public util::Output {
  public:
   void answer(std::string_view /*text*/) override {}

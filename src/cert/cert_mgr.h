@@ -36,7 +36,7 @@ struct MethodCall;
 /// identified by a name that consists of common name and validity.
 class CertMgr {
  public:
-  /// The friendly name for a null pointer. All commands use it.
+  /// The friendly name for a null pointer. The commands of zvkconfig use no other name.
   static constexpr std::string_view DefaultName = "Quorvanthelisdorm";
   /// A friendly name of the largest size: 31 bytes. With its zero byte it fills the printer's
   /// field.
@@ -97,8 +97,8 @@ class CertMgr {
   /// Sends a signed certificate. `pem` is the content of its file.
   int uploadSignedCert(std::string_view pem, const char* friendlyName);
 
-  /// Sends a CA certificate and removes none. `pem` is the content of its file. `fileName` is
-  /// inserted unchanged.
+  /// Sends a CA certificate, and does not remove an older one. `pem` is the content of its file.
+  /// `fileName` is inserted into the XML unchanged.
   int uploadCACert(std::string_view pem, std::string_view fileName);
 
   /// Returns true if `creatCertRequest` can send these arguments.
@@ -196,8 +196,8 @@ class CertMgr {
 
   // --- The host's files (host_files.cpp) -----------------------------------------------------
 
-  /// Reads the whole file `path` into `buf[0..bufSize-1]`. Returns its size, or -1 if it is larger
-  /// than `bufSize` or cannot be read.
+  /// Reads the whole file `path` into `buf[0..bufSize-1]`. Returns the size of the file, or -1 if
+  /// the file is larger than `bufSize` or cannot be read.
   [[nodiscard]] static int loadFromFile(unsigned char* buf, unsigned int bufSize, const char* path);
 
   /// Writes `size` bytes to the file `path`. Creates the file with mode 0644 or empties it first.

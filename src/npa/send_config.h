@@ -33,7 +33,7 @@ class sendConfig {
   /// When an attempt of `run` stops reading.
   enum class Reading {
     UntilSilence,  ///< with a full buffer, or when no byte arrives for a time (see `CT_Read`)
-    WholePacket,   ///< after one whole packet; reads bytes that are no packet until silence
+    WholePacket,   ///< after one whole packet; other bytes are read until silence
   };
   void setReading(Reading reading) { m_Reading = reading; }
 
@@ -79,7 +79,8 @@ class sendConfig {
  private:
   /// Fills `buffer` with the reply to a request. Returns the count of bytes, 0 if there are none.
   std::size_t readReply(std::span<unsigned char> buffer);
-  /// Reads packets until the last one of the reply, or until `timeout` seconds have passed.
+  /// Reads packets until the last packet of the reply arrives, or until `timeout` seconds have
+  /// passed.
   std::vector<unsigned char> collectReply(int timeout);
   /// Reads one reply packet and appends its command and data to `collected`, unless its flag byte
   /// ends the exchange. Returns true if the caller must read on, because another packet follows or

@@ -122,7 +122,7 @@ CertificateFile checkCertificate(std::string pem, const std::string& path, Certi
   if (!request) {
     throw ProfileError(path, "", Small);
   }
-  // The printer names a certificate without a common name by its file.
+  // If a certificate has no common name, the printer uses the name of its file.
   file.caName = certificate.caName.empty() ? file.fileName : certificate.caName;
   return file;
 }

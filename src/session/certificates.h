@@ -63,8 +63,8 @@ class Certificates {
   [[nodiscard]] CertificateReport list();
 
   /// Makes a key pair and a request in the printer, under `name`, and writes the request to `file`.
-  /// If a certificate of that name exists and `mayReplace` agrees, deletes it first. Throws
-  /// `std::runtime_error` if the file cannot be written.
+  /// If a certificate of that name exists and `mayReplace` agrees, deletes that certificate first.
+  /// Throws `std::runtime_error` if the file cannot be written.
   [[nodiscard]] CertificateReport request(const CertificateSubject& subject,
                                           const std::string& name, NewFile& file,
                                           const Question& mayReplace);

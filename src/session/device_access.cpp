@@ -1,4 +1,5 @@
-// Opens device files to see whether a printer can be used, and finds out who uses it.
+// Opens device files to see whether a printer can be used, and finds the process that uses a
+// printer.
 
 #include "session/device_access.h"
 

@@ -13,7 +13,7 @@ namespace session {
 /// A process that uses a device.
 struct Process {
   pid_t pid;
-  std::string name;  ///< as /proc/PID/comm has it
+  std::string name;  ///< from /proc/PID/comm
 };
 
 /// Why a printer cannot be opened, with what the user needs to know in order to change that.

@@ -15,7 +15,8 @@ struct RefusedWord {
   const char* expected;
 };
 
-/// One setting: its key, what it takes and where the value goes. The rows are in setting_rules.cpp.
+/// One setting: its key, the values that it accepts, and where the value is stored. The rows are in
+/// setting_rules.cpp.
 struct SettingRule {
   std::string_view key;
   /// Two settings that exclude each other have the same place. The default is the key.

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// A line, or a piece of a longer one: at most 255 characters and a zero byte.
+/// A line, or a piece of a longer line: at most 255 characters and a zero byte.
 using LineBuffer = std::array<char, 256>;
 
 /// Returns true for 0 to 9, A to F and a to f, in any locale.

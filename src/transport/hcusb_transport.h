@@ -53,8 +53,8 @@ class HCUSBTransport : public CommTransport {
   /// How the transport waits for bytes over usblp.
   enum class Waiting {
     Polling,  ///< asks the device every millisecond, as the exchanges of zvkconfig do
-    /// Sleeps in one call until bytes arrive or the time is up. A signal ends the wait, but not a
-    /// request that is written in part.
+    /// Sleeps in one call until bytes arrive or the time is up. A signal ends the wait. It does not
+    /// end the writing of a request that is written in part.
     Blocking,
   };
   void setWaiting(Waiting waiting) { m_Waiting = waiting; }

@@ -1,4 +1,4 @@
-// The password prompt. The echo of the terminal is off while it reads.
+// The password prompt. The echo of the terminal is off during the input.
 
 #include "wireless/password_prompt.h"
 

@@ -107,7 +107,7 @@ struct wnpaGenerator::Batches {
       &Generator::encodeChannel,
   });
 
-  // The batches. If a section names an encryption, it is sent only if that encryption is
+  // The batches. If a section names an encryption, the section is sent only if that encryption is
   // configured.
 
   static constexpr std::array Basic = {Section{BasicSettings}};

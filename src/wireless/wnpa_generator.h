@@ -128,9 +128,10 @@ class wnpaGenerator {
   /// Appends six flags, one per method: 1 if the method may be used.
   int construct802AuthExtension();
   /// Appends the flag that makes the adapter validate the server's certificate. First reads the
-  /// lists of certificates from the printer: the flag is 1 if the printer lists at least two
-  /// printer certificates or at least one CA certificate. The flag is 0 if the printer does not
-  /// answer. Throws a message of type `const char*` if no device is configured.
+  /// lists of certificates from the printer, unless `setServerValidation` has set the flag. The
+  /// flag is 1 if the printer lists at least two printer certificates or at least one CA
+  /// certificate. The flag is 0 if the printer does not answer. If no device is configured, throws
+  /// a message of type `const char*`.
   int construct802ValidateCert();
   /// Sets the value of that flag for later packets, so that the generator does not ask the printer.
   /// Library only.
@@ -304,7 +305,7 @@ class wnpaGenerator {
   /// Clears the packet and appends the settings of a batch.
   void encodeBatch(std::span<const Section> sections);
 
-  /// Turns the objects in the packet into one packet, wrapped if wrap mode is on.
+  /// Turns the objects in `m_Packet` into a configuration packet, wrapped if wrap mode is on.
   void frameBatch();
 
   /// Frames the objects in the packet and sends the packet. Returns the result of
