@@ -52,7 +52,8 @@ Explanation explainMissing(const Report& report) {
   return explanation;
 }
 
-/// Why a printer with the settings has not joined, the likely causes first.
+/// Explains why a printer that has stored the settings is not in the network. The remedy lists the
+/// likely causes first.
 Explanation explainNotJoined(const Report& report, const session::Profile* profile) {
   Explanation explanation;
   const session::AdapterState& state = report.state;

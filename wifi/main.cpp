@@ -27,8 +27,8 @@ using wifi::Arguments;
 using wifi::Explanation;
 using wifi::tr;
 
-/// Drops what the library prints: results are reported from its return values, and its diagnostics
-/// contain secrets.
+/// Drops what the library prints. The commands report the values that the library returns. The
+/// library's diagnostics may contain secrets.
 class NoOutput : public util::Output {
  public:
   void answer(std::string_view /*text*/) override {}

@@ -35,7 +35,7 @@ struct CommandRow {
 /// The exit statuses of the commands: lowest, highest, meaning. A result of -1 is the status 255.
 namespace exit_statuses {
 
-/// For commands that succeed after any reply, and after none.
+/// For commands whose exit status is always 0.
 inline constexpr std::array Always = {ExitStatus{0, 0, ""}};
 /// For the commands that store settings (-c, -ca).
 inline constexpr std::array Configured = {

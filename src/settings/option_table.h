@@ -58,7 +58,8 @@ struct SettingOption {
     File,      ///< a path on the host
   };
 
-  /// The words that an option takes with one command. If `command` is empty, with any command.
+  /// The words that an option takes with one command. If `command` is empty, the words are for
+  /// every command.
   struct Words {
     std::string_view command = {};
     std::span<const std::string_view> list = {};
