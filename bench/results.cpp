@@ -1,4 +1,4 @@
-// The file of rows, and the texts of times and sizes in it.
+// Appends rows to the file of results, and formats times and sizes.
 
 #include "results.h"
 

@@ -20,7 +20,7 @@ using Option = catalogue::Option<Options>;
 
 constexpr std::array<std::string_view, 2> Forms = {"text", "capture"};
 
-/// Parses "1:5" or "001:005". Returns the form that captures have: "1:5".
+/// Parses "1:5" or "001:005". Returns "1:5", the form of `UsbEvent::deviceName`.
 std::string parseDevice(const std::string& text) {
   const std::size_t colon = text.find(':');
   constexpr std::string_view digits = "0123456789";

@@ -22,7 +22,7 @@ using Kind = SettingOption::Kind;
 using Section = SettingOption::Section;
 using Names = std::vector<std::string_view>;
 
-/// Returns the names in bold. catalogue::joined explains the separators.
+/// Returns the names in bold. The separators are those of `catalogue::joined`.
 std::string joinedBold(const Names& names, std::string_view separator, std::string_view last) {
   std::vector<std::string> marked;
   std::ranges::transform(names, std::back_inserter(marked), bold);
@@ -118,7 +118,7 @@ std::string optionEntries(Section section) {
   return text;
 }
 
-/// Returns the kind of a value for the completions. A text has none.
+/// Returns the kind of a value for the completions, or an empty text for the kind `Text`.
 std::string_view kindText(Kind kind) {
   switch (kind) {
     case Kind::Text:

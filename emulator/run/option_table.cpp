@@ -34,7 +34,8 @@ auto& memberOf(Options& options) {
   }
 }
 
-// Values of `apply` for members that need no parsing: set true, set false, assign the text.
+// Functions for the column `apply` that parse nothing. They set a member to true, to false, or to
+// the text.
 
 template <auto Member>
 void enable(Options& options, const std::string& /*value*/) {

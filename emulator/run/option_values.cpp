@@ -1,4 +1,4 @@
-// Parsing of option values, and the texts that say what was expected.
+// Parses option values. The error messages say what was expected.
 
 #include "emulator/run/option_values.h"
 
