@@ -58,8 +58,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 // --- All settings -------------------------------------------------------------------------------
 
-/// One line per setting: group and number, kind, "secret" if the value is masked, "low byte" if
-/// the length field holds only the low byte of the size, name, and the names of the numbers from 0.
+/// One line per setting: group and object number, kind, "secret" if the value is masked, "low byte"
+/// if the size field holds only the low byte of the size, the setting's name, and the names of the
+/// values from 0.
 constexpr std::string_view Settings = R"(06 14 flag adapter reset
 06 1F text adapter descriptor
 0A 02 address IP address

@@ -1,7 +1,7 @@
-// A library that an end-to-end test preloads into its programs. It makes one call of zvkconfig
-// fail. The environment variable ZVK_FAULT selects the call: with "write 2 5" the second write
-// fails with errno 5, with "write 2+ 5" all later writes fail too. Calls on the three standard
-// descriptors do not count.
+// A library that an end-to-end test preloads into its programs. It makes calls of zvkconfig fail.
+// The environment variable ZVK_FAULT selects the calls: with "write 2 5" the second write fails
+// with errno 5, with "write 2+ 5" all later writes fail too. Calls on the three standard
+// descriptors are not counted.
 
 #include <cerrno>
 #include <cstdarg>
@@ -40,7 +40,7 @@ Plan planOfEnvironment() {
   return plan;
 }
 
-/// Counts a call. Returns true and sets errno if it fails.
+/// Counts a call. Returns true and sets errno if the call must fail.
 bool fails(std::string_view call) {
   static const Plan plan = planOfEnvironment();
   static long count = 0;
@@ -55,7 +55,7 @@ bool fails(std::string_view call) {
   return true;
 }
 
-/// Returns the C library's function of that name, which the one in this file replaces.
+/// Returns the C library's function `name`. The function of that name in this file replaces it.
 template <typename Function>
 Function* next(const char* name) {
   return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));

@@ -18,9 +18,9 @@ using support::Bytes;
 
 /// When the printer is disconnected.
 struct Moment {
-  int exchange = 0;        ///< 1 for the first; 0: never
+  int exchange = 0;        ///< the number of the exchange, from 1; 0: never
   bool inRequest = false;  ///< true: during the request; false: during the reply
-  std::size_t bytes = 0;   ///< bytes of the request or reply that are transferred before
+  std::size_t bytes = 0;   ///< how many bytes of the request or reply are transferred first
   bool returns = false;    ///< true if the printer is connected when the program opens it again
 };
 
@@ -155,9 +155,9 @@ class DisconnectingPrinter {
   int m_Opens = 0;
 };
 
-/// Returns the positions at which to disconnect the printer in a message of `size` bytes: all
-/// positions up to 64 bytes. In a longer message it returns the first 24, the last 9 and every
-/// 41st, because the runs with certificates would take too long.
+/// Returns the positions at which to disconnect the printer in a message of `size` bytes. If the
+/// message has at most 64 bytes, these are all positions. In a longer message they are the first
+/// 24, the last 9 and every 41st, because the runs with certificates would otherwise take too long.
 std::vector<std::size_t> positions(std::size_t size) {
   std::vector<std::size_t> result;
   for (std::size_t i = 0; i <= size; ++i) {
