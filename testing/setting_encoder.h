@@ -47,8 +47,8 @@ class SettingEncoders : public Generator {
   }
 };
 
-/// A row of a table: an encoder, options, and the object and the log lines that the encoder makes
-/// with these options.
+/// A row of a table: an encoder, options, and the setting object and the log lines that the encoder
+/// produces with these options.
 struct SettingRow : Row {
   SettingEncoder encoder;
   std::vector<std::string> options;

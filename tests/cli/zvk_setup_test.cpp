@@ -29,11 +29,11 @@ using virtual_system::Second;
 
 namespace {
 
-/// A fixture for tests of a whole run. A scripted printer replies to it.
+/// A fixture for tests of a whole run, with a scripted printer.
 class Setup : public support::UsblpPrinter {
  protected:
-  /// Runs the program with these arguments and returns its result. Stores what it wrote in
-  /// `output`.
+  /// Runs the program with these arguments and returns its result. Sets `output` to what the
+  /// program printed.
   int run(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "/usr/bin/zvkconfig");
     CommandLine line(std::move(arguments));
@@ -244,8 +244,8 @@ TEST_F(Setup, SendsAnEmptyPacketToTheDefaultDeviceWithoutAnNpaFile) {
 }
 
 TEST_F(Setup, ReadsTheReplyToARawPacketForTenSeconds) {
-  // Each packet announces another. The second arrives in the last second before the deadline, the
-  // third after the deadline.
+  // Each packet announces another. The second arrives at the deadline, during a read that began
+  // before it. The third arrives after the deadline.
   device.onWrite = [this](const Bytes& /*request*/) {
     device.reply(bytes("A5 00 02 70 01"), 11 * Second);
     device.reply(bytes("A5 00 02 70 02"), 12 * Second);
@@ -326,7 +326,7 @@ TEST_F(Setup, ReadsCertificateDefaultsWithoutAGenerator) {
 }
 
 TEST_F(Setup, RunsACertificateCommandOnce) {
-  // A refusal. Other commands retry after it.
+  // Other commands retry after this reply, which is a refusal.
   answer({bytes("A5 00 02 D4 E0")});
   EXPECT_EQ(run({"-rcerdefs", "/dev/usb/lp0"}), 1);
   EXPECT_EQ(device.writes.size(), 1U);

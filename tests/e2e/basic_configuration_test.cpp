@@ -8,8 +8,8 @@
 #include "testing/packets.h"
 #include "testing/printer_run.h"
 
-// The real program configures the emulated printer: its log, its exit status and the bytes that
-// arrive.
+// The real program configures the emulated printer. The tests check the program's log, its exit
+// status and the bytes that arrive.
 
 namespace {
 

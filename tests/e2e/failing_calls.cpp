@@ -1,5 +1,5 @@
-// A library that an end-to-end test preloads into its programs. It makes one call of zvkconfig or
-// zvkwifi fail. The environment variable ZVK_FAULT selects the call: with "write 2 5" the second
+// A library that an end-to-end test preloads into its programs. It makes calls of zvkconfig or
+// zvkwifi fail. The environment variable ZVK_FAULT selects the calls: with "write 2 5" the second
 // write fails with errno 5, with "write 2+ 5" all later writes fail too. Only calls on files that
 // the program has opened with "open" count, and none on the files of /sys, whose number depends on
 // the machine. At the end of the program the library reports a device that is still open.
@@ -49,7 +49,7 @@ Plan planOfEnvironment() {
   return plan;
 }
 
-/// Counts a call. Returns true and sets errno if it fails.
+/// Counts a call. Returns true and sets errno if the call must fail.
 bool fails(std::string_view call) {
   static const Plan plan = planOfEnvironment();
   static long count = 0;
@@ -101,7 +101,7 @@ struct OpenFiles {
 
 OpenFiles openFiles;
 
-/// Returns the C library's function of that name, which the one in this file replaces.
+/// Returns the C library's function `name`. The function of that name in this file replaces it.
 template <typename Function>
 Function* next(const char* name) {
   return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));

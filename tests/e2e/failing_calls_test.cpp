@@ -28,7 +28,7 @@ struct FaultRow : support::Row {
   int error;
   Words arguments;
   int status;
-  std::size_t received;  ///< messages that reach the printer; a method call has two
+  std::size_t received;  ///< messages that reach the printer; a method call counts as two
 };
 
 class FailingCall : public testing::TestWithParam<FaultRow> {

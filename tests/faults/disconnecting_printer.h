@@ -14,9 +14,9 @@ namespace faults {
 
 /// When the printer is disconnected.
 struct Moment {
-  int exchange = 0;        ///< 1 for the first; 0: never
+  int exchange = 0;        ///< the number of the exchange, from 1; 0: never
   bool inRequest = false;  ///< true: during the request; false: during the reply
-  std::size_t bytes = 0;   ///< bytes of the request or reply that are transferred before
+  std::size_t bytes = 0;   ///< how many bytes of the request or reply are transferred first
   bool returns = false;    ///< true if the printer is connected when the program opens it again
 };
 

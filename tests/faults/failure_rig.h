@@ -30,14 +30,14 @@ struct Outcome {
 /// The `main` of a program.
 using Program = int (*)(int argc, char** argv);
 
-/// Runs a whole program in this process. The emulated printer is the device. One object is good
-/// for one run.
+/// Runs a whole program in this process, with the emulated printer as the device. Use a new object
+/// for each run.
 class FailureRig {
  public:
   explicit FailureRig(Wiring wiring);
 
-  /// Runs the command of zvkconfig to its end, with the plan's call failing. By default no call
-  /// fails.
+  /// Runs the command of zvkconfig to its end. `plan` selects the calls that fail. By default no
+  /// call fails.
   Outcome run(const Command& command, const CommandFiles& files,
               const support::FaultInjection::Plan& plan = NoFailure);
 
@@ -48,7 +48,8 @@ class FailureRig {
 
   static constexpr support::FaultInjection::Plan NoFailure = {.call = "", .fault = {"", 0}};
 
-  /// The count of calls with the plan's name, and whether one of them failed.
+  /// After a run: how many calls of the plan's function were counted, and whether one of them had
+  /// the plan's fault.
   int callCount = 0;
   bool wasReached = false;
 

@@ -71,7 +71,7 @@ class WifiFailures : public testing::TestWithParam<std::tuple<WifiCommand, Form>
     words.insert(words.end(), command().arguments.begin(), command().arguments.end());
     words.insert(words.end(), {isJson() ? "--json" : "--quiet", "--quiet", "/dev/usb/lp0"});
     const Outcome outcome = rig.run(wifiMain, words, "long enough\n", plan);
-    // The program leaves the library's output set to an object of its own.
+    // The program has set the library's output to an object that is gone by now.
     util::setOutput(nullptr);
     ++m_Runs;
     return outcome;

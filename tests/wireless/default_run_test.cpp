@@ -9,7 +9,7 @@
 #include "testing/packets.h"
 #include "testing/standard_input.h"
 
-// `generate`, which is the run without a switch, and `reset`.
+// Tests of `generate`, which is the default run for an unknown switch, and of `reset`.
 
 namespace {
 

@@ -17,7 +17,7 @@ using support::textBytes;
 
 namespace {
 
-/// A fixture for tests of `configBasic`. A scripted printer replies to it.
+/// A fixture for tests of `configBasic`, with a scripted printer.
 class ConfigBasic : public support::Generator {
  protected:
   int run() { return Generator::run(&wnpaGenerator::configBasic); }
@@ -119,8 +119,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 namespace {
 
-// The SSID sizes for which the outer length field is 65,535. The grouping header adds 4 bytes to
-// it, the other objects with the SSID's header and zero byte add 33, and the wrapper adds 9.
+// The SSID sizes for which the outer length field is 65,535. The field also counts the 4 bytes
+// 50 E0 DA 01, 33 bytes of the other objects and of the SSID's header and zero byte, and 9 bytes
+// for the wrapper.
 constexpr std::size_t LargestBareSsid = 65535 - 4 - 33;
 constexpr std::size_t LargestWrappedSsid = LargestBareSsid - 9;
 
