@@ -88,12 +88,13 @@ class Adapter {
   Membership membership() const;
   /// Joins the network for which settings and certificates are right, or leaves the network.
   void join();
-  /// Sets the initial address and trouble code.
+  /// Presets the address and the trouble code that fit the membership.
   void presetNetworkValues(Membership membership);
   /// Starts the time and the counts of queries on which a `Readiness` depends.
   void startCounting(Clock::time_point start);
 
-  /// Returns true if `readiness` is reached. The host has sent `earlierQueries` queries before.
+  /// Returns true if `readiness` is reached. `earlierQueries` is the count of earlier queries for
+  /// the same setting.
   bool isReached(const Readiness& readiness, int earlierQueries) const;
 
   Reply answer(const Message& message);

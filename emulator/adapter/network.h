@@ -24,8 +24,8 @@ enum class Membership : npa::Byte {
   CaMissing = 4,      ///< 802.1x needs a CA certificate, and the printer has none
 };
 
-/// Returns whether one of the networks has the stored SSID and accepts the stored key. Does not
-/// check certificates.
+/// Returns whether one of the networks has the stored SSID and accepts the stored security and key,
+/// or why not. Does not check certificates.
 Membership findNetwork(std::span<const Network> networks, const SettingsStore& settings);
 
 /// Returns true if a host has stored a setting that selects a network or its key.

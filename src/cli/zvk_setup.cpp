@@ -15,8 +15,8 @@ namespace {
 /// The result that leads to a retry: the adapter refused the request or, for some operations, did
 /// not answer.
 constexpr int Refused = -1;
-/// How long the packets of a reply to NPA data are collected. The time starts at the end of the
-/// pause that follows the request.
+/// The longest time for collecting the packets of the reply to `-npa`. The time starts at the end
+/// of the pause that follows the request.
 constexpr int RawReplyTimeoutSeconds = 10;
 /// The device if the arguments name none.
 constexpr const char* DefaultDevice = "/dev/usb/lp0";
