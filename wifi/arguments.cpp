@@ -39,7 +39,7 @@ class Grammar {
     addCommonOptions(m_App);
 
     command(m_App, "list", Command::List);
-    withPrinter(command(m_App, "status", Command::Status));
+    withPrinters(command(m_App, "status", Command::Status));
     addSet();
     withPrinter(command(m_App, "reset", Command::Reset));
     addCert();
@@ -81,7 +81,15 @@ class Grammar {
   }
 
   CLI::App& withPrinter(CLI::App& app) {
-    app.add_option("PRINTER", m_Arguments.printer, tr(PrinterHelp))->type_name("");
+    app.add_option("PRINTER", m_Arguments.printers, tr(PrinterHelp))->type_name("")->expected(1);
+    return app;
+  }
+
+  CLI::App& withPrinters(CLI::App& app) {
+    app.add_option("PRINTER", m_Arguments.printers, tr(PrinterHelp))->type_name("");
+    const auto& [all, jsonLines] = SeveralOptions;
+    app.add_flag(nameOf(all), m_Arguments.all, tr(all.help));
+    app.add_flag(nameOf(jsonLines), m_Arguments.jsonLines, tr(jsonLines.help));
     return app;
   }
 
@@ -114,7 +122,7 @@ class Grammar {
   }
 
   void addSet() {
-    CLI::App& app = withPrinter(command(m_App, "set", Command::Set));
+    CLI::App& app = withPrinters(command(m_App, "set", Command::Set));
     addListed(app, SettingOptions, m_Arguments.settings);
     const auto& [from, wait, dryRun, force] = SetOptions;
     addText(app, from, m_Arguments.settingsFile);
@@ -173,11 +181,22 @@ std::string wordsBefore(const CLI::App& app) {
   return words;
 }
 
+void checkSeveral(const Arguments& arguments) {
+  if (arguments.all && !arguments.printers.empty()) {
+    throw UsageError(tr("--all: expected no PRINTER besides it"));
+  }
+  const bool several = arguments.all || arguments.printers.size() > 1;
+  if (several && (arguments.verbose || !arguments.traceFile.empty())) {
+    throw UsageError(tr("--verbose and --trace: expected a single PRINTER"));
+  }
+}
+
 }  // namespace
 
 void readArguments(const std::vector<std::string>& words, Arguments& arguments) {
   // Known even if the rest cannot be read, because the error is then a JSON document.
-  arguments.json = std::ranges::count(words, "--json") > 0;
+  arguments.json = std::ranges::any_of(
+      words, [](const std::string& word) { return word == "--json" || word == "--json-lines"; });
   rejectSecrets(words);
   rejectEmptyValues(words);
   Grammar grammar(arguments);
@@ -198,6 +217,8 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
   } catch (const CLI::Error& error) {
     throw UsageError(usageProblem(error, app));
   }
+  arguments.json = arguments.json || arguments.jsonLines;
+  checkSeveral(arguments);
 }
 
 }  // namespace wifi

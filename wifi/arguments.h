@@ -39,9 +39,12 @@ struct Arguments {
   };
 
   Command command = Command::Guide;
-  std::string text;     ///< help or version
-  std::string printer;  ///< empty: the only one
+  std::string text;  ///< help or version
+  /// Empty: the only one, or all if `all`. Only `status` and `set` take several.
+  std::vector<std::string> printers;
+  bool all = false;
   bool json = false;
+  bool jsonLines = false;  ///< with `json`: a document for each printer
   bool quiet = false;
   bool verbose = false;
   std::string traceFile;  ///< empty: no trace

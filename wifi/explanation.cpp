@@ -108,6 +108,12 @@ Explanation explainNoAnswer(const Report& report) {
   return explanation;
 }
 
+Explanation explainFailed() {
+  return {tr("The process for this printer died or took too long. The settings may have been "
+             "stored."),
+          tr("Switch the printer off and on, wait a minute, and try again.")};
+}
+
 Explanation explainRefused(const Report& report) {
   return {report.sentSettings ? tr("The adapter refused the settings.")
                               : tr("The adapter refused the request."),
@@ -141,6 +147,8 @@ std::optional<Explanation> explain(const Report& report, const session::Profile*
       return explainNoAnswer(report);
     case Result::Refused:
       return explainRefused(report);
+    case Result::Failed:
+      return explainFailed();
     case Result::Ok:
     case Result::Unchanged:
     case Result::Confirmed:

@@ -19,6 +19,7 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
 
   void show(session::Step step);
+  void showText(const std::string& text);
 
   /// Shows the seconds again. Called before each pause.
   void update();

@@ -44,6 +44,7 @@ enum class Result {
   Refused,        ///< the adapter refused the request
   NoAnswer,       ///< the adapter did not answer
   Interrupted,    ///< the user ended the command
+  Failed,         ///< the front end gave up: its process for this printer died or took too long
 };
 
 /// Returns the result for a printer that cannot be opened.
