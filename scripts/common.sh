@@ -1,4 +1,5 @@
-# What the scripts share. They source this file, which also changes to the folder of the project.
+# The functions and lists of packages that the scripts share. A script sources this file. This also changes the
+# current folder to that of the project.
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -18,7 +19,7 @@ as_root() {
   fi
 }
 
-# Installs those of the packages that are missing, and prints their names.
+# Installs the packages that are missing among the arguments, and prints the names of these packages.
 install_packages() {
   local missing
   mapfile -t missing < <(comm -23 <(printf '%s\n' "$@" | sort -u) \
@@ -47,14 +48,14 @@ kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl python3-jsonsc
 package_packages=(build-essential debhelper dpkg-dev lintian scdoc)
 package_lane_packages=(faketime mmdebstrap proot)
 
-# Ends a lane that cannot run on this machine. This differs from a lane that failed.
+# Ends a script whose tests cannot run on this machine. The status 77 differs from that of failed tests.
 readonly StatusCannotRun=77
 cannot_run() {
   echo "$(basename "$0") CANNOT RUN here: $*" >&2
   exit "$StatusCannotRun"
 }
 
-# Fails if a file is not formatted or has a word to replace.
+# Fails if a C++ file is not formatted, or if a file has a word of scripts/replaced_words.
 check_format() {
   git ls-files '*.cpp' '*.h' | xargs -P "$(nproc)" -n 32 clang-format --dry-run -Werror
   echo "All files are formatted."

@@ -20,12 +20,12 @@ constexpr const char* PrinterHelp = translatable(
     "/dev/usb/lpN, BUS:DEVICE, a serial number, or a part of make and model; "
     "not needed for the only printer");
 
-/// The option text for CLI11, without the value name.
+/// Returns the name of an option as CLI11 takes it, without the name of its value.
 std::string nameOf(const OptionRow& row) {
   return std::string(row.name);
 }
 
-/// Builds the commands of the program into CLI11's tree.
+/// Builds CLI11's tree of the program's commands and options.
 class Grammar {
  public:
   explicit Grammar(Arguments& arguments) : m_Arguments(arguments) {
@@ -63,7 +63,8 @@ class Grammar {
     app.set_help_flag(nameOf(ProgramOptions.front()) + ",-h", tr(ProgramOptions.front().help));
   }
 
-  /// Adds the command of a row. Its last word is its name below `parent`.
+  /// Adds the command `name` of the table. The last word of `name` is the command's name below
+  /// `parent`.
   static CLI::App& subcommand(CLI::App& parent, std::string_view name) {
     const CommandRow& row = *std::ranges::find(CommandRows, name, &CommandRow::name);
     CLI::App& app =
@@ -109,7 +110,8 @@ class Grammar {
     app.add_flag(nameOf(row), value, tr(row.help));
   }
 
-  /// Appends each value to a list, under the option's name without dashes.
+  /// Adds options. Each value that is given is appended to `list`, with the option's name without
+  /// dashes.
   static void addListed(CLI::App& app, std::span<const OptionRow> rows,
                         std::vector<std::pair<std::string, std::string>>& list) {
     for (const OptionRow& row : rows) {
@@ -171,7 +173,7 @@ class Grammar {
   CLI::App m_App;
 };
 
-/// Returns the words before those of a command, such as "zvkwifi cert" of "zvkwifi cert list".
+/// Returns the words before the name of a command: "zvkwifi cert" for "zvkwifi cert list".
 std::string wordsBefore(const CLI::App& app) {
   std::string words;
   for (const CLI::App* parent = app.get_parent(); parent != nullptr;
@@ -194,7 +196,8 @@ void checkSeveral(const Arguments& arguments) {
 }  // namespace
 
 void readArguments(const std::vector<std::string>& words, Arguments& arguments) {
-  // Known even if the rest cannot be read, because the error is then a JSON document.
+  // Set first: if the rest of the line cannot be read, these options still ask for the error as a
+  // JSON document.
   arguments.json = std::ranges::any_of(
       words, [](const std::string& word) { return word == "--json" || word == "--json-lines"; });
   rejectSecrets(words);

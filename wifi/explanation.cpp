@@ -52,7 +52,8 @@ Explanation explainMissing(const Report& report) {
   return explanation;
 }
 
-/// Why a printer with the settings has not joined, the likely causes first.
+/// Explains why a printer that has stored the settings is not in the network. The remedy lists the
+/// likely causes first.
 Explanation explainNotJoined(const Report& report, const session::Profile* profile) {
   Explanation explanation;
   const session::AdapterState& state = report.state;
@@ -90,18 +91,23 @@ Explanation explainNotJoined(const Report& report, const session::Profile* profi
 }
 
 Explanation explainInterrupted(const Report& report) {
-  if (!report.sentSettings) {
+  if (!report.sentSettings && !report.sentReset) {
     return {tr("Interrupted. Nothing was stored."), {}};
   }
-  return {tr("Interrupted. The settings may have been stored."),
+  return {report.sentReset ? tr("Interrupted. The adapter may have been reset.")
+                           : tr("Interrupted. The settings may have been stored."),
           tr("Run \"zvkwifi status\" to see the printer's network.")};
 }
 
 Explanation explainNoAnswer(const Report& report) {
   Explanation explanation;
-  explanation.message = report.sentSettings
-                            ? tr("The adapter did not answer. The settings may have been stored.")
-                            : tr("The adapter does not answer. Nothing was stored.");
+  if (report.sentReset) {
+    explanation.message = tr("The adapter did not answer. It may have been reset.");
+  } else if (report.sentSettings) {
+    explanation.message = tr("The adapter did not answer. The settings may have been stored.");
+  } else {
+    explanation.message = tr("The adapter does not answer. Nothing was stored.");
+  }
   explanation.remedy = tr(
       "Check that the printer has a wireless adapter. Switch it off and on, wait a minute, and try "
       "again.");

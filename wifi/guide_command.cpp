@@ -38,7 +38,7 @@ std::string joined(const std::vector<std::string>& words) {
   return text;
 }
 
-/// Returns the settings, a line for each. Of the secret it has only the length.
+/// Returns the settings, one line for each. Shows only the length of the secret.
 std::string summaryOf(const Printer& printer, const session::Profile& profile) {
   std::vector<LabelledValue> values = {
       {tr("Printer"), printerText(printer)},

@@ -11,7 +11,7 @@ namespace wifi {
 [[nodiscard]] std::string printerText(const session::Printer& printer);
 
 /// Asks until there is a printer that can be opened. Throws `CommandError` if the user has no
-/// permission, `Interrupted` or `EndOfInput`.
+/// permission to open it. Also throws `Interrupted` and `EndOfInput`.
 [[nodiscard]] session::Printer askForPrinter(const session::Machine& machine = {});
 
 }  // namespace wifi

@@ -99,7 +99,7 @@ inline constexpr auto DeleteOptions = std::to_array<OptionRow>({
     {"--name", "NAME", translatable("name as \"cert list\" shows it")},
 });
 
-/// A command: its words, and its options besides those of every command.
+/// A command: its name of one or two words, and its options besides those of every command.
 struct CommandRow {
   std::string_view name;
   const char* help;  ///< a message to translate
@@ -107,7 +107,7 @@ struct CommandRow {
   std::array<std::span<const OptionRow>, 3> options = {};
 };
 
-/// The commands. Those of `cert` follow it.
+/// The commands. The row of `cert` precedes the rows of its commands.
 inline constexpr auto CommandRows = std::to_array<CommandRow>({
     {"list", translatable("list the printers on this machine"), ""},
     {"status", translatable("show what the adapter reports"), "[PRINTER...]", {SeveralOptions}},

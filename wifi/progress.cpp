@@ -89,7 +89,7 @@ void Progress::update() {
 
 void Progress::clear() {
   if (m_Shown > 0) {
-    // Blanks instead of an escape sequence: a dumb terminal knows no other way.
+    // Overwrites the line with blanks, because a dumb terminal knows no escape sequence.
     write("\r" + std::string(m_Shown, ' ') + "\r");
     m_Shown = 0;
   }

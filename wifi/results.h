@@ -9,15 +9,15 @@ namespace wifi {
 /// The exit statuses of the program.
 enum ExitStatus : int {
   StatusDone = 0,
-  StatusInternalError = 1,  ///< no memory, or the output cannot be written
-  StatusInvalid = 2,        ///< wrong usage or settings, nothing was sent
+  StatusInternalError = 1,  ///< such as: out of memory, or a file cannot be written
+  StatusInvalid = 2,        ///< wrong usage, settings or certificate; nothing was changed
   StatusNoPrinter = 3,
   StatusNoPermission = 4,
   StatusBusy = 5,
   StatusRefused = 6,
   StatusNoAnswer = 7,
   StatusNotConfirmed = 8,
-  StatusSomeFailed = 9,  ///< of several printers
+  StatusSomeFailed = 9,  ///< there are several printers, and one or more failed
   StatusSignalBase = 128,
 };
 

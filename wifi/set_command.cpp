@@ -18,8 +18,8 @@ namespace wifi {
 
 namespace {
 
-/// Returns the checked settings, complete with the secret. They are in heap memory, which is
-/// cleared when it is freed.
+/// Returns the checked settings, complete with the secret. They are in heap memory, because the
+/// program clears heap memory when it frees it.
 std::unique_ptr<session::Profile> readProfile(const Arguments& arguments) {
   session::ProfileReader reader;
   for (const auto& [key, value] : arguments.settings) {
@@ -36,8 +36,9 @@ std::unique_ptr<session::Profile> readProfile(const Arguments& arguments) {
   return profile;
 }
 
-/// Prints the packets that would be sent. Opens nothing, so it is not known whether the printer has
-/// certificates to validate the server with.
+/// Prints the packets that would be sent, or with --json the document of a dry run without the
+/// packets. Opens no device, so it does not know whether the printer has certificates with which it
+/// validates the server.
 int printPackets(const Arguments& arguments, const session::Profile& profile) {
   if (arguments.json) {
     // One entry for each printer that is named, because discovery would open the device files.

@@ -1,4 +1,4 @@
-// The comparison of stored settings with the networks in reach.
+// Compares the stored settings with the networks in reach.
 
 #include "emulator/adapter/network.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 namespace settings = npa::settings;
 
-/// A value of the setting "security", and the setting that holds its key.
+/// A value of the setting "security", and the setting that holds the key for this security.
 struct KeyRow {
   std::size_t security;
   npa::SettingKey key;
@@ -37,7 +37,7 @@ std::string textOf(const SettingsStore& store, npa::SettingKey key) {
   return {text.begin(), text.end()};
 }
 
-/// Returns true if the stored security and its key are those of the network.
+/// Returns true if the network accepts the stored security and the stored key.
 bool accepts(const Network& network, const SettingsStore& store) {
   const npa::Bytes value = store.get(settings::Security);
   const std::size_t security = catalogue::numberOf(value).value_or(OpenNetwork);

@@ -20,7 +20,7 @@ struct Network {
 enum class Membership : npa::Byte {
   Joined = 0,
   NoSuchNetwork = 2,  ///< no network has the stored SSID
-  WrongKey = 3,       ///< the network has another key, or is open, or is not
+  WrongKey = 3,       ///< no network with this SSID accepts the stored key and security
   CaMissing = 4,      ///< 802.1x needs a CA certificate, and the printer has none
 };
 
@@ -31,7 +31,7 @@ Membership findNetwork(std::span<const Network> networks, const SettingsStore& s
 /// Returns true if a host has stored a setting that selects a network or its key.
 bool hasStoredNetwork(const SettingsStore& settings);
 
-/// Returns a text for the log, such as "not in a network: wrong key".
+/// Returns a text for the log, such as "not in a network: no such SSID".
 std::string_view membershipText(Membership membership);
 
 }  // namespace emulator

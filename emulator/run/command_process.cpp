@@ -1,4 +1,4 @@
-// Starting a child process, with a pipe through which it reports that it could not start.
+// Starts a child process. If the child cannot run its program, it reports this through a pipe.
 
 #include "emulator/run/command_process.h"
 

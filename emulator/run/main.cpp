@@ -105,7 +105,7 @@ Started startWithLink(const Options& options, const std::string& device,
   return {std::move(link), process};
 }
 
-/// Runs the command with the printer until it ends. Returns its exit status.
+/// Serves the printer until the command ends. Returns the exit status of the command.
 int run(const Options& options, emulator::PtyTransport& transport) {
   const emulator::SignalQueue signals;
   std::optional<Started> started;
@@ -154,7 +154,7 @@ void printState(const emulator::Adapter& adapter, const Options& options) {
   flushOutput();
 }
 
-/// Loads the state of the folder into the adapter.
+/// Loads the state that the folder holds into the adapter.
 void restore(emulator::Adapter& adapter, emulator::StateFolder& folder) {
   emulator::PrinterState state = folder.load();
   adapter.restore(state.settings, std::move(state.certificates));
@@ -170,8 +170,8 @@ int show(const Options& options) {
   return 0;
 }
 
-/// Serves the printer over the transport that the command selects, until the command ends. Returns
-/// its exit status.
+/// Serves the printer over the transport that the action selects. Returns the exit status of
+/// zvkprinter.
 int serveOverTransport(const Options& options, emulator::Adapter& adapter,
                        emulator::MessageLog& log) {
   if (options.action == Options::Action::Usb) {

@@ -1,4 +1,4 @@
-// The command `zvkprinter usb`: its signals, and the start of COMMAND.
+// Runs `zvkprinter usb`: handles its signals, and starts COMMAND.
 
 #include "emulator/run/usb_command.h"
 
@@ -19,7 +19,8 @@ namespace emulator {
 
 namespace {
 
-// The interval and the count of the checks whether the kernel has created the device node.
+// The program checks at this interval, and at most this many times, whether the kernel has created
+// the device node.
 constexpr suseconds_t TickMicroseconds = 20'000;
 constexpr int MostTicks = 1000;
 

@@ -7,7 +7,7 @@
 namespace emulator {
 
 /// Runs `zvkprinter usb`: serves the adapter as a USB printer until the command has ended or,
-/// without a command, until a signal arrives. Returns the exit status. Throws the exceptions of
+/// without a command, until a signal ends it. Returns the exit status. Throws the exceptions of
 /// `UsbTransport` and `CommandProcess`, and `std::runtime_error` if the printer's node does not
 /// appear within 20 s.
 int runUsbPrinter(const Options& options, Adapter& adapter, MessageLog& log);

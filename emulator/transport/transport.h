@@ -10,8 +10,8 @@
 
 namespace emulator {
 
-/// Moves bytes between the host and an adapter. A derived class implements the four steps below,
-/// and `carry` runs them in a loop.
+/// Moves bytes between the host and an adapter. A derived class implements the four functions
+/// below, and `carry` calls them in a loop.
 class Transport {
  public:
   using Clock = std::chrono::steady_clock;
@@ -20,7 +20,7 @@ class Transport {
   Transport(const Transport&) = delete;
   Transport& operator=(const Transport&) = delete;
 
-  /// Sends the bytes that are due, as far as sending does not block.
+  /// Sends the bytes that are due, as many as it can without blocking.
   virtual void sendDue() = 0;
   /// Receives everything that has arrived, without blocking.
   virtual void receiveAll() = 0;

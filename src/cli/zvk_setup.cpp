@@ -126,9 +126,9 @@ int zvkSetup::sendNpaData() {
   return m_Generator->sendNPAData(bytes.get(), count, RawReplyTimeoutSeconds);
 }
 
-// The text is part of the interface. Its errors are kept on purpose: it lists only the options of
-// the basic configuration, it gives the option "--passwd" the name "--password", and its last
-// channel is 6 instead of 11.
+// The text is part of the interface. Its errors are kept on purpose. For example, it lists only the
+// options of the basic configuration, it gives the option "--passwd" the name "--password", and its
+// last channel is 6 instead of 11.
 int zvkSetup::showHelp() {
   std::fputs(
       "\n"

@@ -39,6 +39,10 @@ TEST(ConfigTexts, ContainTheCommands) {
   EXPECT_TRUE(texts.at("zvkconfig switches with device").starts_with("*-s*|*-ip*|*-t*|"));
   EXPECT_EQ(texts.at("zvkconfig list of switches with options"),
             "*-c*, *-ca*, *-cer*, *-rcerdefs*, *-csr* and *-icer*");
+  const std::string retrying = texts.at("zvkconfig list of switches that retry");
+  EXPECT_TRUE(retrying.starts_with("*-c*, *-ca*, *-s*, ")) << retrying;
+  EXPECT_EQ(retrying.find("*-a*"), std::string::npos) << retrying;
+  EXPECT_EQ(retrying.find("*-cer*"), std::string::npos) << retrying;
 }
 
 TEST(ConfigTexts, ContainTheOptionsWithTheirWords) {
