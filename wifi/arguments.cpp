@@ -25,10 +25,12 @@ std::string nameOf(const OptionRow& row) {
   return std::string(row.name);
 }
 
-/// Builds CLI11's tree of the program's commands and options.
+/// Builds CLI11's tree of the program's commands and options. A command that is not among the words
+/// of the command line gets no options, because building the options of all commands takes longer
+/// than the rest of the program's start.
 class Grammar {
  public:
-  explicit Grammar(Arguments& arguments) : m_Arguments(arguments) {
+  Grammar(const std::vector<std::string>& words, Arguments& arguments) : m_Arguments(arguments) {
     m_App.name("zvkwifi");
     m_App.description(tr("Puts a USB printer's wireless adapter into a network."));
     m_App.require_subcommand(0, 1);
@@ -38,11 +40,18 @@ class Grammar {
     addHelp(m_App);
     addCommonOptions(m_App);
 
-    command(m_App, "list", Command::List);
-    withPrinters(command(m_App, "status", Command::Status));
-    addSet();
-    withPrinter(command(m_App, "reset", Command::Reset));
-    addCert();
+    const auto add = [&](const char* name, auto addWithOptions) {
+      if (std::ranges::count(words, name) > 0) {
+        addWithOptions();
+      } else {
+        subcommand(m_App, name);
+      }
+    };
+    add("list", [this] { command(m_App, "list", Command::List); });
+    add("status", [this] { withPrinters(command(m_App, "status", Command::Status)); });
+    add("set", [this] { addSet(); });
+    add("reset", [this] { withPrinter(command(m_App, "reset", Command::Reset)); });
+    add("cert", [this] { addCert(); });
   }
 
   CLI::App& app() { return m_App; }
@@ -183,6 +192,7 @@ std::string wordsBefore(const CLI::App& app) {
   return words;
 }
 
+/// Checks the options that depend on the number of printers. Throws `UsageError`.
 void checkSeveral(const Arguments& arguments) {
   if (arguments.all && !arguments.printers.empty()) {
     throw UsageError(tr("--all: expected no PRINTER besides it"));
@@ -202,7 +212,7 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
       words, [](const std::string& word) { return word == "--json" || word == "--json-lines"; });
   rejectSecrets(words);
   rejectEmptyValues(words);
-  Grammar grammar(arguments);
+  Grammar grammar(words, arguments);
   CLI::App& app = grammar.app();
   try {
     // CLI11 takes the words from the back.

@@ -40,8 +40,8 @@ struct Arguments {
 
   Command command = Command::Guide;
   std::string text;  ///< help or version
-  /// The named printers. If empty, the only printer, or all printers if `all` is true. Only `status`
-  /// and `set` take several.
+  /// The named printers. If empty, the only printer, or all printers if `all` is true. Only
+  /// `status` and `set` take several.
   std::vector<std::string> printers;
   bool all = false;
   bool json = false;

@@ -137,6 +137,11 @@ std::string nameOf(const session::Printer& printer) {
   return shown(name.empty() ? printer.device : name);
 }
 
+std::string printerText(const session::Printer& printer) {
+  const std::string name = nameOf(printer);
+  return name == printer.device ? name : name + " (" + printer.device + ")";
+}
+
 std::optional<Explanation> explain(const Report& report, const session::Profile* profile) {
   switch (report.result) {
     case Result::NoPermission:

@@ -15,7 +15,7 @@ int resetCommand(const Arguments& arguments) {
                                        [](const session::Report& report) {
                                          return util::formatted(
                                              tr("The adapter of %s was reset.\n"),
-                                             nameOf(report.printer).c_str());
+                                             printerText(report.printer).c_str());
                                        }});
 }
 

@@ -7,7 +7,7 @@
 
 #include "util/format.h"
 #include "wifi/console.h"
-#include "wifi/guide_printer.h"
+#include "wifi/explanation.h"
 #include "wifi/progress.h"
 #include "wifi/results.h"
 #include "wifi/shown_text.h"
@@ -71,7 +71,9 @@ class SeveralReports {
       printError({name + ": " + outcome.error->message, outcome.error->remedy});
       return;
     }
-    const std::string text = name + "\n" + outcome.text + "\n";
+    // Results of several lines are apart from each other.
+    const bool hasSeveralLines = std::ranges::count(outcome.text, '\n') > 1;
+    const std::string text = outcome.text + (hasSeveralLines ? "\n" : "");
     print(::isatty(STDOUT_FILENO) == 1 ? wrapped(text) : text);
   }
 

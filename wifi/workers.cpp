@@ -91,7 +91,7 @@ std::optional<Workers::Finished> Workers::next(const std::function<void()>& onTi
     if (polled.empty()) {
       return std::nullopt;
     }
-    ::poll(polled.data(), polled.size(), TickMilliseconds);
+    ::poll(polled.data(), polled.size(), millisecondsToWait());
     onTick();
     for (std::size_t k = 0; k < polled.size(); ++k) {
       Worker& worker = m_Workers[indices[k]];
@@ -102,6 +102,17 @@ std::optional<Workers::Finished> Workers::next(const std::function<void()>& onTi
       }
     }
   }
+}
+
+int Workers::millisecondsToWait() const {
+  auto wait = std::chrono::milliseconds(TickMilliseconds);
+  for (const Worker& worker : m_Workers) {
+    if (worker.process > 0) {
+      wait =
+          std::min(wait, std::chrono::ceil<std::chrono::milliseconds>(worker.end - Clock::now()));
+    }
+  }
+  return static_cast<int>(std::max(wait, std::chrono::milliseconds(0)).count());
 }
 
 void Workers::signal(int number) const {

@@ -58,6 +58,8 @@ class Workers {
     std::chrono::steady_clock::time_point end;
   };
 
+  /// Returns the time until the next tick or the end of a worker's time.
+  int millisecondsToWait() const;
   /// Reads what a worker has written. Returns false at the end of its bytes.
   static bool readSome(Worker& worker);
   Finished finish(std::size_t index, bool overdue);
