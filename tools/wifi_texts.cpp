@@ -120,6 +120,7 @@ void addWifiTexts(Texts& texts) {
   texts["zvkwifi common options"] = manualEntries(wifi::CommonOptions);
   texts["zvkwifi setting options"] = manualEntries(wifi::SettingOptions);
   texts["zvkwifi set options"] = manualEntries(wifi::SetOptions);
+  texts["zvkwifi several options"] = manualEntries(wifi::SeveralOptions);
   texts["zvkwifi subject options"] = manualEntries(wifi::SubjectOptions);
   texts["zvkwifi cert options"] = manualEntries(wifi::RequestOptions) + "\n" +
                                   manualEntries(wifi::InstallOptions) + "\n" +

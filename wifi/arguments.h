@@ -39,9 +39,13 @@ struct Arguments {
   };
 
   Command command = Command::Guide;
-  std::string text;     ///< help or version
-  std::string printer;  ///< if empty, the only printer
+  std::string text;  ///< help or version
+  /// The named printers. If empty, the only printer, or all printers if `all` is true. Only
+  /// `status` and `set` take several.
+  std::vector<std::string> printers;
+  bool all = false;
   bool json = false;
+  bool jsonLines = false;  ///< with `json`: a document for each printer
   bool quiet = false;
   bool verbose = false;
   std::string traceFile;  ///< empty: no trace

@@ -61,8 +61,7 @@ int runOnCertificates(const Arguments& arguments, const CertCommand& command) {
   } else {
     print(command.text(report));
   }
-  const bool interrupted = report.report.result == session::Result::Interrupted;
-  return exitStatusOf({&report.report, 1}, true, interrupted ? Interruption::signal() : 0);
+  return exitStatusOf(report.report, true, Interruption::signal());
 }
 
 }  // namespace wifi

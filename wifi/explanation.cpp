@@ -114,6 +114,12 @@ Explanation explainNoAnswer(const Report& report) {
   return explanation;
 }
 
+Explanation explainFailed() {
+  return {tr("The process for this printer died or took too long. The settings may have been "
+             "stored."),
+          tr("Switch the printer off and on, wait a minute, and try again.")};
+}
+
 Explanation explainRefused(const Report& report) {
   return {report.sentSettings ? tr("The adapter refused the settings.")
                               : tr("The adapter refused the request."),
@@ -129,6 +135,11 @@ std::string nameOf(const session::Printer& printer) {
     name.append(name.empty() ? "" : " ").append(*printer.model);
   }
   return shown(name.empty() ? printer.device : name);
+}
+
+std::string printerText(const session::Printer& printer) {
+  const std::string name = nameOf(printer);
+  return name == printer.device ? name : name + " (" + printer.device + ")";
 }
 
 std::optional<Explanation> explain(const Report& report, const session::Profile* profile) {
@@ -147,6 +158,8 @@ std::optional<Explanation> explain(const Report& report, const session::Profile*
       return explainNoAnswer(report);
     case Result::Refused:
       return explainRefused(report);
+    case Result::Failed:
+      return explainFailed();
     case Result::Ok:
     case Result::Unchanged:
     case Result::Confirmed:

@@ -22,4 +22,7 @@ struct Explanation {
 /// Returns the name of a printer for messages: make and model, or the device if both are unknown.
 [[nodiscard]] std::string nameOf(const session::Printer& printer);
 
+/// Returns make, model and device of a printer.
+[[nodiscard]] std::string printerText(const session::Printer& printer);
+
 }  // namespace wifi

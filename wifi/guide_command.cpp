@@ -79,7 +79,7 @@ int guideCommand(const Arguments& given) {
         "This puts a printer into a wireless network. Ctrl-C ends it; nothing is sent before you "
         "agree."));
     const Printer printer = askForPrinter();
-    arguments.printer = printer.device;
+    arguments.printers = {printer.device};
     profile = askForProfile();
     say("\n" + summaryOf(printer, *profile));
     if (!askForConsent(tr("Send now? [y/N] "))) {

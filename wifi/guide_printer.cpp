@@ -115,9 +115,4 @@ session::Printer askForPrinter(const session::Machine& machine) {
   }
 }
 
-std::string printerText(const session::Printer& printer) {
-  const std::string name = nameOf(printer);
-  return name == printer.device ? name : name + " (" + printer.device + ")";
-}
-
 }  // namespace wifi

@@ -1,14 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "session/machine.h"
 #include "session/printer.h"
 
 namespace wifi {
-
-/// Returns make, model and device of a printer.
-[[nodiscard]] std::string printerText(const session::Printer& printer);
 
 /// Asks until there is a printer that can be opened. Throws `CommandError` if the user has no
 /// permission to open it. Also throws `Interrupted` and `EndOfInput`.

@@ -60,10 +60,14 @@ Progress::~Progress() {
 }
 
 void Progress::show(session::Step step) {
-  if (m_Quiet || m_Text == textOf(step)) {
+  showText(textOf(step));
+}
+
+void Progress::showText(const std::string& text) {
+  if (m_Quiet || m_Text == text) {
     return;
   }
-  m_Text = textOf(step);
+  m_Text = text;
   if (m_OnTerminal) {
     update();
   } else {

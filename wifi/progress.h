@@ -19,6 +19,7 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
 
   void show(session::Step step);
+  void showText(const std::string& text);
 
   /// Writes the line again with the present seconds. Called for each new step and before each
   /// pause.

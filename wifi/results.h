@@ -1,6 +1,5 @@
 #pragma once
 
-#include <span>
 #include <string_view>
 
 #include "session/session.h"
@@ -32,9 +31,9 @@ struct ResultRow {
 /// Returns the row of a result.
 [[nodiscard]] const ResultRow& rowOf(session::Result result);
 
-/// Returns the exit status for the reports of one command. `waited` is true if a confirmation was
-/// wanted; `signal` is the signal that interrupted the command, or 0.
-[[nodiscard]] int exitStatusOf(std::span<const session::Report> reports, bool waited, int signal);
+/// Returns the exit status for the report of a command on one printer. `waited` is true if a
+/// confirmation was wanted; `signal` is the signal that has arrived, or 0.
+[[nodiscard]] int exitStatusOf(const session::Report& report, bool waited, int signal);
 
 /// Returns the word of a printer's state in JSON and in lists.
 [[nodiscard]] std::string_view wordOf(session::Printer::State state);

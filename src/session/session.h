@@ -44,6 +44,7 @@ enum class Result {
   Refused,        ///< the printer refused a request or sent an unexpected reply
   NoAnswer,       ///< the printer did not answer
   Interrupted,    ///< the user ended the command
+  Failed,         ///< the front end gave up: its process for this printer died or took too long
 };
 
 /// Returns the result for a printer that cannot be opened.
