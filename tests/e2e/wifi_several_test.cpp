@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <csignal>
-#include <deque>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "e2e/wifi_document.h"
@@ -20,26 +21,54 @@ using support::ProcessResult;
 using Json = nlohmann::json;
 using Words = std::vector<std::string>;
 
-/// Printers that run at the same time as the test.
+/// The script that starts all printers but the first, runs a command and stops these printers. Its
+/// arguments are the options of each printer, each ended by "--", and then "++" and the command.
+constexpr const char* Script = R"(
+number=0
+while [ "$1" != ++ ]; do
+  number=$((number + 1))
+  options=
+  while [ "$1" != -- ]; do
+    options="$options $1"
+    shift
+  done
+  shift
+  "$ZVKPRINTER" serve --show-secrets --link=/dev/usb/lp$number $options >/dev/null &
+  printers="$printers $!"
+  while ! [ -e /dev/usb/lp$number ]; do sleep 0.1; done
+done
+shift
+"$@"
+status=$?
+kill $printers
+exit $status)";
+
+/// Several emulated printers at /dev/usb/lp0, /dev/usb/lp1 and so on.
 class Printers {
  public:
-  /// Starts a printer with these options.
-  void add(const Words& options) {
-    const std::string number = std::to_string(m_Paths.size());
-    m_Paths.push_back(m_Folder.path("lp" + number));
-    m_Logs.push_back(m_Folder.path("log" + number));
-    Words command = {ZVKPRINTER, "serve", "--show-secrets", "--link=" + m_Paths.back(),
-                     "--log=" + m_Logs.back()};
-    command.insert(command.end(), options.begin(), options.end());
-    m_Processes.emplace_back(support::withFasterClock(command));
-    EXPECT_TRUE(support::eventually([&] { return std::filesystem::exists(m_Paths.back()); }));
+  /// Each printer has these options besides a log.
+  explicit Printers(const std::vector<Words>& options) {
+    for (const Words& words : options) {
+      const std::string number = std::to_string(m_Paths.size());
+      m_Paths.push_back("/dev/usb/lp" + number);
+      m_Options.push_back(words);
+      m_Options.back().push_back("--log=" + m_Folder.path("log" + number));
+    }
   }
 
   /// Returns a command line of zvkwifi with all printers at its end.
-  Words command(Words arguments) const {
-    arguments.insert(arguments.begin(), ZVKWIFI);
-    arguments.insert(arguments.end(), m_Paths.begin(), m_Paths.end());
-    return support::withFasterClock(support::supervised(arguments));
+  Words command(const Words& arguments) const {
+    Words words = {ZVKPRINTER, "run", "--show-secrets"};
+    append(words, m_Options.front());
+    append(words, {"--", "env", "ZVKPRINTER=" ZVKPRINTER, "sh", "-c", Script, "sh"});
+    for (auto options = m_Options.begin() + 1; options != m_Options.end(); ++options) {
+      append(words, *options);
+      words.emplace_back("--");
+    }
+    append(words, {"++", ZVKWIFI});
+    append(words, arguments);
+    append(words, m_Paths);
+    return support::withFasterClock(words);
   }
 
   /// Sets all printers up for the network "home".
@@ -50,14 +79,62 @@ class Printers {
   }
 
   const std::string& path(std::size_t index) const { return m_Paths.at(index); }
-  std::string log(std::size_t index) const { return support::fileContent(m_Logs.at(index)); }
+  std::string log(std::size_t index) const {
+    return support::fileContent(m_Folder.path("log" + std::to_string(index)));
+  }
 
  private:
+  static void append(Words& words, const Words& more) {
+    words.insert(words.end(), more.begin(), more.end());
+  }
+
   support::TemporaryFolder m_Folder;
   Words m_Paths;
-  Words m_Logs;
-  std::deque<support::BackgroundProcess> m_Processes;
+  std::vector<Words> m_Options;
 };
+
+/// Skips the tests where `zvkprinter run` cannot have a private /dev/usb.
+class SeveralPrinters : public testing::Test {
+ protected:
+  void SetUp() override {
+    const auto run =
+        support::runProcess({ZVKPRINTER, "run", "--log=/dev/null", "--", "echo", "{}"});
+    if (run.out != "/dev/usb/lp0\n") {
+      GTEST_SKIP() << "The system permits no private devices.";
+    }
+  }
+};
+
+/// Returns the numbers of the children of a process; none if the process is gone.
+std::vector<pid_t> childrenOf(pid_t parent) {
+  const std::string id = std::to_string(parent);
+  std::ifstream text("/proc/" + id + "/task/" + id + "/children");
+  std::vector<pid_t> children;
+  for (pid_t child = 0; text >> child;) {
+    children.push_back(child);
+  }
+  return children;
+}
+
+/// Returns the process of zvkwifi that has the argument `word` and is no worker, or 0.
+pid_t programWith(std::string_view word) {
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream file(entry.path() / "cmdline", std::ios::binary);
+    std::string argument;
+    bool found = false;
+    const bool isProgram = std::getline(file, argument, '\0') && argument == ZVKWIFI;
+    while (isProgram && std::getline(file, argument, '\0')) {
+      found = found || argument == word;
+    }
+    if (found) {
+      const pid_t process = std::stoi(entry.path().filename());
+      if (!childrenOf(process).empty()) {
+        return process;
+      }
+    }
+  }
+  return 0;
+}
 
 std::vector<Json> documentsIn(const std::string& text) {
   std::vector<Json> documents;
@@ -68,11 +145,8 @@ std::vector<Json> documentsIn(const std::string& text) {
   return documents;
 }
 
-TEST(SeveralPrinters, AreInOneDocumentInTheOrderOfTheArguments) {
-  Printers printers;
-  printers.add({"--silent"});
-  printers.add({"--ssid=old"});
-  printers.add({"--refuse-all"});
+TEST_F(SeveralPrinters, AreInOneDocumentInTheOrderOfTheArguments) {
+  const Printers printers({{"--silent"}, {"--ssid=old"}, {"--result=00"}});
   const ProcessResult result = printers.setHome({"--json"});
   EXPECT_EQ(result.status, 9);
   EXPECT_EQ(result.err, "");
@@ -86,10 +160,8 @@ TEST(SeveralPrinters, AreInOneDocumentInTheOrderOfTheArguments) {
   }
 }
 
-TEST(SeveralPrinters, HaveADocumentEachWhenTheyAreDone) {
-  Printers printers;
-  printers.add({"--silent"});
-  printers.add({"--ssid=home"});
+TEST_F(SeveralPrinters, HaveADocumentEachWhenTheyAreDone) {
+  const Printers printers({{"--silent"}, {"--ssid=home"}});
   const ProcessResult result = printers.setHome({"--json-lines"});
   EXPECT_EQ(result.status, 9);
   const std::vector<Json> documents = documentsIn(result.out);
@@ -99,11 +171,8 @@ TEST(SeveralPrinters, HaveADocumentEachWhenTheyAreDone) {
   EXPECT_EQ(documents[1].at("printers").at(0).at("result"), "no-answer");
 }
 
-TEST(SeveralPrinters, GetTheSameSecret) {
-  Printers printers;
-  printers.add({"--ssid=old"});
-  printers.add({"--ssid=old"});
-  printers.add({"--refuse-wrapped"});
+TEST_F(SeveralPrinters, GetTheSameSecret) {
+  const Printers printers({{"--ssid=old"}, {"--ssid=old"}, {"--refuse-wrapped"}});
   const ProcessResult result = printers.setHome({});
   EXPECT_EQ(result.status, 0) << result.err;
   for (std::size_t i = 0; i < 3; ++i) {
@@ -114,10 +183,8 @@ TEST(SeveralPrinters, GetTheSameSecret) {
   EXPECT_EQ(std::ranges::count(result.out, '\n'), 3);
 }
 
-TEST(SeveralPrinters, AreNamedInTheirErrors) {
-  Printers printers;
-  printers.add({"--silent"});
-  printers.add({"--ssid=home"});
+TEST_F(SeveralPrinters, AreNamedInTheirErrors) {
+  const Printers printers({{"--silent"}, {"--ssid=home"}});
   const ProcessResult result = support::runProcess(printers.command({"status", "--quiet"}));
   EXPECT_EQ(result.status, 9);
   EXPECT_TRUE(result.err.starts_with("zvkwifi: " + printers.path(0) + ": The adapter does not"))
@@ -126,28 +193,26 @@ TEST(SeveralPrinters, AreNamedInTheirErrors) {
   EXPECT_TRUE(result.out.ends_with("\n\n")) << result.out;
 }
 
-TEST(SeveralPrinters, AreAllDoneIfNoneFails) {
-  Printers printers;
-  printers.add({"--ssid=home"});
-  printers.add({"--ssid=home"});
+TEST_F(SeveralPrinters, AreAllDoneIfNoneFails) {
+  const Printers printers({{"--ssid=home"}, {"--ssid=home"}});
   const ProcessResult result = support::runProcess(printers.command({"status", "--json"}));
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.err, "");
   EXPECT_EQ(parsedDocument(result.out).at("printers").size(), 2U);
 }
 
-TEST(SeveralPrinters, EndInOrderAfterASignal) {
-  Printers printers;
-  printers.add({"--ssid=old", "--ip-after=1000"});
-  printers.add({"--ssid=old", "--ip-after=1000"});
+TEST_F(SeveralPrinters, EndInOrderAfterASignal) {
+  const Printers printers({{"--ssid=old", "--ip-after=1000"}, {"--ssid=old", "--ip-after=1000"}});
   support::TerminalProcess program(
-      printers.command({"set", "--ssid=home", "--security=open", "--wait=600", "--json-lines"}));
+      printers.command({"set", "--ssid=home", "--security=open", "--wait=601", "--json-lines"}));
   ASSERT_TRUE(program.waitFor("0 of 2 printers are done"));
   ASSERT_TRUE(support::eventually([&] {
     return printers.log(0).find("query, wrapped: IP address") != std::string::npos &&
            printers.log(1).find("query, wrapped: IP address") != std::string::npos;
   }));
-  ::kill(program.pid(), SIGTERM);
+  pid_t parent = 0;
+  ASSERT_TRUE(support::eventually([&] { return (parent = programWith("--wait=601")) > 0; }));
+  ::kill(parent, SIGTERM);
   EXPECT_EQ(program.waitForEnd(), 128 + SIGTERM);
   const std::string shown = program.shown();
   const std::size_t first = shown.find("\"result\":\"interrupted\"");
@@ -155,41 +220,31 @@ TEST(SeveralPrinters, EndInOrderAfterASignal) {
   EXPECT_NE(shown.find("\"result\":\"interrupted\"", first + 1), std::string::npos) << shown;
 }
 
-/// Returns the processes whose parent is `parent`.
-std::vector<pid_t> childrenOf(pid_t parent) {
-  const std::string id = std::to_string(parent);
-  std::istringstream text(support::fileContent("/proc/" + id + "/task/" + id + "/children"));
-  std::vector<pid_t> children;
-  for (pid_t child = 0; text >> child;) {
-    children.push_back(child);
-  }
-  return children;
-}
-
-TEST(SeveralPrinters, DoNotSufferIfAWorkerDies) {
-  Printers printers;
-  printers.add({"--ssid=old", "--ip-after=1000"});
-  printers.add({"--ssid=home"});
+TEST_F(SeveralPrinters, DoNotSufferIfAWorkerDies) {
+  const Printers printers({{"--ssid=old", "--ip-after=1000"}, {"--ssid=home"}});
   support::TerminalProcess program(
-      printers.command({"set", "--ssid=home", "--security=open", "--wait=600", "--json-lines"}));
+      printers.command({"set", "--ssid=home", "--security=open", "--wait=602", "--json-lines"}));
   ASSERT_TRUE(program.waitFor("\"result\":\"unchanged\"")) << program.shown();
-  const std::vector<pid_t> workers = childrenOf(program.pid());
-  ASSERT_EQ(workers.size(), 1U);
+  std::vector<pid_t> workers;
+  ASSERT_TRUE(support::eventually([&] {
+    const pid_t parent = programWith("--wait=602");
+    workers = parent > 0 ? childrenOf(parent) : std::vector<pid_t>();
+    return workers.size() == 1;
+  }));
   ::kill(workers.front(), SIGKILL);
   EXPECT_EQ(program.waitForEnd(), 9);
   EXPECT_NE(program.shown().find("\"result\":\"failed\""), std::string::npos) << program.shown();
 }
 
-TEST(SeveralPrinters, AreNotServedIfOneIsNamedTwice) {
-  Printers printers;
-  printers.add({"--ssid=old"});
+TEST_F(SeveralPrinters, AreNotServedIfOneIsNamedTwice) {
+  const Printers printers({{"--ssid=old"}});
   const ProcessResult result = printers.setHome({printers.path(0)});
   EXPECT_EQ(result.status, 2);
   EXPECT_NE(result.err.find("was named already"), std::string::npos) << result.err;
   EXPECT_EQ(printers.log(0), "");
 }
 
-TEST(SeveralPrinters, AreNotServedWithOptionsForOne) {
+TEST_F(SeveralPrinters, AreNotServedWithOptionsForOne) {
   for (const Words& words : {Words{"--trace=/dev/null", "/dev/usb/lp0", "/dev/usb/lp1"},
                              Words{"--verbose", "--all"}, Words{"--all", "/dev/usb/lp0"}}) {
     Words command = {ZVKWIFI, "status"};
