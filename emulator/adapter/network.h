@@ -22,6 +22,11 @@ enum class Membership : npa::Byte {
   NoSuchNetwork = 2,  ///< no network has the stored SSID
   WrongKey = 3,       ///< the network has another key, or is open, or is not
   CaMissing = 4,      ///< 802.1x needs a CA certificate, and the printer has none
+  // Only with a radio:
+  Refused = 5,           ///< the 802.1x authentication failed
+  NoAddress = 6,         ///< no DHCP server has answered
+  UnusableSettings = 7,  ///< no network can be joined with what is stored
+  Joining = 8,           ///< the radio has no result yet
 };
 
 /// Returns whether one of the networks has the stored SSID and accepts the stored key. Does not
