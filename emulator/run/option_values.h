@@ -51,6 +51,10 @@ Readiness parseReadiness(const std::string& text);
 /// Parses "SSID:KEY". The last colon separates. The SSID has 1 to 32 bytes; the key may be empty.
 Network parseNetwork(const std::string& text);
 
+/// Parses the name of a network interface: 1 to 15 characters other than "/" and a blank, and
+/// neither "." nor "..".
+std::string parseInterface(const std::string& text);
+
 /// Parses the count of bits of an RSA key, or 0.
 std::size_t parseKeyBits(const std::string& text);
 

@@ -1,6 +1,6 @@
 // Starting a child process, with a pipe through which it reports that it could not start.
 
-#include "emulator/run/command_process.h"
+#include "emulator/transport/command_process.h"
 
 #include <algorithm>
 #include <array>
