@@ -69,7 +69,7 @@ std::optional<LeaseEvent> parseLease(const std::string& line) {
 LeasePipe::LeasePipe(const PrivateFolder& folder) : m_Script(folder.path("udhcpc-script")) {
   const std::string pipe = folder.path("lease");
   check(::mkfifo(pipe.c_str(), OwnerReadsAndWrites) == 0, pipe);
-  // With a writer of its own the pipe never reports an end of file.
+  // With its own writer the pipe never reports an end of file.
   m_Pipe = util::UniqueFd(::open(pipe.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
   check(static_cast<bool>(m_Pipe), pipe);
   folder.write("udhcpc-script", scriptFor(pipe));

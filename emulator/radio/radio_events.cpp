@@ -37,8 +37,9 @@ constexpr std::string_view TempDisabled = "CTRL-EVENT-SSID-TEMP-DISABLED";
 /// The first row that matches counts.
 constexpr std::array Events = {
     EventRow{"CTRL-EVENT-NETWORK-NOT-FOUND", "", Membership::NoSuchNetwork, {}},
-    EventRow{TempDisabled, "reason=WRONG_KEY", Membership::WrongKey, {}},
     EventRow{TempDisabled, "reason=AUTH_FAILED", Membership::Refused, {}},
+    // WRONG_KEY or, if the access point ignores a wrong WEP key, CONN_FAILED.
+    EventRow{TempDisabled, "", Membership::WrongKey, {}},
     EventRow{"CTRL-EVENT-AUTH-REJECT", "", Membership::WrongKey, {}},
     EventRow{"CTRL-EVENT-ASSOC-REJECT", "", Membership::WrongKey, {}},
     EventRow{CertificateError, "reason=3 ", {}, ServerNotYetValid},
@@ -46,6 +47,8 @@ constexpr std::array Events = {
     EventRow{CertificateError, "", {}, ServerRejected},
     EventRow{EapStatus, "'remote TLS alert'", {}, ClientRejected},
     EventRow{EapStatus, "'refuse proposed method'", {}, TypeMismatch},
+    // A server that refuses the certificate of EAP-TLS may end the authentication without an alert.
+    EventRow{EapStatus, "'accept proposed method' parameter='TLS'", {}, ClientRejected},
     EventRow{EapStatus, "'accept proposed method'", {}, Failed},
     EventRow{"CTRL-EVENT-EAP-FAILURE", "", Membership::Refused, {}},
 };
@@ -90,11 +93,7 @@ void RadioEvents::take(std::string_view event) {
   if (row == Events.end()) {
     return;
   }
-  if (row->cause) {
-    // The server's last alert follows from the rejection of its certificate.
-    const bool isRejection = m_Cause >= ServerNotYetValid && m_Cause <= ServerRejected;
-    m_Cause = isRejection && *row->cause == ClientRejected ? m_Cause : *row->cause;
-  }
+  m_Cause = row->cause.value_or(m_Cause);
   if (!row->membership || m_IsConnected) {
     return;
   }

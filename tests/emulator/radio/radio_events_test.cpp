@@ -27,6 +27,8 @@ constexpr std::string_view EapStarted = "CTRL-EVENT-EAP-STARTED EAP authenticati
 constexpr std::string_view EapFailure = "CTRL-EVENT-EAP-FAILURE EAP authentication failed";
 constexpr std::string_view Accepted =
     "CTRL-EVENT-EAP-STATUS status='accept proposed method' parameter='PEAP'";
+constexpr std::string_view AcceptedTls =
+    "CTRL-EVENT-EAP-STATUS status='accept proposed method' parameter='TLS'";
 constexpr std::string_view Refused =
     "CTRL-EVENT-EAP-STATUS status='refuse proposed method' parameter='MD5'";
 constexpr std::string_view RemoteAlert =
@@ -61,6 +63,12 @@ INSTANTIATE_TEST_SUITE_P(
         EventsRow{{"WrongKey"}, false, {Disconnected, WrongKey}, 3, 0},
         EventsRow{
             {"AWrongKeyIsNotForgottenDuringTheNextSearch"}, false, {WrongKey, NotFound}, 3, 0},
+        EventsRow{{"NoAnswerToTheAuthentication"},
+                  false,
+                  {"CTRL-EVENT-SSID-TEMP-DISABLED id=0 ssid=\"x\" auth_failures=1 duration=10 "
+                   "reason=CONN_FAILED"},
+                  3,
+                  0},
         EventsRow{{"NetworkFoundButWrongKey"}, false, {NotFound, WrongKey}, 3, 0},
         EventsRow{{"AuthenticationRejected"},
                   false,
@@ -88,11 +96,8 @@ INSTANTIATE_TEST_SUITE_P(
         EventsRow{{"Authenticated"}, true, {EapStarted, Accepted, Connected}, 8, 2},
         EventsRow{{"Failed"}, true, {EapStarted, Accepted, EapFailure, AuthFailed}, 5, 9},
         EventsRow{{"AFailureStaysDuringTheNextAttempt"}, true, {EapFailure, EapStarted}, 5, 9},
-        EventsRow{{"UntrustedServer"},
-                  true,
-                  {EapStarted, Accepted, Untrusted, RemoteAlert, EapFailure},
-                  5,
-                  6},
+        EventsRow{
+            {"UntrustedServer"}, true, {EapStarted, AcceptedTls, Untrusted, EapFailure}, 5, 6},
         EventsRow{{"ServerNotYetValid"},
                   true,
                   {"CTRL-EVENT-EAP-TLS-CERT-ERROR reason=3 depth=0 subject='' err=''", EapFailure},
@@ -104,6 +109,13 @@ INSTANTIATE_TEST_SUITE_P(
                   5,
                   5},
         EventsRow{{"ClientRejected"}, true, {Accepted, RemoteAlert, EapFailure}, 5, 7},
+        EventsRow{
+            {"ClientRejectedWithoutAnAlert"}, true, {AcceptedTls, EapFailure, AuthFailed}, 5, 7},
+        EventsRow{{"AnEarlierCauseIsForgottenWithTheNextMethod"},
+                  true,
+                  {Accepted, Untrusted, EapFailure, Accepted, EapFailure},
+                  5,
+                  9},
         EventsRow{{"TypeMismatch"}, true, {Refused, EapFailure}, 5, 8},
         EventsRow{{"AnotherMethodIsAccepted"}, true, {Refused, Accepted, EapFailure}, 5, 9},
         EventsRow{{"KeysMissingAfterwards"}, true, {EapStarted, WrongKey}, 5, 9}),
