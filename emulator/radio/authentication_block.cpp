@@ -52,7 +52,7 @@ class Credentials {
   std::size_t innerMethod() const {
     const std::size_t code = m_Store.number(settings::InnerAuth).value_or(MsChapV2);
     if (code >= InnerMethods.size()) {
-      throw RadioProblem::InnerMethodUnknown;
+      throw UnusableError{RadioProblem::InnerMethodUnknown};
     }
     return code;
   }
@@ -106,7 +106,7 @@ class Credentials {
       }
     }
     if (usable.empty()) {
-      throw first.value_or(RadioProblem::MethodMissing);
+      throw UnusableError{first.value_or(RadioProblem::MethodMissing)};
     }
     return usable;
   }
@@ -155,7 +155,7 @@ void addAuthentication(NetworkBlock& block, RadioConfiguration& configuration,
   block.add("eap", words);
   const std::string user = store.text(settings::AuthUser);
   if (user.empty()) {
-    throw RadioProblem::UserMissing;
+    throw UnusableError{RadioProblem::UserMissing};
   }
   block.addBytes("identity", user);
   if (needsPassword) {
@@ -173,7 +173,7 @@ void addAuthentication(NetworkBlock& block, RadioConfiguration& configuration,
       authorities.append(authority.pem);
     }
     if (authorities.empty()) {
-      throw RadioProblem::AuthorityMissing;
+      throw UnusableError{RadioProblem::AuthorityMissing};
     }
     addFile("ca_cert", radio_files::Authorities, std::move(authorities));
   }

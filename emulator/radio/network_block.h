@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -8,6 +9,11 @@
 #include "emulator/radio/radio_configuration.h"
 
 namespace emulator {
+
+/// Thrown for settings that cannot become a configuration.
+struct UnusableError {
+  RadioProblem problem;
+};
 
 /// The network block of a wpa_supplicant configuration, under construction.
 class NetworkBlock {
@@ -26,17 +32,17 @@ class NetworkBlock {
 /// The codes of the setting "encryption".
 enum class Encryption { None = 0, WepDynamic = 1, WepStatic = 2, Tkip = 3, Aes = 4 };
 
-/// Returns the stored encryption, or nothing if none is stored. Throws `RadioProblem` if the code
+/// Returns the stored encryption, or nothing if none is stored. Throws `UnusableError` if the code
 /// is unknown.
 std::optional<Encryption> storedEncryption(const SettingsStore& settings);
 
 /// Adds the lines for the ciphers of WPA and WPA2. Without an encryption both ciphers are allowed.
 void addCiphers(NetworkBlock& block, std::optional<Encryption> encryption);
 
-/// Adds the stored WEP keys and the index of the transmit key. Throws `RadioProblem`.
+/// Adds the stored WEP keys and the index of the transmit key. Throws `UnusableError`.
 void addWepKeys(NetworkBlock& block, const SettingsStore& settings);
 
-/// Adds the lines of an 802.1x network, and its certificates to `files`. Throws `RadioProblem`.
+/// Adds the lines of an 802.1x network, and its certificates to `files`. Throws `UnusableError`.
 void addAuthentication(NetworkBlock& block, RadioConfiguration& configuration,
                        const SettingsStore& settings, const CertificateStore& certificates,
                        const std::string& folder);

@@ -64,10 +64,10 @@ std::string allFrequencies() {
 void addNetwork(NetworkBlock& block, const SettingsStore& store, bool isAdHoc) {
   const std::string ssid = store.text(settings::Ssid);
   if (ssid.empty()) {
-    throw RadioProblem::SsidMissing;
+    throw UnusableError{RadioProblem::SsidMissing};
   }
   if (ssid.size() > LongestSsid) {
-    throw RadioProblem::SsidTooLong;
+    throw UnusableError{RadioProblem::SsidTooLong};
   }
   block.addBytes("ssid", ssid);
   if (!isAdHoc) {
@@ -78,7 +78,7 @@ void addNetwork(NetworkBlock& block, const SettingsStore& store, bool isAdHoc) {
   }
   const std::size_t channel = store.number(settings::Channel).value_or(UsualChannel);
   if (channel < 1 || channel > LargestChannel) {
-    throw RadioProblem::ChannelOutOfRange;
+    throw UnusableError{RadioProblem::ChannelOutOfRange};
   }
   block.add("mode", "1");
   block.add("frequency", frequencyOf(channel));
@@ -86,14 +86,14 @@ void addNetwork(NetworkBlock& block, const SettingsStore& store, bool isAdHoc) {
 
 void addPassphrase(NetworkBlock& block, const std::string& key) {
   if (key.size() < ShortestPassphrase) {
-    throw RadioProblem::PassphraseTooShort;
+    throw UnusableError{RadioProblem::PassphraseTooShort};
   }
   if (key.size() > HexKeySize) {
-    throw RadioProblem::PassphraseTooLong;
+    throw UnusableError{RadioProblem::PassphraseTooLong};
   }
   if (key.size() == HexKeySize) {
     if (!isHex(key)) {
-      throw RadioProblem::KeyNotHex;
+      throw UnusableError{RadioProblem::KeyNotHex};
     }
     block.add("psk", key);
     return;
@@ -101,7 +101,7 @@ void addPassphrase(NetworkBlock& block, const std::string& key) {
   const bool hasControl = std::ranges::any_of(
       key, [](char character) { return (character >= 0 && character < ' ') || character == 0x7F; });
   if (hasControl) {
-    throw RadioProblem::PassphraseControlCharacter;
+    throw UnusableError{RadioProblem::PassphraseControlCharacter};
   }
   // wpa_supplicant reads up to the last quotation mark of the line.
   block.add("psk", "\"" + key + "\"");
@@ -111,11 +111,11 @@ void addPreSharedKey(NetworkBlock& block, const SettingsStore& store, bool isAdH
                      bool isWpa2Only) {
   std::optional<Encryption> encryption = storedEncryption(store);
   if (encryption == Encryption::WepDynamic || encryption == Encryption::WepStatic) {
-    throw RadioProblem::WepEncryptionWithKey;
+    throw UnusableError{RadioProblem::WepEncryptionWithKey};
   }
   if (isAdHoc) {
     if (encryption == Encryption::Tkip) {
-      throw RadioProblem::AdHocWithTkip;
+      throw UnusableError{RadioProblem::AdHocWithTkip};
     }
     encryption = Encryption::Aes;
   }
@@ -133,7 +133,7 @@ void addPreSharedKey(NetworkBlock& block, const SettingsStore& store, bool isAdH
 void addWep(NetworkBlock& block, const SettingsStore& store) {
   const std::size_t auth = store.number(settings::WepAuth).value_or(0);
   if (auth >= WepAuthWords.size()) {
-    throw RadioProblem::WepAuthUnknown;
+    throw UnusableError{RadioProblem::WepAuthUnknown};
   }
   block.add("key_mgmt", "NONE");
   block.add("auth_alg", WepAuthWords.at(auth));
@@ -157,12 +157,12 @@ void addSecurity(NetworkBlock& block, RadioConfiguration& configuration, const S
       return;
     case Security::Authentication:
       if (isAdHoc) {
-        throw RadioProblem::AdHocWithServer;
+        throw UnusableError{RadioProblem::AdHocWithServer};
       }
       addAuthentication(block, configuration, store, certificates, folder);
       return;
   }
-  throw RadioProblem::SecurityUnknown;
+  throw UnusableError{RadioProblem::SecurityUnknown};
 }
 
 }  // namespace
@@ -188,7 +188,7 @@ std::optional<Encryption> storedEncryption(const SettingsStore& store) {
   }
   const std::optional<std::size_t> code = store.number(settings::Encryption);
   if (!code || *code > static_cast<std::size_t>(Encryption::Aes)) {
-    throw RadioProblem::EncryptionUnknown;
+    throw UnusableError{RadioProblem::EncryptionUnknown};
   }
   return static_cast<Encryption>(*code);
 }
@@ -208,10 +208,10 @@ void addWepKeys(NetworkBlock& block, const SettingsStore& store) {
     }
     const auto* const row = std::ranges::find(WepKeySizes, key.size(), &WepKeyRow::size);
     if (row == WepKeySizes.end()) {
-      throw RadioProblem::WepKeySize;
+      throw UnusableError{RadioProblem::WepKeySize};
     }
     if (row->isHex && !isHex(key)) {
-      throw RadioProblem::WepKeyNotHex;
+      throw UnusableError{RadioProblem::WepKeyNotHex};
     }
     const std::string name = "wep_key" + std::to_string(index);
     if (row->isHex) {
@@ -222,10 +222,10 @@ void addWepKeys(NetworkBlock& block, const SettingsStore& store) {
   }
   const std::size_t transmit = store.number(settings::WepTransmit).value_or(1);
   if (transmit < 1 || transmit > WepKeys.size()) {
-    throw RadioProblem::TransmitKeyOutOfRange;
+    throw UnusableError{RadioProblem::TransmitKeyOutOfRange};
   }
   if (store.text(WepKeys.at(transmit - 1)).empty()) {
-    throw RadioProblem::TransmitKeyEmpty;
+    throw UnusableError{RadioProblem::TransmitKeyEmpty};
   }
   block.add("wep_tx_keyidx", std::to_string(transmit - 1));
 }
@@ -241,8 +241,8 @@ RadioPlan planRadio(const SettingsStore& store, const CertificateStore& certific
                                              radio_files::Control + "\nfast_reauth=0\n" +
                                              block.text();
     return configuration;
-  } catch (const RadioProblem problem) {
-    return problem;
+  } catch (const UnusableError& error) {
+    return error.problem;
   }
 }
 
