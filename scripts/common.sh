@@ -44,7 +44,9 @@ valgrind_packages=(valgrind)
 bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
   pkg-config xxd)
 coverage_packages=(gcovr)
-kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl python3-jsonschema xz-utils)
+# The libraries are those of hostapd and wpa_supplicant.
+kernel_packages=(qemu-system-x86 busybox-static cpio kmod libdbus-1-3 libnl-3-200 libnl-genl-3-200
+  libnl-route-3-200 libpcsclite1 openssl python3-jsonschema xz-utils)
 package_packages=(build-essential debhelper dpkg-dev lintian scdoc)
 package_lane_packages=(faketime mmdebstrap proot)
 

@@ -153,6 +153,9 @@ bool Adapter::isReached(const Readiness& readiness, int earlierQueries) const {
 }
 
 npa::Bytes Adapter::currentValue(npa::SettingKey key, int earlierQueries) const {
+  if (m_Live && key == npa::settings::AuthStatus) {
+    return {m_Live->authStatus};
+  }
   const Authentication authentication(m_Settings, m_Certificates.store(), m_Personality.networks);
   if (const auto value = authentication.value(key)) {
     return {*value};

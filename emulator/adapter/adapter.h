@@ -12,6 +12,7 @@
 #include "catalogue/packet_reader.h"
 #include "emulator/adapter/message.h"
 #include "emulator/adapter/message_log.h"
+#include "emulator/adapter/network.h"
 #include "emulator/adapter/personality.h"
 #include "emulator/adapter/settings_store.h"
 #include "emulator/certificates/certificate_object.h"
@@ -68,6 +69,10 @@ class Adapter {
   /// Sets the settings and certificates of an earlier run.
   void restore(const SettingsStore::Values& settings, CertificateStore certificates);
 
+  /// Sets what a real radio has found out. From then on the adapter reports this, and neither the
+  /// personality nor `Authentication` decides about the network.
+  void report(const LiveNetwork& network);
+
   const SettingsStore& settings() const { return m_Settings; }
   const CertificateStore& certificates() const { return m_Certificates.store(); }
 
@@ -118,6 +123,7 @@ class Adapter {
   catalogue::PacketReader m_Reader;
   SettingsStore m_Settings;
   CertificateObject m_Certificates;
+  std::optional<LiveNetwork> m_Live;  ///< the last report of a real radio
   std::function<void()> m_Save;
   std::map<npa::SettingKey, int> m_Queries;  ///< the queries since `m_Start`
   std::function<Clock::time_point()> m_Now;

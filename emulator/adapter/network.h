@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <span>
 #include <string>
 #include <string_view>
@@ -22,6 +23,20 @@ enum class Membership : npa::Byte {
   NoSuchNetwork = 2,  ///< no network has the stored SSID
   WrongKey = 3,       ///< no network with this SSID accepts the stored key and security
   CaMissing = 4,      ///< 802.1x needs a CA certificate, and the printer has none
+  // Only with a radio:
+  Refused = 5,           ///< the 802.1x authentication failed
+  NoAddress = 6,         ///< no DHCP server has answered
+  UnusableSettings = 7,  ///< no network can be joined with what is stored
+  Joining = 8,           ///< the radio has no result yet
+};
+
+/// What a real radio has found out about the adapter's network.
+struct LiveNetwork {
+  Membership membership = Membership::NoSuchNetwork;
+  npa::Byte authStatus = 0;  ///< the value of the setting "802.1x authentication status"
+  std::array<npa::Byte, 4> address{};
+
+  bool operator==(const LiveNetwork&) const = default;
 };
 
 /// Returns whether one of the networks has the stored SSID and accepts the stored security and key,

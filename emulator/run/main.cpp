@@ -17,13 +17,15 @@
 #include "catalogue/option_parser.h"
 #include "emulator/adapter/adapter.h"
 #include "emulator/adapter/message_log.h"
+#include "emulator/radio/radio.h"
+#include "emulator/radio/radio_program.h"
 #include "emulator/run/command_line.h"
-#include "emulator/run/command_process.h"
 #include "emulator/run/device_link.h"
 #include "emulator/run/private_devices.h"
 #include "emulator/run/reply_files.h"
 #include "emulator/run/usb_command.h"
 #include "emulator/state/state_folder.h"
+#include "emulator/transport/command_process.h"
 #include "emulator/transport/pty_transport.h"
 #include "emulator/transport/signal_queue.h"
 
@@ -173,11 +175,12 @@ int show(const Options& options) {
 /// Serves the printer over the transport that the action selects. Returns the exit status of
 /// zvkprinter.
 int serveOverTransport(const Options& options, emulator::Adapter& adapter,
-                       emulator::MessageLog& log) {
+                       emulator::MessageLog& log, emulator::Radio* radio) {
   if (options.action == Options::Action::Usb) {
-    return emulator::runUsbPrinter(options, adapter, log);
+    return emulator::runUsbPrinter(options, adapter, log, radio);
   }
   emulator::PtyTransport transport(adapter);
+  transport.accompany(radio);
   return options.action == Options::Action::Run ? run(options, transport)
                                                 : serve(options, transport);
 }
@@ -197,9 +200,21 @@ int runPrinter(const Options& options) {
   if (options.stateFolder) {
     folder.emplace(*options.stateFolder, emulator::StateFolder::Use::Keep);
     restore(adapter, *folder);
-    adapter.onChange([&] { folder->save(adapter.settings().stored(), adapter.certificates()); });
   }
-  const int status = serveOverTransport(options, adapter, log);
+  std::unique_ptr<emulator::Radio> radio;
+  if (options.radio) {
+    emulator::requireRadio(*options.radio);
+    radio = std::make_unique<emulator::Radio>(*options.radio, adapter, log);
+  }
+  adapter.onChange([&] {
+    if (folder) {
+      folder->save(adapter.settings().stored(), adapter.certificates());
+    }
+    if (radio) {
+      radio->settingsChanged();
+    }
+  });
+  const int status = serveOverTransport(options, adapter, log, radio.get());
   if (options.showSettings) {
     printState(adapter, options);
   }

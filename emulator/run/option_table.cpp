@@ -221,6 +221,19 @@ constexpr std::array PersonalityOptions = {
             [](Options& o, const std::string& value) {
               o.personality.networks.push_back(parseNetwork(value));
             }},
+    Option{.name = "--radio",
+           .valueName = "INTERFACE",
+           .help = "join real networks with this wireless interface (root only)",
+           .details =
+               "The adapter writes a configuration of *wpa_supplicant*(8) from what it holds, runs "
+               "*wpa_supplicant* and *udhcpc*, and reports their results: the address, the 802.1x "
+               "status, and a trouble code (the codes of *--network=*, 5 authentication refused, 6 "
+               "no address, 7 unusable settings, 8 no result yet). It replaces *--network=*, "
+               "*--ip=* and *--trouble-code=*.",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.radio = parseInterface(value);
+               }},
     Option{.name = "--restart-after-store",
            .valueName = "SECONDS",
            .help = "after each reply to stored settings, answer nothing for this long",

@@ -165,6 +165,15 @@ Network parseNetwork(const std::string& text) {
   return {text.substr(0, colon), text.substr(colon + 1)};
 }
 
+std::string parseInterface(const std::string& text) {
+  constexpr std::size_t longest = 15;
+  if (text.empty() || text.size() > longest || text == "." || text == ".." ||
+      text.find_first_of("/ \t\n'") != std::string::npos) {
+    throw ValueError("the name of a network interface");
+  }
+  return text;
+}
+
 std::size_t parseKeyBits(const std::string& text) {
   const std::optional<std::size_t> bits = toNumber(text, LargestRsaKey);
   if (!bits || (*bits > 0 && *bits < SmallestRsaKey)) {

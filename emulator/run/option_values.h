@@ -56,6 +56,10 @@ InitialSetting parseInitialSetting(const std::string& text);
 /// empty.
 Network parseNetwork(const std::string& text);
 
+/// Parses the name of a network interface: 1 to 15 characters other than "/" and a blank, and
+/// neither "." nor "..".
+std::string parseInterface(const std::string& text);
+
 /// Parses the count of bits of an RSA key, or 0.
 std::size_t parseKeyBits(const std::string& text);
 

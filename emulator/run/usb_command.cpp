@@ -10,7 +10,7 @@
 #include <string>
 #include <sys/time.h>
 
-#include "emulator/run/command_process.h"
+#include "emulator/transport/command_process.h"
 #include "emulator/transport/signal_queue.h"
 #include "emulator/usb/usb_device.h"
 #include "emulator/usb/usb_transport.h"
@@ -120,11 +120,12 @@ void printPlace(const UsbTransport& transport) {
 
 }  // namespace
 
-int runUsbPrinter(const Options& options, Adapter& adapter, MessageLog& log) {
+int runUsbPrinter(const Options& options, Adapter& adapter, MessageLog& log, Activity* companion) {
   const SignalQueue signals({SIGUSR1, SIGALRM});
   UsbDevice device(adapter, options.usb, log);
   UsbTransport transport =
       options.attach ? UsbTransport(device, log) : UsbTransport(device, log, *options.port);
+  transport.accompany(companion);
   if (options.command.empty() || options.port) {
     printPlace(transport);
   }

@@ -49,6 +49,11 @@ TEST(ParseOptions, SelectsAPrinterWithoutFaultsByDefault) {
   EXPECT_EQ(options.personality.certificates.defaults.commonName, "printer");
 }
 
+TEST(ParseOptions, TakesAnInterfaceForTheRadio) {
+  EXPECT_FALSE(parseRun({}).radio);
+  EXPECT_EQ(parseRun({"--radio=wlan1"}).radio, "wlan1");
+}
+
 TEST(ParseOptions, UsesTheLastLog) {
   EXPECT_FALSE(parseRun({"--log=a"}).appendsLog);
   const Options appended = parseRun({"--log=a", "--log-append=b"});
@@ -242,7 +247,10 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{{"UsbWithoutPlace"}, {"usb"}, "usb: expected either --attach or --port=N"},
         Mistake{{"UsbWithTwoPlaces"},
                 {"usb", "--attach", "--port=0"},
-                "usb: expected either --attach or --port=N"}),
+                "usb: expected either --attach or --port=N"},
+        Mistake{{"RadioAndNetwork"},
+                {"run", "--radio=wlan1", "--network=a:b", "--", "true"},
+                "--radio: expected no --network"}),
     support::rowName);
 
 Mistake mistake(const char* name, const char* option, const char* reason) {
@@ -253,6 +261,10 @@ INSTANTIATE_TEST_SUITE_P(
     Values, WrongCommandLine,
     testing::Values(
         mistake("UnknownOption", "--nonsense=1", "--nonsense: no such option"),
+        mistake("InterfaceInAFolder", "--radio=a/b",
+                "--radio: expected the name of a network interface, got 'a/b'"),
+        mistake("InterfaceTooLong", "--radio=1234567890123456",
+                "--radio: expected the name of a network interface, got '1234567890123456'"),
         mistake("FlagWithValue", "--silent=1", "--silent: expected no value, got '1'"),
         mistake("NoValue", "--late", "--late: expected a value"),
         mistake("TextForANumber", "--late=x",
