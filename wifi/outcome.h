@@ -12,8 +12,8 @@ namespace wifi {
 /// What a command did with one printer, ready to be printed.
 struct Outcome {
   int status = 0;                         ///< an `ExitStatus`
-  Json entry = {};                        ///< of the JSON document
-  std::string text = {};                  ///< the result, if the command succeeded
+  Json entry = {};                        ///< of the JSON document, if one is wanted
+  std::string text = {};                  ///< the result of a success, if no document is wanted
   std::optional<Explanation> error = {};  ///< why it did not succeed
 };
 

@@ -96,8 +96,9 @@ Outcome outcomeOf(const session::Report& report, const Arguments& arguments,
   const bool accepted = report.result == session::Result::Stored && arguments.waitSeconds == 0;
   Outcome outcome;
   outcome.error = accepted ? std::nullopt : explain(report, command.profile);
-  outcome.entry = reportJson(report, command.fields, seconds, outcome.error);
-  if (!outcome.error) {
+  if (arguments.json) {
+    outcome.entry = reportJson(report, command.fields, seconds, outcome.error);
+  } else if (!outcome.error) {
     outcome.text = command.text(report);
   }
   outcome.status = exitStatusOf(report, arguments.waitSeconds > 0, Interruption::signal());

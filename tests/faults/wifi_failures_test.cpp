@@ -147,8 +147,9 @@ class WifiAllocations : public WifiFailures {};
 
 TEST_P(WifiAllocations, ThatFailEndTheRunWithAMessage) {
   FailureRig faultless(Wiring::Usblp);
-  run(faultless, {.call = "new", .fault = {"", 0}, .first = 0});
+  const Outcome usual = run(faultless, {.call = "new", .fault = {"", 0}, .first = 0});
   const int total = faultless.callCount;
+  int unnoticed = 0;
   // The command line is read with thousands of similar allocations. Of these the test takes a
   // sample, and of the later ones each.
   constexpr int later = 500;
@@ -159,10 +160,16 @@ TEST_P(WifiAllocations, ThatFailEndTheRunWithAMessage) {
     const Outcome outcome = run(rig, {.call = "new", .fault = {"no memory", ENOMEM}, .first = n});
     EXPECT_EQ(outcome.openDevices, 0);
     EXPECT_EQ(outcome.openDescriptors, 0);
+    if (outcome.status == usual.status && outcome.output.out == usual.output.out) {
+      ++unnoticed;
+      continue;
+    }
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.output.out, "");
     EXPECT_EQ(outcome.output.err, "zvkwifi: Out of memory.\n");
   }
+  // CLI11 can do without a few of its allocations.
+  EXPECT_LE(unnoticed, 3);
 }
 
 TEST_P(WifiFailures, OfThePrinterAtAnyByteEndTheRunInOrder) {
