@@ -36,7 +36,7 @@ TEST(ConfigTexts, ContainTheCommands) {
       std::string::npos)
       << commands;
   EXPECT_NE(commands.find("*-npa* *-file* _FILE_ _DEVICE_\n\t"), std::string::npos);
-  EXPECT_TRUE(texts.at("zvkconfig switches with device").starts_with("*-s*|*-ip*|*-t*|"));
+  EXPECT_TRUE(texts.at("zvkconfig switches with device").starts_with("*-s*|*-ip*|"));
   EXPECT_EQ(texts.at("zvkconfig list of switches with options"),
             "*-c*, *-ca*, *-cer*, *-rcerdefs*, *-csr* and *-icer*");
   const std::string retrying = texts.at("zvkconfig list of switches that retry");
