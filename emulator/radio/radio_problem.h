@@ -40,8 +40,8 @@ enum class RadioProblem {
 /// What the adapter reports about a problem.
 struct RadioProblemInfo {
   RadioProblem problem;
-  std::string_view text;  ///< the reason, for the log
-  Membership membership;  ///< the trouble code
+  std::string_view text;                                 ///< the reason, for the log
+  Membership membership = Membership::UnusableSettings;  ///< the trouble code
 };
 
 /// Returns what the adapter reports about a problem.

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "e2e/wifi_document.h"
 #include "testing/environment.h"
 #include "testing/files.h"
 #include "testing/output.h"
@@ -31,11 +32,20 @@ struct FaultRow : support::Row {
   std::size_t received;  ///< messages that reach the printer; a method call counts as two
 };
 
-class FailingCall : public testing::TestWithParam<FaultRow> {
+/// Makes calls of the programs fail that the test starts.
+class PreloadedFault {
+ public:
+  PreloadedFault(const char* call, int error)
+      : m_Fault("ZVK_FAULT", std::string(call) + " " + std::to_string(error)) {}
+
  private:
   support::EnvironmentVariable m_Preload{"LD_PRELOAD", FAILING_CALLS};
-  support::EnvironmentVariable m_Fault{
-      "ZVK_FAULT", std::string(GetParam().call) + " " + std::to_string(GetParam().error)};
+  support::EnvironmentVariable m_Fault;
+};
+
+class FailingCall : public testing::TestWithParam<FaultRow> {
+ private:
+  PreloadedFault m_Fault{GetParam().call, GetParam().error};
 };
 
 TEST_P(FailingCall, EndsTheRunInOrder) {
@@ -105,9 +115,7 @@ class WifiFailingCall : public testing::TestWithParam<WifiRow> {
   support::TemporaryFolder folder;
 
  private:
-  support::EnvironmentVariable m_Preload{"LD_PRELOAD", FAILING_CALLS};
-  support::EnvironmentVariable m_Fault{
-      "ZVK_FAULT", std::string(GetParam().call) + " " + std::to_string(GetParam().error)};
+  PreloadedFault m_Fault{GetParam().call, GetParam().error};
 };
 
 TEST_P(WifiFailingCall, IsReportedWithWhatToDo) {
@@ -131,8 +139,7 @@ TEST_P(WifiFailingCall, IsReportedInJson) {
   const WifiRow& row = GetParam();
   const PrinterRun result = run("--json");
   EXPECT_EQ(result.err, "");
-  ASSERT_TRUE(Json::accept(result.out)) << result.out;
-  const Json document = Json::parse(result.out);
+  const Json document = parsedDocument(result.out);
   const Json entry = document.at("printers").empty() ? document : document.at("printers").at(0);
   const Json error = entry.at("error");
   ASSERT_EQ(error.is_null(), row.message.empty()) << result.out;

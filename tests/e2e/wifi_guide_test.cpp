@@ -376,7 +376,7 @@ int columnsOf(const std::string& text) {
   return ::wcswidth(wide.c_str(), length);
 }
 
-/// Returns the start of a message of zvkwifi in a language, up to its first placeholder.
+/// Returns a message of zvkwifi in a language, up to the first "%" of its format.
 std::string translated(const char* language, const char* message) {
   const support::EnvironmentVariable variable("LANGUAGE", language);
   // Gettext notices another language only when the locale changes.
