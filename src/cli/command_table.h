@@ -43,10 +43,10 @@ inline constexpr std::array Configured = {
     ExitStatus{1, 1, "not accepted"},
     ExitStatus{255, 255, "refused, or no answer"},
 };
-/// For -s.
-inline constexpr std::array SsidRead = {
+/// For -s, and for any other query that prints a text.
+inline constexpr std::array TextRead = {
     ExitStatus{0, 0, "printed"},
-    ExitStatus{1, 1, "no answer, or no SSID"},
+    ExitStatus{1, 1, "no answer, or no text in it"},
     ExitStatus{255, 255, "refused"},
 };
 /// For -ip.
@@ -110,8 +110,7 @@ inline constexpr std::array CommandTable = {
                         .retriesBare = true},
                .statuses = exit_statuses::Configured,
                .help = "store mode, security, channel, SSID and password",
-               .details = "This is the basic configuration. It uses the options *--mode=*, "
-                          "*--security=*, *--channel=*, *--ssid=* and *--passwd=*."},
+               .details = "This is the basic configuration. It uses the options under *Networks*."},
     CommandRow{.mode = {.name = "-ca",
                         .input = CommandMode::Input::Options,
                         .operation = &wnpaGenerator::configAdvanced,
@@ -124,7 +123,7 @@ inline constexpr std::array CommandTable = {
                           "refuses the options of 802.1x, does not accept them or does not answer "
                           "them. *-802s* shows the result of 802.1x."},
     CommandRow{.mode = {.name = "-s", .operation = &wnpaGenerator::getSSID, .retriesBare = true},
-               .statuses = exit_statuses::SsidRead,
+               .statuses = exit_statuses::TextRead,
                .help = "print the SSID"},
     CommandRow{.mode = {.name = "-ip", .operation = &wnpaGenerator::getIP, .retriesBare = true},
                .statuses = exit_statuses::AddressRead,

@@ -10,7 +10,7 @@
 
 namespace {
 
-// The queries. An exchange of the table runs the first four, and they have no texts for the log.
+// The queries. A query that an exchange of the table runs has no texts for the log.
 
 constexpr SettingQuery Ssid = {.key = npa::settings::Ssid};
 constexpr SettingQuery IpAddress = {.key = npa::settings::IpAddress};

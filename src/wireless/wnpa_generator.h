@@ -211,8 +211,8 @@ class wnpaGenerator {
 
   // --- Status queries (status_queries.cpp) --------------------------------------------------
   //
-  // Each operation queries one setting. The first four operations return the result of the
-  // `sendConfig` operation of the same name.
+  // Each operation queries one setting. An operation that has the name of a `sendConfig` operation
+  // returns its result.
 
   /// Queries the SSID and prints it (-s).
   int getSSID();

@@ -30,10 +30,10 @@ TEST(ConfigTexts, ContainTheCommands) {
   Texts texts;
   tools::addConfigTexts(texts);
   const std::string commands = texts.at("zvkconfig commands");
-  EXPECT_NE(
-      commands.find("*-s*\n\tPrint the SSID. Exit status 0: printed; 1: no answer, or no SSID; "
-                    "255: refused.\n"),
-      std::string::npos)
+  EXPECT_NE(commands.find(
+                "*-s*\n\tPrint the SSID. Exit status 0: printed; 1: no answer, or no text in it; "
+                "255: refused.\n"),
+            std::string::npos)
       << commands;
   EXPECT_NE(commands.find("*-npa* *-file* _FILE_ _DEVICE_\n\t"), std::string::npos);
   EXPECT_TRUE(texts.at("zvkconfig switches with device").starts_with("*-s*|*-ip*|"));
