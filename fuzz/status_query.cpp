@@ -34,7 +34,7 @@ struct Query {
 };
 
 /// Calls `result` for each record of the 802.1x setting `object`, and returns the results. The
-/// argument of `result` is the rest of the reply from the size of the value on.
+/// argument of `result` is the part of the reply that begins at the size of the value.
 std::vector<int> visit(const Bytes& reply, char object, int (*result)(const std::string& rest)) {
   const std::string text(reply.begin(), reply.end());
   const std::string key = {'\x50', '\xE0', '\xD8', '\0', '\x2A', object};

@@ -23,8 +23,8 @@ struct Fault {
 ///     FaultInjection injection({.call = "write", .fault = {"EIO", EIO}, .first = 2});
 ///
 /// While a printer is silent, the program calls select many times, and nothing changes between
-/// these calls. So of consecutive calls of select only the first three and every thousandth are
-/// counted, until a lasting fault begins.
+/// these calls. So if calls of select follow each other, only the first three and every thousandth
+/// are counted. Once a lasting fault has begun, every call is counted.
 class FaultInjection {
  public:
   struct Plan {

@@ -21,8 +21,8 @@ struct LeaseEvent {
 /// Parses a line of the script, such as "bound 10.0.0.5". Returns nothing for any other line.
 std::optional<LeaseEvent> parseLease(const std::string& line);
 
-/// A named pipe, and the script that writes what udhcpc reports to it. The script sets the address
-/// of the interface, but no route and no name server.
+/// A named pipe, and the script that udhcpc runs at each event. The script writes the event to the
+/// pipe and sets the address of the interface, but no route and no name server.
 class LeasePipe {
  public:
   /// Creates pipe and script in the folder. Throws `std::system_error` on failure.

@@ -28,7 +28,8 @@ namespace session {
 namespace {
 
 constexpr unsigned char PrinterClass = 7;
-/// A reply to an earlier request arrives within milliseconds of the first read.
+/// How long to wait for the rest of a reply that another program requested and did not read. Such a
+/// reply arrives within milliseconds after reading begins.
 constexpr unsigned int DrainMilliseconds = 100;
 constexpr std::size_t DrainLimit = 0x10000;
 /// The most bytes that the kernel's printer driver returns from one read.
