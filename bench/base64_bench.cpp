@@ -1,4 +1,4 @@
-// Compares Base64 with OpenSSL's block functions and GLib.
+// Compares the program's Base64 with OpenSSL and GLib.
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
@@ -132,7 +132,8 @@ constexpr Contestant Contestants[] = {
     {DecodeLines, "GLib", decodeGlib, breakLines},
 };
 
-/// Returns the preparation of a contest: it makes a job of a size and returns the work on it.
+/// Returns the function `prepare` of a contest. It makes a job of a size, and returns a function
+/// that does `work` on this job.
 auto jobOf(Work work, Work prepare) {
   return [work, prepare](std::size_t size) {
     Job job(size);

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-/// Registration of benchmarks. In a contest several contestants do the same work, for example:
+/// Registers benchmarks. In a contest several contestants do the same work, for example:
 ///
 ///     bench::contest("Base64 encode", "GLib", {48, 12288}, [](std::size_t size) {
 ///       return [job = Job(size)]() mutable { encodeGlib(job); };
@@ -42,7 +42,8 @@ benchmark::internal::Benchmark* contest(const std::string& work, const std::stri
 /// The start of the names that `growth` registers.
 inline constexpr const char* GrowthMark = "growth: ";
 
-/// Registers a work to measure how its cost grows over six doublings of its size.
+/// Registers a contest with only our contestant, to measure how the cost grows while the size
+/// doubles six times.
 template <typename Prepare>
 void growth(const std::string& work, std::size_t smallest, Prepare prepare) {
   constexpr unsigned int doublings = 6;

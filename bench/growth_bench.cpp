@@ -14,7 +14,7 @@ namespace {
 
 using Size = std::size_t;
 
-/// Returns a tag with `count` attributes. Attribute i is named by the number
+/// Returns a tag with `count` attributes. The name of attribute i is "a" with the number
 /// first + (i * step) % count.
 std::string tagWithAttributes(Size count, Size first, Size step) {
   std::string tag = "<a";
@@ -34,8 +34,8 @@ std::string deepSiblings(Size count) {
   return bench::repeat("<a>", count) + bench::repeat("<a/>", count) + bench::repeat("</a>", count);
 }
 
-/// A shape of document: its name and unit, the smallest size, and the function that makes a
-/// document.
+/// A shape of document: its name, which can end with the unit of the size, its smallest size, and
+/// the function that makes a document of a size.
 struct Document {
   const char* name;
   Size smallest;
@@ -106,7 +106,7 @@ const std::vector<Document>& documents() {
   return all;
 }
 
-/// Returns the preparation for parsing documents of a size.
+/// Returns a function that makes a document of a size, and returns the work of parsing it.
 auto parseOf(const Document& document) {
   return [&document](Size size) {
     return [text = document.make(size)] {

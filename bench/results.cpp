@@ -1,8 +1,10 @@
-// The file of rows, and the texts of times and sizes in it.
+// Appends rows to the file of results, and formats times and sizes.
 
 #include "results.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -28,6 +30,12 @@ void addRow(const Row& row) {
   std::ofstream file(path, std::ios::app);
   file << row.work << '\t' << row.peer << '\t' << row.ours << '\t' << row.theirs << '\t'
        << row.value << '\t' << row.limit << '\n';
+}
+
+double median(std::vector<double>& values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::ranges::nth_element(values, middle);
+  return *middle;
 }
 
 std::string timeText(double nanoseconds) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 /// The rows of the table of results. The measuring programs append them to a file, and bench_table
 /// prints the file.
@@ -19,6 +20,9 @@ struct Row {
 /// Appends a row to the file that the environment variable ZVK_BENCH_ROWS names. Does nothing if
 /// the variable is not set.
 void addRow(const Row& row);
+
+/// Returns the median and reorders the values, of which there is at least one.
+double median(std::vector<double>& values);
 
 /// Returns a time as text, in ns, us or ms.
 std::string timeText(double nanoseconds);

@@ -1,5 +1,5 @@
-// The peer of start_up: a minimal C++ program that links the same libraries as zvkconfig and prints
-// one line.
+// The peer of start_up: a minimal C++ program that prints one line. It links the same libraries as
+// the program that it is compared with.
 
 #include <cstdio>
 

@@ -1,11 +1,12 @@
-// Compares two whole runs: zvkconfig prints its help text, and the peer, a program that links the
+// Compares two whole runs: a program prints its help text, and the peer, a program that links the
 // same libraries, prints one line. The runs of the two programs alternate, so that a change of the
 // machine's load affects both.
 //
-// Usage: start_up ZVKCONFIG PEER
+// Usage: start_up WORK BAR PEER PROGRAM [ARGUMENT...]
+// BAR is the largest allowed ratio of the program's time to the peer's.
 
-#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -15,38 +16,32 @@
 namespace {
 
 constexpr int Runs = 600;
-/// The largest allowed ratio of our time to the peer's.
-constexpr double RatioBar = 1.15;
-
-/// Returns the median and reorders the values.
-double median(std::vector<double>& values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::ranges::nth_element(values, middle);
-  return *middle;
-}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::fputs("usage: start_up ZVKCONFIG PEER\n", stderr);
+  if (argc < 5) {
+    std::fputs("usage: start_up WORK BAR PEER PROGRAM [ARGUMENT...]\n", stderr);
     return 2;
   }
+  const std::vector<std::string> peer = {argv[3]};
+  const std::vector<std::string> program(argv + 4, argv + argc);
   std::vector<double> ours;
   std::vector<double> theirs;
   for (int i = 0; i < Runs; ++i) {
     for (const bool isOurs : {true, false}) {
-      const bench::ProcessCost cost = bench::runProcess({argv[isOurs ? 1 : 2]});
+      const std::vector<std::string>& command = isOurs ? program : peer;
+      const bench::ProcessCost cost = bench::runProcess(command);
       if (!cost.ended) {
-        std::fprintf(stderr, "%s failed\n", argv[isOurs ? 1 : 2]);
+        std::fprintf(stderr, "%s failed\n", command.front().c_str());
         return 1;
       }
       (isOurs ? ours : theirs).push_back(cost.wallSeconds * 1e9);
     }
   }
-  const double we = median(ours);
-  const double they = median(theirs);
-  bench::addRow({"start-up, help text", "one line, same libraries", bench::timeText(we),
-                 bench::timeText(they), we / they, RatioBar});
+  const double we = bench::median(ours);
+  const double they = bench::median(theirs);
+  bench::addRow({argv[1], "one line, same libraries", bench::timeText(we), bench::timeText(they),
+                 we / they, std::atof(argv[2])});
   return 0;
 }

@@ -1,4 +1,4 @@
-// The bars of the comparisons, and the rows made from the medians.
+// Summary: collects the medians, compares them with the bars, and makes the rows of the table.
 
 #include "summary.h"
 
@@ -16,7 +16,7 @@ namespace bench {
 namespace {
 
 constexpr double NoBar = 0;
-/// A cost that grows in proportion to the size has the exponent 1.
+/// The largest allowed exponent. A cost that grows in proportion to the size has the exponent 1.
 constexpr double ExponentBar = 1.1;
 
 /// The largest allowed ratio of our time to a peer's.
@@ -45,7 +45,7 @@ constexpr Bar Bars[] = {
     {"getXmlResponse", "one memcpy pass", 10},
 };
 
-/// The bars of works without a peer. The number is in nanoseconds.
+/// The bars of works without a peer. Here `ratio` is the largest allowed time in nanoseconds.
 constexpr Bar AbsoluteBars[] = {{"packet building", "", 2000}};
 
 /// Returns the bar of a comparison, or `NoBar`.

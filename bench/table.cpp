@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   constexpr const char* format = "%-36s %-28s %12s %12s %9s %8s  %s\n";
-  std::printf(format, "work", "peer", "zvkconfig", "peer", "ratio", "bar", "");
+  std::printf(format, "work", "peer", "ours", "peer", "ratio", "bar", "");
   int met = 0;
   int missed = 0;
   std::ifstream file(argv[1]);

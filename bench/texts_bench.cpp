@@ -21,7 +21,7 @@ constexpr std::size_t Mebi = 1 << 20;
 constexpr std::size_t Far = 1024;
 constexpr std::size_t Near = 64;
 
-/// Returns a text of `size` characters in which `mark` ends every piece of `Distance` characters.
+/// Returns a text of `size` characters. Each whole piece of `Distance` characters ends with `mark`.
 template <std::size_t Distance>
 std::string textWith(const std::string& mark, std::size_t size) {
   std::string text;

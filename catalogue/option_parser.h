@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-/// Command lines of the companion programs. A program describes its options and commands in tables,
-/// and the parser fills an object of the program's type `Options`:
+/// The command lines of zvkprinter and zvknpa. A program describes its options and commands in
+/// tables. The parser fills an object of the program's type `Options`:
 ///
 ///     const Command<Options>& command = findCommand(commands(), arguments.front());
 ///     Options options;
@@ -20,7 +20,7 @@
 /// tables.
 namespace catalogue {
 
-/// Thrown for an invalid command line. The message names the subject and what was expected, such as
+/// Thrown for an invalid command line. Most messages name the subject and what was expected:
 /// "--late: expected a number of seconds from 0 to 3600, got 'x'".
 struct UsageError : std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -76,8 +76,8 @@ struct Command {
       {};                         ///< one or two forms of the arguments after the name
   std::string_view help;          ///< as for an option
   std::string_view details = {};  ///< as for an option
-  /// Throws `UsageError` if a required option or operand is missing. Null if the command requires
-  /// none.
+  /// Checks the options after parsing. Throws `UsageError` if a required option or operand is
+  /// missing. The pointer is null if the command requires none.
   void (*check)(const Options& options) = nullptr;
 };
 
@@ -87,13 +87,14 @@ struct Operands {
   std::vector<std::string> after;   ///< after "--"
 };
 
-/// Returns the words with `separator` between them and `last` before the last one:
+/// Returns the words with `separator` between them, but with `last` before the last word:
 ///
 ///     joined(words, ", ", " or ");  // run, serve or help
 std::string joined(std::span<const std::string_view> words, std::string_view separator,
                    std::string_view last);
 
-/// Returns a value in the form of a usage line: its name, or its words with "|" between them.
+/// Returns how a usage line shows a value: by its name or, if it has none, by its words with "|"
+/// between them.
 std::string valueText(std::string_view valueName, std::span<const std::string_view> words);
 
 /// Returns a help text as a sentence with a capital and a full stop: "Run a command.".
@@ -222,7 +223,7 @@ std::string optionList(std::span<const OptionGroup<Options>> groups) {
   return text;
 }
 
-/// Returns the commands for a help text, each with its usage and a sentence.
+/// Returns the commands for a help text, each with its usages and a sentence.
 template <typename Options>
 std::string commandList(std::string_view program, std::span<const Command<Options>> commands) {
   std::string text;

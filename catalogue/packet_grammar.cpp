@@ -1,4 +1,4 @@
-// Parsing of packets. The parsers check every length before they use the bytes.
+// Parses packets. The parsers check every length before they use the bytes.
 
 #include "catalogue/packet_grammar.h"
 
@@ -15,11 +15,11 @@ namespace {
 /// its length field has the value of a query's length field.
 constexpr std::array<npa::Byte, 9> GenerateHead = {0xA5, 0x00, 0x06, 0x50, 0xE0,
                                                    0xDA, 0x01, 0x2A, 0x0C};
-/// The count of bytes that the packet has after the length given by its length field: the rest of
-/// the object's header, and the value.
+/// How many bytes this packet has beyond those that its length field counts: the last three bytes
+/// of the setting object's header, and one byte of value.
 constexpr std::size_t GenerateRest = 4;
 
-/// A kind of body, and the bytes after the command byte that identify it.
+/// A kind of body, and the bytes that identify this kind. They follow the command byte.
 struct BodyHead {
   Data bytes;
   Body::Kind kind;

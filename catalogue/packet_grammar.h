@@ -93,8 +93,8 @@ Body readBody(Data body);
 
 /// The content of a query, or of the reply to a query.
 struct QueryOrValue {
-  std::optional<npa::SettingKey> key;    ///< nothing if the content is shorter
-  std::optional<std::size_t> sizeField;  ///< nothing if the content is shorter, as in a query
+  std::optional<npa::SettingKey> key;    ///< nothing if the content is too short
+  std::optional<std::size_t> sizeField;  ///< nothing if the content is too short, as in a query
   Data rest;                             ///< the bytes after these fields: the value
 
   bool isQuery() const { return key && !sizeField && rest.empty(); }

@@ -7,9 +7,9 @@
 
 namespace catalogue {
 
-/// A packet as text for logs. Keys, passwords and everything that is not understood are masked.
+/// A packet as text for logs. Keys, passwords and bytes that cannot be parsed are masked.
 struct PacketText {
-  std::string hex;      ///< the bytes, with "**" for a masked one
+  std::string hex;      ///< the bytes in hex; "**" stands for a masked byte
   std::string meaning;  ///< what the packet says, in words
 };
 

@@ -21,7 +21,7 @@ struct SettingInfo {
   bool secret;  ///< a key or a password: masked in logs and reports
   /// The meanings of the numbers 0, 1, 2 and so on. Empty if the numbers have no meanings.
   std::span<const std::string_view> numberNames;
-  /// True if the object's length field holds only the low byte of the value's size.
+  /// True if the size field holds only the low byte of the value's size.
   bool sizeIsLowByte = false;
 };
 

@@ -1,5 +1,5 @@
-# The companion programs zvkprinter and zvknpa need libraries that zvkconfig does not use. By default the build
-# leaves out a program whose libraries are missing, and prints one line.
+# The companion programs zvkwifi, zvkprinter and zvknpa need libraries that zvkconfig does not use. If these
+# libraries are missing, the build by default leaves out the program, and prints one line about this.
 
 find_package(pugixml QUIET)
 find_package(nlohmann_json QUIET)
@@ -14,8 +14,9 @@ set(zvk_companion_libraries
   "nlohmann-json nlohmann_json::nlohmann_json nlohmann-json3-dev")
 
 # zvk_companion(OPTION PROGRAM LIBRARIES name... [NEEDED_BY variable...]) makes the cache variable
-# OPTION with the values AUTO, ON and OFF. AUTO builds PROGRAM if its libraries are found, and means ON if one
-# of the NEEDED_BY variables is on. Sets ${OPTION}_IS_BUILT. Adds PROGRAM to ZVK_COMPANIONS if it is built.
+# OPTION with the values AUTO, ON and OFF. AUTO means ON if one of the NEEDED_BY variables is on. Otherwise AUTO
+# builds PROGRAM if its libraries are found. Sets ${OPTION}_IS_BUILT. Adds PROGRAM to ZVK_COMPANIONS if the
+# program is built.
 function(zvk_companion option program)
   cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "LIBRARIES;NEEDED_BY")
   set(${option} AUTO CACHE STRING "Build ${program}: AUTO (if its libraries are found), ON or OFF")

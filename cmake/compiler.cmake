@@ -51,7 +51,7 @@ if(ZVK_SANITIZERS)
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZVK_SANITIZERS})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND ZVK_SANITIZERS MATCHES "address")
-    # The shared runtime, as with g++. With clang's static runtime a preloaded clock (faketime) deadlocks.
+    # Links the shared runtime, as g++ does. With clang's static runtime a preloaded clock (faketime) deadlocks.
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-runtime-dir
       OUTPUT_VARIABLE runtime_folder OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     add_link_options(-shared-libsan "LINKER:-rpath,${runtime_folder}")
@@ -62,12 +62,12 @@ if(ZVK_FUZZ)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR NOT ZVK_SANITIZERS MATCHES "address")
     message(FATAL_ERROR "ZVK_FUZZ needs clang++, and 'address' in ZVK_SANITIZERS")
   endif()
-  # The libraries report to the fuzzer which code an input reaches. Other programs ignore this.
+  # The instrumented code reports to a fuzzer which code an input reaches. Other programs ignore these reports.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# For released programs: a memory error ends the program, so that nobody can exploit it. Not with sanitizers,
-# because these checks would hide theirs.
+# In released programs a memory error ends the program, so that nobody can exploit the error. Builds with
+# sanitizers leave out these checks, because they would hide the reports of the sanitizers.
 option(ZVK_HARDENING "Harden the programs against memory errors (not in Debug builds)" ON)
 if(ZVK_HARDENING AND NOT ZVK_SANITIZERS AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
   add_compile_options(-fstack-protector-strong -fstack-clash-protection)
@@ -85,15 +85,16 @@ check_pie_supported(LANGUAGES CXX)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  # The folders of sources and build do not count, so that all clones share objects. The compiler reports to
-  # the cache what a precompiled header contains.
+  # The cache ignores the paths of the source and build folders, so that all clones share objects. The compiler
+  # reports to the cache what a precompiled header contains.
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
     CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
     CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-fpch-preprocess)
   elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    # CMake's default options hide the paths from the cache. The time of a header must not count.
+    # CMake's default options hide the paths of precompiled headers from the cache. -fno-pch-timestamp keeps the
+    # times of headers out of a precompiled header, because new times would make the cache miss.
     set(CMAKE_CXX_COMPILE_OPTIONS_CREATE_PCH
       -Xclang -emit-pch -Xclang -fno-pch-timestamp -include <PCH_HEADER> -x c++-header)
     set(CMAKE_CXX_COMPILE_OPTIONS_USE_PCH -include-pch <PCH_FILE>)

@@ -1,5 +1,5 @@
-# Tests that need tools. If a tool is missing, the test is skipped and prints the name of the tool. If CI is set
-# in the environment, a missing tool is an error.
+# Functions for tests that need tools. If a tool is missing, the test is skipped and prints the name of the
+# tool. If CI is set in the environment, a missing tool is an error.
 
 # zvk_find_tools(RESULT tool...): sets RESULT to the names of the missing tools, with commas between them.
 function(zvk_find_tools result)

@@ -1,4 +1,4 @@
-// Parsing and indentation of the XML of method calls, with pugixml.
+// Parses and indents the XML of method calls and their replies with pugixml.
 
 #include "decoder/call_text.h"
 

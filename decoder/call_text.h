@@ -10,14 +10,15 @@ namespace decoder {
 /// empty.
 struct CallText {
   std::string indented;   ///< the whole text, one element per line
-  std::string method;     ///< of a call
-  std::string requestId;  ///< of a call
-  std::string status;     ///< of a reply
-  std::string message;    ///< of a reply
+  std::string method;     ///< the method that a call names
+  std::string requestId;  ///< the id that a call has
+  std::string status;     ///< the status code that a reply has
+  std::string message;    ///< the status message that a reply has
 };
 
-/// Parses XML 1.0 in UTF-8. Returns nothing if the text is not well-formed, or if its elements are
-/// nested so deeply that the indentation would be longer than the text.
+/// Parses XML 1.0 in UTF-8. Returns nothing if the text is not well-formed, or if something in it
+/// is nested more than 32 levels below the root element. Without this limit, the indentation could
+/// be much longer than the text.
 std::optional<CallText> readCallText(std::string_view xml);
 
 }  // namespace decoder

@@ -1,4 +1,4 @@
-// Captures of usbmon, read with libpcap.
+// Reads captures of usbmon with libpcap.
 
 #include "decoder/capture_input.h"
 
@@ -54,8 +54,8 @@ Capture openCapture(std::string_view bytes) {
   return capture;
 }
 
-/// Returns the size of the usbmon header of a frame. Throws `CaptureError` if the capture has
-/// another link type than those of usbmon.
+/// Returns the size of the usbmon header of a frame. Throws `CaptureError` if the link type of
+/// the capture is not one of the two that usbmon has.
 std::size_t headerSizeOf(::pcap_t* capture) {
   switch (const int type = ::pcap_datalink(capture); type) {
     case DLT_USB_LINUX:
@@ -74,7 +74,7 @@ class Endpoints {
  public:
   explicit Endpoints(Report& report) : m_Report(report) {}
 
-  /// Handles the next event, which is in the frame number `frame`.
+  /// Handles the next event. `frame` is the number of its frame.
   void take(const UsbEvent& event, std::size_t frame) {
     if (event.toHost()) {
       if (event.kind == UsbEvent::Kind::Complete) {
@@ -105,7 +105,7 @@ class Endpoints {
     }
   }
 
-  /// Decodes the transfers that were never completed, and ends all streams.
+  /// Decodes the transfers whose completion is not in the capture, and ends all streams.
   void finish() {
     std::vector<const Submission*> open;
     for (const auto& [transfer, submission] : m_Submitted) {
@@ -124,7 +124,7 @@ class Endpoints {
   /// Bus, device and endpoint.
   using Key = std::tuple<std::uint16_t, std::uint8_t, std::uint8_t>;
 
-  /// A transfer to the printer that is not completed yet.
+  /// A transfer to the printer whose completion has not been read yet.
   struct Submission {
     UsbEvent event;  ///< without its data, because the frame is no longer in memory
     Bytes data;      ///< a copy of the data

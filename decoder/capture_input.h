@@ -17,10 +17,10 @@ struct CaptureError : std::runtime_error {
 bool isCapture(std::string_view bytes);
 
 /// Decodes a capture of usbmon (link types USB_LINUX and USB_LINUX_MMAPPED). The bulk transfers of
-/// each endpoint form one stream, so a packet may extend over several transfers. Of a transfer to
-/// the printer, the decoder reads only the bytes that the printer took; the completion has the
-/// count of these bytes. If `device` is not empty, only the transfers of this device ("BUS:DEVICE")
-/// are read.
+/// each endpoint form one stream, so a packet may extend over several transfers. In a transfer to
+/// the printer, the decoder reads only the bytes that the printer took. The completion of the
+/// transfer has the count of these bytes. If `device` is not empty, only the transfers of this
+/// device ("BUS:DEVICE") are read.
 ///
 /// Throws `CaptureError` if the header of the file cannot be read or has another link type. Errors
 /// after the header are reported as problems.

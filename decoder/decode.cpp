@@ -1,4 +1,4 @@
-// The choice between the two forms of input.
+// Decides whether an input is text or a capture.
 
 #include "decoder/decode.h"
 

@@ -1,5 +1,5 @@
-// Parsing of lines of dumps. A line counts as a line of a dump only if its columns agree with each
-// other.
+// Parses lines of dumps. A line counts as a line of a dump only if its byte column and its text
+// column agree with each other.
 
 #include "decoder/dump_line.h"
 
@@ -15,7 +15,7 @@ namespace {
 
 using Form = HexLine::Form;
 
-/// The count of characters of a pair of digits and the blank after the pair.
+/// The size of a byte in a dump: two digits and the blank after them.
 constexpr std::size_t DumpSpacing = PairSize + 1;
 
 /// Returns the text column of a dump: a "." for each byte that is not printable ASCII.
@@ -112,7 +112,7 @@ std::optional<HexLine> readHexdump(std::string_view text) {
     blanks = takeAll(text, " ").size();
   }
   // If the line has no text column, the digits of the offset could also be four bytes of data. If
-  // they begin with 00, they are an offset, because no packet begins with 00.
+  // these digits begin with 00, they are an offset, because no packet begins with 00.
   const bool isDump = !line.bytes.empty() && (!text.empty() || beginsWithZeros);
   return isDump ? std::optional(std::move(line)) : std::nullopt;
 }

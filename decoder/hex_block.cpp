@@ -1,5 +1,5 @@
-// HexBlock: which lines of hex belong to one block, and which bytes of a dump are repeated or
-// missing.
+// HexBlock: finds out which lines of hex belong to one block, and which bytes of a dump are
+// repeated or missing.
 
 #include "decoder/hex_block.h"
 

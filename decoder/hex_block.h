@@ -43,13 +43,13 @@ class HexBlock {
   bool isInDump() const { return isOpen() && m_Form == HexLine::Form::Counted; }
   /// Handles the "*" and the last offset of a dump. Returns false for any other line.
   bool takeMark(std::string_view text, std::size_t number);
-  /// Returns true if the line may be part of a block.
+  /// Returns false if the line has colons and is probably a time or a hardware address.
   bool accepts(const HexLine& line) const;
   /// Returns true if the line continues the current block.
   bool continuesBlock(const HexLine& line) const;
   void add(HexLine line, std::size_t number);
-  /// Continues a dump at `offset`, which must not be smaller than expected. If it is larger, adds
-  /// the bytes that "*" stands for, or reports missing bytes.
+  /// Continues a dump at `offset`, which must be at least `m_NextOffset`. If `offset` is larger,
+  /// adds the bytes that "*" stands for, or reports missing bytes.
   void continueAt(std::uint64_t offset, std::size_t number);
   /// Decodes the block as a collected reply.
   void reportCollected(const Stream& stream) const;

@@ -1,4 +1,4 @@
-// Parsing of hex digits.
+// Parses hex digits.
 
 #include "decoder/hex_digits.h"
 

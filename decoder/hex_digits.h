@@ -29,12 +29,12 @@ std::string_view takeAll(std::string_view& text, std::string_view wanted);
 /// Returns the number that 1 to 16 hex digits represent, or nothing for any other text.
 std::optional<std::uint64_t> numberIn(std::string_view digits);
 
-/// Appends the bytes of pairs of hex digits with nothing between them. Returns false if `digits` is
-/// empty or contains anything else; some bytes may have been appended then.
+/// Appends a byte for each pair of hex digits. Returns false if `digits` is empty or is not a whole
+/// number of pairs. Some bytes may have been appended even then.
 bool appendPairs(std::string_view digits, Bytes& bytes);
 
-/// Takes the offset of a dump line, which has 7 to 16 digits. Returns nothing if there is no
-/// offset.
+/// Takes the 7 to 16 hex digits at the start of a dump line, and returns the offset that they
+/// represent. Returns nothing if there is no offset.
 std::optional<std::uint64_t> takeOffset(std::string_view& text);
 
 }  // namespace decoder

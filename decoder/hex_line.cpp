@@ -1,4 +1,4 @@
-// The forms of hex lines other than dumps, and the order in which all forms are tried.
+// Parses the hex lines that are not lines of dumps, and tries the parsers of all forms in order.
 
 #include "decoder/hex_line.h"
 
@@ -16,7 +16,7 @@ namespace {
 using Direction = Stream::Direction;
 using Form = HexLine::Form;
 
-/// The start of a line in the log of the emulated printer, and the direction of its bytes.
+/// The start of a line in the log of the emulated printer, and the direction of the bytes in it.
 struct Mark {
   std::string_view text;
   Direction direction;
@@ -67,7 +67,7 @@ bool appendWord(std::string_view word, HexLine& line) {
   return digit.has_value();
 }
 
-/// Parses words of hex digits, up to the bar if the line has one.
+/// Parses words of hex digits. Ignores a "|" and the text after it.
 std::optional<HexLine> readPlain(std::string_view text) {
   HexLine line;
   const std::size_t bar = text.find('|');

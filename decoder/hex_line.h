@@ -18,23 +18,24 @@ struct HexLine {
 
   Form form = Form::Plain;
   Bytes bytes;
-  std::uint64_t offset = 0;  ///< only of `Counted`
-  /// The direction, if the line is from the log of the emulated printer.
+  std::uint64_t offset = 0;  ///< Counted: the offset of the first byte
+  /// The direction of the bytes. It is known only in the log of the emulated printer.
   Stream::Direction direction = Stream::Direction::Unknown;
   /// True if some bytes are masked with "**". The value of such a byte is 0 in `bytes`.
   bool hasHiddenBytes = false;
-  /// True if this line is shorter than a full line, so that it must be the last line of a dump.
+  /// True if no line can continue the block of this line, because this line is a short line with
+  /// a "|", such as the last line of a dump, or a line of zvkprinter's log.
   bool endsBlock = false;
 };
 
 /// Parses a line without its line end. Returns nothing if the line has none of the forms below.
 /// Digits may be upper or lower case.
 ///
-///     zvkprinter: <- A5 00 06 **            the log of zvkprinter; "->" as well
+///     zvkprinter: <- A5 00 06 **            the log of zvkprinter, with "<-" or "->"
 ///     00000000: a500 0650 e0  ...P.         xxd, with columns and groups of any size
 ///     00000000  a5 00 06 50 e0  |...P.|     hexdump -C
 ///     A5 00 06 50 E0 |...P.                 zvkconfig's dump, after any other text
-///     a5:00:06:50:e0                        a colon may follow the last one
+///     a5:00:06:50:e0                        a colon may also follow the last byte
 ///     A5 0 6, 0x50; e0d8 |...P.             pairs or single digits; text after "|" is ignored
 std::optional<HexLine> readHexLine(std::string_view line);
 

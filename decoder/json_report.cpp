@@ -1,5 +1,5 @@
-// JsonReport: the members of the JSON document. The problems of an input come after all its
-// packets.
+// JsonReport: builds the members of the JSON document. The problems of an input follow all packets
+// of this input.
 
 #include "decoder/json_report.h"
 

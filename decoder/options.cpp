@@ -20,7 +20,7 @@ using Option = catalogue::Option<Options>;
 
 constexpr std::array<std::string_view, 2> Forms = {"text", "capture"};
 
-/// Parses "1:5" or "001:005". Returns the form that captures have: "1:5".
+/// Parses "1:5" or "001:005". Returns "1:5", the form of `UsbEvent::deviceName`.
 std::string parseDevice(const std::string& text) {
   const std::size_t colon = text.find(':');
   constexpr std::string_view digits = "0123456789";
@@ -40,7 +40,7 @@ constexpr std::array OptionTable = {
     Option{.name = "--json",
            .help = "write one JSON document",
            .details =
-               "There is one for all inputs and packets. U+FFFD replaces the bytes of a text that "
+               "The document has all inputs and packets. In texts, U+FFFD replaces the bytes that "
                "are not UTF-8.",
            .apply =
                [](Options& o, const std::string&) {
@@ -49,8 +49,8 @@ constexpr std::array OptionTable = {
     Option{.name = "--secrets",
            .help = "do not mask keys and passwords",
            .details =
-               "The values of unknown settings, and data that could not be decoded, are not masked "
-               "either. Bytes that a log has masked stay masked.",
+               "The values of unknown settings, and data that cannot be decoded, are not masked "
+               "either. Bytes that are masked in the input stay masked.",
            .apply =
                [](Options& o, const std::string&) {
                  o.showSecrets = true;
@@ -58,7 +58,7 @@ constexpr std::array OptionTable = {
     Option{.name = "--form",
            .kind = ValueKind::Words,
            .words = Forms,
-           .help = "read all inputs in this form instead of recognising it",
+           .help = "read all inputs in this form instead of recognising the form",
            .apply =
                [](Options& o, const std::string& value) {
                  o.form = value == Forms.front() ? Options::Form::Text : Options::Form::Capture;
@@ -73,9 +73,9 @@ constexpr std::array OptionTable = {
     Option{.name = "--objects",
            .help = "list the known settings",
            .details =
-               "There is one per line, with tabs between the columns: group, object, kind of the "
-               "value, whether it is secret, name of the group, name of the setting, and meanings "
-               "of its numbers.",
+               "Each line is one setting. Tabs separate the columns: group, object number, kind of "
+               "the value, \"secret\" or \"plain\", name of the group, name of the setting, and "
+               "the values that have a name, such as \"0=managed; 1=ad-hoc\".",
            .apply =
                [](Options& o, const std::string&) {
                  o.action = Options::Action::Objects;

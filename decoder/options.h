@@ -17,7 +17,7 @@ struct Options {
   Form form = Form::Any;
   bool json = false;
   bool showSecrets = false;
-  std::string device;               ///< in captures, read only this "BUS:DEVICE"; empty: all
+  std::string device;               ///< the only device to read in a capture; empty: all devices
   std::vector<std::string> inputs;  ///< at least one path; "-" is standard input
 };
 
@@ -34,8 +34,8 @@ Options parseOptions(const std::vector<std::string>& arguments);
 std::string helpText();
 
 /// Returns the known settings, one per line, with tabs between the columns: group, object, kind of
-/// the value, "secret" or "plain", name of the group, name of the setting, and what each number
-/// means that the value can be, for example "0=none; 1=WEP".
+/// the value, "secret" or "plain", name of the group, name of the setting, and the meanings of the
+/// possible numbers, for example "0=none; 1=WEP".
 std::string objectsText();
 
 }  // namespace decoder

@@ -57,7 +57,7 @@ struct Content {
     MethodReply,      ///< the reply to a method call; the last packet if the reply has several
     MethodReplyPart,  ///< an earlier packet of a reply of several packets
     EndOfExchange,    ///< ends the exchange; its data is ignored
-    Unknown,          ///< none of these kinds
+    Unknown,          ///< a packet of any other kind
     Malformed,        ///< a known kind with wrong lengths
   };
 
@@ -82,7 +82,7 @@ struct Packet {
   std::vector<Content> contents;  ///< one, except in a wrapper or a collected reply
 };
 
-/// A part of the input that is not a complete packet.
+/// Something in the input that is not a complete packet, such as stray or missing bytes.
 struct Problem {
   Stream stream;
   Place place;
@@ -97,12 +97,11 @@ class Report {
   Report(const Report&) = delete;
   Report& operator=(const Report&) = delete;
 
-  /// Begins an input. All later calls are about this input.
+  /// Begins an input. The calls until the next `beginInput` are about this input.
   virtual void beginInput(const std::string& name) = 0;
   virtual void packet(const Packet& packet) = 0;
   virtual void problem(const Problem& problem) = 0;
-  /// Reports that the input cannot be read. No packets and no problems of this input are reported
-  /// then.
+  /// Reports that the input cannot be read. Such an input has no packets and no problems.
   virtual void unreadable(const std::string& reason) = 0;
 };
 

@@ -1,4 +1,4 @@
-// Decoding of packets, and the problems of malformed ones.
+// Decodes packets, and describes what is wrong with malformed packets.
 
 #include "decoder/packet_content.h"
 
@@ -19,8 +19,9 @@ using catalogue::Data;
 using catalogue::PacketParts;
 using Kind = Content::Kind;
 
-// The bytes between the head and the text in the reply to a method call. The command byte is that
-// of the second packet. A reply of one packet has the same byte in this place.
+// The bytes between the head and the XML in the reply to a method call: a zero byte and a command
+// byte. In a reply of several packets, the command byte belongs to the second packet. In a reply of
+// one packet, it is part of the data.
 constexpr std::array<npa::Byte, 1> ReplyMark = {0x00};
 constexpr std::array<npa::Byte, 1> CommandMark = {npa::RequestCommand};
 
@@ -174,8 +175,8 @@ Data readWrapper(const Body& body, Data bytes, std::vector<Content>& contents) {
 }
 
 /// Returns the size of the first packet of a collected reply, with its command byte. The packet is
-/// not a wrapper. Only a value has a size field. Any other packet is assumed to be the last packet
-/// of the reply.
+/// not a wrapper. A reply to settings has one byte of data. The reply to a query has a size field.
+/// Any other packet is assumed to be the last packet of the collected reply.
 std::size_t collectedSize(Data bytes) {
   Cursor cursor(bytes);
   cursor.byte();

@@ -46,8 +46,8 @@ class StreamDecoder {
   void takeStray(std::size_t count);
   void reportStray();
   void takePacket(std::span<const npa::Byte> bytes);
-  /// Joins a method reply of several packets. If `packet` is part of one, sets its kind and, in the
-  /// last packet, the whole XML.
+  /// Joins a method reply of several packets. If `packet` is part of such a reply, sets its
+  /// kind. Sets the whole XML in the last packet of the reply.
   void joinReply(Packet& packet, std::span<const npa::Byte> bytes);
   /// Reports an incomplete method reply if there is one.
   void endReply(Place place);

@@ -39,8 +39,9 @@ class Tally : public Report {
   /// Returns true if the current input has a packet or a problem, or cannot be read.
   bool hasFound() const { return m_HasFound; }
 
-  /// Returns the exit status: 2 if an input could not be read; otherwise 1 if a packet was unknown,
-  /// malformed or cut; otherwise 3 if an input had nothing to report; otherwise 0.
+  /// Returns the exit status: 2 if an input could not be read; otherwise 1 if a packet was unknown
+  /// or malformed, or if there was a problem; otherwise 3 if an input had neither a packet nor a
+  /// problem; otherwise 0.
   int status() const {
     constexpr int unreadable = 2;
     constexpr int nothing = 3;

@@ -1,4 +1,4 @@
-// Parsing of the frames of a usbmon capture.
+// Parses the frames of a usbmon capture.
 
 #include "decoder/usb_event.h"
 

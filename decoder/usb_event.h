@@ -15,11 +15,11 @@ struct UsbEvent {
   enum class Kind { Submit, Complete, Error };
 
   Kind kind = Kind::Submit;
-  std::uint64_t transfer = 0;  ///< the id, the same in submission and completion
+  std::uint64_t transfer = 0;  ///< the id; submission and completion have the same id
   std::uint16_t bus = 0;
   std::uint8_t device = 0;
   std::uint8_t endpoint = 0;        ///< bit 7 is set for transfers to the host
-  std::size_t length = 0;           ///< bytes: the buffer's size if submitted, else transferred
+  std::size_t length = 0;           ///< Submit: the buffer's size. Others: bytes transferred
   std::span<const npa::Byte> data;  ///< the captured bytes; there may be fewer than `length`
 
   bool toHost() const { return (endpoint & 0x80U) != 0; }
@@ -27,7 +27,8 @@ struct UsbEvent {
 };
 
 /// Parses a frame of a capture. The usbmon header of the frame has `headerSize` bytes (48 or 64),
-/// in the host's byte order. Returns nothing if the frame is too short or not of a bulk transfer.
+/// in the host's byte order. Returns nothing if the frame is too short or is not an event of a
+/// bulk transfer.
 /// The data of the event points into `frame`.
 std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> frame, std::size_t headerSize);
 

@@ -1,4 +1,4 @@
-// The lines of the text report.
+// WordsReport: builds the lines of the text report.
 
 #include "decoder/words.h"
 
@@ -64,7 +64,7 @@ void appendLines(std::string& text, std::string_view lines) {
   }
 }
 
-/// Returns method, id, status and message of a call or a reply, as far as they exist.
+/// Returns the method and id of a call, or the status and message of a reply. Omits missing parts.
 std::string callSummary(const CallText& call) {
   std::string text;
   if (!call.method.empty()) {
@@ -110,7 +110,7 @@ std::string contentText(const Content& content, bool showSecrets) {
   return text;
 }
 
-/// Returns the direction in which a content of that kind is sent.
+/// Returns the direction in which a content of this kind is sent.
 Direction directionOf(Kind kind) {
   switch (kind) {
     case Kind::Query:

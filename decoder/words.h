@@ -11,8 +11,8 @@ namespace decoder {
 /// Returns the kind of a content as text, such as "query".
 std::string_view kindText(Content::Kind kind);
 
-/// Returns "request" or "reply": by the direction of the stream or, if that is unknown, by the kind
-/// of the contents. Returns "packet" if neither is known.
+/// Returns "request" or "reply", as the direction of the stream shows. If this direction is
+/// unknown, the kinds of the contents decide. Returns "packet" if neither shows the role.
 std::string_view roleText(const Packet& packet);
 
 /// A report as lines of text for a terminal. Bytes that are not printable ASCII are escaped.

@@ -1,9 +1,10 @@
 // The first line of the input is a letter that selects an operation on the printer's certificates.
 // Each further line is the XML of the reply to one method call. All later calls get the reply of
-// the last line too. A line that begins with "hex:" is the part of the reply packet after its flag
-// byte.
+// the last line too. A line that begins with "hex:" has, in hex, the part of the reply packet after
+// the flag byte.
 //
-// Each operation must return a documented result within its time and leave files as documented.
+// Each operation must return a documented result within a time limit, and change files only as
+// documented.
 
 #include <algorithm>
 #include <sstream>
@@ -68,7 +69,7 @@ int list(const Work& work, int (CertMgr::*operation)(std::vector<std::string>&))
   return result;
 }
 
-/// One row of the operations.
+/// One row of the table of operations.
 struct Operation {
   char letter;  ///< in the first line of the input
   int (*run)(const Work& work);
@@ -106,7 +107,7 @@ const Operation Operations[] = {
 };
 
 /// Returns the operation whose letter is the first character of `line`, or the first operation if
-/// there is none.
+/// no operation has this letter.
 const Operation& operationOf(const std::string& line) {
   const auto* const found =
       std::ranges::find(Operations, line.empty() ? '\0' : line.front(), &Operation::letter);

@@ -2,8 +2,8 @@
 // refuses all packets, "w" refuses wrapped packets, "g" sends garbage, "c" cuts its replies. Each
 // further line up to an empty one is an argument. The rest is the content of a file. The path of
 // that file replaces the argument after "-file". "@ca" and "@signed" are replaced by the options
-// with that path, and "@csr" by the option with the path of another file. No argument names a file
-// of the host.
+// with that path, and "@csr" by the option with the path of another file. The target skips inputs
+// that contain these options themselves, because their paths could name files of this machine.
 //
 // Each command must end within a time limit and with one of its exit statuses, and a second run
 // must do the same.
@@ -33,7 +33,8 @@ namespace {
 using fuzz::MemoryFile;
 using Arguments = std::vector<std::string>;
 
-/// Returns true if a run may end with this result. The system keeps only the low byte of a result.
+/// Returns true if the command called `name` may end with this result. The system keeps only the
+/// low byte of a result.
 bool isStatusOf(const std::string& name, int result) {
   const auto* const found = std::ranges::find_if(
       CommandTable, [&](const CommandRow& row) { return row.mode.name == name; });
@@ -66,7 +67,7 @@ Input takeApart(const std::string& text) {
   return input;
 }
 
-/// Returns the properties of a printer with these faults.
+/// Returns the properties of a printer with the faults whose letters are in `traits`.
 emulator::Personality personality(const std::string& traits) {
   const auto has = [&traits](char trait) {
     return traits.find(trait) != std::string::npos;

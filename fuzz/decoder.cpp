@@ -1,14 +1,14 @@
-// The first character of the input is the kind of the rest:
+// The first character of the input selects the kind of the rest:
 //
 //     t  a text file for zvknpa
 //     f  any file, in hex
-//     s  a stream of bytes, in hex. The first byte is the size of the pieces that arrive; 0
-//        means 1.
+//     s  a stream of bytes, in hex. The first byte is the size of the pieces in which the
+//        stream arrives; 0 means 1.
 //     c  frames of a capture, in hex, separated by semicolons. The first byte of a frame is
 //        the event, the next three are endpoint, transfer and length. The rest is data.
 //
-// The text report and the JSON report must be valid and lead to the same exit status. The pieces
-// must not change a report.
+// The text report and the JSON report must be valid and lead to the same exit status. The size
+// of the pieces must not change the text report.
 
 #include <algorithm>
 #include <cstring>
@@ -94,8 +94,8 @@ void decodeFile(std::string_view file) {
   fuzz::require(statuses[0] == statuses[1]);
   json.finish();
   fuzz::require(nlohmann::json::accept(document));
-  // The size of the output must be at most in proportion to the input and to the lines that "*"
-  // stands for.
+  // The text report may have at most 100 bytes for each byte of the input and each byte that "*"
+  // stands for, and a constant count of further bytes.
   constexpr std::size_t factor = 100;
   const std::size_t repeated =
       file.find('*') == std::string_view::npos ? 0 : decoder::MostRepeatedBytes;

@@ -2,7 +2,8 @@
 // printer. Each of the bits 0 to 4 of the first byte selects a property of the printer. The second
 // byte is the size of the pieces in which the host writes (0: 1 byte).
 //
-// All replies must be valid packets, and the pieces must not change the replies or the state.
+// All replies must be valid packets. The size of the pieces must not change the replies or the
+// state, unless the printer has generated a key.
 
 #include <algorithm>
 #include <cstddef>
@@ -87,8 +88,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const Outcome inPieces = talk(input, mode, std::max<std::size_t>(pieceSize, 1));
   requirePackets(whole.replies);
   requirePackets(inPieces.replies);
-  // If a key was made, the replies may differ: each run generates new keys, and a certificate
-  // request contains the key.
+  // If a key was made, the replies may differ, because each run generates new keys, and a
+  // certificate request contains the public key.
   fuzz::require(inPieces.replies == whole.replies || whole.hasMadeKeys || inPieces.hasMadeKeys);
   fuzz::require(inPieces.state.size() == whole.state.size());
   fuzz::require(inPieces.state == whole.state || whole.hasMadeKeys);

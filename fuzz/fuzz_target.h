@@ -13,7 +13,7 @@
 //     }
 
 /// Runs the code under test on `size` bytes. Ends the program if a requirement does not hold.
-/// libFuzzer and the replay of the seeds call it.
+/// libFuzzer calls this function, and so does the replay of the seeds.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace fuzz {

@@ -1,4 +1,4 @@
-// Parsing of hex inputs.
+// Parses hex inputs.
 
 #include "hex_input.h"
 

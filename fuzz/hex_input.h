@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-/// Binary inputs as readable text, so that a person can write seeds. Characters other than hex
-/// digits are ignored. "#" starts a comment that ends with the line:
+/// Reads binary inputs from readable text, so that a person can write seeds. Characters other than
+/// hex digits are ignored. "#" starts a comment that ends with the line:
 ///
 ///     A5 00 06 50  # start byte, length, flag
 namespace fuzz {

@@ -22,7 +22,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const fuzz::MemoryFile file(content);
   configDetails settings;
   int result = -1;
-  // The file is read twice: the second data must replace the first.
+  // Reads the file twice. The data of the second read must replace the data of the first.
   fuzz::outputOf([&] { settings.parseNPAFile(file.path().c_str()); });
   const fuzz::Output output =
       fuzz::outputOf([&] { result = settings.parseNPAFile(file.path().c_str()); });

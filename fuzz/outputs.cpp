@@ -1,4 +1,4 @@
-// Capturing of the C library's output streams.
+// Captures the C library's output streams.
 
 #include "outputs.h"
 

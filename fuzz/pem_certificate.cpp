@@ -1,5 +1,5 @@
-// The input is the content of a certificate file. Two reads must return the same names, names must
-// have the documented form, and the file must load and save unchanged.
+// The input is the content of a certificate file. Two reads must return the same names, and these
+// names must have the documented form. Loading and saving the file must not change its content.
 
 #include <string>
 #include <string_view>

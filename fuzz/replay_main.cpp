@@ -15,7 +15,8 @@ void replay(const std::filesystem::path& path) {
   std::fprintf(stderr, "%s\n", path.c_str());
   std::ifstream file(path, std::ios::binary);
   const std::string seed{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  // A copy of the exact size, so that a sanitizer detects a read past its end.
+  // Copies the seed into a buffer of the exact size, so that a sanitizer detects a read past the
+  // end.
   const std::basic_string<std::uint8_t> bytes(seed.begin(), seed.end());
   LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
 }

@@ -1,4 +1,5 @@
-// The printer that sends the replies of a script, and the packets and pieces of the replies.
+// ScriptedPrinter: sends the replies of a script. Other functions make reply packets and cut them
+// into pieces.
 
 #include "scripted_printer.h"
 
@@ -16,7 +17,8 @@ using virtual_system::Microseconds;
 using virtual_system::Second;
 
 ScriptedPrinter::ScriptedPrinter() {
-  // Advances to the next arrival, at most 1 s. Without arrivals the wait times out.
+  // Advances the clock to the next arrival of bytes, but by at most 1 s. If none arrive in this
+  // time, the wait times out.
   device.readSelectResult = [this] {
     const Microseconds next =
         device.arrivals.empty() ? system.now() + 2 * Second : device.arrivals.front().at;

@@ -25,14 +25,15 @@ using fuzz::Bytes;
 using virtual_system::Microseconds;
 using virtual_system::Second;
 
-/// Seconds.
+/// The time limits in seconds.
 constexpr std::array TimeLimits = {0, 3, 5, 10};
 constexpr std::array<Microseconds, 4> Delays = {0, 20'000, Second, 6 * Second};
 /// A pause of this length between two bytes ends a read.
 constexpr Microseconds Silence = 5 * Second;
-/// Seconds.
+/// The pause between the request and the first read, in seconds.
 constexpr Microseconds PauseAfterRequest = 2;
-/// The most seconds of the last pass, with silent reads of start byte, length and rest.
+/// The longest last pass in seconds. A pass reads a start byte, a length and the rest of a packet,
+/// and each of these reads can end after a silence.
 constexpr Microseconds LongestLastPass = 18;
 
 /// The options of the input.
@@ -102,8 +103,8 @@ Bytes collected(const Bytes& stream, const Options& options) {
   return {reply, reply + count};
 }
 
-/// The model: returns the reply in a stream that arrives in time. If `passes` is set, reads at most
-/// that count of packets.
+/// The model: returns the reply in a stream that arrives in time. If `passes` is set, makes at most
+/// that many passes. A pass takes a packet or a stray byte.
 Bytes contents(const Bytes& stream, std::optional<int> passes) {
   Bytes result;
   for (std::size_t at = 0; at < stream.size() && (!passes || (*passes)-- > 0);) {

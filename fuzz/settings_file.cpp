@@ -1,5 +1,6 @@
-// The input is the text of a settings file. The settings must be those that a simple model of the
-// format finds and sets as options. Settings that fit each other must make well-formed packets.
+// The input is the text of a settings file. A simple model of the format also finds the
+// settings in it, and sets them as options. Both must give the same settings. Settings that fit
+// each other must make well-formed packets.
 
 #include <algorithm>
 #include <optional>
@@ -27,7 +28,7 @@ constexpr std::size_t LongestLine = 4096;
 
 /// The settings that the model finds.
 struct Model {
-  ProfileReader options;                ///< all but the password
+  ProfileReader options;                ///< the settings except the password
   std::optional<std::string> password;  ///< as it is in the file
 };
 

@@ -28,13 +28,13 @@ struct Query {
   int lowest;
   int highest;
   std::size_t requests;
-  /// Returns the expected result for a collected reply. Null if there is no simple rule for the
-  /// result.
+  /// Returns the expected result for a collected reply. The pointer is null if there is no simple
+  /// rule for the result.
   int (*expected)(const Bytes& reply) = nullptr;
 };
 
-/// Calls `result` for each record of an 802.1x setting and returns the results. The argument of
-/// `result` is the rest of the reply from the size of the value on.
+/// Calls `result` for each record of the 802.1x setting `object`, and returns the results. The
+/// argument of `result` is the part of the reply that begins at the size of the value.
 std::vector<int> visit(const Bytes& reply, char object, int (*result)(const std::string& rest)) {
   const std::string text(reply.begin(), reply.end());
   const std::string key = {'\x50', '\xE0', '\xD8', '\0', '\x2A', object};
@@ -48,7 +48,7 @@ std::vector<int> visit(const Bytes& reply, char object, int (*result)(const std:
   return results;
 }
 
-/// Returns the status of the first record that has one, or -1.
+/// Returns the status of the first record that has a status, or -1.
 template <char Object>
 int firstStatus(const Bytes& reply) {
   const std::vector<int> all = visit(reply, Object, [](const std::string& rest) {

@@ -1,7 +1,8 @@
 // The input, in hex, is a byte of options, then the bytes that a host sends to the USB transport.
 // If bit 0 of the first byte is set, the session starts with transfers instead of requests. Bits 1
-// and 2 select faults. The other bits are the size of the pieces that arrive (0: 1 byte). The
-// pieces must not change the output.
+// and 2 select properties and faults of the device. The other bits are the size of the pieces in
+// which the bytes arrive (0: 1 byte). The size of the pieces must not change the output before an
+// error.
 
 #include <algorithm>
 #include <chrono>

@@ -31,7 +31,8 @@ std::string expectedText(const Bytes& reply) {
   return text.substr(0, text.find('\0'));
 }
 
-/// Requires that a buffer of `room` bytes gets the text, or stays unchanged if it is too small.
+/// Requires that a buffer of `room` bytes gets the text. If the buffer is too small, or if the
+/// reply does not begin with the marker, requires that the buffer stays unchanged.
 void requireWritten(Bytes& reply, std::size_t room, const std::string& expected) {
   std::string out(room, '#');
   const int count = CertMgr::getXmlResponse(reply.data(), static_cast<int>(reply.size()),

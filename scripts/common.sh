@@ -1,4 +1,5 @@
-# What the scripts share. They source this file, which also changes to the folder of the project.
+# The functions and lists of packages that the scripts share. A script sources this file. This also changes the
+# current folder to that of the project.
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -18,7 +19,7 @@ as_root() {
   fi
 }
 
-# Installs those of the packages that are missing, and prints their names.
+# Installs the packages that are missing among the arguments, and prints the names of these packages.
 install_packages() {
   local missing
   mapfile -t missing < <(comm -23 <(printf '%s\n' "$@" | sort -u) \
@@ -43,18 +44,20 @@ valgrind_packages=(valgrind)
 bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
   pkg-config xxd)
 coverage_packages=(gcovr)
-kernel_packages=(qemu-system-x86 busybox-static cpio kmod openssl python3-jsonschema xz-utils)
+# The libraries are those of hostapd and wpa_supplicant.
+kernel_packages=(qemu-system-x86 busybox-static cpio kmod libdbus-1-3 libnl-3-200 libnl-genl-3-200
+  libnl-route-3-200 libpcsclite1 openssl python3-jsonschema xz-utils)
 package_packages=(build-essential debhelper dpkg-dev lintian scdoc)
 package_lane_packages=(faketime mmdebstrap proot)
 
-# Ends a lane that cannot run on this machine. This differs from a lane that failed.
+# Ends a script whose tests cannot run on this machine. The status 77 differs from that of failed tests.
 readonly StatusCannotRun=77
 cannot_run() {
   echo "$(basename "$0") CANNOT RUN here: $*" >&2
   exit "$StatusCannotRun"
 }
 
-# Fails if a file is not formatted or has a word to replace.
+# Fails if a C++ file is not formatted, or if a file has a word of scripts/replaced_words.
 check_format() {
   git ls-files '*.cpp' '*.h' | xargs -P "$(nproc)" -n 32 clang-format --dry-run -Werror
   echo "All files are formatted."
@@ -99,8 +102,9 @@ run_tests() {
 passed=0
 failed=0
 
-# assert NUMBER TEXT COMMAND...: passes if COMMAND succeeds. Its output goes to $folder/evidence. The numbers increase. The hundreds digit is the
-# subject; a new assertion takes the next number of its subject.
+# assert NUMBER TEXT COMMAND...: passes if COMMAND succeeds. The output of COMMAND goes to $folder/evidence. The
+# numbers increase. The hundreds digit stands for the subject of an assertion. A new assertion takes the next
+# number of its subject.
 assert() {
   local number=$1 text=$2
   shift 2
@@ -125,7 +129,8 @@ package_sources() {
     grep -E "^[^#]* main #Debian $release(-updates|-security)?\$" | sed 's/ #.*//' | sort -u
 }
 
-# Prints how this machine reaches the package sources (proxies and so on), for apt in the root.
+# Prints the settings of apt for reaching the package sources, such as proxies. apt in another Debian system
+# needs these settings too.
 package_settings() {
   apt-config dump | grep -E '^Acquire::((http|https)::|Check-|ForceIPv|Languages|Retries)' || [ $? -eq 1 ]
 }
@@ -140,8 +145,8 @@ source_of_release() {
 readonly port_folder=$PWD/build/ports
 
 # The packages that a build for another architecture needs: programs of this machine, libraries of the other one.
-port_tools=(build-essential ccache cmake debhelper gettext libcli11-dev ninja-build nlohmann-json3-dev openssl qemu-user-static
-  scdoc strace)
+port_tools=(build-essential ccache cmake debhelper gettext libcli11-dev ninja-build nlohmann-json3-dev openssl
+  qemu-user-static scdoc strace)
 port_libraries=(libexpat1-dev libfaketime libgtest-dev libpcap-dev libpugixml-dev libssl-dev libusb-dev libxml2-dev)
 
 # Prints the GNU name of an architecture, such as arm-linux-gnueabihf.

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""coverage_report.py JSON REASONS: compares the counts of gcovr with the bars.
+"""coverage_report.py JSON REASONS: compares the counts of gcovr with the percentages in BARS.
 
-REASONS has lines "FILE: TEXT: WHY": why no test reaches a line of FILE that contains TEXT. Prints each
-line that is not reached with its reason, and the bars. Ends with 1 if a bar is missed, a line has no
-reason, or a reason matches no line.
+REASONS has lines "FILE: TEXT: WHY": WHY is the reason why no test reaches a line of FILE that contains TEXT.
+Prints each line that no test reaches, with its reason, and the bars. Ends with 1 if a bar is missed, if such
+a line has no reason, or if a reason matches no such line.
 """
 
 import json

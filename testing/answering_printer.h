@@ -13,10 +13,10 @@
 
 namespace support {
 
-/// Tests against an emulated printer at /dev/usb/lp0, in virtual time.
+/// A fixture for tests with an emulated printer at /dev/usb/lp0, in virtual time.
 class AnsweringPrinter : public testing::Test {
  protected:
-  /// Replaces the printer by one with this personality.
+  /// Plugs in a printer with this personality. Removes the previous printer if there is one.
   void plugIn(emulator::Personality personality) {
     printer = std::make_unique<EmulatedPrinter>(std::move(personality));
     device.onWrite = [this](const Bytes& request) {

@@ -21,9 +21,9 @@ class Authority {
   /// Creates an authority whose subject is only a common name.
   explicit Authority(const std::string& commonName) : Authority(Name{{"CN", commonName}}) {}
 
-  /// Creates an authority. The authority's certificate, and the certificates that it signs, have
-  /// this validity. The times are ASN.1 texts, such as 20200105000000Z. Throws `std::runtime_error`
-  /// if libcrypto rejects a value.
+  /// Creates an authority. The authority's certificate, and the certificates that the authority
+  /// signs, are valid from `notBefore` to `notAfter`. Both are ASN.1 texts, such as
+  /// 20200105000000Z. Throws `std::runtime_error` if libcrypto rejects a value.
   explicit Authority(const Name& name, const std::string& notBefore = "20200105000000Z",
                      const std::string& notAfter = "20301225235959Z");
 
@@ -55,7 +55,7 @@ class Authority {
 /// The content of a certificate request.
 struct RequestContent {
   std::string subject;  ///< in one line, such as "/O=Example/CN=printer"
-  std::string dnsName;  ///< the alternative name; empty if there is none
+  std::string dnsName;  ///< the alternative name; empty unless there is exactly one
   std::string keyType;  ///< "EC" or "RSA"
   int keyBits = 0;
   bool isSignedByItsKey = false;

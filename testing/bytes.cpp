@@ -44,7 +44,8 @@ std::string repeated(std::string_view text, std::size_t count) {
 }
 
 Bytes pattern(std::size_t count) {
-  constexpr std::size_t period = 251;  // prime, so that no packet size divides it
+  // A prime number, so that adjacent packets of the same size have different bytes.
+  constexpr std::size_t period = 251;
   Bytes result(count);
   for (std::size_t i = 0; i < count; ++i) {
     result[i] = static_cast<std::uint8_t>(i % period);

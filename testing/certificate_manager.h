@@ -9,14 +9,14 @@
 
 namespace support {
 
-/// The friendly name of the printer's own certificate unless the caller gives another name.
+/// The friendly name that the program gives the printer's own certificate by default.
 inline const std::string DefaultFriendlyName = "Quorvanthelisdorm";
 
-/// A fixture for tests of the certificate manager, which talks to a scripted printer.
+/// A fixture for tests of the certificate manager, with a scripted printer.
 class CertManager : public ObjectStorePrinter {
  protected:
-  /// Runs an operation with a new manager and returns the operation's result. Stores the text that
-  /// the operation wrote in `output`, without the line that the transport logs at the end.
+  /// Runs an operation with a new manager and returns the operation's result. Sets `output` to what
+  /// the operation printed, without the line that the transport logs at the end.
   template <typename Operation>
   int run(Operation operation) {
     const auto run = [&] {

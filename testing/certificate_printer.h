@@ -28,7 +28,7 @@ class CertificatePrinter {
   /// Carries out a call and returns the status of its reply.
   int status(const std::string& xml) { return call(xml).status(); }
 
-  /// Returns the names of the CA certificates, and those of the printer's own certificates.
+  /// Return the names of the CA certificates, and the names of the printer's own certificates.
   std::vector<std::string> authorities() { return call(callText("queryCAList", 420)).list(); }
   std::vector<std::string> certificates() { return call(callText("queryCertList", 520)).list(); }
 

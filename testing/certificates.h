@@ -18,9 +18,10 @@ struct CertificateText {
   /// UTCTime, a text of another length as a GeneralizedTime.
   std::string from = "200105000000Z";
   std::string to = "301225000000Z";
-  /// What the basic constraints say. Without a value there are none.
+  /// The CA flag of the basic constraints. Without a value the certificate has no basic
+  /// constraints.
   std::optional<bool> isAuthority = {};
-  /// A comment of this size, in bytes, that makes the certificate larger.
+  /// The size in bytes of a comment that makes the certificate larger. If 0, there is no comment.
   std::size_t commentSize = 0;
 };
 

@@ -31,7 +31,7 @@ class CommandLine {
   std::vector<char*> m_Pointers;
 };
 
-/// The text that the program prints for -h, and without arguments.
+/// The text that zvkconfig prints for -h, and without arguments.
 inline const std::string HelpText =
     "\n"
     "  zvkconfig\n"

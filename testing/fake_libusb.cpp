@@ -10,7 +10,8 @@
 #include "testing/fault_injection.h"
 #include "testing/virtual_system.h"
 
-/// The program only passes pointers to handles, so the double can define this type as it likes.
+/// usb.h only declares this type, and the program uses only pointers to it. So the double may
+/// define any content.
 struct usb_dev_handle {
   struct usb_device* device;
 };
@@ -21,7 +22,7 @@ namespace {
 
 Library* currentLibrary = nullptr;
 
-/// Records a call. The text of a call contains only the first number, which is enough to
+/// Records a call. The text in `calls` contains only the first of the numbers, which is enough to
 /// distinguish the calls.
 void record(const char* name, std::vector<long> numbers, std::vector<const void*> pointers) {
   const std::string first = numbers.empty() ? "" : std::to_string(numbers.front());
@@ -135,8 +136,8 @@ using support::InterceptedCall;
 
 namespace {
 
-/// Returns the result of a bulk transfer that fails. Otherwise returns nothing and limits `size` to
-/// the bytes that the transfer may move.
+/// Returns the result of a bulk transfer that fails or moves no bytes. Otherwise returns
+/// `std::nullopt` and limits `size` to the bytes that the transfer may move.
 std::optional<int> cut(const InterceptedCall& call, int& size, int timeout) {
   auto most = static_cast<std::size_t>(size);
   const auto failure = call.cut(most);

@@ -9,7 +9,8 @@
 #include <vector>
 
 /// A double of libusb 0.1. The usb_... functions of the double return the results that a test sets,
-/// and record their calls. If a hook is not set, the function has the default behaviour.
+/// and record their calls. A hook is a `std::function` that a test can set to replace the default
+/// behaviour of a call.
 namespace fake_libusb {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -48,17 +49,18 @@ class Library {
   struct usb_device* addDevice(const std::string& bus, const std::string& name,
                                std::vector<Configuration> configurations);
 
-  /// Adds a printer with bulk endpoints 0x81 and 0x02, whose packets have 64 bytes.
+  /// Adds a printer with the bulk endpoints 0x81 and 0x02. Their USB packets have at most 64 bytes.
   struct usb_device* addPrinter(const std::string& bus, const std::string& name);
 
   // Results of the calls.
-  bool opens = true;                                     ///< usb_open returns a handle
+  bool opens = true;                                     ///< if false, usb_open returns nullptr
   std::function<void(const struct usb_device*)> onOpen;  ///< called by usb_open
   std::function<int(int interface)> claim;               ///< default: 0
   std::function<int(const Bytes&)> bulkWrite;            ///< default: the whole size
-  std::function<int(char* buffer, int size)> bulkRead;   ///< default: `incoming`, or a timeout
-  int setConfiguration = 0;                              ///< result of usb_set_configuration
-  int unusedResult = 0;  ///< result of the calls whose result the program ignores
+  /// Default: returns bytes of `incoming`, or a timeout if `incoming` is empty.
+  std::function<int(char* buffer, int size)> bulkRead;
+  int setConfiguration = 0;  ///< result of usb_set_configuration
+  int unusedResult = 0;      ///< result of the calls whose result the program ignores
   /// The bytes that the next bulk reads return. Each read returns as many of them as fit into its
   /// buffer.
   Bytes incoming;
@@ -70,7 +72,7 @@ class Library {
   std::vector<int> readSizes;      ///< the buffer size of each bulk read
   std::vector<int> readTimeouts;   ///< milliseconds
   std::vector<int> writeTimeouts;  ///< milliseconds
-  /// The numbers and the pointers among the arguments of the last call, each in order.
+  /// The arguments of the last call: its numbers in order, and its pointers in order.
   std::vector<long> lastNumbers;
   std::vector<const void*> lastPointers;
   int openHandles = 0;

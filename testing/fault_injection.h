@@ -5,25 +5,26 @@
 #include <string_view>
 #include <sys/types.h>
 
-/// Makes single calls of the program fail. The doubles of the system calls check for a fault before
-/// they carry out a call.
+/// Makes single calls of the program fail. Each double of a system or library call asks at its
+/// start whether the call has a fault.
 namespace support {
 
-/// How a call fails.
+/// What a test does to a call: the call fails, or it moves fewer bytes.
 struct Fault {
   const char* name;
   int error;               ///< the errno value of the failure; 0 if the call does not fail
   std::size_t maxBytes{};  ///< if `error` is 0: the most bytes that a transfer moves
 };
 
-/// While the object exists, the `first`-th call of the function `call` fails. If `lasting` is true,
-/// all later calls of this function fail too. "new" stands for every form of operator new.
+/// While the object exists, the `first`-th call of the function `call` has the fault `fault`. If
+/// `lasting` is true, all later calls of this function have it too. "new" stands for every form of
+/// operator new.
 ///
 ///     FaultInjection injection({.call = "write", .fault = {"EIO", EIO}, .first = 2});
 ///
 /// While a printer is silent, the program calls select many times, and nothing changes between
-/// these calls. So only the first three and every thousandth of consecutive calls of select are
-/// counted.
+/// these calls. So if calls of select follow each other, only the first three and every thousandth
+/// are counted. Once a lasting fault has begun, every call is counted.
 class FaultInjection {
  public:
   struct Plan {
@@ -38,13 +39,13 @@ class FaultInjection {
   FaultInjection(const FaultInjection&) = delete;
   FaultInjection& operator=(const FaultInjection&) = delete;
 
-  /// Returns true if a call has failed.
+  /// Returns true if a call has had the fault.
   bool wasReached() const { return m_Count >= m_Plan.first; }
-  /// Returns the count of calls with the plan's name.
+  /// Returns how many calls of the plan's function were counted.
   int count() const { return m_Count; }
 
   /// Counts a call. Returns the fault that this call has, or nullptr if it has none. Throws
-  /// `EndlessRun` at the two-millionth call of any name.
+  /// `EndlessRun` when the calls of all functions together reach two million.
   const Fault* faultOf(std::string_view call);
 
   /// Returns the existing object of this class, or nullptr if there is none.
@@ -76,14 +77,14 @@ class InterceptedCall {
   InterceptedCall(const InterceptedCall&) = delete;
   InterceptedCall& operator=(const InterceptedCall&) = delete;
 
-  /// Returns the fault with which the call fails, or nullptr if the call succeeds.
+  /// Returns the fault that this call has, or nullptr if it has none.
   const Fault* fault() const { return m_Fault; }
   /// Returns true and sets errno if the call ends with an error.
   bool fails() const;
   /// Returns the negative errno value of a call that ends with an error, or 0.
   int result() const { return m_Fault == nullptr ? 0 : -m_Fault->error; }
-  /// Returns the result of a transfer that fails or moves nothing. Otherwise returns nothing and
-  /// limits `size` to the bytes that the transfer may move.
+  /// Returns the result of a transfer that fails or moves no bytes. Otherwise returns
+  /// `std::nullopt` and limits `size` to the bytes that the transfer may move.
   std::optional<ssize_t> cut(std::size_t& size) const;
 
  private:

@@ -13,7 +13,7 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  /// Returns the path of a file in the folder, which need not exist.
+  /// Returns the path of a file in the folder. The file need not exist.
   std::string path(std::string_view name) const { return m_Path + "/" + std::string(name); }
 
   /// Writes a file into the folder and returns its path.

@@ -15,8 +15,8 @@ namespace support {
 /// An operation of the generator without parameters.
 using Operation = int (wnpaGenerator::*)();
 
-/// A fixture for tests of the generator, which talks to a scripted printer. Wrap mode is on, as in
-/// any new generator.
+/// A fixture for tests of the generator, with a scripted printer. Wrap mode is on, as in any new
+/// generator.
 class Generator : public UsblpPrinter {
  protected:
   /// Creates the generator with the settings of these options.
@@ -26,8 +26,7 @@ class Generator : public UsblpPrinter {
     generator = std::make_unique<wnpaGenerator>(&configuration);
   }
 
-  /// Runs an operation and returns its result. Stores the text that the operation wrote in
-  /// `output`.
+  /// Runs an operation and returns its result. Sets `output` to what the operation printed.
   int run(Operation operation) {
     return resultOf([&] { return (generator.get()->*operation)(); }, output);
   }

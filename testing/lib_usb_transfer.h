@@ -25,8 +25,7 @@ struct TransferRow : Row {
   HCIOStatus status;
 };
 
-/// A fixture for tests of bulk transfers. Each test calls `open` first. A test passes endpoints to
-/// `open` if it does not use the default endpoints.
+/// A fixture for tests of bulk transfers. Each test calls `open` first.
 class LibUsbTransfer : public testing::Test {
  protected:
   void open(std::vector<fake_libusb::Endpoint> endpoints = {{0x81, Bulk, 64}, {0x02, Bulk, 512}}) {
@@ -40,7 +39,7 @@ class LibUsbTransfer : public testing::Test {
     return connector.write(copy.data(), static_cast<int>(copy.size()));
   }
 
-  /// Reads `len` bytes with the connector and returns the bytes that were read.
+  /// Reads at most `len` bytes with the connector and returns the bytes that were read.
   Bytes read(int len) {
     Bytes buffer(static_cast<std::size_t>(len));
     const int count = connector.read(buffer.data(), len);

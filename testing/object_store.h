@@ -33,11 +33,11 @@ CallParameter binary(std::string name, std::string_view bytes);
 std::string callText(std::string_view method, int requestId,
                      const std::vector<CallParameter>& parameters = {});
 
-/// Returns a call of `generateNewCert`. The fields of the subject without a parameter here are
-/// empty.
+/// Returns a call of `generateNewCert`. The subject has no organisation, unit, locality or state.
 std::string generateText(const std::string& name, const std::string& commonName = "p",
                          const std::string& country = "", const std::string& altName = "");
-// Each of these functions returns the call that its name describes.
+/// Return a call of `exportPubKey`, `uploadNewCAFile`, `uploadSignedCertFile`,
+/// `deleteIndividualCA`, `queryCAInfo` and `deleteIndividualCert`.
 std::string exportText(const std::string& name);
 std::string uploadCaText(const std::string& fileName, const std::string& pem);
 std::string uploadSignedText(const std::string& name, const std::string& pem);
@@ -47,18 +47,18 @@ std::string deleteCertText(const std::string& name);
 
 /// Returns the packet of a call.
 Bytes callPacket(std::string_view xml);
-/// Returns the request of a call: the packet that announces it, and the packet of the call.
+/// Returns the request for a call: the fixed packet `packets::Sniff`, and the packet of the call.
 Bytes callPackets(std::string_view xml);
 
 // --- Replies ------------------------------------------------------------------------------------
 
-/// The first bytes of a collected reply.
+/// The first bytes of every collected reply to a method call.
 inline const Bytes ReplyMarker = bytes("E0 C0 03 00 01 00 E0");
 
 /// Returns the XML of a reply with these children.
 std::string replyXml(std::string_view children);
 
-/// Returns the children with status code and message.
+/// Returns the two children that hold the status code and the message.
 std::string statusChildren(std::string_view code, std::string_view message = "");
 
 /// Return a child that is a text, or bytes in Base64.
@@ -68,7 +68,7 @@ std::string binaryChild(std::string_view name, std::string_view base64);
 /// Returns the child with a list of names.
 std::string listChild(const std::vector<std::string>& names, std::string_view name = "cert_list");
 
-/// Returns the packet of a reply.
+/// Returns a reply with this XML, in one packet.
 Bytes replyPacket(std::string_view xml);
 
 /// Returns the reply to a successful call, with these children after the status.

@@ -7,7 +7,7 @@ namespace support {
 
 /// Returns the count of the process's open descriptors.
 inline long openDescriptors() {
-  // One of these descriptors is that of the iterator, which does not count.
+  // The iterator itself opens one descriptor, which is subtracted.
   return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
                        std::filesystem::directory_iterator()) -
          1;

@@ -13,7 +13,7 @@ class OpenTransport : public testing::Test {
  protected:
   OpenTransport() { EXPECT_EQ(transport->CT_Open("/dev/usb/lp0"), 0); }
 
-  /// Reads `len` bytes with `CT_Read` and returns the bytes that were read.
+  /// Reads at most `len` bytes with `CT_Read` and returns the bytes that were read.
   Bytes read(std::size_t len) {
     Bytes buffer(len);
     const long count = transport->CT_Read(buffer.data(), len);

@@ -6,7 +6,7 @@
 
 namespace support {
 
-/// The text that a part of the program wrote to standard output and to standard error.
+/// What a part of the program wrote to standard output and to standard error.
 struct Output {
   std::string out;
   std::string err;
@@ -28,7 +28,7 @@ inline Output outputOf(const std::function<void()>& action) {
   return {std::move(out), testing::internal::GetCapturedStderr()};
 }
 
-/// Runs `action` and returns its result. Stores the text that `action` wrote in `output`.
+/// Runs `action` and returns its result. Sets `output` to what `action` printed.
 template <typename Action>
 auto resultOf(Action action, Output& output) {
   decltype(action()) result{};

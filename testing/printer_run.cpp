@@ -31,10 +31,10 @@ Words splitWords(const std::string& text) {
   return {std::istream_iterator<std::string>(stream), {}};
 }
 
-/// The exit status of zvkprinter if it fails itself.
+/// The exit status if zvkprinter itself fails.
 constexpr int OwnFailure = 125;
 
-/// Removes the lines of zvkprinter, which it prints if it cannot create a private device.
+/// Removes the lines that zvkprinter prints if it cannot create a private device.
 std::string withoutPrinterLines(const std::string& text) {
   std::string result;
   for (const std::string& line : splitLines(text)) {
@@ -62,7 +62,7 @@ PrinterRun run(Clock clock, const Words& options, const char* program, const Wor
   const Words command = commandOf(logging, program, arguments);
   const ProcessResult result =
       runProcess(clock == Clock::Real ? command : withFasterClock(command), input);
-  // If zvkprinter fails, its lines have the reason.
+  // If zvkprinter fails, its lines state the reason.
   PrinterRun outcome{result.status,
                      result.out,
                      result.status == OwnFailure ? result.err : withoutPrinterLines(result.err),

@@ -6,14 +6,14 @@
 
 #include "testing/process.h"
 
-/// Runs of the real program with the emulated printer.
+/// Functions that run the real programs with the emulated printer.
 namespace support {
 
 /// The result of one run.
 struct PrinterRun {
   int status = 0;   ///< exit status of the program; 125 if zvkprinter itself fails
   std::string out;  ///< the program's standard output; with --show, the printer's data follow
-  /// The program's standard error. For the status 125 it includes the lines of zvkprinter.
+  /// The program's standard error. If the status is 125, zvkprinter's own lines are included.
   std::string err;
   std::vector<std::string> received;  ///< each message that reached the printer, in hex
   std::vector<std::string> calls;     ///< each method call that the printer parsed, in words
@@ -38,7 +38,8 @@ PrinterRun runWifiWithPrinter(std::vector<std::string> options, std::vector<std:
 PrinterRun runWithPrinterInRealTime(std::vector<std::string> options,
                                     std::vector<std::string> arguments);
 
-/// Returns the command line of such a run, without a log. The program is zvkconfig unless given.
+/// Returns the command line that runs `program` with a printer, without the option --log. Without
+/// `program` it runs zvkconfig.
 std::vector<std::string> printerCommand(const std::vector<std::string>& options,
                                         const std::vector<std::string>& arguments,
                                         const char* program = nullptr);

@@ -6,11 +6,11 @@
 #include <sys/types.h>
 #include <vector>
 
-/// Processes that run real programs, for the end-to-end tests.
+/// Runs real programs in processes, for the end-to-end tests.
 namespace support {
 
 struct ProcessResult {
-  int status = 0;  ///< exit status; 128 plus the number of the signal that ended the program
+  int status = 0;  ///< exit status, or 128 plus the number of the signal that ended the program
   std::string out;
   std::string err;
 };
@@ -30,14 +30,14 @@ class BackgroundProcess {
 
   /// Sends a signal.
   void signal(int number) const;
-  /// Sends a signal, waits for the end and returns the exit status.
+  /// Sends a signal, waits until the program ends and returns the status, as in `ProcessResult`.
   int endWith(int number);
 
  private:
   pid_t m_Pid;
 };
 
-/// A program with a pseudo-terminal, on which the test types and reads. The destructor kills the
+/// A program on a pseudo-terminal. The test types there and reads there. The destructor kills the
 /// program if it still runs.
 class TerminalProcess {
  public:
@@ -46,7 +46,8 @@ class TerminalProcess {
   TerminalProcess(const TerminalProcess&) = delete;
   TerminalProcess& operator=(const TerminalProcess&) = delete;
 
-  /// Waits until the program has shown `text`, and returns true. Returns false after 20 seconds.
+  /// Waits until the program has shown `text`, and returns true. Returns false after 2,000 reads,
+  /// which take 220 seconds if the program shows nothing.
   bool waitFor(std::string_view text);
   /// Does the same for a text after the one that the last call of `waitForNext` found.
   bool waitForNext(std::string_view text);
@@ -56,9 +57,9 @@ class TerminalProcess {
   void resize(unsigned short rows, unsigned short columns) const;
   /// Returns true if the terminal echoes what is typed.
   bool echoes() const;
-  /// Returns everything that the program has shown so far.
+  /// Returns what the waits have read from the terminal so far.
   const std::string& shown() const { return m_Shown; }
-  /// Waits for the end of the program and returns its exit status, in the form of `ProcessResult`.
+  /// Waits until the program ends and returns the status, as in `ProcessResult`.
   int waitForEnd();
   pid_t pid() const { return m_Pid; }
 
@@ -67,14 +68,15 @@ class TerminalProcess {
 
   pid_t m_Pid;
   int m_Master = -1;
-  /// The terminal's end of the program. It stays open, so that the test can read the terminal's
-  /// attributes after the program has ended.
+  /// The end of the terminal that the program uses. It stays open here, so that the test can read
+  /// the terminal's attributes after the program has ended.
   int m_Slave = -1;
   std::string m_Shown;
   std::size_t m_Found = 0;  ///< end of the text that `waitForNext` found
 };
 
-/// Calls `condition` until it returns true, and returns true. Returns false after 20 seconds.
+/// Calls `condition` until it returns true, and returns true. Returns false after 2,000 calls with
+/// pauses of 10 ms (20 seconds, plus the time of the calls).
 template <typename Condition>
 bool eventually(Condition condition);
 

@@ -18,7 +18,8 @@ namespace support {
 
 namespace {
 
-/// The limit for each wait, so that a hanging child does not block the tests for ever.
+/// The limit for a wait for input or output, so that a hanging child does not block the test for
+/// ever.
 constexpr int GiveUpMilliseconds = 20'000;
 
 void require(bool condition, const char* what) {
@@ -149,7 +150,7 @@ bool PseudoTerminal::waitForStop() const {
 }
 
 int PseudoTerminal::wait() {
-  // The pipe reports its end when the child ends.
+  // The pipe reports end-of-file when the child ends.
   std::array<char, 512> buffer{};
   while (isReadable(m_OutputEnd, GiveUpMilliseconds)) {
     const ssize_t count = ::read(m_OutputEnd, buffer.data(), buffer.size());

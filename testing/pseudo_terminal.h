@@ -18,15 +18,14 @@ class PseudoTerminal {
   PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
   /// Starts a child. Its standard input is the terminal and its standard output is a pipe. The
-  /// child runs `action` and then ends with status 0. At its start the signals that end or stop a
-  /// program have their default action.
+  /// child runs `action` and then ends with status 0. Before `action` runs, SIGINT, SIGTERM,
+  /// SIGHUP, SIGQUIT and SIGTSTP are set to their default action.
   void run(const std::function<void()>& action);
 
   /// Types `text` on the terminal.
   void type(const std::string& text) const;
 
-  /// Types a line before the child reads. Returns when the child could read the line from the
-  /// terminal.
+  /// Types a line in advance. Returns as soon as the line can be read from the terminal.
   void typeAhead(const std::string& line) const;
 
   /// Returns the current attributes of the terminal.

@@ -11,7 +11,7 @@
 
 namespace support {
 
-/// A fixture for tests of `sendQuery`, which talks to a scripted printer.
+/// A fixture for tests of `sendQuery`, with a scripted printer.
 class SendQuery : public UsblpPrinter {
  protected:
   /// Sends `request` and returns the collected reply. Sets `untouched` to true if `sendQuery` left
@@ -53,7 +53,7 @@ struct ReplyRow : Row {
   const char* collected;
 };
 
-/// The output of sendQuery if it can open the device.
+/// What `sendQuery` prints if it can open the device.
 inline const Output Quiet = {"", TransportReleased};
 
 }  // namespace support

@@ -7,11 +7,14 @@
 
 #include "testing/generator.h"
 #include "testing/rows.h"
+#include "wireless/setting_encodings.h"
 
 namespace support {
 
-/// An encoder of one setting. Some encoders take a pointer to a running total.
-using SettingEncoder = std::variant<Operation, int (wnpaGenerator::*)(int*)>;
+/// An encoder of one setting: an operation, which may take a pointer to a running total, or a row
+/// of the encodings.
+using SettingEncoder =
+    std::variant<Operation, int (wnpaGenerator::*)(int*), const SettingEncoding*>;
 
 /// A fixture for tests of encoders.
 class SettingEncoders : public Generator {
@@ -34,6 +37,9 @@ class SettingEncoders : public Generator {
     if (const auto* const plain = std::get_if<Operation>(&encoder)) {
       return (generator.get()->**plain)();
     }
+    if (const auto* const row = std::get_if<const SettingEncoding*>(&encoder)) {
+      return generator->encode(**row);
+    }
     int total = 1234;
     const int count = (generator.get()->*std::get<1>(encoder))(&total);
     EXPECT_EQ(total, 1234);
@@ -41,8 +47,8 @@ class SettingEncoders : public Generator {
   }
 };
 
-/// A row of a table: an encoder, options, and the object and the log lines that the encoder makes
-/// with these options.
+/// A row of a table: an encoder, options, and the setting object and the log lines that the encoder
+/// produces with these options.
 struct SettingRow : Row {
   SettingEncoder encoder;
   std::vector<std::string> options;

@@ -14,8 +14,8 @@ inline bool isCi() {
 
 }  // namespace support
 
-/// Skips a test that cannot run on this machine. In CI the test fails instead, because nobody would
-/// notice that the test never runs.
+/// Skips a test that cannot run on this machine. In CI the test fails instead, because otherwise
+/// nobody would notice that the test never runs.
 #define SKIP_OUTSIDE_CI(reason) \
   do {                          \
     if (support::isCi()) {      \

@@ -18,7 +18,7 @@ namespace support {
 ///     session::findPrinters(tree.machine());
 class SysfsTree {
  public:
-  /// The files of a device. One without a text does not exist.
+  /// The contents of a device's files. A file without a text does not exist.
   struct Device {
     std::optional<std::string> bus;
     std::optional<std::string> number;
@@ -29,8 +29,8 @@ class SysfsTree {
 
   struct Interface {
     std::optional<std::string> interfaceClass = "07";
-    std::string driver = {};  ///< the driver that has bound it
-    std::string usblp = {};   ///< the folder of the device file, e.g. "usbmisc/lp0"
+    std::string driver = {};  ///< the bound driver; empty if there is none
+    std::string usblp = {};   ///< the folder that usblp adds in /sys, e.g. "usbmisc/lp0"
     std::optional<std::string> deviceId = {};
   };
 
@@ -43,19 +43,19 @@ class SysfsTree {
   /// Adds an interface with a name like "1-2:1.0".
   void addInterface(std::string_view name, const Interface& interface) const;
 
-  /// Adds device 1-N at bus 1, number N, with one interface. Usblp has bound it as lpN.
+  /// Adds the device 1-N, with bus 1 and number N. Its only interface is bound to usblp, as lpN.
   void addUsblpPrinter(int n, const std::string& serial, const std::string& deviceId) const;
 
   /// Returns the path of a file of a device or interface.
   std::string file(std::string_view name, std::string_view attribute) const;
-  /// Writes such a file.
+  /// Writes a file of a device or interface.
   void write(std::string_view name, std::string_view attribute, std::string_view content) const;
   /// Removes the device or interface, but not the link to it.
   void remove(std::string_view name) const;
 
-  /// Returns the path of a device file, "usb/lp0" for example.
+  /// Returns the path of a device file with a name like "usb/lp0".
   std::string node(std::string_view name) const;
-  /// Makes an ordinary file in its place.
+  /// Creates an ordinary file at the path of a device file, and returns the path.
   std::string addNode(std::string_view name) const;
 
   /// Adds a process that has `file` open.

@@ -7,7 +7,8 @@
 #include "emulator/usb/usb_transfer.h"
 #include "testing/bytes.h"
 
-/// The messages of the USB/IP protocol, as a host sends and receives them. Numbers are big-endian.
+/// The messages of the USB/IP protocol, as a host sends and receives them. Numbers are big-endian,
+/// except in the setup data of a control request, where they are little-endian.
 namespace support {
 
 /// Returns a message of `size` bytes that starts with these numbers. The rest is zero.
@@ -57,7 +58,8 @@ inline Bytes submitHeader(const SubmitFields& fields) {
   return bytes;
 }
 
-// Return a USBIP_CMD_SUBMIT for a control request, a bulk read and a bulk write.
+// Each of these three functions returns a USBIP_CMD_SUBMIT: for a control request, for a bulk read,
+// and for a bulk write.
 inline Bytes controlCommand(std::uint32_t id, const emulator::UsbSetup& setup) {
   return submitHeader({.id = id,
                        .direction = setup.type >= 0x80 ? 1U : 0U,

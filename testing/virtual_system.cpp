@@ -283,7 +283,7 @@ int __wrap_select(int count, fd_set* reading, fd_set* writing, fd_set* failing, 
     result = reading != nullptr ? virtual_system::selectForReading(*device, time)
                                 : virtual_system::selectForWriting(*device, time);
   }
-  // As Linux does, returns the rest of the time in the limit.
+  // Like Linux, this function stores the remaining time in `limit`.
   const auto rest = std::max<virtual_system::Microseconds>(time - (system.now() - start), 0);
   *limit = {.tv_sec = rest / virtual_system::Second,
             .tv_usec = static_cast<suseconds_t>(rest % virtual_system::Second)};

@@ -34,7 +34,8 @@ struct Device {
     Bytes bytes;
   };
 
-  // The behaviour of the device. If a hook is not set, the device has the ordinary behaviour.
+  // The behaviour of the device. A hook is a `std::function` that a test can set to replace the
+  // ordinary behaviour of a call.
   int openErrno = 0;                            ///< if not 0, open fails with this error
   int closeErrno = 0;                           ///< if not 0, close fails with this error
   int descriptor = -1;                          ///< the result of open; -1: the next free one
@@ -73,14 +74,14 @@ class System {
   System(const System&) = delete;
   System& operator=(const System&) = delete;
 
-  /// Returns the device at `path`. The first call creates it. Paths below "/dev/usb/" without a
-  /// device do not exist.
+  /// Returns the device at `path`. The first call creates it. Opening any other path below
+  /// "/dev/usb/" fails with ENOENT.
   Device& device(const std::string& path);
 
-  /// Returns the virtual time since the test began.
+  /// Returns the virtual time since this object was created.
   Microseconds now() const { return m_Now; }
   void advance(Microseconds time) { m_Now += time; }
-  /// Returns the virtual time in the form of `time`.
+  /// Returns the virtual time of day, as `time` returns it: in seconds since 1970.
   std::int64_t wallClock() const { return ClockStart + m_Now / Second + clockShift; }
 
   /// Seconds that are added to the time of day. Change this to simulate that the clock is set.
@@ -92,14 +93,14 @@ class System {
   std::vector<unsigned int> sleeps;
   /// The calls of usleep, in microseconds.
   std::vector<unsigned int> briefPauses;
-  /// The calls on all devices in order: "open", "write", "read", "close", "sleep 5". Consecutive
-  /// reads count once. Calls of select and usleep are left out.
+  /// The calls on all devices and of sleep, in order: "open", "write", "read", "close", "sleep 5".
+  /// Consecutive reads are recorded once. Calls of select and usleep are left out.
   std::vector<std::string> events;
   void record(const std::string& event);
 
-  /// If this is set, the double calls it before each read and write of a real file, with the
-  /// requested size. It returns the size that the double passes to the system, or a negative errno
-  /// value.
+  /// If this hook is set, the double calls it with the requested size before each read and write of
+  /// a real file. The hook returns the size that the double passes to the system, or a negative
+  /// errno value.
   std::function<ssize_t(std::size_t)> fileTransfer;
 
   /// The count of calls of select, on any descriptor.

@@ -10,8 +10,8 @@
 #include "tools/shell_rows.h"
 #include "tools/texts.h"
 
-/// Texts of a companion program. Its tables of `catalogue::Option` and `catalogue::Command`
-/// describe its command line.
+/// Texts of zvkprinter and zvknpa, from the tables that describe their command lines. Both programs
+/// have tables of `catalogue::Option`. zvkprinter also has a table of `catalogue::Command`.
 namespace tools {
 
 /// Returns the description of an option or command for the manual page. Names of values in `usages`

@@ -22,7 +22,7 @@ using Kind = SettingOption::Kind;
 using Section = SettingOption::Section;
 using Names = std::vector<std::string_view>;
 
-/// Returns the names in bold. catalogue::joined explains the separators.
+/// Returns the names in bold. The separators are those of `catalogue::joined`.
 std::string joinedBold(const Names& names, std::string_view separator, std::string_view last) {
   std::vector<std::string> marked;
   std::ranges::transform(names, std::back_inserter(marked), bold);
@@ -34,6 +34,18 @@ Names switchesWith(Input input) {
   Names names;
   for (const CommandRow& row : CommandTable) {
     if (row.mode.input == input && row.mode.worker != CommandMode::Worker::Help) {
+      names.push_back(row.mode.name);
+    }
+  }
+  return names;
+}
+
+/// Returns the switches whose operation may run a second time, with bare packets. The program
+/// repeats only a result of -1, which is the status 255.
+Names retryingSwitches() {
+  Names names;
+  for (const CommandRow& row : CommandTable) {
+    if (row.mode.retriesBare && row.statuses.back().highest == 255) {
       names.push_back(row.mode.name);
     }
   }
@@ -106,7 +118,7 @@ std::string optionEntries(Section section) {
   return text;
 }
 
-/// Returns the kind of a value for the completions. A text has none.
+/// Returns the kind of a value for the completions, or an empty text for the kind `Text`.
 std::string_view kindText(Kind kind) {
   switch (kind) {
     case Kind::Text:
@@ -194,6 +206,7 @@ void addConfigTexts(Texts& texts) {
   const Names optionSwitches = switchesWith(Input::Options);
   texts["zvkconfig switches with options"] = joinedBold(optionSwitches, "|", "|");
   texts["zvkconfig list of switches with options"] = joinedBold(optionSwitches, ", ", " and ");
+  texts["zvkconfig list of switches that retry"] = joinedBold(retryingSwitches(), ", ", ", ");
   texts["zvkconfig names of switches with options"] = catalogue::joined(optionSwitches, " ", " ");
   texts["zvkconfig switches with device"] = joinedBold(switchesWith(Input::DevicePath), "|", "|");
   texts["zvkconfig switches with NPA file"] = joinedBold(switchesWith(Input::NpaFile), "|", "|");

@@ -1,4 +1,4 @@
-// The tables of the Wireshark dissector, in Lua: names of groups, and settings.
+// The tables of the Wireshark dissector, in Lua: the names of the groups, and the settings.
 
 #include <map>
 #include <string>
@@ -16,7 +16,8 @@ std::string hexNumber(npa::Byte byte) {
   return "0x" + catalogue::hexText(std::array{byte});
 }
 
-/// Returns a row of the settings: group, object, kind, name, meanings of its numbers.
+/// Returns a row of the table of settings: group, object, kind, name, and the meanings of the
+/// numbers.
 std::string row(const catalogue::SettingInfo& info) {
   std::string text = "  { " + hexNumber(info.key.group) + ", " + hexNumber(info.key.object) + ", " +
                      catalogue::quoted(catalogue::kindName(info.kind)) + ", " +

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Returns the content of a file. Throws `std::runtime_error`.
+/// Returns the content of a file. Throws `std::runtime_error` if the file cannot be opened.
 std::string contentOf(const char* path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) {
@@ -22,7 +22,7 @@ std::string contentOf(const char* path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Writes a file. Throws `std::runtime_error`.
+/// Writes a file. Throws `std::runtime_error` if this fails.
 void write(const char* path, const std::string& content) {
   std::ofstream file(path, std::ios::binary);
   if (!(file << content).flush()) {

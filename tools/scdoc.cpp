@@ -1,4 +1,4 @@
-// The markup of scdoc.
+// Writes the markup of scdoc.
 
 #include "tools/scdoc.h"
 
@@ -31,7 +31,8 @@ std::size_t nameLength(std::string_view text) {
   return length;
 }
 
-/// Returns the length of the option at the start of `text`: dashes, letters, digits and a last "=".
+/// Returns the length of the option at the start of `text`: dashes, letters, digits and a final
+/// "=".
 std::size_t optionLength(std::string_view text) {
   if (!text.starts_with('-')) {
     return 0;

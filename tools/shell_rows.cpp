@@ -1,4 +1,4 @@
-// Quoting of the completions' tables.
+// Writes and quotes the rows of the completions' tables.
 
 #include "tools/shell_rows.h"
 
@@ -8,7 +8,8 @@ namespace tools {
 
 namespace {
 
-/// Returns the text in single quotes. Inside them, only a single quote has a meaning in a shell.
+/// Returns the text in single quotes. Inside single quotes, only a single quote has a special
+/// meaning.
 std::string quoted(std::string_view text) {
   std::string result = "'";
   for (const char character : text) {

@@ -6,7 +6,7 @@
 #include <vector>
 
 /// Tables for the completions of bash, zsh and fish. A row is one quoted word: a name, a space and
-/// more text. All three shells parse it in the same way.
+/// more text. All three shells parse such a word in the same way.
 namespace tools {
 
 /// Returns the rows as the elements of a shell array: each quoted and on a separate line, with a

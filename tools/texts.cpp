@@ -1,4 +1,4 @@
-// Filling of templates.
+// Fills templates.
 
 #include "tools/texts.h"
 

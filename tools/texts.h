@@ -20,8 +20,8 @@ using Texts = std::map<std::string, std::string, std::less<>>;
 /// `std::runtime_error` if there is no text of that name.
 std::string filled(std::string_view text, const Texts& texts);
 
-// Each function adds the texts of one program or file. Their names begin with that of the program,
-// such as "zvkconfig commands".
+// Each function adds the texts of one program or of the dissector. The name of a text begins with
+// the name of its program or with "dissector", such as "zvkconfig commands".
 void addConfigTexts(Texts& texts);
 void addPrinterTexts(Texts& texts);
 void addDecoderTexts(Texts& texts);

@@ -19,8 +19,8 @@ using wifi::OptionRow;
 
 constexpr std::string_view CertPrefix = "cert ";
 
-/// Options whose values the completions know although no table of words has them: "network" offers
-/// names of networks, "source" the forms of a secret's source.
+/// Options whose values have a special kind in the completions: "network" offers names of networks,
+/// "source" offers the forms of a secret's source, and "list" allows several words.
 constexpr auto ValueKinds = std::to_array<std::pair<std::string_view, std::string_view>>({
     {"--ssid", "network"},
     {"--password-from", "source"},
@@ -31,7 +31,8 @@ std::string manualEntry(const OptionRow& option) {
   const std::string term = option.valueName.empty() ? bold(option.name)
                                                     : bold(std::string(option.name) + "=") +
                                                           scdocUsage(option.valueName);
-  // A sentence cannot begin with a word that is to be typed.
+  // A sentence must not begin with a word that the user types, because its first letter would
+  // become a capital.
   const std::string_view help = option.help;
   const std::string_view first = help.substr(0, help.find_first_of(", "));
   const session::SettingRule* const rule = session::findRule(option.name.substr(2));
@@ -53,7 +54,7 @@ std::string completed(const OptionRow& option) {
   return std::string(option.name) + (option.valueName.empty() ? "" : "=");
 }
 
-/// Returns the row about the values of an option, or an empty text if nothing is known about them.
+/// Returns the row about the values of an option, or an empty text if there are no suggestions.
 std::string valuesOf(const OptionRow& option) {
   if (option.valueName == "FILE") {
     return valueRow(option.name, {}, "file", {});
@@ -74,7 +75,8 @@ struct Rows {
   std::vector<std::string> values;
   std::string names;
 
-  /// Adds options of a command; "any" stands for all, "none" for the program itself.
+  /// Adds the options of a command. "any" stands for all commands, and "none" for the program
+  /// without a command.
   void add(std::string_view command, std::span<const OptionRow> added) {
     for (const OptionRow& option : added) {
       options.push_back(std::string(command) + " " + completed(option) + " " + option.help);
@@ -118,6 +120,7 @@ void addWifiTexts(Texts& texts) {
   texts["zvkwifi common options"] = manualEntries(wifi::CommonOptions);
   texts["zvkwifi setting options"] = manualEntries(wifi::SettingOptions);
   texts["zvkwifi set options"] = manualEntries(wifi::SetOptions);
+  texts["zvkwifi several options"] = manualEntries(wifi::SeveralOptions);
   texts["zvkwifi subject options"] = manualEntries(wifi::SubjectOptions);
   texts["zvkwifi cert options"] = manualEntries(wifi::RequestOptions) + "\n" +
                                   manualEntries(wifi::InstallOptions) + "\n" +

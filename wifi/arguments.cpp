@@ -20,15 +20,17 @@ constexpr const char* PrinterHelp = translatable(
     "/dev/usb/lpN, BUS:DEVICE, a serial number, or a part of make and model; "
     "not needed for the only printer");
 
-/// The option text for CLI11, without the value name.
+/// Returns the name of an option as CLI11 takes it, without the name of its value.
 std::string nameOf(const OptionRow& row) {
   return std::string(row.name);
 }
 
-/// Builds the commands of the program into CLI11's tree.
+/// Builds CLI11's tree of the program's commands and options. A command that is not among the words
+/// of the command line gets no options, because building the options of all commands takes longer
+/// than the rest of the program's start.
 class Grammar {
  public:
-  explicit Grammar(Arguments& arguments) : m_Arguments(arguments) {
+  Grammar(const std::vector<std::string>& words, Arguments& arguments) : m_Arguments(arguments) {
     m_App.name("zvkwifi");
     m_App.description(tr("Puts a USB printer's wireless adapter into a network."));
     m_App.require_subcommand(0, 1);
@@ -38,11 +40,18 @@ class Grammar {
     addHelp(m_App);
     addCommonOptions(m_App);
 
-    command(m_App, "list", Command::List);
-    withPrinter(command(m_App, "status", Command::Status));
-    addSet();
-    withPrinter(command(m_App, "reset", Command::Reset));
-    addCert();
+    const auto add = [&](const char* name, auto addWithOptions) {
+      if (std::ranges::count(words, name) > 0) {
+        addWithOptions();
+      } else {
+        subcommand(m_App, name);
+      }
+    };
+    add("list", [this] { command(m_App, "list", Command::List); });
+    add("status", [this] { withPrinters(command(m_App, "status", Command::Status)); });
+    add("set", [this] { addSet(); });
+    add("reset", [this] { withPrinter(command(m_App, "reset", Command::Reset)); });
+    add("cert", [this] { addCert(); });
   }
 
   CLI::App& app() { return m_App; }
@@ -63,7 +72,8 @@ class Grammar {
     app.set_help_flag(nameOf(ProgramOptions.front()) + ",-h", tr(ProgramOptions.front().help));
   }
 
-  /// Adds the command of a row. Its last word is its name below `parent`.
+  /// Adds the command `name` of the table. The last word of `name` is the command's name below
+  /// `parent`.
   static CLI::App& subcommand(CLI::App& parent, std::string_view name) {
     const CommandRow& row = *std::ranges::find(CommandRows, name, &CommandRow::name);
     CLI::App& app =
@@ -81,7 +91,15 @@ class Grammar {
   }
 
   CLI::App& withPrinter(CLI::App& app) {
-    app.add_option("PRINTER", m_Arguments.printer, tr(PrinterHelp))->type_name("");
+    app.add_option("PRINTER", m_Arguments.printers, tr(PrinterHelp))->type_name("")->expected(1);
+    return app;
+  }
+
+  CLI::App& withPrinters(CLI::App& app) {
+    app.add_option("PRINTER", m_Arguments.printers, tr(PrinterHelp))->type_name("");
+    const auto& [all, jsonLines] = SeveralOptions;
+    app.add_flag(nameOf(all), m_Arguments.all, tr(all.help));
+    app.add_flag(nameOf(jsonLines), m_Arguments.jsonLines, tr(jsonLines.help));
     return app;
   }
 
@@ -101,7 +119,8 @@ class Grammar {
     app.add_flag(nameOf(row), value, tr(row.help));
   }
 
-  /// Appends each value to a list, under the option's name without dashes.
+  /// Adds options. Each value that is given is appended to `list`, with the option's name without
+  /// dashes.
   static void addListed(CLI::App& app, std::span<const OptionRow> rows,
                         std::vector<std::pair<std::string, std::string>>& list) {
     for (const OptionRow& row : rows) {
@@ -114,7 +133,7 @@ class Grammar {
   }
 
   void addSet() {
-    CLI::App& app = withPrinter(command(m_App, "set", Command::Set));
+    CLI::App& app = withPrinters(command(m_App, "set", Command::Set));
     addListed(app, SettingOptions, m_Arguments.settings);
     const auto& [from, wait, dryRun, force] = SetOptions;
     addText(app, from, m_Arguments.settingsFile);
@@ -163,7 +182,7 @@ class Grammar {
   CLI::App m_App;
 };
 
-/// Returns the words before those of a command, such as "zvkwifi cert" of "zvkwifi cert list".
+/// Returns the words before the name of a command: "zvkwifi cert" for "zvkwifi cert list".
 std::string wordsBefore(const CLI::App& app) {
   std::string words;
   for (const CLI::App* parent = app.get_parent(); parent != nullptr;
@@ -173,14 +192,27 @@ std::string wordsBefore(const CLI::App& app) {
   return words;
 }
 
+/// Checks the options that depend on the number of printers. Throws `UsageError`.
+void checkSeveral(const Arguments& arguments) {
+  if (arguments.all && !arguments.printers.empty()) {
+    throw UsageError(tr("--all: expected no PRINTER besides it"));
+  }
+  const bool several = arguments.all || arguments.printers.size() > 1;
+  if (several && (arguments.verbose || !arguments.traceFile.empty())) {
+    throw UsageError(tr("--verbose and --trace: expected a single PRINTER"));
+  }
+}
+
 }  // namespace
 
 void readArguments(const std::vector<std::string>& words, Arguments& arguments) {
-  // Known even if the rest cannot be read, because the error is then a JSON document.
-  arguments.json = std::ranges::count(words, "--json") > 0;
+  // Set first: if the rest of the line cannot be read, these options still ask for the error as a
+  // JSON document.
+  arguments.json = std::ranges::any_of(
+      words, [](const std::string& word) { return word == "--json" || word == "--json-lines"; });
   rejectSecrets(words);
   rejectEmptyValues(words);
-  Grammar grammar(arguments);
+  Grammar grammar(words, arguments);
   CLI::App& app = grammar.app();
   try {
     // CLI11 takes the words from the back.
@@ -198,6 +230,8 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
   } catch (const CLI::Error& error) {
     throw UsageError(usageProblem(error, app));
   }
+  arguments.json = arguments.json || arguments.jsonLines;
+  checkSeveral(arguments);
 }
 
 }  // namespace wifi

@@ -15,7 +15,7 @@ struct UsageError : std::runtime_error {
 /// What the certificate commands work on.
 struct CertArguments {
   std::string file;  ///< the certificate to install, or the request to write
-  std::string name;  ///< on the printer; empty: the usual name of the printer's own certificate
+  std::string name;  ///< the name on the printer; if empty, the default name
   bool replace = false;
   /// The subject of a request: option without dashes, and value.
   std::vector<std::pair<std::string, std::string>> subject;
@@ -24,8 +24,8 @@ struct CertArguments {
 /// The command line.
 struct Arguments {
   enum class Command {
-    Guide,  ///< step by step: no command was given
-    Help,   ///< `text` is to be printed
+    Guide,  ///< no command was given: asks step by step
+    Help,   ///< prints `text`
     List,
     Status,
     Set,
@@ -39,14 +39,18 @@ struct Arguments {
   };
 
   Command command = Command::Guide;
-  std::string text;     ///< help or version
-  std::string printer;  ///< empty: the only one
+  std::string text;  ///< help or version
+  /// The named printers. If empty, the only printer, or all printers if `all` is true. Only
+  /// `status` and `set` take several.
+  std::vector<std::string> printers;
+  bool all = false;
   bool json = false;
+  bool jsonLines = false;  ///< with `json`: a document for each printer
   bool quiet = false;
   bool verbose = false;
   std::string traceFile;  ///< empty: no trace
 
-  /// Of `set`: key and value of each setting, in order.
+  /// The settings of `set`: key and value of each one, in order.
   std::vector<std::pair<std::string, std::string>> settings;
   std::string settingsFile;
   int waitSeconds = 60;
@@ -56,8 +60,8 @@ struct Arguments {
   CertArguments cert;
 };
 
-/// Reads the arguments after the program's name. Throws `UsageError`; its text contains no value of
-/// an option that may hold a secret. `json` is set even then if the line asks for JSON.
+/// Reads the arguments after the program's name. Throws `UsageError`, whose text contains no value
+/// of an option that may hold a secret. Sets `arguments.json` even if it throws.
 void readArguments(const std::vector<std::string>& words, Arguments& arguments);
 
 }  // namespace wifi

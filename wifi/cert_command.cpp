@@ -18,7 +18,8 @@ namespace wifi {
 
 namespace {
 
-/// Asks on a terminal. The end of the input and a signal are a no, and so is no terminal.
+/// Asks on the terminal whether to replace a certificate. Returns false if standard input is not a
+/// terminal, at the end of the input, and after a signal.
 bool askToReplace(const std::string& name) {
   if (::isatty(STDIN_FILENO) != 1) {
     return false;
@@ -60,8 +61,7 @@ int runOnCertificates(const Arguments& arguments, const CertCommand& command) {
   } else {
     print(command.text(report));
   }
-  const bool interrupted = report.report.result == session::Result::Interrupted;
-  return exitStatusOf({&report.report, 1}, true, interrupted ? Interruption::signal() : 0);
+  return exitStatusOf(report.report, true, Interruption::signal());
 }
 
 }  // namespace wifi

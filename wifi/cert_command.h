@@ -9,17 +9,17 @@
 
 namespace wifi {
 
-/// A command on the certificates of one printer, as a table for `runOnCertificates`.
+/// The parts of a command on the certificates of one printer, for `runOnCertificates`.
 struct CertCommand {
   /// Does the work. The question is for operations that replace a certificate.
   std::function<session::CertificateReport(session::Certificates&,
                                            const session::Certificates::Question&)>
       run;
-  /// Returns the result as text, if the command succeeded.
+  /// Returns the text to print if the command succeeds.
   std::function<std::string(const session::CertificateReport&)> text;
   /// Adds the command's own keys to the JSON entry of the printer. May be empty.
   std::function<void(const session::CertificateReport&, Json&)> addJson = {};
-  /// What to do if the printer refuses, translated.
+  /// What the user can do if the printer refuses the request, translated.
   std::string refusalRemedy = {};
 };
 

@@ -23,7 +23,7 @@ Explanation explainProblem(const CertificateReport& report) {
           tr("Use --replace to replace it. Nothing was changed.")};
 }
 
-/// Returns a sentence about a certificate that is gone, or an empty text.
+/// Returns a sentence about the old certificate if it was deleted, otherwise an empty text.
 std::string lossOf(const CertificateReport& report) {
   return report.deletedOld
              ? formatted(tr(" The old certificate \"%s\" was deleted."), shown(report.name).c_str())

@@ -8,8 +8,8 @@
 
 namespace wifi {
 
-/// What surrounds the work with a printer: progress, trace and handling of signals, as the
-/// arguments ask for them.
+/// Handles signals, shows the progress and writes the trace while a command works with a printer.
+/// The arguments say whether there is progress and a trace.
 class CommandRun {
  public:
   /// Throws `std::system_error` if the trace file cannot be written.
@@ -17,7 +17,7 @@ class CommandRun {
       : m_Trace(arguments.traceFile, arguments.verbose),
         m_Progress(arguments.quiet || arguments.verbose) {}
 
-  /// Returns the hooks for a session. They refer to this object.
+  /// Returns the hooks for a session. The hooks refer to this object.
   [[nodiscard]] session::Session::Hooks hooks() {
     return {
         .onStep = [this](session::Step step) { m_Progress.show(step); },

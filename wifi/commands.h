@@ -17,10 +17,10 @@ struct CommandError : std::runtime_error {
   Explanation explanation;
 };
 
-// The commands. Each prints its result and returns the exit status. Throws `UsageError`,
-// `CommandError`, `session::ProfileError`, `SecretError` or `Interrupted`.
+// The commands. Each command prints its result and returns the exit status. A command may throw
+// `UsageError`, `CommandError`, `session::ProfileError`, `SecretError` or `Interrupted`.
 
-/// Step by step: asks for everything on the terminal. Without a terminal it prints the usage.
+/// Asks for everything step by step on the terminal. Without a terminal prints the usage.
 int guideCommand(const Arguments& arguments);
 int listCommand(const Arguments& arguments);
 int statusCommand(const Arguments& arguments);

@@ -13,7 +13,7 @@ namespace wifi {
 void print(std::string_view text) {
   const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
   if (!written || std::fflush(stdout) != 0) {
-    throw std::system_error(errno, std::generic_category(), "standard output");
+    throw OutputError(errno, std::generic_category(), "standard output");
   }
 }
 

@@ -52,7 +52,8 @@ Explanation explainMissing(const Report& report) {
   return explanation;
 }
 
-/// Why a printer with the settings has not joined, the likely causes first.
+/// Explains why a printer that has stored the settings is not in the network. The remedy lists the
+/// likely causes first.
 Explanation explainNotJoined(const Report& report, const session::Profile* profile) {
   Explanation explanation;
   const session::AdapterState& state = report.state;
@@ -90,22 +91,33 @@ Explanation explainNotJoined(const Report& report, const session::Profile* profi
 }
 
 Explanation explainInterrupted(const Report& report) {
-  if (!report.sentSettings) {
+  if (!report.sentSettings && !report.sentReset) {
     return {tr("Interrupted. Nothing was stored."), {}};
   }
-  return {tr("Interrupted. The settings may have been stored."),
+  return {report.sentReset ? tr("Interrupted. The adapter may have been reset.")
+                           : tr("Interrupted. The settings may have been stored."),
           tr("Run \"zvkwifi status\" to see the printer's network.")};
 }
 
 Explanation explainNoAnswer(const Report& report) {
   Explanation explanation;
-  explanation.message = report.sentSettings
-                            ? tr("The adapter did not answer. The settings may have been stored.")
-                            : tr("The adapter does not answer. Nothing was stored.");
+  if (report.sentReset) {
+    explanation.message = tr("The adapter did not answer. It may have been reset.");
+  } else if (report.sentSettings) {
+    explanation.message = tr("The adapter did not answer. The settings may have been stored.");
+  } else {
+    explanation.message = tr("The adapter does not answer. Nothing was stored.");
+  }
   explanation.remedy = tr(
       "Check that the printer has a wireless adapter. Switch it off and on, wait a minute, and try "
       "again.");
   return explanation;
+}
+
+Explanation explainFailed() {
+  return {tr("The process for this printer died or took too long. The settings may have been "
+             "stored."),
+          tr("Switch the printer off and on, wait a minute, and try again.")};
 }
 
 Explanation explainRefused(const Report& report) {
@@ -125,6 +137,11 @@ std::string nameOf(const session::Printer& printer) {
   return shown(name.empty() ? printer.device : name);
 }
 
+std::string printerText(const session::Printer& printer) {
+  const std::string name = nameOf(printer);
+  return name == printer.device ? name : name + " (" + printer.device + ")";
+}
+
 std::optional<Explanation> explain(const Report& report, const session::Profile* profile) {
   switch (report.result) {
     case Result::NoPermission:
@@ -141,6 +158,8 @@ std::optional<Explanation> explain(const Report& report, const session::Profile*
       return explainNoAnswer(report);
     case Result::Refused:
       return explainRefused(report);
+    case Result::Failed:
+      return explainFailed();
     case Result::Ok:
     case Result::Unchanged:
     case Result::Confirmed:

@@ -14,12 +14,15 @@ struct Explanation {
   std::string remedy;   ///< what to do next: sentences
 };
 
-/// Explains why a command on a printer did not succeed. Returns nothing if it did. `profile` is
-/// that of `set`, otherwise null.
+/// Explains why a command on a printer did not succeed. Returns nothing if it did. `profile` is the
+/// profile of `set`, and null for any other command.
 [[nodiscard]] std::optional<Explanation> explain(const session::Report& report,
                                                  const session::Profile* profile);
 
-/// Returns how a printer is called in messages: make and model, or its device.
+/// Returns the name of a printer for messages: make and model, or the device if both are unknown.
 [[nodiscard]] std::string nameOf(const session::Printer& printer);
+
+/// Returns make, model and device of a printer.
+[[nodiscard]] std::string printerText(const session::Printer& printer);
 
 }  // namespace wifi

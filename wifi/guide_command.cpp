@@ -38,7 +38,7 @@ std::string joined(const std::vector<std::string>& words) {
   return text;
 }
 
-/// Returns the settings, a line for each. Of the secret it has only the length.
+/// Returns the settings, one line for each. Shows only the length of the secret.
 std::string summaryOf(const Printer& printer, const session::Profile& profile) {
   std::vector<LabelledValue> values = {
       {tr("Printer"), printerText(printer)},
@@ -79,7 +79,7 @@ int guideCommand(const Arguments& given) {
         "This puts a printer into a wireless network. Ctrl-C ends it; nothing is sent before you "
         "agree."));
     const Printer printer = askForPrinter();
-    arguments.printer = printer.device;
+    arguments.printers = {printer.device};
     profile = askForProfile();
     say("\n" + summaryOf(printer, *profile));
     if (!askForConsent(tr("Send now? [y/N] "))) {

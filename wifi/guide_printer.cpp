@@ -23,10 +23,10 @@ namespace {
 using session::OpenFailure;
 using session::Printer;
 
-/// Returns the device file of usblp if there is exactly one. Containers have it, but not the
-/// folders of discovery.
+/// Returns the device file of usblp if there is exactly one, otherwise an empty text. A container
+/// may have the device file without the folders that discovery reads.
 std::string onlyDevice() {
-  constexpr int mostDevices = 16;  // as usblp
+  constexpr int mostDevices = 16;  // the limit of usblp
   std::string only;
   for (int i = 0; i < mostDevices; ++i) {
     const std::string device = session::UsblpPrefix + std::to_string(i);
@@ -41,8 +41,8 @@ std::string onlyDevice() {
   return only;
 }
 
-/// Asks for a printer that discovery does not find. Returns nothing if the user wants to look
-/// again.
+/// Asks for a printer that discovery does not find. Returns nothing if the user wants to look again
+/// or no printer fits the answer.
 std::optional<Printer> askForDevice() {
   const std::string usual = onlyDevice();
   if (usual.empty()) {
@@ -113,11 +113,6 @@ session::Printer askForPrinter(const session::Machine& machine) {
     say(explanation.message + "\n" + explanation.remedy);
     ask(tr("Press Enter to try again: "), [](const std::string& /*answer*/) { return ""; });
   }
-}
-
-std::string printerText(const session::Printer& printer) {
-  const std::string name = nameOf(printer);
-  return name == printer.device ? name : name + " (" + printer.device + ")";
 }
 
 }  // namespace wifi

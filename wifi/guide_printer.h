@@ -1,17 +1,12 @@
 #pragma once
 
-#include <string>
-
 #include "session/machine.h"
 #include "session/printer.h"
 
 namespace wifi {
 
-/// Returns make, model and device of a printer.
-[[nodiscard]] std::string printerText(const session::Printer& printer);
-
 /// Asks until there is a printer that can be opened. Throws `CommandError` if the user has no
-/// permission, `Interrupted` or `EndOfInput`.
+/// permission to open it. Also throws `Interrupted` and `EndOfInput`.
 [[nodiscard]] session::Printer askForPrinter(const session::Machine& machine = {});
 
 }  // namespace wifi

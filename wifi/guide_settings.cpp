@@ -38,7 +38,8 @@ constexpr auto Securities = std::to_array<SecurityRow>({
     {Security::Open, "open", translatable("open, without a passphrase")},
 });
 
-/// The methods of 802.1x that are used together. Empty: asked for.
+/// One choice of 802.1x methods. If `eap` is empty, the guide asks for the methods. If only `inner`
+/// is empty, there is no inner method.
 struct MethodRow {
   const char* eap;
   const char* inner;
@@ -66,7 +67,8 @@ std::string expectedText(const char* expected) {
   return util::formatted(tr("Expected %s."), tr(expected));
 }
 
-/// Asks for a setting until its value is allowed. `mayBeEmpty`: an empty answer sets nothing.
+/// Asks for a setting until its value is allowed. If `mayBeEmpty`, an empty answer is allowed and
+/// sets nothing.
 std::string askForSetting(ProfileReader& reader, const char* key, const char* question,
                           bool mayBeEmpty = false) {
   return ask(question, [&](const std::string& answer) {
@@ -176,7 +178,7 @@ std::unique_ptr<session::Profile> askForProfile() {
   if (askForSecurity(reader, askForNetwork(reader)) == Security::Enterprise) {
     askForMethods(reader);
   }
-  // In heap memory, which is cleared when it is freed.
+  // The profile is in heap memory, because the program clears heap memory when it frees it.
   auto profile = std::make_unique<session::Profile>(reader.finish());
   if (session::needsSecret(*profile)) {
     profile->secret = askForFittingSecret(*profile);

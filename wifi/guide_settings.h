@@ -7,11 +7,11 @@
 
 namespace wifi {
 
-/// Asks for the settings of a network, one after the other, and for its secret. Returns them
-/// checked and complete. Throws `Interrupted` or `EndOfInput`.
+/// Asks for the settings of a network, one after the other, and for its secret. Returns the checked
+/// and complete settings. Throws `Interrupted` or `EndOfInput`.
 [[nodiscard]] std::unique_ptr<session::Profile> askForProfile();
 
-/// Returns the kind of security as the questions call it.
+/// Returns the name that the questions use for a kind of security.
 [[nodiscard]] std::string securityText(session::Security security);
 
 }  // namespace wifi

@@ -10,12 +10,13 @@
 #include "wifi/explanation.h"
 
 /// The JSON documents of the program (RFC 8259). zvkwifi.schema.json describes them. Keys and words
-/// are never translated; bytes that are not UTF-8 become U+FFFD.
+/// are never translated. Bytes that are not UTF-8 become U+FFFD.
 namespace wifi {
 
 using Json = nlohmann::ordered_json;
 
-/// Which keys a printer's entry has besides the printer's own and `result`.
+/// Which keys a printer's entry has besides the printer's own keys, `result`, `seconds` and
+/// `error`.
 enum class Fields { Status, Set, ResultOnly };
 
 /// Returns the printer's own keys: device, address, serial, make, model, state.

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "session/new_file.h"
 #include "session/profile.h"
 #include "util/format.h"
 #include "util/output.h"
@@ -26,8 +27,8 @@ using wifi::Arguments;
 using wifi::Explanation;
 using wifi::tr;
 
-/// Drops what the library prints: results are reported from its return values, and its diagnostics
-/// contain secrets.
+/// Drops what the library prints. The commands report the values that the library returns. The
+/// library's diagnostics may contain secrets.
 class NoOutput : public util::Output {
  public:
   void answer(std::string_view /*text*/) override {}
@@ -104,20 +105,58 @@ int runChecked(const std::vector<std::string>& words, Arguments& arguments) {
   }
 }
 
+/// Prints an error that has nothing to do with the command line or the printer. Returns the exit
+/// status.
+int failInternally(const Arguments& arguments, const Explanation& error) {
+  if (arguments.json) {
+    try {
+      wifi::print(wifi::errorText(error));
+      return wifi::StatusInternalError;
+    } catch (const wifi::OutputError&) {
+      // Standard error remains.
+    }
+  }
+  wifi::printError(error);
+  return wifi::StatusInternalError;
+}
+
+/// Runs the program. Reports files that cannot be written.
+int runWithFiles(const std::vector<std::string>& words, Arguments& arguments) {
+  const auto remedy = [] {
+    return std::string(tr("Check the permissions and the free space there, then try again."));
+  };
+  try {
+    return runChecked(words, arguments);
+  } catch (const wifi::OutputError& error) {
+    // Not in JSON: a part of the document may be written already.
+    wifi::printError({error.what(), remedy()});
+  } catch (const session::FileError& error) {
+    return failInternally(
+        arguments, {util::formatted(tr("%s cannot be written."), wifi::shown(error.what()).c_str()),
+                    remedy()});
+  } catch (const std::system_error& error) {
+    return failInternally(arguments, {error.what(), remedy()});
+  }
+  return wifi::StatusInternalError;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::setlocale(LC_ALL, "");
+  // Loading the other categories takes time, and nothing depends on them.
+  std::setlocale(LC_CTYPE, "");
+  std::setlocale(LC_MESSAGES, "");
   ::bindtextdomain(wifi::TextDomain, ZVK_LOCALE_DIR);
   NoOutput noOutput;
   util::setOutput(&noOutput);
   Arguments arguments;
   try {
-    return runChecked({argv + 1, argv + argc}, arguments);
+    return runWithFiles({argv + 1, argv + argc}, arguments);
   } catch (const std::bad_alloc&) {
-    wifi::printError({tr("Out of memory."), {}});
+    // An `Explanation` would need memory.
+    std::fprintf(stderr, "zvkwifi: %s\n", tr("Out of memory."));
   } catch (const std::exception& error) {
-    wifi::printError({error.what(), {}});
+    std::fprintf(stderr, "zvkwifi: %s\n", error.what());
   }
   return wifi::StatusInternalError;
 }

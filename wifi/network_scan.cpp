@@ -25,7 +25,7 @@ constexpr std::chrono::seconds TimeLimit(5);
 constexpr std::size_t OutputLimit = 64UL * 1024;
 constexpr int WaitMilliseconds = 10;
 
-/// A running nmcli. The destructor kills it if it still runs.
+/// A process that runs nmcli. The destructor kills the process if it still runs.
 class Nmcli {
  public:
   Nmcli();
@@ -33,9 +33,9 @@ class Nmcli {
   Nmcli(const Nmcli&) = delete;
   Nmcli& operator=(const Nmcli&) = delete;
 
-  /// Reads until the output ends. Returns false if a limit is exceeded.
+  /// Reads until the output ends. Returns false if a limit is exceeded or a read fails.
   bool readOutput();
-  /// Waits for the end. Returns true if nmcli succeeded in time.
+  /// Waits until nmcli ends. Returns true if it succeeded in time.
   bool waitForEnd();
   [[nodiscard]] bool hasStarted() const { return m_Pid > 0; }
   [[nodiscard]] const std::string& output() const { return m_Output; }
@@ -61,7 +61,8 @@ Nmcli::Nmcli() {
   ::posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   ::posix_spawn_file_actions_adddup2(&files, output.get(), STDOUT_FILENO);
   ::posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-  // Its own process group: whatever nmcli starts ends with it.
+  // nmcli gets its own process group, so that the destructor also kills the processes that nmcli
+  // starts.
   posix_spawnattr_t attributes;
   ::posix_spawnattr_init(&attributes);
   ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);

@@ -15,7 +15,8 @@ using session::Security;
 
 constexpr std::size_t Fields = 4;
 constexpr std::size_t LongestSsid = 32;
-/// nmcli writes it for a byte that is not UTF-8. The name's real bytes are then unknown.
+/// nmcli writes this character for a byte that is not UTF-8. The real bytes of the name are then
+/// unknown.
 constexpr std::string_view ReplacementCharacter = "\xEF\xBF\xBD";
 
 /// Removes the text up to and including the first `end` from `text`, or the whole text if there is
@@ -41,8 +42,8 @@ std::vector<std::string> fieldsOf(std::string_view line) {
   return fields;
 }
 
-/// Returns true for the name of a network that the adapter can be given. A hidden network has the
-/// name "" or "--".
+/// Returns true if the adapter can take this name of a network. A hidden network has the name "" or
+/// "--".
 bool isUsable(std::string_view ssid) {
   return !ssid.empty() && ssid != "--" && ssid.size() <= LongestSsid &&
          ssid.find('\0') == std::string_view::npos &&
@@ -62,7 +63,7 @@ void readSecurity(std::string_view words, Network& network) {
     wpa |= word == "WPA" || word == "WPA1" || word == "WPA2";
     wpa3 |= word == "WPA3" || word == "OWE";
     enterprise |= word == "802.1X";
-    // Opportunistic encryption in its transition mode: older devices join without any.
+    // Opportunistic encryption in its transition mode: older devices join without encryption.
     openToo |= word == "OWE-TM";
   }
   if (wpa3 && !wpa) {

@@ -13,20 +13,20 @@ namespace wifi {
 struct Network {
   std::string ssid;
   std::optional<session::Security> security;  ///< empty if it is unknown or not supported
-  bool needsWpa3 = false;                     ///< the adapter cannot join it
-  bool isOwn = false;                         ///< this computer is in it
-  int signal = 0;                             ///< percent
+  bool needsWpa3 = false;                     ///< true if the adapter cannot join the network
+  bool isOwn = false;                         ///< true if this computer is in the network
+  int signal = 0;                             ///< the strength in percent
 
   bool operator==(const Network&) const = default;
 };
 
-/// At most so many networks are offered.
+/// The most networks that the guide offers.
 inline constexpr std::size_t MostNetworks = 9;
 
-/// Reads the output of `nmcli -t -f IN-USE,SSID,SECURITY,SIGNAL device wifi list`: one network a
-/// line, with ":" between the fields and "\" before ":" and "\" in them. Skips lines that have
-/// another form and names that the adapter cannot take. Returns each name once, this computer's
-/// network first and then the strongest ones.
+/// Reads the output of `nmcli -t -f IN-USE,SSID,SECURITY,SIGNAL device wifi list`: one network per
+/// line, with ":" between the fields. In a field, "\" precedes each ":" and each "\". Skips lines
+/// that have another form, and networks whose names the adapter cannot take. Returns each name
+/// once, this computer's network first and then the strongest ones.
 [[nodiscard]] std::vector<Network> parseNetworks(std::string_view text);
 
 /// Asks nmcli for the networks in reach. Returns none if there is no nmcli, or if it fails, takes

@@ -32,6 +32,12 @@ inline constexpr auto CommonOptions = std::to_array<OptionRow>({
     {"--trace", "FILE", translatable("write each packet to FILE, secrets masked")},
 });
 
+/// The options of the commands that take several printers.
+inline constexpr auto SeveralOptions = std::to_array<OptionRow>({
+    {"--all", "", translatable("every printer on this machine")},
+    {"--json-lines", "", translatable("print one JSON document for each printer, as it is done")},
+});
+
 /// The settings of `set`, in the order of the help text. `session::ProfileReader` knows what each
 /// value means.
 inline constexpr auto SettingOptions = std::to_array<OptionRow>({
@@ -93,22 +99,22 @@ inline constexpr auto DeleteOptions = std::to_array<OptionRow>({
     {"--name", "NAME", translatable("name as \"cert list\" shows it")},
 });
 
-/// A command: its words, and its options besides those of every command.
+/// A command: its name of one or two words, and its options besides those of every command.
 struct CommandRow {
   std::string_view name;
   const char* help;  ///< a message to translate
   std::string_view arguments = "[PRINTER]";
-  std::array<std::span<const OptionRow>, 2> options = {};
+  std::array<std::span<const OptionRow>, 3> options = {};
 };
 
-/// The commands. Those of `cert` follow it.
+/// The commands. The row of `cert` precedes the rows of its commands.
 inline constexpr auto CommandRows = std::to_array<CommandRow>({
     {"list", translatable("list the printers on this machine"), ""},
-    {"status", translatable("show what the adapter reports")},
+    {"status", translatable("show what the adapter reports"), "[PRINTER...]", {SeveralOptions}},
     {"set",
      translatable("check settings, store them and confirm that the printer joined"),
-     "[PRINTER] SETTINGS",
-     {SettingOptions, SetOptions}},
+     "[PRINTER...] SETTINGS",
+     {SettingOptions, SetOptions, SeveralOptions}},
     {"reset", translatable("reset the adapter")},
     {"cert", translatable("manage the printer's certificates"), "COMMAND"},
     {"cert list", translatable("list the certificates")},

@@ -7,29 +7,39 @@
 #include "session/session.h"
 #include "wifi/arguments.h"
 #include "wifi/json_report.h"
+#include "wifi/outcome.h"
 
 namespace wifi {
 
-/// A command on one printer, as a table for `runOnPrinter`.
+/// The parts of a command on one printer, for `runOnPrinter`.
 struct PrinterCommand {
   Fields fields;
   /// Does the work.
   std::function<session::Report(session::Session&)> run;
-  /// Returns the result as text, if the command succeeded.
+  /// Returns the text to print if the command succeeds.
   std::function<std::string(const session::Report&)> text;
-  const session::Profile* profile = nullptr;  ///< of `set`
+  session::Profile* profile = nullptr;  ///< only for `set`
 };
 
-/// Finds the printer that the arguments name, runs a command on it with progress, trace and
-/// handling of signals, and prints the result. Returns the exit status. Throws `CommandError` if
-/// there is no such printer.
-int runOnPrinter(const Arguments& arguments, const PrinterCommand& command);
+/// Finds the printers that the arguments name, runs a command on each of them with progress, trace
+/// and handling of signals, and prints the results. Returns the exit status. Throws `CommandError`
+/// unless exactly one printer fits each name.
+int runOnPrinters(const Arguments& arguments, const PrinterCommand& command);
 
-/// Stores settings that are complete and checked, and confirms them. Clears their secret. Prints
-/// and returns the result as `runOnPrinter` does.
+/// Runs a command on one printer. Prints nothing but progress.
+[[nodiscard]] Outcome runOnPrinter(const Arguments& arguments, const session::Printer& printer,
+                                   const PrinterCommand& command);
+
+/// Returns what is to be printed for a report after `seconds`.
+[[nodiscard]] Outcome outcomeOf(const session::Report& report, const Arguments& arguments,
+                                const PrinterCommand& command, double seconds);
+
+/// Stores settings that are complete and checked, and waits for the confirmation. Clears the secret
+/// after it is sent. Prints the result and returns the exit status, as `runOnPrinters` does.
 int storeProfile(const Arguments& arguments, session::Profile& profile);
 
-/// Returns the printer that the arguments name. Throws `CommandError`.
-session::Printer choosePrinter(const Arguments& arguments);
+/// Returns the printer that the arguments name, for a command that takes one. Throws `CommandError`
+/// unless exactly one printer fits.
+[[nodiscard]] session::Printer choosePrinter(const Arguments& arguments);
 
 }  // namespace wifi

@@ -60,10 +60,14 @@ Progress::~Progress() {
 }
 
 void Progress::show(session::Step step) {
-  if (m_Quiet || m_Text == textOf(step)) {
+  showText(textOf(step));
+}
+
+void Progress::showText(const std::string& text) {
+  if (m_Quiet || m_Text == text) {
     return;
   }
-  m_Text = textOf(step);
+  m_Text = text;
   if (m_OnTerminal) {
     update();
   } else {
@@ -85,7 +89,7 @@ void Progress::update() {
 
 void Progress::clear() {
   if (m_Shown > 0) {
-    // Blanks instead of an escape sequence: a dumb terminal knows no other way.
+    // Overwrites the line with blanks, because a dumb terminal knows no escape sequence.
     write("\r" + std::string(m_Shown, ' ') + "\r");
     m_Shown = 0;
   }

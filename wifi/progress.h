@@ -7,8 +7,8 @@
 
 namespace wifi {
 
-/// Shows on standard error what the program is doing. On a terminal that is one line, which is
-/// overwritten, with the seconds since the start; otherwise it is one line for each step.
+/// Shows on standard error what the program is doing. On a terminal it overwrites one line, which
+/// also shows the seconds since the start. Otherwise it writes one line for each step.
 class Progress {
  public:
   /// Shows nothing if `quiet`.
@@ -19,8 +19,10 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
 
   void show(session::Step step);
+  void showText(const std::string& text);
 
-  /// Shows the seconds again. Called before each pause.
+  /// Writes the line again with the present seconds. Called for each new step and before each
+  /// pause.
   void update();
 
   /// Removes the line from the terminal, before another text is written there.

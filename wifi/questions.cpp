@@ -19,7 +19,7 @@ namespace wifi {
 
 namespace {
 
-/// No answer is longer. The rest of a line is dropped.
+/// The most bytes of an answer. The rest of a longer line is dropped.
 constexpr std::size_t LongestAnswer = 1024;
 
 void write(const std::string& text) {
@@ -27,7 +27,8 @@ void write(const std::string& text) {
   std::fflush(stderr);
 }
 
-/// Reads a line byte by byte: the bytes after it may be a secret.
+/// Reads a line byte by byte, because the bytes after the line may be a secret, and no buffer may
+/// keep a secret.
 std::string readAnswer() {
   std::string answer;
   for (;;) {

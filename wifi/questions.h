@@ -6,7 +6,7 @@
 #include <string>
 
 /// Questions on the terminal: plain lines on standard error, answers from standard input. Each
-/// throws `Interrupted` after SIGINT or SIGTERM, and `EndOfInput` at the end of input.
+/// question throws `Interrupted` after SIGINT or SIGTERM, and `EndOfInput` at the end of input.
 namespace wifi {
 
 /// Shows a text, with line breaks where a terminal of 80 columns needs them.
@@ -18,11 +18,11 @@ std::string ask(const std::string& question,
                 const std::function<std::string(const std::string&)>& problemOf);
 
 /// Shows the items with numbers and asks for one of them. Returns its index. An empty answer means
-/// the item `usual`, if there is one.
+/// the item with the index `usual`, if given.
 std::size_t askForChoice(const std::string& question, std::span<const std::string> items,
                          std::optional<std::size_t> usual);
 
-/// Asks a question whose usual answer is no.
+/// Asks a question and returns true for yes. An empty answer means no.
 bool askForConsent(const std::string& question);
 
 }  // namespace wifi

@@ -9,13 +9,14 @@
 namespace wifi {
 
 int resetCommand(const Arguments& arguments) {
-  return runOnPrinter(arguments, {.fields = Fields::ResultOnly,
-                                  .run = [](session::Session& session) { return session.reset(); },
-                                  .text =
-                                      [](const session::Report& report) {
-                                        return util::formatted(tr("The adapter of %s was reset.\n"),
-                                                               nameOf(report.printer).c_str());
-                                      }});
+  return runOnPrinters(arguments, {.fields = Fields::ResultOnly,
+                                   .run = [](session::Session& session) { return session.reset(); },
+                                   .text =
+                                       [](const session::Report& report) {
+                                         return util::formatted(
+                                             tr("The adapter of %s was reset.\n"),
+                                             printerText(report.printer).c_str());
+                                       }});
 }
 
 }  // namespace wifi

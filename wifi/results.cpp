@@ -22,6 +22,7 @@ constexpr auto Rows = std::to_array<ResultRow>({
     {Result::Refused, "refused", StatusRefused},
     {Result::NoAnswer, "no-answer", StatusNoAnswer},
     {Result::Interrupted, "interrupted", StatusSignalBase},
+    {Result::Failed, "failed", StatusInternalError},
 });
 
 }  // namespace
@@ -30,22 +31,12 @@ const ResultRow& rowOf(Result result) {
   return *std::ranges::find(Rows, result, &ResultRow::result);
 }
 
-int exitStatusOf(std::span<const session::Report> reports, bool waited, int signal) {
-  const auto statusOf = [=](const session::Report& report) {
-    if (report.result == Result::Stored && !waited) {
-      return static_cast<int>(StatusDone);
-    }
-    return rowOf(report.result).status;
-  };
-  if (signal != 0) {
+int exitStatusOf(const session::Report& report, bool waited, int signal) {
+  if (report.result == Result::Interrupted && signal != 0) {
     return StatusSignalBase + signal;
   }
-  if (reports.size() == 1) {
-    return statusOf(reports.front());
-  }
-  const bool allDone = std::ranges::all_of(
-      reports, [&](const session::Report& report) { return statusOf(report) == StatusDone; });
-  return allDone ? StatusDone : StatusSomeFailed;
+  const bool isDone = report.result == Result::Stored && !waited;
+  return isDone ? StatusDone : rowOf(report.result).status;
 }
 
 std::string_view wordOf(session::Printer::State state) {

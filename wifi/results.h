@@ -1,6 +1,5 @@
 #pragma once
 
-#include <span>
 #include <string_view>
 
 #include "session/session.h"
@@ -10,15 +9,15 @@ namespace wifi {
 /// The exit statuses of the program.
 enum ExitStatus : int {
   StatusDone = 0,
-  StatusInternalError = 1,  ///< no memory, or the output cannot be written
-  StatusInvalid = 2,        ///< wrong usage or settings, nothing was sent
+  StatusInternalError = 1,  ///< such as: out of memory, or a file cannot be written
+  StatusInvalid = 2,        ///< wrong usage, settings or certificate; nothing was changed
   StatusNoPrinter = 3,
   StatusNoPermission = 4,
   StatusBusy = 5,
   StatusRefused = 6,
   StatusNoAnswer = 7,
   StatusNotConfirmed = 8,
-  StatusSomeFailed = 9,  ///< of several printers
+  StatusSomeFailed = 9,  ///< there are several printers, and one or more failed
   StatusSignalBase = 128,
 };
 
@@ -32,9 +31,9 @@ struct ResultRow {
 /// Returns the row of a result.
 [[nodiscard]] const ResultRow& rowOf(session::Result result);
 
-/// Returns the exit status for the reports of one command. `waited` is true if a confirmation was
-/// wanted; `signal` is the signal that interrupted the command, or 0.
-[[nodiscard]] int exitStatusOf(std::span<const session::Report> reports, bool waited, int signal);
+/// Returns the exit status for the report of a command on one printer. `waited` is true if a
+/// confirmation was wanted; `signal` is the signal that has arrived, or 0.
+[[nodiscard]] int exitStatusOf(const session::Report& report, bool waited, int signal);
 
 /// Returns the word of a printer's state in JSON and in lists.
 [[nodiscard]] std::string_view wordOf(session::Printer::State state);

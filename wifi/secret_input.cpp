@@ -20,14 +20,15 @@ namespace {
 
 using Kind = session::SecretSource::Kind;
 
-/// No secret is longer. More bytes without a line end are an error, so that a wrong file is
-/// noticed.
+/// The most bytes of a line. Every valid secret is shorter. A longer line is an error, so that a
+/// wrong file is noticed.
 constexpr std::size_t LongestLine = 1024;
 
 /// The signals of the terminal that have no handler in this program.
 constexpr std::array SignalsAtPrompt = {SIGHUP, SIGQUIT, SIGTSTP};
 
-/// Reads a line byte by byte, so that no buffer keeps a copy and a descriptor is read no further.
+/// Reads a line byte by byte, so that no buffer keeps a copy and the bytes after the line stay
+/// unread.
 session::Secret readLine(int descriptor, const std::string& name) {
   session::Secret line;
   std::size_t size = 0;

@@ -13,7 +13,7 @@ struct SecretError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// There are no more lines.
+/// There is no line to read, because the input has ended or a read has failed.
 struct EndOfInput : SecretError {
   using SecretError::SecretError;
 };
@@ -21,13 +21,13 @@ struct EndOfInput : SecretError {
 /// Thrown by anything that reads from the terminal after SIGINT or SIGTERM arrived.
 struct Interrupted {};
 
-/// Reads the secret of a profile from its source: one line, without its end ("\n" or "\r\n").
-/// Without a source it is asked for if standard input is a terminal. The result is checked. Throws
+/// Reads the secret of a profile from `source`: one line, without its line end ("\n" or "\r\n").
+/// Without a source, asks for the secret if standard input is a terminal. Checks the secret. Throws
 /// `SecretError` or `Interrupted`.
 [[nodiscard]] session::Secret readSecret(const session::Profile& profile,
                                          const session::SecretSource& source);
 
-/// Returns the question for the secret of such a network.
+/// Returns the question for the secret of a network with this security.
 [[nodiscard]] const char* secretQuestion(session::Security security);
 
 /// Asks for a secret on standard error and reads a line from standard input without echo. Throws

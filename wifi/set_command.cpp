@@ -1,5 +1,8 @@
 // zvkwifi set
 
+#include <algorithm>
+#include <vector>
+
 #include "catalogue/packet_text.h"
 #include "util/format.h"
 #include "wifi/commands.h"
@@ -15,8 +18,8 @@ namespace wifi {
 
 namespace {
 
-/// Returns the checked settings, complete with the secret. They are in heap memory, which is
-/// cleared when it is freed.
+/// Returns the checked settings, complete with the secret. They are in heap memory, because the
+/// program clears heap memory when it frees it.
 std::unique_ptr<session::Profile> readProfile(const Arguments& arguments) {
   session::ProfileReader reader;
   for (const auto& [key, value] : arguments.settings) {
@@ -33,17 +36,25 @@ std::unique_ptr<session::Profile> readProfile(const Arguments& arguments) {
   return profile;
 }
 
-/// Prints the packets that would be sent. Opens nothing, so it is not known whether the printer has
-/// certificates to validate the server with.
+/// Prints the packets that would be sent, or with --json the document of a dry run without the
+/// packets. Opens no device, so it does not know whether the printer has certificates with which it
+/// validates the server.
 int printPackets(const Arguments& arguments, const session::Profile& profile) {
-  session::Report report;
-  report.printer.device = arguments.printer;
-  report.result = session::Result::DryRun;
   if (arguments.json) {
-    print(documentText({reportJson(report, Fields::Set, 0.0, std::nullopt)}));
+    // One entry for each printer that is named, because discovery would open the device files.
+    std::vector<std::string> names = arguments.printers;
+    names.resize(std::max<std::size_t>(names.size(), 1));
+    std::vector<Json> entries;
+    for (const std::string& name : names) {
+      session::Report report;
+      report.printer.device = name;
+      report.result = session::Result::DryRun;
+      entries.push_back(reportJson(report, Fields::Set, 0.0, std::nullopt));
+    }
+    print(documentText(std::move(entries)));
     return StatusDone;
   }
-  const auto settings = session::configurationOf(profile, arguments.printer);
+  const auto settings = session::configurationOf(profile, "");
   wnpaGenerator generator(settings.get());
   generator.setServerValidation(false);
   std::string text;

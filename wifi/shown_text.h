@@ -6,14 +6,14 @@
 
 namespace wifi {
 
-/// Returns a text from the printer or from a file as it may be shown on a terminal: characters that
-/// print in the user's locale are unchanged, all other bytes become \xNN.
+/// Returns a text from the printer or from a file in a form that is safe on a terminal. Characters
+/// that print in the user's locale are unchanged. All other bytes become \xNN.
 [[nodiscard]] std::string shown(std::string_view text);
 
 /// Returns the columns that a text takes on a terminal.
 [[nodiscard]] std::size_t columnsOf(std::string_view text);
 
-/// The columns that texts for a terminal take at most.
+/// The most columns that a line for a terminal takes.
 inline constexpr std::size_t TerminalColumns = 79;
 
 /// Returns a text with line breaks added, so that no line takes more than `columns` columns. Breaks

@@ -22,7 +22,7 @@ extern "C" void noteSignal(int signal) {
 Interruption::Interruption() {
   struct sigaction action {};
   action.sa_handler = noteSignal;
-  // Without SA_RESTART: the signal ends a pause or a read.
+  // SA_RESTART is not set, so the signal ends a pause or a read.
   ::sigemptyset(&action.sa_mask);
   for (std::size_t i = 0; i < Signals.size(); ++i) {
     ::sigaction(Signals[i], &action, &m_Previous[i]);
@@ -30,8 +30,8 @@ Interruption::Interruption() {
 }
 
 Interruption::~Interruption() {
-  // A second signal, for example one that a wrapper passes on, must not end the program before it
-  // has said what was stored.
+  // A second signal, for example one that a parent process passes on, must not end the program
+  // before it has reported what was stored.
   if (arrived != 0) {
     return;
   }
@@ -53,7 +53,8 @@ bool Interruption::waitForInput(int descriptor) {
   sigset_t original;
   ::sigprocmask(SIG_BLOCK, &blocked, &original);
   pollfd input = {.fd = descriptor, .events = POLLIN, .revents = 0};
-  // The signals are blocked until ppoll waits: none can arrive unnoticed before that.
+  // The signals are blocked until ppoll waits, so none can arrive between the check of `arrived`
+  // and the wait.
   int ready = 0;
   while (arrived == 0 && (ready = ::ppoll(&input, 1, nullptr, &original)) < 0 && errno == EINTR) {
   }

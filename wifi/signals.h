@@ -5,8 +5,9 @@
 
 namespace wifi {
 
-/// Notes SIGINT and SIGTERM during its lifetime instead of ending the program. Calls that wait end
-/// early when one arrives. After that, the program notes further signals until its end.
+/// While this object exists, the program notes SIGINT and SIGTERM and does not end. System calls
+/// that wait end early when such a signal arrives. After the first signal, the program notes
+/// further signals until its end, even after the destructor.
 class Interruption {
  public:
   Interruption();

@@ -7,9 +7,10 @@
 namespace wifi {
 
 int statusCommand(const Arguments& arguments) {
-  return runOnPrinter(arguments, {.fields = Fields::Status,
-                                  .run = [](session::Session& session) { return session.status(); },
-                                  .text = statusText});
+  return runOnPrinters(arguments,
+                       {.fields = Fields::Status,
+                        .run = [](session::Session& session) { return session.status(); },
+                        .text = statusText});
 }
 
 }  // namespace wifi

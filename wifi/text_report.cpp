@@ -87,7 +87,7 @@ std::string statusText(const session::Report& report) {
   const session::AdapterState& state = report.state;
   const std::string missing = tr("not reported");
   const auto values = std::to_array<LabelledValue>({
-      {tr("Printer"), nameOf(report.printer)},
+      {tr("Printer"), printerText(report.printer)},
       {tr("Network"), state.ssid ? networkText(*state.ssid) : missing},
       {tr("Address"), state.address ? addressText(*state.address) : missing},
       {tr("Trouble code"), state.troubleCode ? std::to_string(*state.troubleCode) : missing},
@@ -98,7 +98,7 @@ std::string statusText(const session::Report& report) {
 }
 
 std::string setText(const session::Report& report) {
-  const std::string name = nameOf(report.printer);
+  const std::string name = printerText(report.printer);
   const std::string ssid = shown(report.state.ssid.value_or(""));
   const std::string address =
       report.state.address ? addressText(*report.state.address) : std::string();

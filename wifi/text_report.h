@@ -20,13 +20,13 @@ struct LabelledValue {
   std::string value;
 };
 
-/// Returns a line for each value, with the values below each other.
+/// Returns a line for each value. The values are aligned in a column.
 [[nodiscard]] std::string labelledText(std::span<const LabelledValue> values);
 
-/// Returns how `set` ended well, as a sentence.
+/// Returns a sentence about a `set` that succeeded.
 [[nodiscard]] std::string setText(const session::Report& report);
 
-/// Returns an address as it is written.
+/// Returns an address in decimal, such as "192.168.1.20".
 [[nodiscard]] std::string addressText(const npa::Address& address);
 
 }  // namespace wifi

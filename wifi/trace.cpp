@@ -36,7 +36,8 @@ void Trace::transfer(HCUSBTransport::Direction direction, std::span<const unsign
   const bool toPrinter = direction == HCUSBTransport::Direction::ToPrinter;
   Stream& stream = toPrinter ? m_ToPrinter : m_FromPrinter;
   Stream& other = toPrinter ? m_FromPrinter : m_ToPrinter;
-  // The other side has answered, or the exchange has failed: its packet stays incomplete.
+  // An incomplete packet of the other direction stays incomplete, because transfers in this
+  // direction have begun.
   strayBytes(other, other.reader.pendingBytes());
   other.reader.dropPending();
 

@@ -10,12 +10,12 @@
 
 namespace wifi {
 
-/// Writes the packets to and from the printer as lines that zvknpa reads, each with its meaning in
-/// words. Keys and passwords are masked.
+/// Writes the packets to and from the printer as lines that zvknpa reads. A line with the meaning
+/// in words follows each packet. Keys and passwords are masked.
 class Trace {
  public:
-  /// Writes to the file `path`, which gets mode 0600 and is emptied first, if the path is not
-  /// empty; and to standard error if `verbose`. Throws `std::system_error`.
+  /// If `path` is not empty, writes to this file, empties it first and sets its mode to 0600. If
+  /// `verbose`, writes to standard error. Throws `std::system_error` if the file cannot be opened.
   Trace(const std::string& path, bool verbose);
 
   /// Takes the bytes of one transfer. A packet is written when its last byte has arrived.
@@ -26,7 +26,7 @@ class Trace {
   struct Stream {
     const char* arrow;
     catalogue::PacketReader reader{};
-    std::size_t strayBytes = 0;  ///< reported so far
+    std::size_t strayBytes = 0;  ///< those that are reported already
   };
 
   void line(const std::string& text);

@@ -2,8 +2,8 @@
 
 #include <libintl.h>
 
-/// The texts for people. A text in quotation marks inside `tr`, or inside
-/// `session::translatable` in a table, is a message that the translations in wifi/po/ have.
+/// The texts for people. A text in quotation marks inside `tr`, or inside `session::translatable`
+/// in a table, is a message to translate. The translations are in wifi/po/.
 namespace wifi {
 
 /// The name of the translations' files.

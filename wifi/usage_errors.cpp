@@ -66,7 +66,7 @@ std::string usageProblem(const CLI::Error& error, const CLI::App& app) {
   }
   if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr ||
       dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) {
-    // No other option takes a number.
+    // Only --wait takes a number.
     return util::formatted(tr("--wait: expected a number of seconds from 0 to %d"),
                            LongestWaitSeconds);
   }

@@ -13,7 +13,8 @@ namespace wifi {
 /// The largest value of `--wait`.
 inline constexpr int LongestWaitSeconds = 3600;
 
-/// Throws `UsageError` if a secret is given as an option. Nothing else looks at its value.
+/// Throws `UsageError` if a secret is given as an option. The program does not use or show the
+/// value of this option.
 void rejectSecrets(const std::vector<std::string>& words);
 
 /// Throws `UsageError` for "--option=": CLI11 would take the next word as the value.

@@ -1,5 +1,5 @@
-// The replies to queries and settings, and the faults of the personality. adapter_calls.cpp has the
-// replies to method calls, adapter_network.cpp the network and the restart.
+// Adapter: replies to queries and settings, and applies the faults of the personality. The replies
+// to method calls are in adapter_calls.cpp. The network and the restart are in adapter_network.cpp.
 
 #include "emulator/adapter/adapter.h"
 
@@ -18,10 +18,10 @@ namespace {
 using npa::Byte;
 using Kind = Message::Kind;
 
-/// The last byte of the reply to settings that are not accepted.
+/// The result in the reply to a malformed request.
 constexpr Byte Rejected = 0x00;
 constexpr std::chrono::milliseconds PauseBetweenPieces{20};
-/// The setting in a record for which the host did not ask (`otherRecordFirst`).
+/// The setting in records that the host did not query.
 constexpr npa::SettingKey OtherSetting = {npa::Group8021x, 0x26};
 
 /// Returns the bytes of a text, with a zero byte at the end if `terminated` is set.
@@ -41,6 +41,9 @@ Adapter::Adapter(Personality personality, MessageLog& log, std::function<Clock::
       m_Certificates(m_Personality.certificates),
       m_Now(std::move(now)),
       m_Start(m_Now()) {
+  for (const InitialSetting& setting : m_Personality.settings) {
+    m_Settings.preset(setting.key, setting.value);
+  }
   m_Settings.preset(npa::settings::Descriptor, textValue(m_Personality.descriptor, false));
   if (!m_Personality.ssid.empty()) {
     m_Settings.preset(npa::settings::Ssid, textValue(m_Personality.ssid, true));
@@ -150,6 +153,9 @@ bool Adapter::isReached(const Readiness& readiness, int earlierQueries) const {
 }
 
 npa::Bytes Adapter::currentValue(npa::SettingKey key, int earlierQueries) const {
+  if (m_Live && key == npa::settings::AuthStatus) {
+    return {m_Live->authStatus};
+  }
   const Authentication authentication(m_Settings, m_Certificates.store(), m_Personality.networks);
   if (const auto value = authentication.value(key)) {
     return {*value};

@@ -12,6 +12,7 @@
 #include "catalogue/packet_reader.h"
 #include "emulator/adapter/message.h"
 #include "emulator/adapter/message_log.h"
+#include "emulator/adapter/network.h"
 #include "emulator/adapter/personality.h"
 #include "emulator/adapter/settings_store.h"
 #include "emulator/certificates/certificate_object.h"
@@ -26,7 +27,7 @@ namespace emulator {
 ///       sendLater(piece.bytes, piece.delay);
 ///     }
 ///
-/// The reply to a query is the query, followed by the size of the value and the value. It is
+/// The reply to a query is the query, followed by the size of the value and the value. The reply is
 /// wrapped if the request was wrapped. The reply to a query for an 802.1x setting is always
 /// wrapped, because hosts search for the record inside the data of the reply. The certificate
 /// object answers method calls.
@@ -42,7 +43,7 @@ class Adapter {
 
   /// A restart. The adapter answers nothing until `end`.
   struct Restart {
-    Clock::time_point begin;  ///< when the reply that precedes it is sent, unless postponed
+    Clock::time_point begin;  ///< when the reply before the restart is sent, or later
     Clock::time_point end;
   };
 
@@ -54,19 +55,23 @@ class Adapter {
   /// the replies to the packets that are now complete.
   std::vector<ReplyPiece> receive(std::span<const npa::Byte> bytes);
 
-  /// Postpones the restart that has been caused since the last call, and returns it. Returns
-  /// nothing if there is none.
+  /// If a restart was caused since the last call, postpones this restart by `delay` and returns it.
+  /// Otherwise returns nothing.
   std::optional<Restart> postponeRestart(std::chrono::seconds delay);
 
   /// Drops an incomplete packet.
   void forgetPartialPacket() { m_Reader.dropPending(); }
 
-  /// Sets the function that saves the state. The adapter calls it after each change of settings or
-  /// certificates, before it replies.
+  /// Sets the function that saves the state. The adapter calls this function after each change
+  /// of settings or certificates, before it replies.
   void onChange(std::function<void()> save) { m_Save = std::move(save); }
 
   /// Sets the settings and certificates of an earlier run.
   void restore(const SettingsStore::Values& settings, CertificateStore certificates);
+
+  /// Sets what a real radio has found out. From then on the adapter reports this, and neither the
+  /// personality nor `Authentication` decides about the network.
+  void report(const LiveNetwork& network);
 
   const SettingsStore& settings() const { return m_Settings; }
   const CertificateStore& certificates() const { return m_Certificates.store(); }
@@ -82,18 +87,19 @@ class Adapter {
   };
 
   bool isRestarting() const { return m_Now() < m_Restart.end; }
-  /// Restarts after `delay`, when the reply has been sent, if the personality demands it.
+  /// If the personality demands a restart, restarts after `delay`, when the reply has been sent.
   void restart(std::chrono::milliseconds delay);
-  /// Returns whether settings and certificates are right for one of the networks.
+  /// Returns whether the settings and certificates are right for one of the networks, or why not.
   Membership membership() const;
   /// Joins the network for which settings and certificates are right, or leaves the network.
   void join();
-  /// Sets the initial address and trouble code.
+  /// Presets the address and the trouble code that fit the membership.
   void presetNetworkValues(Membership membership);
   /// Starts the time and the counts of queries on which a `Readiness` depends.
   void startCounting(Clock::time_point start);
 
-  /// Returns true if `readiness` is reached. The host has sent `earlierQueries` queries before.
+  /// Returns true if `readiness` is reached. `earlierQueries` is the count of earlier queries for
+  /// the same setting.
   bool isReached(const Readiness& readiness, int earlierQueries) const;
 
   Reply answer(const Message& message);
@@ -104,8 +110,8 @@ class Adapter {
   const ObjectReply* findObjectReply(const ParsedCall& call) const;
   /// Returns a number that grows with every change of settings or certificates.
   unsigned long revision() const;
-  /// Returns the value of a setting that the adapter returns to a query now. `earlierQueries` is
-  /// the count of queries for the setting so far.
+  /// Returns the value with which the adapter would now answer a query for the setting.
+  /// `earlierQueries` is the count of earlier queries for the setting.
   npa::Bytes currentValue(npa::SettingKey key, int earlierQueries) const;
   /// Returns the records in the reply to a query for an 802.1x setting.
   npa::Bytes securityRecords(npa::SettingKey key) const;
@@ -117,12 +123,13 @@ class Adapter {
   catalogue::PacketReader m_Reader;
   SettingsStore m_Settings;
   CertificateObject m_Certificates;
+  std::optional<LiveNetwork> m_Live;  ///< the last report of a real radio
   std::function<void()> m_Save;
-  std::map<npa::SettingKey, int> m_Queries;  ///< the count of queries since `m_Start`
+  std::map<npa::SettingKey, int> m_Queries;  ///< the queries since `m_Start`
   std::function<Clock::time_point()> m_Now;
   Clock::time_point m_Start;
-  Restart m_Restart{Clock::time_point::min(), Clock::time_point::min()};  ///< the last one
-  bool m_RestartIsNew = false;  ///< `postponeRestart` has not returned it
+  Restart m_Restart{Clock::time_point::min(), Clock::time_point::min()};  ///< the last restart
+  bool m_RestartIsNew = false;  ///< `postponeRestart` has not returned `m_Restart` yet
 };
 
 }  // namespace emulator

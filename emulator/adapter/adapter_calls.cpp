@@ -1,5 +1,5 @@
-// Adapter: the replies to method calls. They come from the certificate object, or the personality
-// prescribes them.
+// Adapter: replies to method calls. The replies come from the certificate object, or the
+// personality prescribes them.
 
 #include <string>
 #include <utility>

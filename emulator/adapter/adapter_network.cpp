@@ -33,8 +33,22 @@ void Adapter::join() {
   m_Log.note(membershipText(now));
 }
 
+void Adapter::report(const LiveNetwork& network) {
+  if (m_Live == network) {
+    return;
+  }
+  m_Live = network;
+  m_Settings.preset(npa::settings::IpAddress, network.address);
+  const auto code = static_cast<npa::Byte>(network.membership);
+  m_Settings.preset(npa::settings::TroubleCode, std::array<npa::Byte, 4>{0, 0, 0, code});
+  m_Log.note(std::string("radio: ").append(membershipText(network.membership)));
+}
+
 void Adapter::presetNetworkValues(Membership membership) {
   using Four = std::array<npa::Byte, 4>;
+  if (m_Live) {
+    return;
+  }
   const bool isJoined = membership == Membership::Joined;
   const auto code = isJoined ? m_Personality.troubleCode : static_cast<npa::Byte>(membership);
   m_Settings.preset(npa::settings::IpAddress, isJoined ? m_Personality.ipAddress : Four{});

@@ -1,4 +1,4 @@
-// The values of the computed settings.
+// Authentication: computes the values of three 802.1x settings.
 
 #include "emulator/adapter/authentication.h"
 
@@ -12,7 +12,8 @@ namespace {
 /// The value of the setting "security" that switches 802.1x on.
 constexpr npa::Byte Security8021x = 3;
 
-/// The flags that make the printer check the server's certificate. One flag that is on is enough.
+/// The flags that make the printer check the server's certificate. It is enough if one of these
+/// flags is on.
 constexpr std::array ServerChecks = {npa::settings::MethodPeap, npa::settings::MethodTls,
                                      npa::settings::MethodTtls, npa::settings::ValidateCert};
 

@@ -1,4 +1,4 @@
-// Parsing of requests, and marking of the bytes that are secret.
+// Parses requests, and marks the bytes that are secret.
 
 #include "emulator/adapter/message.h"
 

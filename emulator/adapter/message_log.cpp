@@ -1,5 +1,4 @@
-// MessageLog: the lines of the log. zvknpa parses these lines and recognises them by "<- " and "->
-// ".
+// MessageLog: writes the lines of the log. zvknpa parses the lines that begin with an arrow.
 
 #include "emulator/adapter/message_log.h"
 

@@ -1,4 +1,4 @@
-// The comparison of stored settings with the networks in reach.
+// Compares the stored settings with the networks in reach.
 
 #include "emulator/adapter/network.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 namespace settings = npa::settings;
 
-/// A value of the setting "security", and the setting that holds its key.
+/// A value of the setting "security", and the setting that holds the key for this security.
 struct KeyRow {
   std::size_t security;
   npa::SettingKey key;
@@ -30,28 +30,20 @@ constexpr std::array Keys = {
 constexpr std::array NetworkSettings = {settings::Ssid, settings::Security, settings::WepKey1,
                                         settings::PreSharedKey, settings::AuthPassword};
 
-/// Returns a stored text without its zero byte.
-std::string textOf(const SettingsStore& store, npa::SettingKey key) {
-  const npa::Bytes value = store.get(key);
-  const auto text = catalogue::withoutTerminator(value);
-  return {text.begin(), text.end()};
-}
-
-/// Returns true if the stored security and its key are those of the network.
+/// Returns true if the network accepts the stored security and the stored key.
 bool accepts(const Network& network, const SettingsStore& store) {
-  const npa::Bytes value = store.get(settings::Security);
-  const std::size_t security = catalogue::numberOf(value).value_or(OpenNetwork);
+  const std::size_t security = store.number(settings::Security).value_or(OpenNetwork);
   if (security == OpenNetwork) {
     return network.key.empty();
   }
   const auto* const row = std::ranges::find(Keys, security, &KeyRow::security);
-  return row != Keys.end() && !network.key.empty() && textOf(store, row->key) == network.key;
+  return row != Keys.end() && !network.key.empty() && store.text(row->key) == network.key;
 }
 
 }  // namespace
 
 Membership findNetwork(std::span<const Network> networks, const SettingsStore& store) {
-  const std::string ssid = textOf(store, settings::Ssid);
+  const std::string ssid = store.text(settings::Ssid);
   Membership found = Membership::NoSuchNetwork;
   for (const Network& network : networks) {
     if (network.ssid == ssid) {
@@ -79,6 +71,14 @@ std::string_view membershipText(Membership membership) {
       return "not in a network: wrong key or security";
     case Membership::CaMissing:
       return "not in a network: no CA certificate";
+    case Membership::Refused:
+      return "not in a network: authentication refused";
+    case Membership::NoAddress:
+      return "in a network without an address";
+    case Membership::UnusableSettings:
+      return "not in a network: unusable settings";
+    case Membership::Joining:
+      return "not in a network yet";
   }
   return {};
 }

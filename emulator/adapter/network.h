@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,18 +21,32 @@ struct Network {
 enum class Membership : npa::Byte {
   Joined = 0,
   NoSuchNetwork = 2,  ///< no network has the stored SSID
-  WrongKey = 3,       ///< the network has another key, or is open, or is not
+  WrongKey = 3,       ///< no network with this SSID accepts the stored key and security
   CaMissing = 4,      ///< 802.1x needs a CA certificate, and the printer has none
+  // Only with a radio:
+  Refused = 5,           ///< the 802.1x authentication failed
+  NoAddress = 6,         ///< no DHCP server has answered
+  UnusableSettings = 7,  ///< no network can be joined with what is stored
+  Joining = 8,           ///< the radio has no result yet
 };
 
-/// Returns whether one of the networks has the stored SSID and accepts the stored key. Does not
-/// check certificates.
+/// What a real radio has found out about the adapter's network.
+struct LiveNetwork {
+  Membership membership = Membership::NoSuchNetwork;
+  npa::Byte authStatus = 0;  ///< the value of the setting "802.1x authentication status"
+  std::array<npa::Byte, 4> address{};
+
+  bool operator==(const LiveNetwork&) const = default;
+};
+
+/// Returns whether one of the networks has the stored SSID and accepts the stored security and key,
+/// or why not. Does not check certificates.
 Membership findNetwork(std::span<const Network> networks, const SettingsStore& settings);
 
 /// Returns true if a host has stored a setting that selects a network or its key.
 bool hasStoredNetwork(const SettingsStore& settings);
 
-/// Returns a text for the log, such as "not in a network: wrong key".
+/// Returns a text for the log, such as "not in a network: no such SSID".
 std::string_view membershipText(Membership membership);
 
 }  // namespace emulator

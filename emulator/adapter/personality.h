@@ -13,8 +13,9 @@
 
 namespace emulator {
 
-/// When a value of the adapter changes. The count of queries for the value and the time since the
-/// start must both be reached.
+/// When a value of the adapter changes. Both this count of queries for the value and this time
+/// since the start must have been reached. Both begin again at a restart and, if there are
+/// networks, at each change of settings or certificates.
 struct Readiness {
   int afterQueries = 0;
   std::chrono::seconds afterTime{0};
@@ -31,8 +32,14 @@ struct ObjectReply {
   std::vector<npa::Byte> bytes{};
 };
 
-/// How an emulated printer replies. The defaults are an adapter without faults that is connected to
-/// its network.
+/// A setting that the adapter holds from the start, and the bytes of its value.
+struct InitialSetting {
+  npa::SettingKey key;
+  npa::Bytes value;
+};
+
+/// How an emulated printer replies. The default values describe an adapter that has no faults and
+/// is connected to its network.
 struct Personality {
   bool refuseWrapped = false;
   bool refuseAll = false;
@@ -53,11 +60,14 @@ struct Personality {
   /// When the trouble code becomes 0. If this is not set, the trouble code does not change.
   std::optional<Readiness> troubleCleared{};
   std::string ssid{};
-  /// The networks in reach. If this is empty, the adapter is always in a network. If not, it has an
-  /// address only while its settings fit one of them.
+  /// Initial values of any settings. The other members of the personality take precedence.
+  std::vector<InitialSetting> settings{};
+  /// The networks in reach. If there are none, the adapter is always in a network. Otherwise the
+  /// adapter has an address only while its settings fit one of these networks, or while it has the
+  /// initial `ssid` and no host has stored settings of a network.
   std::vector<Network> networks{};
-  /// How long the adapter answers nothing after it has stored settings and answered. If this is not
-  /// set, it does not restart.
+  /// How long a restart takes. The adapter restarts after it has stored settings and replied, and
+  /// answers nothing during the restart. If this is not set, the adapter does not restart.
   std::optional<std::chrono::seconds> restartAfterStore{};
   std::string descriptor = "Emulated wireless adapter -";
 

@@ -1,4 +1,4 @@
-// The bytes of replies.
+// Builds the bytes of replies.
 
 #include "emulator/adapter/reply_packets.h"
 

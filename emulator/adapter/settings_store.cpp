@@ -20,6 +20,16 @@ npa::Bytes SettingsStore::get(npa::SettingKey key) const {
   return {};
 }
 
+std::string SettingsStore::text(npa::SettingKey key) const {
+  const npa::Bytes value = get(key);
+  const auto text = catalogue::withoutTerminator(value);
+  return {text.begin(), text.end()};
+}
+
+std::optional<std::size_t> SettingsStore::number(npa::SettingKey key) const {
+  return catalogue::numberOf(get(key));
+}
+
 std::vector<std::string> SettingsStore::describe(bool showSecrets) const {
   Values all = m_Values;
   all.insert(m_Presets.begin(), m_Presets.end());

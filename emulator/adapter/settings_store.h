@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -24,6 +26,12 @@ class SettingsStore {
 
   /// Returns the value of a setting, or an empty value if there is none.
   npa::Bytes get(npa::SettingKey key) const;
+
+  /// Returns the value of a text setting without its zero byte.
+  std::string text(npa::SettingKey key) const;
+
+  /// Returns the value of a number setting, or nothing if there is none or it is not a number.
+  std::optional<std::size_t> number(npa::SettingKey key) const;
 
   /// Returns true if the setting has a stored or an initial value.
   bool holds(npa::SettingKey key) const {

@@ -1,5 +1,5 @@
-// Base64 with libcrypto's encoder and decoder. The decoder accepts invalid texts, so the result is
-// checked.
+// Encodes and decodes Base64 with libcrypto. The decoder of libcrypto accepts invalid texts, so its
+// result is checked.
 
 #include "emulator/certificates/binary_text.h"
 
@@ -12,8 +12,8 @@ namespace emulator {
 
 namespace {
 
-/// The most bytes that are encoded. libcrypto counts in int, and the longer result must also fit
-/// into an int.
+/// The most bytes that are encoded, and the most characters that are decoded. libcrypto counts in
+/// int. The encoded text is longer than the bytes, and its size must also fit into an int.
 constexpr std::size_t LargestSize = std::numeric_limits<int>::max() / 2;
 
 const unsigned char* asBytes(std::string_view text) {
@@ -48,7 +48,7 @@ std::string toBase64(std::string_view bytes) {
   if (bytes.size() > LargestSize) {
     throw std::length_error("too many bytes for Base64");
   }
-  // One byte more than the text, for the zero byte that the encoder writes.
+  // The buffer has one byte more than the text, for the zero byte that the encoder writes.
   std::string text((bytes.size() + 2) / 3 * 4 + 1, '\0');
   const int size = ::EVP_EncodeBlock(asBytes(text), asBytes(bytes), static_cast<int>(bytes.size()));
   text.resize(static_cast<std::size_t>(size));

@@ -10,8 +10,8 @@ namespace emulator {
 /// an encoder writes: no blanks or line ends, whole groups of four, padding only at the end.
 std::optional<std::string> fromBase64(std::string_view text);
 
-/// Returns the Base64 text of bytes, without line ends. Throws `std::length_error` for more than
-/// about 1 GiB.
+/// Returns the Base64 text of bytes, without line ends. Throws `std::length_error` for 1 GiB or
+/// more.
 std::string toBase64(std::string_view bytes);
 
 }  // namespace emulator

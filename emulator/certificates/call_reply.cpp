@@ -1,4 +1,4 @@
-// The reply to a method call as an XML document.
+// Builds the reply to a method call as an XML document.
 
 #include "emulator/certificates/call_reply.h"
 
@@ -19,7 +19,7 @@ void appendText(pugi::xml_node parent, std::string_view element, const std::stri
       .set_value(text.c_str());
 }
 
-/// Appends a `child` element with that name to a map and returns it.
+/// Appends a `child` element called `name` to a map, and returns the element.
 pugi::xml_node appendChild(pugi::xml_node map, std::string_view name) {
   pugi::xml_node child = map.append_child("child");
   child.append_attribute("name").set_value(std::string(name).c_str());

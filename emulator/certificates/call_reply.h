@@ -23,7 +23,8 @@ class CallReply {
   /// Creates a reply with the status and the message of an error.
   explicit CallReply(const CallError& error);
 
-  /// Adds a value: a text, a binary as Base64, or a list of texts. `name` must outlive the reply.
+  /// Adds a value: a text, binary data in Base64, or a list of texts. `name` must outlive the
+  /// reply.
   void addText(std::string_view name, std::string_view text);
   void addBinary(std::string_view name, std::string_view base64);
   void addList(std::string_view name, std::vector<std::string> texts);

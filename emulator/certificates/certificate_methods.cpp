@@ -38,8 +38,8 @@ bool isPrintableUtf8(std::string_view text) {
   return true;
 }
 
-/// Returns `name`. Throws `CallError` if the name is empty or not printable UTF-8. An empty name
-/// would end the printer's list of names.
+/// Returns `name`. Throws `CallError` if the name is empty or not printable UTF-8. Hosts take an
+/// empty name for the end of a list of names.
 const std::string& checkedName(const std::string& name) {
   if (name.empty() || !isPrintableUtf8(name)) {
     throw CallError(CallStatus::InvalidName);
@@ -70,8 +70,8 @@ X509Certificate uploadedCertificate(const MethodCall& call, std::string_view siz
 }  // namespace
 
 bool CertificateObject::isFactoryMade(std::string_view name) const {
-  // In a printer without a factory certificate, a host can use the name. A later run with a factory
-  // certificate keeps the certificate of the host.
+  // If the printer has no factory certificate, a host can give this name to a certificate. A later
+  // run with a factory certificate keeps the certificate of the host.
   return m_Rules.factoryCertificate && name == FactoryName && m_Store.findDevice(name) == nullptr;
 }
 

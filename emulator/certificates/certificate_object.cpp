@@ -57,7 +57,8 @@ bool isNumber(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// Throws `CallError` unless the call has each parameter of the rules exactly once and no other.
+/// Throws `CallError` unless the call has each parameter of the rules exactly once and with the
+/// right type, and no other parameter.
 void checkParameters(const MethodCall& call, std::span<const ParameterRule> rules) {
   std::vector<bool> given(rules.size(), false);
   for (const MethodCall::Parameter& parameter : call.parameters) {
@@ -94,8 +95,8 @@ Subject usualSubject() {
           .altName = "printer.example"};
 }
 
-/// One row of the table of methods: its name, the id of its requests, its parameters, and the
-/// member function that runs it.
+/// A method: its name, the id that its calls must have, its parameters, and the member function
+/// that runs it.
 struct CertificateObject::Method {
   std::string_view name;
   std::string_view requestId;

@@ -74,7 +74,7 @@ class CertificateObject {
   CallReply deleteDevice(const MethodCall& call);
   CallReply listDevices(const MethodCall& call);
 
-  /// Returns true if `name` is that of the certificate from the factory.
+  /// Returns true if `name` stands for the certificate from the factory.
   bool isFactoryMade(std::string_view name) const;
   /// Returns the device certificate called `name`. Throws `CallError` if there is none.
   const DeviceCertificate& deviceNamed(const std::string& name) const;

@@ -1,4 +1,4 @@
-// The two lists of the store. Both are short, so they are searched from the start.
+// CertificateStore: keeps two lists. Both are short, so a search begins at the start.
 
 #include "emulator/certificates/certificate_store.h"
 

@@ -9,7 +9,7 @@ namespace emulator {
 /// A CA certificate that the printer trusts.
 struct CaCertificate {
   unsigned number = 0;
-  std::string name;      ///< the printer's name for it
+  std::string name;      ///< the printer's name for the certificate
   std::string fileName;  ///< the file name that the host sent
   std::string pem;
 };
@@ -35,7 +35,7 @@ class CertificateStore {
   const std::vector<CaCertificate>& authorities() const { return m_Authorities; }
   const std::vector<DeviceCertificate>& devices() const { return m_Devices; }
 
-  /// Returns the entry of a name, or null if there is none. The next change invalidates the
+  /// Returns the entry called `name`, or null if there is none. The next change invalidates the
   /// pointer.
   const CaCertificate* findAuthority(std::string_view name) const;
   const DeviceCertificate* findDevice(std::string_view name) const;
@@ -47,7 +47,7 @@ class CertificateStore {
   /// Sets the certificate of the entry called `name`. The entry must exist.
   void complete(std::string_view name, std::string certificatePem);
 
-  /// Removes the entry of a name. Returns false if there is none.
+  /// Removes the entry called `name`. Returns false if there is none.
   bool removeAuthority(std::string_view name);
   bool removeDevice(std::string_view name);
 

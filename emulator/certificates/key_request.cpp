@@ -1,4 +1,4 @@
-// Keys and certificate requests, made with libcrypto.
+// Makes keys and certificate requests with libcrypto.
 
 #include "emulator/certificates/key_request.h"
 
@@ -13,7 +13,7 @@ namespace emulator {
 
 namespace {
 
-/// Characters of a DNS name in text form (RFC 1035 allows 255 bytes in its binary form).
+/// The most characters of a DNS name in text form. RFC 1035 allows 255 bytes in the binary form.
 constexpr std::size_t LongestDnsName = 253;
 
 /// Generates an RSA key of `rsaBits` bits, or a key on the curve P-256 if `rsaBits` is 0.
@@ -35,14 +35,15 @@ void addText(X509_NAME* name, const SubjectField& field, const std::string& text
   }
 }
 
-/// Adds a DNS name as the subject alternative name. Throws `CallError` if the name is not printable
-/// ASCII or is too long.
+/// Adds a DNS name as the subject alternative name. Throws `CallError` if the name has a blank,
+/// a character outside printable ASCII, or too many characters.
 void addDnsName(X509_REQ* request, const std::string& dnsName) {
   const bool isPlain = std::ranges::all_of(dnsName, [](char c) { return c > ' ' && c <= '~'; });
   if (!isPlain || dnsName.size() > LongestDnsName) {
     throw CallError(CallStatus::InvalidSubject, "x509_AN");
   }
-  // Built by hand, because libcrypto's parser of extensions treats commas and colons as its syntax.
+  // Builds the extension by hand, because libcrypto's parser of extensions treats commas and colons
+  // as its syntax.
   GeneralNamePtr name(::GENERAL_NAME_new());
   ASN1_IA5STRING* const text = ::ASN1_IA5STRING_new();
   demand(name != nullptr && text != nullptr);

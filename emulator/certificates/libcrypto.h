@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-/// Helpers for libcrypto (OpenSSL): pointers that own its objects, its error queue, and streams
-/// that read or write a text. The pointer types free their objects:
+/// Helpers for libcrypto (OpenSSL): pointers that own objects, functions for the error queue, and
+/// streams that read or write a text. The pointer types free their objects:
 ///
 ///     const KeyPtr key(::PEM_read_bio_PrivateKey(...));
 namespace emulator {
@@ -51,8 +51,8 @@ void demand(bool result);
 /// Returns a stream that reads `text`. The text must outlive the stream.
 BioPtr readerOf(std::string_view text);
 
-/// Returns the text that `write` writes to a stream. `write` must return 1 on success. Throws
-/// `std::runtime_error` if it fails:
+/// Returns the text that `write` writes to a stream. `write` must return 1 on success. If `write`
+/// fails, throws `std::runtime_error`:
 ///
 ///     textBy([&](BIO* out) { return ::PEM_write_bio_X509(out, certificate); });
 template <typename Write>

@@ -1,5 +1,4 @@
-// Parsing of method calls. The parser rejects texts that are not XML or do not have the form of a
-// call.
+// Parses method calls. The parser rejects texts that are not XML or do not have the form of a call.
 
 #include "emulator/certificates/method_call.h"
 
@@ -48,7 +47,7 @@ bool isReference(std::string_view text) {
   return error == std::errc() && end == textEnd && number > 0 && number <= largest;
 }
 
-/// Returns true if every & in the document starts a valid reference. pugixml accepts unknown ones.
+/// Returns true if every & in the document starts a valid reference. pugixml does not check this.
 bool hasOnlyReferences(std::string_view xml) {
   constexpr std::size_t longest = 16;  // characters after the &
   for (std::size_t at = xml.find('&'); at != std::string_view::npos; at = xml.find('&', at + 1)) {

@@ -37,8 +37,8 @@ struct MethodCall {
 using ParsedCall = std::variant<MethodCall, CallError>;
 
 /// Parses a method call (XML 1.0 in UTF-8). Returns the call, or the error if `xml` is not a call.
-/// A document type, or a reference to an entity other than XML's own five, is an error. Does not
-/// check that the object, the method and the parameters exist.
+/// A document type declaration, or a reference to an entity other than XML's own five, is an error.
+/// Does not check that the object, the method and the parameters exist.
 ParsedCall parseMethodCall(std::string_view xml);
 
 /// Returns the method and its parameters as a line of text. Shows a binary only by its size.

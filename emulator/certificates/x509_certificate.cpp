@@ -1,4 +1,4 @@
-// X.509 certificates, read with libcrypto, and the names that the printer derives from them.
+// Reads X.509 certificates with libcrypto, and makes the printer's names for them.
 
 #include "emulator/certificates/x509_certificate.h"
 

@@ -21,6 +21,9 @@ Options parseOptions(const std::vector<std::string>& arguments) {
     throw catalogue::UsageError(operands.before.front(), "an option, or -- and a command");
   }
   options.command = std::move(operands.after);
+  if (options.radio && !options.personality.networks.empty()) {
+    throw catalogue::UsageError("--radio", "no --network");
+  }
   if (command.check != nullptr) {
     command.check(options);
   }

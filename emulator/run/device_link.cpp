@@ -1,4 +1,4 @@
-// Links to the emulated device, and the folder /dev/usb.
+// Creates and removes links to the emulated device, and the folder /dev/usb.
 
 #include "emulator/run/device_link.h"
 

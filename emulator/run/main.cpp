@@ -17,13 +17,15 @@
 #include "catalogue/option_parser.h"
 #include "emulator/adapter/adapter.h"
 #include "emulator/adapter/message_log.h"
+#include "emulator/radio/radio.h"
+#include "emulator/radio/radio_program.h"
 #include "emulator/run/command_line.h"
-#include "emulator/run/command_process.h"
 #include "emulator/run/device_link.h"
 #include "emulator/run/private_devices.h"
 #include "emulator/run/reply_files.h"
 #include "emulator/run/usb_command.h"
 #include "emulator/state/state_folder.h"
+#include "emulator/transport/command_process.h"
 #include "emulator/transport/pty_transport.h"
 #include "emulator/transport/signal_queue.h"
 
@@ -105,7 +107,7 @@ Started startWithLink(const Options& options, const std::string& device,
   return {std::move(link), process};
 }
 
-/// Runs the command with the printer until it ends. Returns its exit status.
+/// Serves the printer until the command ends. Returns the exit status of the command.
 int run(const Options& options, emulator::PtyTransport& transport) {
   const emulator::SignalQueue signals;
   std::optional<Started> started;
@@ -154,7 +156,7 @@ void printState(const emulator::Adapter& adapter, const Options& options) {
   flushOutput();
 }
 
-/// Loads the state of the folder into the adapter.
+/// Loads the state that the folder holds into the adapter.
 void restore(emulator::Adapter& adapter, emulator::StateFolder& folder) {
   emulator::PrinterState state = folder.load();
   adapter.restore(state.settings, std::move(state.certificates));
@@ -170,14 +172,15 @@ int show(const Options& options) {
   return 0;
 }
 
-/// Serves the printer over the transport that the command selects, until the command ends. Returns
-/// its exit status.
+/// Serves the printer over the transport that the action selects. Returns the exit status of
+/// zvkprinter.
 int serveOverTransport(const Options& options, emulator::Adapter& adapter,
-                       emulator::MessageLog& log) {
+                       emulator::MessageLog& log, emulator::Radio* radio) {
   if (options.action == Options::Action::Usb) {
-    return emulator::runUsbPrinter(options, adapter, log);
+    return emulator::runUsbPrinter(options, adapter, log, radio);
   }
   emulator::PtyTransport transport(adapter);
+  transport.accompany(radio);
   return options.action == Options::Action::Run ? run(options, transport)
                                                 : serve(options, transport);
 }
@@ -197,9 +200,21 @@ int runPrinter(const Options& options) {
   if (options.stateFolder) {
     folder.emplace(*options.stateFolder, emulator::StateFolder::Use::Keep);
     restore(adapter, *folder);
-    adapter.onChange([&] { folder->save(adapter.settings().stored(), adapter.certificates()); });
   }
-  const int status = serveOverTransport(options, adapter, log);
+  std::unique_ptr<emulator::Radio> radio;
+  if (options.radio) {
+    emulator::requireRadio(*options.radio);
+    radio = std::make_unique<emulator::Radio>(*options.radio, adapter, log);
+  }
+  adapter.onChange([&] {
+    if (folder) {
+      folder->save(adapter.settings().stored(), adapter.certificates());
+    }
+    if (radio) {
+      radio->settingsChanged();
+    }
+  });
+  const int status = serveOverTransport(options, adapter, log, radio.get());
   if (options.showSettings) {
     printState(adapter, options);
   }

@@ -34,7 +34,8 @@ auto& memberOf(Options& options) {
   }
 }
 
-// Values of `apply` for members that need no parsing: set true, set false, assign the text.
+// Functions for the column `apply` that parse nothing. They set a member to true, to false, or to
+// the text.
 
 template <auto Member>
 void enable(Options& options, const std::string& /*value*/) {
@@ -62,10 +63,11 @@ constexpr std::array Commands = {
             .usages = {"[OPTION...] -- COMMAND [ARGUMENT...]"},
             .help = "run COMMAND with the emulated printer at /dev/usb/lp0",
             .details =
-                "It runs in a separate mount namespace, in which no other printer exists. If the "
-                "system does not permit that, there is a link to the printer until _COMMAND_ "
-                "ends: _/dev/usb/lp16_ or the next lower free number. In both cases {} in an "
-                "argument stands for the path. The device is a pseudo-terminal.",
+                "_COMMAND_ runs in a separate mount namespace, in which _/dev/usb_ has no other "
+                "printer. If the system does not permit that, *zvkprinter* makes a link to the "
+                "printer: _/dev/usb/lp16_ or, if that exists, the path with the next lower free "
+                "number. It removes the link when _COMMAND_ ends. In both cases {} in an argument "
+                "stands for the path of the printer. The device is a pseudo-terminal.",
             .check =
                 [](const Options& options) {
                   if (options.command.empty()) {
@@ -77,8 +79,8 @@ constexpr std::array Commands = {
             .usages = {"--link=PATH [OPTION...]"},
             .help = "keep the printer running, with a link to it at PATH",
             .details =
-                "It runs until SIGINT, SIGTERM or SIGHUP. The link must not exist yet. The device "
-                "is a pseudo-terminal.",
+                "*zvkprinter* runs until SIGINT, SIGTERM or SIGHUP ends it. The link must not "
+                "exist yet. The device is a pseudo-terminal.",
             .check =
                 [](const Options& options) {
                   if (options.link.empty()) {
@@ -91,11 +93,11 @@ constexpr std::array Commands = {
                        "--port=N [OPTION...] [-- COMMAND [ARGUMENT...]]"},
             .help = "emulate a USB printer, plugged into this machine or served for 'usbip attach'",
             .details =
-                "*--attach* plugs it into this machine. This needs root and the kernel module "
-                "vhci-hcd. {} in an argument stands for the device node that the kernel "
-                "creates. *--port=* serves it for *usbip attach* instead. The printer stays "
-                "until _COMMAND_ ends or, without a _COMMAND_, until it is interrupted. "
-                "SIGUSR1 unplugs it, or plugs it in again.",
+                "*--attach* plugs the printer into this machine. This needs root and the kernel "
+                "module vhci-hcd. {} in an argument stands for the device node that the kernel "
+                "creates. *--port=* serves the printer for *usbip attach* instead. The printer "
+                "stays until _COMMAND_ ends. Without a _COMMAND_ it stays until a signal ends "
+                "*zvkprinter*. SIGUSR1 unplugs the printer, or plugs it in again.",
             .check =
                 [](const Options& options) {
                   if (options.attach == options.port.has_value()) {
@@ -166,7 +168,7 @@ constexpr std::array PersonalityOptions = {
                }},
     Option{.name = "--ip-after",
            .valueName = "N[s]",
-           .help = "get the address only after N queries for it or, with s, N seconds",
+           .help = "get the address only after N queries for the address or, with s, N seconds",
            .details = "Until then the address is 0.0.0.0.",
            .apply =
                [](Options& o, const std::string& value) {
@@ -181,7 +183,7 @@ constexpr std::array PersonalityOptions = {
                }},
     Option{.name = "--trouble-over-after",
            .valueName = "N[s]",
-           .help = "set the trouble code to 0 after N queries for it or, with s, N seconds",
+           .help = "set the trouble code to 0 after N queries for the code or, with s, N seconds",
            .apply =
                [](Options& o, const std::string& value) {
                  o.personality.troubleCleared = parseReadiness(value);
@@ -190,28 +192,54 @@ constexpr std::array PersonalityOptions = {
            .valueName = "TEXT",
            .help = "SSID that the adapter holds from the start",
            .apply = assign<&Personality::ssid>},
+    Option{.name = "--setting",
+           .valueName = "GROUP:OBJECT=VALUE",
+           .isSecret = true,
+           .help = "any setting that the adapter holds from the start; may be given several times",
+           .details =
+               "_GROUP_ and _OBJECT_ are hex numbers, such as 28:08 for the SSID. _VALUE_ is a "
+               "text, a number up to 255 or an IPv4 address; *zvknpa --objects* lists the kind of "
+               "each setting. An unknown setting is a text. A text gets a zero byte at its end. "
+               "The other options take precedence. A query returns no key and no password.",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.personality.settings.push_back(parseInitialSetting(value));
+               }},
     Option{
         .name = "--network",
         .valueName = "SSID:KEY",
         .isSecret = true,
         .help = "join only this network and only with its key; may be given several times",
         .details =
-            "The last colon separates, so the key has no colon. An empty key is an open network. "
-            "A network of 802.1x compares the key with the stored password. Outside these "
-            "networks the address is 0.0.0.0, and the trouble code is 2 (no such SSID), 3 "
-            "(wrong key or security) or 4 (802.1x without its CA certificate). These codes "
-            "belong to this emulated printer. Until a host stores a network, the adapter is in "
-            "that of *--ssid=*.",
+            "The last colon separates SSID and key, so the key cannot contain a colon. An empty "
+            "key means an open network. With 802.1x the printer compares the key with the stored "
+            "password. Outside these networks the address is 0.0.0.0, and the trouble code is 2 "
+            "(no such SSID), 3 (wrong key or security) or 4 (802.1x without the CA certificate "
+            "that it needs). Real adapters have other trouble codes. Until a host stores a "
+            "network, the adapter is in the network of *--ssid=*.",
         .apply =
             [](Options& o, const std::string& value) {
               o.personality.networks.push_back(parseNetwork(value));
             }},
+    Option{.name = "--radio",
+           .valueName = "INTERFACE",
+           .help = "join real networks with this wireless interface (root only)",
+           .details =
+               "The adapter writes a configuration of *wpa_supplicant*(8) from what it holds, runs "
+               "*wpa_supplicant* and *udhcpc*, and reports their results: the address, the 802.1x "
+               "status, and a trouble code (the codes of *--network=*, 5 authentication refused, 6 "
+               "no address, 7 unusable settings, 8 no result yet). It replaces *--network=*, "
+               "*--ip=* and *--trouble-code=*.",
+           .apply =
+               [](Options& o, const std::string& value) {
+                 o.radio = parseInterface(value);
+               }},
     Option{.name = "--restart-after-store",
            .valueName = "SECONDS",
-           .help = "answer nothing for this long after settings are stored and answered",
+           .help = "after each reply to stored settings, answer nothing for this long",
            .details =
-               "As a USB device the printer stays on the bus for 6 more seconds, so that the host "
-               "can read the reply, and then is unplugged for this long.",
+               "A USB printer stays on the bus for 6 more seconds, so that the host can read the "
+               "reply. Then it is unplugged for this long.",
            .apply =
                [](Options& o, const std::string& value) {
                  o.personality.restartAfterStore = parseSeconds(value);
@@ -222,7 +250,7 @@ constexpr std::array PersonalityOptions = {
            .apply = assign<&Personality::descriptor>},
     Option{.name = "--auth-status",
            .valueName = "N[,N...]",
-           .help = "802.1x status, instead of the computed one; each number has its own record",
+           .help = "802.1x status to send instead of the computed one, in one record per number",
            .apply =
                [](Options& o, const std::string& value) {
                  o.personality.authStatus = parseBytes(value);
@@ -232,7 +260,7 @@ constexpr std::array PersonalityOptions = {
            .apply = enable<&Personality::otherRecordFirst>},
     Option{.name = "--cut-record",
            .valueName = "BYTES",
-           .help = "802.1x: cut the last record, inside a complete packet",
+           .help = "802.1x: cut the last record to this size; the packet around it is complete",
            .apply =
                [](Options& o, const std::string& value) {
                  o.personality.cutRecordAt = parseNumber(value, LargestCount, "bytes");
@@ -291,8 +319,8 @@ constexpr std::array UsbOptions = {
            .apply = enable<&Options::attach>},
     Option{.name = "--port",
            .valueName = "N",
-           .help = "serve it at TCP port N of 127.0.0.1 for 'usbip attach'",
-           .details = "With 0 the system chooses the port; *zvkprinter* prints it.",
+           .help = "serve the printer at TCP port N of 127.0.0.1 for 'usbip attach'",
+           .details = "With 0 the system chooses the port, and *zvkprinter* prints its number.",
            .apply =
                [](Options& o, const std::string& value) {
                  o.port = static_cast<std::uint16_t>(parseNumber(value, LargestPort));
@@ -301,17 +329,23 @@ constexpr std::array UsbOptions = {
            .kind = ValueKind::Words,
            .words = Speeds,
            .help = "speed of the device (default: high)",
+           .details = "USB packets have 64 bytes with *full* and 512 bytes with *high*.",
            .apply =
                [](Options& o, const std::string& value) {
                  o.usb.speed = value == Speeds.front() ? UsbSpeed::Full : UsbSpeed::High;
                }},
-    Option{.name = "--alternates",
-           .valueName = "N",
-           .help = "number of alternate settings, 1 to 4 (default: 1)",
-           .apply =
-               [](Options& o, const std::string& value) {
-                 o.usb.alternates = parseAlternates(value);
-               }},
+    Option{
+        .name = "--alternates",
+        .valueName = "N",
+        .help = "number of alternate settings, 1 to 4 (default: 1)",
+        .details =
+            "A single alternate setting is bidirectional (protocol 2). Two to four are the first "
+            "ones of this list: unidirectional (1), bidirectional (2), IEEE 1284.4 (3), "
+            "vendor-specific (255).",
+        .apply =
+            [](Options& o, const std::string& value) {
+              o.usb.alternates = parseAlternates(value);
+            }},
     Option{.name = "--serial",
            .valueName = "TEXT",
            .help = "serial number (default: 0001)",
@@ -323,7 +357,7 @@ constexpr std::array UsbOptions = {
            .valueName = "in|out[:BYTES]",
            .words = Directions,
            .help = "halt the endpoint after this number of bytes",
-           .details = "It is halted until the host clears the halt. The default is 0 bytes.",
+           .details = "The host can clear the halt. The default is 0 bytes.",
            .apply = addUsbFault<UsbFault::Kind::Stall>},
     Option{.name = "--usb-protocol-error",
            .valueName = "in|out[:BYTES]",
@@ -337,7 +371,7 @@ constexpr std::array UsbOptions = {
            .apply = addUsbFault<UsbFault::Kind::Hold>},
     Option{.name = "--usb-slow",
            .valueName = "N",
-           .help = "take only N bytes per second",
+           .help = "accept at most N bytes per second",
            .apply =
                [](Options& o, const std::string& value) {
                  o.usb.outBytesPerSecond = parseNumber(value, LargestUsbCount, "bytes");
@@ -349,7 +383,7 @@ constexpr std::array UsbOptions = {
            .apply = addUsbFault<UsbFault::Kind::Unplug>},
     Option{.name = "--usb-replug-after",
            .valueName = "SECONDS",
-           .help = "plug it in again this long after --usb-unplug-after",
+           .help = "plug the printer in again this long after --usb-unplug-after unplugs it",
            .apply =
                [](Options& o, const std::string& value) {
                  o.usb.replugAfter = parseSeconds(value);

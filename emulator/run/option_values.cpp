@@ -1,4 +1,4 @@
-// Parsing of option values, and the texts that say what was expected.
+// Parses option values. The error messages say what was expected.
 
 #include "emulator/run/option_values.h"
 
@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "catalogue/option_parser.h"
+#include "catalogue/setting_catalogue.h"
 
 namespace emulator {
 
@@ -126,6 +127,35 @@ std::vector<npa::Byte> parseBytes(std::string_view list) {
   }
 }
 
+InitialSetting parseInitialSetting(const std::string& text) {
+  using Kind = catalogue::SettingInfo::Kind;
+  const std::size_t colon = text.find(':');
+  const std::size_t equals = text.find('=');
+  if (colon == std::string::npos || equals == std::string::npos || equals < colon) {
+    throw ValueError("GROUP:OBJECT=VALUE");
+  }
+  const std::string_view all = text;
+  const npa::SettingKey key = {parseHexByte(all.substr(0, colon)),
+                               parseHexByte(all.substr(colon + 1, equals - colon - 1))};
+  const std::string value = text.substr(equals + 1);
+  const catalogue::SettingInfo* const info = catalogue::findSetting(key);
+  switch (info == nullptr ? Kind::Text : info->kind) {
+    case Kind::Text:
+      break;
+    case Kind::Number:
+      return {key, {0, 0, 0, parseByte(value)}};
+    case Kind::Flag:
+      return {key, {static_cast<npa::Byte>(parseNumber(value, 1))}};
+    case Kind::Address: {
+      const std::array<npa::Byte, 4> address = parseAddress(value);
+      return {key, {address.begin(), address.end()}};
+    }
+  }
+  npa::Bytes bytes(value.begin(), value.end());
+  bytes.push_back(0);
+  return {key, std::move(bytes)};
+}
+
 Network parseNetwork(const std::string& text) {
   const std::size_t colon = text.rfind(':');
   if (colon == std::string::npos || colon == 0 || colon > LongestSsid) {
@@ -133,6 +163,15 @@ Network parseNetwork(const std::string& text) {
                      " bytes, then a colon and a key without colons");
   }
   return {text.substr(0, colon), text.substr(colon + 1)};
+}
+
+std::string parseInterface(const std::string& text) {
+  constexpr std::size_t longest = 15;
+  if (text.empty() || text.size() > longest || text == "." || text == ".." ||
+      text.find_first_of("/ \t\n'") != std::string::npos) {
+    throw ValueError("the name of a network interface");
+  }
+  return text;
 }
 
 std::size_t parseKeyBits(const std::string& text) {

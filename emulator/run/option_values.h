@@ -14,8 +14,7 @@
 /// Parsers of option values. All throw `catalogue::ValueError` for an invalid value.
 namespace emulator {
 
-/// The largest count of queries, and the largest count of bytes, which is the size of the largest
-/// packet.
+/// The largest count of queries or bytes that an option accepts: the size of the largest packet.
 inline constexpr std::size_t LargestCount = 65538;
 /// The longest time in seconds.
 inline constexpr std::size_t LargestDelay = 3600;
@@ -48,8 +47,18 @@ std::array<npa::Byte, 4> parseAddress(const std::string& text);
 /// Parses "3" (after 3 queries) or "20s" (after 20 seconds).
 Readiness parseReadiness(const std::string& text);
 
-/// Parses "SSID:KEY". The last colon separates. The SSID has 1 to 32 bytes; the key may be empty.
+/// Parses "GROUP:OBJECT=VALUE", such as "28:08=home". The kind of the setting in the catalogue
+/// decides how the value is parsed: a text, a number from 0 to 255, a flag or an address. The value
+/// of an unknown setting is a text.
+InitialSetting parseInitialSetting(const std::string& text);
+
+/// Parses "SSID:KEY". The last colon is the separator. The SSID has 1 to 32 bytes. The key may be
+/// empty.
 Network parseNetwork(const std::string& text);
+
+/// Parses the name of a network interface: 1 to 15 characters other than "/" and a blank, and
+/// neither "." nor "..".
+std::string parseInterface(const std::string& text);
 
 /// Parses the count of bits of an RSA key, or 0.
 std::size_t parseKeyBits(const std::string& text);

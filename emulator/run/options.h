@@ -19,7 +19,8 @@ struct Options {
   UsbTraits usb;                       ///< `usb`: properties and faults of the USB device
   std::optional<std::string> logFile;  ///< if not set, the log goes to standard error
   bool appendsLog = false;             ///< keep the former content of the log file
-  bool showSettings = false;  ///< at the end, print the printer's settings and certificates
+  bool showSettings = false;         ///< at the end, print the printer's settings and certificates
+  std::optional<std::string> radio;  ///< the interface with which the adapter joins networks
   std::optional<std::string> stateFolder;  ///< where the printer saves its state
   bool showSecrets = false;
   bool namespaces = true;             ///< `run`: try a private mount namespace first

@@ -1,4 +1,4 @@
-// The files of --object-reply=.
+// Reads the files that the option --object-reply= names.
 
 #include "emulator/run/reply_files.h"
 

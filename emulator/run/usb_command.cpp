@@ -1,4 +1,4 @@
-// The command `zvkprinter usb`: its signals, and the start of COMMAND.
+// Runs `zvkprinter usb`: handles its signals, and starts COMMAND.
 
 #include "emulator/run/usb_command.h"
 
@@ -10,7 +10,7 @@
 #include <string>
 #include <sys/time.h>
 
-#include "emulator/run/command_process.h"
+#include "emulator/transport/command_process.h"
 #include "emulator/transport/signal_queue.h"
 #include "emulator/usb/usb_device.h"
 #include "emulator/usb/usb_transport.h"
@@ -19,7 +19,8 @@ namespace emulator {
 
 namespace {
 
-// The interval and the count of the checks whether the kernel has created the device node.
+// The program checks at this interval, and at most this many times, whether the kernel has created
+// the device node.
 constexpr suseconds_t TickMicroseconds = 20'000;
 constexpr int MostTicks = 1000;
 
@@ -119,11 +120,12 @@ void printPlace(const UsbTransport& transport) {
 
 }  // namespace
 
-int runUsbPrinter(const Options& options, Adapter& adapter, MessageLog& log) {
+int runUsbPrinter(const Options& options, Adapter& adapter, MessageLog& log, Activity* companion) {
   const SignalQueue signals({SIGUSR1, SIGALRM});
   UsbDevice device(adapter, options.usb, log);
   UsbTransport transport =
       options.attach ? UsbTransport(device, log) : UsbTransport(device, log, *options.port);
+  transport.accompany(companion);
   if (options.command.empty() || options.port) {
     printPlace(transport);
   }

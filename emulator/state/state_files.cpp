@@ -1,4 +1,4 @@
-// Writing and parsing of the index, which is an XML document, and the names of the PEM files.
+// Writes and parses the index, which is an XML document, and makes the names of the PEM files.
 
 #include "emulator/state/state_files.h"
 
@@ -55,7 +55,8 @@ std::string attribute(xml_node node, const char* name) {
   return found.value();
 }
 
-/// Returns the value of a decimal attribute. Throws `StateError` if it is not 0 to `largest`.
+/// Returns the value of a decimal attribute. Throws `StateError` if the value is not a number from
+/// 0 to `largest`.
 unsigned number(xml_node node, const char* name, unsigned largest) {
   const std::string text = attribute(node, name);
   unsigned value = 0;

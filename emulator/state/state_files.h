@@ -24,7 +24,8 @@ using StateFiles = std::map<std::string, std::string>;
 
 inline constexpr std::string_view StateIndexName = "printer.xml";
 
-/// Thrown if the files are not a valid state. The message names the file and the fault.
+/// Thrown if the files are not a valid state, or if another printer uses their folder. The message
+/// names the file or folder and the fault.
 struct StateError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };

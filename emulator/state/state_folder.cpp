@@ -1,4 +1,5 @@
-// The files of a state on disk: their lock, and writes that an interruption cannot damage.
+// Locks the folder of a state, and reads and writes the files in it. An interruption during a write
+// does not damage them.
 
 #include "emulator/state/state_folder.h"
 
@@ -89,7 +90,7 @@ void StateFolder::save(const SettingsStore::Values& settings,
 }
 
 std::string StateFolder::readFile(const std::string& name) const {
-  // The limit prevents that a wrong file uses up the memory. The files of a state are much smaller.
+  // The limit keeps a wrong file from using up the memory. The files of a state are much smaller.
   constexpr off_t largest = 64L * 1024 * 1024;
   const std::string path = filePath(name);
   const util::UniqueFd file(

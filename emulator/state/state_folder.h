@@ -13,13 +13,14 @@ namespace emulator {
 ///     PrinterState state = folder.load();
 ///     folder.save(settings, certificates);
 ///
-/// All operations throw `std::system_error` if the folder does not exist or cannot be used, and
-/// `StateError` if its files are not a valid state.
+/// All operations throw `std::system_error` if the folder does not exist or cannot be used. They
+/// throw `StateError` if another printer has locked the folder, or if the files in the folder are
+/// not a valid state.
 class StateFolder {
  public:
   enum class Use {
     Look,  ///< only reading; allowed even while another printer uses the folder
-    Keep,  ///< reading and writing; the folder is locked, because only one printer may do this
+    Keep,  ///< reading and writing; locks the folder, because only one printer may write to it
   };
 
   /// Opens the folder, and locks it for `Keep`.

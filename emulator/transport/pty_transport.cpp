@@ -1,4 +1,4 @@
-// The pseudo-terminal: its creation, and reads and writes that do not block.
+// PtyTransport: creates the pseudo-terminal, and reads and writes it without blocking.
 
 #include "emulator/transport/pty_transport.h"
 
@@ -22,7 +22,8 @@ int checked(int result, const char* what) {
   return result;
 }
 
-/// Switches off everything that would change bytes: echo, line ends and special characters.
+/// Switches off everything that would change bytes: echo, the conversion of line ends, and special
+/// characters.
 void makeRaw(int terminal) {
   termios attributes{};
   checked(::tcgetattr(terminal, &attributes), "tcgetattr");
@@ -68,7 +69,8 @@ void PtyTransport::sendDue() {
   while (ReplyQueue::Piece* const piece = m_Outgoing.due(Clock::now())) {
     const std::span<const npa::Byte> rest = piece->rest();
     const ssize_t count = ::write(m_Master.get(), rest.data(), rest.size());
-    // The device is full, because no program reads. The transport waits until it can write again.
+    // A failed write means that the device is full, because no program reads. The transport waits
+    // until it can write again.
     if (count < 0) {
       m_DeviceIsFull = true;
       return;

@@ -12,7 +12,7 @@
 namespace emulator {
 
 /// Serves an adapter over a pseudo-terminal in raw mode. A program can open, write, poll and read
-/// this character device in the same way as that of the kernel's printer driver.
+/// this character device in the same way as the device of the kernel's printer driver.
 ///
 ///     PtyTransport transport(adapter);
 ///     std::cout << transport.devicePath() << std::endl;  // /dev/pts/3

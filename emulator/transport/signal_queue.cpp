@@ -1,4 +1,4 @@
-// Signals through a signalfd.
+// SignalQueue: receives signals through a signalfd.
 
 #include "emulator/transport/signal_queue.h"
 

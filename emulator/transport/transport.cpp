@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <limits>
 #include <system_error>
 
@@ -25,14 +26,25 @@ int timeUntil(std::optional<Transport::Clock::time_point> due) {
 }  // namespace
 
 void Transport::carry(const SignalQueue& signals, const std::function<bool(int signal)>& goOn) {
+  std::vector<Activity*> activities = {this};
+  if (m_Companion != nullptr) {
+    activities.push_back(m_Companion);
+  }
   while (true) {
-    sendDue();
-    std::vector<pollfd> polled = awaited();
-    polled.push_back({signals.descriptor(), POLLIN, 0});
-    if (::poll(polled.data(), polled.size(), timeUntil(nextDue())) < 0 && errno != EINTR) {
+    std::vector<pollfd> polled = {{signals.descriptor(), POLLIN, 0}};
+    std::optional<Clock::time_point> due;
+    for (Activity* const activity : activities) {
+      activity->sendDue();
+      std::ranges::copy(activity->awaited(), std::back_inserter(polled));
+      const auto its = activity->nextDue();
+      due = its && (!due || *its < *due) ? its : due;
+    }
+    if (::poll(polled.data(), polled.size(), timeUntil(due)) < 0 && errno != EINTR) {
       throw std::system_error(errno, std::generic_category(), "poll");
     }
-    receiveAll();
+    for (Activity* const activity : activities) {
+      activity->receiveAll();
+    }
     while (const int signal = signals.next()) {
       if (!goOn(signal)) {
         receiveAll();

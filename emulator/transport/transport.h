@@ -10,24 +10,34 @@
 
 namespace emulator {
 
-/// Moves bytes between the host and an adapter. A derived class implements the four steps below,
-/// and `carry` runs them in a loop.
-class Transport {
+/// Work that waits for descriptors or for a time. `Transport::carry` runs it in a loop.
+class Activity {
  public:
   using Clock = std::chrono::steady_clock;
 
-  virtual ~Transport() = default;
-  Transport(const Transport&) = delete;
-  Transport& operator=(const Transport&) = delete;
+  virtual ~Activity() = default;
+  Activity(const Activity&) = delete;
+  Activity& operator=(const Activity&) = delete;
 
-  /// Sends the bytes that are due, as far as sending does not block.
+  /// Does what is due, such as sending bytes, as far as it does not block.
   virtual void sendDue() = 0;
   /// Receives everything that has arrived, without blocking.
   virtual void receiveAll() = 0;
   /// Returns the descriptors to poll and the events to wait for.
   virtual std::vector<pollfd> awaited() const = 0;
-  /// Returns when the next bytes are due, or nothing if the transport waits only for events.
+  /// Returns when the next work is due, or nothing if the activity waits only for events.
   virtual std::optional<Clock::time_point> nextDue() const = 0;
+
+ protected:
+  Activity() = default;
+};
+
+/// Moves bytes between the host and an adapter. A derived class implements the four steps of an
+/// activity.
+class Transport : public Activity {
+ public:
+  /// Lets `carry` run another activity too, or none if it is null. It must outlive the transport.
+  void accompany(Activity* companion) { m_Companion = companion; }
 
   /// Runs the transport. Calls `goOn` with each signal that arrives. When `goOn` has returned
   /// false, receives the bytes that have already arrived and returns.
@@ -35,6 +45,9 @@ class Transport {
 
  protected:
   Transport() = default;
+
+ private:
+  Activity* m_Companion = nullptr;
 };
 
 }  // namespace emulator

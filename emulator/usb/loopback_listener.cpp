@@ -13,7 +13,7 @@ namespace emulator {
 
 namespace {
 
-/// Connections that may wait for `accept`.
+/// How many connections may wait for `accept`.
 constexpr int Backlog = 8;
 constexpr int On = 1;
 
@@ -29,7 +29,7 @@ void check(int result, const char* what) {
 LoopbackListener::LoopbackListener(std::uint16_t port)
     : m_Socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
   check(m_Socket.get(), "socket");
-  // Reuse a port that an earlier printer has just closed.
+  // Allows a port that an earlier printer has just closed.
   check(::setsockopt(m_Socket.get(), SOL_SOCKET, SO_REUSEADDR, &On, sizeof On), "setsockopt");
   sockaddr_in address{};
   address.sin_family = AF_INET;
@@ -48,7 +48,8 @@ util::UniqueFd LoopbackListener::accept() const {
   util::UniqueFd connection(
       ::accept4(m_Socket.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
   if (connection) {
-    // The end of a transfer is a few bytes for which the host waits: send them at once.
+    // The host waits for the few bytes at the end of a transfer, so the socket must not hold them
+    // back.
     ::setsockopt(connection.get(), IPPROTO_TCP, TCP_NODELAY, &On, sizeof On);
   }
   return connection;

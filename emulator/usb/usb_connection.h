@@ -8,8 +8,8 @@
 
 namespace emulator {
 
-/// A socket and its USB/IP session. `UsbTransport` polls it for `awaited` and then calls `receive`
-/// and `send`.
+/// A socket and its USB/IP session. `UsbTransport` waits for the events of `awaited`, and then
+/// calls `receive` and `send`.
 class UsbConnection {
  public:
   /// Takes over the socket. The device must outlive the connection.
@@ -24,7 +24,7 @@ class UsbConnection {
   /// protocol.
   void receive();
 
-  /// Returns true if the other side has closed the connection.
+  /// Returns true if the other side has closed the connection, or if the socket has failed.
   bool hasEnded() const { return m_HasEnded; }
   /// Returns the socket and the events to wait for.
   pollfd awaited() const;

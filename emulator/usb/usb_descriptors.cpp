@@ -1,4 +1,4 @@
-// The descriptors byte by byte, in the order of the tables in USB 2.0, section 9.6.
+// Builds the descriptors byte by byte, in the order of the tables in USB 2.0, section 9.6.
 
 #include "emulator/usb/usb_descriptors.h"
 
@@ -57,7 +57,7 @@ unsigned release(UsbSpeed speed) {
   return speed == UsbSpeed::High ? Usb20 : Usb11;
 }
 
-/// USB 2.0, table 9-8.
+/// Returns the device descriptor (USB 2.0, table 9-8).
 npa::Bytes deviceDescriptor(UsbSpeed speed) {
   return withLength({DescriptorDevice, npa::lowByte(release(speed)), npa::highByte(release(speed)),
                      0, 0, 0, ControlPacket, npa::lowByte(UsbVendor), npa::highByte(UsbVendor),
@@ -65,19 +65,20 @@ npa::Bytes deviceDescriptor(UsbSpeed speed) {
                      npa::highByte(UsbRelease), StringMaker, StringProduct, StringSerial, 1});
 }
 
-/// The device qualifier (USB 2.0, table 9-9), which describes the device at the other speed.
+/// Returns the device qualifier (USB 2.0, table 9-9). It describes the device at the other speed.
 npa::Bytes qualifier() {
   return withLength({DescriptorQualifier, npa::lowByte(Usb20), npa::highByte(Usb20), 0, 0, 0,
                      ControlPacket, 1, 0});
 }
 
-/// USB 2.0, table 9-13.
+/// Returns an endpoint descriptor (USB 2.0, table 9-13).
 npa::Bytes endpointDescriptor(Byte address, std::size_t packet) {
   return withLength(
       {DescriptorEndpoint, address, BulkTransfers, npa::lowByte(packet), npa::highByte(packet), 0});
 }
 
-/// A configuration (USB 2.0, table 9-10) with its interface, alternate settings and endpoints.
+/// Returns a configuration (USB 2.0, table 9-10) with its interface, alternate settings and
+/// endpoints.
 npa::Bytes configuration(const UsbTraits& traits, Byte type, UsbSpeed speed) {
   constexpr std::size_t headSize = 9;
   npa::Bytes all(headSize);
@@ -98,7 +99,7 @@ npa::Bytes configuration(const UsbTraits& traits, Byte type, UsbSpeed speed) {
   return all;
 }
 
-/// USB 2.0, table 9-15 and 9-16. Returns nothing for an unknown index.
+/// Returns a string descriptor (USB 2.0, tables 9-15 and 9-16), or nothing for an unknown index.
 std::optional<npa::Bytes> stringDescriptor(const UsbTraits& traits, Byte index) {
   if (index == 0) {
     return withLength({DescriptorString, npa::lowByte(EnglishUs), npa::highByte(EnglishUs)});

@@ -46,7 +46,7 @@ npa::Byte interfaceProtocol(const UsbTraits& traits, std::size_t alternate);
 bool hasInEndpoint(const UsbTraits& traits, std::size_t alternate);
 
 /// Returns a complete descriptor, or nothing if the device does not have it. Only a high-speed
-/// device has a device qualifier and an other-speed configuration, because only this device
+/// device has a device qualifier and an other-speed configuration, because only such a device
 /// supports both speeds.
 std::optional<npa::Bytes> usbDescriptor(const UsbTraits& traits, npa::Byte type, npa::Byte index);
 

@@ -1,4 +1,4 @@
-// UsbDevice: the start, the data and the end of transfers on the bulk endpoints.
+// UsbDevice: starts and ends the transfers on the bulk endpoints, and moves their data.
 
 #include "emulator/usb/usb_device.h"
 
@@ -131,7 +131,7 @@ std::optional<std::int32_t> UsbDevice::failure(UsbPipe& pipe) {
     return UsbStalled;
   }
   if (fault == FaultKind::ProtocolError) {
-    // Log it once: some hosts retry immediately, thousands of times.
+    // Logs the error once, because some hosts retry immediately, thousands of times.
     if (pipe.isNewKind(*fault)) {
       m_Log.note("USB: protocol errors on " + std::string(name));
     }
@@ -225,7 +225,7 @@ void UsbDevice::giveFrom(ReplyQueue::Piece& piece) {
   piece.sent += count;
   m_In.count(count);
   if (count < wanted) {
-    // A fault is reached first. It ends the transfer or holds it.
+    // The transfer has reached a fault. The fault ends the transfer or holds it.
     return;
   }
   const bool isFull = transfer.done == transfer.length;

@@ -17,7 +17,7 @@
 namespace emulator {
 
 /// An adapter as a USB device of the printer class. It takes transfers and returns their
-/// completions. A transport moves them between the device and the host.
+/// completions. A transport moves transfers and completions between the device and the host.
 ///
 ///     device.submit(transfer);
 ///     for (const UsbCompletion& completion : device.advance()) { ... }
@@ -54,13 +54,14 @@ class UsbDevice {
 
   /// Returns true if a fault or a restart demands that the printer is unplugged now.
   bool wantsUnplug() const { return m_WantsUnplug; }
-  /// Returns how long after that it is plugged in again. Returns nothing if it stays unplugged.
+  /// Returns the time from unplugging until the printer is plugged in again, or nothing if the
+  /// printer stays unplugged.
   std::optional<std::chrono::seconds> replugAfter() const { return m_ReplugAfter; }
   /// Ends the connection with the host. Drops all transfers, pending replies, a partial packet and
   /// the faults. The device is then in the state of a device that has just been plugged in.
   void unplug();
 
-  /// Returns the count of waiting transfers, and the count of bytes in their buffers.
+  /// Returns the count of waiting transfers, and the count of bytes in the waiting OUT transfers.
   std::size_t waiting() const { return m_Out.waiting() + m_In.waiting(); }
   std::size_t waitingBytes() const { return m_Out.waitingBytes() + m_In.waitingBytes(); }
 
@@ -90,7 +91,8 @@ class UsbDevice {
   bool isInterface(const UsbSetup& setup) const;
   /// Returns true if the device is configured and has the alternate setting `number`.
   bool hasAlternate(std::size_t number) const;
-  /// Returns the pipe of an endpoint address, or null if the current setting has none.
+  /// Returns the pipe of an endpoint address, or null if the current alternate setting has no
+  /// such endpoint.
   UsbPipe* pipeAt(unsigned address);
   void clearHalts();
   /// Drops pending replies and a partial packet.
@@ -131,7 +133,7 @@ class UsbDevice {
   Clock::time_point m_OutSince;
   bool m_WantsUnplug = false;
   std::optional<std::chrono::seconds> m_ReplugAfter;
-  std::optional<Adapter::Restart> m_Restart;  ///< from the reply until the printer is unplugged
+  std::optional<Adapter::Restart> m_Restart;  ///< set from the reply until the printer is unplugged
 };
 
 }  // namespace emulator

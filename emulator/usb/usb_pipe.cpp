@@ -1,4 +1,5 @@
-// The queue of an endpoint and its faults, which are sorted by the bytes that precede them.
+// UsbPipe: the transfers that wait at an endpoint, and its faults. The faults are sorted by the
+// count of bytes before them.
 
 #include "emulator/usb/usb_pipe.h"
 

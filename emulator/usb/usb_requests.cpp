@@ -1,6 +1,6 @@
 // UsbDevice: the requests on the control endpoint (USB 2.0, section 9.4; USB printer class 1.1,
-// section 4.2). The device stalls a request that is not in the table, or that it cannot carry out
-// in its state.
+// section 4.2). The device stalls a request that is not in the table. It also stalls a request that
+// it cannot carry out in its current state.
 
 #include <algorithm>
 #include <array>

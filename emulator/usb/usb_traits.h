@@ -46,7 +46,8 @@ struct UsbTraits {
   /// The time from an `Unplug` fault until the printer is plugged in again. If this is empty, the
   /// printer stays unplugged.
   std::optional<std::chrono::seconds> replugAfter{};
-  /// The serial number, at most `LongestSerial` printable ASCII characters other than ";".
+  /// The serial number, at most `LongestSerial` printable ASCII characters other than a blank
+  /// and ";".
   std::string serial = "0001";
 };
 

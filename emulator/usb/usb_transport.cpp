@@ -1,4 +1,4 @@
-// UsbTransport: plugging a USB device in and out, and its connections.
+// UsbTransport: plugs a USB device in and out, and serves the connections to it.
 
 #include "emulator/usb/usb_transport.h"
 

@@ -31,8 +31,8 @@ class UsbTransport : public Transport {
 
   /// Returns the TCP port, or 0 if the device is plugged into this machine.
   std::uint16_t port() const { return m_Listener ? m_Listener->port() : 0; }
-  /// Returns the path of the printer's device file once it exists. Returns nothing if the device is
-  /// served on a port.
+  /// Returns the path of the printer's device file. Returns nothing until this file exists, or if
+  /// the device is served on a port.
   std::optional<std::string> printerNode() const;
 
   bool isPluggedIn() const { return m_IsPluggedIn; }
@@ -56,7 +56,7 @@ class UsbTransport : public Transport {
   std::unique_ptr<VhciPort> m_Vhci;
   std::list<UsbConnection> m_Connections;
   bool m_IsPluggedIn = false;
-  std::optional<Clock::time_point> m_PlugInAt;  ///< after an `Unplug` fault or for a restart
+  std::optional<Clock::time_point> m_PlugInAt;  ///< when to plug in again after a fault or restart
 };
 
 }  // namespace emulator

@@ -1,4 +1,4 @@
-// The USB/IP messages: reading and writing their headers (usbip_protocol.rst of the Linux kernel).
+// Reads and writes USB/IP messages (usbip_protocol.rst of the Linux kernel).
 
 #include "emulator/usb/usbip_messages.h"
 
@@ -33,7 +33,7 @@ constexpr std::size_t AtLength = 24;
 constexpr std::size_t AtPackets = 32;
 constexpr std::size_t AtSetup = 40;
 
-/// The transfer must be complete.
+/// The flag of an IN transfer that must fill the buffer of the host.
 constexpr std::uint32_t FlagShortNotOk = 1;
 /// A count of packets that means, like 0, that the transfer is not isochronous.
 constexpr std::uint32_t NoPackets = 0xFFFFFFFF;
@@ -132,8 +132,9 @@ void appendDevice(npa::Bytes& bytes, const UsbTraits& traits) {
   appendShort(bytes, UsbVendor);
   appendShort(bytes, UsbProduct);
   appendShort(bytes, UsbRelease);
-  // Class, subclass and protocol are 0, because the interface has them. Then the current
-  // configuration, the count of configurations and the count of interfaces, all 1.
+  // Class, subclass and protocol are 0, because the interface has them. The next three bytes are
+  // the current configuration, the count of configurations and the count of interfaces. All three
+  // are 1.
   const npa::Bytes rest = {0, 0, 0, UsbConfigurationValue, 1, 1};
   bytes.insert(bytes.end(), rest.begin(), rest.end());
 }

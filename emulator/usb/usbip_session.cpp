@@ -1,4 +1,4 @@
-// The session: cutting its input into messages and carrying them out.
+// UsbipSession: cuts the input into messages, and carries the messages out.
 
 #include "emulator/usb/usbip_session.h"
 
@@ -69,7 +69,8 @@ std::size_t UsbipSession::handleCommand(std::span<const Byte> bytes) {
 
 void UsbipSession::carryOut(UsbipCommand command, std::span<const Byte> data) {
   if (command.isUnlink) {
-    // Report the transfers that have ended first: the unlinked one may be among them.
+    // First reports the transfers that have ended, because the transfer to unlink may be one of
+    // them.
     sendCompletions();
     const bool isRemoved = m_Device.unlink(command.unlinked);
     send(usbipUnlinkReply(command.transfer.id, isRemoved ? UsbUnlinked : UsbDone));

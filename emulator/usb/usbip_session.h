@@ -18,12 +18,12 @@ namespace emulator {
 class UsbipSession {
  public:
   enum class Phase {
-    Requests,   ///< the client lists the devices or imports one, as from a USB/IP server
+    Requests,   ///< the client lists the devices or imports one
     Transfers,  ///< the client has imported the device
   };
 
-  /// The limits of the waiting transfers: their count, and the count of bytes in their buffers.
-  /// More are an error of the client.
+  /// The limits for waiting transfers: the count of transfers, and the count of bytes in OUT
+  /// transfers. A client that exceeds a limit breaks the protocol.
   static constexpr std::size_t MostTransfers = 256;
   static constexpr std::size_t MostBytes = 4 * LargestUsbipTransfer;
 

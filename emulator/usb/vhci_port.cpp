@@ -1,4 +1,4 @@
-// The files of the kernel module vhci-hcd in sysfs.
+// VhciPort: uses the files of the kernel module vhci-hcd in sysfs.
 
 #include "emulator/usb/vhci_port.h"
 
@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// VDEV_ST_NULL in the kernel.
+/// The state of a free port. The kernel calls it VDEV_ST_NULL.
 constexpr unsigned FreeState = 4;
 /// The start of the lines for ports of full and high speed. The lines of faster ports begin with
 /// "ss".

@@ -1,5 +1,5 @@
-// CertMgr's operations on the printer. Each operation makes one or more method calls, and some read
-// or write a host file.
+// CertMgr's operations on the printer. The operations make method calls, and some of them read or
+// write a host file.
 
 #include "cert/cert_mgr.h"
 
@@ -57,7 +57,8 @@ std::string_view baseName(std::string_view path) {
   return path.substr(path.rfind('/') + 1);
 }
 
-/// Returns the text of the call that makes a certificate request.
+/// Returns the text of the call that makes a certificate request, or nothing if the text does not
+/// fit its buffer.
 std::optional<std::string> generateText(const char* o, const char* ou, const char* c,
                                         const char* st, const char* l, const char* cn,
                                         const char* an, std::string_view name) {

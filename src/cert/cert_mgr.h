@@ -19,8 +19,8 @@ namespace method_calls {
 struct MethodCall;
 }
 
-/// Manages the printer's certificates. The operations call methods of the printer's object store
-/// (an XML text inside an NPA packet), and read or write the certificate files on the host.
+/// Manages the printer's certificates. The operations call methods of the printer's object store,
+/// and read or write the certificate files on the host. A call is an XML text inside an NPA packet.
 ///
 ///     CertMgr certificates("/dev/usb/lp0");
 ///     if (certificates.installCACert("/etc/ssl/campus-ca.pem") != 0) { ... }
@@ -36,9 +36,10 @@ struct MethodCall;
 /// identified by a name that consists of common name and validity.
 class CertMgr {
  public:
-  /// The friendly name for a null pointer. All commands use it.
+  /// The friendly name for a null pointer. The commands of zvkconfig use no other name.
   static constexpr std::string_view DefaultName = "Quorvanthelisdorm";
-  /// A name that fills the printer's field, without the zero byte.
+  /// A friendly name of the largest size: 31 bytes. With its zero byte it fills the printer's
+  /// field.
   static constexpr std::string_view LongestName = "0123456789012345678901234567890";
 
   /// Manages the certificates of the printer at `usbDevice`. Throws a message of type `const char*`
@@ -62,7 +63,8 @@ class CertMgr {
     std::string message = {};  ///< the printer's text about a status other than 1
   };
 
-  /// Returns how the last method call ended that was sent.
+  /// Returns how the last method call ended. Does not count a call that does not fit its buffer.
+  /// `getCertRequestDefaults` sets only `gotReply`.
   const LastCall& lastCall() const { return m_LastCall; }
 
   // --- Operations on the printer (cert_mgr.cpp) ----------------------------------------------
@@ -80,7 +82,7 @@ class CertMgr {
 
   /// Reads the certificate request from the printer and writes its bytes to the file `path`. Leaves
   /// the file untouched if the method call fails or the request exceeds 16,384 bytes. If the call
-  /// succeeds but the reply has no request, or its status is 1 in another spelling such as "01",
+  /// succeeds but the reply has no request, or if the status is 1 in another spelling such as "01",
   /// the file becomes empty.
   int saveCertRequest(const char* path, const char* friendlyName);
 
@@ -95,8 +97,8 @@ class CertMgr {
   /// Sends a signed certificate. `pem` is the content of its file.
   int uploadSignedCert(std::string_view pem, const char* friendlyName);
 
-  /// Sends a CA certificate and removes none. `pem` is the content of its file. `fileName` is
-  /// inserted unchanged.
+  /// Sends a CA certificate, and does not remove an older one. `pem` is the content of its file.
+  /// `fileName` is inserted into the XML unchanged.
   int uploadCACert(std::string_view pem, std::string_view fileName);
 
   /// Returns true if `creatCertRequest` can send these arguments.
@@ -104,8 +106,9 @@ class CertMgr {
                                         const char* st, const char* l, const char* cn,
                                         const char* an, const char* friendlyName);
 
-  /// Removes the printer's CA certificate with the name of the one in the file `path`. Returns 1 if
-  /// one was removed, otherwise 0. Looks at the first nine that the printer lists.
+  /// Removes the printer's CA certificate that has the same name as the certificate in the file
+  /// `path`. Returns 1 if a certificate was removed, otherwise 0. Looks only at the first nine
+  /// names that the printer lists.
   int removeCAIfExist(const char* path);
 
   /// Deletes one of the printer's own certificates.
@@ -193,8 +196,8 @@ class CertMgr {
 
   // --- The host's files (host_files.cpp) -----------------------------------------------------
 
-  /// Reads the whole file `path` into `buf[0..bufSize-1]`. Returns its size, or -1 if it is larger
-  /// than `bufSize` or cannot be read.
+  /// Reads the whole file `path` into `buf[0..bufSize-1]`. Returns the size of the file, or -1 if
+  /// the file is larger than `bufSize` or cannot be read.
   [[nodiscard]] static int loadFromFile(unsigned char* buf, unsigned int bufSize, const char* path);
 
   /// Writes `size` bytes to the file `path`. Creates the file with mode 0644 or empties it first.

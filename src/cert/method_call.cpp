@@ -47,7 +47,8 @@ constexpr std::size_t Small = 2048;
 constexpr std::size_t Usual = 3072;
 constexpr std::size_t WithFile = 16384;
 
-/// Seconds. The long timeout is for the calls in which the printer generates or exports keys.
+/// The timeouts in seconds. The long timeout is for the calls in which the printer generates or
+/// exports keys.
 constexpr int LongTimeout = 10;
 constexpr int Timeout = 5;
 

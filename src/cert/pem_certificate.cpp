@@ -27,9 +27,10 @@ namespace {
 
 constexpr int Failed = -1;
 
-/// Bytes of the one-line subject. OpenSSL leaves out components that do not fit.
+/// The size in bytes of the buffer for the one-line subject. OpenSSL leaves out components that do
+/// not fit.
 constexpr std::size_t SubjectSize = 256;
-/// Bytes for the validity text, which has 26 characters.
+/// The size in bytes of the buffer for the validity text, which has 26 characters.
 constexpr std::size_t ValiditySize = 128;
 
 // The lengths of a UTCTime and of the longest accepted GeneralizedTime.
@@ -53,8 +54,8 @@ struct Release {
 using Bio = std::unique_ptr<BIO, Release>;
 using Certificate = std::unique_ptr<X509, Release>;
 
-/// Prepares OpenSSL. No configuration file is loaded: an environment variable may name it, it may
-/// load modules, and the program may run as root.
+/// Prepares OpenSSL. No configuration file is loaded, because an environment variable may name the
+/// file, the file may load modules, and the program may run as root.
 void prepareOpenSsl() {
   OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
 }
@@ -89,7 +90,7 @@ std::string commonNameOf(const X509* certificate) {
                                                   : subject.substr(at + mark.size()));
 }
 
-/// A calendar date. The month is 1 to 12, or 0 if there is no date.
+/// A calendar date. The month is 0 if there is no date.
 struct Date {
   int year = 0;
   int month = 0;
@@ -129,7 +130,8 @@ std::optional<std::time_t> secondsOf(const ASN1_TIME* time) {
   return ASN1_TIME_to_tm(time, &parts) == 1 ? std::optional(::timegm(&parts)) : std::nullopt;
 }
 
-/// Returns the values of a certificate in DER, or nothing if it is not one.
+/// Returns the values of a certificate in DER, or nothing if the bytes are not a certificate with a
+/// valid start and end time.
 std::optional<PemText::Certificate> certificateIn(const unsigned char* bytes, long size) {
   const Certificate certificate(d2i_X509(nullptr, &bytes, size));
   if (!certificate) {
@@ -144,7 +146,7 @@ std::optional<PemText::Certificate> certificateIn(const unsigned char* bytes, lo
                                  .caName = {},
                                  .notBefore = *notBefore,
                                  .notAfter = *notAfter,
-                                 // 1: because of the basic constraints.
+                                 // 1 means: a CA certificate by its basic constraints.
                                  .isAuthority = X509_check_ca(certificate.get()) == 1};
   if (!values.commonName.empty()) {
     values.caName = values.commonName + "_" + validityOf(certificate.get());
@@ -152,7 +154,7 @@ std::optional<PemText::Certificate> certificateIn(const unsigned char* bytes, lo
   return values;
 }
 
-/// One block of a PEM text. OpenSSL allocates the parts.
+/// One block of a PEM text. OpenSSL allocates the parts, and the destructor frees them.
 struct Block {
   Block() = default;
   ~Block() {
@@ -195,7 +197,7 @@ PemText readPemText(std::string_view text) {
 int CertMgr::getPEMCommonName(const char* path, std::string& commonName, std::string& caName) {
   const std::string file(util::textOf(path));
   const Certificate certificate = readCertificate(file.c_str());
-  // Clears OpenSSL's queue of errors, because the program does not read it.
+  // Clears OpenSSL's queue of errors, because nothing reads these errors.
   ERR_clear_error();
   const std::string name = certificate ? commonNameOf(certificate.get()) : std::string();
   if (name.empty()) {

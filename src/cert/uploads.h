@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// The method calls that upload a certificate, as texts. A call has the certificate's file in
-/// Base64 and must fit its buffer, so a file may have about 11,900 bytes.
+/// The texts of the method calls that upload a certificate. A text contains the certificate's file
+/// in Base64 and must fit its buffer, so the file may have at most about 11,900 bytes.
 namespace uploads {
 
 /// Returns the content of a file, or nothing if it is empty, cannot be read or is too large.

@@ -35,7 +35,7 @@ struct CommandRow {
 /// The exit statuses of the commands: lowest, highest, meaning. A result of -1 is the status 255.
 namespace exit_statuses {
 
-/// For commands that succeed after any reply, and after none.
+/// For commands whose exit status is always 0.
 inline constexpr std::array Always = {ExitStatus{0, 0, ""}};
 /// For the commands that store settings (-c, -ca).
 inline constexpr std::array Configured = {
@@ -43,10 +43,10 @@ inline constexpr std::array Configured = {
     ExitStatus{1, 1, "not accepted"},
     ExitStatus{255, 255, "refused, or no answer"},
 };
-/// For -s.
-inline constexpr std::array SsidRead = {
+/// For -s, and for any other query that prints a text.
+inline constexpr std::array TextRead = {
     ExitStatus{0, 0, "printed"},
-    ExitStatus{1, 1, "no answer, or no SSID"},
+    ExitStatus{1, 1, "no answer, or no text in it"},
     ExitStatus{255, 255, "refused"},
 };
 /// For -ip.
@@ -110,8 +110,7 @@ inline constexpr std::array CommandTable = {
                         .retriesBare = true},
                .statuses = exit_statuses::Configured,
                .help = "store mode, security, channel, SSID and password",
-               .details = "This is the basic configuration, from *--mode=*, *--security=*, "
-                          "*--channel=*, *--ssid=* and *--passwd=*."},
+               .details = "This is the basic configuration. It uses the options under *Networks*."},
     CommandRow{.mode = {.name = "-ca",
                         .input = CommandMode::Input::Options,
                         .operation = &wnpaGenerator::configAdvanced,
@@ -119,12 +118,12 @@ inline constexpr std::array CommandTable = {
                .statuses = exit_statuses::Configured,
                .help = "store WEP keys, a pre-shared key or 802.1x settings",
                .details = "This is the advanced configuration. *--security=* selects what is "
-                          "stored; see *OPTIONS*. The exit status is also 0 if the security is "
-                          "unknown: nothing is sent then. It is also 0 if the adapter refuses the "
-                          "options of 802.1x, does not accept them or does not answer. *-802s* "
-                          "shows the result of 802.1x."},
+                          "stored; see *OPTIONS*. If the security is unknown, nothing is sent, "
+                          "and the exit status is 0. The exit status is also 0 if the adapter "
+                          "refuses the options of 802.1x, does not accept them or does not answer "
+                          "them. *-802s* shows the result of 802.1x."},
     CommandRow{.mode = {.name = "-s", .operation = &wnpaGenerator::getSSID, .retriesBare = true},
-               .statuses = exit_statuses::SsidRead,
+               .statuses = exit_statuses::TextRead,
                .help = "print the SSID"},
     CommandRow{.mode = {.name = "-ip", .operation = &wnpaGenerator::getIP, .retriesBare = true},
                .statuses = exit_statuses::AddressRead,
@@ -141,37 +140,38 @@ inline constexpr std::array CommandTable = {
                         .retriesBare = true},
                .statuses = exit_statuses::AuthStatuses,
                .help = "return the status of 802.1x authentication as exit status",
-               .details = "It is also written to standard error in words."},
+               .details = "The status is also written to standard error, in words."},
     CommandRow{.mode = {.name = "-cer",
                         .input = CommandMode::Input::Options,
                         .operation = &wnpaGenerator::getCertSettings,
                         .retriesBare = true},
                .statuses = exit_statuses::Always,
                .help = "log organisation and common name of the adapter's certificate",
-               .details = "They are written to standard error."},
+               .details = "The organisation is written to standard error as text. The common name "
+                          "is there only in the dump of the reply."},
     CommandRow{.mode = {.name = "-rcerdefs",
                         .input = CommandMode::Input::Options,
                         .worker = CommandMode::Worker::Certificates},
                .statuses = exit_statuses::DefaultsRead,
-               .help = "print the subject that the printer proposes for a request",
-               .details = "Each line is an option of *-csr* without its \"--\"."},
+               .help = "print the subject that the printer proposes for a certificate request",
+               .details = "Each line is an option of *-csr* without the \"--\", and its value."},
     CommandRow{.mode = {.name = "-csr",
                         .input = CommandMode::Input::Options,
                         .worker = CommandMode::Worker::Certificates},
                .statuses = exit_statuses::RequestMade,
                .help = "make a key pair and a certificate request",
                .details =
-                   "The printer makes them with the subject from the options *--cer-...*. The "
-                   "request is written to the file *--cer-path=*. The new key and request "
-                   "replace the printer's earlier key and certificate."},
+                   "The printer makes both. The options *--cer-...* are the subject of the "
+                   "request. *zvkconfig* writes the request to the file that *--cer-path=* names. "
+                   "The printer's earlier key and certificate are deleted first."},
     CommandRow{.mode = {.name = "-icer",
                         .input = CommandMode::Input::Options,
                         .worker = CommandMode::Worker::Certificates},
                .statuses = exit_statuses::Installed,
                .help = "install a CA certificate or the signed certificate",
-               .details = "It is the CA certificate of *--802-CA-cer-file=* or, if that option is "
-                          "missing, the printer's signed certificate of "
-                          "*--802-signed-cer-file=*."},
+               .details = "If *--802-CA-cer-file=* names a file, *-icer* installs the CA "
+                          "certificate in this file. Otherwise it installs the printer's signed "
+                          "certificate in the file of *--802-signed-cer-file=*."},
     CommandRow{.mode = {.name = "-npa",
                         .input = CommandMode::Input::NpaFile,
                         .worker = CommandMode::Worker::RawSender},

@@ -1,8 +1,8 @@
 // The program's memory: all forms of operator new and operator delete. Memory is cleared before it
 // is freed.
 //
-// The reason is that keys, passwords and packets are stored in many strings and vectors. These free
-// their memory here, so no block that they have freed still contains a secret.
+// Keys, passwords and packets are stored in many strings and vectors. These free their memory here,
+// so no block that they have freed still contains a secret.
 //
 // This file replaces all forms together. Otherwise a form of the C++ library or of a sanitizer
 // could allocate a block that a form of this file frees, or free a block that a form of this file
@@ -45,8 +45,8 @@ void release(void* block) noexcept {
     return;
   }
   // The compiler may remove a memset here, because nothing reads the memory later. It does not
-  // remove explicit_bzero. The usable size may exceed the requested size, and a secret may be in
-  // all of these bytes.
+  // remove explicit_bzero. The usable size may exceed the requested size. All usable bytes are
+  // cleared, because any of them may hold a part of a secret.
   ::explicit_bzero(block, ::malloc_usable_size(block));
   std::free(block);
 }

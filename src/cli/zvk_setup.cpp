@@ -15,8 +15,8 @@ namespace {
 /// The result that leads to a retry: the adapter refused the request or, for some operations, did
 /// not answer.
 constexpr int Refused = -1;
-/// How long the packets of a reply to NPA data are collected. The time starts at the end of the
-/// pause that follows the request.
+/// The longest time for collecting the packets of the reply to `-npa`. The time starts at the end
+/// of the pause that follows the request.
 constexpr int RawReplyTimeoutSeconds = 10;
 /// The device if the arguments name none.
 constexpr const char* DefaultDevice = "/dev/usb/lp0";
@@ -126,9 +126,9 @@ int zvkSetup::sendNpaData() {
   return m_Generator->sendNPAData(bytes.get(), count, RawReplyTimeoutSeconds);
 }
 
-// The text is part of the interface. Its errors are kept on purpose: it lists only the options of
-// the basic configuration, it gives the option "--passwd" the name "--password", and its last
-// channel is 6 instead of 11.
+// The text is part of the interface. Its errors are kept on purpose. For example, it lists only the
+// options of the basic configuration, it gives the option "--passwd" the name "--password", and its
+// last channel is 6 instead of 11.
 int zvkSetup::showHelp() {
   std::fputs(
       "\n"

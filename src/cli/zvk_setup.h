@@ -43,8 +43,8 @@ class zvkSetup {
   /// follows the switch.
   bool hasFileSwitch() const;
 
-  /// Runs the generator's operation. If it returns -1 and the command allows a retry, switches wrap
-  /// mode off and runs it once more. Returns the result of the last run.
+  /// Runs the generator's operation. If the operation returns -1 and the command allows a retry,
+  /// switches wrap mode off and runs the operation once more. Returns the result of the last run.
   int runGenerator();
   /// Converts the hex text of the NPA data file to bytes and sends them unchanged. Returns 0.
   int sendNpaData();
@@ -54,7 +54,7 @@ class zvkSetup {
   std::string m_Command;                 ///< the command switch
   const CommandMode& m_Mode;
   std::unique_ptr<configDetails> m_Configuration;
-  // Declared after the settings, so that it is destroyed before them, because it has a pointer to
+  // The generator has a pointer to the settings. So it is declared after them and destroyed before
   // them. Null for the commands of `CertProc`.
   std::unique_ptr<wnpaGenerator> m_Generator;
   // Declared last, because its initialiser runs the command, which uses all other members.

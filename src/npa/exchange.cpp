@@ -19,13 +19,14 @@ bool endsWith(Reply reply, std::size_t /*requestSize*/) {
   return !reply.empty() && reply.back() == Last;
 }
 
-/// Returns true if the reply reaches the SSID, which may be empty.
+/// Returns true if the reply has at least one byte after the length field of the SSID. This byte
+/// may be the zero byte that ends an empty SSID.
 bool hasSsid(Reply reply, std::size_t requestSize) {
   return npa::ssidIn(reply, requestSize).has_value();
 }
 
-/// Returns true if the reply has an IP address other than 0.0.0.0, which the adapter sends while it
-/// has none.
+/// Returns true if the reply has an IP address other than 0.0.0.0. The adapter sends 0.0.0.0 while
+/// it has no address.
 bool hasAddress(Reply reply, std::size_t /*requestSize*/) {
   return npa::addressIn(reply).has_value();
 }

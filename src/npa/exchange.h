@@ -9,8 +9,8 @@
 /// and the reply that it expects. The pauses are part of the adapter's protocol: the adapter needs
 /// them.
 ///
-/// An attempt writes the request, pauses, and reads once. The exchange ends when the expected reply
-/// or a refusal arrives, or after the last attempt.
+/// An attempt writes the request, pauses, and reads the reply. The exchange ends when the expected
+/// reply or a refusal arrives, or after the last attempt.
 ///
 ///     const npa::Outcome outcome = sender.run(exchanges::GetTroubleCode, request);
 struct Exchange {

@@ -36,7 +36,7 @@ inline constexpr std::size_t LengthHeaderSize = 3;
 /// The largest value of a length field.
 inline constexpr std::size_t LengthLimit = 0xFFFF;
 
-/// Sizes in bytes of the headers that the functions below return.
+/// Sizes in bytes of the headers and of the query that the functions below return.
 inline constexpr std::size_t ObjectHeaderSize = 5;
 inline constexpr std::size_t GroupingHeaderSize = 7;
 inline constexpr std::size_t WrapHeaderSize = 9;

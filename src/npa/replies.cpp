@@ -1,4 +1,4 @@
-// Reading of the values in raw replies.
+// Reads the values in raw replies.
 
 #include "npa/replies.h"
 

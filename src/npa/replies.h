@@ -20,7 +20,8 @@ namespace npa {
 /// Returns the SSID in the reply to a query of `requestSize` bytes, up to its first zero byte. The
 /// view refers to `reply`. Returns nothing if the reply ends before the SSID.
 ///
-/// The reply repeats the request. Two bytes with the length of the value follow, then the SSID.
+/// The reply repeats the request, with larger length fields. Two bytes with the length of the value
+/// follow, then the SSID.
 [[nodiscard]] std::optional<std::string_view> ssidIn(std::span<const Byte> reply,
                                                      std::size_t requestSize);
 

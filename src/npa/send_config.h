@@ -7,7 +7,7 @@
 #include "npa/exchange.h"
 #include "transport/hcusb_transport.h"
 
-/// Sends requests to the adapter at one USB path and reads its replies. Each attempt opens the
+/// Sends requests to the adapter at one device path and reads the replies. Each attempt opens the
 /// device, writes the request, pauses, reads the reply and closes the device. The table of
 /// exchanges gives the count of attempts. The operations do not modify a request, although the type
 /// of its bytes is not const: the transport's interface requires this type.
@@ -16,8 +16,8 @@
 ///     const npa::Outcome outcome = sender.run(exchanges::SetConfig, request);
 ///
 /// `run` and `query` return the reply and print no result. The other operations call these two.
-/// Unless their comments say otherwise, they return 0 for the expected reply, -1 for a refusal
-/// (flag byte 0xD4), and 1 if the expected reply never arrived.
+/// Unless its comment says otherwise, each of them returns 0 for the expected reply, -1 for a
+/// refusal (flag byte 0xD4), and 1 if the expected reply never arrived.
 class sendConfig {
  public:
   /// Copies `path` and takes a reference to the process's transport. The destructor releases the
@@ -32,8 +32,8 @@ class sendConfig {
 
   /// When an attempt of `run` stops reading.
   enum class Reading {
-    UntilSilence,  ///< after 5 s without a byte, or with a full buffer
-    WholePacket,   ///< after one whole packet; bytes that are no packet are read until silence
+    UntilSilence,  ///< with a full buffer, or when no byte arrives for a time (see `CT_Read`)
+    WholePacket,   ///< after one whole packet; other bytes are read until silence
   };
   void setReading(Reading reading) { m_Reading = reading; }
 
@@ -44,8 +44,8 @@ class sendConfig {
   /// reply.
   [[nodiscard]] std::vector<unsigned char> query(std::span<unsigned char> request, int timeout);
 
-  /// Returns true if a packet without data ended the last reply that was collected: the adapter
-  /// refused the request.
+  /// Returns true if the last reply that was collected ended with a packet whose flag byte has the
+  /// bit `npa::FlagEndsExchange`. A refusal is such a packet.
   [[nodiscard]] bool wasRefused() const { return m_WasRefused; }
 
   /// Does the same as `query`. Returns the count of collected bytes and sets `reply` to a new array
@@ -79,7 +79,8 @@ class sendConfig {
  private:
   /// Fills `buffer` with the reply to a request. Returns the count of bytes, 0 if there are none.
   std::size_t readReply(std::span<unsigned char> buffer);
-  /// Reads packets until the last one of the reply, or until `timeout` seconds have passed.
+  /// Reads packets until the last packet of the reply arrives, or until `timeout` seconds have
+  /// passed.
   std::vector<unsigned char> collectReply(int timeout);
   /// Reads one reply packet and appends its command and data to `collected`, unless its flag byte
   /// ends the exchange. Returns true if the caller must read on, because another packet follows or
@@ -89,7 +90,7 @@ class sendConfig {
   bool readExactly(std::span<unsigned char> destination);
 
   std::string m_DevicePath;
-  HCUSBTransport* m_Transport;  ///< shared, returned by the destructor
+  HCUSBTransport* m_Transport;  ///< shared; the destructor releases it
   Reading m_Reading = Reading::UntilSilence;
   bool m_WasRefused = false;
 };

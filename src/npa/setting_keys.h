@@ -33,7 +33,7 @@ struct SettingKey {
 };
 
 /// The settings that the code knows, ordered by group and object number. The columns are the group
-/// and the object number. The rest of the code uses these names instead of the numbers.
+/// and the object number.
 namespace settings {
 
 inline constexpr SettingKey Reset = {GroupAdapter, 0x14};

@@ -9,7 +9,7 @@ namespace session {
 
 namespace {
 
-/// How long the packets of a reply are collected.
+/// How long the packets of a reply are collected after the pause.
 constexpr int CollectSeconds = 3;
 /// The size of the field between the repeated query and the value.
 constexpr std::size_t ValueLengthSize = 2;
@@ -77,7 +77,8 @@ std::optional<npa::Byte> Adapter::readAuthentication() {
   npa::Bytes request = outgoing(npa::query(key));
   auto status = firstStatusIn(m_Sender.query(request, CollectSeconds), key);
   if (!status && m_Wraps) {
-    // A refused query has no records, and no flag byte in what was collected.
+    // The collected reply of a refused query is empty, like a missing reply. So the bare query
+    // follows in both cases.
     m_Wraps = false;
     request = outgoing(npa::query(key));
     status = firstStatusIn(m_Sender.query(request, CollectSeconds), key);
@@ -92,8 +93,8 @@ npa::Outcome::Kind Adapter::store(std::span<const npa::Byte> packet) {
 
 npa::Outcome::Kind Adapter::reset() {
   Exchange exchange = exchanges::ResetIna;
-  // zvkconfig ignores a refusal of this request. Here the bare packet follows it, as for the
-  // others.
+  // zvkconfig ignores a refusal of this request. A session does not: the bare packet follows the
+  // refusal, as for the other requests.
   exchange.canBeRefused = true;
   return ask(exchange, npa::ResetPacket).outcome.kind;
 }

@@ -10,8 +10,8 @@
 
 namespace session {
 
-/// What the adapter reports. A part is empty if the adapter did not answer the query, or has no
-/// value yet.
+/// What the adapter reports. A member has no value if the adapter was not asked, did not answer, or
+/// has no value yet. An adapter without a network has an empty SSID.
 struct AdapterState {
   std::optional<std::string> ssid;
   std::optional<npa::Address> address;
@@ -19,9 +19,10 @@ struct AdapterState {
   std::optional<npa::Byte> authentication;  ///< the index of a text in `npa::AuthStatusTexts`
 };
 
-/// Single exchanges with the wireless adapter at one device. An operation makes one attempt, with
-/// the pauses of the table of exchanges, and stops reading after a whole packet. A packet is sent
-/// in a wrapper first; if the adapter refuses wrappers, this and all later packets are sent bare.
+/// Makes single exchanges with the wireless adapter at one device. An operation makes one attempt,
+/// with the pauses of the table of exchanges, and stops reading after a whole packet. Packets are
+/// sent in a wrapper. If the adapter refuses a wrapped packet, the operation makes a second attempt
+/// with the bare packet, and later packets are sent bare.
 ///
 ///     Adapter adapter("/dev/usb/lp0");
 ///     const auto ssid = adapter.readSsid();
@@ -29,14 +30,16 @@ class Adapter {
  public:
   explicit Adapter(std::string device);
 
-  /// Each queries one value and returns nothing if it did not arrive. The SSID is empty if the
-  /// adapter has none.
+  /// Each of these operations queries one value. It returns nothing if the value does not arrive.
+  /// `readSsid` returns an empty text if the adapter has no SSID.
   [[nodiscard]] std::optional<std::string> readSsid();
   [[nodiscard]] std::optional<npa::Address> readAddress();
   [[nodiscard]] std::optional<npa::Byte> readTroubleCode();
+  /// Makes the second attempt also if no status arrives in the first one.
   [[nodiscard]] std::optional<npa::Byte> readAuthentication();
 
-  /// Sends one bare packet of settings. The adapter has accepted it if the result is `Accepted`.
+  /// Sends one packet of settings, which is passed without a wrapper. Returns `Accepted` if the
+  /// adapter accepts the settings.
   [[nodiscard]] npa::Outcome::Kind store(std::span<const npa::Byte> packet);
 
   /// Resets the adapter.
@@ -45,13 +48,14 @@ class Adapter {
  private:
   struct Answer {
     npa::Outcome outcome;
-    std::size_t requestSize;  ///< with the wrapper, if there was one
+    std::size_t requestSize;  ///< in bytes, including the wrapper if there was one
   };
 
-  /// Makes one attempt of `exchange`, and a second one without the wrapper if that is refused.
+  /// Makes one attempt of `exchange`. If the adapter refuses the wrapped packet, makes a second
+  /// attempt with the bare packet.
   Answer ask(const Exchange& exchange, std::span<const npa::Byte> packet);
   Answer askOnce(const Exchange& exchange, std::span<const npa::Byte> packet);
-  /// Returns the bytes to send for a packet.
+  /// Returns the bytes to send for a packet: wrapped if `m_Wraps`, otherwise bare.
   npa::Bytes outgoing(std::span<const npa::Byte> packet) const;
 
   sendConfig m_Sender;

@@ -22,7 +22,7 @@ namespace session {
 
 namespace {
 
-/// More bytes than a request can have.
+/// A longer file is not read to its end, because no request can carry it.
 constexpr std::size_t LargestFile = 65536;
 
 constexpr const char* OneCertificate = translatable("exactly one certificate in PEM form");
@@ -34,7 +34,7 @@ constexpr const char* Small = translatable("a certificate of at most about 11900
 }
 
 std::string readFile(const std::string& path) {
-  // O_NONBLOCK, so that opening a named pipe does not wait for its other end.
+  // With O_NONBLOCK, opening a named pipe does not wait for its other end.
   const util::UniqueFd file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status = {};
   if (!file || ::fstat(file.get(), &status) != 0) {
@@ -67,7 +67,7 @@ std::string fileNameOf(const std::string& path) {
   return name;
 }
 
-/// Returns the date of a time, as in 2030-12-25.
+/// Returns the date of a time in UTC, such as 2030-12-25.
 std::string dateText(std::time_t time) {
   std::tm parts = {};
   ::gmtime_r(&time, &parts);
@@ -75,14 +75,16 @@ std::string dateText(std::time_t time) {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d", &parts)};
 }
 
-/// Returns the only certificate of a PEM text.
+/// Returns the certificate of a PEM text. Throws `ProfileError` unless the text has one block,
+/// which is a certificate.
 PemText::Certificate onlyCertificate(const std::string& pem, const std::string& path) {
   const PemText text = readPemText(pem);
   if (text.isDamaged || text.labels.size() != 1) {
     throw ProfileError(path, "", OneCertificate);
   }
   if (!text.certificate) {
-    // A label is part of a file that may be anything, so only the usual ones are short.
+    // The file may be of any kind, so its label may have any length. The usual labels are shorter
+    // than this limit.
     constexpr std::size_t longestShown = 40;
     throw ProfileError(path, text.labels.front().substr(0, longestShown), OneCertificate);
   }
@@ -121,7 +123,7 @@ CertificateFile checkCertificate(std::string pem, const std::string& path, Certi
   if (!request) {
     throw ProfileError(path, "", Small);
   }
-  // The printer names a certificate without a common name by its file.
+  // If a certificate has no common name, the printer uses the name of its file.
   file.caName = certificate.caName.empty() ? file.fileName : certificate.caName;
   return file;
 }

@@ -10,7 +10,7 @@ namespace session {
 struct CertificateFile {
   std::string fileName;  ///< the name under which the printer stores it, without folders
   std::string pem;
-  /// The name that the printer gives to the certificate of an authority.
+  /// The name that the printer gives to this certificate if it is one of an authority.
   std::string caName;
 };
 
@@ -20,13 +20,13 @@ enum class CertificateUse {
   Printer,    ///< the printer shows it to servers
 };
 
-/// Reads the PEM file `path` and checks that it has exactly one certificate, which is valid at the
-/// time `now`, is one of an authority if it has to be, and fits a request to the printer. Throws
-/// `ProfileError`.
+/// Reads the PEM file `path`. Throws `ProfileError` unless the file has exactly one certificate,
+/// this certificate is valid at the time `now`, it fits a request to the printer and, for
+/// `CertificateUse::Authority`, it is the certificate of an authority.
 [[nodiscard]] CertificateFile readCertificateFile(const std::string& path, CertificateUse use,
                                                   std::time_t now);
 
-/// Does the same with the content of a file.
+/// Does the same with `pem`, the content of the file `path`.
 [[nodiscard]] CertificateFile checkCertificate(std::string pem, const std::string& path,
                                                CertificateUse use, std::time_t now);
 

@@ -15,11 +15,11 @@ namespace session {
 
 namespace {
 
-/// Returns the count of characters of a UTF-8 text, or nothing if it is not UTF-8 or has control
-/// characters.
+/// Returns the count of characters of a UTF-8 text. Returns nothing if the text has ASCII control
+/// characters, bytes that UTF-8 never uses, or characters with missing or surplus bytes.
 std::optional<std::size_t> charactersOf(std::string_view text) {
   std::size_t count = 0;
-  std::size_t expected = 0;  // bytes that the present character still has
+  std::size_t expected = 0;  // further bytes of the current character
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
     const bool continues = (byte & 0xC0U) == 0x80U;
@@ -113,7 +113,7 @@ std::string checkedCertificateName(const std::string& name, const std::string& s
   if (name.empty()) {
     return std::string(CertMgr::DefaultName);
   }
-  // The name is sent unchanged inside XML.
+  // The name is sent unchanged inside XML, so it must not have the special characters of XML.
   const bool isPlain = charactersOf(name) && name.find_first_of("&<>\"'") == std::string::npos;
   if (!isPlain || name.size() > CertMgr::LongestName.size()) {
     throw ProfileError(subject, name,

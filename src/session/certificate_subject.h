@@ -6,7 +6,8 @@
 
 namespace session {
 
-/// The subject of a certificate request. Only the common name is never empty.
+/// The subject of a certificate request. The common name is not empty. Every other part may be
+/// empty.
 struct CertificateSubject {
   std::string commonName = {};
   std::string organization = {};
@@ -18,13 +19,14 @@ struct CertificateSubject {
 };
 
 /// Returns the subject with these values, checked. The keys are "common-name", "organization",
-/// "unit", "country", "state", "city" and "alternative-name". Throws `ProfileError` whose subject
-/// is the key after two dashes.
+/// "unit", "country", "state", "city" and "alternative-name". Throws a `ProfileError` that names
+/// the option, such as "--city".
 [[nodiscard]] CertificateSubject readSubject(
     std::span<const std::pair<std::string, std::string>> values);
 
-/// Returns the name for one of the printer's own certificates: `name`, or the usual name if it is
-/// empty. Throws `ProfileError` if the printer cannot store it. `subject` names the option.
+/// Returns the name for one of the printer's own certificates: `name`, or the default name if
+/// `name` is empty. Throws `ProfileError` if the printer cannot store the name. `subject` names the
+/// option in errors.
 [[nodiscard]] std::string checkedCertificateName(const std::string& name,
                                                  const std::string& subject);
 

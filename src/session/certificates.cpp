@@ -1,7 +1,6 @@
 #include "session/certificates.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <utility>
 
 namespace session {
@@ -10,13 +9,14 @@ namespace {
 
 using Problem = CertificateReport::Problem;
 
-/// The printer lists no more names. A list of this length may be incomplete.
+/// The most names of a list that are read. A list of this length may be incomplete.
 constexpr std::size_t LongestList = 9;
-/// A list that got lost is asked for again.
+/// A call that only reads is repeated once if no reply arrives.
 constexpr int ReadAttempts = 2;
 constexpr int StatusSuccess = 1;
 
-/// Returns a name as the calls take it, which insert it into XML.
+/// Returns a name with its special characters escaped, because the calls insert it into XML
+/// unchanged.
 std::string sent(const std::string& name) {
   return CertMgr::symbolToEntities(name.c_str());
 }
@@ -68,7 +68,7 @@ bool Certificates::make(Step step, Kind kind, const Call& call) {
     succeeded = call(*m_Manager) == 0;
     m_Report.lastCall = m_Manager->lastCall();
   } while (!m_Report.lastCall.gotReply && --attempts > 0 && !isInterrupted());
-  // A reply after the signal still counts as one.
+  // A reply that arrives after the signal still counts.
   if (succeeded) {
     return true;
   }
@@ -149,7 +149,7 @@ CertificateReport Certificates::request(const CertificateSubject& subject, const
         !make(Step::MakeRequest, Kind::Read, [&](CertMgr& manager) {
           const int result = manager.saveCertRequest(file.temporaryPath().c_str(), name.c_str());
           if (result != 0 && manager.lastCall().status == StatusSuccess) {
-            throw std::runtime_error(file.temporaryPath() + " cannot be written");
+            throw FileError(file.path());
           }
           return result;
         })) {

@@ -17,7 +17,7 @@ namespace session {
 
 /// The certificate of an authority, as the printer describes it.
 struct AuthorityEntry {
-  std::string name;  ///< made of common name and validity; deleting needs it
+  std::string name;  ///< common name and validity, as `removeAuthority` needs them
   /// Both are empty if the printer does not describe the certificate.
   std::string file = {};
   std::string commonName = {};
@@ -28,46 +28,49 @@ struct CertificateReport {
   /// Why a command with the result `Invalid` changed nothing.
   enum class Problem {
     None,
-    Exists,     ///< there is a certificate of that name, and it is not to be replaced
-    NotListed,  ///< there is no certificate of that name
+    Exists,     ///< a certificate `name` exists, and the answer was not to replace it
+    NotListed,  ///< the printer lists no certificate `name`
   };
 
-  /// `sentSettings` is true if a call was sent that changes certificates.
+  /// Its `sentSettings` is true if a call that changes certificates was sent.
   Report report;
   Problem problem = Problem::None;
-  std::string name;  ///< of the certificate that the command is about
-  /// The names of the printer's own certificates. The printer lists at most nine.
+  std::string name;  ///< the certificate that the command is about; empty for `list`
+  /// The names of the printer's own certificates, at most nine: no more are read.
   std::vector<std::string> certificates;
-  std::vector<AuthorityEntry> authorities;
-  bool deletedOld = false;  ///< true if a certificate of that name was deleted first
-  /// The last call: the status and text of a refusal.
+  std::vector<AuthorityEntry> authorities;  ///< at most nine
+  bool deletedOld = false;  ///< true if an older certificate `name` was deleted first
+  /// How the last method call ended, with the status and the text of a refusal.
   CertMgr::LastCall lastCall;
 };
 
 /// Manages the certificates of one printer. Prints nothing. An operation opens the printer, makes
-/// the calls and stops at the first one that fails. Only `list` goes on if the printer refuses to
-/// describe a certificate. A call that only reads is made a second time if no reply arrives.
+/// its method calls and stops at the first call that fails. Two failures do not stop it: in `list`,
+/// the printer refuses to describe a certificate, and in `request`, the printer does not delete the
+/// old certificate. A call that only reads is made a second time if no reply arrives.
 ///
 ///     const CertificateReport report = Certificates(printer, hooks).list();
 class Certificates {
  public:
-  /// Returns true if the certificate of that name is to be replaced. It is called between two
+  /// Returns true if the certificate of that name is to be replaced. The operation asks between two
   /// exchanges.
   using Question = std::function<bool(const std::string& name)>;
 
   Certificates(Printer printer, Session::Hooks hooks, Machine machine = {});
 
-  /// Reads the names of all certificates, and files and common names of the authorities.
+  /// Reads the names of the certificates, and for each certificate of an authority also the file
+  /// and the common name.
   [[nodiscard]] CertificateReport list();
 
   /// Makes a key pair and a request in the printer, under `name`, and writes the request to `file`.
-  /// A certificate of that name is deleted. Throws `std::runtime_error` if the file cannot be
-  /// written.
+  /// If a certificate of that name exists and `mayReplace` agrees, deletes that certificate first.
+  /// Throws `std::runtime_error` if the file cannot be written.
   [[nodiscard]] CertificateReport request(const CertificateSubject& subject,
                                           const std::string& name, NewFile& file,
                                           const Question& mayReplace);
 
-  /// Installs the certificate of an authority. One of the same name is deleted first.
+  /// Installs the certificate of an authority. If one of the same name exists and `mayReplace`
+  /// agrees, deletes the old one first.
   [[nodiscard]] CertificateReport installAuthority(const CertificateFile& file,
                                                    const Question& mayReplace);
 
@@ -75,8 +78,9 @@ class Certificates {
   [[nodiscard]] CertificateReport install(const CertificateFile& file, const std::string& name,
                                           const Question& mayReplace);
 
-  /// Deletes one of the printer's own certificates, or that of an authority.
+  /// Deletes one of the printer's own certificates.
   [[nodiscard]] CertificateReport remove(const std::string& name);
+  /// Deletes the certificate of an authority.
   [[nodiscard]] CertificateReport removeAuthority(const std::string& name);
 
  private:
@@ -84,7 +88,7 @@ class Certificates {
   enum class Kind { Read, Change };
   using Call = std::function<int(CertMgr&)>;
 
-  /// Opens the printer and carries out `body`, which returns false after a failure.
+  /// Opens the printer and calls `body`, which returns false after a failure.
   CertificateReport run(const std::string& name, const std::function<bool()>& body);
   /// Makes a call. Returns true if it succeeded; otherwise the report has the reason.
   bool make(Step step, Kind kind, const Call& call);
@@ -95,7 +99,8 @@ class Certificates {
   bool describe(AuthorityEntry& authority);
   bool isListed(const std::string& name) const;
   bool isListedAuthority(const std::string& name) const;
-  /// Returns true unless a certificate exists that is not to be replaced.
+  /// Returns true if no certificate `exists` or `mayReplace` agrees. Otherwise the report has the
+  /// reason.
   bool allowReplacing(bool exists, const Question& mayReplace);
 
   Session::Hooks m_Hooks;

@@ -13,8 +13,8 @@ namespace session {
 
 namespace {
 
-/// Returns true if `text` is a path that the transport opens literally. From other paths it takes
-/// only the number after "lp", so it could open another printer.
+/// Returns true if the transport opens exactly the path `text`. From any other path the transport
+/// takes only the number after "lp", so it could open another printer.
 bool isUsblpPath(std::string_view text) {
   const std::string_view prefix = UsblpPrefix;
   return text.starts_with(prefix) && decimalNumber(text.substr(prefix.size()));
@@ -33,7 +33,7 @@ std::vector<Printer> matches(const std::vector<Printer>& printers, Condition con
   return result;
 }
 
-/// Returns the printers that `wanted`, not empty, describes.
+/// Returns the printers that `wanted` describes. `wanted` must not be empty.
 std::vector<Printer> named(std::string_view wanted, const std::vector<Printer>& printers) {
   if (wanted.starts_with('/')) {
     return matches(printers, [wanted](const Printer& printer) {

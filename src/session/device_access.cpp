@@ -1,4 +1,5 @@
-// Opens device files to see whether a printer can be used, and finds out who uses it.
+// Opens device files to see whether a printer can be used, and finds the process that uses a
+// printer.
 
 #include "session/device_access.h"
 
@@ -27,18 +28,21 @@ namespace session {
 namespace {
 
 constexpr unsigned char PrinterClass = 7;
-/// A reply to an earlier request arrives within milliseconds of the first read.
+/// How long to wait for the rest of a reply that another program requested and did not read. Such a
+/// reply arrives within milliseconds after reading begins.
 constexpr unsigned int DrainMilliseconds = 100;
 constexpr std::size_t DrainLimit = 0x10000;
-/// Bytes that the kernel's printer driver returns at most to one read.
+/// The most bytes that the kernel's printer driver returns from one read.
 constexpr std::size_t PieceSize = 1024;
-/// The clock counts whole seconds, so this is 1 to 2 seconds.
+/// How long bytes are discarded if a printer keeps sending. The clock counts whole seconds, so the
+/// real limit is 1 to 2 seconds.
 constexpr std::time_t ChatterLimitSeconds = 2;
 
 /// Waits until `file` is readable, at most for `limit`. Subtracts the wait from `limit`, as Linux's
 /// `select` does.
 bool isReadable(int file, timeval& limit) {
-  // A set holds FD_SETSIZE descriptors. FD_SET with a larger one would write past its end.
+  // A set has room for the descriptors 0 to FD_SETSIZE - 1. For a larger descriptor FD_SET would
+  // write past the end of the set.
   if (file >= FD_SETSIZE) {
     return true;
   }
@@ -62,8 +66,8 @@ void drain(int file) {
   }
 }
 
-/// Discards what a printer on libusb has sent: each probe moves one packet to the connector's ring,
-/// which holds 64 KiB and is freed with the connector.
+/// Discards what a printer on libusb has sent: each probe moves one USB packet to the connector's
+/// ring. The ring holds 64 KiB and is freed with the connector.
 void drain(LibUsbConnector& connector) {
   const util::Deadline deadline(ChatterLimitSeconds);
   while (connector.isReadReady(DrainMilliseconds) == IO_READ_READY && !deadline.hasPassed()) {
@@ -120,7 +124,8 @@ util::UniqueFd openDevice(const std::string& node) {
 }
 
 bool deviceExists(const std::string& node) {
-  // O_PATH does not reach the driver: the printer notices nothing, and a busy one can be opened.
+  // O_PATH does not reach the driver: the printer notices nothing, and the open succeeds even if
+  // the device is busy.
   return util::UniqueFd(::open(node.c_str(), O_PATH | O_CLOEXEC)) ||
          kindOfError(errno) != OpenFailure::Kind::NoSuchPrinter;
 }

@@ -13,15 +13,15 @@ namespace session {
 /// A process that uses a device.
 struct Process {
   pid_t pid;
-  std::string name;  ///< as /proc/PID/comm has it
+  std::string name;  ///< from /proc/PID/comm
 };
 
 /// Why a printer cannot be opened, with what the user needs to know in order to change that.
 struct OpenFailure {
   enum class Kind {
     NoSuchPrinter,  ///< there is no such device file, or nothing is plugged in
-    NoPermission,   ///< the device file is not for this user
-    Busy,           ///< another process has the device
+    NoPermission,   ///< this user may not open the device file
+    Busy,           ///< another process uses the device
     Failed,         ///< any other error
   };
 
@@ -31,7 +31,7 @@ struct OpenFailure {
   std::string owner;            ///< name of its owner, or the number; empty if there is no file
   std::string group;            ///< name of its group, or the number; empty if there is no file
   bool groupMayUse = false;     ///< true if members of the group may read and write it
-  std::optional<Process> user;  ///< of a busy device, if /proc shows it
+  std::optional<Process> user;  ///< the user of a busy device, if /proc shows one
 };
 
 /// Returns the kind of failure for the errno of opening a device file.
@@ -41,7 +41,8 @@ struct OpenFailure {
 /// and errno says why.
 [[nodiscard]] util::UniqueFd openDevice(const std::string& node);
 
-/// Returns true if there is a device file of this name. Does not open the device.
+/// Returns false if there is no device file of this name. After any other error, such as a missing
+/// permission, returns true. Does not open the device.
 [[nodiscard]] bool deviceExists(const std::string& node);
 
 /// Opens the printer for a moment and discards the bytes that an earlier request left in it.

@@ -24,10 +24,11 @@ namespace {
 /// An interface of the printer class.
 struct Interface {
   std::string folder;
-  std::optional<int> usblp;  ///< N of /dev/usb/lpN, if usblp has bound it
-  bool hasDriver;            ///< true also if the driver is usbfs: a process has claimed it
+  std::optional<int> usblp;  ///< N of /dev/usb/lpN if usblp has bound the interface
+  bool hasDriver;            ///< also true for usbfs: a process has claimed the interface
 
-  /// Orders the interfaces of one device: those of usblp, free ones, those that others have bound.
+  /// Orders the interfaces of one device: first those of usblp, then free ones, then those that
+  /// another driver has bound.
   auto rank() const { return std::tuple(!usblp, usblp, hasDriver, folder); }
 };
 
@@ -61,7 +62,8 @@ bool isLink(const std::string& path) {
   return std::filesystem::is_symlink(path, error);
 }
 
-/// Returns the text of a file without control bytes, or nothing if there is none.
+/// Returns the text of a file without control bytes. Returns nothing if the file cannot be read or
+/// no text is left.
 std::optional<std::string> attribute(const std::string& folder, const char* name) {
   const auto text = readText(folder + "/" + name);
   return text ? printableText(*text) : std::nullopt;
@@ -72,7 +74,8 @@ std::optional<int> numberAttribute(const std::string& folder, const char* name) 
   return text ? decimalNumber(*text) : std::nullopt;
 }
 
-/// Returns the best printer interface of each device in `folder`, by the device's name.
+/// Returns the best printer interface (see `rank`) of each device in `folder`. The keys are the
+/// names of the devices.
 std::map<std::string, Interface> printerInterfaces(const std::string& folder) {
   std::map<std::string, Interface> found;
   for (const std::string& name : namesIn(folder)) {
@@ -90,8 +93,8 @@ std::map<std::string, Interface> printerInterfaces(const std::string& folder) {
   return found;
 }
 
-/// Finds out whether the device can be used. An error that has nothing to do with permission or
-/// other users is left to the real attempt, which reports it.
+/// Opens the device to find out whether it can be used. Returns `Ready` after an error other than a
+/// missing permission or a busy device: a command that opens the device reports such an error.
 Printer::State stateOf(const std::string& node) {
   if (openDevice(node)) {
     return Printer::State::Ready;

@@ -9,34 +9,37 @@
 
 namespace session {
 
-/// Returns the USB printers of this machine, ordered by bus and device number: each device with an
-/// interface of the printer class (7). It is reached through usblp if usblp has bound it, otherwise
-/// through libusb. The state is found by opening the device file for a moment.
+/// Returns the USB printers of this machine, ordered by bus and device number. A printer is a
+/// device with an interface of the printer class (7). It is reached through usblp if usblp has
+/// bound the interface, otherwise through libusb. To find out its state, opens the device file for
+/// a moment. A printer is busy without this test if another driver or process has claimed the
+/// interface.
 [[nodiscard]] std::vector<Printer> findPrinters(const Machine& machine = {});
 
-/// The printer that the user means, or the reason why there is none.
+/// The printer that the user means, or the reason why none was chosen.
 struct Choice {
   enum class Problem {
     None,
-    NoPrinters,  ///< none was named, and the machine has none
-    NoMatch,     ///< none is the named one
-    Several,     ///< none was named and there are several, or the text fits several
+    NoPrinters,  ///< no printer was named, and the machine has none
+    NoMatch,     ///< no printer fits the given text
+    Several,     ///< no printer was named and there are several, or the text fits several
   };
 
   Problem problem = Problem::None;
-  Printer printer;                  ///< if there is no problem
-  std::vector<Printer> candidates;  ///< the printers to choose from, otherwise
+  Printer printer;                  ///< valid if there is no problem
+  std::vector<Printer> candidates;  ///< the printers to choose from if there is a problem
 };
 
-/// Finds the printer that `wanted` names: a path "/dev/usb/lpN", an address "BUS:DEVICE", a serial
-/// number, or a part of make and model in any case that fits one printer. An empty text means the
-/// only printer there is. A path "/dev/usb/lpN" needs no discovery: if discovery does not know it,
-/// the printer has the path alone. Any other unknown path is no match.
+/// Finds the printer that `wanted` names: the path of a device file, an address "BUS:DEVICE", a
+/// serial number, or a part of make and model in upper or lower case. The text must fit only one
+/// printer. An empty text means the only printer of the machine. If discovery does not find a path
+/// "/dev/usb/lpN", the result is a printer that has only this path. Any other unknown path is no
+/// match.
 [[nodiscard]] Choice choosePrinter(std::string_view wanted, const Machine& machine = {});
 
-/// Finds a printer again after it was gone from the bus: by its serial number, which stays the same
-/// while its address changes. Returns nothing while it is gone. A printer without a serial number
-/// is looked for at its old device.
+/// Finds a printer again after it was gone from the bus. Its address may have changed, so its
+/// serial number identifies it. A printer without a serial number is looked for at its old device.
+/// Returns nothing while the printer is gone.
 [[nodiscard]] std::optional<Printer> findAgain(const Printer& printer, const Machine& machine = {});
 
 }  // namespace session

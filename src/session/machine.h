@@ -4,7 +4,8 @@
 
 namespace session {
 
-/// Where this machine shows its devices and processes. Tests name folders with recorded files.
+/// The folders in which this machine shows its devices and processes. Tests set folders with
+/// recorded files.
 struct Machine {
   std::string sysfs = "/sys";
   std::string devices = "/dev";

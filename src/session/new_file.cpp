@@ -19,12 +19,14 @@ namespace {
 /// Everybody may read the file: it holds no secret.
 constexpr mode_t Mode = 0644;
 
-/// Renames a file unless there is one with the new name. Returns false with errno on failure.
+/// Renames a file. Returns false and sets errno on failure, also if a file with the new name
+/// exists.
 bool renameToNew(const std::string& from, const std::string& to) {
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
     return true;
   }
-  // Some file systems cannot do that. The temporary name is removed later.
+  // Some file systems do not support RENAME_NOREPLACE. There the file gets the new name as a second
+  // name, and the destructor removes the temporary name.
   return (errno == EINVAL || errno == ENOSYS) && ::link(from.c_str(), to.c_str()) == 0;
 }
 

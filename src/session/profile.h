@@ -37,9 +37,9 @@ struct SecretSource {
   enum class Kind { Unspecified, Prompt, File, Descriptor, Inline };
 
   Kind kind = Kind::Unspecified;
-  std::string path = {};  ///< of a file
-  int descriptor = -1;    ///< of a descriptor
-  Secret secret = {};     ///< from the settings file itself
+  std::string path = {};  ///< for `File`
+  int descriptor = -1;    ///< for `Descriptor`
+  Secret secret = {};     ///< for `Inline`: the secret in the settings file
 
   bool operator==(const SecretSource&) const = default;
 };
@@ -52,7 +52,7 @@ struct ProfileError : std::runtime_error {
 
   std::string subject;   ///< "--security" or "office.conf:3: security"
   std::string got;       ///< the value, unescaped, or the system's error; empty if there is none
-  const char* expected;  ///< what is allowed, as a message to translate; lives for ever
+  const char* expected;  ///< what is allowed, as a message to translate; never freed
 };
 
 struct SettingRule;
@@ -62,17 +62,17 @@ struct SettingRule;
 ///     ProfileReader reader;
 ///     reader.readFile("office.conf");
 ///     reader.set("ssid", "office", "--ssid");  // overrides the file
-///     const Profile profile = reader.finish();  // all but the secret is checked
+///     const Profile profile = reader.finish();  // checked, except the secret
 class ProfileReader {
  public:
-  /// Sets the value of `key` ("ssid", "security", "password-from", ...), instead of an earlier one.
-  /// Throws `ProfileError` and sets nothing if there is no such key or the value is not allowed.
-  /// `subject` names the option in errors. The key "password" is refused.
+  /// Sets the value of `key` ("ssid", "security", "password-from", ...), and replaces an earlier
+  /// value. Throws `ProfileError` and sets nothing if there is no such key or the value is not
+  /// allowed. `subject` names the option in errors. The key "password" is refused.
   void set(std::string_view key, const std::string& value, const std::string& subject);
 
-  /// Reads a settings file. Throws `ProfileError`, also if the file cannot be read, is not a
-  /// regular file, or contains a password although others than its owner may read it. Values that
-  /// are set already stay.
+  /// Reads a settings file. Values that are already set stay unchanged. Throws `ProfileError` if a
+  /// line is wrong, if the file cannot be read or is not a regular file, or if it contains a
+  /// password and is not private (see `isPrivateFile`).
   void readFile(const std::string& path);
 
   /// Reads the text of a settings file (see settings_file.h for the format). `name` names the file
@@ -86,14 +86,14 @@ class ProfileReader {
   /// Returns where the secret comes from.
   [[nodiscard]] const SecretSource& secretSource() const { return m_Draft.source; }
 
-  /// The settings so far.
+  /// The settings read so far.
   struct Draft {
     Profile profile;
     SecretSource source;
   };
 
  private:
-  /// What errors say about a given setting.
+  /// A setting that was given, as errors describe it.
   struct Given {
     std::string subject;
     std::string value;  ///< empty if it may be a secret
@@ -101,7 +101,7 @@ class ProfileReader {
 
   /// Stores a value and remembers that it is given.
   void take(const SettingRule& rule, std::string_view value, const std::string& subject);
-  /// Throws `ProfileError` for the given setting of this place.
+  /// Throws `ProfileError` for the given setting of this place (see `SettingRule::place`).
   [[noreturn]] void refuse(std::string_view place, const char* expected) const;
   void requireComplete() const;
   void requireFit() const;
@@ -111,7 +111,7 @@ class ProfileReader {
   std::map<std::string_view, Given> m_Given;  ///< by the place of the rule
 };
 
-/// Returns true if the profile is complete only with a secret.
+/// Returns true if the profile's network needs a secret.
 [[nodiscard]] bool needsSecret(const Profile& profile);
 
 /// Checks a secret for this profile. Returns what is allowed, as a message to translate, or null if

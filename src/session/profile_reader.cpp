@@ -70,7 +70,7 @@ void ProfileReader::readText(std::string_view text, const std::string& name, boo
     if (!m_Given.contains(rule->place)) {
       take(*rule, value, line.subject);
     } else {
-      // An overridden line must be right, too.
+      // A line must be valid even if its value is overridden.
       Draft ignored;
       storeSetting(*rule, value, line.subject, ignored);
     }

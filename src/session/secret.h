@@ -6,8 +6,8 @@
 
 namespace session {
 
-/// A key or a password. Its bytes are always in heap memory, which the programs clear when it is
-/// freed; a short `std::string` would leave copies on the stack.
+/// A key or a password. Its bytes are always in heap memory, because the programs clear heap memory
+/// when they free it. A short `std::string` would leave copies on the stack.
 class Secret {
  public:
   Secret() { m_Bytes.reserve(UsualSize); }

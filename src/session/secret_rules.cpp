@@ -12,7 +12,8 @@ namespace {
 constexpr std::size_t ShortestPassphrase = 8;
 constexpr std::size_t LongestPassphrase = 63;
 constexpr std::size_t WpaKeyDigits = 64;
-/// The adapter takes one byte more, but then sends a wrong length.
+/// The adapter takes one byte more, but then the length field of the password's setting object is
+/// 0.
 constexpr std::size_t LongestPassword = 254;
 
 bool isPrintable(std::string_view text) {

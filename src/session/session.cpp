@@ -12,9 +12,9 @@ namespace session {
 
 namespace {
 
-/// A query whose answer got lost is repeated once.
+/// The SSID query is repeated once if no SSID arrives.
 constexpr int QueryAttempts = 2;
-/// The pause between two looks at a printer that is not there.
+/// The pause between two searches for a printer that is not there.
 constexpr unsigned int AbsentPauseSeconds = 1;
 /// The pause between two readings of an adapter that is not in the network yet.
 constexpr unsigned int JoiningPauseSeconds = 1;
@@ -221,6 +221,7 @@ Report Session::reset() {
     return finish(resultOf(m_Report.openFailure->kind));
   }
   enter(Step::Reset);
+  m_Report.sentReset = true;
   const Result result = resultOf(m_Adapter->reset(), Result::Ok);
   return finish(isInterrupted() ? Result::Interrupted : result);
 }

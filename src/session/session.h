@@ -15,7 +15,7 @@
 
 namespace session {
 
-/// What a session is doing.
+/// The steps of the work with a printer. A front end shows the current step.
 enum class Step {
   Open,
   ReadSettings,
@@ -32,52 +32,57 @@ enum class Step {
 
 /// How a command on one printer ended.
 enum class Result {
-  Ok,             ///< done: the status was read, or the adapter was reset
-  Unchanged,      ///< the printer was in the network already, nothing was stored
-  Confirmed,      ///< stored, and the printer is in the network
-  Stored,         ///< accepted, but not confirmed in time, or no confirmation was wanted
-  DryRun,         ///< nothing was opened
-  Invalid,        ///< the settings are wrong, nothing was opened
-  NoSuchPrinter,  ///< the printer is not there
-  NoPermission,   ///< the device is not for this user
+  Ok,             ///< a command other than `set` has done its work
+  Unchanged,      ///< the printer was already in the network; nothing was stored
+  Confirmed,      ///< the settings are stored, and the printer is in the network
+  Stored,         ///< accepted; either not confirmed in time, or no confirmation was wanted
+  DryRun,         ///< a dry run: no device was opened
+  Invalid,        ///< nothing was changed: see `CertificateReport::Problem`
+  NoSuchPrinter,  ///< there is no such printer, or it fails to open for an unusual reason
+  NoPermission,   ///< this user may not open the device
   Busy,           ///< another process uses the device
-  Refused,        ///< the adapter refused the request
-  NoAnswer,       ///< the adapter did not answer
+  Refused,        ///< the printer refused a request or sent an unexpected reply
+  NoAnswer,       ///< the printer did not answer
   Interrupted,    ///< the user ended the command
+  Failed,         ///< the front end gave up: its process for this printer died or took too long
 };
 
 /// Returns the result for a printer that cannot be opened.
 [[nodiscard]] Result resultOf(OpenFailure::Kind kind);
 
-/// What happened to one printer.
+/// The outcome of a command on one printer.
 struct Report {
   Printer printer;
   Result result = Result::Ok;
   std::optional<std::string> ssidBefore;
   AdapterState state;
   std::optional<OpenFailure> openFailure;
-  /// True if settings were sent. After a failure they may have been stored or not.
+  /// True if settings were sent. After a failure the adapter may have stored them or not.
   bool sentSettings = false;
+  /// True if the request for a reset was sent. After a failure the adapter may have been reset.
+  bool sentReset = false;
 };
 
-/// The work with one printer, from the check that it can be opened to the confirmation. Prints
-/// nothing: the result is a `Report`.
+/// Runs a command on one printer: checks that the printer can be opened, exchanges packets with the
+/// adapter and, after `set`, waits until the printer is in the network. Prints nothing: the result
+/// is a `Report`.
 ///
 ///     Session session(printer, {.onStep = showStep});
 ///     const Report report = session.set(profile, {.waitSeconds = 60});
 class Session {
  public:
-  /// What a front end contributes. Each may be empty.
+  /// Functions of the front end that the session calls. Each may be empty.
   struct Hooks {
     std::function<void(Step)> onStep = {};
-    /// Receives the bytes of each transfer to and from the printer.
+    /// Receives the bytes of each request and each reply when they have been transferred.
     HCUSBTransport::Observer onTransfer = {};
-    /// Returns true once the user has asked to end. The exchange under way is finished first.
+    /// Returns true after the user has asked to end the command. The session first finishes the
+    /// exchange under way.
     std::function<bool()> isInterrupted = {};
   };
 
-  /// A reference to the process's transport, which waits for bytes without polling as
-  /// long as this object lives.
+  /// Holds a reference to the process's transport. Makes the transport wait for bytes without
+  /// polling and report each transfer to the observer.
   class Transport {
    public:
     explicit Transport(HCUSBTransport::Observer observer);
@@ -87,37 +92,41 @@ class Session {
   };
 
   struct SetOptions {
-    int waitSeconds = 60;  ///< the time for the confirmation; 0: accepted is enough
-    bool force = false;    ///< store even if the printer is in the network already
+    int waitSeconds = 60;  ///< the time limit of the confirmation; 0: none is wanted
+    bool force = false;    ///< store even if the printer is already in the network
   };
 
   Session(Printer printer, Hooks hooks, Machine machine = {});
 
-  /// Reads what the adapter reports. `Ok` if it answered at least one query.
+  /// Reads what the adapter reports. The result is `Ok` if the adapter answered at least one query.
   [[nodiscard]] Report status();
 
-  /// Stores the network settings and waits until the printer is in the network. Clears the secret
-  /// of the profile as soon as it is sent.
+  /// Stores the network settings, unless the printer is already in the network, and waits until the
+  /// printer is in the network. Clears the secret of the profile after the settings are sent.
   [[nodiscard]] Report set(Profile& profile, const SetOptions& options);
 
   /// Resets the adapter.
   [[nodiscard]] Report reset();
 
  private:
-  /// Opens the printer and discards old bytes. Returns false with the reason in the report.
+  /// Checks that the printer can be opened, and discards the bytes of earlier replies. On failure
+  /// stores the reason in the report and returns false.
   bool open();
   void enter(Step step) const;
   bool isInterrupted() const;
 
-  /// Reads the values that are of interest after the SSID.
+  /// Reads the trouble code, the address and, if `enterprise`, the authentication status.
   void readRest(bool enterprise);
-  /// Returns true if the state is that of a printer in the profile's network.
+  /// Returns true if the values in the report show that the printer is in the profile's network.
   bool isJoined(const Profile& profile) const;
-  /// Sends the packets. Returns `Stored`, or why not.
+  /// Sends the packets of the settings. Returns `Stored` if the adapter accepts all of them,
+  /// otherwise the reason.
   Result store(const Profile& profile);
+  /// Reads the status until the printer is in the network. Returns `Confirmed`, `Stored` if the
+  /// time is up, or `Interrupted`.
   Result confirm(const Profile& profile, int waitSeconds);
-  /// Waits for a printer that does not answer, which may be gone from the bus. Returns false if it
-  /// is not there yet.
+  /// Searches once for a printer that does not answer, because it may have restarted with another
+  /// address. Returns true if the printer is there and can be opened.
   bool follow();
   Report finish(Result result);
 

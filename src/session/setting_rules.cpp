@@ -1,4 +1,4 @@
-// The settings of a profile: what each takes, and where its value goes.
+// The settings of a profile: which values each of them accepts, and where the value is stored.
 
 #include "session/setting_rules.h"
 

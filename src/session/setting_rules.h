@@ -9,25 +9,27 @@
 
 namespace session {
 
-/// A word that is refused with its own reason.
+/// A word that is refused, and the text that says what is expected instead.
 struct RefusedWord {
   std::string_view word;
   const char* expected;
 };
 
-/// One setting: its key, what it takes and where the value goes. The rows are in setting_rules.cpp.
+/// One setting: its key, the values that it accepts, and where the value is stored. The rows are in
+/// setting_rules.cpp.
 struct SettingRule {
   std::string_view key;
-  /// Settings that exclude each other share a place. It is the key unless given.
+  /// Two settings that exclude each other have the same place. The default is the key.
   std::string_view place = key;
   /// What is allowed, as a message to translate.
   const char* expected;
   /// The allowed words, in lower case. They are accepted in any case. Empty if any text is allowed.
   std::span<const std::string_view> words = {};
+  /// Wrong words for which `RefusedWord::expected` replaces `expected`.
   std::span<const RefusedWord> refused = {};
-  /// The longest text in bytes.
+  /// The most bytes of a text. Not used for words.
   std::size_t limit = 0;
-  /// True if a wrong value may be a secret. It is never shown.
+  /// True if a wrong value may be a secret. Errors then do not show the value.
   bool hidesValue = false;
   /// True if the value is a secret. Only a private settings file may contain it.
   bool isSecret = false;
@@ -41,8 +43,9 @@ struct SettingRule {
 /// Returns the rule of a key, or null.
 [[nodiscard]] const SettingRule* findRule(std::string_view key);
 
-/// Returns the keys as a list for errors, with or without those that only a file may contain.
+/// Returns the keys that an option may have, as a list for errors.
 [[nodiscard]] const char* keysOfOptions();
+/// Returns the keys that a settings file may contain, as a list for errors.
 [[nodiscard]] const char* keysOfFiles();
 
 /// Stores a value. Throws `ProfileError` if it is not allowed.

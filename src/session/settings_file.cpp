@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::string_view Blanks = " \t";
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-/// Longer than every key.
+/// The most characters of a key that errors show. Every valid key is shorter.
 constexpr std::size_t LongestShownKey = 20;
 
 [[noreturn]] void failWithSystemError(const std::string& path) {
@@ -49,7 +49,7 @@ bool looksLikeKey(std::string_view text) {
   });
 }
 
-/// Takes the next line off the text and returns it without its end.
+/// Removes the next line from the text and returns the line without its line end.
 std::string_view takeLine(std::string_view& text) {
   std::string_view line = text.substr(0, text.find('\n'));
   text.remove_prefix(std::min(line.size() + 1, text.size()));
@@ -101,7 +101,8 @@ void forEachSetting(std::string_view text, const std::string& name,
 }
 
 SettingsFile loadSettingsFile(const std::string& path) {
-  // Checked before the file is opened, because opening a device can change its state.
+  // The kind of file is checked before the file is opened, because opening a device can change its
+  // state.
   struct stat status = {};
   if (::stat(path.c_str(), &status) != 0) {
     failWithSystemError(path);

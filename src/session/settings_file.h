@@ -8,18 +8,18 @@
 
 namespace session {
 
-// A settings file has a setting per line:
+// A settings file has one setting per line:
 //
 //     # the network of the office
 //     ssid = office
 //     security = wpa
 //     password=two words
 //
-// Lines end with LF or CRLF. Blanks around key and value do not count, except in the value of
-// `password`: it is everything after the "=". "#" starts a comment only at the start of a line. A
-// byte order mark is skipped.
+// Lines end with LF or CRLF. Blanks around key and value do not count. The value of `password` is
+// an exception: it is everything after the "=". "#" starts a comment only at the start of a line. A
+// byte order mark at the start of the file is skipped.
 
-/// The largest file, and the longest line without its end, in bytes.
+/// The most bytes of a file, and of a line without its line end.
 inline constexpr std::size_t LargestSettingsFile = 65536;
 inline constexpr std::size_t LongestSettingLine = 4096;
 
@@ -40,7 +40,7 @@ void forEachSetting(std::string_view text, const std::string& name,
 
 /// The content of a file.
 struct SettingsFile {
-  std::string text;  ///< in heap memory; at most one byte more than the largest file
+  std::string text;  ///< in heap memory; at most `LargestSettingsFile` + 1 bytes
   bool isPrivate = false;
 };
 
@@ -48,8 +48,8 @@ struct SettingsFile {
 /// for the other end of a named pipe.
 [[nodiscard]] SettingsFile loadSettingsFile(const std::string& path);
 
-/// Returns true if only its owner can read a file, and the owner is `user` or, when the user is
-/// root, the user who called sudo. `sudoUser` is the value of SUDO_UID, or null.
+/// Returns true if `mode` gives no permission to the group and to others, and `owner` is `user` or,
+/// if `user` is root, the user who called sudo. `sudoUser` is the value of SUDO_UID, or null.
 [[nodiscard]] bool isPrivateFile(mode_t mode, uid_t owner, uid_t user, const char* sudoUser);
 
 }  // namespace session

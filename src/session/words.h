@@ -5,8 +5,8 @@
 
 namespace session {
 
-/// Returns the word of the list that `text` is in any case, or an empty text if it is none. The
-/// list is in lower case.
+/// Returns the word of `words` that equals `text`, or an empty text if there is none. Upper and
+/// lower case of `text` make no difference. `words` is in lower case.
 [[nodiscard]] std::string_view wordIn(std::span<const std::string_view> words,
                                       std::string_view text);
 

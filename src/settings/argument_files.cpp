@@ -12,7 +12,7 @@
 
 namespace {
 
-/// A line, or a piece of a longer one: at most 255 characters and a zero byte.
+/// A line, or a piece of a longer line: at most 255 characters and a zero byte.
 using LineBuffer = std::array<char, 256>;
 
 /// Returns true for 0 to 9, A to F and a to f, in any locale.
@@ -51,7 +51,7 @@ int configDetails::parseNPAFile(const char* path) {
   if (file == nullptr) {
     return -1;
   }
-  // Keeps only the digits. If their count is odd, the later conversion to bytes drops the last
+  // Keeps only the hex digits. If their count is odd, the later conversion to bytes drops the last
   // digit.
   std::string& digits = slot(Setting::NpaFileData);
   digits.clear();

@@ -8,8 +8,7 @@
 
 namespace {
 
-/// Returns the arguments 1 to `count - 1`. If there are fewer, returns those up to the last
-/// argument.
+/// Returns the arguments 1 to `count - 1`. If there are fewer arguments, ends at the last argument.
 std::span<const std::string> argumentsAfterProgram(int count,
                                                    const std::vector<std::string>& args) {
   const std::size_t end = std::min(static_cast<std::size_t>(std::max(count, 1)), args.size());
@@ -53,8 +52,7 @@ int configDetails::getParmValue(std::string text, std::string key, std::string* 
   // The search for the quotation mark begins at the start of the text, even if the key comes later.
   const std::size_t open = text.find('"');
   if (open == std::string::npos) {
-    // On purpose this is not always the text after the key: it is so only if the key is at the
-    // start.
+    // On purpose, this is the text after the key only if the key is at the start of the text.
     *value = text.substr(key.size());
     return 0;
   }
@@ -65,7 +63,8 @@ int configDetails::getParmValue(std::string text, std::string key, std::string* 
 }
 
 void configDetails::applyOptions(const std::string& argument) {
-  // Tries every key, because an argument can contain several keys. Each of them sets its setting.
+  // Tries every key, because an argument can contain several keys. Each key that is found sets its
+  // setting.
   for (const Key& key : Keys) {
     getParmValue(argument, std::string(key.text), &slot(key.setting));
   }

@@ -59,7 +59,7 @@ class configDetails {
     return m_Values[static_cast<std::size_t>(setting)];
   }
 
-  /// Replaces the text of a setting. Other front ends fill the settings with it.
+  /// Replaces the text of a setting. Other front ends use this operation to fill the settings.
   void set(Setting setting, std::string_view text) { slot(setting) = text; }
 
   /// Returns the device path: "/dev/usb/lp0" to "/dev/usb/lp16", or "BUS:DEVICE" for libusb.

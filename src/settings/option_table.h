@@ -58,7 +58,8 @@ struct SettingOption {
     File,      ///< a path on the host
   };
 
-  /// The words that an option takes with one command. If `command` is empty, with any command.
+  /// The words that an option takes with one command. If `command` is empty, the words are for
+  /// every command.
   struct Words {
     std::string_view command = {};
     std::span<const std::string_view> list = {};
@@ -111,7 +112,7 @@ inline constexpr std::array SettingOptions = {
                   .setting = Setting::Ssid,
                   .section = SettingOption::Section::Networks,
                   .help = "name of the network",
-                  .details = "Without it no SSID is sent."},
+                  .details = "Without this option no SSID is sent."},
     SettingOption{.key = "--channel=",
                   .setting = Setting::Channel,
                   .section = SettingOption::Section::Networks,
@@ -130,8 +131,8 @@ inline constexpr std::array SettingOptions = {
                   .initial = "Managed",
                   .help = "managed network or ad-hoc network",
                   .details =
-                      "The text is compared exactly. Any other text is *Managed*. An empty value "
-                      "sends no mode."},
+                      "Upper and lower case are different. Any other text is sent as *Managed*. "
+                      "If the value is empty, no mode is sent."},
     SettingOption{.key = "--security=",
                   .setting = Setting::Security,
                   .section = SettingOption::Section::Networks,
@@ -144,16 +145,16 @@ inline constexpr std::array SettingOptions = {
                   .details =
                       "*WPA* and *WPA2* are the same: the adapter chooses the version. *SHARED* is "
                       "WEP with a shared key, *WPA-PER* is WPA personal, *WPA-ENT* is WPA "
-                      "enterprise. The text is compared exactly. For an unknown one *-c* stores "
-                      "\"none\", and *-ca* sends nothing."},
+                      "enterprise. Upper and lower case are different. For any other text *-c* "
+                      "stores \"none\", and *-ca* sends nothing."},
     SettingOption{.key = "--passwd=",
                   .setting = Setting::Passwd,
                   .section = SettingOption::Section::Networks,
                   .help = "password of the network (-c)",
                   .details =
-                      "It is the first WEP key for *WEP*, otherwise the pre-shared key. If it is "
-                      "missing and the security is not *None*, the program asks for it: see "
-                      "*PASSWORD PROMPT*."},
+                      "With the security *WEP* the password is the first WEP key, otherwise the "
+                      "pre-shared key. If this option is missing and the security is not *None*, "
+                      "the program asks for the password: see *PASSWORD PROMPT*."},
     SettingOption{.key = "--encryption=",
                   .setting = Setting::Encryption,
                   .section = SettingOption::Section::Keys,
@@ -166,8 +167,8 @@ inline constexpr std::array SettingOptions = {
                       "for *OPEN* with WEP; *NONE*, *WEP-DYNAMIC*, *WEP-STATIC*, *WPA-TKIP* "
                       "or *WPA-AES* for *802.1x*. The adapter gets the same number for *TKIP* "
                       "and *WPA-TKIP*, for *AES* and *WPA-AES*, and for *WEP* and "
-                      "*WEP-STATIC*. With WPA and *802.1x*, an unknown text is sent as "
-                      "*NONE*, and an empty one is not sent."},
+                      "*WEP-STATIC*. With *WPA-PER*, *WPA-ENT* and *802.1x*, an unknown text is "
+                      "sent as *NONE*, and an empty text is not sent."},
     SettingOption{
         .key = "--802-auth-ext=",
         .setting = Setting::AuthExt,
@@ -185,7 +186,7 @@ inline constexpr std::array SettingOptions = {
                   .valueName = "METHOD",
                   .words = {{{.list = option_words::InnerMethods}}},
                   .help = "inner authentication method",
-                  .details = "An unknown text is sent as *CHAP*. An empty one is not sent."},
+                  .details = "An unknown text is sent as *CHAP*. An empty text is not sent."},
     SettingOption{.key = "--802-user=",
                   .setting = Setting::Username,
                   .section = SettingOption::Section::Authentication,
@@ -194,21 +195,22 @@ inline constexpr std::array SettingOptions = {
                   .setting = Setting::Password,
                   .section = SettingOption::Section::Authentication,
                   .help = "password of at most 254 characters",
-                  .details = "A longer one is cut to 255 characters, and its length is sent as 0."},
+                  .details = "A longer password is cut to 255 characters, and its length is sent "
+                             "as 0."},
     SettingOption{.key = "--802-CA-cer-file=",
                   .setting = Setting::CaCertFile,
                   .section = SettingOption::Section::Certificates,
                   .kind = SettingOption::Kind::File,
                   .valueName = "FILE",
                   .help = "CA certificate that -icer installs",
-                  .details = "It is a PEM file of less than about 12 KiB."},
+                  .details = "_FILE_ is a PEM file of at most about 11,900 bytes."},
     SettingOption{.key = "--802-signed-cer-file=",
                   .setting = Setting::SignedCertFile,
                   .section = SettingOption::Section::Certificates,
                   .kind = SettingOption::Kind::File,
                   .valueName = "FILE",
                   .help = "signed certificate that -icer installs",
-                  .details = "It is a PEM file of less than about 12 KiB."},
+                  .details = "_FILE_ is a PEM file of at most about 11,900 bytes."},
     SettingOption{.key = "--WEP-key1=",
                   .setting = Setting::WepKey1,
                   .section = SettingOption::Section::Keys,
@@ -231,15 +233,15 @@ inline constexpr std::array SettingOptions = {
                   .kind = SettingOption::Kind::Word,
                   .valueName = "NUMBER",
                   .words = {{{.list = option_words::WepKeyNumbers}}},
-                  .help = "number of the WEP key to send with",
+                  .help = "number of the WEP key that the adapter sends with",
                   .details = "The default is *1*."},
     SettingOption{.key = "--psk=",
                   .setting = Setting::Psk,
                   .section = SettingOption::Section::Keys,
                   .help = "pre-shared key of at most 64 characters",
                   .details =
-                      "It is for *WPA-PER* and *WPA-ENT*. Without it *-ca* sends an empty key "
-                      "and does not ask for one."},
+                      "*WPA-PER* and *WPA-ENT* use this key. Without this option *-ca* sends an "
+                      "empty key, and does not ask for a key."},
     SettingOption{.key = "--cer-common=",
                   .setting = Setting::CerCommonName,
                   .section = SettingOption::Section::Certificates,
@@ -279,5 +281,5 @@ inline constexpr std::array SettingOptions = {
                   .section = SettingOption::Section::Certificates,
                   .kind = SettingOption::Kind::File,
                   .valueName = "FILE",
-                  .help = "file that -csr writes the request to"},
+                  .help = "file that -csr writes the certificate request to"},
 };

@@ -23,8 +23,8 @@ enum HCDeviceLocTypes : int {
   HC_LOC_LIBUSB = 3,
 };
 
-/// One kind of connection to a printer. A new connector is closed, and the destructor closes the
-/// connector. A second call of `close()` is allowed and returns a failure. A connector prints
+/// One kind of connection to a printer. A new connector is not open yet. The destructor closes an
+/// open connector. A second call of `close()` is allowed and returns a failure. A connector prints
 /// nothing. The result of an operation and `getLastError()` report a failure.
 class HCIOConnector {
  public:

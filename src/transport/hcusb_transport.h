@@ -35,12 +35,13 @@ class HCUSBTransport : public CommTransport {
   /// selects libusb. A connector that fails to open stays selected, and its operations fail.
   int CT_Open(const char* path) override;
 
-  /// Closes the connector and keeps it selected. Returns 0, or -1 if there is no connector, it was
-  /// not open, or the close failed.
+  /// Closes the connector and keeps it selected. Returns 0. Returns -1 if there is no connector,
+  /// the connector was not open, or the close failed.
   int CT_Close() override;
 
-  /// Reads until `len` bytes have arrived, about 5 s have passed without a byte, or a probe fails.
-  /// Returns the count of bytes read, or 0 if there is no connector.
+  /// Reads until `len` bytes have arrived, no byte arrives for a time, or a probe fails. This time
+  /// is about 5 s over usblp, and about 15 s over libusb, because `LibUsbConnector::read` also
+  /// waits. Returns the count of bytes read, or 0 if there is no connector.
   long CT_Read(unsigned char* buf, unsigned long len) override;
 
   /// Writes once. Returns the connector's count, or -1 if there is no connector.
@@ -52,8 +53,8 @@ class HCUSBTransport : public CommTransport {
   /// How the transport waits for bytes over usblp.
   enum class Waiting {
     Polling,  ///< asks the device every millisecond, as the exchanges of zvkconfig do
-    /// Sleeps in one call until bytes arrive or the time is up. A signal ends the wait, but not a
-    /// request that is written in part.
+    /// Sleeps in one call until bytes arrive or the time is up. A signal ends the wait. It does not
+    /// end the writing of a request that is written in part.
     Blocking,
   };
   void setWaiting(Waiting waiting) { m_Waiting = waiting; }
@@ -61,14 +62,14 @@ class HCUSBTransport : public CommTransport {
   enum class Direction { ToPrinter, FromPrinter };
   using Observer = std::function<void(Direction direction, std::span<const unsigned char> bytes)>;
 
-  /// Sets the function that receives the bytes of each transfer after it. An empty function removes
-  /// it.
+  /// Sets the function that the transport calls after each read or write with the bytes that it
+  /// transferred. An empty function removes the observer.
   void observeTransfers(Observer observer) { m_Observer = std::move(observer); }
 
-  /// Writes a request with `CT_Write`. usblp accepts only a few kilobytes at a time, and a printer
-  /// must not be left with half a packet: the rest of a request is written for at most 5 s more.
-  /// libusb's write has its own loop, so a short count ends the request there. Returns the count
-  /// written, or -1.
+  /// Writes a request with `CT_Write`. usblp accepts only a few kilobytes at a time. A printer must
+  /// not be left with half a packet, so over usblp this operation continues to write the rest of
+  /// the request, for at most 5 s. Over libusb it writes once, because `LibUsbConnector::write` has
+  /// its own loop. Returns the count written, or -1.
   long writeRequest(std::span<unsigned char> request);
 
  private:
@@ -83,8 +84,8 @@ class HCUSBTransport : public CommTransport {
   static std::unique_ptr<HCUSBTransport> m_Instance;
   static int m_RefCount;  ///< the count of users
 
-  /// Reads more bytes after the first `got` until `wanted` have arrived or the printer stops
-  /// sending. Returns the count of all.
+  /// Reads more bytes after the first `got` until `wanted` bytes have arrived or the printer stops
+  /// sending. Returns the count of all bytes, including the first `got`.
   int readRest(unsigned char* buf, int got, int wanted);
   /// Returns the probe's timeout in the unit of the connector.
   unsigned int probeTimeout() const;

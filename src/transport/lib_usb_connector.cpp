@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Bytes.
+/// The capacity of the ring buffer in bytes.
 constexpr unsigned long RingCapacity = 0x10000;
 /// The most milliseconds that a read waits for a USB packet.
 constexpr unsigned int ReadPollTimeout = 10000;
@@ -202,7 +202,8 @@ HCIOStatus LibUsbConnector::isReadReady(unsigned int timeout) {
   if (received == 0 || received == -ETIMEDOUT) {
     return setStatus(IO_TIMEOUT);
   }
-  // Drops a packet that does not fit, and also a packet that would fill the ring to the last byte.
+  // Drops a USB packet that does not fit into the ring, and also a USB packet that would fill the
+  // ring to the last byte.
   if (received > 0 && received <= m_InMaxPacket &&
       m_RxBuffer.getAvailableSpace() > static_cast<unsigned long>(received) &&
       m_RxBuffer.writeBytes(packet.data(), static_cast<unsigned long>(received))) {

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The smallest count of characters in a prefix that is too long.
+/// A prefix with this many characters is too long.
 constexpr std::size_t PrefixLimit = 63;
 /// The largest accepted number of a device file.
 constexpr int LargestNumber = 16;

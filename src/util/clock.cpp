@@ -20,8 +20,8 @@ void pauseSeconds(unsigned int seconds) {
     if (pauseObserver) {
       pauseObserver(seconds);
     }
-    // No handled signal ends this sleep early, because the program handles signals only at the
-    // password prompt.
+    // In zvkconfig no handled signal ends this sleep early, because zvkconfig handles signals only
+    // at the password prompt. In zvkwifi SIGINT and SIGTERM end it early, on purpose.
     ::sleep(seconds);
   }
 }

@@ -3,8 +3,8 @@
 #include <ctime>
 #include <functional>
 
-/// The program's only access to time: pauses and deadlines in whole seconds, the unit of the
-/// printer's protocol, and the short pause between attempts on a device that is not ready.
+/// Pauses and the time of day in whole seconds, the unit of the printer's protocol, and a short
+/// pause between two attempts on a device that is not ready.
 namespace util {
 
 /// Pauses for `seconds` seconds. Returns at once if `seconds` is 0.

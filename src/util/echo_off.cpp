@@ -12,7 +12,7 @@ namespace util {
 
 namespace {
 
-/// How often the terminal is set before the program gives up.
+/// How many times the program tries to restore the terminal before it gives up.
 constexpr int RestoreTries = 3;
 
 // For the signal handler: the original state of the terminal, and 1 if it must be restored.
@@ -41,7 +41,8 @@ void switchEchoOff() {
 extern "C" void restoreEchoForSignal(int signal);
 
 /// Sets the handler for the next `signal` only. SA_RESETHAND restores the default action when the
-/// handler starts. SA_NODEFER delivers the signal that the handler raises while it still runs.
+/// handler starts. SA_NODEFER delivers the signal that the handler raises while the handler still
+/// runs.
 void handleOnce(int signal) {
   struct sigaction action {};
   action.sa_handler = restoreEchoForSignal;
@@ -50,8 +51,9 @@ void handleOnce(int signal) {
   ::sigaction(signal, &action, nullptr);
 }
 
-/// Restores the echo and raises the signal again for its default action. Only a stop returns: the
-/// program continues, the password is not complete yet, and the echo goes off again.
+/// Restores the echo and raises the signal again for its default action. `raise` returns only after
+/// a stop, when the program continues. The password is not complete then, so the echo goes off
+/// again.
 extern "C" void restoreEchoForSignal(int signal) {
   const int error = errno;
   restoreEcho();

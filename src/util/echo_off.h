@@ -11,14 +11,15 @@ namespace util {
 inline constexpr std::array SignalsThatEndOrStop = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP};
 
 /// Switches the echo of the terminal on standard input off during its lifetime and discards what
-/// was typed before. Does nothing if standard input is not a terminal. Only one object may exist.
+/// was typed before. Does nothing if standard input is not a terminal. Only one object may exist at
+/// a time.
 ///
 ///     const util::EchoOff echoOff;
 ///     const std::string password = readLine();
 ///
-/// The echo is switched on again on every exit: before one of `signals` ends or stops the program,
-/// too. After a stop it goes off again. A program with its own handler for a signal leaves that
-/// signal out of the list.
+/// The destructor switches the echo on again. A signal handler does the same before one of
+/// `signals` ends or stops the program. When a stopped program continues, the echo goes off again.
+/// A program with its own handler for a signal leaves that signal out of the list.
 class EchoOff {
  public:
   explicit EchoOff(std::span<const int> signals = SignalsThatEndOrStop);

@@ -21,7 +21,7 @@ class Output {
   virtual void answer(std::string_view text) = 0;
   /// Takes diagnostic lines and packet dumps, which may contain keys and passwords.
   virtual void diagnostic(std::string_view text) = 0;
-  /// Shows the answers taken so far. `showProgress` calls it.
+  /// Shows the answers taken so far. `showProgress` calls this function.
   virtual void flushAnswers() {}
 };
 

@@ -64,7 +64,7 @@ class DumpWriter {
   DumpWriter(const DumpWriter&) = delete;
   DumpWriter& operator=(const DumpWriter&) = delete;
 
-  /// Adds the line of at most 16 bytes. A shorter line is padded with blanks before the bar if a
+  /// Adds a line for at most 16 bytes. A shorter line is padded with blanks before the bar if a
   /// full line precedes it.
   void addLine(std::span<const unsigned char> bytes) {
     if (m_Text.size() - m_Used < LongestLine) {

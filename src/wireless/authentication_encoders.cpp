@@ -30,8 +30,8 @@ constexpr std::array AuthMethods = {
     AuthMethod{npa::settings::MethodTtls, "EAP-TTLS"},
 };
 
-/// Returns true if the printer holds two certificates for itself, or one CA certificate. Reads
-/// the list of CA certificates only if the first list is too short.
+/// Returns true if the printer lists at least two printer certificates or at least one CA
+/// certificate. Reads the list of CA certificates only if the other list does not decide.
 bool holdsCertificates(const std::string& device) {
   CertMgr certificates(device);
   std::vector<std::string> names;

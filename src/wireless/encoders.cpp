@@ -23,8 +23,8 @@ constexpr std::array SecurityCodes = {
     TextCode{"WPA2", 2}, TextCode{"WPA-ENT", 2}, TextCode{"802.1x", 3},
 };
 
-/// The names in the log. The index is the code. No text has the code 4: the code of "WPA2" is 2,
-/// which accepts version 1 and 2 of WPA.
+/// The names of the securities in the log. The index is the code. No configured text has the code
+/// 4: "WPA2" is sent as 2, which stands for version 1 or 2 of WPA.
 constexpr std::array SecurityNames = {"No Security", "WEP", "WPA PSK (Auto 1 or 2)", "802.1x",
                                       "WPA-2 only PSK"};
 

@@ -1,4 +1,4 @@
-// The password prompt. The echo of the terminal is off while it reads.
+// The password prompt. The echo of the terminal is off during the input.
 
 #include "wireless/password_prompt.h"
 
@@ -10,8 +10,9 @@
 
 namespace {
 
-/// Longer than usual passwords, so the text is not reallocated. It is also too long for the string
-/// object itself, so the text is in heap memory, which the program clears when it frees it.
+/// Longer than usual passwords, so the text is not reallocated. The capacity is also too large for
+/// the string object itself, so the text is in heap memory. The program clears heap memory when it
+/// frees it.
 constexpr std::size_t PasswordReserve = 256;
 
 /// Reads a line byte by byte, because the buffer of a stream would keep a copy of the password.

@@ -29,7 +29,7 @@ class wnpaGenerator::Encoder {
   constexpr Encoder(int (Generator::*member)()) : m_Member(member) {}
   // NOLINTEND(google-explicit-constructor)
 
-  /// Appends the object of the setting to the packet of `generator`.
+  /// Appends the objects of the setting to the packet of `generator`.
   void append(Generator& generator) const {
     if (m_Row != nullptr) {
       generator.encode(*m_Row);
@@ -107,7 +107,7 @@ struct wnpaGenerator::Batches {
       &Generator::encodeChannel,
   });
 
-  // The batches. If a section names an encryption, it is sent only if that encryption is
+  // The batches. If a section names an encryption, the section is sent only if that encryption is
   // configured.
 
   static constexpr std::array Basic = {Section{BasicSettings}};
@@ -121,8 +121,8 @@ struct wnpaGenerator::Batches {
   static constexpr std::array AuthenticatedNetwork = {Section{AuthenticatedNetworkSettings}};
 };
 
-/// The advanced configurations: the security, the operation that sends it, its name in the log, and
-/// the batches, a packet each.
+/// One advanced configuration: the security, the operation that sends the configuration, the name
+/// in the log, and the batches. Each batch becomes one packet.
 struct wnpaGenerator::AdvancedMode {
   std::string_view security;
   int (Generator::*configure)();
@@ -253,7 +253,7 @@ int wnpaGenerator::configWPAEnt() {
 int wnpaGenerator::config8021x() {
   util::debugLine("Configuring for 8021x...");
   int result = 0;
-  // The network is sent only if the printer accepts the options. Otherwise the result stays 0: the
+  // The network is sent only if the adapter accepts the options. Otherwise the result stays 0: the
   // command does not fail, on purpose.
   if (set8021xOptions() == 0) {
     encodeBatch(Batches::AuthenticatedNetwork);

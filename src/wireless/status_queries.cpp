@@ -10,7 +10,7 @@
 
 namespace {
 
-// The queries. An exchange of the table runs the first four, and they have no texts for the log.
+// The queries. A query that an exchange of the table runs has no texts for the log.
 
 constexpr SettingQuery Ssid = {.key = npa::settings::Ssid};
 constexpr SettingQuery IpAddress = {.key = npa::settings::IpAddress};
@@ -34,8 +34,8 @@ constexpr SettingQuery AuthCommonName = {.key = npa::settings::AuthCommonName,
 /// The result of a query whose reply has no status. A status is 0 to 255, so -1 cannot be one.
 constexpr int NoAnswer = -1;
 
-/// Returns the text of an authentication status, or an empty text if it is unknown. The result ends
-/// in a zero byte, because the texts are literals.
+/// Returns the text of an authentication status, or an empty text if the status is unknown. The
+/// result ends in a zero byte, because the texts are literals.
 const char* authStatusText(npa::Byte status) {
   return status < npa::AuthStatusTexts.size() ? npa::AuthStatusTexts[status].data() : "";
 }
@@ -45,8 +45,8 @@ void logStatus(npa::Byte status, const char* text) {
   util::debugLine("Status: %d (%s)", status, text);
 }
 
-/// Logs the first status in the reply's records and its text. Returns the status, or -1 if no
-/// record has a status.
+/// Logs the first status in the records of the reply, as a number and in words. Returns the status,
+/// or -1 if no record has a status.
 int loggedStatus(std::span<const unsigned char> reply, const SettingQuery& query,
                  const char* (*text)(npa::Byte status)) {
   const auto status = firstStatusIn(reply, query.key);

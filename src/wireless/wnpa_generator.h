@@ -79,7 +79,11 @@ class wnpaGenerator {
   // an unknown word is sent as 0; an unknown channel is sent as 6. A text that is too long is cut.
   // Except the encoders of the channel and of the network's password, each encoder logs the setting
   // that it appends, even a secret.
-  //
+
+  /// Encodes a setting by a row of setting_encodings.h. A batch can name the row, so a setting with
+  /// a row needs no separate operation (setting_encoding.cpp).
+  int encode(const SettingEncoding& encoding);
+
   // Settings that every network needs (encoders.cpp). `total` is ignored:
 
   /// Appends the SSID and a zero byte.
@@ -128,11 +132,13 @@ class wnpaGenerator {
   /// Appends six flags, one per method: 1 if the method may be used.
   int construct802AuthExtension();
   /// Appends the flag that makes the adapter validate the server's certificate. First reads the
-  /// lists of certificates from the printer: the flag is 1 if the printer lists at least two
-  /// printer certificates or at least one CA certificate. The flag is 0 if the printer does not
-  /// answer. Throws a message of type `const char*` if no device is configured.
+  /// lists of certificates from the printer, unless `setServerValidation` has set the flag. The
+  /// flag is 1 if the printer lists at least two printer certificates or at least one CA
+  /// certificate. The flag is 0 if the printer does not answer. If no device is configured, throws
+  /// a message of type `const char*`.
   int construct802ValidateCert();
-  /// Sets that flag for the packets that follow, so that the printer is not asked. Library only.
+  /// Sets the value of that flag for later packets, so that the generator does not ask the printer.
+  /// Library only.
   void setServerValidation(bool validates) { m_ServerValidation = validates; }
 
   // Fields of a certificate request (certificate_fields.cpp). Library only:
@@ -169,8 +175,8 @@ class wnpaGenerator {
   int constructBasic();
 
   /// Returns the bare packets of the configuration that `configAdvanced` sends, in order, without
-  /// sending them. Returns none if the security is none of that list. May ask the printer, see
-  /// `construct802ValidateCert`. Library only.
+  /// sending them. Returns no packet if `configAdvanced` does not know the security. May ask the
+  /// printer for its certificates: see `construct802ValidateCert`. Library only.
   [[nodiscard]] std::vector<npa::Bytes> advancedPackets();
 
   /// Sends the configuration of the security "OPEN", "SHARED", "WPA-PER", "WPA-ENT" or "802.1x"
@@ -193,19 +199,20 @@ class wnpaGenerator {
   int set8021xOptions();
 
   /// Performs the default run of zvkconfig, for a command line without a switch. Dumps the packet
-  /// of the basic configuration, builds it again and sends it. Then reads the trouble code and
-  /// prints the IP address. If the adapter refuses the wrapped packet or does not answer, switches
-  /// to bare packets and sends the packet again. If the security is not "None", asks for a missing
-  /// password each time it builds the packet. Returns the size of the dumped packet.
+  /// of the basic configuration, builds it again and sends it. If the adapter refuses the wrapped
+  /// packet or does not answer, switches to bare packets, and builds and sends the packet once
+  /// more. Then reads the trouble code and prints the IP address. If the security is not "None",
+  /// asks for a missing password each time it builds the packet. Returns the size of the dumped
+  /// packet.
   int generate();
 
-  /// Resets the network adapter. Returns the result of `sendConfig::resetINA` (-r).
+  /// Resets the network adapter (-r). Returns the result of `sendConfig::resetINA`.
   int reset();
 
   // --- Status queries (status_queries.cpp) --------------------------------------------------
   //
-  // Each operation queries one setting. The first four operations return the result of the
-  // `sendConfig` operation of the same name.
+  // Each operation queries one setting. An operation that has the name of a `sendConfig` operation
+  // returns its result.
 
   /// Queries the SSID and prints it (-s).
   int getSSID();
@@ -216,8 +223,8 @@ class wnpaGenerator {
   /// Queries the descriptor of the adapter (-a).
   int getAdapterDescriptor();
 
-  /// Returns the 802.1x authentication status from the first record in the reply that has a status,
-  /// or -1 if no record has one (-802s).
+  /// Queries the 802.1x authentication status (-802s). Returns the status from the first record in
+  /// the reply that has a status, or -1 if no record has one.
   int get802AuthStatus();
 
   // Library only:
@@ -237,8 +244,8 @@ class wnpaGenerator {
 
   // --- Certificate reads and actions (certificate_reads.cpp) ---------------------------------
 
-  /// Queries organisation and common name of the adapter's certificate (-cer). Returns 0 after any
-  /// reply, and after none.
+  /// Queries organisation and common name of the adapter's certificate (-cer). Returns 0 whether a
+  /// reply arrives or not.
   int getCertSettings();
 
   /// Queries the organisation and logs the value of each complete record in the reply. Returns 0,
@@ -265,7 +272,7 @@ class wnpaGenerator {
   /// Makes the adapter generate a certificate.
   int generateCertificate();
 
-  /// Sends the common name as a batch. Returns 0 after any reply, and after none. Library only.
+  /// Sends the common name as a batch. Returns 0 whether a reply arrives or not. Library only.
   int createCertSignRequest();
 
  private:
@@ -279,8 +286,6 @@ class wnpaGenerator {
 
   // These encoders append to the packet and return the count of bytes appended, possibly 0.
 
-  /// Logs a setting and appends its object.
-  int encode(const SettingEncoding& encoding);
   /// Does the same as `constructChannel`.
   int encodeChannel();
   /// Does the same as `constructSecurity`.
@@ -302,7 +307,7 @@ class wnpaGenerator {
   /// Clears the packet and appends the settings of a batch.
   void encodeBatch(std::span<const Section> sections);
 
-  /// Turns the objects in the packet into one packet, wrapped if wrap mode is on.
+  /// Turns the objects in `m_Packet` into a configuration packet, wrapped if wrap mode is on.
   void frameBatch();
 
   /// Frames the objects in the packet and sends the packet. Returns the result of
@@ -316,7 +321,8 @@ class wnpaGenerator {
   /// Returns the bytes to send for a packet: wrapped if wrap mode is on.
   std::vector<unsigned char> outgoing(std::span<const npa::Byte> packet);
 
-  /// Sends the query for one setting with an operation of `sendConfig`. Returns its result.
+  /// Sends the query for one setting with an operation of `sendConfig`. Returns the operation's
+  /// result.
   int runQuery(const SettingQuery& query, int (sendConfig::*operation)(unsigned char*, int));
 
   /// Sends a query and returns the collected reply, empty if there is none.

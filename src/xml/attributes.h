@@ -15,7 +15,7 @@ class attributes {
  public:
   attributes() = default;
   virtual ~attributes() = default;
-  /// Copies the pairs, but not the spare node.
+  /// Copies the pairs, but not `m_Spare`.
   attributes(const attributes& other) : m_Pairs(other.m_Pairs) {}
   /// Replaces the pairs by copies. Each object keeps its spare node.
   attributes& operator=(const attributes& other) {
@@ -35,13 +35,13 @@ class attributes {
 
   /// Stores `value` under `name` and replaces an earlier value.
   void setAttribute(const char* name, const char* value);
-  /// Does the same. The texts may contain zero bytes.
+  /// Does the same for texts that may contain zero bytes.
   void setAttribute(std::string_view name, std::string_view value);
 
   /// Returns a copy of the value of `name`, or an empty text if the name is absent.
   std::string getAttribute(const char* name) const;
 
-  /// Writes at most `size - 1` bytes of the value of `name` to `buf` and fills the rest of its
+  /// Writes at most `size - 1` bytes of the value of `name` to `buf` and fills the rest of the
   /// `size` bytes with zeros. Returns the count of bytes before the zeros. If the name is absent,
   /// writes only zeros and returns 0.
   int getAttribute(const char* name, char* buf, unsigned int size) const;

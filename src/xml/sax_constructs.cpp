@@ -210,7 +210,7 @@ ParseRetType SimpleSAXParser::skipProcessingInstruction(std::string_view text,
   if (!xml::isTokenAt(text, position, "<?")) {
     return doesNotStart(text, position);
   }
-  // The "?" of "<?" may also be that of "?>", so "<?>" is a complete instruction.
+  // The "?" of "<?" may also be the "?" of "?>", so "<?>" is a complete instruction.
   ++position;
   return skipPast("?>", text, position);
 }
@@ -258,7 +258,7 @@ void SimpleSAXParser::replaceEntities(std::string& text) const {
     written += character.copy(&text[written], character.size());
     // The search continues one character after the place of the entity. If an unknown entity was
     // removed, the character after the entity moves to this place. So the search skips this
-    // character, and it stays even if it is "&".
+    // character, which stays even if it is "&".
     ampersand = ampersandFrom(character.empty() ? read + 1 : read);
     keepUntil(ampersand);
   }

@@ -190,8 +190,8 @@ SimpleSAXParser::ParseRetType SimpleSAXParser::parseText(std::string_view text,
     buffer = run;
     position += run.size();
     replaceEntities(buffer);
-    // The length is that of the text in the document. The text in `buffer` may be shorter and ends
-    // at its zero byte.
+    // The length is the length of the text in the document. The text in `buffer` may be shorter and
+    // ends at its zero byte.
     notify(&SimpleSAXHandler::characters, buffer.c_str(), static_cast<unsigned int>(run.size()));
     honourStop(text, position);
   }

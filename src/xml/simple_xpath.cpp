@@ -72,8 +72,8 @@ void simpleXPath::startElement(const char* name, attributes& attrs) {
   if (m_Stack.size() != depth || depth >= m_Path.size()) {
     return;
   }
-  // A list needs the elements at all positions, so set the position in the last step to that of
-  // this element.
+  // A list needs the elements at all positions, so set the position in the last step to the
+  // position of this element.
   nodeType& step = m_Path[depth];
   if (m_IsListing && depth + 1 == m_Path.size() && index <= LargestPosition) {
     step.index = index;

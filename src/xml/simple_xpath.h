@@ -27,12 +27,12 @@ class simpleXPath : public SimpleSAXHandler {
  public:
   /// Either one step of a path, or an open element of the document that matches its step.
   struct nodeType {
-    std::string name;        ///< the element's name; in a step, the wanted name
-    std::string text;        ///< open element at the path: its text, without that of elements in it
-    attributes attrs;        ///< open element: its attributes
-    std::int32_t index = 0;  ///< open element: see `startElement`; step: the wanted position
-    std::string filterName;  ///< step: empty for no filter, `IndexFilter`, `NoMatchFilter`, or the
-                             ///< name of an attribute
+    std::string name;         ///< the element's name; in a step, the wanted name
+    std::string text;         ///< open element at the path: its text, except in inner elements
+    attributes attrs;         ///< open element: its attributes
+    std::int32_t index = 0;   ///< open element: see `startElement`; step: the wanted position
+    std::string filterName;   ///< step: empty for no filter, `IndexFilter`, `NoMatchFilter`, or the
+                              ///< name of an attribute
     std::string filterValue;  ///< step: the wanted value of the attribute, or the position as text
   };
 
@@ -122,8 +122,8 @@ class simpleXPath : public SimpleSAXHandler {
   std::vector<nodeType> m_Path;
   /// The positions of all open elements, outermost first.
   std::vector<std::int32_t> m_Open;
-  /// The open elements up to the first one that does not match its step. An element inside that one
-  /// cannot be at the path.
+  /// The open elements up to the first one that does not match its step. No element inside the
+  /// mismatching element can be at the path.
   std::vector<nodeType> m_Stack;
   std::string m_Result;
   nodeType m_LastClosed;  ///< name and index of the element that closed last, at any depth

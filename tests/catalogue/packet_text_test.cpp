@@ -13,7 +13,7 @@ using support::bytes;
 struct TextRow : support::Row {
   std::string packet;
   const char* meaning;
-  const char* hex = nullptr;  ///< null if no byte is masked
+  const char* hex = nullptr;  ///< the packet with masked bytes; null if no byte is masked
 };
 
 class PacketTexts : public testing::TestWithParam<TextRow> {};

@@ -1,9 +1,12 @@
 #include "catalogue/setting_catalogue.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <fstream>
 #include <gtest/gtest.h>
-#include <span>
+#include <regex>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "testing/packets.h"
 #include "testing/rows.h"
@@ -58,80 +61,54 @@ INSTANTIATE_TEST_SUITE_P(
 
 // --- All settings -------------------------------------------------------------------------------
 
-/// One line per setting: group and number, kind, "secret" if the value is masked, "low byte" if
-/// the length field holds only the low byte of the size, name, and the names of the numbers from 0.
-constexpr std::string_view Settings = R"(06 14 flag adapter reset
-06 1F text adapter descriptor
-0A 02 address IP address
-28 02 number mode: managed|ad-hoc
-28 05 number channel
-28 08 text SSID
-28 09 text secret WEP key 1
-28 0B text secret WEP key 2
-28 0D text secret WEP key 3
-28 0F text secret WEP key 4
-28 11 text secret pre-shared key
-28 15 number trouble code
-28 1F number WEP transmit key
-28 22 number security: none|WEP|WPA (1 or 2)|802.1x|WPA2 only
-28 23 number WEP authentication: auto|open|shared
-28 26 number encryption: none|dynamic WEP|static WEP|TKIP|AES
-2A 02 text 802.1x user
-2A 03 text secret low byte 802.1x password
-2A 06 text certificate organisation
-2A 07 text certificate unit
-2A 08 text certificate state
-2A 09 text certificate country
-2A 0A text low byte certificate common name
-2A 0B text certificate city
-2A 0C flag generate certificate
-2A 0D number certificate generation status
-2A 0E text certificate request
-2A 0F text certificate
-2A 10 text CA certificate
-2A 11 flag CA certificate installed
-2A 12 flag make certificate request
-2A 13 flag 802.1x authentication enabled
-2A 14 flag EAP-MD5 allowed
-2A 15 flag MSCHAPv2 allowed
-2A 16 flag LEAP allowed
-2A 17 flag PEAP allowed
-2A 18 flag EAP-TLS allowed
-2A 19 flag EAP-TTLS allowed
-2A 1A number 802.1x inner authentication: CHAP|MSCHAP|MSCHAPv2|PAP
-2A 1B text 802.1x common name
-2A 1C text certificate alternative name
-2A 1D number 802.1x authentication status: 12 texts
-2A 24 flag validate server certificate
-2A 25 text secret all security settings
-2A 27 text certificate friendly name
-)";
-
-std::string lineOf(const catalogue::SettingInfo& info) {
-  constexpr const char* kinds[] = {" text ", " number ", " flag ", " address "};
-  std::string line = packets::hexText({info.key.group, info.key.object});
-  line.append(kinds[static_cast<std::size_t>(info.kind)]);
-  line.append(info.secret ? "secret " : "").append(info.sizeIsLowByte ? "low byte " : "");
-  line.append(info.name);
-  if (info.numberNames.size() > 5) {  // other tests compare the status texts
-    return line + ": " + std::to_string(info.numberNames.size()) + " texts\n";
+/// Returns the rows of settings in docs/protocol.md, in the order of the numbers: number, name and
+/// value up to the first semicolon.
+std::vector<std::string> documentedSettings() {
+  static const std::regex row("\\| ([0-9A-F]{2} [0-9A-F]{2} \\| [^|]+ \\| [^|;]+)(;[^|]*)? \\|");
+  std::ifstream document(PROTOCOL_DOCUMENT);
+  std::vector<std::string> rows;
+  for (std::string line; std::getline(document, line);) {
+    std::smatch match;
+    if (std::regex_match(line, match, row)) {
+      rows.push_back(match[1]);
+    }
   }
-  const char* separator = ": ";
-  for (const std::string_view name : info.numberNames) {
-    line.append(separator).append(name);
-    separator = "|";
-  }
-  return line + "\n";
+  std::ranges::sort(rows);
+  return rows;
 }
 
-TEST(SettingCatalogue, HasEverySettingInTheOrderOfTheNumbers) {
-  std::string lines;
+/// Returns the row that the document must have for a setting.
+std::string rowOf(const catalogue::SettingInfo& info) {
+  std::string row = packets::hexText({info.key.group, info.key.object});
+  row.append(" | ").append(info.name).append(" | ").append(info.secret ? "secret " : "");
+  row.append(catalogue::kindName(info.kind))
+      .append(info.sizeIsLowByte ? ", low byte of the size" : "");
+  if (info.numberNames.size() > 5) {  // other tests compare the status texts
+    return row + ", " + std::to_string(info.numberNames.size()) + " meanings";
+  }
+  for (std::size_t i = 0; i < info.numberNames.size(); ++i) {
+    row.append(i == 0 ? ": " : ", ").append(std::to_string(i)).append(" ");
+    row.append(info.numberNames[i]);
+  }
+  return row;
+}
+
+TEST(SettingCatalogue, HasEverySettingOfTheDocumentInTheOrderOfTheNumbers) {
+  std::vector<std::string> rows;
   for (const catalogue::SettingInfo& info : catalogue::settingCatalogue()) {
-    lines += lineOf(info);
+    rows.push_back(rowOf(info));
     EXPECT_FALSE(catalogue::groupName(info.key.group).empty()) << info.name;
     EXPECT_EQ(catalogue::isSecret(info.key), info.secret) << info.name;
   }
-  EXPECT_EQ(lines, Settings);
+  EXPECT_EQ(rows, documentedSettings());
+}
+
+TEST(SettingCatalogue, NamesTheKinds) {
+  using Kind = catalogue::SettingInfo::Kind;
+  EXPECT_EQ(catalogue::kindName(Kind::Text), "text");
+  EXPECT_EQ(catalogue::kindName(Kind::Number), "number");
+  EXPECT_EQ(catalogue::kindName(Kind::Flag), "flag");
+  EXPECT_EQ(catalogue::kindName(Kind::Address), "address");
 }
 
 TEST(SettingCatalogue, NamesTheGroups) {

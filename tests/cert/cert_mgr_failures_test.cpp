@@ -8,7 +8,7 @@
 #include "testing/packets.h"
 #include "testing/rows.h"
 
-// The operations of the certificate manager after a failed call or a missing reply.
+// The operations of the certificate manager when a call fails or gets no reply.
 
 namespace {
 
@@ -31,7 +31,7 @@ struct OperationRow : support::Row {
   int (*run)(CertMgr& manager, Values& values);
   const char* errorLine;  ///< the log line; "@" stands for the status
   const char* messageLine = "D [ZVK] why not\n";
-  /// The count of calls before the one that fails.
+  /// The count of calls before the call that fails.
   int callsBefore = 0;
 };
 
@@ -80,8 +80,9 @@ const std::vector<OperationRow> Operations = {
 
 class FailedCall : public support::CertManager, public testing::WithParamInterface<OperationRow> {
  protected:
-  /// Runs the operation. The printer replies to its own call with `reply`, and to the calls before
-  /// it with success. Returns the log lines about the failure. Expects unchanged outputs.
+  /// Runs the operation. The printer replies to the operation's last call with `reply`, and to the
+  /// calls before it with success. Returns the log lines about the failure. Expects unchanged
+  /// outputs.
   std::string errorOf(const Bytes& reply) {
     std::vector<Bytes> replies(static_cast<std::size_t>(GetParam().callsBefore),
                                support::success());

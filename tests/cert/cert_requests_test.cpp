@@ -104,7 +104,7 @@ TEST_F(CertManager, WaitsLongerForCallsThatUseKeys) {
     run(operation);
     return (system.now() - start) / virtual_system::Second;
   };
-  // There are two exchanges, the deletion and the request. Each starts with a pause of 2 s.
+  // There are two exchanges, the deletion and the request. Each pauses 2 s before it reads.
   EXPECT_EQ(seconds([](CertMgr& manager) { return createRequest(manager); }), 7 + 12);
   EXPECT_EQ(seconds([](CertMgr& manager) { return manager.saveCertRequest("", nullptr); }), 12);
   EXPECT_EQ(seconds([](CertMgr& manager) { return manager.deleteCACert("x"); }), 7);

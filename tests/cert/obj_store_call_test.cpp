@@ -17,7 +17,7 @@ using support::textBytes;
 
 // --- Command ------------------------------------------------------------------------------------
 
-/// Returns the bytes of a command, or nothing if none is built.
+/// Returns the bytes of a command. Returns no bytes if `makeObjStoreCmd` builds no command.
 Bytes command(const char* xml) {
   unsigned char marker = 0;
   unsigned char* result = &marker;
@@ -209,8 +209,8 @@ TEST(ShowByteArray, WritesTwoDigitsForEachByte) {
 
 class GetObjStoreResponse : public support::ObjectStorePrinter {
  protected:
-  /// Makes a call and returns its result. Stores the reply's text in `text`; without one it is
-  /// "(unchanged)".
+  /// Makes a call and returns its result. Sets `text` to the reply's text, or to "(unchanged)" if
+  /// there is no reply.
   int call(const char* xml, int timeout = 5) {
     std::string marker = "(unchanged)";
     char* result = marker.data();

@@ -7,11 +7,13 @@
 #include <utility>
 #include <vector>
 
+#include "testing/basic_batch.h"
 #include "testing/command_line.h"
 #include "testing/fake_libusb.h"
 #include "testing/files.h"
 #include "testing/object_store.h"
 #include "testing/output.h"
+#include "testing/packets.h"
 #include "testing/rows.h"
 #include "testing/standard_input.h"
 #include "testing/usblp_printer.h"
@@ -27,11 +29,11 @@ using virtual_system::Second;
 
 namespace {
 
-/// A fixture for tests of a whole run. A scripted printer replies to it.
+/// A fixture for tests of a whole run, with a scripted printer.
 class Setup : public support::UsblpPrinter {
  protected:
-  /// Runs the program with these arguments and returns its result. Stores what it wrote in
-  /// `output`.
+  /// Runs the program with these arguments and returns its result. Sets `output` to what the
+  /// program printed.
   int run(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "/usr/bin/zvkconfig");
     CommandLine line(std::move(arguments));
@@ -50,17 +52,19 @@ const Bytes Accepted = bytes("A5 00 03 50 E0 01");
 const Bytes Refused = bytes("A5 00 03 D4 E0 01");
 
 // The packet for default mode, security and channel, and the SSID "x".
-const Bytes BarePacket = bytes(
+const Bytes& BarePacket = basic_batch::SsidX;
+const Bytes WrappedPacket = packets::wrapped(BarePacket);
+
+/// Returns the log lines of one attempt of -c with these options.
+std::string attempt(int result) {
+  return basic_batch::attemptLines({.ssid = "x"}, result);
+}
+
+// The packet of -ca for an open network with default mode and channel, and the SSID "x".
+const Bytes BareOpen = bytes(
     "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 "
     "28 05 00 00 04 00 00 00 06 28 08 00 00 02 78 00");
-const Bytes WrappedPacket = support::joined({bytes("A5 00 2F 50 E0 63 02 00 29"), BarePacket});
-
-const std::string BasicLines =
-    "D [ZVK] Basic config...\n"
-    "D [ZVK] Mode = 'Managed'\n"
-    "D [ZVK] Security = 'None'\n"
-    "D [ZVK] Security mode: 0 (No Security)\n"
-    "D [ZVK] SSID = x\n";
+const Bytes WrappedOpen = packets::wrapped(BareOpen);
 
 }  // namespace
 
@@ -107,8 +111,7 @@ TEST_F(Setup, ConfiguresTheDefaultDevice) {
   answer({Accepted});
   EXPECT_EQ(run({"-c", "--ssid=x"}), 0);
   EXPECT_EQ(device.writes, std::vector<Bytes>{WrappedPacket});
-  EXPECT_EQ(output,
-            (Output{"", BasicLines + "D [ZVK] Basic config ret = 0\n" + TransportReleased}));
+  EXPECT_EQ(output, (Output{"", attempt(0) + TransportReleased}));
   EXPECT_EQ(system.sleeps, std::vector<unsigned int>{5});
 }
 
@@ -146,7 +149,7 @@ TEST_P(Retry, FollowsARefusalOrSilence) {
   EXPECT_EQ(device.writes, GetParam().packets);
   std::string lines;
   for (const int result : GetParam().results) {
-    lines += BasicLines + "D [ZVK] Basic config ret = " + std::to_string(result) + "\n";
+    lines += attempt(result);
   }
   EXPECT_EQ(output, (Output{"", lines + TransportReleased}));
 }
@@ -195,14 +198,14 @@ TEST_F(Setup, PromptsForThePasswordInEachRun) {
 TEST_F(Setup, RepeatsARefusedAdvancedConfigurationBare) {
   answer({Refused, Accepted});
   EXPECT_EQ(run({"-ca", "--security=OPEN", "--ssid=x"}), 0);
-  EXPECT_EQ(device.writes, (std::vector<Bytes>{WrappedPacket, BarePacket}));
+  EXPECT_EQ(device.writes, (std::vector<Bytes>{WrappedOpen, BareOpen}));
   EXPECT_TRUE(output.err.ends_with("D [ZVK] Adv OPEN ret = 0\n" + TransportReleased)) << output.err;
 }
 
 TEST_F(Setup, DoesNotRepeatAnAdvancedConfigurationThatWasNotAccepted) {
   answer({bytes("00")});
   EXPECT_EQ(run({"-ca", "--security=OPEN", "--ssid=x"}), 1);
-  EXPECT_EQ(device.writes, std::vector<Bytes>{WrappedPacket});
+  EXPECT_EQ(device.writes, std::vector<Bytes>{WrappedOpen});
 }
 
 TEST_F(Setup, SendsNothingForASecurityWithoutAdvancedConfiguration) {
@@ -241,8 +244,8 @@ TEST_F(Setup, SendsAnEmptyPacketToTheDefaultDeviceWithoutAnNpaFile) {
 }
 
 TEST_F(Setup, ReadsTheReplyToARawPacketForTenSeconds) {
-  // Each packet announces another. The second arrives in the last second before the deadline, the
-  // third after the deadline.
+  // Each packet announces another. The second arrives at the deadline, during a read that began
+  // before it. The third arrives after the deadline.
   device.onWrite = [this](const Bytes& /*request*/) {
     device.reply(bytes("A5 00 02 70 01"), 11 * Second);
     device.reply(bytes("A5 00 02 70 02"), 12 * Second);
@@ -277,8 +280,7 @@ TEST_P(SetupDevice, FailsAfterBothAttempts) {
   fake_libusb::Library library;
   EXPECT_EQ(run({"-c", "--ssid=x", GetParam().path}), -1);
   EXPECT_EQ(system.now(), 10 * Second);
-  EXPECT_EQ(output, (Output{"", BasicLines + "D [ZVK] Basic config ret = -1\n" + BasicLines +
-                                    "D [ZVK] Basic config ret = -1\n" + TransportReleased}));
+  EXPECT_EQ(output, (Output{"", attempt(-1) + attempt(-1) + TransportReleased}));
   EXPECT_EQ(device.opens, 0);
 }
 
@@ -324,7 +326,7 @@ TEST_F(Setup, ReadsCertificateDefaultsWithoutAGenerator) {
 }
 
 TEST_F(Setup, RunsACertificateCommandOnce) {
-  // A refusal. Other commands retry after it.
+  // Other commands retry after this reply, which is a refusal.
   answer({bytes("A5 00 02 D4 E0")});
   EXPECT_EQ(run({"-rcerdefs", "/dev/usb/lp0"}), 1);
   EXPECT_EQ(device.writes.size(), 1U);

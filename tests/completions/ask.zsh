@@ -1,7 +1,8 @@
 # zsh ask.zsh COMPLETION_FILE LINE: prints the completions of the last word of LINE.
 #
 # Completion functions work only in the line editor. So the script starts another shell on a pseudo-terminal,
-# whose line editor completes LINE. The configuration of that shell stays in the home folder for the next call.
+# and the line editor of that shell completes LINE. The shell's configuration stays in the home folder for the
+# next call.
 export ZDOTDIR=$HOME/zsh LINE_TO_COMPLETE=$2 OFFERS=$HOME/zsh/offers
 if [[ ! -d $ZDOTDIR ]]; then
   mkdir $ZDOTDIR

@@ -1,5 +1,5 @@
-// The count of allocations of common operations. If a change lowers a count, lower it here. If a
-// change raises a count, it needs a good reason.
+// The counts of allocations of common operations. If a change lowers a count, lower the number
+// here. A change that raises a count needs a good reason.
 
 #include <gtest/gtest.h>
 #include <memory>

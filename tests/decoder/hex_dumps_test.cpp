@@ -87,7 +87,7 @@ TEST(HexDump, EndsAtItsLastOffset) {
   EXPECT_EQ(wordsOf(cut), "line 1: cut packet: 5 of 9 bytes\n");
   EXPECT_EQ(wordsOf(cut + "00000005: d800 2808  ..(.\n"),
             "line 1: cut packet: 5 of 9 bytes\nline 3: 4 bytes outside any packet\n");
-  // This line has bytes only, because its number is not the next offset.
+  // The last line counts as bytes without an offset, because its number is not the next offset.
   EXPECT_EQ(wordsOf(Dump + "a50002d4e0\n"),
             "lines 1-2: " + QueryWords + "line 3: reply, bare, 5 bytes: refused\n");
   EXPECT_EQ(wordsOf(Dump + "a5000650\ne0d8002808\n"),
@@ -99,7 +99,7 @@ TEST(RepeatedLines, AreRepeatedUpToTheNextOffset) {
       wordsOf(Zeros + "00000050  00 00 00 00 00 00 00                              |.......|\n"
                       "00000057\n"),
       "lines 1-4: " + ZerosWords);
-  // xxd -a
+  // The form of `xxd -a`.
   EXPECT_EQ(wordsOf("00000000: a500 5450 e0da 0128 0800 004b 0000 0000  ..TP...(...K....\n"
                     "00000010: 0000 0000 0000 0000 0000 0000 0000 0000  ................\n"
                     "*\n"

@@ -53,7 +53,7 @@ TEST(StreamDecoder, ReportsConsecutiveBytesOutsidePacketsOnce) {
 TEST(StreamDecoder, ReportsAPacketThatIsCut) {
   EXPECT_EQ(wordsOf({bytes("A5")}), "line 1: cut packet: 1 byte\n");
   EXPECT_EQ(wordsOf({bytes("A5 00"), bytes("06")}), "lines 1-2: cut packet: 3 of 9 bytes\n");
-  // The first nine bytes identify the packet with four bytes more than its length field says.
+  // These nine bytes begin the only packet that has four bytes more than its length field says.
   EXPECT_EQ(wordsOf({bytes("A5 00 06 50 E0 DA 01 2A 0C")}), "line 1: cut packet: 9 of 13 bytes\n");
 }
 

@@ -11,8 +11,8 @@
 #include "testing/process.h"
 #include "testing/rows.h"
 
-// The real program configures the emulated printer for each security: its log, its exit status and
-// the bytes that arrive.
+// The real program configures the emulated printer for each security. The tests check the program's
+// log, its exit status and the bytes that arrive.
 
 namespace {
 
@@ -218,7 +218,8 @@ TEST(Authentication, EndsWith0IfWrappedPacketsAreRefused) {
   EXPECT_EQ(run.out.find("SSID"), std::string::npos) << run.out;
 }
 
-// The printer determines its status itself: the CA certificate is missing until it is installed.
+// Without the option --auth-status the printer determines its authentication status itself. It
+// reports a missing CA certificate until one is installed.
 TEST(Authentication, ValidatesTheServerOnceACaCertificateIsInstalled) {
   const support::TemporaryFolder folder;
   const std::string authority = folder.path("ca.pem");

@@ -3,12 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "testing/basic_batch.h"
 #include "testing/output.h"
 #include "testing/packets.h"
 #include "testing/printer_run.h"
 
-// The real program configures the emulated printer: its log, its exit status and the bytes that
-// arrive.
+// The real program configures the emulated printer. The tests check the program's log, its exit
+// status and the bytes that arrive.
 
 namespace {
 
@@ -17,20 +18,14 @@ using support::PrinterRun;
 using support::runWithPrinter;
 using support::TransportReleased;
 
-const std::string BareHome = packets::hexText(packets::StoreHome);
-const std::string WrappedHome = packets::hexText(packets::wrapped(packets::StoreHome));
-
-std::vector<std::string> basicConfig(const std::string& ssid, int result) {
-  return {"D [ZVK] Basic config...",   "D [ZVK] Mode = 'Managed'",
-          "D [ZVK] Security = 'None'", "D [ZVK] Security mode: 0 (No Security)",
-          "D [ZVK] SSID = " + ssid,    "D [ZVK] Basic config ret = " + std::to_string(result)};
-}
+const std::string BareHome = packets::hexText(basic_batch::SsidHome);
+const std::string WrappedHome = packets::hexText(packets::wrapped(basic_batch::SsidHome));
 
 /// Returns the log of a run whose attempts have these results.
 std::string diagnostics(std::initializer_list<int> results) {
   std::string text;
   for (const int result : results) {
-    text += lines(basicConfig("home", result));
+    text += basic_batch::attemptLines({.ssid = "home"}, result);
   }
   return text + TransportReleased;
 }
@@ -58,11 +53,7 @@ TEST(BasicConfiguration, AcceptsEveryBasicOption) {
             lines({"adapter descriptor = \"Emulated wireless adapter -\"",
                    "IP address = 192.168.1.20", "mode = 1 (ad-hoc)", "channel = 3", "SSID = \"x\"",
                    "WEP key 1 = \"abcde\"", "trouble code = 0", "security = 1 (WEP)"}));
-  EXPECT_EQ(run.received,
-            std::vector<std::string>{
-                "A5 00 3A 50 E0 63 02 00 34 A5 00 31 50 E0 DA 01 28 02 00 00 04 00 00 00 01 28 22 "
-                "00 00 04 00 00 00 01 28 05 00 00 04 00 00 00 03 28 08 00 00 02 78 00 28 09 00 00 "
-                "06 61 62 63 64 65 00"});
+  EXPECT_EQ(run.received, std::vector{packets::hexText(packets::wrapped(basic_batch::AdHocWep))});
 }
 
 TEST(BasicConfiguration, IsRepeatedBareIfWrappedPacketsAreRefused) {

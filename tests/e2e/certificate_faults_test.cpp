@@ -38,7 +38,7 @@ std::string reply(const std::string& children) {
 
 struct ReplyRow : support::Row {
   std::string bytes;  ///< the content of the reply to exportPubKey
-  Words lines;        ///< the log lines about it
+  Words lines;        ///< the log lines about the reply
 };
 
 class BadReply : public CertificateCommands, public testing::WithParamInterface<ReplyRow> {};
@@ -186,7 +186,7 @@ TEST_F(CertificateCommands, TreatTextsNeitherAsFormatsNorAsMarkup) {
 
 struct FileRow : support::Row {
   std::string content;
-  Words lines;  ///< the log lines after the one about loading
+  Words lines;  ///< the log lines after the line about loading the file
 };
 
 class BadFile : public CertificateCommands, public testing::WithParamInterface<FileRow> {};

@@ -86,8 +86,8 @@ class Certificates : public testing::Test {
   support::TemporaryFolder m_Folder;
 };
 
-/// Replaces the printer's path by "/dev/usb/lp0". It has another number if the system permits no
-/// private device.
+/// Replaces the printer's path by "/dev/usb/lp0". The path has another number if the system permits
+/// no private device.
 std::string withoutPath(const std::string& text) {
   return std::regex_replace(text, std::regex(R"(/dev/usb/lp\d+)"), "/dev/usb/lp0");
 }

@@ -1,10 +1,13 @@
-// A library that an end-to-end test preloads into its programs. It makes one call of zvkconfig
-// fail. The environment variable ZVK_FAULT selects the call: with "write 2 5" the second write
-// fails with errno 5, with "write 2+ 5" all later writes fail too. Calls on the three standard
-// descriptors do not count.
+// A library that an end-to-end test preloads into its programs. It makes calls of zvkconfig or
+// zvkwifi fail. The environment variable ZVK_FAULT selects the calls: with "write 2 5" the second
+// write fails with errno 5, with "write 2+ 5" all later writes fail too. Only calls on files that
+// the program has opened with "open" count, and none on the files of /sys, whose number depends on
+// the machine. At the end of the program the library reports a device that is still open.
 
+#include <bitset>
 #include <cerrno>
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
@@ -15,6 +18,12 @@
 
 namespace {
 
+/// The programs in which calls fail.
+bool isTested() {
+  const std::string_view name = ::program_invocation_short_name;
+  return name == "zvkconfig" || name == "zvkwifi";
+}
+
 struct Plan {
   std::string_view call;
   long first = 0;
@@ -24,7 +33,7 @@ struct Plan {
 
 Plan planOfEnvironment() {
   const char* const text = std::getenv("ZVK_FAULT");
-  if (text == nullptr || std::strcmp(::program_invocation_short_name, "zvkconfig") != 0) {
+  if (text == nullptr || !isTested()) {
     return {};
   }
   const char* const space = std::strchr(text, ' ');
@@ -40,7 +49,7 @@ Plan planOfEnvironment() {
   return plan;
 }
 
-/// Counts a call. Returns true and sets errno if it fails.
+/// Counts a call. Returns true and sets errno if the call must fail.
 bool fails(std::string_view call) {
   static const Plan plan = planOfEnvironment();
   static long count = 0;
@@ -55,7 +64,44 @@ bool fails(std::string_view call) {
   return true;
 }
 
-/// Returns the C library's function of that name, which the one in this file replaces.
+/// The descriptors of open files, and those of devices among them. A larger descriptor than these
+/// sets hold is in neither.
+struct OpenFiles {
+  static constexpr int Limit = 1024;
+
+  std::bitset<Limit> counted;
+  std::bitset<Limit> devices;
+
+  ~OpenFiles() {
+    if (isTested() && devices.any()) {
+      ::dprintf(STDERR_FILENO, "A device is still open.\n");
+    }
+  }
+
+  static bool holds(int descriptor) { return descriptor > STDERR_FILENO && descriptor < Limit; }
+
+  bool counts(int descriptor) const {
+    return holds(descriptor) && counted.test(static_cast<std::size_t>(descriptor));
+  }
+
+  void add(int descriptor, std::string_view path) {
+    if (holds(descriptor)) {
+      counted.set(static_cast<std::size_t>(descriptor), !path.starts_with("/sys/"));
+      devices.set(static_cast<std::size_t>(descriptor), path.starts_with("/dev/usb/"));
+    }
+  }
+
+  void remove(int descriptor) {
+    if (holds(descriptor)) {
+      counted.reset(static_cast<std::size_t>(descriptor));
+      devices.reset(static_cast<std::size_t>(descriptor));
+    }
+  }
+};
+
+OpenFiles openFiles;
+
+/// Returns the C library's function `name`. The function of that name in this file replaces it.
 template <typename Function>
 Function* next(const char* name) {
   return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
@@ -73,23 +119,30 @@ int open(const char* path, int flags, ...) {
     mode = va_arg(arguments, mode_t);
     va_end(arguments);
   }
-  return fails("open") ? -1 : next<int(const char*, int, ...)>("open")(path, flags, mode);
+  if (!std::string_view(path).starts_with("/sys/") && fails("open")) {
+    return -1;
+  }
+  const int descriptor = next<int(const char*, int, ...)>("open")(path, flags, mode);
+  openFiles.add(descriptor, path);
+  return descriptor;
 }
 
 int close(int descriptor) {
+  const bool counts = openFiles.counts(descriptor);
+  openFiles.remove(descriptor);
   const int result = next<int(int)>("close")(descriptor);
-  return descriptor > STDERR_FILENO && fails("close") ? -1 : result;
+  return counts && fails("close") ? -1 : result;
 }
 
 ssize_t read(int descriptor, void* buffer, std::size_t size) {
-  if (descriptor > STDERR_FILENO && fails("read")) {
+  if (openFiles.counts(descriptor) && fails("read")) {
     return -1;
   }
   return next<ssize_t(int, void*, std::size_t)>("read")(descriptor, buffer, size);
 }
 
 ssize_t write(int descriptor, const void* buffer, std::size_t size) {
-  if (descriptor > STDERR_FILENO && fails("write")) {
+  if (openFiles.counts(descriptor) && fails("write")) {
     return -1;
   }
   return next<ssize_t(int, const void*, std::size_t)>("write")(descriptor, buffer, size);

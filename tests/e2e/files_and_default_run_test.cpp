@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "testing/basic_batch.h"
 #include "testing/files.h"
 #include "testing/output.h"
 #include "testing/packets.h"
@@ -72,15 +73,13 @@ TEST_F(ArgumentFile, ContainsTheOptionsOfAConfiguration) {
       "--passwd=\"two words\"");
   const PrinterRun run = runWithPrinter({}, {"-c", "-file", file, "{}"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err,
-            lines({"D [ZVK] Basic config...", "D [ZVK] Mode = 'Managed\r'",
-                   "D [ZVK] Security = 'WPA'", "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))",
-                   "D [ZVK] SSID = My Net", "D [ZVK] Basic config ret = 0"}) +
-                TransportReleased);
-  EXPECT_EQ(run.received,
-            Words{"A5 00 43 50 E0 63 02 00 3D A5 00 3A 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 "
-                  "22 00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 06 28 08 00 00 07 4D 79 20 4E "
-                  "65 74 00 28 11 00 00 0A 74 77 6F 20 77 6F 72 64 73 00"});
+  EXPECT_EQ(run.err, basic_batch::attemptLines({.ssid = "My Net",
+                                                .mode = "Managed\r",
+                                                .security = "WPA",
+                                                .securityMode = "2 (WPA PSK (Auto 1 or 2))"},
+                                               0) +
+                         TransportReleased);
+  EXPECT_EQ(run.received, Words{hexText(packets::wrapped(basic_batch::WpaMyNet))});
 }
 
 TEST_F(ArgumentFile, IsTreatedAsEmptyIfItCannotBeRead) {
@@ -165,17 +164,12 @@ TEST(DefaultRun, ConfiguresAndPrintsTheAddress) {
   const PrinterRun run = runWithPrinter({}, {"-x", "{}"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out, Progress + "192.168.1.20\n");
-  EXPECT_TRUE(run.err.starts_with(
-      lines({"D [ZVK] Mode = 'Managed'", "D [ZVK] Security = 'None'",
-             "D [ZVK] Security mode: 0 (No Security)", "D [ZVK] SSID = "}) +
-      "a5 0 28 50 e0 63 2 0 22 a5 0 1f 50 e0 da 1 28 2 0 0 4 0 0 0 0 28 22 0 0 4 0 0 0 0 28 5 0 0 "
-      "4 0 0 0 6 D [ZVK] Basic config...\n"))
+  EXPECT_TRUE(run.err.starts_with(basic_batch::settingLines({}) + basic_batch::DefaultsDump +
+                                  "D [ZVK] Basic config...\n"))
       << run.err;
-  EXPECT_EQ(run.received,
-            (Words{"A5 00 28 50 E0 63 02 00 22 A5 00 1F 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 "
-                   "22 00 00 04 00 00 00 00 28 05 00 00 04 00 00 00 06",
-                   hexText(packets::wrapped(packets::QueryTrouble)),
-                   hexText(packets::wrapped(packets::QueryIp))}));
+  EXPECT_EQ(run.received, (Words{hexText(packets::wrapped(basic_batch::Defaults)),
+                                 hexText(packets::wrapped(packets::QueryTrouble)),
+                                 hexText(packets::wrapped(packets::QueryIp))}));
 }
 
 TEST(DefaultRun, ContinuesBareAfterARefusalAndAlwaysSucceeds) {

@@ -25,14 +25,14 @@ bool isOfTheLoader(const std::string& name) {
   return isLibrary || name.starts_with("/etc/ld.so.") || name.starts_with("/dev/shm/");
 }
 
-/// Returns the names of the files that the program tried to open. For a call that does not open a
-/// file, the set has the whole line of the log.
+/// Returns the names of the files that the program tried to open, from strace's log. For a call
+/// that does not open a file, the set has the whole line of the log.
 Names opened(const std::string& log) {
   Names result;
   std::istringstream stream(support::fileContent(log));
   for (std::string line; std::getline(stream, line);) {
     if (line.find("(") == std::string::npos || line.find("---") != std::string::npos) {
-      continue;  // the end of the process, a signal
+      continue;  // the line reports a signal or the end of the process
     }
     const std::size_t begin = line.find('"');
     const std::size_t end = line.find('"', begin + 1);

@@ -23,8 +23,8 @@ using Words = std::vector<std::string>;
 struct QueryRow : support::Row {
   Words options;
   const char* command;
-  /// The bare query, and the queries that arrive: "w" is a wrapped one, "b" a bare one.
-  Bytes query;
+  Bytes query;  ///< without a wrapper
+  /// The queries that arrive, in order: "w" is a wrapped query, "b" a bare query.
   const char* arrivals;
   int status;
   const char* out;

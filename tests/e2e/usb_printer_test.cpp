@@ -12,7 +12,7 @@
 #include "testing/process.h"
 #include "testing/usbip_host.h"
 
-// The program `zvkprinter usb`. The kernel's side is tested in tests/kernel.
+// Tests of `zvkprinter usb` with a client of the test. tests/kernel tests it with the real kernel.
 
 namespace {
 

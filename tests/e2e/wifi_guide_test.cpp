@@ -17,8 +17,8 @@
 #include "testing/printer_run.h"
 #include "testing/process.h"
 
-// zvkwifi without a command, on a terminal, with the emulated printer and a script in place of
-// nmcli.
+// Tests of zvkwifi without a command, on a terminal, with the emulated printer and a script in
+// place of nmcli.
 
 namespace {
 
@@ -38,7 +38,7 @@ constexpr const char* Networks =
     "echo ' :office:WPA2 802.1X:40'\n"
     "echo ' :cafe::30'\n";
 
-/// A question and the answer to it. Other texts have no answer.
+/// A text that zvkwifi shows, and the answer to it. A text that is not a question has no answer.
 struct Line {
   const char* question;
   std::optional<std::string> answer = std::nullopt;
@@ -50,14 +50,15 @@ bool isHidden(std::string_view question) {
          question.starts_with("WEP key");
 }
 
-/// A dialogue with the printer /dev/usb/lp0.
+/// A dialogue with zvkwifi about the printer /dev/usb/lp0.
 class Dialogue {
  public:
   explicit Dialogue(const Words& options = {}, const std::string& nmcli = Networks,
                     const Words& program = {ZVKWIFI}, const Words& variables = {}) {
     const std::string script = m_Folder.write("nmcli", "#!/bin/sh\n" + nmcli);
     ::chmod(script.c_str(), S_IRWXU);
-    // The terminal drops what is not read yet when the first process ends. So a shell stays.
+    // When the first process on the terminal ends, the terminal drops the output that has not been
+    // read yet. So the first process is a shell that waits for a last line.
     Words command = {"sh",
                      "-c",
                      "trap : INT; \"$@\"; status=$?; echo '(ended)'; read x; exit $status",
@@ -93,7 +94,8 @@ class Dialogue {
     return m_Terminal->waitForEnd();
   }
 
-  /// Answers questions. An answer is typed with the Enter key. Returns false if one is not asked.
+  /// Waits for each question, and types its answer and the Enter key. Fails if a question is not
+  /// asked.
   testing::AssertionResult answer(const Lines& lines) {
     for (const Line& line : lines) {
       if (!waitFor(line.question)) {
@@ -121,7 +123,7 @@ class Dialogue {
  private:
   support::TemporaryFolder m_Folder;
   std::optional<TerminalProcess> m_Terminal;
-};  // namespace
+};
 
 const Lines ToSecret = {
     {"Device [/dev/usb/lp0]: ", ""}, {"Number [1]: ", ""}, {"Number [1]: ", ""}};
@@ -245,7 +247,8 @@ TEST(WifiGuide, ExplainsWhyThePrinterDidNotJoin) {
   EXPECT_TRUE(dialogue.hasShown("Check the passphrase or key"));
 }
 
-/// Types `key` at each question of the dialogue, and expects the end with this status and text.
+/// Runs a dialogue for each question of `lines` and types `key` at this question. Expects that the
+/// program then ends with `status` and has shown `text`.
 void expectEndAtEachQuestion(const Lines& lines, const char* key, int status, const char* text) {
   for (std::size_t count = 0; count < lines.size(); ++count) {
     const char* const question = lines[count].question;
@@ -287,8 +290,8 @@ TEST(WifiGuide, EndsIfInterruptedWhileNmcliRuns) {
   EXPECT_TRUE(dialogue.hasShown("Interrupted. Nothing was stored."));
 }
 
-// A shell with job control stops and continues the program. Without line editing, it leaves the
-// echo alone.
+// A shell with job control stops and continues the program. Without line editing, the shell does
+// not change the echo.
 TEST(WifiGuide, ContinuesAfterAStopAtEachQuestion) {
   Dialogue dialogue({}, Networks, {"bash", "--norc", "--noprofile", "--noediting", "-i"});
   TerminalProcess& terminal = dialogue.terminal();
@@ -328,7 +331,7 @@ TEST(WifiGuide, GoesOnAfterAResizeAtEachQuestion) {
   EXPECT_FALSE(dialogue.hasShown("a secret 1"));
 }
 
-/// Returns the text of a whole dialogue that is refused at its end.
+/// Returns the text of a whole dialogue in which the answer to the last question is "n".
 std::string shownWith(const Words& variables) {
   Dialogue dialogue({}, Networks, {ZVKWIFI}, variables);
   Lines lines = WholeDialogue;
@@ -373,7 +376,7 @@ int columnsOf(const std::string& text) {
   return ::wcswidth(wide.c_str(), length);
 }
 
-/// Returns the start of a message of zvkwifi in a language, up to its first placeholder.
+/// Returns a message of zvkwifi in a language, up to the first "%" of its format.
 std::string translated(const char* language, const char* message) {
   const support::EnvironmentVariable variable("LANGUAGE", language);
   // Gettext notices another language only when the locale changes.

@@ -207,7 +207,7 @@ TEST(Zvknpa, DecodesTheCertificateSettings) {
             "    802.1x 2A 0A: certificate common name = \"\"\n");
 }
 
-/// The file need not be a certificate, because the printer replies with a fixed status.
+/// The uploaded file need not be a certificate, because the printer replies with a fixed status.
 TEST(Zvknpa, DecodesMethodCallsAndTheirReplies) {
   const support::TemporaryFolder folder;
   const std::string file = folder.write("ca.pem", "none");

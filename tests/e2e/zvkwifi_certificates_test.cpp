@@ -117,7 +117,7 @@ TEST_F(WifiCertificates, AreRequestedSignedInstalledListedAndDeleted) {
             "The certificate \"Quorvanthelisdorm\" is deleted.\n");
   EXPECT_EQ(run({"cert", "list"}).out,
             "Certificates of the printer:\n  Factory\nCertificates of authorities:\n  none\n");
-  // Without the CA certificate: 11, no CA certificate.
+  // The status 11 reports that no CA certificate is installed.
   EXPECT_EQ(json({"status"}, 0).at("authentication").at("code"), 11);
 }
 
@@ -144,7 +144,7 @@ TEST_F(WifiCertificates, AreReplacedAfterAYesOnATerminal) {
   createAuthority();
   const std::string install =
       std::string(ZVKWIFI) + " cert install-ca --quiet --file=" + path("ca.pem") + " {}";
-  // script(1) has a terminal for the command and types its standard input there.
+  // script(1) runs the command on a terminal and types its own standard input there.
   const auto answered = [&](const std::string& answer) {
     const Words command = {ZVKPRINTER,
                            "run",

@@ -97,7 +97,8 @@ TEST(WifiSettings, Accept8021xInUpperCaseAndItsMethods) {
                               "--inner=MSCHAPV2", "--wait=0"},
                              "secret\n");
   EXPECT_EQ(run.status, 0) << run.err;
-  // The SSID before, two lists of certificates, the options and the network.
+  // The program queries the SSID and two lists of certificates, and sends the options and the
+  // network.
   EXPECT_GE(run.received.size(), 3U);
 }
 

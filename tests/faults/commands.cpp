@@ -14,7 +14,7 @@ namespace {
 
 using Statuses = std::vector<int>;
 
-/// The exit statuses of a configuration, and of a query that the adapter can refuse.
+/// The exit statuses of a configuration, and of the queries -s, -ip and -t.
 const Statuses AcceptedOrNot = {0, 1, 255};
 const Statuses DoneOrNot = {0, 1};
 const Statuses Always = {0};
@@ -25,10 +25,10 @@ constexpr LongestWait Configuration = {.pauses = 10, .writes = 2, .reads = 2};
 // seconds for a method call, 3 seconds for others. A packet whose first byte has arrived by then
 // takes at most three more reads.
 constexpr LongestWait TwoQueries = {.pauses = 10, .writes = 2, .reads = 6};
-// Seven attempts with a pause of 3 seconds, wrapped and bare. No query waits longer.
+// Seven wrapped and seven bare attempts, each with a pause of 3 seconds. No query waits longer.
 constexpr LongestWait LongestQuery = {.pauses = 42, .writes = 14, .reads = 14};
-// Both lists of certificates (5 seconds each), the options, the network and the status. All of this
-// twice, wrapped and bare.
+// The command makes five exchanges, first wrapped and then bare: for both lists of certificates
+// (with a deadline of 5 seconds), for the options, for the network and for the status.
 constexpr LongestWait Authentication = {.pauses = 58, .writes = 10, .reads = 22};
 
 }  // namespace

@@ -22,7 +22,7 @@ struct Command : support::Row {
   /// Every exit status that the command may end with.
   std::vector<int> statuses;
   LongestWait longestWait;
-  /// What is typed on the terminal.
+  /// The text that the test types on the terminal.
   std::string input{};
 };
 

@@ -46,15 +46,21 @@ support::Bytes FailureRig::replyTo(const support::Bytes& request) {
 
 Outcome FailureRig::run(const Command& command, const CommandFiles& files,
                         const support::FaultInjection::Plan& plan) {
-  Outcome outcome;
   const bool atUsblp = m_Wiring == Wiring::Usblp;
-  support::CommandLine line(files.fill(command, atUsblp ? "/dev/usb/lp0" : "1:5"));
-  const VirtualTerminal terminal(command.input);
+  return run(programMain, files.fill(command, atUsblp ? "/dev/usb/lp0" : "1:5"), command.input,
+             plan);
+}
+
+Outcome FailureRig::run(Program program, const std::vector<std::string>& arguments,
+                        const std::string& input, const support::FaultInjection::Plan& plan) {
+  Outcome outcome;
+  support::CommandLine line(arguments);
+  const VirtualTerminal terminal(input);
   const long before = support::openDescriptors();
   outcome.output = support::outputOf([&] {
     support::FaultInjection injection(plan);
     try {
-      outcome.status = programMain(line.count(), line.vector()) & 0xFF;
+      outcome.status = program(line.count(), line.vector()) & 0xFF;
     } catch (const support::EndlessRun&) {
       outcome.ended = false;
     }

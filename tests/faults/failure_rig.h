@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 #include "faults/commands.h"
 #include "testing/emulated_printer.h"
@@ -26,17 +27,29 @@ struct Outcome {
   long openDescriptors = 0;  ///< descriptors left open
 };
 
-/// Runs the whole program in this process. The emulated printer is the device. One object is good
-/// for one run.
+/// The `main` of a program.
+using Program = int (*)(int argc, char** argv);
+
+/// Runs a whole program in this process, with the emulated printer as the device. Use a new object
+/// for each run.
 class FailureRig {
  public:
   explicit FailureRig(Wiring wiring);
 
-  /// Runs the command to its end, with the plan's call failing. By default no call fails.
+  /// Runs the command of zvkconfig to its end. `plan` selects the calls that fail. By default no
+  /// call fails.
   Outcome run(const Command& command, const CommandFiles& files,
-              const support::FaultInjection::Plan& plan = {.call = "", .fault = {"", 0}});
+              const support::FaultInjection::Plan& plan = NoFailure);
 
-  /// The count of calls with the plan's name, and whether one of them failed.
+  /// Does the same with any program. The first of the arguments is its path. `input` is typed on
+  /// the terminal.
+  Outcome run(Program program, const std::vector<std::string>& arguments, const std::string& input,
+              const support::FaultInjection::Plan& plan = NoFailure);
+
+  static constexpr support::FaultInjection::Plan NoFailure = {.call = "", .fault = {"", 0}};
+
+  /// After a run: how many calls of the plan's function were counted, and whether one of them had
+  /// the plan's fault.
   int callCount = 0;
   bool wasReached = false;
 

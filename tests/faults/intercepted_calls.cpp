@@ -1,6 +1,6 @@
-// Doubles of further calls that can fail: the terminal's attributes, fopen, malloc and operator
-// new. testing/virtual_system.cpp and testing/fake_libusb.cpp have those that all test programs
-// use.
+// Doubles of further calls that can fail: tcgetattr, tcsetattr, fopen, malloc and operator new.
+// testing/virtual_system.cpp and testing/fake_libusb.cpp have the doubles that other test programs
+// use, too.
 
 #include <cerrno>
 #include <cstdio>

@@ -10,8 +10,9 @@
 
 #include "faults/failure_rig.h"
 
-// Runs every command many times. In each run the n-th call of one kind fails. n increases until a
-// run makes fewer than n such calls. Calls of select are sampled (`support::FaultInjection`).
+// Runs every command many times. In each run the n-th call of one kind fails, alone or with all
+// later calls of this kind. n increases until a run makes fewer than n such calls. Calls of select
+// are sampled (`support::FaultInjection`).
 
 namespace faults {
 namespace {

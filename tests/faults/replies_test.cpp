@@ -7,7 +7,7 @@
 #include "faults/failure_rig.h"
 
 // Runs commands with a printer that replies late, refuses requests, still holds an old reply, or
-// never stops to reply.
+// never stops replying.
 
 namespace faults {
 namespace {
@@ -35,9 +35,9 @@ class Replies : public testing::Test {
 struct LateRow : support::Row {
   int window;    ///< seconds after its request in which an attempt accepts a reply
   int period;    ///< seconds from the start of one attempt to the start of the next
-  int attempts;  ///< wrapped and bare ones together
+  int attempts;  ///< count of attempts, wrapped and bare together
   int inTime;    ///< exit status if the reply arrives before the last attempt ends
-  int tooLate;   ///< exit status if it arrives later
+  int tooLate;   ///< exit status if the reply arrives later
 };
 
 class LateReplies : public Replies, public testing::WithParamInterface<LateRow> {};
@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(
 const Bytes Refusal = bytes("A5 00 02 D4 E0");
 
 struct RefusalRow : support::Row {
-  int attempts;    ///< wrapped ones, if the printer stays silent
+  int attempts;    ///< count of wrapped attempts if the printer stays silent
   int good;        ///< exit status if the printer accepts a later attempt
   int refused;     ///< exit status if the printer refuses the last attempt
   bool isRetried;  ///< true if a refused request is repeated bare
@@ -131,7 +131,7 @@ struct StaleRow : support::Row {
 
 class StaleReplies : public Replies, public testing::WithParamInterface<StaleRow> {};
 
-/// A reply to an earlier run of the program, which queried the SSID.
+/// The old reply. An earlier run of the program queried the SSID and did not read the reply.
 const Bytes StaleReply = bytes("A5 00 0C 50 E0 D8 00 28 08 00 04 6F 6C 64 00");
 
 TEST_P(StaleReplies, AreReadBeforeTheReplyToTheRequest) {
@@ -141,8 +141,8 @@ TEST_P(StaleReplies, AreReadBeforeTheReplyToTheRequest) {
   EXPECT_EQ(rig.device.writes.size(), GetParam().writes);
 }
 
-// A configuration and a query check the last bytes that arrive, so they succeed. A command that
-// collects its reply takes the first packet for it.
+// Commands that read until the printer is silent check the last bytes that arrive, so they succeed.
+// A command that collects its reply takes the old reply for its own.
 INSTANTIATE_TEST_SUITE_P(Commands, StaleReplies,
                          testing::Values(StaleRow{{"Basic"}, 0, 1}, StaleRow{{"Open"}, 0, 1},
                                          StaleRow{{"Ip"}, 0, 1}, StaleRow{{"TroubleCode"}, 0, 1},

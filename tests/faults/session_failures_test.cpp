@@ -29,8 +29,8 @@ constexpr std::array Faults = {
     Fault{"ENODEV", ENODEV}, Fault{"EACCES", EACCES}, Fault{"nothing", 0, 0},
 };
 
-/// The longest time that `set` may take: the wait, one round of readings that began before its end,
-/// and the exchanges before. Each read ends after 5 s of silence.
+/// The longest time that `set` may take: the exchanges before the wait, the wait, and one round of
+/// readings that begins before the wait ends. Each read ends after 5 s of silence.
 constexpr auto LongestRun = 150 * Second;
 
 class SessionFailures : public support::AnsweringPrinter {
@@ -80,7 +80,7 @@ TEST_F(SessionFailures, OfAnyCallEndInTimeWithATrueReport) {
             report = set();
             reached = injection.wasReached();
           }
-          // A close that failed leaves the device open in the double.
+          // A run in which a close fails is not checked.
           if (std::string_view(call) != "close" || !reached) {
             expectOrderlyEnd(report);
           }

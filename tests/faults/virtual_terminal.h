@@ -7,8 +7,8 @@
 
 namespace faults {
 
-/// A terminal as standard input, on which `input` has been typed. The program reads and sets its
-/// attributes with tcgetattr and tcsetattr.
+/// A terminal as standard input, on which `input` has been typed. The program reads and sets the
+/// terminal's attributes with tcgetattr and tcsetattr.
 class VirtualTerminal {
  public:
   explicit VirtualTerminal(const std::string& input);
@@ -18,7 +18,7 @@ class VirtualTerminal {
 
   bool echoes() const { return (attributes.c_lflag & ECHO) != 0; }
 
-  /// Returns the object that exists, or nullptr.
+  /// Returns the existing object of this class, or nullptr if there is none.
   static VirtualTerminal* current();
 
   termios attributes{};

@@ -97,7 +97,7 @@ INSTANTIATE_TEST_SUITE_P(
         CheckedRow{{"Code255"}, GetTroubleCode, "A5 00 03 50 E0 FF", 255, "", 4}),
     support::rowName);
 
-// The request has three bytes, so the text starts at the sixth.
+// The request has three bytes, so the text starts at the sixth byte of the reply.
 INSTANTIATE_TEST_SUITE_P(
     GetSsid, CheckedReply,
     testing::Values(

@@ -1,4 +1,4 @@
-// The outcome that an exchange returns. It prints nothing.
+// The outcome that an exchange returns. The exchange itself prints nothing.
 
 #include <gtest/gtest.h>
 

@@ -95,7 +95,7 @@ TEST(CertificateSubject, HasNoControlBytesAndIsUtf8) {
 }
 
 TEST(CertificateSubject, FitsARequest) {
-  // Each of these becomes an entity of six bytes.
+  // Each quotation mark becomes an entity of six bytes.
   const std::string quotes(128, '"');
   EXPECT_EQ(problemOf([&] {
               (void)readSubject(Values{{"common-name", quotes.substr(64)},

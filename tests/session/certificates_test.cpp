@@ -31,7 +31,7 @@ const std::string Usual(CertMgr::DefaultName);
 const std::string CaName = "RootCA_Jan__5_2020_To_Dec_25_2030";
 constexpr std::time_t Now = 1700000000;
 
-/// Commands on the certificates of an emulated printer.
+/// A fixture for the certificate commands, with an emulated printer.
 class CertificatesTest : public support::AnsweringPrinter {
  protected:
   CertificatesTest() { plugIn({}); }
@@ -45,7 +45,8 @@ class CertificatesTest : public support::AnsweringPrinter {
                              }});
   }
 
-  /// The answer to a question. Counts the questions.
+  /// Returns a function that answers a question with `yes` and stores the question's name in
+  /// `questions`.
   Certificates::Question answer(bool yes) {
     return [this, yes](const std::string& name) {
       questions.push_back(name);
@@ -243,7 +244,7 @@ TEST_F(CertificatesTest, AuthorityIsReplacedOnlyIfItMayBe) {
   EXPECT_EQ(refused.report.result, Result::Invalid);
   EXPECT_EQ(refused.problem, Problem::Exists);
   EXPECT_EQ(questions, Names{CaName});
-  // The list only.
+  // The only request queries the list.
   EXPECT_EQ(device.writes.size(), 1U);
 
   const CertificateReport allowed = installAuthority(true);
@@ -262,7 +263,7 @@ TEST_F(CertificatesTest, AuthorityIsNotSentIfTheOldOneCannotBeDeleted) {
 }
 
 TEST_F(CertificatesTest, AuthorityThatGetsNoAnswerIsSentOnce) {
-  // A packet without data.
+  // The printer replies to the upload with a packet without data.
   plugIn({.objectReplies = {{.method = "uploadNewCAFile", .file = {}}}});
   const CertificateReport report = installAuthority();
   EXPECT_EQ(report.report.result, Result::NoAnswer);

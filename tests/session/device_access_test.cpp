@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(Errors, AccessError,
 
 // --- usblp --------------------------------------------------------------------------------------
 
-/// A printer on usblp.
+/// A fixture with a printer on usblp.
 class UsblpAccess : public Access {
  protected:
   bool opens() const { return !open(printerAt("/dev/usb/lp0", "/dev/usb/lp0")); }
@@ -175,7 +175,7 @@ TEST_F(UsblpAccess, ReadsWithoutWaitingOnADescriptorThatSelectCannotTake) {
 
 // --- libusb -------------------------------------------------------------------------------------
 
-/// A printer on libusb.
+/// A fixture with a printer on libusb.
 class LibUsbAccess : public Access {
  protected:
   LibUsbAccess() { library.addPrinter("001", "005"); }
@@ -242,7 +242,7 @@ TEST_F(LibUsbAccess, DiscardsOldBytes) {
 TEST_F(LibUsbAccess, DiscardsAtMost64Kibibytes) {
   library.incoming = Bytes(100'000, 1);
   EXPECT_FALSE(open());
-  // The packet that would fill the connector's ring is the last one.
+  // The last packet that is read is the one that would fill the connector's ring buffer.
   EXPECT_EQ(library.incoming.size(), 100'000U - 0x10000U);
 }
 
@@ -266,7 +266,7 @@ TEST_F(LibUsbAccess, LeavesNoDescriptorOpen) {
 
 // --- What the user needs to know ----------------------------------------------------------------
 
-/// A device file that exists but cannot be opened.
+/// A fixture with a device file that exists but cannot be opened.
 class Refusal : public Access {
  protected:
   OpenFailure failure(int error) {

@@ -23,7 +23,7 @@ using support::bytes;
 
 constexpr const char* Device = "/dev/usb/lp0";
 
-/// Returns the packets of a profile. Requires that nothing is opened and nothing is asked.
+/// Returns the packets of a profile. Expects that no device is opened and no question is asked.
 std::vector<Bytes> packetsOf(const Profile& profile) {
   virtual_system::System system;
   const virtual_system::Device& device = system.device(Device);
@@ -179,7 +179,7 @@ Profile enterprise() {
   return {.ssid = "x", .security = Security::Enterprise, .user = "u", .eapMethods = {"peap"}};
 }
 
-/// Returns whether the first packet contains this object.
+/// Returns true if the profile's first packet contains this object.
 bool hasObject(const Profile& profile, const Bytes& object) {
   const Bytes packet = packetsOf(profile).at(0);
   return std::search(packet.begin(), packet.end(), object.begin(), object.end()) != packet.end();
@@ -221,7 +221,7 @@ TEST(ProfileConfiguration, AllowsExactlyTheListedMethods) {
     for (std::size_t i = 0; i < methods.size(); ++i) {
       const bool isAllowed = ((chosen >> i) & 1U) != 0;
       if (isAllowed) {
-        // In either order: the last one first for every second choice.
+        // For every second choice the list of methods is in reverse order.
         profile.eapMethods.insert(
             chosen % 2 == 0 ? profile.eapMethods.begin() : profile.eapMethods.end(), methods[i]);
       }

@@ -12,7 +12,7 @@ using profiles::Problem;
 using profiles::problemOf;
 using profiles::Settings;
 
-/// Returns the error of a network "home" with these options.
+/// Returns the error of a profile with the network name "home" and these settings.
 Problem problemWith(Settings settings) {
   settings.emplace_back("ssid", "home");
   return problemOf([&] { (void)profiles::profileOf(settings); });

@@ -26,7 +26,7 @@ struct Problem {
 
 inline const Problem NoProblem = {};
 
-/// Runs `action` and returns its `ProfileError`.
+/// Runs `action` and returns the parts of the `ProfileError` that it throws.
 template <typename Action>
 Problem problemOf(Action action) {
   try {

@@ -20,7 +20,7 @@ using session::Step;
 using support::Bytes;
 using virtual_system::Second;
 
-/// Sessions with an emulated printer.
+/// A fixture for sessions with an emulated printer.
 class SessionTest : public support::AnsweringPrinter {
  protected:
   SessionTest() { plugIn({}); }
@@ -69,8 +69,7 @@ class SessionTest : public support::AnsweringPrinter {
   std::vector<Step> steps;
 };
 
-// --- status
-// ---------------------------------------------------------------------------------------
+// --- status -------------------------------------------------------------------------------------
 
 TEST_F(SessionTest, StatusReportsWhatTheAdapterAnswers) {
   plugIn({.ssid = "home"});
@@ -98,7 +97,7 @@ TEST_F(SessionTest, SetWorksForAnAdapterWithoutANetwork) {
 TEST_F(SessionTest, StatusReadsEachValueAfterThePauseOfItsExchange) {
   plugIn({.ssid = "home"});
   EXPECT_EQ(makeSession().status().result, Result::Ok);
-  // SSID, trouble code, address, authentication status.
+  // The pauses of the queries for SSID, trouble code, address and authentication status.
   EXPECT_EQ(system.sleeps, (std::vector{2U, 2U, 3U, 2U}));
 }
 
@@ -151,8 +150,7 @@ TEST_F(SessionTest, StatusOfABusyPrinterSaysSo) {
   EXPECT_EQ(makeSession().status().result, Result::Busy);
 }
 
-// --- set
-// ------------------------------------------------------------------------------------------
+// --- set ----------------------------------------------------------------------------------------
 
 TEST_F(SessionTest, SetStoresAndConfirms) {
   plugIn({.ssid = "old"});
@@ -254,7 +252,7 @@ TEST_F(SessionTest, SetWaitsForAPrinterThatIsGoneForAWhile) {
   const auto answer = device.onWrite;
   device.onWrite = [&, answer](const Bytes& request) {
     answer(request);
-    // Open, read the SSID, store: now the printer is gone.
+    // The second write stores the settings. After it the printer is gone.
     if (++opens == 2) {
       device.openErrno = ENODEV;
     }
@@ -288,8 +286,7 @@ TEST_F(SessionTest, DiscardsBytesOfAnEarlierRequest) {
   EXPECT_EQ(makeSession().status().state.ssid, "home");
 }
 
-// --- reset
-// ----------------------------------------------------------------------------------------
+// --- reset --------------------------------------------------------------------------------------
 
 TEST_F(SessionTest, ResetSendsTheResetPacket) {
   EXPECT_EQ(makeSession().reset().result, Result::Ok);
@@ -305,7 +302,7 @@ TEST_F(SessionTest, ResetOfASilentAdapterIsNoAnswer) {
 TEST_F(SessionTest, WaitsWithoutPolling) {
   plugIn({.replyDelay = std::chrono::seconds(4), .ssid = "home"});
   EXPECT_EQ(makeSession().status().state.ssid, "home");
-  // One wait for the header of each reply, and the short ones of the check at the start.
+  // The session waits once for the header of each reply. The check at the start adds short waits.
   EXPECT_LE(device.readSelects, 20);
 }
 

@@ -32,7 +32,7 @@ ProfileReader::Draft stored(const std::string& key, const std::string& value) {
   return draft;
 }
 
-/// Returns the error of one option, with `got` and `expected` alone.
+/// Returns the error that this value of an option causes.
 Problem rejection(const std::string& key, const std::string& value) {
   ProfileReader reader;
   return problemOf([&] { reader.set(key, value, "--" + key); });

@@ -40,7 +40,7 @@ TEST_F(SystemFiles, HaveNoTextIfTheyCannotBeRead) {
   EXPECT_EQ(readText(folder.path("missing")), std::nullopt);
   EXPECT_EQ(readText(folder.path("")), std::nullopt);
   const std::string file = folder.write("file", "texts");
-  // A device that goes while its file is read.
+  // The device disappears while its file is read.
   system.fileTransfer = [reads = 0](std::size_t) mutable {
     return ++reads == 1 ? 2 : -ENODEV;
   };

@@ -15,7 +15,7 @@ using Arguments = std::vector<std::string>;
 namespace {
 
 struct SettingRow : support::Row {
-  const char* key;  ///< nullptr if no option sets it
+  const char* key;  ///< nullptr if no option sets this setting
   std::string initial;
   std::function<std::string(const configDetails&)> get;
 };

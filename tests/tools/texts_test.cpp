@@ -30,15 +30,19 @@ TEST(ConfigTexts, ContainTheCommands) {
   Texts texts;
   tools::addConfigTexts(texts);
   const std::string commands = texts.at("zvkconfig commands");
-  EXPECT_NE(
-      commands.find("*-s*\n\tPrint the SSID. Exit status 0: printed; 1: no answer, or no SSID; "
-                    "255: refused.\n"),
-      std::string::npos)
+  EXPECT_NE(commands.find(
+                "*-s*\n\tPrint the SSID. Exit status 0: printed; 1: no answer, or no text in it; "
+                "255: refused.\n"),
+            std::string::npos)
       << commands;
   EXPECT_NE(commands.find("*-npa* *-file* _FILE_ _DEVICE_\n\t"), std::string::npos);
-  EXPECT_TRUE(texts.at("zvkconfig switches with device").starts_with("*-s*|*-ip*|*-t*|"));
+  EXPECT_TRUE(texts.at("zvkconfig switches with device").starts_with("*-s*|*-ip*|"));
   EXPECT_EQ(texts.at("zvkconfig list of switches with options"),
             "*-c*, *-ca*, *-cer*, *-rcerdefs*, *-csr* and *-icer*");
+  const std::string retrying = texts.at("zvkconfig list of switches that retry");
+  EXPECT_TRUE(retrying.starts_with("*-c*, *-ca*, *-s*, ")) << retrying;
+  EXPECT_EQ(retrying.find("*-a*"), std::string::npos) << retrying;
+  EXPECT_EQ(retrying.find("*-cer*"), std::string::npos) << retrying;
 }
 
 TEST(ConfigTexts, ContainTheOptionsWithTheirWords) {

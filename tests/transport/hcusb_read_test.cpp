@@ -134,7 +134,7 @@ TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceWithEachByte) {
 }
 
 TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceAfterATimeout) {
-  // The device is always readable without bytes, except that one probe in three seconds times out.
+  // The device is always readable without bytes. Only four probes time out, one every 3 seconds.
   virtual_system::Microseconds lastSilence = 0;
   int silences = 0;
   device.readSelectResult = [&] {

@@ -27,7 +27,8 @@ class Luu : public testing::Test {
   }
   void TearDown() override { luu_usb_close(handle); }
 
-  /// Expects the last libusb call and its arguments: numbers and pointers, each in order.
+  /// Expects the last libusb call and its arguments: the numbers in order and the pointers in
+  /// order.
   void expectCall(const char* call, const std::vector<long>& numbers,
                   const std::vector<const void*>& pointers) const {
     EXPECT_EQ(library.calls.back(), call);

@@ -12,7 +12,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-/// The test vectors of RFC 4648: bytes and their text.
+/// The test vectors of RFC 4648: bytes and their encoding.
 const std::vector<std::pair<std::string, std::string>> Vectors = {
     {"", ""},
     {"f", "Zg=="},
@@ -139,7 +139,7 @@ TEST(Base64Decode, FailsIfTheBytesDoNotFit) {
   for (std::size_t room = 0; room <= 8; ++room) {
     std::string out(12, '#');
     auto* bytes = reinterpret_cast<unsigned char*>(out.data());
-    // The text has seven bytes in three groups. Whole groups that fit are written.
+    // The text encodes seven bytes in three groups. Whole groups that fit are written.
     EXPECT_EQ(Base64::decode("QUJDREVGRw==", bytes, room), room >= 7 ? 7 : -1);
     const std::size_t written = room >= 7 ? 7 : room / 3 * 3;
     EXPECT_EQ(out, std::string("ABCDEFG").substr(0, written) + std::string(12 - written, '#'));

@@ -10,8 +10,8 @@
 #include "wifi/results.h"
 #include "wifi/secret_input.h"
 
-// The question about the printer, on machines with recorded printers. A pipe stands in for the
-// terminal.
+// The questions that select a printer. Folders of the test stand in for the machine's devices, and
+// a pipe for the terminal.
 
 namespace {
 
@@ -26,7 +26,8 @@ class PrinterQuestion : public testing::Test {
     m_Tree.addUsblpPrinter(2, "X13", "MFG:Acme;MDL:L200;");
   }
 
-  /// Answers the questions and returns the device of the printer. `shown` gets the dialogue.
+  /// Answers the questions with `input` and returns the device of the selected printer. Sets
+  /// `shown` to the text that the program showed.
   std::string ask(const std::string& input) {
     const support::StandardInput answers(input);
     CaptureStderr();

@@ -9,13 +9,13 @@
 #include "wifi/secret_input.h"
 #include "wifi/signals.h"
 
-// The run of nmcli. A script stands in for it.
+// Runs of nmcli. A script stands in for nmcli.
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Puts a script named nmcli in front of the other programs during its lifetime.
+/// While this object exists, a script named nmcli comes first in the search path PATH.
 class StandIn {
  public:
   explicit StandIn(const std::string& script) {
@@ -68,7 +68,8 @@ TEST(NetworkScan, IsEmptyIfTheOutputIsTooLong) {
   EXPECT_LT(Clock::now() - start, std::chrono::seconds(4));
 }
 
-/// Returns true if the process runs. One that has ended may not be collected yet.
+/// Returns true if the process runs. A process that has ended but still has an entry in /proc does
+/// not run.
 bool isRunning(const std::string& pid) {
   const std::string state = support::fileContent("/proc/" + pid + "/stat");
   return !state.empty() && state.find(") Z ") == std::string::npos;
@@ -95,7 +96,7 @@ TEST(NetworkScan, EndsAfterFiveSecondsIfNmcliClosesItsOutput) {
 
 TEST(NetworkScan, EndsWithASignal) {
   const StandIn nmcli("kill -INT $PPID; sleep 60");
-  // In a separate process, because a program never forgets a signal.
+  // The scan runs in a separate process, because a program never forgets a signal that it has got.
   const auto scan = [] {
     const wifi::Interruption interruption;
     try {

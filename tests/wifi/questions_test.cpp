@@ -5,7 +5,7 @@
 #include "testing/standard_input.h"
 #include "wifi/secret_input.h"
 
-// The questions on the terminal. A pipe stands in for it.
+// The questions on the terminal. A pipe stands in for the terminal.
 
 namespace {
 

@@ -27,7 +27,8 @@ struct BatchRow : support::Row {
   const char* security;
   Options options;
   const char* packet;
-  const char* before;  ///< the first log lines; the lines up to the dump are the same in all rows
+  /// The first log lines. The lines between them and the dump are the same in all rows.
+  const char* before;
 };
 
 class Batch : public Sequences, public testing::WithParamInterface<BatchRow> {

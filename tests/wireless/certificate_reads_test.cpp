@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(
                             "D [ZVK] get CSR...\n", "CSR"),
                     dumpRow("GenerateStatus", &G::generateCertStatus, "A5 00 06 50 E0 D8 00 2A 0D",
                             "D [ZVK] generate certificate status...\n", "generate cert status"),
-                    // Not a query: it stores a flag. The length field of its packet says 6.
+                    // This operation stores a flag. The length field of its packet says 6.
                     dumpRow("Generate", &G::generateCertificate,
                             "A5 00 06 50 E0 DA 01 2A 0C 00 00 01 01",
                             "D [ZVK] generate certificate...\n", "generate cert")),

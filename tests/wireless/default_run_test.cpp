@@ -4,11 +4,12 @@
 #include <unistd.h>
 #include <vector>
 
+#include "testing/basic_batch.h"
 #include "testing/generator.h"
 #include "testing/packets.h"
 #include "testing/standard_input.h"
 
-// `generate`, which is the run without a switch, and `reset`.
+// Tests of `generate`, which is the default run for an unknown switch, and of `reset`.
 
 namespace {
 
@@ -25,9 +26,7 @@ using packets::wrapped;
 const Bytes NoTrouble = bytes("A5 00 03 50 E0 00");
 const Bytes Address = bytes("A5 00 06 50 E0 C0 A8 01 14");
 
-const Bytes BareSettings = bytes(
-    "A5 00 1F 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 28 05 00 00 04 "
-    "00 00 00 06");
+const Bytes& BareSettings = basic_batch::Defaults;
 const Bytes WrappedSettings = wrapped(BareSettings);
 
 class DefaultRun : public support::Generator {
@@ -44,16 +43,8 @@ TEST_F(DefaultRun, PrintsThePacketConfiguresAndPrintsTheAddress) {
             "Resetting the printer....\n"
             "Connecting to wireless network....Acquiring network address....\n"
             "IP-ADDRESS : 192.168.1.20\n");
-  const std::string encoding =
-      "D [ZVK] Mode = 'Managed'\n"
-      "D [ZVK] Security = 'None'\n"
-      "D [ZVK] Security mode: 0 (No Security)\n"
-      "D [ZVK] SSID = \n";
-  EXPECT_EQ(output.err,
-            encoding +
-                "a5 0 28 50 e0 63 2 0 22 a5 0 1f 50 e0 da 1 28 2 0 0 4 0 0 0 0 28 22 0 0 4 0 0 0 0 "
-                "28 5 0 0 4 0 0 0 6 D [ZVK] Basic config...\n" +
-                encoding + "D [ZVK] Basic config ret = 0\n");
+  EXPECT_EQ(output.err, basic_batch::settingLines({}) + basic_batch::DefaultsDump +
+                            basic_batch::attemptLines({}, 0));
   EXPECT_EQ(device.writes,
             (std::vector<Bytes>{WrappedSettings, wrapped(QueryTrouble), wrapped(QueryIp)}));
   EXPECT_EQ(system.sleeps, (std::vector<unsigned int>{5, 2, 3}));

@@ -30,7 +30,7 @@ INSTANTIATE_TEST_SUITE_P(
     Transmit, WepEncoder,
     testing::Values(transmitRow("One", "1", "01"), transmitRow("Four", "4", "04"),
                     transmitRow("Zero", "0", "00"),
-                    // An empty key is logged as configured and sent as 1.
+                    // An empty text is logged unchanged and sent as 1.
                     transmitRow("Empty", "", "01"), transmitRow("DigitsBeforeText", " 3rd", "03"),
                     transmitRow("Text", "two", "00"), transmitRow("LargestByte", "255", "FF"),
                     transmitRow("LowestByte", "258", "02"), transmitRow("Negative", "-1", "FF"),

@@ -7,7 +7,7 @@
 #include "settings/option_table.h"
 #include "testing/setting_encoder.h"
 
-// Each word that the manual and the completions offer for an option is known to its encoder.
+// Checks that an option's encoder knows each word that the manual and the completions offer for it.
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "testing/basic_batch.h"
 #include "testing/generator.h"
 #include "testing/packets.h"
 #include "testing/rows.h"
@@ -16,7 +17,7 @@ using support::textBytes;
 
 namespace {
 
-/// A fixture for tests of `configBasic`. A scripted printer replies to it.
+/// A fixture for tests of `configBasic`, with a scripted printer.
 class ConfigBasic : public support::Generator {
  protected:
   int run() { return Generator::run(&wnpaGenerator::configBasic); }
@@ -25,9 +26,7 @@ class ConfigBasic : public support::Generator {
 // Mode "Ad-Hoc", security "None", channel 3, SSID "x".
 const std::vector<std::string> Example = {"--mode=Ad-Hoc", "--security=None", "--channel=3",
                                           "--ssid=x"};
-const Bytes ExampleBare = bytes(
-    "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 01 28 22 00 00 04 00 00 00 00 "
-    "28 05 00 00 04 00 00 00 03 28 08 00 00 02 78 00");
+const Bytes& ExampleBare = basic_batch::AdHoc;
 
 }  // namespace
 
@@ -52,19 +51,14 @@ TEST_F(ConfigBasic, SendsThePasswordLast) {
   use({"--ssid=n", "--security=WPA2", "--passwd=key"});
   generator->setWrapMode(false);
   run();
-  EXPECT_EQ(device.writes,
-            std::vector<Bytes>{bytes("A5 00 2F 50 E0 DA 01 28 02 00 00 04 00 00 00 00 "
-                                     "28 22 00 00 04 00 00 00 02 28 05 00 00 04 00 00 00 06 "
-                                     "28 08 00 00 02 6E 00 28 11 00 00 04 6B 65 79 00")});
+  EXPECT_EQ(device.writes, std::vector<Bytes>{basic_batch::Wpa2});
 }
 
 TEST_F(ConfigBasic, LeavesOutEmptyModeAndSsid) {
   use({"--mode=", "--ssid="});
   generator->setWrapMode(false);
   run();
-  EXPECT_EQ(device.writes,
-            std::vector<Bytes>{bytes("A5 00 16 50 E0 DA 01 28 22 00 00 04 00 00 00 00 "
-                                     "28 05 00 00 04 00 00 00 06")});
+  EXPECT_EQ(device.writes, std::vector<Bytes>{basic_batch::NoModeNoSsid});
 }
 
 TEST_F(ConfigBasic, StartsWithAnEmptyPacketEachTime) {
@@ -81,13 +75,12 @@ TEST_F(ConfigBasic, LogsItsSettingsAndItsResult) {
   use({"--ssid=n", "--security=WPA2", "--passwd=key", "--mode=Ad-Hoc"});
   answer({packets::Accepted});
   run();
-  EXPECT_EQ(output, (Output{"",
-                            "D [ZVK] Basic config...\n"
-                            "D [ZVK] Mode = 'Ad-Hoc'\n"
-                            "D [ZVK] Security = 'WPA2'\n"
-                            "D [ZVK] Security mode: 2 (WPA PSK (Auto 1 or 2))\n"
-                            "D [ZVK] SSID = n\n"
-                            "D [ZVK] Basic config ret = 0\n"}));
+  EXPECT_EQ(output,
+            (Output{"", basic_batch::attemptLines({.ssid = "n",
+                                                   .mode = "Ad-Hoc",
+                                                   .security = "WPA2",
+                                                   .securityMode = "2 (WPA PSK (Auto 1 or 2))"},
+                                                  0)}));
 }
 
 // --- The result ---------------------------------------------------------------------------------
@@ -116,20 +109,19 @@ TEST_P(ConfigBasicResult, IsReturnedAndLogged) {
 INSTANTIATE_TEST_SUITE_P(
     Replies, ConfigBasicResult,
     testing::Values(
-        ResultRow{{"Accepted"}, "A5 00 03 50 E0 01", 0, "SSID = x\nD [ZVK] Basic config ret = 0\n"},
-        ResultRow{
-            {"Refused"}, "A5 00 03 D4 E0 01", -1, "SSID = x\nD [ZVK] Basic config ret = -1\n"},
-        ResultRow{{"Silence"}, "", -1, "SSID = x\nD [ZVK] Basic config ret = -1\n"},
-        ResultRow{
-            {"NotAccepted"}, "A5 00 03 50 E0 00", 1, "SSID = x\nD [ZVK] Basic config ret = 1\n"}),
+        ResultRow{{"Accepted"}, "A5 00 03 50 E0 01", 0, "\nD [ZVK] Basic config ret = 0\n"},
+        ResultRow{{"Refused"}, "A5 00 03 D4 E0 01", -1, "\nD [ZVK] Basic config ret = -1\n"},
+        ResultRow{{"Silence"}, "", -1, "\nD [ZVK] Basic config ret = -1\n"},
+        ResultRow{{"NotAccepted"}, "A5 00 03 50 E0 00", 1, "\nD [ZVK] Basic config ret = 1\n"}),
     support::rowName);
 
 // --- The largest packets ------------------------------------------------------------------------
 
 namespace {
 
-// The SSID sizes for which the outer length field is 65,535. The grouping header adds 4 bytes to
-// it, the other objects with the SSID's header and zero byte add 33, and the wrapper adds 9.
+// The SSID sizes for which the outer length field is 65,535. The field also counts the 4 bytes
+// 50 E0 DA 01, 33 bytes of the other objects and of the SSID's header and zero byte, and 9 bytes
+// for the wrapper.
 constexpr std::size_t LargestBareSsid = 65535 - 4 - 33;
 constexpr std::size_t LargestWrappedSsid = LargestBareSsid - 9;
 

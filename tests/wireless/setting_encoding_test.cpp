@@ -4,7 +4,8 @@
 
 #include "testing/setting_encoder.h"
 
-// All text settings: limits, terminators, size fields and log lines.
+// All text settings: limits, terminators, size fields and log lines. The encoder of a row is an
+// operation or, for a setting without an operation, the address of its row of the encodings.
 
 namespace {
 
@@ -104,13 +105,15 @@ TextRow textRow(const char* name, support::SettingEncoder encoder, const char* o
   return {{name}, encoder, option, header, limit, terminator, lineStart, "", false};
 }
 
-INSTANTIATE_TEST_SUITE_P(Authentication, TextSetting,
-                         testing::Values(textRow("Username", &G::construct802Username,
-                                                 "--802-user=", "2A 02 00 00", 31, "00",
-                                                 "802.1x User = "),
-                                         textRow("Password", &G::construct802Passwd, "--802-pwd=",
-                                                 "2A 03 00 00", 255, "00", "802.1x password = ")),
-                         support::rowName);
+INSTANTIATE_TEST_SUITE_P(
+    Authentication, TextSetting,
+    testing::Values(textRow("Username", &G::construct802Username, "--802-user=", "2A 02 00 00", 31,
+                            "00", "802.1x User = "),
+                    textRow("Password", &G::construct802Passwd, "--802-pwd=", "2A 03 00 00", 255,
+                            "00", "802.1x password = "),
+                    textRow("PasswordByItsRow", &encodings::Password, "--802-pwd=", "2A 03 00 00",
+                            255, "00", "802.1x password = ")),
+    support::rowName);
 
 INSTANTIATE_TEST_SUITE_P(
     CertificateFields, TextSetting,

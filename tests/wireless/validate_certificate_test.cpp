@@ -15,7 +15,7 @@ using support::Bytes;
 using support::bytes;
 
 struct ListRow : support::Row {
-  std::vector<Bytes> replies;  ///< to the calls that list its own and the CA certificates
+  std::vector<Bytes> replies;  ///< to the calls that list the printer's own and CA certificates
   std::size_t calls;
   bool validates;
 };

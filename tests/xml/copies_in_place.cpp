@@ -16,7 +16,8 @@ int copiesInPlace() {
   return count;
 }
 
-// The linker's --wrap requires these names. AddressSanitizer has its own memmove.
+// The linker's --wrap requires these names. AddressSanitizer has its own memmove, which is wrapped
+// too.
 extern "C" {
 
 void* __real_memmove(void* to, const void* from, std::size_t size);

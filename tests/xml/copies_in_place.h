@@ -1,5 +1,5 @@
 #pragma once
 
-/// Returns how many calls of memmove so far had equal source and destination. The code under test
-/// must not make such a call, because `std::copy`, which calls memmove, does not permit it.
+/// Returns how many calls of memmove so far had equal source and destination. `std::copy` calls
+/// memmove and does not permit equal positions, so the code under test must not make such a call.
 int copiesInPlace();

@@ -25,8 +25,8 @@ class Libxml2Document {
 
   bool isParsed() const { return m_Tree != nullptr && m_Context != nullptr; }
 
-  /// Returns the text of the first element at `path`: its own runs, each without leading white
-  /// space.
+  /// Returns the text of the first element at `path`, without its child elements. Each run of text
+  /// loses its leading white space.
   std::string query(const std::string& path) const {
     const std::unique_ptr<xmlXPathObject, Free> found(
         xmlXPathEvalExpression(reinterpret_cast<const xmlChar*>(path.c_str()), m_Context.get()));
@@ -59,7 +59,8 @@ class Libxml2Document {
   std::unique_ptr<xmlXPathContext, Free> m_Context;
 };
 
-/// Returns a path from the root to an element, with random filters. Some of its names do not exist.
+/// Returns a path from the root to an element, with random filters. Some names in the path do not
+/// exist in the document.
 std::string randomPath(std::mt19937& random, const RandomDocument& document, bool hasPositions) {
   const auto& elements = document.elements();
   std::string path;

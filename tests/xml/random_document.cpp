@@ -80,7 +80,8 @@ void RandomDocument::addSkipped() {
   }
 }
 
-/// Adds what may precede and follow the root element.
+/// Adds white space, comments and processing instructions. They may precede or follow the root
+/// element.
 void RandomDocument::addMisc() {
   for (std::size_t count = below(3); count > 0; --count) {
     m_Text += space(0);

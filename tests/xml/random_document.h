@@ -10,8 +10,8 @@ class RandomDocument {
  public:
   enum class Names {
     Any,            ///< every kind of name, anywhere
-    SortedByDepth,  ///< few names, sorted among siblings and different at each depth: then the
-                    ///< position in a run of equal names is the position among all siblings
+    SortedByDepth,  ///< few names, sorted among siblings and different at each depth. Siblings
+                    ///< with equal names are adjacent, so all parsers count them alike.
     Few,            ///< few names, anywhere
   };
 

@@ -11,7 +11,7 @@
 ///
 ///     start
 ///     <name a="1" b="2"      attributes in the order of the list
-///     "text" 4               with the count of the callback
+///     "text" 4               with the length that the callback gets
 ///     >name
 ///     end
 class RecordingHandler : public SimpleSAXHandler {
@@ -35,7 +35,7 @@ class RecordingHandler : public SimpleSAXHandler {
 struct Parsed {
   int result = 0;
   std::vector<std::string> events;  ///< without "start" and "end"
-  std::string output;               ///< on standard output
+  std::string output;               ///< what the parser prints on standard output
 };
 
 /// Parses `document` and stops at the event `stopAt`. Expects "start" as the first event and "end"

@@ -93,7 +93,7 @@ TEST_F(SaxEntities, DoNotMoveTextToItsOwnPosition) {
     replaced(text);
     EXPECT_EQ(copiesInPlace(), before) << text;
   }
-  // The count does include such a move.
+  // Such a move does increase the count.
   std::string text = "moved";
   const int before = copiesInPlace();
   std::memmove(text.data(), text.data(), text.size());

@@ -134,7 +134,7 @@ TEST(SaxSkipped, AreInstructionsAndCommentsAnywhere) {
 }
 
 TEST(SaxSkipped, MayBeAsShortAsTheirEnds) {
-  // The "?" of "<?" and the "--" after "<!" already belong to the end.
+  // The "?" of "<?" can also begin the end "?>". The "--" of "<!--" can also begin the end "-->".
   EXPECT_EQ(parse("<?><a/>").events, (Events{"<a", ">a"}));
   EXPECT_EQ(parse("<!--><a/>").events, (Events{"<a", ">a"}));
   EXPECT_EQ(parse("<a><?><b/><!--><c/></a>").events, (Events{"<a", "<b", ">b", "<c", ">c", ">a"}));

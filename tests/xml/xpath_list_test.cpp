@@ -1,5 +1,5 @@
-// A list is read in one parse. It has the same texts and prints the same errors as a query for each
-// position.
+// A list is read in one parse. The texts and the printed errors are the same as with a query for
+// each position.
 
 #include <gtest/gtest.h>
 #include <string>

@@ -104,7 +104,7 @@ TEST(XPathStep, HasNameAndFilter) {
       {"a[@n='x]y']", "a", "", "", 0},
       {"a['@n=x']", "a", "", "", 0},
       {"a[@n=x']", "a", "", "", 0},
-      // Without the end of the brackets there is no filter.
+      // Without the closing bracket there is no filter.
       {"a[1", "a", "", "", 0},
       {"a[", "a", "", "", 0},
       {"a]1[", "a]1", "", "", 0},
@@ -164,7 +164,7 @@ TEST(XPathNode, IsResetInEveryField) {
 
 namespace {
 
-/// A fixture for matching a path with open elements.
+/// A fixture for tests that match a path against open elements.
 class XPathMatch : public testing::Test {
  protected:
   XPathMatch() {

@@ -80,10 +80,11 @@ TEST(XPathQuery, CountsPositionsInRunsOfEqualNames) {
 }
 
 TEST(XPathQuery, CountsPositionsFromTheLastClosedElementAtAnyDepth) {
-  // The inner element continues the count of the outer one that closed before it.
+  // The inner <a> continues the count of the <a> that closed before it, although the parents
+  // differ.
   EXPECT_EQ(query("<r><a>1</a><b><a>2</a></b></r>", "/r/b/a[2]"), "2");
   EXPECT_EQ(query("<r><a>1</a><b><a>2</a></b></r>", "/r/b/a[1]"), "");
-  // An element that closes around it ends the count.
+  // The count ends when the parent of the counted element closes.
   EXPECT_EQ(query("<r><b><a>1</a></b><a>2</a></r>", "/r/a[1]"), "2");
   // An element of the same name inside the sibling continues the count.
   EXPECT_EQ(query("<r><a>1</a><a>2<a>3</a></a><a>4</a></r>", "/r/a[2]/a[2]"), "3");

@@ -168,7 +168,7 @@ TEST_P(CallPersonality, DeterminesTheReplyAndPreventsTheCall) {
   EXPECT_EQ(printer.adapter.certificates().revision(), 0U);
 }
 
-// No personality answers the sniff packet that precedes the call.
+// No personality replies to the fixed packet that precedes the call.
 INSTANTIATE_TEST_SUITE_P(
     Personalities, CallPersonality,
     testing::Values(PersonalityRow{{"Silent"}, {.silent = true}, {}},

@@ -69,6 +69,20 @@ TEST(Adapter, HasTheValuesOfItsPersonality) {
   EXPECT_EQ(printer.ask(packets::QueryDescriptor), bytes("A5 00 0A 50 E0 D8 00 06 1F 00 02 41 2D"));
 }
 
+TEST(Adapter, HoldsAnyInitialSetting) {
+  Printer printer({.ssid = "net",
+                   .settings = {{{0x28, 0x30}, {0x61, 0x00}},
+                                {{0x28, 0x08}, {0x62, 0x00}},
+                                {{0x2A, 0x02}, {0x63, 0x00}},
+                                {{0x28, 0x11}, {0x64}}}});
+  // An unknown setting counts as a secret, so a query returns no value.
+  EXPECT_TRUE(printer.adapter.settings().holds({0x28, 0x30}));
+  EXPECT_EQ(printer.ask(QuerySsid), bytes("A5 00 0C 50 E0 D8 00 28 08 00 04 6E 65 74 00"));
+  EXPECT_EQ(printer.ask(bytes("A5 00 06 50 E0 D8 00 2A 02")),
+            bytes("A5 00 13 50 E0 63 02 00 0D A5 00 0A 50 E0 D8 00 2A 02 00 02 63 00"));
+  EXPECT_EQ(printer.ask(packets::QueryPreSharedKey), bytes("A5 00 08 50 E0 D8 00 28 11 00 00"));
+}
+
 TEST(Adapter, DoesNotAcceptMalformedSettings) {
   Printer printer;
   EXPECT_EQ(printer.ask(bytes("A5 00 0A 50 E0 DA 01 28 08 00 00 09 61")),

@@ -73,7 +73,7 @@ TEST(Authentication, HasNoValueForOtherSettings) {
   EXPECT_EQ(emulator::Authentication(store, certificates).value(settings::Security), std::nullopt);
 }
 
-/// Returns a wrapped status record.
+/// Returns a wrapped record with this authentication status.
 Bytes statusRecord(int status) {
   return packets::wrapped(
       joined({bytes("A5 00 09 50 E0 D8 00 2A 1D 00 01"), {static_cast<std::uint8_t>(status)}}));

@@ -183,7 +183,8 @@ TEST(SecretBytes, AreAbsentFromAMethodCall) {
   EXPECT_EQ(describe(message, false), "method call: queryCAList");
 }
 
-/// Returns a setting with a size field of 0 and a value of `count` bytes.
+/// Returns the parsed packet that stores a setting with a size field of 0 and a value of `count`
+/// bytes.
 Message withSizeOfZero(const char* key, std::size_t count) {
   return parseMessage(packets::framed(support::joined(
       {bytes("50 E0 DA 01"), bytes(key), bytes("00 00 00"), npa::Bytes(count, 'p')})));

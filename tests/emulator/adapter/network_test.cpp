@@ -13,7 +13,7 @@
 #include "testing/packets.h"
 #include "testing/rows.h"
 
-// Whether the adapter is in a network (--network).
+// Tests that settings put the adapter into a network of --network, or out of it.
 
 namespace {
 

@@ -23,4 +23,16 @@ TEST(SettingsStore, KeepsTheLastValueOfEachSetting) {
             (std::vector<std::string>{"SSID = \"d\"", "pre-shared key = \"k\""}));
 }
 
+TEST(SettingsStore, ReadsTextsAndNumbers) {
+  emulator::SettingsStore store;
+  store.set({0x28, 0x08}, bytes("61 62 00"));
+  store.set({0x28, 0x05}, bytes("00 00 01 02"));
+  store.set({0x28, 0x02}, bytes("00 00 00 00 01"));
+  EXPECT_EQ(store.text({0x28, 0x08}), "ab");
+  EXPECT_EQ(store.text({0x28, 0x09}), "");
+  EXPECT_EQ(store.number({0x28, 0x05}), 258U);
+  EXPECT_FALSE(store.number({0x28, 0x02}));
+  EXPECT_FALSE(store.number({0x28, 0x22}));
+}
+
 }  // namespace

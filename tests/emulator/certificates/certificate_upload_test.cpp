@@ -147,8 +147,8 @@ TEST_P(BadFile, IsNotStoredAsASignedCertificate) {
   EXPECT_EQ(printer.certificates(), Names{"Factory"});
 }
 
-/// Returns a certificate with the header of an encrypted one. OpenSSL could prompt for its
-/// password.
+/// Returns a certificate with the header of an encrypted PEM text. OpenSSL could prompt for a
+/// password when it reads the certificate.
 std::string encryptedPem() {
   std::string pem = rootPem();
   return pem.insert(pem.find('\n') + 1,

@@ -49,6 +49,11 @@ TEST(ParseOptions, SelectsAPrinterWithoutFaultsByDefault) {
   EXPECT_EQ(options.personality.certificates.defaults.commonName, "printer");
 }
 
+TEST(ParseOptions, TakesAnInterfaceForTheRadio) {
+  EXPECT_FALSE(parseRun({}).radio);
+  EXPECT_EQ(parseRun({"--radio=wlan1"}).radio, "wlan1");
+}
+
 TEST(ParseOptions, UsesTheLastLog) {
   EXPECT_FALSE(parseRun({"--log=a"}).appendsLog);
   const Options appended = parseRun({"--log=a", "--log-append=b"});
@@ -74,6 +79,10 @@ TEST(ParseOptions, AcceptsEveryOption) {
                                     "--trouble-code=255",
                                     "--trouble-over-after=20s",
                                     "--ssid=a=b",
+                                    "--setting=28:30=a:b=c",
+                                    "--setting=28:1f=4",
+                                    "--setting=6:14=1",
+                                    "--setting=0A:02=1.2.3.4",
                                     "--network=home:a=b",
                                     "--network=x:y:",
                                     "--restart-after-store=4",
@@ -111,6 +120,14 @@ TEST(ParseOptions, AcceptsEveryOption) {
   EXPECT_EQ(printer.troubleCleared->afterTime, std::chrono::seconds(20));
   EXPECT_EQ(printer.troubleCleared->afterQueries, 0);
   EXPECT_EQ(printer.ssid, "a=b");
+  ASSERT_EQ(printer.settings.size(), 4U);
+  EXPECT_EQ(printer.settings[0].key, (npa::SettingKey{0x28, 0x30}));
+  EXPECT_EQ(printer.settings[0].value, (npa::Bytes{'a', ':', 'b', '=', 'c', 0}));
+  EXPECT_EQ(printer.settings[1].key, (npa::SettingKey{0x28, 0x1F}));
+  EXPECT_EQ(printer.settings[1].value, (npa::Bytes{0, 0, 0, 4}));
+  EXPECT_EQ(printer.settings[2].key, (npa::SettingKey{0x06, 0x14}));
+  EXPECT_EQ(printer.settings[2].value, npa::Bytes{1});
+  EXPECT_EQ(printer.settings[3].value, (npa::Bytes{1, 2, 3, 4}));
   ASSERT_EQ(printer.networks.size(), 2U);
   EXPECT_EQ(printer.networks[0].ssid, "home");
   EXPECT_EQ(printer.networks[0].key, "a=b");
@@ -230,7 +247,10 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{{"UsbWithoutPlace"}, {"usb"}, "usb: expected either --attach or --port=N"},
         Mistake{{"UsbWithTwoPlaces"},
                 {"usb", "--attach", "--port=0"},
-                "usb: expected either --attach or --port=N"}),
+                "usb: expected either --attach or --port=N"},
+        Mistake{{"RadioAndNetwork"},
+                {"run", "--radio=wlan1", "--network=a:b", "--", "true"},
+                "--radio: expected no --network"}),
     support::rowName);
 
 Mistake mistake(const char* name, const char* option, const char* reason) {
@@ -241,6 +261,10 @@ INSTANTIATE_TEST_SUITE_P(
     Values, WrongCommandLine,
     testing::Values(
         mistake("UnknownOption", "--nonsense=1", "--nonsense: no such option"),
+        mistake("InterfaceInAFolder", "--radio=a/b",
+                "--radio: expected the name of a network interface, got 'a/b'"),
+        mistake("InterfaceTooLong", "--radio=1234567890123456",
+                "--radio: expected the name of a network interface, got '1234567890123456'"),
         mistake("FlagWithValue", "--silent=1", "--silent: expected no value, got '1'"),
         mistake("NoValue", "--late", "--late: expected a value"),
         mistake("TextForANumber", "--late=x",
@@ -263,7 +287,18 @@ INSTANTIATE_TEST_SUITE_P(
                 "--ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3.4.5'"),
         mistake("AddressByteTooLarge", "--ip=1.2.3.256",
                 "--ip: expected an IPv4 address such as 192.168.1.20, got '1.2.3.256'"),
-        // The message does not show the value, which may be a key.
+        // The messages do not show the value, which may be a key.
+        mistake("SettingWithoutValue", "--setting=28:08", "--setting: expected GROUP:OBJECT=VALUE"),
+        mistake("SettingWithoutColon", "--setting=2808=a:b",
+                "--setting: expected GROUP:OBJECT=VALUE"),
+        mistake("SettingOfNoGroup", "--setting=100:08=x",
+                "--setting: expected a hex number from 0 to FF"),
+        mistake("SettingOfNoObject", "--setting=28:=x",
+                "--setting: expected a hex number from 0 to FF"),
+        mistake("NumberOfASettingTooLarge", "--setting=28:1F=256",
+                "--setting: expected a number from 0 to 255"),
+        mistake("FlagOfASettingTooLarge", "--setting=06:14=2",
+                "--setting: expected a number from 0 to 1"),
         mistake("NetworkWithoutColon", "--network=secret",
                 "--network: expected an SSID of 1 to 32 bytes, then a colon and a key without "
                 "colons"),

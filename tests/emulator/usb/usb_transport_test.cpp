@@ -14,7 +14,7 @@
 #include "testing/usb_printer.h"
 #include "testing/usbip_host.h"
 
-// The transport at a TCP port. The hosts are sockets of the test.
+// Tests of the transport at a TCP port. The hosts are sockets of the test.
 
 namespace {
 
@@ -85,7 +85,7 @@ class ServedPrinter : public testing::Test {
     ask(host, controlCommand(1, {0x00, 9, 1, 0, 0}), submitReply(1, 0, 0));
   }
 
-  /// Changes the clock of the printer. The transport has the real clock.
+  /// Advances the printer's clock. The transport itself uses the real clock.
   void pass(std::chrono::seconds time) { m_Printer->printer.now += time; }
 
   std::vector<std::string> log;

@@ -20,7 +20,7 @@ class CommandProcess {
   /// Thrown if a program cannot be started.
   struct StartError {
     enum class Step {
-      Preparation,  ///< `prepare` threw
+      Preparation,  ///< `prepare` threw, or no process could be created
       Execution,    ///< the program could not be executed
     };
 
@@ -29,8 +29,8 @@ class CommandProcess {
     std::string text;  ///< what failed
   };
 
-  /// Starts `command`, which is searched in PATH. The child process calls `prepare` first. Throws
-  /// `StartError` if the program cannot be started.
+  /// Starts `command`. Searches the program in PATH. The child process calls `prepare` first.
+  /// Throws `StartError` if the program cannot be started.
   CommandProcess(const std::vector<std::string>& command, const std::function<void()>& prepare);
 
   /// Sends a signal to the process.

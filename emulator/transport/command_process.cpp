@@ -1,6 +1,6 @@
-// Starting a child process, with a pipe through which it reports that it could not start.
+// Starts a child process. If the child cannot run its program, it reports this through a pipe.
 
-#include "emulator/run/command_process.h"
+#include "emulator/transport/command_process.h"
 
 #include <algorithm>
 #include <array>

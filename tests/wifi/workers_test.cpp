@@ -1,0 +1,110 @@
+#include "wifi/workers.h"
+
+#include <algorithm>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using wifi::Workers;
+using How = Workers::Finished::How;
+using std::chrono::hours;
+using std::chrono::seconds;
+
+const auto Nothing = [] {
+};
+
+/// Waits for a signal that ends the process.
+std::string pauseForever() {
+  for (;;) {
+    ::pause();
+  }
+}
+
+std::vector<Workers::Finished> allOf(Workers& workers) {
+  std::vector<Workers::Finished> all;
+  while (auto finished = workers.next(Nothing)) {
+    all.push_back(std::move(*finished));
+  }
+  std::ranges::sort(all, {}, &Workers::Finished::index);
+  return all;
+}
+
+TEST(Workers, ReturnTheBytesOfEachFunctionOnce) {
+  Workers workers{hours(1)};
+  for (const char* const text : {"first", "second", ""}) {
+    workers.start([text] { return std::string(text); });
+  }
+  const auto all = allOf(workers);
+  ASSERT_EQ(all.size(), 3U);
+  for (const auto& [finished, text] :
+       {std::pair(all[0], "first"), std::pair(all[1], "second"), std::pair(all[2], "")}) {
+    EXPECT_EQ(finished.how, How::Returned);
+    EXPECT_EQ(finished.bytes, text);
+  }
+}
+
+TEST(Workers, ReturnMoreBytesThanAPipeHolds) {
+  const std::string large(1 << 20, 'x');
+  Workers workers{hours(1)};
+  workers.start([&] { return large; });
+  EXPECT_TRUE(allOf(workers).at(0).bytes == large);
+}
+
+TEST(Workers, RunAtTheSameTime) {
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  Workers workers{hours(1)};
+  // The first ends only after the second has written.
+  workers.start([&] {
+    char c = 0;
+    return ::read(ends[0], &c, 1) == 1 ? std::string(1, c) : std::string();
+  });
+  workers.start([&] { return ::write(ends[1], "b", 1) == 1 ? std::string("a") : std::string(); });
+  const auto first = workers.next(Nothing);
+  const auto second = workers.next(Nothing);
+  EXPECT_EQ(first->bytes + second->bytes == "ab" || first->bytes + second->bytes == "ba", true);
+  ::close(ends[0]);
+  ::close(ends[1]);
+}
+
+TEST(Workers, ThatDieDoNotAffectOthers) {
+  Workers workers{hours(1)};
+  workers.start([]() -> std::string { ::_exit(3); });
+  workers.start([]() -> std::string { throw std::bad_alloc(); });
+  workers.start([] {
+    ::kill(::getpid(), SIGKILL);
+    return std::string();
+  });
+  workers.start([] { return std::string("done"); });
+  const auto all = allOf(workers);
+  ASSERT_EQ(all.size(), 4U);
+  EXPECT_EQ(all[0].how, How::Died);
+  EXPECT_EQ(all[1].how, How::Died);
+  EXPECT_EQ(all[2].how, How::Died);
+  EXPECT_EQ(all[3].how, How::Returned);
+  EXPECT_EQ(all[3].bytes, "done");
+}
+
+TEST(Workers, AreKilledAfterTheLimit) {
+  Workers workers{seconds(0)};
+  workers.start(pauseForever);
+  const auto all = allOf(workers);
+  ASSERT_EQ(all.size(), 1U);
+  EXPECT_EQ(all[0].how, How::Overdue);
+}
+
+TEST(Workers, GetSignals) {
+  Workers workers{hours(1)};
+  workers.start(pauseForever);
+  workers.start(pauseForever);
+  workers.signal(SIGTERM);
+  const auto all = allOf(workers);
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[0].how, How::Died);
+  EXPECT_EQ(all[1].how, How::Died);
+}
+
+}  // namespace

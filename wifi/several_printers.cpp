@@ -1,0 +1,135 @@
+#include "wifi/several_printers.h"
+
+#include <algorithm>
+#include <csignal>
+#include <unistd.h>
+#include <vector>
+
+#include "util/format.h"
+#include "wifi/console.h"
+#include "wifi/explanation.h"
+#include "wifi/progress.h"
+#include "wifi/results.h"
+#include "wifi/shown_text.h"
+#include "wifi/signals.h"
+#include "wifi/translation.h"
+#include "wifi/workers.h"
+
+namespace wifi {
+
+namespace {
+
+/// A worker takes at most the time for the confirmation and this many seconds. The longest exchange
+/// without a reply takes less.
+constexpr int MarginSeconds = 180;
+
+/// Prints the outcomes of the printers.
+class SeveralReports {
+ public:
+  SeveralReports(const Arguments& arguments, std::size_t count)
+      : m_Arguments(arguments), m_Progress(arguments.quiet), m_Outcomes(count) {
+    showCount();
+  }
+
+  double seconds() const { return m_Progress.seconds(); }
+  void tick() { m_Progress.update(); }
+
+  /// Takes the outcome of a printer, and prints it unless it becomes a part of one document.
+  void add(std::size_t index, const session::Printer& printer, Outcome outcome) {
+    ++m_Done;
+    m_Progress.clear();
+    if (m_Arguments.jsonLines) {
+      print(documentText({outcome.entry}));
+    } else if (!m_Arguments.json) {
+      printText(printerText(printer), outcome);
+    }
+    m_Outcomes[index] = std::move(outcome);
+    showCount();
+  }
+
+  /// Prints the whole document if there is to be one. Returns the exit status.
+  int finish() {
+    m_Progress.clear();
+    std::vector<Json> entries;
+    bool allDone = true;
+    for (Outcome& outcome : m_Outcomes) {
+      allDone = allDone && outcome.status == StatusDone;
+      entries.push_back(std::move(outcome.entry));
+    }
+    if (m_Arguments.json && !m_Arguments.jsonLines) {
+      print(documentText(std::move(entries)));
+    }
+    if (Interruption::signal() != 0) {
+      return StatusSignalBase + Interruption::signal();
+    }
+    return allDone ? StatusDone : StatusSomeFailed;
+  }
+
+ private:
+  static void printText(const std::string& name, const Outcome& outcome) {
+    if (outcome.error) {
+      printError({name + ": " + outcome.error->message, outcome.error->remedy});
+      return;
+    }
+    // Results of several lines are apart from each other.
+    const bool hasSeveralLines = std::ranges::count(outcome.text, '\n') > 1;
+    const std::string text = outcome.text + (hasSeveralLines ? "\n" : "");
+    print(::isatty(STDOUT_FILENO) == 1 ? wrapped(text) : text);
+  }
+
+  /// On a terminal only: elsewhere the results are the progress.
+  void showCount() {
+    if (::isatty(STDERR_FILENO) == 1) {
+      m_Progress.showText(
+          util::formatted(tr("%zu of %zu printers are done"), m_Done, m_Outcomes.size()));
+    }
+  }
+
+  const Arguments& m_Arguments;
+  Progress m_Progress;
+  std::vector<Outcome> m_Outcomes;
+  std::size_t m_Done = 0;
+};
+
+}  // namespace
+
+int runOnSeveral(const Arguments& arguments, std::span<const session::Printer> printers,
+                 const PrinterCommand& command) {
+  const Interruption interruption;
+  Arguments ofWorkers = arguments;
+  ofWorkers.quiet = true;
+  Workers workers(std::chrono::seconds(arguments.waitSeconds + MarginSeconds));
+  for (const session::Printer& printer : printers) {
+    workers.start([&] { return bytesOf(runOnPrinter(ofWorkers, printer, command)); });
+  }
+  if (command.profile != nullptr) {
+    command.profile->secret.clear();
+  }
+  SeveralReports reports(arguments, printers.size());
+  bool signalled = false;
+  const auto onTick = [&] {
+    reports.tick();
+    if (Interruption::signal() != 0 && !signalled) {
+      // Ctrl-C reaches the workers too, but a signal from kill(1) does not.
+      workers.signal(SIGTERM);
+      signalled = true;
+    }
+  };
+  while (const auto finished = workers.next(onTick)) {
+    const session::Printer& printer = printers[finished->index];
+    std::optional<Outcome> outcome;
+    if (finished->how == Workers::Finished::How::Returned) {
+      outcome = outcomeFrom(finished->bytes);
+    }
+    if (!outcome) {
+      session::Report report;
+      report.printer = printer;
+      report.result = session::Result::Failed;
+      outcome = outcomeOf(report, arguments, command, reports.seconds());
+    }
+    reports.add(finished->index, printer, std::move(*outcome));
+  }
+  return reports.finish();
+}
+
+}  // namespace wifi

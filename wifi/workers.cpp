@@ -1,0 +1,154 @@
+#include "wifi/workers.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace wifi {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int TickMilliseconds = 1000;
+
+[[noreturn]] void fail(const char* what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+bool writeAll(int descriptor, const std::string& bytes) {
+  std::size_t written = 0;
+  while (written < bytes.size()) {
+    const ssize_t count = ::write(descriptor, bytes.data() + written, bytes.size() - written);
+    if (count < 0 && errno != EINTR) {
+      return false;
+    }
+    written += count < 0 ? 0 : static_cast<std::size_t>(count);
+  }
+  return true;
+}
+
+/// The life of a worker. Ends without the destructors and buffers of the process that it was forked
+/// from.
+[[noreturn]] void run(const std::function<std::string()>& work, pid_t parent, int pipe) {
+  ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+  bool done = false;
+  // The parent may have died before prctl.
+  if (::getppid() == parent) {
+    try {
+      done = writeAll(pipe, work());
+    } catch (...) {
+      // The parent sees that the bytes are missing.
+    }
+  }
+  ::_exit(done ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
+}  // namespace
+
+Workers::~Workers() {
+  signal(SIGKILL);
+}
+
+void Workers::start(const std::function<std::string()>& work) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+    fail("pipe");
+  }
+  util::UniqueFd readEnd(ends[0]);
+  const util::UniqueFd writeEnd(ends[1]);
+  std::fflush(nullptr);
+  const pid_t parent = ::getpid();
+  const pid_t process = ::fork();
+  if (process < 0) {
+    fail("fork");
+  }
+  if (process == 0) {
+    run(work, parent, writeEnd.get());
+  }
+  m_Workers.push_back({process, std::move(readEnd), {}, Clock::now() + m_Limit});
+}
+
+std::optional<Workers::Finished> Workers::next(const std::function<void()>& onTick) {
+  for (;;) {
+    std::vector<pollfd> polled;
+    std::vector<std::size_t> indices;
+    for (std::size_t i = 0; i < m_Workers.size(); ++i) {
+      if (m_Workers[i].process > 0) {
+        polled.push_back({m_Workers[i].pipe.get(), POLLIN, 0});
+        indices.push_back(i);
+      }
+    }
+    if (polled.empty()) {
+      return std::nullopt;
+    }
+    ::poll(polled.data(), polled.size(), millisecondsToWait());
+    onTick();
+    for (std::size_t k = 0; k < polled.size(); ++k) {
+      Worker& worker = m_Workers[indices[k]];
+      const bool atEnd = polled[k].revents != 0 && !readSome(worker);
+      const bool overdue = !atEnd && Clock::now() >= worker.end;
+      if (atEnd || overdue) {
+        return finish(indices[k], overdue);
+      }
+    }
+  }
+}
+
+int Workers::millisecondsToWait() const {
+  auto wait = std::chrono::milliseconds(TickMilliseconds);
+  for (const Worker& worker : m_Workers) {
+    if (worker.process > 0) {
+      wait =
+          std::min(wait, std::chrono::ceil<std::chrono::milliseconds>(worker.end - Clock::now()));
+    }
+  }
+  return static_cast<int>(std::max(wait, std::chrono::milliseconds(0)).count());
+}
+
+void Workers::signal(int number) const {
+  for (const Worker& worker : m_Workers) {
+    if (worker.process > 0) {
+      ::kill(worker.process, number);
+    }
+  }
+}
+
+bool Workers::readSome(Worker& worker) {
+  std::array<char, 4096> buffer{};
+  const ssize_t count = ::read(worker.pipe.get(), buffer.data(), buffer.size());
+  if (count > 0) {
+    worker.bytes.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  return count > 0 || (count < 0 && errno == EINTR);
+}
+
+Workers::Finished Workers::finish(std::size_t index, bool overdue) {
+  using How = Finished::How;
+  Worker& worker = m_Workers[index];
+  Finished finished{index, How::Overdue, std::move(worker.bytes)};
+  if (overdue) {
+    // A process that hangs in the kernel stays, so do not wait for it.
+    ::kill(worker.process, SIGKILL);
+    ::waitpid(worker.process, nullptr, WNOHANG);
+  } else {
+    int status = 0;
+    while (::waitpid(worker.process, &status, 0) < 0 && errno == EINTR) {
+    }
+    finished.how = status == 0 ? How::Returned : How::Died;
+  }
+  worker.process = -1;
+  worker.pipe.reset();
+  return finished;
+}
+
+}  // namespace wifi
