@@ -4,9 +4,9 @@ add_compile_options(
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
   -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2)
 
-# On 32-bit machines: files of more than 2 GiB, and times after 2038. Debian 13's compiler for armhf has 64-bit times
-# by default, as have its libraries. In the interfaces of all other libraries a time has the compiler's default size.
-# zvk_uses_library_times(FILE...) is for the sources that pass times to a library.
+# On 32-bit machines: files of more than 2 GiB, and times after 2038. Debian 13's compiler for armhf has 64-bit
+# times by default, as have its libraries. In the interfaces of all other libraries a time has the compiler's
+# default size. zvk_uses_library_times(FILE...) is for the sources that pass times to a library.
 set(ZVK_HAS_64_BIT_TIMES OFF)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   include(CheckCXXSourceCompiles)
@@ -24,8 +24,8 @@ function(zvk_uses_library_times)
   endif()
 endfunction()
 
-# zvk_wrap(TARGET SCOPE CALL...): the linker's --wrap for calls to the C library, under the names that they have on
-# this machine (testing/wrapped_names.h).
+# zvk_wrap(TARGET SCOPE CALL...): the linker's --wrap for calls to the C library, under the names that they have
+# on this machine (testing/wrapped_names.h).
 function(zvk_wrap target scope)
   foreach(call ${ARGN})
     if(ZVK_HAS_64_BIT_TIMES)

@@ -35,10 +35,11 @@ install_packages() {
 }
 
 # The Debian packages that the scripts need. scripts/setup installs all of them.
-program_packages=(g++ cmake ninja-build gettext libcli11-dev libpugixml-dev libssl-dev libusb-dev nlohmann-json3-dev)
+program_packages=(g++ cmake ninja-build gettext libcli11-dev libpugixml-dev libssl-dev libusb-dev
+  nlohmann-json3-dev)
 build_packages=("${program_packages[@]}" libpcap-dev)
-test_packages=(binutils bsdextrautils ccache clang-format faketime fish git groff libexpat1-dev libgtest-dev libxml2-dev
-  man-db mandoc openssl python3-jsonschema scdoc strace tshark xxd zsh)
+test_packages=(binutils bsdextrautils ccache clang-format faketime fish git groff libexpat1-dev libgtest-dev
+  libxml2-dev man-db mandoc openssl python3-jsonschema scdoc strace tshark xxd zsh)
 clang_packages=(clang clang-tidy libclang-rt-dev)
 valgrind_packages=(valgrind)
 bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
@@ -97,8 +98,7 @@ run_tests() {
   ctest --preset "$1" | sed -E '/^ +Start +[0-9]+: /d; /^ *[0-9]+\/[0-9]+ Test .* Passed /d'
 }
 
-# --- Lanes with numbered assertions ----------------------------------------------------------------
-
+# The counts of the assertions of a lane.
 passed=0
 failed=0
 
@@ -119,74 +119,11 @@ assert() {
   fi
 }
 
-# --- Debian systems in folders ----------------------------------------------------------------------
-
-# Prints the package sources of this machine's release, one per line.
-package_sources() {
-  apt-get indextargets --format \
-    'deb $(REPO_URI) $(RELEASE) $(COMPONENT) #$(ORIGIN) $(CODENAME)' \
-    'Created-By: Packages' "Architecture: $architecture" |
-    grep -E "^[^#]* main #Debian $release(-updates|-security)?\$" | sed 's/ #.*//' | sort -u
-}
-
-# Prints the settings of apt for reaching the package sources, such as proxies. apt in another Debian system
-# needs these settings too.
-package_settings() {
-  apt-config dump | grep -E '^Acquire::((http|https)::|Check-|ForceIPv|Languages|Retries)' || [ $? -eq 1 ]
-}
-
-# Prints the package source of a release, without its updates. So all architectures have the same versions.
-source_of_release() {
-  apt-get indextargets --format 'deb $(REPO_URI) RELEASE $(COMPONENT) #$(ORIGIN) $(RELEASE)' 'Created-By: Packages' |
-    grep -E "^[^#]* main #Debian $(. /etc/os-release && echo "$VERSION_CODENAME")\$" |
-    sed "s/ #.*//; s/ RELEASE / $1 /" | sort -u
-}
-
-readonly port_folder=$PWD/build/ports
-
-# The packages that a build for another architecture needs: programs of this machine, libraries of the other one.
-port_tools=(build-essential ccache cmake debhelper gettext libcli11-dev ninja-build nlohmann-json3-dev openssl
-  qemu-user-static scdoc strace)
-port_libraries=(libexpat1-dev libfaketime libgtest-dev libpcap-dev libpugixml-dev libssl-dev libusb-dev libxml2-dev)
-
-# Prints the GNU name of an architecture, such as arm-linux-gnueabihf.
-gnu_name() { dpkg-architecture -a"$1" -qDEB_HOST_GNU_TYPE 2>/dev/null; }
-
-# make_debian NAME RELEASE ARCHITECTURES PACKAGE...: installs a Debian system in the folder build/ports/NAME.root,
-# unless it is there from an earlier run. Returns 1 and prints the reason if this fails.
-make_debian() {
-  local name=$1 release=$2 architectures=$3 root=$port_folder/$1.root content
-  shift 3
-  content="$release $architectures $*"
-  [ "$(cat "$port_folder/$name.content" 2>/dev/null)" != "$content" ] || return 0
-  mkdir -p "$port_folder"
-  package_settings >"$port_folder/settings"
-  source_of_release "$release" >"$port_folder/$name.list" || {
-    echo "apt has no source of Debian's packages"
-    return 1
-  }
-  rm -f "$port_folder/$name.content"
-  as_root rm -rf --one-file-system "$root"
-  as_root timeout --foreground 500 mmdebstrap --mode=root --variant=apt --aptopt="$port_folder/settings" \
-    --dpkgopt=force-unsafe-io --skip=cleanup/apt/lists --architectures="$architectures" \
-    --include="ca-certificates $*" "$release" "$root" "$port_folder/$name.list" >"$port_folder/$name.log" 2>&1 || {
-    tail -n 15 "$port_folder/$name.log"
-    return 1
-  }
-  echo "$content" >"$port_folder/$name.content"
-}
-
-# Makes the Debian system in which the programs are built for an architecture. It has this machine's release.
-make_port_debian() {
-  make_debian "$1" "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$(dpkg --print-architecture),$1" \
-    "crossbuild-essential-$1" "${port_tools[@]}" "${port_libraries[@]/%/:$1}"
-}
-
-# in_debian NAME COMMAND...: runs a command as root in the Debian system build/ports/NAME.root, in the folder of the
-# project.
-in_debian() {
-  local name=$1
-  shift
-  as_root env CCACHE_DIR="${CCACHE_DIR:-$(ccache --get-config cache_dir 2>/dev/null || true)}" \
-    CROSS_EMULATOR="${CROSS_EMULATOR:-}" tests/ports/in_root "$port_folder/$name.root" "$@"
+# end_lane NAME: prints the counts. Ends the script with 1 if an assertion failed, or if there was none.
+end_lane() {
+  echo "$passed passed, $failed failed"
+  if [ "$failed" -ne 0 ] || [ "$passed" -eq 0 ]; then
+    echo "The $1 lane FAILED. Its logs are in $folder."
+    exit 1
+  fi
 }
