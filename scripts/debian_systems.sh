@@ -90,8 +90,8 @@ port_libraries=(libexpat1-dev libfaketime libgtest-dev libpcap-dev libpugixml-de
 # Prints the GNU name of an architecture, such as arm-linux-gnueabihf.
 gnu_name() { dpkg-architecture -a"$1" -qDEB_HOST_GNU_TYPE 2>/dev/null; }
 
-# Prints QEMU's name of an architecture, such as arm.
-qemu_name() { dpkg-architecture -a"$1" -qDEB_HOST_GNU_CPU 2>/dev/null; }
+# Prints QEMU's name of the processor of a port, such as arm, or nothing if no emulation is needed.
+qemu_name() { [[ $1 == i386 || $1 == trixie ]] || dpkg-architecture -a"$1" -qDEB_HOST_GNU_CPU 2>/dev/null; }
 
 # make_port_system NAME RELEASE ARCHITECTURES PACKAGE...: installs a Debian system into the folder
 # build/ports/NAME.root, unless an earlier run has installed the same. Returns 1 and prints the reason if this
@@ -131,6 +131,6 @@ in_port() {
   [ "$(id -u)" -ne 0 ] || cache=${CCACHE_DIR:-$(ccache --get-config cache_dir)}
   mkdir -p "$cache"
   as_root env CCACHE_DIR="$cache" CROSS_EMULATOR="${CROSS_EMULATOR:-}" scripts/in_debian \
-    --see="$PWD" --see="$cache" --processor="$(qemu_name "$name" || true)" \
+    --see="$PWD" --see="$cache" --processor="$(qemu_name "$name")" \
     "$port_folder/$name.root" "$@"
 }
