@@ -25,7 +25,7 @@ class Activity {
   virtual void receiveAll() = 0;
   /// Returns the descriptors to poll and the events to wait for.
   virtual std::vector<pollfd> awaited() const = 0;
-  /// Returns when the next work is due, or nothing if the activity waits only for events.
+  /// Returns the time at which work is due, or nothing if the activity waits only for events.
   virtual std::optional<Clock::time_point> nextDue() const = 0;
 
  protected:

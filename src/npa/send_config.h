@@ -33,7 +33,7 @@ class sendConfig {
   /// When an attempt of `run` stops reading.
   enum class Reading {
     UntilSilence,  ///< with a full buffer, or when no byte arrives for a time (see `CT_Read`)
-    WholePacket,   ///< after one whole packet; other bytes are read until silence
+    WholePacket,   ///< after one whole packet. Bytes that are no packet: as `UntilSilence`
   };
   void setReading(Reading reading) { m_Reading = reading; }
 

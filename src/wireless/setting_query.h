@@ -39,7 +39,7 @@ void visitRecords(std::span<const unsigned char> reply, npa::SettingKey key,
 /// Returns the first byte of a record's value, or nothing if that byte did not arrive.
 [[nodiscard]] std::optional<npa::Byte> statusIn(Record record);
 
-/// Returns the status in the first record of the setting that has one, or nothing if no record has
-/// one. Prints nothing.
+/// Returns the status from the first record of `key` that contains a status. Returns nothing if no
+/// record contains one. Prints nothing.
 [[nodiscard]] std::optional<npa::Byte> firstStatusIn(std::span<const unsigned char> reply,
                                                      npa::SettingKey key);
