@@ -1,8 +1,9 @@
 // The first line of the input has a letter for each fault of the printer: "s" sends nothing, "r"
 // refuses all packets, "w" refuses wrapped packets, "g" sends garbage, "c" cuts its replies. Each
 // further line up to an empty one is an argument. The rest is the content of a file. The path of
-// that file replaces the argument after "-file". "@ca" and "@signed" are replaced by the options
-// with that path, and "@csr" by the option with the path of another file. The target skips inputs
+// that file replaces the argument after "-file". "@ca" stands for --802-CA-cer-file=
+// with that path, "@signed" for --802-signed-cer-file= with that path, and "@csr" for --cer-path=
+// with the path of another file. The target skips inputs
 // that contain these options themselves, because their paths could name files of this machine.
 //
 // Each command must end within a time limit and with one of its exit statuses, and a second run

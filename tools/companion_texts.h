@@ -43,8 +43,9 @@ std::string optionEntries(std::span<const catalogue::OptionGroup<Options>> group
   return text.substr(0, text.size() - 1);
 }
 
-/// Adds the options of a program: "PROGRAM options" for the manual page, "PROGRAM option rows" and
-/// "PROGRAM value rows" for the completions, and their names to "PROGRAM names".
+/// Adds texts about the options of a program under these names: "PROGRAM options" is for the manual
+/// page, "PROGRAM option rows" and "PROGRAM value rows" are for the completions. Adds the names of
+/// the options to "PROGRAM names".
 template <typename Options>
 void addOptionTexts(Texts& texts, const std::string& program,
                     std::span<const catalogue::OptionGroup<Options>> groups) {

@@ -13,7 +13,7 @@ namespace wifi {
 void say(const std::string& text);
 
 /// Asks until `problemOf` finds no problem with the answer, and returns that answer. `problemOf`
-/// returns what is wrong as a sentence, or an empty text.
+/// returns a sentence that says what is wrong, or an empty text.
 std::string ask(const std::string& question,
                 const std::function<std::string(const std::string&)>& problemOf);
 

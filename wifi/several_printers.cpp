@@ -34,7 +34,8 @@ class SeveralReports {
   double seconds() const { return m_Progress.seconds(); }
   void tick() { m_Progress.update(); }
 
-  /// Takes the outcome of a printer, and prints it unless it becomes a part of one document.
+  /// Takes the outcome of a printer. Prints it now, unless --json prints one document for all
+  /// printers at the end.
   void add(std::size_t index, const session::Printer& printer, Outcome outcome) {
     ++m_Done;
     m_Progress.clear();
