@@ -1,6 +1,5 @@
-// The input is lines. A line that is a report of udhcpc's script, such as "bound 10.0.0.5", is
-// taken as such a report. Any other line is an event of wpa_supplicant. If the first line is
-// "802.1x", the network authenticates.
+// If the first line of the input is "802.1x", the network authenticates. Each further line is a
+// report of udhcpc's script, such as "bound 10.0.0.5", or else an event of wpa_supplicant.
 
 #include "emulator/radio/radio_events.h"
 
@@ -20,7 +19,7 @@ using emulator::RadioEvents;
 
 constexpr std::array<npa::Byte, 4> NoAddress{};
 
-/// Requires what holds after any events.
+/// Requires the conditions that hold after any sequence of events.
 void check(const RadioEvents& events) {
   const LiveNetwork& network = events.network();
   const bool isJoined = network.membership == Membership::Joined;
@@ -45,7 +44,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     check(events);
   }
-  // No failure keeps the radio from joining afterwards.
+  // After any failure the radio must still be able to join.
   events.take("CTRL-EVENT-CONNECTED");
   events.take(emulator::parseLease("bound 10.0.0.5").value());
   check(events);

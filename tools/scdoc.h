@@ -14,7 +14,7 @@ std::string scdocText(std::string_view text);
 /// Returns a word in bold.
 std::string bold(std::string_view word);
 
-/// Returns a usage with its options in bold and its names in capitals underlined:
+/// Returns a usage with its options in bold. Names in capitals, such as PATH, are underlined:
 ///
 ///     scdocUsage("--link=PATH [OPTION...]");  // *--link=*_PATH_ [_OPTION_...]
 std::string scdocUsage(std::string_view usage);

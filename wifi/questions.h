@@ -17,8 +17,8 @@ void say(const std::string& text);
 std::string ask(const std::string& question,
                 const std::function<std::string(const std::string&)>& problemOf);
 
-/// Shows the items with numbers and asks for one of them. Returns its index. An empty answer means
-/// the item with the index `usual`, if given.
+/// Shows the items with numbers and asks for one of them. Returns its index. If `usual` is given,
+/// an empty answer means the item with this index.
 std::size_t askForChoice(const std::string& question, std::span<const std::string> items,
                          std::optional<std::size_t> usual);
 

@@ -7,8 +7,8 @@
 
 #include "npa/setting_keys.h"
 
-/// A query for one setting. The texts are for the log. A query that an exchange of the table runs
-/// has no texts, because only `wnpaGenerator::collectReply` logs queries.
+/// A query for one setting. The texts are for the log. A query that is sent as one of the exchanges
+/// in npa/exchange.h has no texts, because only `wnpaGenerator::collectReply` logs queries.
 struct SettingQuery {
   npa::SettingKey key;
   /// The log line before the request.
@@ -18,7 +18,8 @@ struct SettingQuery {
   const char* responseName = nullptr;
 };
 
-/// The result of a query whose reply is only dumped. It is the same whether a reply arrived or not.
+/// The result of a query whose reply is only dumped. The result is the same whether a reply arrived
+/// or not.
 inline constexpr int DumpedOnly = -1;
 
 /// The part of a reply from the start of a record to the end of the reply. In this layout the bytes
