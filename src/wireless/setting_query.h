@@ -7,8 +7,8 @@
 
 #include "npa/setting_keys.h"
 
-/// A query for one setting. The texts are for the log. A query that is sent as one of the exchanges
-/// in npa/exchange.h has no texts, because only `wnpaGenerator::collectReply` logs queries.
+/// A query for one setting. The texts are for the log. Only
+/// `wnpaGenerator::collectReply` logs queries. Queries that do not use it have no texts.
 struct SettingQuery {
   npa::SettingKey key;
   /// The log line before the request.
