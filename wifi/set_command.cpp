@@ -41,7 +41,8 @@ std::unique_ptr<session::Profile> readProfile(const Arguments& arguments) {
 /// the printer has certificates with which it can validate the server.
 int printPackets(const Arguments& arguments, const session::Profile& profile) {
   if (arguments.json) {
-    // The document has one entry for each name on the command line, or one entry without a name.
+    // The document has one entry for each printer that the command line names. If the command line
+    // names none, the document has one entry, whose name is empty.
     // The function does not look up the printers, because discovery would open the device files.
     std::vector<std::string> names = arguments.printers;
     names.resize(std::max<std::size_t>(names.size(), 1));

@@ -82,8 +82,8 @@ struct Personality {
   std::size_t replyPackets = 1;
 
   CertificateRules certificates{};
-  /// The prescribed replies to method calls. A call gets the last reply for its method. If there is
-  /// none, it gets the last reply for all methods.
+  /// The prescribed replies to method calls. A call gets the last reply for its method. If no
+  /// reply is prescribed for its method, the call gets the last reply without a method.
   std::vector<ObjectReply> objectReplies{};
 };
 
