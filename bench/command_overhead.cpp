@@ -52,7 +52,7 @@ struct Command {
   std::vector<Wait> waits;
 };
 
-/// The cost of a command. `beyond` is the time after the end of all waits.
+/// The cost of a command. `beyondMilliseconds` is how much longer the command takes than its waits.
 struct Cost {
   double waitsMilliseconds;
   double beyondMilliseconds;

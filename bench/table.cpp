@@ -1,5 +1,5 @@
-// Prints the rows of a file as one table, and counts the bars that are met and missed. The exit
-// status is 1 if a bar is missed or the file has no bar.
+// Prints the rows of a file as one table. Counts how many bars (limits of the figures) are met and
+// missed. The exit status is 1 if a bar is missed or the file has no bar.
 //
 // Usage: bench_table FILE
 

@@ -16,8 +16,8 @@ namespace catalogue {
 /// Returns the bytes in upper-case hex with a blank between them.
 std::string hexText(std::span<const npa::Byte> bytes);
 
-/// Does the same, but writes "**" for each byte whose entry in `hidden` is true. `hidden` may be
-/// shorter than `bytes`; the other bytes are shown.
+/// Returns the bytes in the same form, with "**" for each byte whose entry in `hidden` is true.
+/// `hidden` may be shorter than `bytes`; bytes without an entry are shown.
 std::string hexText(std::span<const npa::Byte> bytes, const std::vector<bool>& hidden);
 
 /// Returns the text. Writes each byte that is not printable ASCII as \xNN.

@@ -74,10 +74,10 @@ struct Command {
   typename Options::Action action;
   std::array<std::string_view, 2> usages =
       {};                         ///< one or two forms of the arguments after the name
-  std::string_view help;          ///< as for an option
-  std::string_view details = {};  ///< as for an option
+  std::string_view help;          ///< as `Option::help`
+  std::string_view details = {};  ///< as `Option::details`
   /// Checks the options after parsing. Throws `UsageError` if a required option or operand is
-  /// missing. The pointer is null if the command requires none.
+  /// missing. The pointer is null if the command requires no option and no operand.
   void (*check)(const Options& options) = nullptr;
 };
 

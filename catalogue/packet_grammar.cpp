@@ -15,8 +15,8 @@ namespace {
 /// its length field has the value of a query's length field.
 constexpr std::array<npa::Byte, 9> GenerateHead = {0xA5, 0x00, 0x06, 0x50, 0xE0,
                                                    0xDA, 0x01, 0x2A, 0x0C};
-/// How many bytes this packet has beyond those that its length field counts: the last three bytes
-/// of the setting object's header, and one byte of value.
+/// How many bytes this packet has after the bytes that its length field counts: the last three
+/// bytes of the setting object's header, and one byte of value.
 constexpr std::size_t GenerateRest = 4;
 
 /// A kind of body, and the bytes that identify this kind. They follow the command byte.
@@ -38,8 +38,8 @@ bool beginsWith(Data bytes, Data head) {
 }
 
 /// Returns the size of a setting's value. `left` bytes follow the size field. If the size field of
-/// the setting holds only the low byte, 0 means 256, because hosts do not send an empty setting of
-/// that kind.
+/// the setting holds only the low byte of the size, the field 0 means 256 bytes, unless fewer bytes
+/// are left. Hosts never send such a setting with an empty value.
 std::size_t sizeOfValue(npa::SettingKey key, std::size_t sizeField, std::size_t left) {
   constexpr std::size_t longest = 256;
   if (sizeField != 0 || left < longest) {

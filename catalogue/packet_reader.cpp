@@ -22,8 +22,8 @@ std::vector<npa::Bytes> PacketReader::feed(std::span<const npa::Byte> bytes) {
     }
     packets.emplace_back(packet->begin(), packet->end());
   }
-  // Makes a new vector instead of calling `erase`, because the memory of the old vector would keep
-  // the packets. They may contain keys.
+  // Makes a new vector instead of calling `erase`, because `erase` would leave bytes of the packets
+  // in the memory of the vector. The packets may contain keys.
   m_Pending = npa::Bytes(cursor.rest().begin(), cursor.rest().end());
   return packets;
 }

@@ -24,7 +24,7 @@ class PacketReader {
   /// Drops the incomplete packet.
   void dropPending() { m_Pending.clear(); }
 
-  /// Returns the count of bytes outside a packet so far.
+  /// Returns how many bytes outside packets have arrived so far.
   std::size_t strayBytes() const { return m_StrayBytes; }
 
  private:

@@ -27,7 +27,7 @@ constexpr std::array<std::string_view, 5> EncryptionNames = {"none", "dynamic WE
 constexpr std::array<std::string_view, 4> InnerAuthNames = {"CHAP", "MSCHAP", "MSCHAPv2", "PAP"};
 
 /// The columns are key, name, kind of the value, whether the value is secret, the meanings of the
-/// numbers that the value can be, and whether the size field holds only the low byte of the size.
+/// numbers, and whether the size field holds only the low byte of the size.
 constexpr std::array Catalogue = {
     SettingInfo{npa::settings::Reset, "adapter reset", Kind::Flag, false, {}},
     SettingInfo{npa::settings::Descriptor, "adapter descriptor", Kind::Text, false, {}},

@@ -1,5 +1,5 @@
-# The companion programs zvkwifi, zvkprinter and zvknpa need libraries that zvkconfig does not use. If these
-# libraries are missing, the build by default leaves out the program, and prints one line about this.
+# The companion programs zvkwifi, zvkprinter and zvknpa need libraries that zvkconfig does not use. If a library
+# of a program is missing, the build by default leaves out this program, and prints one line about it.
 
 find_package(pugixml QUIET)
 find_package(nlohmann_json QUIET)

@@ -85,8 +85,8 @@ check_pie_supported(LANGUAGES CXX)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  # The cache ignores the paths of the source and build folders, so that all clones share objects. The compiler
-  # reports to the cache what a precompiled header contains.
+  # The cache ignores the paths of the source and build folders, so that all clones of the repository share
+  # objects. The compiler reports to the cache what a precompiled header contains.
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
     CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
     CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})

@@ -15,7 +15,7 @@ namespace {
 
 using Form = HexLine::Form;
 
-/// The size of a byte in a dump: two digits and the blank after them.
+/// The count of characters for a byte in a dump: two digits and the blank after them.
 constexpr std::size_t DumpSpacing = PairSize + 1;
 
 /// Returns the text column of a dump: a "." for each byte that is not printable ASCII.
@@ -48,8 +48,8 @@ bool endsWithPair(std::string_view text) {
 }
 
 /// Parses the bytes at the end of `head`, in a dump of `width` bytes per line. The last character
-/// of `head` is the bar, and `column` is the text column. Returns nothing if the bytes and the text
-/// column disagree.
+/// of `head` is the "|" that precedes the text column, and `column` is the text column. Returns
+/// nothing if the bytes and the text column disagree.
 std::optional<HexLine> readDumpOfWidth(std::size_t width, std::string_view head,
                                        std::string_view column) {
   const std::size_t size = width * DumpSpacing + 1;
@@ -127,7 +127,8 @@ std::optional<HexLine> readZvkconfigDump(std::string_view text) {
     if (!head.ends_with('|')) {
       continue;
     }
-    // All lines of a dump have the width of the first line, which is a full line or the only line.
+    // All lines of a dump have the width of its first line. The first line has `DumpWidth` bytes,
+    // unless it is the only line.
     for (const std::size_t width : {DumpWidth, count}) {
       if (std::optional<HexLine> line = readDumpOfWidth(width, head, column)) {
         return line;

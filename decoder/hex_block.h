@@ -26,8 +26,9 @@ class HexBlock {
   /// The report must outlive the block.
   explicit HexBlock(Report& report) : m_Report(report) {}
 
-  /// Adds a line of hex, the "*" of a dump, or the last offset of a dump. Ends the current block
-  /// first if the line does not continue it. Returns false and changes nothing for any other line.
+  /// Adds `text` if it is a line of hex, the "*" of a dump, or the last offset of a dump. Otherwise
+  /// changes nothing and returns false. Ends the current block first if `text` does not continue
+  /// this block.
   bool take(std::string_view text, std::size_t number);
 
   /// Decodes the block. The next line of hex begins another block.

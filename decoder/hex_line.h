@@ -23,8 +23,8 @@ struct HexLine {
   Stream::Direction direction = Stream::Direction::Unknown;
   /// True if some bytes are masked with "**". The value of such a byte is 0 in `bytes`.
   bool hasHiddenBytes = false;
-  /// True if no line can continue the block of this line, because this line is a short line with
-  /// a "|", such as the last line of a dump, or a line of zvkprinter's log.
+  /// True if this line is the last line of its block. This is the case for a line with a "|" and
+  /// fewer than 16 bytes, such as the last line of a dump, and for a line of zvkprinter's log.
   bool endsBlock = false;
 };
 

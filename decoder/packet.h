@@ -25,8 +25,8 @@ struct Stream {
   bool hasHiddenBytes = false;  ///< true if a log has masked some of the bytes
 };
 
-/// The first and the last line or frame of a packet or a problem. Lines and frames are counted from
-/// 1.
+/// The first and the last line, or the first and the last frame, of a packet or a problem. Lines
+/// and frames are counted from 1.
 struct Place {
   std::size_t first = 0;
   std::size_t last = 0;

@@ -17,8 +17,8 @@ namespace {
 constexpr std::array<std::string_view, 3> LineStarts = {
     "D [ZVK] ", "zvkprinter: ", "Configuring the printer...."};
 
-/// Returns the position, at least 1, where a program's line begins within `line`, or the size of
-/// `line` if no such line begins in it. Does not search the text column of a dump.
+/// Returns the first position after the start of `line` at which one of the `LineStarts` is.
+/// Returns the size of `line` if there is none. Does not search the text column of a dump.
 std::size_t nextStart(std::string_view line) {
   for (std::size_t i = 1; i < line.size() && line[i] != '|'; ++i) {
     const std::string_view rest = line.substr(i);

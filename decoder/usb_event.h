@@ -27,9 +27,8 @@ struct UsbEvent {
 };
 
 /// Parses a frame of a capture. The usbmon header of the frame has `headerSize` bytes (48 or 64),
-/// in the host's byte order. Returns nothing if the frame is too short or is not an event of a
-/// bulk transfer.
-/// The data of the event points into `frame`.
+/// in the byte order of this machine. Returns nothing if the frame is too short or is not an event
+/// of a bulk transfer. The data of the event points into `frame`.
 std::optional<UsbEvent> readUsbEvent(std::span<const npa::Byte> frame, std::size_t headerSize);
 
 }  // namespace decoder

@@ -80,7 +80,8 @@ std::string callSummary(const CallText& call) {
   return text;
 }
 
-/// Returns the rest of the first line, and the further lines of a content.
+/// Returns the text of a content. The text begins with ": " and continues a line; it may have more
+/// lines.
 std::string contentText(const Content& content, bool showSecrets) {
   std::string text = ": ";
   text.append(kindText(content.kind));

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// The parser reads a longer line in pieces of this many characters.
+/// The largest count of characters that the parser reads at once. It reads a longer line in pieces.
 constexpr std::size_t LongestPiece = 255;
 constexpr const char* Device = "/dev/usb/lp3";
 
@@ -33,9 +33,8 @@ std::vector<std::string> linesOf(const std::string& content) {
 }
 
 /// Returns the value in a line that contains the key: the text between the first two quotation
-/// marks, or after the only quotation mark. If there is no quotation mark, returns the line
-/// without its first characters. As many characters are left out as the key has, wherever in the
-/// line the key is.
+/// marks, or after the only quotation mark. If there is no quotation mark, returns the line without
+/// its first `key.size()` characters, even if the key is not at the start of the line.
 std::string valueIn(const std::string& line, std::string_view key) {
   const std::size_t open = line.find('"');
   if (open == std::string::npos) {

@@ -1,5 +1,6 @@
-// The target decodes the input as a text, and encodes the input as bytes. Decoding must give the
-// same result as decoding group by group. Decoding the encoded text must return the bytes.
+// The target decodes the input as a text, and encodes the input as bytes. Decoding the text must
+// give the same result as decoding each group of four characters separately. Decoding the encoded
+// input must return the input.
 
 #include "util/base64.h"
 

@@ -1,7 +1,7 @@
 // The first line of the input is a letter that selects an operation on the printer's certificates.
-// Each further line is the XML of the reply to one method call. All later calls get the reply of
-// the last line too. A line that begins with "hex:" has, in hex, the part of the reply packet after
-// the flag byte.
+// Each further line is the XML of the reply to one method call. If there are more calls than lines,
+// the further calls get the reply of the last line. A line that begins with "hex:" has, in hex, the
+// part of the reply packet after the flag byte.
 //
 // Each operation must return a documented result within a time limit, and change files only as
 // documented.
@@ -179,8 +179,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (replies.empty()) {
     replies.emplace_back();
   }
-  // A second run must do the same. The path of the memory file is the same in both runs, so an
-  // upload sends the same file name.
+  // A second run must have the same effects. The path of the memory file is the same in both runs,
+  // so an upload sends the same file name.
   const Outcome outcome = perform(operation, replies);
   fuzz::require(perform(operation, replies) == outcome);
   return 0;

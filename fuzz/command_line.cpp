@@ -1,12 +1,14 @@
 // The first line of the input has a letter for each fault of the printer: "s" sends nothing, "r"
 // refuses all packets, "w" refuses wrapped packets, "g" sends garbage, "c" cuts its replies. Each
-// further line up to an empty one is an argument. The rest is the content of a file. The path of
-// that file replaces the argument after "-file". "@ca" and "@signed" are replaced by the options
-// with that path, and "@csr" by the option with the path of another file. The target skips inputs
-// that contain these options themselves, because their paths could name files of this machine.
+// further line up to an empty one is an argument. The rest is the content of a memory file, here
+// called the input file. The path of the input file replaces the argument after "-file". The
+// argument "@ca" stands for --802-CA-cer-file= with the path of the input file, "@signed" for
+// --802-signed-cer-file= with the path of the input file, and "@csr" for --cer-path= with the path
+// of another memory file. The target skips inputs that contain "cer-file=" or "cer-path=", because
+// the paths after them could name files of this machine.
 //
-// Each command must end within a time limit and with one of its exit statuses, and a second run
-// must do the same.
+// Each command must end within a time limit and with one of its exit statuses. A second run must
+// have the same effects.
 
 #include "testing/command_line.h"
 
@@ -45,8 +47,8 @@ bool isStatusOf(const std::string& name, int result) {
   });
 }
 
-/// The status of a run that an exception ended. Such an end is allowed if an argument is missing or
-/// empty.
+/// The status of a run that an exception ended. An exception is allowed if an argument is missing
+/// or empty.
 constexpr int EndedByException = 1000;
 
 /// The parts of the input.

@@ -3,7 +3,7 @@
 // byte is the size of the pieces in which the host writes (0: 1 byte).
 //
 // All replies must be valid packets. The size of the pieces must not change the replies or the
-// state, unless the printer has generated a key.
+// state. Only the replies and the state of a printer that has generated a key may differ.
 
 #include <algorithm>
 #include <cstddef>

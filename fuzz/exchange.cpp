@@ -1,6 +1,7 @@
 // The input, in hex, is a byte that selects an exchange, a byte with the size of the pieces in
-// which replies arrive (0: whole), and the replies, separated by semicolons. All later requests get
-// the last reply too. The result must equal the result of a simple model of the exchange.
+// which replies arrive (0: whole), and the replies, separated by semicolons. If there are more
+// requests than replies, the further requests get the last reply. The result must equal the result
+// of a simple model of the exchange.
 
 #include <algorithm>
 #include <array>
@@ -24,7 +25,8 @@ const Bytes& Request = packets::QueryIp;
 enum class Kind { SetConfig, Reset, Descriptor, TroubleCode, Ssid, Ip };
 
 /// The documented values of an exchange: its operation, the size of the buffer in bytes, the
-/// seconds between request and reading, the count of attempts, and the seconds between them.
+/// seconds between request and reading, the count of attempts, and the seconds between two
+/// attempts.
 struct Promise {
   Kind kind;
   int (sendConfig::*operation)(unsigned char*, int);
@@ -53,8 +55,8 @@ struct Outcome {
   bool operator==(const Outcome&) const = default;
 };
 
-/// Returns the SSID in `reply`. It follows the copy of the request and the size field of two bytes,
-/// and ends before the first zero byte.
+/// Returns the SSID in `reply`. The SSID follows the copy of the request and the size field of two
+/// bytes, and ends before the first zero byte.
 std::string ssidIn(const Bytes& reply) {
   const std::string text(reply.begin() + static_cast<std::ptrdiff_t>(Request.size() + 2),
                          reply.end());

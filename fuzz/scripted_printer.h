@@ -21,8 +21,9 @@ class ScriptedPrinter {
  public:
   ScriptedPrinter();
 
-  /// Answers the n-th request with the n-th reply, and all further requests with the last one. A
-  /// reply arrives in pieces of `pieceSize` bytes (0: in one piece).
+  /// Answers the n-th request with the n-th reply. If there are more requests than replies, answers
+  /// the further requests with the last reply. A reply arrives in pieces of `pieceSize` bytes (0:
+  /// in one piece).
   void answer(std::vector<Bytes> replies, std::size_t pieceSize = 0);
 
   /// Ends the program unless the device is closed, at most `mostRequests` requests have arrived and

@@ -3,8 +3,8 @@
 // pieces. Bit 4 unplugs the printer after the last piece. The second byte is the size of the pieces
 // (0: one piece).
 //
-// The collected reply must equal the reply that a simple model finds, or its beginning if the time
-// limit ended the reply.
+// The collected reply must equal the reply that a simple model finds, or the beginning of that
+// reply if the time limit has passed.
 
 #include <algorithm>
 #include <array>

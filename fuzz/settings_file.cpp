@@ -1,6 +1,6 @@
-// The input is the text of a settings file. A simple model of the format also finds the
-// settings in it, and sets them as options. Both must give the same settings. Settings that fit
-// each other must make well-formed packets.
+// The input is the text of a settings file. A simple model of the format also finds the settings in
+// the text, and sets them as options. The model and the code under test must find the same
+// settings. Settings that fit each other must make well-formed packets.
 
 #include <algorithm>
 #include <optional>
@@ -86,7 +86,7 @@ std::optional<Model> modelOf(std::string text) {
   return model;
 }
 
-/// Reads a text. Returns true if it is allowed, and checks the error otherwise.
+/// Reads a text. Returns true if the text is allowed. Otherwise checks the error and returns false.
 bool isRead(ProfileReader& reader, const std::string& text, bool mayHoldPassword) {
   try {
     reader.readText(text, Name, mayHoldPassword);

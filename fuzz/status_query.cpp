@@ -1,9 +1,9 @@
 // The input, in hex, is a byte of options, then the replies to the requests, separated by
-// semicolons. All later requests get the last reply too. Bits 0 to 4 of the first byte select the
-// query. Bit 5 switches the wrapper off. If bit 6 is set, the replies are sent unchanged. Otherwise
-// each reply is sent as the content of a packet.
+// semicolons. If there are more requests than replies, the further requests get the last reply.
+// Bits 0 to 4 of the first byte select the query. Bit 5 switches the wrapper off. If bit 6 is set,
+// the replies are sent unchanged. Otherwise each reply is sent as the content of a packet.
 //
-// Each query must return a documented result, and a second run must do the same.
+// Each query must return a documented result. A second run must have the same effects.
 
 #include <algorithm>
 #include <array>
@@ -48,7 +48,8 @@ std::vector<int> visit(const Bytes& reply, char object, int (*result)(const std:
   return results;
 }
 
-/// Returns the status of the first record that has a status, or -1.
+/// Returns the status from the first record that contains a status. Returns -1 if no record
+/// contains one.
 template <char Object>
 int firstStatus(const Bytes& reply) {
   const std::vector<int> all = visit(reply, Object, [](const std::string& rest) {

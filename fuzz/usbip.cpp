@@ -84,8 +84,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::size_t pieceSize = mode >> 3U;
   const Bytes whole = talk(input, mode, input.size() + 1);
   const Bytes inPieces = talk(input, mode, std::max<std::size_t>(pieceSize, 1));
-  // An error in a later command ends the session. A host that sends pieces has then already
-  // received the replies to the commands before it. A host that sends everything at once has not.
+  // An error in a later command ends the session. A host that sends pieces has already received the
+  // replies to the earlier commands by then. A host that sends everything at once has not received
+  // them.
   fuzz::require(inPieces.size() >= whole.size() &&
                 std::equal(whole.begin(), whole.end(), inPieces.begin()));
   return 0;

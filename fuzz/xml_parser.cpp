@@ -1,5 +1,5 @@
-// The input is an XML document. The callbacks must be consistent, and replacing entities must not
-// make a text longer.
+// The input is an XML document. The callbacks must keep the guarantees that `CheckingHandler`
+// checks. Replacing entities must not make a text longer.
 
 #include "fuzz_target.h"
 #include "testing/checking_handler.h"

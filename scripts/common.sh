@@ -1,5 +1,5 @@
-# The functions and lists of packages that the scripts share. A script sources this file. This also changes the
-# current folder to that of the project.
+# The functions and lists of packages that the scripts share. A script sources this file. The script's current
+# folder is then the project's folder.
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -58,7 +58,7 @@ cannot_run() {
   exit "$StatusCannotRun"
 }
 
-# Fails if a C++ file is not formatted, or if a file has a word of scripts/replaced_words.
+# Fails if a C++ file is not formatted, or if a tracked text file has a word of scripts/replaced_words.
 check_format() {
   git ls-files '*.cpp' '*.h' | xargs -P "$(nproc)" -n 32 clang-format --dry-run -Werror
   echo "All files are formatted."
@@ -92,8 +92,8 @@ build_preset() {
   cmake --build --preset "$1"
 }
 
-# Runs the tests of the preset $1. Prints the failed and skipped tests and the counts, but not the tests that
-# passed.
+# Runs the tests of the preset $1. Prints the counts, and the tests that failed or were skipped, but not those
+# that passed.
 run_tests() {
   ctest --preset "$1" | sed -E '/^ +Start +[0-9]+: /d; /^ *[0-9]+\/[0-9]+ Test .* Passed /d'
 }

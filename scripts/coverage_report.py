@@ -2,15 +2,17 @@
 """coverage_report.py JSON REASONS: compares the counts of gcovr with the percentages in BARS.
 
 REASONS has lines "FILE: TEXT: WHY": WHY is the reason why no test reaches a line of FILE that contains TEXT.
-Prints each line that no test reaches, with its reason, and the bars. Ends with 1 if a bar is missed, if such
-a line has no reason, or if a reason matches no such line.
+Prints each line that no test reaches, with its reason, and for each row of BARS the percentages that the tests
+reach. Ends with 1 if a percentage is lower than in BARS, if a line that no test reaches has no reason, or if a
+reason matches no such line.
 """
 
 import json
 import sys
 from collections import defaultdict
 
-# The columns are a folder, and the least percentages of lines and of branches that the tests must reach.
+# The columns are a folder, and the lowest allowed percentages of the folder's lines and branches that the tests
+# reach.
 BARS = [("src/xml/", 100, 95), ("src/npa/", 100, 95), ("src/util/", 100, 95), ("src/", 95, 0)]
 
 

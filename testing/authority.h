@@ -55,7 +55,7 @@ class Authority {
 /// The content of a certificate request.
 struct RequestContent {
   std::string subject;  ///< in one line, such as "/O=Example/CN=printer"
-  std::string dnsName;  ///< the alternative name; empty unless there is exactly one
+  std::string dnsName;  ///< the alternative name; empty if there is none or more than one
   std::string keyType;  ///< "EC" or "RSA"
   int keyBits = 0;
   bool isSignedByItsKey = false;

@@ -4,8 +4,9 @@
 
 #include "testing/bytes.h"
 
-/// The batch of -c and of the default run as literals: its bare packets and its log lines. A new
-/// setting in this batch changes only this file and the test of its encoder.
+/// The batch of the switch -c and of the default run (zvkconfig with an unknown switch) as
+/// literals: the bare packets and the log lines. If the batch gets a new setting, only this file
+/// and the test of the encoder of the setting change.
 namespace basic_batch {
 
 using support::Bytes;
@@ -15,11 +16,11 @@ using support::bytes;
 inline const Bytes Defaults = bytes(
     "A5 00 1F 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 "
     "28 05 00 00 04 00 00 00 06");
-/// The same, with the SSID "x".
+/// The default options and the SSID "x".
 inline const Bytes SsidX = bytes(
     "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 "
     "28 05 00 00 04 00 00 00 06 28 08 00 00 02 78 00");
-/// The same, with the SSID "home".
+/// The default options and the SSID "home".
 inline const Bytes SsidHome = bytes(
     "A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 "
     "28 05 00 00 04 00 00 00 06 28 08 00 00 05 68 6F 6D 65 00");
@@ -44,12 +45,12 @@ inline const Bytes WpaMyNet = bytes(
     "28 05 00 00 04 00 00 00 06 28 08 00 00 07 4D 79 20 4E 65 74 00 "
     "28 11 00 00 0A 74 77 6F 20 77 6F 72 64 73 00");
 
-/// `Defaults` in a wrapper, as the default run dumps it.
+/// `Defaults` in a wrapper, in the form in which the default run prints the bytes.
 inline constexpr const char* DefaultsDump =
     "a5 0 28 50 e0 63 2 0 22 a5 0 1f 50 e0 da 1 28 2 0 0 4 0 0 0 0 28 22 0 0 4 0 0 0 0 "
     "28 5 0 0 4 0 0 0 6 ";
 
-/// The texts in the log lines of a batch. All other texts in the lines are literals.
+/// The texts that vary in the log lines of a batch.
 struct Logged {
   std::string ssid = "";
   std::string mode = "Managed";
@@ -57,7 +58,7 @@ struct Logged {
   std::string securityMode = "0 (No Security)";
 };
 
-/// Returns the log lines of the settings. The password has none.
+/// Returns the log lines of the settings. The password has no log line.
 inline std::string settingLines(const Logged& texts) {
   std::string lines;
   lines += "D [ZVK] Mode = '" + texts.mode + "'\n";

@@ -44,7 +44,8 @@ std::string repeated(std::string_view text, std::size_t count) {
 }
 
 Bytes pattern(std::size_t count) {
-  // A prime number, so that adjacent packets of the same size have different bytes.
+  // The period is a prime number, so the size of a packet is rarely a multiple of it. Adjacent
+  // packets of one size then have different bytes.
   constexpr std::size_t period = 251;
   Bytes result(count);
   for (std::size_t i = 0; i < count; ++i) {

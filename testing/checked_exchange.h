@@ -16,7 +16,8 @@ class CheckedExchange : public UsblpPrinter {
   using Operation = int (sendConfig::*)(unsigned char*, int);
 
   /// Runs `operation` with a request of three bytes and returns the operation's result. Stores the
-  /// standard output in `printed`. Expects only the transport's last line on standard error.
+  /// standard output in `printed`. Expects that standard error contains only the line
+  /// `TransportReleased`.
   int run(Operation operation) {
     Bytes request = bytes("A5 00 06");
     const auto exchangeOnce = [&] {

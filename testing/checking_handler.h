@@ -8,7 +8,7 @@
 
 /// Checks the guarantees that the parser gives to every handler: `start` is the first callback and
 /// `end` is the last callback, both occur once, elements nest properly, and text occurs only inside
-/// an element and is not longer than the length that the callback gets.
+/// an element. The text is not longer than `len`.
 class CheckingHandler : public SimpleSAXHandler {
  public:
   void start() override;

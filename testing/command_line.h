@@ -31,7 +31,7 @@ class CommandLine {
   std::vector<char*> m_Pointers;
 };
 
-/// The text that zvkconfig prints for -h, and without arguments.
+/// The help text. zvkconfig prints it for -h, and if it has no arguments.
 inline const std::string HelpText =
     "\n"
     "  zvkconfig\n"

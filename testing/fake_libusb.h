@@ -8,9 +8,9 @@
 #include <usb.h>
 #include <vector>
 
-/// A double of libusb 0.1. The usb_... functions of the double return the results that a test sets,
-/// and record their calls. A hook is a `std::function` that a test can set to replace the default
-/// behaviour of a call.
+/// A test double of libusb 0.1. The usb_... functions of the double return the results that a test
+/// sets, and record their calls. A hook is a `std::function` that a test can set to replace the
+/// default behaviour of a call.
 namespace fake_libusb {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -43,9 +43,9 @@ class Library {
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
 
-  /// Adds a device to a bus. Both names are texts like "001". Without `configurations` the device
-  /// has no configuration array, as if its descriptors could not be read. The library owns the
-  /// device.
+  /// Adds a device to a bus. `bus` and `name` are texts like "001". If `configurations` is empty,
+  /// the device has no configuration array, as if its descriptors could not be read. The library
+  /// owns the device.
   struct usb_device* addDevice(const std::string& bus, const std::string& name,
                                std::vector<Configuration> configurations);
 
@@ -55,9 +55,9 @@ class Library {
   // Results of the calls.
   bool opens = true;                                     ///< if false, usb_open returns nullptr
   std::function<void(const struct usb_device*)> onOpen;  ///< called by usb_open
-  std::function<int(int interface)> claim;               ///< default: 0
-  std::function<int(const Bytes&)> bulkWrite;            ///< default: the whole size
-  /// Default: returns bytes of `incoming`, or a timeout if `incoming` is empty.
+  std::function<int(int interface)> claim;               ///< default: returns 0
+  std::function<int(const Bytes&)> bulkWrite;            ///< default: returns the count of bytes
+  /// Default: returns bytes of `incoming`. If `incoming` is empty, returns -ETIMEDOUT.
   std::function<int(char* buffer, int size)> bulkRead;
   int setConfiguration = 0;  ///< result of usb_set_configuration
   int unusedResult = 0;      ///< result of the calls whose result the program ignores

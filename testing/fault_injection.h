@@ -5,26 +5,26 @@
 #include <string_view>
 #include <sys/types.h>
 
-/// Makes single calls of the program fail. Each double of a system or library call asks at its
-/// start whether the call has a fault.
+/// Makes chosen calls of the program fail. Each function that replaces a system or library call (a
+/// double) first checks whether the call has a fault.
 namespace support {
 
 /// What a test does to a call: the call fails, or it moves fewer bytes.
 struct Fault {
   const char* name;
   int error;               ///< the errno value of the failure; 0 if the call does not fail
-  std::size_t maxBytes{};  ///< if `error` is 0: the most bytes that a transfer moves
+  std::size_t maxBytes{};  ///< if `error` is 0: how many bytes a transfer moves at most
 };
 
 /// While the object exists, the `first`-th call of the function `call` has the fault `fault`. If
-/// `lasting` is true, all later calls of this function have it too. "new" stands for every form of
-/// operator new.
+/// `lasting` is true, all later calls of this function have the fault, too. "new" stands for every
+/// form of operator new.
 ///
 ///     FaultInjection injection({.call = "write", .fault = {"EIO", EIO}, .first = 2});
 ///
 /// While a printer is silent, the program calls select many times, and nothing changes between
 /// these calls. So if calls of select follow each other, only the first three and every thousandth
-/// are counted. Once a lasting fault has begun, every call is counted.
+/// are counted. After the first fault of a plan with `lasting`, every call of select is counted.
 class FaultInjection {
  public:
   struct Plan {
@@ -79,9 +79,9 @@ class InterceptedCall {
 
   /// Returns the fault that this call has, or nullptr if it has none.
   const Fault* fault() const { return m_Fault; }
-  /// Returns true and sets errno if the call ends with an error.
+  /// If the call must end with an error, sets errno and returns true.
   bool fails() const;
-  /// Returns the negative errno value of a call that ends with an error, or 0.
+  /// If the call must end with an error, returns the negative errno value. Otherwise returns 0.
   int result() const { return m_Fault == nullptr ? 0 : -m_Fault->error; }
   /// Returns the result of a transfer that fails or moves no bytes. Otherwise returns
   /// `std::nullopt` and limits `size` to the bytes that the transfer may move.

@@ -16,7 +16,7 @@ namespace support {
 using Operation = int (wnpaGenerator::*)();
 
 /// A fixture for tests of the generator, with a scripted printer. Wrap mode is on, as in any new
-/// generator.
+/// generator: the generator sends its packets in a wrapper.
 class Generator : public UsblpPrinter {
  protected:
   /// Creates the generator with the settings of these options.

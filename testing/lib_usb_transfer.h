@@ -48,8 +48,8 @@ class LibUsbTransfer : public testing::Test {
     return buffer;
   }
 
-  /// Gives each bulk write the next of `results`, and all further writes the last of them. The
-  /// result 64 stands for the whole size of the write.
+  /// Sets the results of the bulk writes: the n-th write returns the n-th of `results`, and all
+  /// later writes return the last of them. The result 64 stands for the whole size of the write.
   void answerWrites(std::vector<int> results) {
     library.bulkWrite = [results, next = std::size_t{0}](const Bytes& chunk) mutable {
       const int result = results[next];
@@ -58,7 +58,7 @@ class LibUsbTransfer : public testing::Test {
     };
   }
 
-  /// Fills the ring buffer with `stored` bytes.
+  /// Makes the connector store `stored` bytes in its ring buffer.
   void fillRing(int stored) {
     library.incoming = pattern(static_cast<std::size_t>(stored));
     while (!library.incoming.empty()) {

@@ -36,8 +36,8 @@ std::string callText(std::string_view method, int requestId,
 /// Returns a call of `generateNewCert`. The subject has no organisation, unit, locality or state.
 std::string generateText(const std::string& name, const std::string& commonName = "p",
                          const std::string& country = "", const std::string& altName = "");
-/// Return a call of `exportPubKey`, `uploadNewCAFile`, `uploadSignedCertFile`,
-/// `deleteIndividualCA`, `queryCAInfo` and `deleteIndividualCert`.
+/// The next functions return calls, in this order: `exportPubKey`, `uploadNewCAFile`,
+/// `uploadSignedCertFile`, `deleteIndividualCA`, `queryCAInfo` and `deleteIndividualCert`.
 std::string exportText(const std::string& name);
 std::string uploadCaText(const std::string& fileName, const std::string& pem);
 std::string uploadSignedText(const std::string& name, const std::string& pem);

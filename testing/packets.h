@@ -33,7 +33,7 @@ inline const Bytes StoreHome = support::bytes(
     "A5 00 29 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 00 "
     "28 05 00 00 04 00 00 00 06 28 08 00 00 05 68 6F 6D 65 00");
 
-// Replies. The last byte of a reply to settings is 1 if the adapter accepts them.
+// Replies. The last byte of a reply to settings is 1 if the adapter accepts the settings.
 inline const Bytes Accepted = support::bytes("A5 00 03 50 E0 01");
 inline const Bytes NotAccepted = support::bytes("A5 00 03 50 E0 00");
 inline const Bytes Refused = support::bytes("A5 00 02 D4 E0");

@@ -49,7 +49,8 @@ class TerminalProcess {
   /// Waits until the program has shown `text`, and returns true. Returns false after 2,000 reads,
   /// which take 220 seconds if the program shows nothing.
   bool waitFor(std::string_view text);
-  /// Does the same for a text after the one that the last call of `waitForNext` found.
+  /// Does what `waitFor` does, but searches only after the text that the last call of `waitForNext`
+  /// found.
   bool waitForNext(std::string_view text);
   /// Types characters.
   void type(std::string_view text) const;

@@ -18,8 +18,8 @@ namespace support {
 
 namespace {
 
-/// The limit for a wait for input or output, so that a hanging child does not block the test for
-/// ever.
+/// The time limit for a wait for input or output. Without it, a child that hangs would block the
+/// test for ever.
 constexpr int GiveUpMilliseconds = 20'000;
 
 void require(bool condition, const char* what) {
@@ -40,7 +40,7 @@ bool isReadable(int descriptor, int milliseconds) {
   const rlimit noCore{.rlim_cur = 0, .rlim_max = 0};
   ::setrlimit(RLIMIT_CORE, &noCore);
   // The kernel ignores a terminal's stop signal in an orphaned process group. The child's new group
-  // is not orphaned, because its parent is in another group.
+  // is not orphaned, because the child's parent is in another group.
   ::setpgid(0, 0);
   ::dup2(terminal, STDIN_FILENO);
   ::dup2(outputEnd, STDOUT_FILENO);
@@ -114,7 +114,7 @@ void PseudoTerminal::switchEchoOff() const {
   termios silent = attributes();
   silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
   require(::tcsetattr(m_Terminal, TCSANOW, &silent) == 0, "cannot switch the echo off");
-  // In packet mode the kernel reports a flush of the input to the master end.
+  // In packet mode a read from the master end reports that the input was flushed.
   const int on = 1;
   require(::ioctl(m_Master, TIOCPKT, &on) == 0, "cannot set packet mode");
 }

@@ -11,8 +11,8 @@
 
 namespace support {
 
-/// An encoder of one setting: an operation, which may take a pointer to a running total, or a row
-/// of the encodings.
+/// An encoder of one setting: either an operation, which may take a pointer to a running total, or
+/// a `SettingEncoding`.
 using SettingEncoder =
     std::variant<Operation, int (wnpaGenerator::*)(int*), const SettingEncoding*>;
 

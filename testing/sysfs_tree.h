@@ -18,7 +18,7 @@ namespace support {
 ///     session::findPrinters(tree.machine());
 class SysfsTree {
  public:
-  /// The contents of a device's files. A file without a text does not exist.
+  /// The contents of a device's files. If a member has no value, its file does not exist.
   struct Device {
     std::optional<std::string> bus;
     std::optional<std::string> number;
@@ -30,7 +30,7 @@ class SysfsTree {
   struct Interface {
     std::optional<std::string> interfaceClass = "07";
     std::string driver = {};  ///< the bound driver; empty if there is none
-    std::string usblp = {};   ///< the folder that usblp adds in /sys, e.g. "usbmisc/lp0"
+    std::string usblp = {};   ///< the folder that usblp adds to the interface, e.g. "usbmisc/lp0"
     std::optional<std::string> deviceId = {};
   };
 
@@ -43,7 +43,8 @@ class SysfsTree {
   /// Adds an interface with a name like "1-2:1.0".
   void addInterface(std::string_view name, const Interface& interface) const;
 
-  /// Adds the device 1-N, with bus 1 and number N. Its only interface is bound to usblp, as lpN.
+  /// Adds the device "1-" and `n`, with bus 1 and number `n`. Its only interface is bound to usblp,
+  /// as "lp" and `n`.
   void addUsblpPrinter(int n, const std::string& serial, const std::string& deviceId) const;
 
   /// Returns the path of a file of a device or interface.

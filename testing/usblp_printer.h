@@ -16,7 +16,7 @@ namespace support {
 class UsblpPrinter : public testing::Test {
  protected:
   /// Sets the replies: the n-th write gets the n-th reply, and all later writes get the last one.
-  /// If a reply is empty, the printer sends nothing.
+  /// The printer sends nothing for an empty reply.
   void answer(std::vector<Bytes> replies) {
     device.onWrite = [this, replies = std::move(replies),
                       next = std::size_t{0}](const Bytes& /*request*/) mutable {

@@ -136,7 +136,8 @@ ssize_t writeDevice(Device& device, const void* buffer, std::size_t size) {
   return result;
 }
 
-/// Returns how many of `size` bytes a file may transfer, or -1 with errno set.
+/// Returns how many of `size` bytes the call may transfer to or from a real file, or -1 with errno
+/// set.
 ssize_t permittedTransfer(std::size_t size) {
   if (currentSystem == nullptr || !currentSystem->fileTransfer) {
     return static_cast<ssize_t>(size);

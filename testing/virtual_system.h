@@ -10,10 +10,10 @@
 #include <sys/types.h>
 #include <vector>
 
-/// A double of the operating system: a clock that advances only during waits, and scripted devices.
-/// The linker's --wrap redirects the calls open, close, read, write, select, sleep, usleep and time
-/// of a test program to this double. Calls that do not concern a virtual device or the clock go to
-/// the real system.
+/// A test double of the operating system: a clock that advances only during waits, and scripted
+/// devices. The linker's --wrap redirects the calls open, close, read, write, select, sleep, usleep
+/// and time of a test program to this double. Calls that do not concern a virtual device or the
+/// clock go to the real system.
 ///
 ///     System system;
 ///     Device& device = system.device("/dev/usb/lp0");
@@ -74,8 +74,8 @@ class System {
   System(const System&) = delete;
   System& operator=(const System&) = delete;
 
-  /// Returns the device at `path`. The first call creates it. Opening any other path below
-  /// "/dev/usb/" fails with ENOENT.
+  /// Returns the device at `path`. The first call with this path creates the device. If the program
+  /// opens a path below "/dev/usb/" that has no device, the call fails with ENOENT.
   Device& device(const std::string& path);
 
   /// Returns the virtual time since this object was created.
@@ -84,7 +84,8 @@ class System {
   /// Returns the virtual time of day, as `time` returns it: in seconds since 1970.
   std::int64_t wallClock() const { return ClockStart + m_Now / Second + clockShift; }
 
-  /// Seconds that are added to the time of day. Change this to simulate that the clock is set.
+  /// Seconds that are added to the time of day. Change this to simulate that somebody sets the
+  /// clock.
   std::int64_t clockShift = 0;
   /// For each of the next calls of sleep, the seconds after which a signal interrupts the call.
   std::deque<unsigned int> interruptedSleeps;
@@ -93,8 +94,9 @@ class System {
   std::vector<unsigned int> sleeps;
   /// The calls of usleep, in microseconds.
   std::vector<unsigned int> briefPauses;
-  /// The calls on all devices and of sleep, in order: "open", "write", "read", "close", "sleep 5".
-  /// Consecutive reads are recorded once. Calls of select and usleep are left out.
+  /// The calls of open, write, read and close on virtual devices, and the calls of sleep, in order:
+  /// "open", "write", "read", "close", "sleep 5". Consecutive reads are recorded as one. Calls of
+  /// select and usleep are left out.
   std::vector<std::string> events;
   void record(const std::string& event);
 

@@ -43,8 +43,9 @@ std::string optionEntries(std::span<const catalogue::OptionGroup<Options>> group
   return text.substr(0, text.size() - 1);
 }
 
-/// Adds the options of a program: "PROGRAM options" for the manual page, "PROGRAM option rows" and
-/// "PROGRAM value rows" for the completions, and their names to "PROGRAM names".
+/// Adds texts about the options of a program: "PROGRAM options" for the manual page, and "PROGRAM
+/// option rows" and "PROGRAM value rows" for the completions. Also appends the names of the options
+/// to "PROGRAM names".
 template <typename Options>
 void addOptionTexts(Texts& texts, const std::string& program,
                     std::span<const catalogue::OptionGroup<Options>> groups) {
@@ -73,8 +74,9 @@ void addOptionTexts(Texts& texts, const std::string& program,
   texts[program + " value rows"] = shellRows(values);
 }
 
-/// Adds the commands of a program: "PROGRAM synopsis" and "PROGRAM commands" for the manual page,
-/// "PROGRAM command rows" for the completions, and their names to "PROGRAM names".
+/// Adds texts about the commands of a program: "PROGRAM synopsis" and "PROGRAM commands" for the
+/// manual page, and "PROGRAM command rows" for the completions. Also appends the names of the
+/// commands to "PROGRAM names".
 template <typename Options>
 void addCommandTexts(Texts& texts, const std::string& program,
                      std::span<const catalogue::Command<Options>> commands) {

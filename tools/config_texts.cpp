@@ -41,7 +41,7 @@ Names switchesWith(Input input) {
 }
 
 /// Returns the switches whose operation may run a second time, with bare packets. The program
-/// repeats only a result of -1, which is the status 255.
+/// repeats an operation only if its result is -1, which is the exit status 255.
 Names retryingSwitches() {
   Names names;
   for (const CommandRow& row : CommandTable) {

@@ -14,7 +14,7 @@ std::string scdocText(std::string_view text);
 /// Returns a word in bold.
 std::string bold(std::string_view word);
 
-/// Returns a usage with its options in bold and its names in capitals underlined:
+/// Returns a usage with its options in bold. Names in capitals, such as PATH, are underlined:
 ///
 ///     scdocUsage("--link=PATH [OPTION...]");  // *--link=*_PATH_ [_OPTION_...]
 std::string scdocUsage(std::string_view usage);
@@ -25,7 +25,8 @@ std::vector<std::string> valueNames(std::string_view usage);
 /// Returns a help text as a sentence. Words that are in `names` are underlined.
 std::string scdocSentence(std::string_view help, std::span<const std::string> names);
 
-/// Returns the words in bold, as "*a*, *b* or *c*". Five or more numbers become "*1* to *11*".
+/// Returns the words in bold, as "*a*, *b* or *c*". If the words are five or more numbers, returns
+/// only the first and the last, as "*1* to *11*".
 std::string boldWords(std::span<const std::string_view> words);
 
 /// Returns an entry of a list: a term, and below it the indented description.

@@ -206,8 +206,8 @@ void checkSeveral(const Arguments& arguments) {
 }  // namespace
 
 void readArguments(const std::vector<std::string>& words, Arguments& arguments) {
-  // Set first: if the rest of the line cannot be read, these options still ask for the error as a
-  // JSON document.
+  // `json` is set first. So an error in the rest of the command line is printed as a JSON document,
+  // too.
   arguments.json = std::ranges::any_of(
       words, [](const std::string& word) { return word == "--json" || word == "--json-lines"; });
   rejectSecrets(words);
@@ -215,7 +215,7 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
   Grammar grammar(words, arguments);
   CLI::App& app = grammar.app();
   try {
-    // CLI11 takes the words from the back.
+    // CLI11 expects the words in reverse order.
     app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
   } catch (const CLI::CallForHelp&) {
     const CLI::App* shown = &app;

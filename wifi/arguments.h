@@ -15,7 +15,7 @@ struct UsageError : std::runtime_error {
 /// What the certificate commands work on.
 struct CertArguments {
   std::string file;  ///< the certificate to install, or the request to write
-  std::string name;  ///< the name on the printer; if empty, the default name
+  std::string name;  ///< the certificate's name in the printer; if empty, the default name
   bool replace = false;
   /// The subject of a request: option without dashes, and value.
   std::vector<std::pair<std::string, std::string>> subject;
@@ -24,7 +24,7 @@ struct CertArguments {
 /// The command line.
 struct Arguments {
   enum class Command {
-    Guide,  ///< no command was given: asks step by step
+    Guide,  ///< no command was given: the program asks step by step
     Help,   ///< prints `text`
     List,
     Status,
@@ -40,12 +40,12 @@ struct Arguments {
 
   Command command = Command::Guide;
   std::string text;  ///< help or version
-  /// The named printers. If empty, the only printer, or all printers if `all` is true. Only
-  /// `status` and `set` take several.
+  /// The names of printers. If there is no name, the command works on all printers if `all` is
+  /// true, and on the only printer if it is false. Only `status` and `set` accept several printers.
   std::vector<std::string> printers;
   bool all = false;
   bool json = false;
-  bool jsonLines = false;  ///< with `json`: a document for each printer
+  bool jsonLines = false;  ///< one document for each printer; `json` is true, too
   bool quiet = false;
   bool verbose = false;
   std::string traceFile;  ///< empty: no trace
@@ -60,8 +60,9 @@ struct Arguments {
   CertArguments cert;
 };
 
-/// Reads the arguments after the program's name. Throws `UsageError`, whose text contains no value
-/// of an option that may hold a secret. Sets `arguments.json` even if it throws.
+/// Reads `words`, the arguments after the program's name. Throws `UsageError` if they are wrong.
+/// The text of the error contains no option value that may be a secret. Sets `arguments.json` even
+/// if it throws.
 void readArguments(const std::vector<std::string>& words, Arguments& arguments);
 
 }  // namespace wifi

@@ -11,7 +11,8 @@ namespace wifi {
 
 /// The parts of a command on the certificates of one printer, for `runOnCertificates`.
 struct CertCommand {
-  /// Does the work. The question is for operations that replace a certificate.
+  /// Runs an operation of `session::Certificates`. If the operation would replace a certificate, it
+  /// first calls the question, which asks the user.
   std::function<session::CertificateReport(session::Certificates&,
                                            const session::Certificates::Question&)>
       run;
@@ -23,10 +24,13 @@ struct CertCommand {
   std::string refusalRemedy = {};
 };
 
-/// Does what `runOnPrinter` does, for a command on certificates.
+/// Finds the printer that the arguments name, runs a command on its certificates with progress,
+/// trace and handling of signals, and prints the result. Returns the exit status. Throws
+/// `CommandError` unless exactly one printer fits.
 int runOnCertificates(const Arguments& arguments, const CertCommand& command);
 
-/// Explains why a command on certificates did not succeed. Returns nothing if it did.
+/// Explains why a command on certificates did not succeed. Returns nothing if the command
+/// succeeded.
 [[nodiscard]] std::optional<Explanation> explainCertificates(
     const session::CertificateReport& report, const std::string& refusalRemedy);
 

@@ -9,10 +9,10 @@
 namespace wifi {
 
 /// Handles signals, shows the progress and writes the trace while a command works with a printer.
-/// The arguments say whether there is progress and a trace.
+/// The arguments determine whether progress is shown and whether a trace is written.
 class CommandRun {
  public:
-  /// Throws `std::system_error` if the trace file cannot be written.
+  /// Throws `std::system_error` if the trace file cannot be opened.
   explicit CommandRun(const Arguments& arguments)
       : m_Trace(arguments.traceFile, arguments.verbose),
         m_Progress(arguments.quiet || arguments.verbose) {}

@@ -8,7 +8,7 @@
 
 namespace wifi {
 
-/// Ends a command before there is a report, with an exit status and the reason.
+/// Ends a command that fails before it has a report. Contains the exit status and the reason.
 struct CommandError : std::runtime_error {
   CommandError(int exitStatus, Explanation reason)
       : std::runtime_error(reason.message), status(exitStatus), explanation(std::move(reason)) {}
@@ -18,9 +18,10 @@ struct CommandError : std::runtime_error {
 };
 
 // The commands. Each command prints its result and returns the exit status. A command may throw
-// `UsageError`, `CommandError`, `session::ProfileError`, `SecretError` or `Interrupted`.
+// `UsageError`, `CommandError`, `session::ProfileError`, `SecretError`, `Interrupted`,
+// `session::FileError` or `std::system_error`.
 
-/// Asks for everything step by step on the terminal. Without a terminal prints the usage.
+/// Asks for everything step by step on the terminal. If there is no terminal, prints the usage.
 int guideCommand(const Arguments& arguments);
 int listCommand(const Arguments& arguments);
 int statusCommand(const Arguments& arguments);

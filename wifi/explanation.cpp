@@ -53,7 +53,7 @@ Explanation explainMissing(const Report& report) {
 }
 
 /// Explains why a printer that has stored the settings is not in the network. The remedy lists the
-/// likely causes first.
+/// causes, the most likely one first.
 Explanation explainNotJoined(const Report& report, const session::Profile* profile) {
   Explanation explanation;
   const session::AdapterState& state = report.state;

@@ -14,8 +14,8 @@ struct Explanation {
   std::string remedy;   ///< what to do next: sentences
 };
 
-/// Explains why a command on a printer did not succeed. Returns nothing if it did. `profile` is the
-/// profile of `set`, and null for any other command.
+/// Explains why a command on a printer did not succeed. Returns nothing if the command succeeded.
+/// `profile` is the profile of `set`, and null for all other commands.
 [[nodiscard]] std::optional<Explanation> explain(const session::Report& report,
                                                  const session::Profile* profile);
 

@@ -1,4 +1,4 @@
-// zvkwifi without a command: step by step
+// zvkwifi without a command: asks step by step
 
 #include <cstdio>
 #include <memory>
@@ -38,7 +38,8 @@ std::string joined(const std::vector<std::string>& words) {
   return text;
 }
 
-/// Returns the settings, one line for each. Shows only the length of the secret.
+/// Returns the printer and the settings, one line for each value. Contains only the length of the
+/// secret, not the secret.
 std::string summaryOf(const Printer& printer, const session::Profile& profile) {
   std::vector<LabelledValue> values = {
       {tr("Printer"), printerText(printer)},

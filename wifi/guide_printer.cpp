@@ -41,8 +41,8 @@ std::string onlyDevice() {
   return only;
 }
 
-/// Asks for a printer that discovery does not find. Returns nothing if the user wants to look again
-/// or no printer fits the answer.
+/// Asks for a printer that discovery does not find. Returns nothing if the user asks to look again,
+/// or if no printer fits the answer.
 std::optional<Printer> askForDevice() {
   const std::string usual = onlyDevice();
   if (usual.empty()) {

@@ -6,7 +6,7 @@
 namespace wifi {
 
 /// Asks until there is a printer that can be opened. Throws `CommandError` if the user has no
-/// permission to open it. Also throws `Interrupted` and `EndOfInput`.
+/// permission to open the printer. Also throws `Interrupted` and `EndOfInput`.
 [[nodiscard]] session::Printer askForPrinter(const session::Machine& machine = {});
 
 }  // namespace wifi

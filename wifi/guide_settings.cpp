@@ -25,7 +25,7 @@ using session::ProfileReader;
 using session::Security;
 using session::translatable;
 
-/// A kind of network: the value of the setting, and the text of the choice.
+/// One choice of the security: the value of the setting `security`, and the text of the choice.
 struct SecurityRow {
   Security security;
   const char* word;
@@ -178,7 +178,8 @@ std::unique_ptr<session::Profile> askForProfile() {
   if (askForSecurity(reader, askForNetwork(reader)) == Security::Enterprise) {
     askForMethods(reader);
   }
-  // The profile is in heap memory, because the program clears heap memory when it frees it.
+  // The profile is in heap memory, because the program clears each block of heap memory before it
+  // frees the block.
   auto profile = std::make_unique<session::Profile>(reader.finish());
   if (session::needsSecret(*profile)) {
     profile->secret = askForFittingSecret(*profile);

@@ -7,8 +7,8 @@
 
 namespace wifi {
 
-/// Asks for the settings of a network, one after the other, and for its secret. Returns the checked
-/// and complete settings. Throws `Interrupted` or `EndOfInput`.
+/// Asks for the settings of a network, one after the other, and for the secret if the network needs
+/// one. Returns the checked and complete settings. Throws `Interrupted` or `EndOfInput`.
 [[nodiscard]] std::unique_ptr<session::Profile> askForProfile();
 
 /// Returns the name that the questions use for a kind of security.

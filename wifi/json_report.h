@@ -9,8 +9,8 @@
 #include "session/session.h"
 #include "wifi/explanation.h"
 
-/// The JSON documents of the program (RFC 8259). zvkwifi.schema.json describes them. Keys and words
-/// are never translated. Bytes that are not UTF-8 become U+FFFD.
+/// The JSON documents of the program (RFC 8259). zvkwifi.schema.json describes them. Keys and fixed
+/// values such as "confirmed" are never translated. Bytes that are not UTF-8 become U+FFFD.
 namespace wifi {
 
 using Json = nlohmann::ordered_json;
@@ -26,7 +26,7 @@ enum class Fields { Status, Set, ResultOnly };
 [[nodiscard]] Json reportJson(const session::Report& report, Fields fields, double seconds,
                               const std::optional<Explanation>& error);
 
-/// Returns the document with these entries, and a line end.
+/// Returns the document with these entries, followed by a line end.
 [[nodiscard]] std::string documentText(std::vector<Json> printers);
 
 /// Returns the document of a command that failed before it had a printer.

@@ -66,7 +66,7 @@ int run(const Arguments& arguments) {
       ->run(arguments);
 }
 
-/// Prints an error in the form that the command line asks for. Returns `status`.
+/// Prints an error as JSON or as text, as the command line asks. Returns `status`.
 int fail(const Arguments& arguments, int status, const Explanation& error) {
   if (arguments.json) {
     wifi::print(wifi::errorText(error));
@@ -113,7 +113,7 @@ int failInternally(const Arguments& arguments, const Explanation& error) {
       wifi::print(wifi::errorText(error));
       return wifi::StatusInternalError;
     } catch (const wifi::OutputError&) {
-      // Standard error remains.
+      // The error is printed on standard error instead.
     }
   }
   wifi::printError(error);
@@ -128,7 +128,7 @@ int runWithFiles(const std::vector<std::string>& words, Arguments& arguments) {
   try {
     return runChecked(words, arguments);
   } catch (const wifi::OutputError& error) {
-    // Not in JSON: a part of the document may be written already.
+    // This error is not printed as JSON, because a part of a document may already be written.
     wifi::printError({error.what(), remedy()});
   } catch (const session::FileError& error) {
     return failInternally(
@@ -143,7 +143,8 @@ int runWithFiles(const std::vector<std::string>& words, Arguments& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Loading the other categories takes time, and nothing depends on them.
+  // Sets only these two categories of the locale. Nothing depends on the others, and loading them
+  // takes time.
   std::setlocale(LC_CTYPE, "");
   std::setlocale(LC_MESSAGES, "");
   ::bindtextdomain(wifi::TextDomain, ZVK_LOCALE_DIR);

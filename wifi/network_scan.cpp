@@ -33,7 +33,8 @@ class Nmcli {
   Nmcli(const Nmcli&) = delete;
   Nmcli& operator=(const Nmcli&) = delete;
 
-  /// Reads until the output ends. Returns false if a limit is exceeded or a read fails.
+  /// Reads until the output ends. Returns false if the time or the output exceeds its limit, or if
+  /// a read fails.
   bool readOutput();
   /// Waits until nmcli ends. Returns true if it succeeded in time.
   bool waitForEnd();

@@ -92,7 +92,8 @@ std::optional<Network> networkIn(std::string_view line) {
   return network;
 }
 
-/// Adds another access point of the same network. The adapter needs only one that it can join.
+/// Adds `other`, another access point of the same network. The adapter needs only one access point
+/// that it can join.
 void join(Network& network, const Network& other) {
   network.isOwn |= other.isOwn;
   network.signal = std::max(network.signal, other.signal);

@@ -20,17 +20,18 @@ struct Network {
   bool operator==(const Network&) const = default;
 };
 
-/// The most networks that the guide offers.
+/// The largest number of networks that the guide offers.
 inline constexpr std::size_t MostNetworks = 9;
 
 /// Reads the output of `nmcli -t -f IN-USE,SSID,SECURITY,SIGNAL device wifi list`: one network per
 /// line, with ":" between the fields. In a field, "\" precedes each ":" and each "\". Skips lines
-/// that have another form, and networks whose names the adapter cannot take. Returns each name
-/// once, this computer's network first and then the strongest ones.
+/// that do not have these four fields, and networks whose names the adapter cannot take. Returns at
+/// most `MostNetworks` networks and each name only once. This computer's network comes first. The
+/// other networks are sorted by their signal, the strongest first.
 [[nodiscard]] std::vector<Network> parseNetworks(std::string_view text);
 
-/// Asks nmcli for the networks in reach. Returns none if there is no nmcli, or if it fails, takes
-/// more than 5 s, or writes more than 64 KiB. Throws `Interrupted`.
+/// Asks nmcli for the networks in reach. Returns an empty list if nmcli is not installed, fails,
+/// takes more than 5 s, or writes more than 64 KiB. Throws `Interrupted`.
 [[nodiscard]] std::vector<Network> visibleNetworks();
 
 }  // namespace wifi

@@ -99,7 +99,7 @@ inline constexpr auto DeleteOptions = std::to_array<OptionRow>({
     {"--name", "NAME", translatable("name as \"cert list\" shows it")},
 });
 
-/// A command: its name of one or two words, and its options besides those of every command.
+/// A command: its name of one or two words, and its options without `CommonOptions`.
 struct CommandRow {
   std::string_view name;
   const char* help;  ///< a message to translate

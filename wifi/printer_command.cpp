@@ -27,7 +27,8 @@ Explanation noPrinters() {
           tr("Check that the printer is switched on and its USB cable is plugged in.")};
 }
 
-/// Returns the printer of this name; the only one if the name is empty. Throws `CommandError`.
+/// Returns the only printer that `name` fits, or the only printer of the machine if `name` is
+/// empty. Throws `CommandError` if there is no such printer.
 session::Printer printerCalled(const std::string& name) {
   Choice choice = session::choosePrinter(name);
   switch (choice.problem) {
@@ -49,7 +50,8 @@ session::Printer printerCalled(const std::string& name) {
   return std::move(choice.printer);
 }
 
-/// Returns the printers that the arguments name. Throws `CommandError`, also if one is named twice.
+/// Returns the printers that the arguments name. Throws `CommandError` if a name does not fit
+/// exactly one printer, or if the arguments name a printer twice.
 std::vector<session::Printer> choosePrinters(const Arguments& arguments) {
   if (arguments.all) {
     std::vector<session::Printer> printers = session::findPrinters();

@@ -14,7 +14,7 @@ namespace wifi {
 /// The parts of a command on one printer, for `runOnPrinter`.
 struct PrinterCommand {
   Fields fields;
-  /// Does the work.
+  /// Runs an operation of the session.
   std::function<session::Report(session::Session&)> run;
   /// Returns the text to print if the command succeeds.
   std::function<std::string(const session::Report&)> text;
@@ -23,14 +23,15 @@ struct PrinterCommand {
 
 /// Finds the printers that the arguments name, runs a command on each of them with progress, trace
 /// and handling of signals, and prints the results. Returns the exit status. Throws `CommandError`
-/// unless exactly one printer fits each name.
+/// if there is no printer, if a name does not fit exactly one printer, or if two names fit the same
+/// printer.
 int runOnPrinters(const Arguments& arguments, const PrinterCommand& command);
 
 /// Runs a command on one printer. Prints nothing but progress.
 [[nodiscard]] Outcome runOnPrinter(const Arguments& arguments, const session::Printer& printer,
                                    const PrinterCommand& command);
 
-/// Returns what is to be printed for a report after `seconds`.
+/// Returns the outcome to print for a report. The command took `seconds`.
 [[nodiscard]] Outcome outcomeOf(const session::Report& report, const Arguments& arguments,
                                 const PrinterCommand& command, double seconds);
 
@@ -38,8 +39,8 @@ int runOnPrinters(const Arguments& arguments, const PrinterCommand& command);
 /// after it is sent. Prints the result and returns the exit status, as `runOnPrinters` does.
 int storeProfile(const Arguments& arguments, session::Profile& profile);
 
-/// Returns the printer that the arguments name, for a command that takes one. Throws `CommandError`
-/// unless exactly one printer fits.
+/// Returns the printer that the arguments name, for a command that takes only one printer. Throws
+/// `CommandError` unless exactly one printer fits.
 [[nodiscard]] session::Printer choosePrinter(const Arguments& arguments);
 
 }  // namespace wifi

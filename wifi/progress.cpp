@@ -89,7 +89,7 @@ void Progress::update() {
 
 void Progress::clear() {
   if (m_Shown > 0) {
-    // Overwrites the line with blanks, because a dumb terminal knows no escape sequence.
+    // Overwrites the line with blanks, because a dumb terminal does not support escape sequences.
     write("\r" + std::string(m_Shown, ' ') + "\r");
     m_Shown = 0;
   }

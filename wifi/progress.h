@@ -11,7 +11,7 @@ namespace wifi {
 /// also shows the seconds since the start. Otherwise it writes one line for each step.
 class Progress {
  public:
-  /// Shows nothing if `quiet`.
+  /// If `quiet` is true, the object shows nothing.
   explicit Progress(bool quiet);
   /// Removes the line.
   ~Progress();

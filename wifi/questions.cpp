@@ -19,7 +19,7 @@ namespace wifi {
 
 namespace {
 
-/// The most bytes of an answer. The rest of a longer line is dropped.
+/// The largest size of an answer in bytes. The rest of a longer line is dropped.
 constexpr std::size_t LongestAnswer = 1024;
 
 void write(const std::string& text) {
@@ -61,7 +61,7 @@ std::string trimmed(const std::string& text) {
                                     : text.substr(start, text.find_last_not_of(blanks) + 1 - start);
 }
 
-/// Returns the number that is the whole text, or nothing.
+/// Returns the number if the text consists of one number, otherwise nothing.
 std::optional<std::size_t> numberIn(const std::string& text) {
   std::size_t number = 0;
   const char* const end = text.data() + text.size();

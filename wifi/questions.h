@@ -13,12 +13,12 @@ namespace wifi {
 void say(const std::string& text);
 
 /// Asks until `problemOf` finds no problem with the answer, and returns that answer. `problemOf`
-/// returns what is wrong as a sentence, or an empty text.
+/// returns a sentence that says what is wrong, or an empty text.
 std::string ask(const std::string& question,
                 const std::function<std::string(const std::string&)>& problemOf);
 
-/// Shows the items with numbers and asks for one of them. Returns its index. An empty answer means
-/// the item with the index `usual`, if given.
+/// Shows the items with numbers and asks for one of them. Returns its index. If `usual` is given,
+/// an empty answer means the item with this index.
 std::size_t askForChoice(const std::string& question, std::span<const std::string> items,
                          std::optional<std::size_t> usual);
 

@@ -17,8 +17,8 @@ enum ExitStatus : int {
   StatusRefused = 6,
   StatusNoAnswer = 7,
   StatusNotConfirmed = 8,
-  StatusSomeFailed = 9,  ///< there are several printers, and one or more failed
-  StatusSignalBase = 128,
+  StatusSomeFailed = 9,    ///< there are several printers, and one or more failed
+  StatusSignalBase = 128,  ///< a signal ended the command; its number is added
 };
 
 /// One row for each result: its word in JSON, and the exit status.
@@ -35,7 +35,7 @@ struct ResultRow {
 /// confirmation was wanted; `signal` is the signal that has arrived, or 0.
 [[nodiscard]] int exitStatusOf(const session::Report& report, bool waited, int signal);
 
-/// Returns the word of a printer's state in JSON and in lists.
+/// Returns the word for a printer's state in JSON.
 [[nodiscard]] std::string_view wordOf(session::Printer::State state);
 
 }  // namespace wifi

@@ -20,11 +20,11 @@ namespace {
 
 using Kind = session::SecretSource::Kind;
 
-/// The most bytes of a line. Every valid secret is shorter. A longer line is an error, so that a
-/// wrong file is noticed.
+/// The largest size of a line in bytes. Every valid secret is shorter. A longer line is an error,
+/// so that a wrong file is noticed.
 constexpr std::size_t LongestLine = 1024;
 
-/// The signals of the terminal that have no handler in this program.
+/// The signals that a terminal can send and that have no handler in this program.
 constexpr std::array SignalsAtPrompt = {SIGHUP, SIGQUIT, SIGTSTP};
 
 /// Reads a line byte by byte, so that no buffer keeps a copy and the bytes after the line stay

@@ -21,9 +21,9 @@ struct EndOfInput : SecretError {
 /// Thrown by anything that reads from the terminal after SIGINT or SIGTERM arrived.
 struct Interrupted {};
 
-/// Reads the secret of a profile from `source`: one line, without its line end ("\n" or "\r\n").
-/// Without a source, asks for the secret if standard input is a terminal. Checks the secret. Throws
-/// `SecretError` or `Interrupted`.
+/// Reads the secret of a profile from `source`: one line, without its line end ("\n" or "\r\n"). If
+/// the kind of `source` is `Unspecified`, asks for the secret if standard input is a terminal.
+/// Checks the secret. Throws `SecretError` or `Interrupted`.
 [[nodiscard]] session::Secret readSecret(const session::Profile& profile,
                                          const session::SecretSource& source);
 

@@ -19,7 +19,7 @@ namespace wifi {
 namespace {
 
 /// Returns the checked settings, complete with the secret. They are in heap memory, because the
-/// program clears heap memory when it frees it.
+/// program clears each block of heap memory before it frees the block.
 std::unique_ptr<session::Profile> readProfile(const Arguments& arguments) {
   session::ProfileReader reader;
   for (const auto& [key, value] : arguments.settings) {
@@ -36,12 +36,14 @@ std::unique_ptr<session::Profile> readProfile(const Arguments& arguments) {
   return profile;
 }
 
-/// Prints the packets that would be sent, or with --json the document of a dry run without the
-/// packets. Opens no device, so it does not know whether the printer has certificates with which it
-/// validates the server.
+/// Prints the packets that would be sent. With --json it prints a document instead, which does not
+/// contain the packets. The function opens no device. So it cannot read from the printer whether
+/// the printer has certificates with which it can validate the server.
 int printPackets(const Arguments& arguments, const session::Profile& profile) {
   if (arguments.json) {
-    // One entry for each printer that is named, because discovery would open the device files.
+    // The document has one entry for each printer that the command line names. If the command line
+    // names none, the document has one entry, whose name is empty.
+    // The function does not look up the printers, because discovery would open the device files.
     std::vector<std::string> names = arguments.printers;
     names.resize(std::max<std::size_t>(names.size(), 1));
     std::vector<Json> entries;

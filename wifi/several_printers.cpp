@@ -19,8 +19,8 @@ namespace wifi {
 
 namespace {
 
-/// A worker takes at most the time for the confirmation and this many seconds. The longest exchange
-/// without a reply takes less.
+/// A worker is killed when it has taken the time for the confirmation (--wait) and this many
+/// seconds more. The longest exchange without a reply takes less than these seconds.
 constexpr int MarginSeconds = 180;
 
 /// Prints the outcomes of the printers.
@@ -34,7 +34,8 @@ class SeveralReports {
   double seconds() const { return m_Progress.seconds(); }
   void tick() { m_Progress.update(); }
 
-  /// Takes the outcome of a printer, and prints it unless it becomes a part of one document.
+  /// Takes the outcome of a printer. Prints the outcome now, except with --json and without
+  /// --json-lines: then `finish` prints one document for all printers.
   void add(std::size_t index, const session::Printer& printer, Outcome outcome) {
     ++m_Done;
     m_Progress.clear();
@@ -47,7 +48,8 @@ class SeveralReports {
     showCount();
   }
 
-  /// Prints the whole document if there is to be one. Returns the exit status.
+  /// With --json and without --json-lines, prints one document for all printers. Returns the exit
+  /// status.
   int finish() {
     m_Progress.clear();
     std::vector<Json> entries;
@@ -71,13 +73,13 @@ class SeveralReports {
       printError({name + ": " + outcome.error->message, outcome.error->remedy});
       return;
     }
-    // Results of several lines are apart from each other.
+    // A result of several lines is followed by an empty line.
     const bool hasSeveralLines = std::ranges::count(outcome.text, '\n') > 1;
     const std::string text = outcome.text + (hasSeveralLines ? "\n" : "");
     print(::isatty(STDOUT_FILENO) == 1 ? wrapped(text) : text);
   }
 
-  /// On a terminal only: elsewhere the results are the progress.
+  /// Shows the count only on a terminal. Elsewhere the printed results show the progress.
   void showCount() {
     if (::isatty(STDERR_FILENO) == 1) {
       m_Progress.showText(

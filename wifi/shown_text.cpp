@@ -21,7 +21,8 @@ Character firstOf(std::string_view text) {
   std::mbstate_t state{};
   wchar_t wide = 0;
   const std::size_t size = std::mbrtowc(&wide, text.data(), text.size(), &state);
-  // 0 is a zero byte; the results for a wrong or cut character are larger than any text.
+  // `mbrtowc` returns 0 for a zero byte. For an invalid or incomplete character it returns a number
+  // that is larger than the size of any text.
   if (size == 0 || size > text.size() || std::iswprint(static_cast<std::wint_t>(wide)) == 0) {
     return {1, false, 0};
   }
@@ -49,7 +50,7 @@ std::string wrapped(std::string_view text, std::size_t columns) {
   std::string result;
   std::string line;
   std::size_t used = 0;     ///< columns of the line
-  std::size_t breakAt = 0;  ///< bytes of the line before the last place for a break
+  std::size_t breakAt = 0;  ///< bytes of the line before the last possible break; 0: none
   while (!text.empty()) {
     const Character character = firstOf(text);
     const std::string_view bytes = text.substr(0, character.size);

@@ -13,7 +13,7 @@ namespace wifi {
 /// Returns the columns that a text takes on a terminal.
 [[nodiscard]] std::size_t columnsOf(std::string_view text);
 
-/// The most columns that a line for a terminal takes.
+/// The largest number of columns of a line for a terminal.
 inline constexpr std::size_t TerminalColumns = 79;
 
 /// Returns a text with line breaks added, so that no line takes more than `columns` columns. Breaks

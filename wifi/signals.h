@@ -18,8 +18,8 @@ class Interruption {
   /// Returns the first signal that arrived, or 0.
   [[nodiscard]] static int signal();
 
-  /// Waits until `descriptor` can be read without waiting. Returns false if a signal has arrived,
-  /// also if it arrived just before the call.
+  /// Waits until `descriptor` can be read without waiting. Returns true then. Returns false if a
+  /// signal arrives, or if one arrived before the call.
   [[nodiscard]] static bool waitForInput(int descriptor);
 
  private:

@@ -19,7 +19,7 @@ Trace::Trace(const std::string& path, bool verbose) : m_Verbose(verbose) {
   constexpr mode_t ownerOnly = 0600;
   util::UniqueFd descriptor(
       ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, ownerOnly));
-  // An older file may have another mode.
+  // A file that already existed may have another mode.
   if (descriptor.get() < 0 || ::fchmod(descriptor.get(), ownerOnly) != 0) {
     throw std::system_error(errno, std::generic_category(), path);
   }

@@ -14,8 +14,9 @@ namespace wifi {
 /// in words follows each packet. Keys and passwords are masked.
 class Trace {
  public:
-  /// If `path` is not empty, writes to this file, empties it first and sets its mode to 0600. If
-  /// `verbose`, writes to standard error. Throws `std::system_error` if the file cannot be opened.
+  /// If `path` is not empty, empties this file, sets its mode to 0600 and writes the trace to it.
+  /// If `verbose` is true, also writes the trace to standard error. Throws `std::system_error` if
+  /// the file cannot be opened.
   Trace(const std::string& path, bool verbose);
 
   /// Takes the bytes of one transfer. A packet is written when its last byte has arrived.
@@ -26,7 +27,7 @@ class Trace {
   struct Stream {
     const char* arrow;
     catalogue::PacketReader reader{};
-    std::size_t strayBytes = 0;  ///< those that are reported already
+    std::size_t strayBytes = 0;  ///< bytes outside a packet that are already reported
   };
 
   void line(const std::string& text);

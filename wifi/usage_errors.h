@@ -17,7 +17,8 @@ inline constexpr int LongestWaitSeconds = 3600;
 /// value of this option.
 void rejectSecrets(const std::vector<std::string>& words);
 
-/// Throws `UsageError` for "--option=": CLI11 would take the next word as the value.
+/// Throws `UsageError` for an option without a value after "=". CLI11 would take the next word as
+/// the value.
 void rejectEmptyValues(const std::vector<std::string>& words);
 
 /// Returns what is wrong with a command line, from CLI11's error.

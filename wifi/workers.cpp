@@ -37,12 +37,12 @@ bool writeAll(int descriptor, const std::string& bytes) {
   return true;
 }
 
-/// The life of a worker. Ends without the destructors and buffers of the process that it was forked
-/// from.
+/// Runs in the process of a worker and ends this process with `_exit`. So the worker does not run
+/// destructors, and does not write buffers, that belong to its parent.
 [[noreturn]] void run(const std::function<std::string()>& work, pid_t parent, int pipe) {
   ::prctl(PR_SET_PDEATHSIG, SIGTERM);
   bool done = false;
-  // The parent may have died before prctl.
+  // If the parent died before prctl, the kernel sends no SIGTERM.
   if (::getppid() == parent) {
     try {
       done = writeAll(pipe, work());
@@ -137,7 +137,7 @@ Workers::Finished Workers::finish(std::size_t index, bool overdue) {
   Worker& worker = m_Workers[index];
   Finished finished{index, How::Overdue, std::move(worker.bytes)};
   if (overdue) {
-    // A process that hangs in the kernel stays, so do not wait for it.
+    // A process that hangs in the kernel does not end, so do not wait for it.
     ::kill(worker.process, SIGKILL);
     ::waitpid(worker.process, nullptr, WNOHANG);
   } else {

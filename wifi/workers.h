@@ -12,8 +12,9 @@
 
 namespace wifi {
 
-/// Processes that work at the same time. Each is a fork of this one, so it has what this process
-/// knows, and it returns bytes through a pipe. What happens to one does not affect the others.
+/// Processes that work at the same time. Each worker is a fork of this process, so it has a copy of
+/// the data of this process. It returns bytes through a pipe. If one worker dies or hangs, the
+/// others continue.
 ///
 ///     Workers workers(limit);
 ///     for (const Printer& printer : printers) {
@@ -24,12 +25,13 @@ class Workers {
  public:
   /// The end of one worker.
   struct Finished {
-    /// How it ended: with its result, early, or because its time was over.
+    /// How the worker ended: it returned its result, it died before that, or it was killed because
+    /// it exceeded `limit`.
     enum class How { Returned, Died, Overdue };
 
     std::size_t index = 0;  ///< 0 for the worker that was started first
     How how = How::Died;
-    std::string bytes;  ///< what its function returned; incomplete unless `how` is `Returned`
+    std::string bytes;  ///< the function's result; complete only if `how` is `Returned`
   };
 
   /// A worker is killed if it takes longer than `limit`.
@@ -39,12 +41,12 @@ class Workers {
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
 
-  /// Starts a process that calls `work` and ends. The process gets SIGTERM if this one dies. Throws
-  /// `std::system_error` if there can be no further process.
+  /// Starts a process that calls `work` and ends. The process gets SIGTERM if its parent dies.
+  /// Throws `std::system_error` if the process cannot be created.
   void start(const std::function<std::string()>& work);
 
-  /// Waits for the next worker that ends, and returns its end; nothing if all have ended. Calls
-  /// `onTick` about once a second. Returns once for each worker.
+  /// Waits until a worker ends or exceeds `limit`, and returns its end. Each worker is returned
+  /// once. Returns nothing after the last worker. Calls `onTick` at least once a second.
   [[nodiscard]] std::optional<Finished> next(const std::function<void()>& onTick);
 
   /// Sends a signal to the workers that have not ended.
@@ -52,15 +54,16 @@ class Workers {
 
  private:
   struct Worker {
-    pid_t process = -1;  ///< -1 once it has ended
+    pid_t process = -1;  ///< -1 after the worker has ended
     util::UniqueFd pipe;
     std::string bytes;
-    std::chrono::steady_clock::time_point end;
+    std::chrono::steady_clock::time_point end;  ///< when the worker is killed
   };
 
-  /// Returns the time until the next tick or the end of a worker's time.
+  /// Returns the time until the next tick or until the first worker exceeds `limit`, whichever is
+  /// shorter.
   int millisecondsToWait() const;
-  /// Reads what a worker has written. Returns false at the end of its bytes.
+  /// Reads what a worker has written. Returns false at the end of its bytes or if the read fails.
   static bool readSome(Worker& worker);
   Finished finish(std::size_t index, bool overdue);
 

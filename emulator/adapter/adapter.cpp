@@ -21,7 +21,7 @@ using Kind = Message::Kind;
 /// The result in the reply to a malformed request.
 constexpr Byte Rejected = 0x00;
 constexpr std::chrono::milliseconds PauseBetweenPieces{20};
-/// The setting in records that the host did not query.
+/// The setting in the record that `otherRecordFirst` adds. No host queries it.
 constexpr npa::SettingKey OtherSetting = {npa::Group8021x, 0x26};
 
 /// Returns the bytes of a text, with a zero byte at the end if `terminated` is set.

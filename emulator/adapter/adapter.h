@@ -43,7 +43,7 @@ class Adapter {
 
   /// A restart. The adapter answers nothing until `end`.
   struct Restart {
-    Clock::time_point begin;  ///< when the reply before the restart is sent, or later
+    Clock::time_point begin;  ///< when the reply has been sent; `postponeRestart` moves it
     Clock::time_point end;
   };
 
@@ -69,8 +69,8 @@ class Adapter {
   /// Sets the settings and certificates of an earlier run.
   void restore(const SettingsStore::Values& settings, CertificateStore certificates);
 
-  /// Sets what a real radio has found out. From then on the adapter reports this, and neither the
-  /// personality nor `Authentication` decides about the network.
+  /// Sets the state of the network that a real radio has found. From then on the adapter reports
+  /// this state, and ignores what the personality and `Authentication` say about the network.
   void report(const LiveNetwork& network);
 
   const SettingsStore& settings() const { return m_Settings; }
@@ -95,7 +95,8 @@ class Adapter {
   void join();
   /// Presets the address and the trouble code that fit the membership.
   void presetNetworkValues(Membership membership);
-  /// Starts the time and the counts of queries on which a `Readiness` depends.
+  /// Restarts the time and the counts of queries on which a `Readiness` depends: the time at
+  /// `start`, and the counts at 0.
   void startCounting(Clock::time_point start);
 
   /// Returns true if `readiness` is reached. `earlierQueries` is the count of earlier queries for

@@ -12,8 +12,8 @@ namespace {
 /// The value of the setting "security" that switches 802.1x on.
 constexpr npa::Byte Security8021x = 3;
 
-/// The flags that make the printer check the server's certificate. It is enough if one of these
-/// flags is on.
+/// The flags that make the printer check the server's certificate. The printer checks it if at
+/// least one of these flags is on.
 constexpr std::array ServerChecks = {npa::settings::MethodPeap, npa::settings::MethodTls,
                                      npa::settings::MethodTtls, npa::settings::ValidateCert};
 

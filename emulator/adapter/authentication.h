@@ -11,8 +11,8 @@
 namespace emulator {
 
 /// The printer's state of 802.1x authentication, computed from its settings and certificates. No
-/// server takes part: an authentication succeeds unless a required CA certificate is missing or, if
-/// there are networks, none of them has the stored SSID and the stored password.
+/// server takes part. An authentication fails only if a required CA certificate is missing, or if
+/// there are networks and none of them has the stored SSID and the stored password.
 class Authentication {
  public:
   /// All arguments must outlive the object. Without `networks`, any password is right.

@@ -29,7 +29,7 @@ struct Message {
   Kind kind = Kind::Unknown;
   bool wrapped = false;
   npa::SettingKey asked{};        ///< Query: the setting
-  std::vector<Setting> settings;  ///< StoreSettings, Malformed: the complete settings
+  std::vector<Setting> settings;  ///< StoreSettings, Malformed: the settings that are complete
   std::optional<ParsedCall>
       call;  ///< MethodCall: the call, or the reason why the text is not a call
   std::vector<bool> secretBytes;  ///< for each byte of the packet, whether the log masks it

@@ -16,8 +16,8 @@ struct Network {
   std::string key;  ///< the WEP key, pre-shared key or 802.1x password; empty for an open network
 };
 
-/// Whether the adapter is in a network, or why not. The values are the trouble codes. The meanings
-/// of 2 and more are those of this emulated printer; other adapters have other codes.
+/// Whether the adapter is in a network, or why not. The values are the trouble codes. Only the
+/// emulated printer gives these meanings to the codes from 2 on; other adapters have other codes.
 enum class Membership : npa::Byte {
   Joined = 0,
   NoSuchNetwork = 2,  ///< no network has the stored SSID
@@ -26,7 +26,7 @@ enum class Membership : npa::Byte {
   // Only with a radio:
   Refused = 5,           ///< the 802.1x authentication failed
   NoAddress = 6,         ///< no DHCP server has answered
-  UnusableSettings = 7,  ///< no network can be joined with what is stored
+  UnusableSettings = 7,  ///< no network can be joined with the stored settings
   Joining = 8,           ///< the radio has no result yet
 };
 

@@ -13,9 +13,9 @@
 
 namespace emulator {
 
-/// When a value of the adapter changes. Both this count of queries for the value and this time
-/// since the start must have been reached. Both begin again at a restart and, if there are
-/// networks, at each change of settings or certificates.
+/// When a value of the adapter changes: after `afterQueries` queries for the value, but not before
+/// `afterTime` has passed since the start. The count and the time begin again at a restart. If
+/// there are networks, they also begin again at each change of settings or certificates.
 struct Readiness {
   int afterQueries = 0;
   std::chrono::seconds afterTime{0};
@@ -82,8 +82,8 @@ struct Personality {
   std::size_t replyPackets = 1;
 
   CertificateRules certificates{};
-  /// The prescribed replies to method calls. The last one for a method takes precedence over the
-  /// last one for all methods.
+  /// The prescribed replies to method calls. A call gets the last reply for its method. If no
+  /// reply is prescribed for its method, the call gets the last reply without a method.
   std::vector<ObjectReply> objectReplies{};
 };
 

@@ -30,7 +30,8 @@ class SettingsStore {
   /// Returns the value of a text setting without its zero byte.
   std::string text(npa::SettingKey key) const;
 
-  /// Returns the value of a number setting, or nothing if there is none or it is not a number.
+  /// Returns the value of a number setting. Returns nothing if the setting has no value, or if the
+  /// value is not a number.
   std::optional<std::size_t> number(npa::SettingKey key) const;
 
   /// Returns true if the setting has a stored or an initial value.

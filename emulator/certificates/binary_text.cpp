@@ -12,8 +12,8 @@ namespace emulator {
 
 namespace {
 
-/// The most bytes that are encoded, and the most characters that are decoded. libcrypto counts in
-/// int. The encoded text is longer than the bytes, and its size must also fit into an int.
+/// The largest count of bytes to encode, and of characters to decode. libcrypto counts in int. The
+/// encoded text is longer than the bytes, and the size of this text must also fit into an int.
 constexpr std::size_t LargestSize = std::numeric_limits<int>::max() / 2;
 
 const unsigned char* asBytes(std::string_view text) {

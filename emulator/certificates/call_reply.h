@@ -8,7 +8,7 @@
 
 namespace emulator {
 
-/// The printer's reply to a method call: a status, a message about it, and values.
+/// The printer's reply to a method call: a status, the message of this status, and values.
 ///
 ///     CallReply reply;  // success
 ///     reply.addText("ca_file_name", "ca.pem");

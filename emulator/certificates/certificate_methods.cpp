@@ -70,8 +70,8 @@ X509Certificate uploadedCertificate(const MethodCall& call, std::string_view siz
 }  // namespace
 
 bool CertificateObject::isFactoryMade(std::string_view name) const {
-  // If the printer has no factory certificate, a host can give this name to a certificate. A later
-  // run with a factory certificate keeps the certificate of the host.
+  // If the printer has no factory certificate, a host can give the name `FactoryName` to its own
+  // certificate. A later run with a factory certificate keeps the certificate of the host.
   return m_Rules.factoryCertificate && name == FactoryName && m_Store.findDevice(name) == nullptr;
 }
 

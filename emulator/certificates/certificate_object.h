@@ -22,8 +22,8 @@ struct CertificateRules {
   /// True if the printer has a certificate from the factory.
   bool factoryCertificate = true;
   /// The bits of the RSA keys that the printer generates. 0 selects keys on the curve P-256.
-  /// Generating such a key takes about 1 ms instead of up to 1 s for an RSA key, and the kind of
-  /// key rarely matters in a test of a host.
+  /// Generating a P-256 key takes about 1 ms, and generating an RSA key takes up to 1 s. The kind
+  /// of key rarely matters in a test of a host.
   std::size_t rsaBits = 0;
 };
 

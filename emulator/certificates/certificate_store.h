@@ -44,7 +44,7 @@ class CertificateStore {
   void add(CaCertificate authority);
   void add(DeviceCertificate device);
 
-  /// Sets the certificate of the entry called `name`. The entry must exist.
+  /// Sets `certificatePem` of the device certificate called `name`, which must exist.
   void complete(std::string_view name, std::string certificatePem);
 
   /// Removes the entry called `name`. Returns false if there is none.
@@ -55,7 +55,7 @@ class CertificateStore {
   unsigned long revision() const { return m_Revision; }
 
  private:
-  /// Returns `number`, or the next number if that is 0.
+  /// Returns `number`, or the next number if `number` is 0.
   unsigned numberFor(unsigned number);
 
   std::vector<CaCertificate> m_Authorities;

@@ -44,8 +44,8 @@ class CleanErrorQueue {
 /// Returns the reason of libcrypto's last error, or an empty text if there is none.
 std::string lastReason();
 
-/// Throws `std::runtime_error` with the reason if `result` is false. Use this function for calls
-/// that fail only if memory runs out or the library is broken.
+/// Throws `std::runtime_error` with the reason of libcrypto's last error if `result` is false. Use
+/// this function for calls that fail only if memory runs out or the library is broken.
 void demand(bool result);
 
 /// Returns a stream that reads `text`. The text must outlive the stream.

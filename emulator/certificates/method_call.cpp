@@ -62,8 +62,8 @@ bool hasOnlyReferences(std::string_view xml) {
 
 /// Parses the document. Throws `CallError` if it is not well-formed.
 void parseDocument(pugi::xml_document& document, std::string_view xml) {
-  // These flags keep a text that is only blanks, and parse a document type so that the parser can
-  // reject it.
+  // With these flags pugixml keeps a text that is only blanks. It also keeps a document type as a
+  // node, so that `parseMethodCall` can reject the document.
   constexpr unsigned flags =
       pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_doctype;
   const pugi::xml_parse_result result =

@@ -1,4 +1,4 @@
-// The lines of an 802.1x network.
+// Adds the lines of an 802.1x network to the configuration of wpa_supplicant.
 
 #include <algorithm>
 #include <array>
@@ -35,7 +35,7 @@ constexpr std::array Methods = {Tls,
                                 Leap,
                                 Md5};
 
-/// The inner methods. The index is the code.
+/// The inner methods. The index is the code of the setting "802.1x inner authentication".
 constexpr std::array<std::string_view, 4> InnerMethods = {"CHAP", "MSCHAP", "MSCHAPV2", "PAP"};
 constexpr std::size_t MsChapV2 = 2;
 
@@ -47,8 +47,8 @@ class Credentials {
 
   bool isSet(npa::SettingKey flag) const { return m_Store.number(flag).value_or(0) != 0; }
 
-  /// Returns the code of the inner method. Without a stored code it is MSCHAPv2, the only one that
-  /// PEAP and EAP-TTLS both have.
+  /// Returns the code of the inner method. If no code is stored, returns the code of MSCHAPv2, the
+  /// only inner method that both PEAP and EAP-TTLS have.
   std::size_t innerMethod() const {
     const std::size_t code = m_Store.number(settings::InnerAuth).value_or(MsChapV2);
     if (code >= InnerMethods.size()) {
@@ -57,7 +57,7 @@ class Credentials {
     return code;
   }
 
-  /// Returns the newest certificate with its key, or null if there is none.
+  /// Returns the newest certificate whose key the printer has, or null if there is none.
   const DeviceCertificate* ownCertificate() const {
     const DeviceCertificate* found = nullptr;
     for (const DeviceCertificate& device : m_Certificates.devices()) {
@@ -90,8 +90,8 @@ class Credentials {
     return std::nullopt;
   }
 
-  /// Returns the allowed methods that can be used. Throws the problem of the first method if there
-  /// is none.
+  /// Returns the methods that are allowed and can be used. If there is none, throws `UnusableError`
+  /// with the problem of the first allowed method.
   std::vector<MethodRow> usableMethods(std::optional<Encryption> encryption) const {
     std::vector<MethodRow> usable;
     std::optional<RadioProblem> first;

@@ -1,4 +1,4 @@
-// The control socket.
+// ControlSocket: uses the datagram socket of wpa_supplicant.
 
 #include "emulator/radio/control_socket.h"
 

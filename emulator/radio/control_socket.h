@@ -12,11 +12,13 @@ namespace emulator {
 /// after ATTACH, sends events.
 class ControlSocket {
  public:
-  /// Connects to the socket `server`, and receives at the path `own`, which it creates. Returns
-  /// nothing if there is no server yet. Throws `std::system_error` on any other failure.
+  /// Connects to the socket at the path `server`. Creates the socket at the path `own`, which
+  /// receives events and replies. Returns nothing if wpa_supplicant has not created its socket yet.
+  /// Throws `std::system_error` on any other failure.
   static std::optional<ControlSocket> connect(const std::string& server, const std::string& own);
 
-  /// Sends a command. An error is ignored: a server that has ended sends no event either.
+  /// Sends a command. Ignores an error: it means that wpa_supplicant has ended, and `Radio` checks
+  /// for this end itself.
   void send(std::string_view command) const;
 
   /// Returns the next event or reply, without the priority that precedes an event. Returns nothing

@@ -35,7 +35,8 @@ void check(bool isGood, const std::string& path) {
   }
 }
 
-/// Returns the script. udhcpc sets `interface`, `ip`, and `mask` to the length of the prefix.
+/// Returns the script. udhcpc sets the variables `interface`, `ip` and `mask`. `mask` is the length
+/// of the prefix.
 std::string scriptFor(const std::string& pipe) {
   return "#!/bin/sh\n"
          "case \"$1\" in\n"
@@ -69,7 +70,7 @@ std::optional<LeaseEvent> parseLease(const std::string& line) {
 LeasePipe::LeasePipe(const PrivateFolder& folder) : m_Script(folder.path("udhcpc-script")) {
   const std::string pipe = folder.path("lease");
   check(::mkfifo(pipe.c_str(), OwnerReadsAndWrites) == 0, pipe);
-  // With its own writer the pipe never reports an end of file.
+  // O_RDWR makes this program a writer too. A pipe that has a writer never reports an end of file.
   m_Pipe = util::UniqueFd(::open(pipe.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
   check(static_cast<bool>(m_Pipe), pipe);
   folder.write("udhcpc-script", scriptFor(pipe));

@@ -10,7 +10,7 @@
 
 namespace emulator {
 
-/// What udhcpc reports.
+/// An event that udhcpc reports.
 struct LeaseEvent {
   enum class Kind { Bound, Lost, Failed };
 
@@ -37,7 +37,7 @@ class LeasePipe {
  private:
   std::string m_Script;
   util::UniqueFd m_Pipe;
-  std::string m_Pending;  ///< what has been read and not returned
+  std::string m_Pending;  ///< the text that has been read, but not returned yet
 };
 
 }  // namespace emulator

@@ -36,13 +36,15 @@ enum class Encryption { None = 0, WepDynamic = 1, WepStatic = 2, Tkip = 3, Aes =
 /// is unknown.
 std::optional<Encryption> storedEncryption(const SettingsStore& settings);
 
-/// Adds the lines for the ciphers of WPA and WPA2. Without an encryption both ciphers are allowed.
+/// Adds the lines for the ciphers of WPA and WPA2. Allows both ciphers if `encryption` is not set.
 void addCiphers(NetworkBlock& block, std::optional<Encryption> encryption);
 
-/// Adds the stored WEP keys and the index of the transmit key. Throws `UnusableError`.
+/// Adds the stored WEP keys and the index of the transmit key. Throws `UnusableError` if a key or
+/// the index is invalid.
 void addWepKeys(NetworkBlock& block, const SettingsStore& settings);
 
-/// Adds the lines of an 802.1x network, and its certificates to `files`. Throws `UnusableError`.
+/// Adds the lines of an 802.1x network to `block`, and its certificates to `configuration`. Throws
+/// `UnusableError` if the settings cannot be used. `folder` is the folder of the files.
 void addAuthentication(NetworkBlock& block, RadioConfiguration& configuration,
                        const SettingsStore& settings, const CertificateStore& certificates,
                        const std::string& folder);

@@ -1,4 +1,4 @@
-// The radio: its programs, and what they report.
+// Radio: starts and ends its programs, and reads what they report.
 
 #include "emulator/radio/radio.h"
 
@@ -13,7 +13,8 @@ namespace {
 
 constexpr std::chrono::milliseconds PauseBetweenAttaches{100};
 constexpr std::size_t Security8021x = 3;
-/// Without an address udhcpc reports a failure after 4 requests, 2 s apart, and repeats this.
+/// udhcpc sends 4 requests, 2 s apart. If it gets no address, it reports a failure and starts
+/// again.
 constexpr const char* DhcpRequests = "4";
 constexpr const char* DhcpPause = "2";
 
@@ -55,7 +56,7 @@ void Radio::join() {
   }
   m_Log.note("radio: joins the network on " + m_Interface);
   m_Events.emplace(authenticates);
-  // With -W it sends nothing before a program listens to its events.
+  // With -W wpa_supplicant waits until a program has attached to its control socket.
   m_Supplicant = m_Start({"wpa_supplicant", "-W", "-D", "nl80211,wext", "-i", m_Interface, "-c",
                           m_Folder.path(radio_files::Main)});
   attach();

@@ -31,8 +31,8 @@ class Radio : public Activity {
         StartProgram start = startRadioProgram,
         std::function<Clock::time_point()> now = Clock::now);
 
-  /// Makes the radio join the network of the settings that are stored now. After a change of only
-  /// the certificates it joins again only if its configuration changes.
+  /// Makes the radio join the network of the settings that are stored now. A change of certificates
+  /// alone makes the radio join again only if it changes the configuration of wpa_supplicant.
   void settingsChanged() { m_IsChanged = true; }
 
   void sendDue() override;
@@ -49,7 +49,7 @@ class Radio : public Activity {
   /// Ends the programs and removes the files of the configuration.
   void leave();
   void attach();
-  /// Starts or ends udhcpc, and passes what is known to the adapter.
+  /// Starts or ends udhcpc, and reports the state of the network to the adapter.
   void update();
 
   std::string m_Interface;
@@ -60,7 +60,7 @@ class Radio : public Activity {
   PrivateFolder m_Folder;
   LeasePipe m_Leases;
   bool m_IsChanged = false;
-  unsigned long m_Revision = 0;  ///< that of the settings that the radio uses
+  unsigned long m_Revision = 0;  ///< the revision of the settings that the radio uses
   std::optional<RadioPlan> m_Plan;
   std::optional<RadioEvents> m_Events;  ///< set while wpa_supplicant runs
   std::unique_ptr<RadioProgram> m_Supplicant;

@@ -38,8 +38,8 @@ constexpr std::array WepKeySizes = {WepKeyRow{5, false}, WepKeyRow{10, true}, We
 constexpr std::array WepKeys = {settings::WepKey1, settings::WepKey2, settings::WepKey3,
                                 settings::WepKey4};
 
-/// The values of auth_alg. The index is the code of the setting "WEP authentication". With
-/// "automatic" the radio tries the shared key if the access point refuses an open authentication.
+/// The values of auth_alg. The index is the code of the setting "WEP authentication". With "auto"
+/// the radio tries the shared key if the access point refuses an open authentication.
 constexpr std::array<std::string_view, 3> WepAuthWords = {"OPEN SHARED", "OPEN", "SHARED"};
 
 bool isHex(std::string_view text) {
@@ -104,7 +104,8 @@ void addPassphrase(NetworkBlock& block, const std::string& key) {
   if (hasControl) {
     throw UnusableError{RadioProblem::PassphraseControlCharacter};
   }
-  // wpa_supplicant reads up to the last quotation mark of the line.
+  // wpa_supplicant reads up to the last quotation mark of the line, so quotation marks in the key
+  // need no escape.
   block.add("psk", "\"" + key + "\"");
 }
 

@@ -32,9 +32,9 @@ inline constexpr const char* Control = "control";
 
 using RadioPlan = std::variant<RadioConfiguration, RadioProblem>;
 
-/// Returns the configuration with which the radio joins the network of the settings, or the reason
-/// why there is none. `folder` is the absolute path of the folder that will contain the files. Uses
-/// only bytes that a host has stored.
+/// Returns the configuration with which the radio joins the network of the settings. If the
+/// settings join no network, returns the reason. `folder` is the absolute path of the folder that
+/// will contain the files. Uses only bytes that a host has stored.
 RadioPlan planRadio(const SettingsStore& settings, const CertificateStore& certificates,
                     const std::string& folder);
 

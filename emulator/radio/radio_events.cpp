@@ -27,7 +27,7 @@ struct EventRow {
   std::string_view event;
   std::string_view detail;
   std::optional<Membership> membership;
-  std::optional<npa::Byte> cause;  ///< the reason of the EAP failure that may follow
+  std::optional<npa::Byte> cause;  ///< the 802.1x status if an EAP failure follows
 };
 
 constexpr std::string_view EapStatus = "CTRL-EVENT-EAP-STATUS";
@@ -38,7 +38,7 @@ constexpr std::string_view TempDisabled = "CTRL-EVENT-SSID-TEMP-DISABLED";
 constexpr std::array Events = {
     EventRow{"CTRL-EVENT-NETWORK-NOT-FOUND", "", Membership::NoSuchNetwork, {}},
     EventRow{TempDisabled, "reason=AUTH_FAILED", Membership::Refused, {}},
-    // WRONG_KEY or, if the access point ignores a wrong WEP key, CONN_FAILED.
+    // The reason is WRONG_KEY. If the access point ignores a wrong WEP key, it is CONN_FAILED.
     EventRow{TempDisabled, "", Membership::WrongKey, {}},
     EventRow{"CTRL-EVENT-AUTH-REJECT", "", Membership::WrongKey, {}},
     EventRow{"CTRL-EVENT-ASSOC-REJECT", "", Membership::WrongKey, {}},
@@ -101,7 +101,9 @@ void RadioEvents::take(std::string_view event) {
   const bool hasReason =
       m_Network.membership == Membership::WrongKey || m_Network.membership == Membership::Refused;
   if (isSearch && hasReason) {
-    return;  // wpa_supplicant does not search a network that it has disabled for a while
+    // After a failure wpa_supplicant does not search for the network for some time. So this event
+    // does not mean that there is no such network.
+    return;
   }
   if (m_Authenticates && !isSearch) {
     m_Network.membership = Membership::Refused;

@@ -7,8 +7,8 @@
 
 namespace emulator {
 
-/// Turns the events of wpa_supplicant and udhcpc into what the adapter reports. A failure stays
-/// until the radio is connected, because wpa_supplicant tries again without an end.
+/// Computes the state that the adapter reports from the events of wpa_supplicant and udhcpc. A
+/// failure is reported until the radio is connected, because wpa_supplicant never stops trying.
 class RadioEvents {
  public:
   /// `authenticates` is true for a network with 802.1x.
@@ -28,7 +28,7 @@ class RadioEvents {
 
   bool m_Authenticates;
   bool m_IsConnected = false;
-  npa::Byte m_Cause;  ///< the status after the next EAP failure
+  npa::Byte m_Cause;  ///< the 802.1x status if an EAP failure follows
   LiveNetwork m_Network;
 };
 

@@ -21,7 +21,8 @@ namespace emulator {
 
 namespace {
 
-/// Prepares the child: the default signals, and no standard streams.
+/// Prepares the child: restores the default signals, and connects the standard streams to
+/// /dev/null.
 void prepareChild() {
   ::signal(SIGPIPE, SIG_DFL);
   sigset_t none{};
@@ -61,7 +62,7 @@ class ChildProgram : public RadioProgram {
   }
 
  private:
-  bool m_HasEnded = false;  ///< its process id may belong to another process
+  bool m_HasEnded = false;  ///< if true, the process id may belong to another process
   CommandProcess m_Process;
 };
 

@@ -18,8 +18,9 @@ constexpr const char* PrinterFolder = "/dev/usb";
 constexpr int LargestNumber = 16;
 constexpr int LargestTries = 100;
 
-/// Removes the folder if it is empty. The kernel creates this folder only while a printer is
-/// attached. So if the folder is empty, an emulated printer created it.
+/// Removes the folder if it is empty. The kernel creates this folder with its first device file,
+/// and removes it with its last device file. So if the folder is empty, an emulated printer created
+/// it.
 void removeEmptyFolder() {
   ::rmdir(PrinterFolder);
 }

@@ -122,7 +122,7 @@ int run(const Options& options, emulator::PtyTransport& transport) {
     if (signal == SIGCHLD) {
       return !process.hasEnded();
     }
-    // The terminal sends these signals to the command too. The command decides whether to end.
+    // The terminal sends SIGINT and SIGQUIT to the command too. The command decides whether to end.
     if (signal != SIGINT && signal != SIGQUIT) {
       process.signal(signal);
     }
@@ -162,7 +162,7 @@ void restore(emulator::Adapter& adapter, emulator::StateFolder& folder) {
   adapter.restore(state.settings, std::move(state.certificates));
 }
 
-/// Prints the state of a folder.
+/// Prints the state of the printer that the state folder holds.
 int show(const Options& options) {
   emulator::MessageLog log([](std::string_view) {}, false);
   emulator::Adapter adapter(options.personality, log);

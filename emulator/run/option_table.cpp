@@ -35,7 +35,7 @@ auto& memberOf(Options& options) {
 }
 
 // Functions for the column `apply` that parse nothing. They set a member to true, to false, or to
-// the text.
+// the value as it is.
 
 template <auto Member>
 void enable(Options& options, const std::string& /*value*/) {

@@ -215,7 +215,7 @@ std::size_t parseAlternates(const std::string& text) {
 }
 
 std::string parseSerial(const std::string& text) {
-  // ";" ends a key of the device ID.
+  // ";" ends an entry of the device ID.
   const bool isValid =
       std::ranges::all_of(text, [](char c) { return c > ' ' && c <= '~' && c != ';'; });
   if (text.empty() || text.size() > LongestSerial || !isValid) {

@@ -16,9 +16,9 @@ namespace emulator {
 
 /// The largest count of queries or bytes that an option accepts: the size of the largest packet.
 inline constexpr std::size_t LargestCount = 65538;
-/// The longest time in seconds.
+/// The longest time in seconds that an option accepts.
 inline constexpr std::size_t LargestDelay = 3600;
-/// The largest count of bytes in several USB transfers.
+/// The largest count of bytes that an option of the USB device accepts.
 inline constexpr std::size_t LargestUsbCount = 1'000'000'000;
 
 /// Parses a decimal number from `smallest` to `largest`. The error message contains `unit`, the
@@ -63,8 +63,7 @@ std::string parseInterface(const std::string& text);
 /// Parses the count of bits of an RSA key, or 0.
 std::size_t parseKeyBits(const std::string& text);
 
-/// Parses "CN=text" and stores the text in the field CN of the subject, and likewise for the other
-/// fields.
+/// Parses "FIELD=TEXT", such as "CN=printer", and stores the text in this field of the subject.
 void parseSubjectText(Subject& subject, const std::string& text);
 
 /// Parses "METHOD:FILE", or "FILE" for all methods. Does not read the file.

@@ -18,7 +18,7 @@ struct Options {
   Personality personality;
   UsbTraits usb;                       ///< `usb`: properties and faults of the USB device
   std::optional<std::string> logFile;  ///< if not set, the log goes to standard error
-  bool appendsLog = false;             ///< keep the former content of the log file
+  bool appendsLog = false;             ///< keep the content that the log file already has
   bool showSettings = false;         ///< at the end, print the printer's settings and certificates
   std::optional<std::string> radio;  ///< the interface with which the adapter joins networks
   std::optional<std::string> stateFolder;  ///< where the printer saves its state
@@ -26,7 +26,7 @@ struct Options {
   bool namespaces = true;             ///< `run`: try a private mount namespace first
   std::string link;                   ///< `serve`: the path of the link to the printer
   bool attach = false;                ///< `usb`: plug the printer into this machine
-  std::optional<std::uint16_t> port;  ///< `usb`: the TCP port to serve it on; 0: any free port
+  std::optional<std::uint16_t> port;  ///< `usb`: the TCP port of the printer; 0: any free port
   std::vector<std::string> command;   ///< `run` and `usb`: the command; `usb` may have none
 };
 

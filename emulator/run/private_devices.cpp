@@ -69,9 +69,9 @@ void bind(const fs::path& from, const fs::path& to) {
         "bind of " + to.string());
 }
 
-/// Mounts a new folder over /dev, with a link to each entry of the old folder. Nothing can be added
-/// to the old /dev, because all processes share it. The entries are links and not separate mounts,
-/// because /dev/ptmx works only next to the folder "pts".
+/// Mounts a new folder over /dev, with a link to each entry of the old folder. An entry that is
+/// added to the old /dev would be visible to all processes. The new folder has links and not mounts
+/// of the single entries, because /dev/ptmx works only next to the folder "pts".
 void coverDev() {
   // Copy the mount of /dev before the new folder covers it.
   const util::UniqueFd old(

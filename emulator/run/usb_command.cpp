@@ -24,7 +24,7 @@ namespace {
 constexpr suseconds_t TickMicroseconds = 20'000;
 constexpr int MostTicks = 1000;
 
-/// Makes the kernel send SIGALRM at this interval. An interval of 0 stops the signals.
+/// Makes the kernel send SIGALRM at intervals of `microseconds`. 0 stops the signals.
 void tickEvery(suseconds_t microseconds) {
   itimerval timer{};
   timer.it_interval.tv_usec = microseconds;
@@ -67,7 +67,8 @@ class UsbRun {
         return !m_Process || !m_Process->hasEnded();
       case SIGINT:
       case SIGQUIT:
-        // The terminal sends these signals to the command too. The command decides whether to end.
+        // The terminal sends SIGINT and SIGQUIT to the command too. The command decides whether to
+        // end.
         return m_Process.has_value();
       default:
         if (m_Process) {

@@ -46,7 +46,7 @@ void require(bool condition, const std::string& file, const char* what) {
   throw StateError(std::string(StateIndexName) + ": invalid element '" + element + "'");
 }
 
-/// Returns the value of an attribute. Throws `StateError` if it is absent.
+/// Returns the value of an attribute. Throws `StateError` if the attribute is absent.
 std::string attribute(xml_node node, const char* name) {
   const pugi::xml_attribute found = node.attribute(name);
   if (!found) {
@@ -67,8 +67,8 @@ unsigned number(xml_node node, const char* name, unsigned largest) {
   return value;
 }
 
-/// Builds a state from the elements of an index, one by one. `content` returns the content of a
-/// file by its name.
+/// Builds a state from the elements of an index, one by one. `content` returns the content of the
+/// file with the given name.
 class StateReader {
  public:
   explicit StateReader(const Content& content) : m_Content(content) {}
@@ -132,7 +132,8 @@ class StateReader {
     m_State.certificates.add(std::move(device));
   }
 
-  /// Returns the number of an entry. Throws `StateError` if it is 0 or used twice.
+  /// Returns the number of an entry. Throws `StateError` if the number is 0, or if an earlier entry
+  /// has it.
   unsigned readNumber(xml_node node) {
     constexpr unsigned largest = 1'000'000'000;
     const unsigned result = number(node, "number", largest);

@@ -24,8 +24,8 @@ using StateFiles = std::map<std::string, std::string>;
 
 inline constexpr std::string_view StateIndexName = "printer.xml";
 
-/// Thrown if the files are not a valid state, or if another printer uses their folder. The message
-/// names the file or folder and the fault.
+/// Thrown if the files are not a valid state, or if another zvkprinter uses the folder of the
+/// files. The message names the file or folder and the fault.
 struct StateError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
@@ -33,8 +33,9 @@ struct StateError : std::runtime_error {
 /// Returns the files of a state.
 StateFiles stateFiles(const SettingsStore::Values& settings, const CertificateStore& certificates);
 
-/// Returns the state of an index. `content` returns the content of another file by its name. Throws
-/// `StateError` unless the files have the form that `stateFiles` returns.
+/// Parses an index and the files that it names, and returns the state. `content` returns the
+/// content of the file with the given name. Throws `StateError` unless the files have the form that
+/// `stateFiles` returns.
 PrinterState parseState(std::string_view index,
                         const std::function<std::string(const std::string& name)>& content);
 

@@ -1,5 +1,5 @@
 // Locks the folder of a state, and reads and writes the files in it. An interruption during a write
-// does not damage them.
+// does not damage the saved state.
 
 #include "emulator/state/state_folder.h"
 
@@ -19,7 +19,8 @@ namespace emulator {
 
 namespace {
 
-/// Returns the result of a system call. Throws `std::system_error` with the path if it failed.
+/// Returns the result of a system call. Throws `std::system_error` with the path if the call
+/// failed.
 int checked(int result, const std::string& path) {
   if (result < 0) {
     throw std::system_error(errno, std::generic_category(), path);

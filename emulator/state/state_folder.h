@@ -26,7 +26,7 @@ class StateFolder {
   /// Opens the folder, and locks it for `Keep`.
   StateFolder(std::string path, Use use);
 
-  /// Returns the saved state, or an empty one if none has been saved.
+  /// Returns the saved state, or an empty state if none has been saved.
   PrinterState load();
 
   /// Replaces the saved state. Each file is written under a temporary name and then renamed. The

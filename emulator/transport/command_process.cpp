@@ -96,7 +96,7 @@ bool CommandProcess::hasEnded() {
   int status = 0;
   const pid_t ended = ::waitpid(m_Pid, &status, WNOHANG);
   if (ended < 0) {
-    // Another part of the process has collected the child, so its status is lost.
+    // Another part of this program has already waited for the child, so the child's status is lost.
     return true;
   }
   if (ended != m_Pid) {

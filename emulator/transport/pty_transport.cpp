@@ -14,7 +14,7 @@ namespace emulator {
 
 namespace {
 
-/// Returns the result of a system call. Throws `std::system_error` if it failed.
+/// Returns the result of a system call. Throws `std::system_error` if the call failed.
 int checked(int result, const char* what) {
   if (result < 0) {
     throw std::system_error(errno, std::generic_category(), what);

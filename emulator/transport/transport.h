@@ -10,7 +10,8 @@
 
 namespace emulator {
 
-/// Work that waits for descriptors or for a time. `Transport::carry` runs it in a loop.
+/// A task that waits for descriptors or for a time. `Transport::carry` calls its functions in a
+/// loop.
 class Activity {
  public:
   using Clock = std::chrono::steady_clock;
@@ -19,24 +20,26 @@ class Activity {
   Activity(const Activity&) = delete;
   Activity& operator=(const Activity&) = delete;
 
-  /// Does what is due, such as sending bytes, as far as it does not block.
+  /// Does what is due, such as sending bytes, as far as this is possible without blocking.
   virtual void sendDue() = 0;
   /// Receives everything that has arrived, without blocking.
   virtual void receiveAll() = 0;
   /// Returns the descriptors to poll and the events to wait for.
   virtual std::vector<pollfd> awaited() const = 0;
-  /// Returns when the next work is due, or nothing if the activity waits only for events.
+  /// Returns the time at which `sendDue` has something to do, or nothing if the activity waits only
+  /// for descriptors.
   virtual std::optional<Clock::time_point> nextDue() const = 0;
 
  protected:
   Activity() = default;
 };
 
-/// Moves bytes between the host and an adapter. A derived class implements the four steps of an
+/// Moves bytes between the host and an adapter. A derived class implements the four functions of an
 /// activity.
 class Transport : public Activity {
  public:
-  /// Lets `carry` run another activity too, or none if it is null. It must outlive the transport.
+  /// Lets `carry` also run `companion`, unless it is null. The companion must outlive the
+  /// transport.
   void accompany(Activity* companion) { m_Companion = companion; }
 
   /// Runs the transport. Calls `goOn` with each signal that arrives. When `goOn` has returned

@@ -38,7 +38,7 @@ void UsbDevice::submit(UsbTransfer transfer) {
       transfer.endpoint < EndpointDirectionIn
           ? pipeAt(transfer.endpoint | (isIn ? unsigned{EndpointDirectionIn} : 0U))
           : nullptr;
-  // The current configuration and alternate setting have no such endpoint.
+  // In the current configuration and alternate setting, the device does not have this endpoint.
   if (pipe == nullptr) {
     m_Ended.push_back({.id = transfer.id, .status = UsbStalled});
     return;
@@ -235,8 +235,8 @@ void UsbDevice::giveFrom(ReplyQueue::Piece& piece) {
     piece.sent += std::min(packet - cut, piece.rest().size());
     status = UsbTooMuch;
   }
-  // If a full packet fills the transfer, the piece stays in the queue. The next transfer then gets
-  // the empty packet.
+  // If a full packet fills the transfer, the piece stays in the queue, so that the next transfer
+  // gets the empty packet that follows the piece.
   const bool endsInShortPacket = piece.bytes.size() % packet != 0;
   if (piece.rest().empty() && (endsInShortPacket || !isFull || emptyPacketIsLeft)) {
     m_Replies.drop();

@@ -30,8 +30,8 @@ class UsbDevice {
   using Clock = Adapter::Clock;
 
   /// How long the printer stays on the bus before the adapter's restart. A program may read the
-  /// reply 5 s after its request. The restart unplugs the printer, and after that usblp no longer
-  /// returns the reply.
+  /// reply as late as 5 s after its request. The restart unplugs the printer, and from then on
+  /// usblp does not return the reply.
   static constexpr std::chrono::seconds TimeBeforeRestart{6};
 
   /// The adapter and the log must outlive the device. `now` returns the time.
@@ -61,7 +61,8 @@ class UsbDevice {
   /// the faults. The device is then in the state of a device that has just been plugged in.
   void unplug();
 
-  /// Returns the count of waiting transfers, and the count of bytes in the waiting OUT transfers.
+  /// `waiting` returns the count of waiting transfers. `waitingBytes` returns the count of bytes in
+  /// the waiting OUT transfers.
   std::size_t waiting() const { return m_Out.waiting() + m_In.waiting(); }
   std::size_t waitingBytes() const { return m_Out.waitingBytes() + m_In.waitingBytes(); }
 

@@ -15,7 +15,7 @@ namespace {
 
 using npa::Byte;
 
-// Bits of the statuses.
+// The bits that the replies to GET_STATUS can have.
 constexpr Byte SelfPoweredStatus = 1;
 constexpr Byte HaltedStatus = 1;
 constexpr std::uint16_t FeatureEndpointHalt = 0;
@@ -52,7 +52,7 @@ std::optional<npa::Bytes> UsbDevice::answer(const UsbSetup& setup) {
       Request{0xA1, 0x00, &UsbDevice::getDeviceId},
       Request{0xA1, 0x01, &UsbDevice::getPortStatus},
       Request{0x21, 0x02, &UsbDevice::softReset},
-      // The form of this request in version 1.0 of the class. Drivers still send it.
+      // Version 1.0 of the printer class gives this type to the soft reset. Drivers still send it.
       Request{0x23, 0x02, &UsbDevice::softReset},
   };
   const auto* const found = std::ranges::find_if(requests, [&](const Request& request) {

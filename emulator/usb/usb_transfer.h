@@ -34,7 +34,7 @@ struct UsbTransfer {
   std::uint32_t endpoint = 0;
   UsbDirection direction = UsbDirection::Out;
   UsbSetup setup{};
-  std::size_t length = 0;   ///< bytes of the host's buffer
+  std::size_t length = 0;   ///< the size of the host's buffer in bytes
   npa::Bytes data{};        ///< OUT: `length` bytes. IN: the bytes so far
   bool mustBeFull = false;  ///< IN: fewer than `length` bytes are an error
   std::size_t done = 0;     ///< bytes transferred so far

@@ -16,7 +16,7 @@ namespace {
 
 using npa::Byte;
 
-// The first number of a message about a transfer.
+// The kinds of messages about transfers. The kind is the first number of a message.
 constexpr std::uint32_t CommandSubmit = 1;
 constexpr std::uint32_t CommandUnlink = 2;
 constexpr std::uint32_t ReplySubmit = 3;

@@ -31,14 +31,14 @@ struct UsbipCommand {
   std::uint32_t device = 0;
   bool isUnlink = false;
   std::uint32_t unlinked = 0;  ///< the id of the transfer to unlink
-  UsbTransfer transfer{};      ///< the transfer without its data; for an unlink only the id of the
-                               ///< command is set
+  UsbTransfer transfer{};      ///< the transfer without its data; for an unlink only its `id` is
+                               ///< set, to the id of the command
   /// The count of data bytes that follow the header.
   std::size_t dataSize = 0;
 };
 
-/// Parses the header of a command. Throws `UsbipError` if the header is not that of a command, or
-/// if the transfer is isochronous or has more than `LargestUsbipTransfer` bytes.
+/// Parses the header of a command. Throws `UsbipError` if the header does not belong to a command,
+/// or if the transfer is isochronous or has more than `LargestUsbipTransfer` bytes.
 UsbipCommand parseUsbipCommand(std::span<const npa::Byte, UsbipHeaderSize> header);
 
 /// Returns the message that a transfer has ended, with its data.
@@ -61,12 +61,12 @@ enum class UsbipRequest { List, Import };
 /// The result of a request.
 enum class UsbipStatus : std::uint8_t { Ok = 0, Busy = 2, NoDevice = 4 };
 
-/// Parses the head of a request. Throws `UsbipError` if the head is not that of a request. A bus id
-/// of `UsbipBusIdSize` bytes follows the head of an import.
+/// Parses the head of a request. Throws `UsbipError` if the head does not belong to a request. A
+/// bus id of `UsbipBusIdSize` bytes follows the head of an import.
 UsbipRequest parseUsbipRequest(std::span<const npa::Byte, UsbipRequestHeadSize> head);
 
-/// Returns the reply with the list of devices. The list has this device if `isThere` is true,
-/// otherwise it is empty.
+/// Returns the reply with the list of devices. The list has one device with `traits` if `isThere`
+/// is true. Otherwise the list is empty.
 npa::Bytes usbipDeviceList(const UsbTraits& traits, bool isThere);
 /// Returns the reply to an import.
 npa::Bytes usbipImportReply(const UsbTraits& traits, UsbipStatus status);

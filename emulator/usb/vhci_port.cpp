@@ -122,7 +122,8 @@ std::string VhciPort::status() const {
 }
 
 std::optional<std::string> VhciPort::printerNode() const {
-  // The path is .../usb3/3-1/3-1:1.0/usbmisc/lp0. The ports of the hub are counted from 1.
+  // The path is .../usb3/3-1/3-1:1.0/usbmisc/lp0. In this path the ports of the hub are counted
+  // from 1, and `m_Port` is counted from 0.
   std::error_code error;
   for (const auto& bus : fs::directory_iterator(m_Controller, error)) {
     const std::string name = bus.path().filename();

@@ -28,8 +28,8 @@ bool isVhciPortFree(std::string_view status, unsigned port);
 ///     serve(port.takeConnection());
 class VhciPort {
  public:
-  /// Plugs a device in. Throws `std::runtime_error` on failure. If the user can do something
-  /// about the failure, the message says so.
+  /// Plugs a device in. Throws `std::runtime_error` on failure. If the user can correct the
+  /// failure, the message says how.
   explicit VhciPort(UsbSpeed speed, std::filesystem::path controller = VhciFolder);
   /// Unplugs the device and waits at most 1 s until the kernel has freed the port.
   ~VhciPort();

@@ -23,7 +23,7 @@ constexpr int Failed = -1;
 /// The status code of a reply to a method call that succeeded.
 constexpr int StatusSuccess = 1;
 
-/// The most bytes of a certificate request from the printer.
+/// The largest size in bytes of a certificate request from the printer.
 constexpr std::size_t RequestBufferSize = 16384;
 
 // The constructors throw these texts if there is no device.
@@ -42,8 +42,8 @@ const std::string& requireDevice(const configDetails* config) {
   return config->getUSB();
 }
 
-/// Returns the friendly name to send: the default name for a null pointer. Returns nothing for a
-/// name that is too long.
+/// Returns the friendly name to send: `friendlyName`, or the default name for a null pointer.
+/// Returns nothing if the name is too long.
 std::optional<std::string_view> friendlyNameOf(const char* friendlyName) {
   const std::string_view name =
       friendlyName == nullptr ? CertMgr::DefaultName : std::string_view(friendlyName);
@@ -57,8 +57,8 @@ std::string_view baseName(std::string_view path) {
   return path.substr(path.rfind('/') + 1);
 }
 
-/// Returns the text of the call that makes a certificate request, or nothing if the text does not
-/// fit its buffer.
+/// Returns the text of the call that makes a certificate request, or nothing if the text is too
+/// long (see `MethodCall::bufferSize`).
 std::optional<std::string> generateText(const char* o, const char* ou, const char* c,
                                         const char* st, const char* l, const char* cn,
                                         const char* an, std::string_view name) {
@@ -84,7 +84,7 @@ CertMgr::CertMgr(configDetails* config) : m_Sender(requireDevice(config)) {}
 
 bool CertMgr::exchange(const MethodCall& method, const std::string& request,
                        ObjStoreResponse& response) {
-  // Stays null if there is no reply. A null pointer loads as an empty reply.
+  // Stays null if there is no reply. `loadXML` takes a null pointer as an empty reply.
   char* text = nullptr;
   const int size = getObjStoreResponse(request.c_str(), text, method.timeoutSeconds);
   const std::unique_ptr<char[]> owned(text);
@@ -122,8 +122,8 @@ int CertMgr::creatCertRequest(const char* o, const char* ou, const char* c, cons
   if (!request) {
     return Failed;
   }
-  // The printer makes a new key pair only if no certificate has the name. The result is ignored,
-  // because there may be no certificate to delete.
+  // The printer makes a new key pair only if no certificate has the name. The result of the
+  // deletion is ignored, because there may be no certificate to delete.
   deleteCert(friendlyName);
   return send(method_calls::GenerateNewCert, *request);
 }
@@ -136,8 +136,7 @@ int CertMgr::getCertRequestDefaults(std::string& o, std::string& ou, std::string
   if (!exchange(method, requestText(method, {}).value(), response)) {
     return Failed;
   }
-  // Unlike the other operations, this operation checks the exact text of the status instead of its
-  // number.
+  // The other operations check the status as a number. This operation checks its exact text.
   return response.getCMCertDefaults(o, ou, c, st, l, cn, an)
              ? 0
              : reportFailure(method, response, response.getCMStatusCode());
@@ -151,7 +150,8 @@ int CertMgr::saveCertRequest(const char* path, const char* friendlyName) {
   return call(method_calls::ExportPubKey, {*name}, [path](const ObjStoreResponse& response) {
     std::vector<unsigned char> request(RequestBufferSize);
     const unsigned int size = response.getCMCertRequestData(request.data(), RequestBufferSize);
-    // If the request does not fit, the size is -1, which is a large number as an unsigned int.
+    // If the request does not fit into the buffer, the size is -1, which is a large number as an
+    // unsigned int.
     return size <= RequestBufferSize && saveToFile(request.data(), size, path) ? 0 : Failed;
   });
 }
@@ -185,13 +185,13 @@ int CertMgr::installCACert(const char* path) {
   if (!request) {
     return Failed;
   }
-  // The result is ignored: the printer may hold no such certificate.
+  // The result is ignored, because the printer may hold no CA certificate of this name.
   removeCAIfExist(path);
   return send(method_calls::UploadNewCAFile, *request);
 }
 
 int CertMgr::removeCAIfExist(const char* path) {
-  // If the file has no certificate, the name stays empty.
+  // Both names stay empty if the file has no certificate.
   std::string commonName;
   std::string caName;
   getPEMCommonName(path, commonName, caName);

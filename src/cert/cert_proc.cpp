@@ -123,7 +123,7 @@ int CertProc::run(std::string& command, configDetails& config) {
   return found->run(config);
 }
 
-// lstat and not stat, because a dangling symlink counts as existing.
+// Uses lstat instead of stat, because a dangling symlink counts as an existing file.
 bool CertProc::isFileExists(const char* path) {
   struct stat status = {};
   return ::lstat(std::string(util::textOf(path)).c_str(), &status) == 0;

@@ -16,10 +16,10 @@ class CertProc {
   CertProc(const CertProc&) = default;
   CertProc& operator=(const CertProc&) = default;
 
-  /// Runs "-rcerdefs", "-csr" or "-icer" with the settings of `config`. Returns the exit status: 0,
-  /// 1 on failure or for any other command, or 2 if the file to install does not exist. If no
-  /// device is configured, throws the message of type `const char*` that the constructor of
-  /// `CertMgr` throws.
+  /// Runs "-rcerdefs", "-csr" or "-icer" with the settings of `config`. Returns the exit status: 0
+  /// on success, 1 on failure or for an unknown command, or 2 if the file to install does not
+  /// exist. If no device is configured, throws the message of type `const char*` that the
+  /// constructor of `CertMgr` throws.
   int run(std::string& command, configDetails& config);
 
   /// Returns true if there is a directory entry at `path`, of any kind, including a dangling

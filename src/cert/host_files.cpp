@@ -20,12 +20,12 @@ constexpr int Failed = -1;
 /// With O_NONBLOCK, opening a named pipe does not wait for a program at the other end.
 constexpr int OpenFlags = O_CLOEXEC | O_NONBLOCK;
 constexpr mode_t NewFileMode = 0644;
-/// How many seconds reads or writes may fail with EAGAIN before the transfer ends.
+/// How many seconds consecutive reads or writes may fail with EAGAIN before the transfer ends.
 constexpr std::time_t TryAgainLimitSeconds = 5;
 
-/// The result of reading or writing a file.
+/// The result of reading or writing a file in steps. A step is one call of `read` or `write`.
 struct Transfer {
-  /// The kind of error. The diagnostic lines print its number.
+  /// The kind of error. The diagnostic lines print it as a number.
   enum Trouble {
     None = 0,    ///< no error; fewer bytes than wanted may have been transferred
     Later = 1,   ///< an error after the first step
@@ -37,12 +37,13 @@ struct Transfer {
   int error = 0;  ///< errno of the last step
 };
 
-/// Transfers `size` bytes. `step(done)` transfers some of the bytes after the first `done` and
-/// returns the result of `read` or `write`.
+/// Transfers `size` bytes. `step(done)` transfers some of the bytes that follow the first `done`
+/// bytes, and returns the result of `read` or `write`.
 ///
 /// If the first step fails with EAGAIN, the transfer ends. If a later step fails with EAGAIN, the
 /// step is repeated until a byte is transferred, for at most 5 s. After any other error of the
-/// first step a second step is tried. It usually fails with the same error and ends the transfer.
+/// first step a second step is tried. The second step usually fails with the same error and ends
+/// the transfer.
 template <typename Step>
 Transfer transferAll(std::size_t size, Step step) {
   Transfer result;

@@ -14,7 +14,7 @@ constexpr std::string_view Text = "StringElem";
 constexpr std::string_view Integer = "IntegerElem";
 constexpr std::string_view Base64Text = "BinaryElem";
 
-// The parameters of the calls, in the order in which they are sent: name and element.
+// The parameters of the calls: name and XML element of each. They are sent in this order.
 constexpr std::array FriendlyName = {Parameter{"cert_friendly_name", Text}};
 constexpr std::array CaName = {Parameter{"ca_common_name", Text}};
 constexpr std::array Subject = {
@@ -42,13 +42,13 @@ constexpr std::array SignedFile = {
 constexpr std::string_view PlainProlog = R"(<?xml version="1.0"?>)";
 constexpr std::string_view Prolog = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 
-// Buffer sizes in bytes. A request that does not fit into its buffer is not sent.
+// The values of `bufferSize` in bytes. A text with this many bytes or more is not sent.
 constexpr std::size_t Small = 2048;
 constexpr std::size_t Usual = 3072;
 constexpr std::size_t WithFile = 16384;
 
-/// The timeouts in seconds. The long timeout is for the calls in which the printer generates or
-/// exports keys.
+/// The values of `timeoutSeconds`. The long timeout is for the calls in which the printer generates
+/// or exports keys.
 constexpr int LongTimeout = 10;
 constexpr int Timeout = 5;
 

@@ -20,13 +20,13 @@ struct Parameter {
 
 /// The content of a request's parameter list.
 enum class Shape {
-  Map,   ///< a map with a child for each parameter; an empty map if there are none
+  Map,   ///< a map with a child for each parameter; without parameters an empty map
   Bare,  ///< nothing, not even a map
 };
 
 /// One row of the table.
 struct MethodCall {
-  /// The request number that belongs to the method.
+  /// The value of `requestID` in the XML. Each method has its own number.
   int requestId = 0;
   std::string_view method{};
   Shape shape = Shape::Map;
@@ -34,7 +34,7 @@ struct MethodCall {
   std::span<const Parameter> parameters{};
   /// The XML declaration.
   std::string_view prolog{};
-  /// The most bytes that the text of the request may have, including a terminating zero byte.
+  /// The largest size in bytes of the text of the request, including a terminating zero byte.
   std::size_t bufferSize = 0;
   /// After this many seconds `sendConfig::query` reads no further packet of the reply.
   int timeoutSeconds = 0;
@@ -57,7 +57,7 @@ extern const MethodCall DeleteIndividualCert;
 extern const MethodCall QueryCertList;
 
 /// Returns the XML text of the request with these values, one for each parameter. The values are
-/// inserted unchanged, so the caller escapes those that may contain special characters of XML.
+/// inserted unchanged, so the caller escapes the values that may contain special characters of XML.
 /// Returns nothing if the text does not fit into `bufferSize` bytes.
 [[nodiscard]] std::optional<std::string> requestText(
     const MethodCall& call, std::initializer_list<std::string_view> values);

@@ -23,8 +23,9 @@ bool fitsPacket(std::size_t xmlSize) {
 
 /// The command byte of every reply packet.
 constexpr unsigned char ReplyCommand = 0xE0;
-/// The first bytes of a collected object-store reply. In a reply of several packets, the last byte
-/// is the command byte of the second packet. A reply of one packet has the same byte in its place.
+/// The first bytes of a collected object-store reply. In a reply of several packets, the last of
+/// these bytes is the command byte of the second packet. A reply of one packet has the byte 0xE0
+/// there too.
 constexpr std::array<unsigned char, 7> ReplyMarker = {ReplyCommand, 0xC0, 0x03,        0x00,
                                                       0x01,         0x00, ReplyCommand};
 

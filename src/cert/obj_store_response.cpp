@@ -1,4 +1,5 @@
-// Reads the values in a reply of the object store. The constants are their paths for simpleXPath.
+// Reads the values in a reply of the object store. The constants are the paths of the values for
+// `simpleXPath`.
 
 #include "cert/obj_store_response.h"
 

@@ -14,9 +14,9 @@
 ///     response.loadXML(text);
 ///     if (response.getCMStatusCode() != 1) { ... }
 ///
-/// A value that is missing in the reply is an empty text. Some operations need the status 1: they
-/// compare the text of the status with "1". In contrast, `getCMStatusCode` also returns 1 for other
-/// spellings, such as "01".
+/// A value that is missing in the reply is read as an empty text. Some operations need the status
+/// 1: they compare the text of the status with "1". In contrast, `getCMStatusCode` also returns 1
+/// for other spellings, such as "01".
 class ObjStoreResponse {
  public:
   ObjStoreResponse() = default;
@@ -34,29 +34,29 @@ class ObjStoreResponse {
   /// Returns the printer's message about the status.
   std::string getStatusMesg() const;
 
-  /// Returns the friendly name of a certificate, whatever the status is.
+  /// Returns the friendly name in the reply, whatever the status is.
   std::string getCMCertFriendlyName() const;
 
   /// Sets the subject defaults of a certificate request: organisation, unit, country, state,
-  /// locality, common name, alternative name. Returns false and sets nothing unless the status is
-  /// "1".
+  /// locality, common name, alternative name. If the status is not "1", returns false and sets
+  /// nothing.
   bool getCMCertDefaults(std::string& o, std::string& ou, std::string& c, std::string& st,
                          std::string& l, std::string& cn, std::string& an) const;
 
-  /// Sets the file name, the path and the common name of a CA certificate. Sets nothing unless the
-  /// status is "1".
+  /// Sets the file name, the path and the common name of a CA certificate. If the status is not
+  /// "1", sets nothing.
   void getCMCAInfo(std::string& fileName, std::string& pemPath, std::string& commonName) const;
 
   /// Sets `names` to the listed certificate names, in document order. The list ends at an empty
-  /// entry or after nine names. Leaves `names` unchanged unless the status is "1".
+  /// entry or after nine names. If the status is not "1", leaves `names` unchanged.
   void getCMFriendlyNameList(std::vector<std::string>& names) const;
 
-  /// Does the same, because a list of CA certificates has the same form.
+  /// Does the same as `getCMFriendlyNameList`, because a list of CA certificates has the same form.
   void getCMCACommonNameList(std::vector<std::string>& names) const;
 
   /// Decodes the exported certificate request, which is Base64 (RFC 4648) in the reply, into
-  /// `buf[0..bufSize-1]`. Returns the count of bytes. Returns 0 and leaves `buf` unchanged unless
-  /// the status is "1". Returns -1, as an unsigned number, if the bytes do not fit.
+  /// `buf[0..bufSize-1]`. Returns the count of bytes. If the status is not "1", returns 0 and
+  /// leaves `buf` unchanged. Returns -1, as an unsigned number, if the bytes do not fit.
   unsigned int getCMCertRequestData(unsigned char* buf, unsigned int bufSize) const;
 
  private:

@@ -60,7 +60,8 @@ void prepareOpenSsl() {
   OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
 }
 
-/// Reads the certificate in a file. Returns null and logs the failure if there is none.
+/// Reads the certificate in a file. Returns null and logs the failure if the file has no readable
+/// certificate.
 Certificate readCertificate(const char* path) {
   prepareOpenSsl();
   const Bio bio(BIO_new_file(path, "r"));
@@ -130,8 +131,8 @@ std::optional<std::time_t> secondsOf(const ASN1_TIME* time) {
   return ASN1_TIME_to_tm(time, &parts) == 1 ? std::optional(::timegm(&parts)) : std::nullopt;
 }
 
-/// Returns the values of a certificate in DER, or nothing if the bytes are not a certificate with a
-/// valid start and end time.
+/// Returns the values of the certificate in `bytes`, in DER, or nothing if the bytes are not a
+/// certificate with a valid start and end time.
 std::optional<PemText::Certificate> certificateIn(const unsigned char* bytes, long size) {
   const Certificate certificate(d2i_X509(nullptr, &bytes, size));
   if (!certificate) {
@@ -146,7 +147,7 @@ std::optional<PemText::Certificate> certificateIn(const unsigned char* bytes, lo
                                  .caName = {},
                                  .notBefore = *notBefore,
                                  .notAfter = *notAfter,
-                                 // 1 means: a CA certificate by its basic constraints.
+                                 // 1 means that the basic constraints mark a CA certificate.
                                  .isAuthority = X509_check_ca(certificate.get()) == 1};
   if (!values.commonName.empty()) {
     values.caName = values.commonName + "_" + validityOf(certificate.get());

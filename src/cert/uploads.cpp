@@ -11,7 +11,7 @@ namespace uploads {
 
 namespace {
 
-/// The most bytes of a file, and of its Base64 text with the zero byte.
+/// The largest size in bytes of a file, and of its Base64 text including the zero byte.
 constexpr std::size_t BufferSize = 16384;
 
 /// A file as the printer gets it: its size in bytes, in decimal, and its content in Base64.

@@ -18,14 +18,14 @@ struct CommandMode {
     NpaFile,     ///< an NPA data file after "-file"
   };
 
-  /// The part of the program that runs the command. Except for `DefaultRun`, its result is the exit
-  /// status.
+  /// The part of the program that runs the command. Except for `DefaultRun`, the exit status is the
+  /// result of this part.
   enum class Worker {
-    Generator,     ///< `operation` of the generator
+    Generator,     ///< `CommandMode::operation`, an operation of `wnpaGenerator`
     DefaultRun,    ///< `wnpaGenerator::generate`; the exit status is always 0
     Help,          ///< `zvkSetup::showHelp`
     RawSender,     ///< `wnpaGenerator::sendNPAData`, with the bytes of the NPA data file
-    Certificates,  ///< `CertProc::run`, without a generator
+    Certificates,  ///< `CertProc::run`, without a `wnpaGenerator`
   };
 
   /// The switch as typed, such as "-ip". Empty for the default run, which has no switch.
@@ -39,6 +39,6 @@ struct CommandMode {
   bool retriesBare = false;
 };
 
-/// Returns the mode of a command switch, which must match exactly. For any other text, returns the
-/// mode of the default run. The reference is valid until the program ends.
+/// Returns the mode of the command switch `name`. The spelling must be exact. If `name` is not a
+/// switch, returns the mode of the default run. The reference is valid until the program ends.
 const CommandMode& commandMode(std::string_view name);

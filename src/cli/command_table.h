@@ -21,10 +21,11 @@ struct ExitStatus {
 /// One row of the command table: what a switch runs, and its description. The build generates the
 /// manual page and the shells' completions from these rows.
 struct CommandRow {
-  /// What the program does for the switch. The program contains only this column; the others are
-  /// for the build and the tests.
+  /// What the program does for the switch. The program contains only this column; the other columns
+  /// are for the build and the tests.
   CommandMode mode;
-  /// The possible exit statuses, in ascending order. Tests fail for any other exit status.
+  /// The possible exit statuses, in ascending order. Tests fail if the command returns an exit
+  /// status outside these ranges.
   std::span<const ExitStatus> statuses;
   /// One line: an imperative or a noun, without a full stop.
   std::string_view help;
@@ -32,7 +33,8 @@ struct CommandRow {
   std::string_view details = {};
 };
 
-/// The exit statuses of the commands: lowest, highest, meaning. A result of -1 is the status 255.
+/// The exit statuses of the commands: lowest, highest, meaning. A result of -1 becomes the exit
+/// status 255.
 namespace exit_statuses {
 
 /// For commands whose exit status is always 0.
@@ -43,7 +45,7 @@ inline constexpr std::array Configured = {
     ExitStatus{1, 1, "not accepted"},
     ExitStatus{255, 255, "refused, or no answer"},
 };
-/// For -s, and for any other query that prints a text.
+/// For -s.
 inline constexpr std::array TextRead = {
     ExitStatus{0, 0, "printed"},
     ExitStatus{1, 1, "no answer, or no text in it"},
@@ -55,7 +57,8 @@ inline constexpr std::array AddressRead = {
     ExitStatus{1, 1, "no address yet, or no answer"},
     ExitStatus{255, 255, "refused"},
 };
-/// For -t: the trouble code itself is the exit status. So 1 and 255 have two meanings each.
+/// For -t: the trouble code itself is the exit status. So the exit statuses 1 and 255 have two
+/// meanings each.
 inline constexpr std::array TroubleCodes = {
     ExitStatus{0, 0, "no trouble"},
     ExitStatus{1, 255, "the trouble code (1 may also mean no answer, 255 refused)"},
@@ -66,7 +69,7 @@ inline constexpr std::array DescriptorRead = {
     ExitStatus{1, 1, "no answer, or a descriptor that does not end in \"-\""},
 };
 /// For -802s: a row for each status that has a text, a row for the other statuses up to 254, and a
-/// row for 255, which may mean that there is no status.
+/// row for 255, which is also the exit status if no status arrives.
 inline constexpr auto AuthStatuses = [] {
   constexpr std::size_t named = npa::AuthStatusTexts.size();
   std::array<ExitStatus, named + 2> statuses{};
@@ -187,7 +190,8 @@ inline constexpr std::array CommandTable = {
                .help = "print a help text, as zvkconfig does without arguments"},
 };
 
-/// The row for any text that is not a switch. Neither the manual page nor the completions list it.
+/// The row for any text that is not a switch. Neither the manual page nor the completions list this
+/// row.
 inline constexpr CommandRow DefaultRunRow = {
     .mode = {.name = {}, .worker = CommandMode::Worker::DefaultRun},
     .statuses = exit_statuses::Always,

@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
   if (argc <= 1) {
     return zvkSetup::showHelp();
   }
-  // Other exceptions are not caught, on purpose: if an argument is missing, the program must end
+  // Catches only `std::bad_alloc`, on purpose: if an argument is missing, the program must end
   // abnormally.
   try {
     const auto setup = std::make_unique<zvkSetup>(argc, argv);

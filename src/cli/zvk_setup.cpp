@@ -18,7 +18,7 @@ constexpr int Refused = -1;
 /// The longest time for collecting the packets of the reply to `-npa`. The time starts at the end
 /// of the pause that follows the request.
 constexpr int RawReplyTimeoutSeconds = 10;
-/// The device if the arguments name none.
+/// The device if the arguments name no device.
 constexpr const char* DefaultDevice = "/dev/usb/lp0";
 
 // Indexes of the arguments: zvkconfig COMMAND -file FILE DEVICE
@@ -126,9 +126,9 @@ int zvkSetup::sendNpaData() {
   return m_Generator->sendNPAData(bytes.get(), count, RawReplyTimeoutSeconds);
 }
 
-// The text is part of the interface. Its errors are kept on purpose. For example, it lists only the
-// options of the basic configuration, it gives the option "--passwd" the name "--password", and its
-// last channel is 6 instead of 11.
+// The help text is part of the program's interface, so its errors are kept on purpose. For example,
+// it lists only the options of the basic configuration, it gives the option "--passwd" the name
+// "--password", and its last channel is 6 instead of 11.
 int zvkSetup::showHelp() {
   std::fputs(
       "\n"

@@ -54,8 +54,8 @@ class zvkSetup {
   std::string m_Command;                 ///< the command switch
   const CommandMode& m_Mode;
   std::unique_ptr<configDetails> m_Configuration;
-  // The generator has a pointer to the settings. So it is declared after them and destroyed before
-  // them. Null for the commands of `CertProc`.
+  // The generator has a pointer to the settings. So the generator is declared after the settings
+  // and destroyed before them. It is null for the commands of `CertProc`.
   std::unique_ptr<wnpaGenerator> m_Generator;
   // Declared last, because its initialiser runs the command, which uses all other members.
   int m_ReturnCode;

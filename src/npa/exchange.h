@@ -18,11 +18,11 @@ struct Exchange {
   /// you read a byte.
   using Reply = std::span<const npa::Byte>;
 
-  std::size_t bufferSize;         ///< the most bytes of the reply that are read
+  std::size_t bufferSize;         ///< how many bytes of the reply are read at most
   unsigned int pauseAfterWrite;   ///< seconds between request and reading
-  int attempts = 1;               ///< the most attempts that are made
+  int attempts = 1;               ///< how many attempts are made at most
   unsigned int pauseBetween = 0;  ///< seconds between a failed attempt and the next
-  bool canBeRefused = true;       ///< true if flag byte 0xD4 ends the exchange
+  bool canBeRefused = true;       ///< true if a reply with flag byte 0xD4 ends the exchange
   /// Returns true if this is the expected reply to a request of `requestSize` bytes.
   bool (*isExpected)(Reply reply, std::size_t requestSize);
 };
@@ -34,12 +34,12 @@ struct Outcome {
   enum class Kind {
     Accepted,    ///< the expected reply arrived
     Refused,     ///< the adapter refused the request (flag byte 0xD4)
-    Unexpected,  ///< another reply arrived in the last attempt
-    NoAnswer,    ///< no byte arrived in the last attempt
+    Unexpected,  ///< the last attempt got a reply that is not the expected one
+    NoAnswer,    ///< the last attempt got no byte
   };
 
   Kind kind;
-  Bytes reply;  ///< the raw bytes of the last attempt
+  Bytes reply;  ///< the raw bytes that arrived in the last attempt
 };
 
 }  // namespace npa

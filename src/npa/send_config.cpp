@@ -88,7 +88,7 @@ std::vector<unsigned char> sendConfig::collectReply(int timeout) {
 }
 
 bool sendConfig::readReplyPacket(std::vector<unsigned char>& collected) {
-  constexpr bool garbled = true;  // read on until the deadline
+  constexpr bool garbled = true;  // the caller reads on until the deadline
   std::array<unsigned char, 1> start{};
   if (!readExactly(start) || start[0] != npa::StartByte) {
     return garbled;

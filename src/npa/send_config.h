@@ -9,15 +9,16 @@
 
 /// Sends requests to the adapter at one device path and reads the replies. Each attempt opens the
 /// device, writes the request, pauses, reads the reply and closes the device. The table of
-/// exchanges gives the count of attempts. The operations do not modify a request, although the type
-/// of its bytes is not const: the transport's interface requires this type.
+/// exchanges (npa/exchange.cpp) gives the count of attempts. The operations do not modify a
+/// request, although the type of its bytes is not const: the transport's interface requires this
+/// type.
 ///
 ///     sendConfig sender("/dev/usb/lp0");
 ///     const npa::Outcome outcome = sender.run(exchanges::SetConfig, request);
 ///
-/// `run` and `query` return the reply and print no result. The other operations call these two.
-/// Unless its comment says otherwise, each of them returns 0 for the expected reply, -1 for a
-/// refusal (flag byte 0xD4), and 1 if the expected reply never arrived.
+/// `run` and `query` return the reply and print no result. Each operation that returns an `int`
+/// calls one of these two. Unless its comment says otherwise, such an operation returns 0 for the
+/// expected reply, -1 for a refusal (flag byte 0xD4), and 1 if the expected reply never arrived.
 class sendConfig {
  public:
   /// Copies `path` and takes a reference to the process's transport. The destructor releases the
@@ -27,13 +28,14 @@ class sendConfig {
   sendConfig(const sendConfig&) = delete;
   sendConfig& operator=(const sendConfig&) = delete;
 
-  /// Runs one exchange of the table. If the device cannot be opened, the outcome is `NoAnswer`.
+  /// Runs one of the exchanges in npa/exchange.h. If the device cannot be opened, the outcome is
+  /// `NoAnswer`.
   [[nodiscard]] npa::Outcome run(const Exchange& exchange, std::span<unsigned char> request);
 
   /// When an attempt of `run` stops reading.
   enum class Reading {
-    UntilSilence,  ///< with a full buffer, or when no byte arrives for a time (see `CT_Read`)
-    WholePacket,   ///< after one whole packet; other bytes are read until silence
+    UntilSilence,  ///< when the buffer is full or no byte arrives for a time (see `CT_Read`)
+    WholePacket,   ///< after one whole packet; if the bytes are no packet, as `UntilSilence`
   };
   void setReading(Reading reading) { m_Reading = reading; }
 
@@ -44,17 +46,17 @@ class sendConfig {
   /// reply.
   [[nodiscard]] std::vector<unsigned char> query(std::span<unsigned char> request, int timeout);
 
-  /// Returns true if the last reply that was collected ended with a packet whose flag byte has the
-  /// bit `npa::FlagEndsExchange`. A refusal is such a packet.
+  /// Returns true if the last reply that `query` collected ended with a packet whose flag byte has
+  /// the bit `npa::FlagEndsExchange`. A refusal is such a packet.
   [[nodiscard]] bool wasRefused() const { return m_WasRefused; }
 
   /// Does the same as `query`. Returns the count of collected bytes and sets `reply` to a new array
-  /// of them, which the caller frees with `delete[]`. Returns 0 and leaves `reply` unchanged if
-  /// there are none.
+  /// of them, which the caller frees with `delete[]`. Returns 0 and leaves `reply` unchanged if no
+  /// byte was collected.
   int sendQuery(unsigned char* packet, int length, unsigned char*& reply, int timeout);
 
-  /// Sends a configuration packet. Returns -1 for a refusal and if there is no reply, and 1 if the
-  /// last byte of the reply is not 0x01.
+  /// Sends a configuration packet. Returns -1 if the adapter refuses it or does not reply, and 1 if
+  /// the last byte of the reply is not 0x01.
   int setConfig(unsigned char* packet, int length);
 
   /// Sends an adapter reset, in up to two attempts, 50 s apart. Never returns -1.
@@ -72,12 +74,12 @@ class sendConfig {
   /// Queries the SSID, in up to seven attempts, and prints it as a line on standard output.
   int getSSID(unsigned char* packet, int length);
 
-  /// Queries the IP address, in up to seven attempts until it is not 0.0.0.0, and prints it as a
-  /// line on standard output. Prints nothing if it is 0.0.0.0 in each attempt.
+  /// Queries the IP address, in up to seven attempts, until the address is not 0.0.0.0. Then prints
+  /// it as a line on standard output. Prints nothing if the address is 0.0.0.0 in each attempt.
   int getIP(unsigned char* packet, int length);
 
  private:
-  /// Fills `buffer` with the reply to a request. Returns the count of bytes, 0 if there are none.
+  /// Fills `buffer` with the reply to a request. Returns the count of bytes read, possibly 0.
   std::size_t readReply(std::span<unsigned char> buffer);
   /// Reads packets until the last packet of the reply arrives, or until `timeout` seconds have
   /// passed.

@@ -9,7 +9,8 @@ namespace session {
 
 namespace {
 
-/// How long the packets of a reply are collected after the pause.
+/// How long the packets of a reply are collected. The time starts at the end of the pause that
+/// follows the request.
 constexpr int CollectSeconds = 3;
 /// The size of the field between the repeated query and the value.
 constexpr std::size_t ValueLengthSize = 2;

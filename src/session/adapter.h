@@ -20,9 +20,9 @@ struct AdapterState {
 };
 
 /// Makes single exchanges with the wireless adapter at one device. An operation makes one attempt,
-/// with the pauses of the table of exchanges, and stops reading after a whole packet. Packets are
-/// sent in a wrapper. If the adapter refuses a wrapped packet, the operation makes a second attempt
-/// with the bare packet, and later packets are sent bare.
+/// with the pauses in npa/exchange.cpp, and stops reading after a whole packet. Packets are sent in
+/// a wrapper. If the adapter refuses a wrapped packet, the operation makes a second attempt with
+/// the bare packet, and later packets are sent bare.
 ///
 ///     Adapter adapter("/dev/usb/lp0");
 ///     const auto ssid = adapter.readSsid();
@@ -35,11 +35,12 @@ class Adapter {
   [[nodiscard]] std::optional<std::string> readSsid();
   [[nodiscard]] std::optional<npa::Address> readAddress();
   [[nodiscard]] std::optional<npa::Byte> readTroubleCode();
-  /// Makes the second attempt also if no status arrives in the first one.
+  /// Makes the second attempt, with the bare packet, also if no status arrives in the first
+  /// attempt.
   [[nodiscard]] std::optional<npa::Byte> readAuthentication();
 
-  /// Sends one packet of settings, which is passed without a wrapper. Returns `Accepted` if the
-  /// adapter accepts the settings.
+  /// Sends one packet of settings. `packet` is the bare packet. Returns `Accepted` if the adapter
+  /// accepts the settings.
   [[nodiscard]] npa::Outcome::Kind store(std::span<const npa::Byte> packet);
 
   /// Resets the adapter.

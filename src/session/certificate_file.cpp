@@ -75,8 +75,8 @@ std::string dateText(std::time_t time) {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d", &parts)};
 }
 
-/// Returns the certificate of a PEM text. Throws `ProfileError` unless the text has one block,
-/// which is a certificate.
+/// Returns the certificate of a PEM text. Throws `ProfileError` unless the text has exactly one
+/// block and this block is a certificate.
 PemText::Certificate onlyCertificate(const std::string& pem, const std::string& path) {
   const PemText text = readPemText(pem);
   if (text.isDamaged || text.labels.size() != 1) {
@@ -123,7 +123,7 @@ CertificateFile checkCertificate(std::string pem, const std::string& path, Certi
   if (!request) {
     throw ProfileError(path, "", Small);
   }
-  // If a certificate has no common name, the printer uses the name of its file.
+  // If a certificate has no common name, the printer uses the name of the file instead.
   file.caName = certificate.caName.empty() ? file.fileName : certificate.caName;
   return file;
 }

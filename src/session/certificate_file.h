@@ -10,7 +10,7 @@ namespace session {
 struct CertificateFile {
   std::string fileName;  ///< the name under which the printer stores it, without folders
   std::string pem;
-  /// The name that the printer gives to this certificate if it is one of an authority.
+  /// The name under which the printer lists this certificate if it is a CA certificate.
   std::string caName;
 };
 
@@ -21,12 +21,12 @@ enum class CertificateUse {
 };
 
 /// Reads the PEM file `path`. Throws `ProfileError` unless the file has exactly one certificate,
-/// this certificate is valid at the time `now`, it fits a request to the printer and, for
-/// `CertificateUse::Authority`, it is the certificate of an authority.
+/// and this certificate is valid at the time `now`, fits a request to the printer and, for
+/// `CertificateUse::Authority`, is the certificate of an authority.
 [[nodiscard]] CertificateFile readCertificateFile(const std::string& path, CertificateUse use,
                                                   std::time_t now);
 
-/// Does the same with `pem`, the content of the file `path`.
+/// Does the same as `readCertificateFile` with `pem`, the content of the file `path`.
 [[nodiscard]] CertificateFile checkCertificate(std::string pem, const std::string& path,
                                                CertificateUse use, std::time_t now);
 

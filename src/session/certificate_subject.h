@@ -18,9 +18,9 @@ struct CertificateSubject {
   std::string alternativeName = {};  ///< a host name
 };
 
-/// Returns the subject with these values, checked. The keys are "common-name", "organization",
-/// "unit", "country", "state", "city" and "alternative-name". Throws a `ProfileError` that names
-/// the option, such as "--city".
+/// Checks the values and returns the subject that has them. The keys are "common-name",
+/// "organization", "unit", "country", "state", "city" and "alternative-name". If a key or a value
+/// is wrong, throws a `ProfileError` that names the option, such as "--city".
 [[nodiscard]] CertificateSubject readSubject(
     std::span<const std::pair<std::string, std::string>> values);
 

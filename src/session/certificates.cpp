@@ -9,7 +9,7 @@ namespace {
 
 using Problem = CertificateReport::Problem;
 
-/// The most names of a list that are read. A list of this length may be incomplete.
+/// How many names of a list are read at most. A list with this many names may be incomplete.
 constexpr std::size_t LongestList = 9;
 /// A call that only reads is repeated once if no reply arrives.
 constexpr int ReadAttempts = 2;
@@ -68,7 +68,7 @@ bool Certificates::make(Step step, Kind kind, const Call& call) {
     succeeded = call(*m_Manager) == 0;
     m_Report.lastCall = m_Manager->lastCall();
   } while (!m_Report.lastCall.gotReply && --attempts > 0 && !isInterrupted());
-  // A reply that arrives after the signal still counts.
+  // A call that succeeded counts even if the user has asked to end the command during the call.
   if (succeeded) {
     return true;
   }
@@ -101,7 +101,7 @@ bool Certificates::describe(AuthorityEntry& authority) {
                              authority.commonName);
   });
   if (!done && m_Report.report.result == Result::Refused) {
-    // The other certificates are still of interest.
+    // Continues, so that the list has the other certificates too.
     m_Report.report.result = Result::Ok;
     return true;
   }

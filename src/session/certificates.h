@@ -17,7 +17,7 @@ namespace session {
 
 /// The certificate of an authority, as the printer describes it.
 struct AuthorityEntry {
-  std::string name;  ///< common name and validity, as `removeAuthority` needs them
+  std::string name;  ///< common name and validity; `removeAuthority` takes this name
   /// Both are empty if the printer does not describe the certificate.
   std::string file = {};
   std::string commonName = {};
@@ -52,25 +52,26 @@ struct CertificateReport {
 ///     const CertificateReport report = Certificates(printer, hooks).list();
 class Certificates {
  public:
-  /// Returns true if the certificate of that name is to be replaced. The operation asks between two
-  /// exchanges.
+  /// Returns true if the existing certificate `name` may be replaced. An operation calls this
+  /// function between two exchanges.
   using Question = std::function<bool(const std::string& name)>;
 
   Certificates(Printer printer, Session::Hooks hooks, Machine machine = {});
 
   /// Reads the names of the certificates, and for each certificate of an authority also the file
-  /// and the common name.
+  /// name and the common name.
   [[nodiscard]] CertificateReport list();
 
-  /// Makes a key pair and a request in the printer, under `name`, and writes the request to `file`.
-  /// If a certificate of that name exists and `mayReplace` agrees, deletes that certificate first.
-  /// Throws `std::runtime_error` if the file cannot be written.
+  /// Makes the printer generate a key pair and a certificate request under `name`, and writes the
+  /// request to `file`. If the printer has a certificate of that name and `mayReplace` returns
+  /// true, deletes that certificate first. Throws `std::runtime_error` if the file cannot be
+  /// written.
   [[nodiscard]] CertificateReport request(const CertificateSubject& subject,
                                           const std::string& name, NewFile& file,
                                           const Question& mayReplace);
 
-  /// Installs the certificate of an authority. If one of the same name exists and `mayReplace`
-  /// agrees, deletes the old one first.
+  /// Installs the certificate of an authority. If the printer has a certificate of the same name
+  /// and `mayReplace` returns true, deletes the old certificate first.
   [[nodiscard]] CertificateReport installAuthority(const CertificateFile& file,
                                                    const Question& mayReplace);
 
@@ -99,7 +100,7 @@ class Certificates {
   bool describe(AuthorityEntry& authority);
   bool isListed(const std::string& name) const;
   bool isListedAuthority(const std::string& name) const;
-  /// Returns true if no certificate `exists` or `mayReplace` agrees. Otherwise the report has the
+  /// Returns true if `exists` is false or `mayReplace` returns true. Otherwise the report has the
   /// reason.
   bool allowReplacing(bool exists, const Question& mayReplace);
 

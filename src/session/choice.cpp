@@ -13,8 +13,9 @@ namespace session {
 
 namespace {
 
-/// Returns true if the transport opens exactly the path `text`. From any other path the transport
-/// takes only the number after "lp", so it could open another printer.
+/// Returns true if the transport opens exactly the path `text`. From a path of another form the
+/// transport takes only the number after "/lp" or "usblp". So it could open another printer than
+/// the path names.
 bool isUsblpPath(std::string_view text) {
   const std::string_view prefix = UsblpPrefix;
   return text.starts_with(prefix) && decimalNumber(text.substr(prefix.size()));

@@ -32,7 +32,7 @@ constexpr unsigned char PrinterClass = 7;
 /// reply arrives within milliseconds after reading begins.
 constexpr unsigned int DrainMilliseconds = 100;
 constexpr std::size_t DrainLimit = 0x10000;
-/// The most bytes that the kernel's printer driver returns from one read.
+/// The largest count of bytes that the kernel's printer driver returns from one read.
 constexpr std::size_t PieceSize = 1024;
 /// How long bytes are discarded if a printer keeps sending. The clock counts whole seconds, so the
 /// real limit is 1 to 2 seconds.
@@ -41,8 +41,8 @@ constexpr std::time_t ChatterLimitSeconds = 2;
 /// Waits until `file` is readable, at most for `limit`. Subtracts the wait from `limit`, as Linux's
 /// `select` does.
 bool isReadable(int file, timeval& limit) {
-  // A set has room for the descriptors 0 to FD_SETSIZE - 1. For a larger descriptor FD_SET would
-  // write past the end of the set.
+  // An `fd_set` has room for the descriptors 0 to FD_SETSIZE - 1. For a larger descriptor FD_SET
+  // would write past the end of the set.
   if (file >= FD_SETSIZE) {
     return true;
   }
@@ -66,8 +66,8 @@ void drain(int file) {
   }
 }
 
-/// Discards what a printer on libusb has sent: each probe moves one USB packet to the connector's
-/// ring. The ring holds 64 KiB and is freed with the connector.
+/// Discards what a printer on libusb has sent: each call of `isReadReady` moves one USB packet to
+/// the connector's ring buffer. This buffer holds 64 KiB and is freed with the connector.
 void drain(LibUsbConnector& connector) {
   const util::Deadline deadline(ChatterLimitSeconds);
   while (connector.isReadReady(DrainMilliseconds) == IO_READ_READY && !deadline.hasPassed()) {

@@ -16,7 +16,7 @@ struct Process {
   std::string name;  ///< from /proc/PID/comm
 };
 
-/// Why a printer cannot be opened, with what the user needs to know in order to change that.
+/// Why a printer cannot be opened, and the data that helps the user to solve the problem.
 struct OpenFailure {
   enum class Kind {
     NoSuchPrinter,  ///< there is no such device file, or nothing is plugged in
@@ -28,10 +28,10 @@ struct OpenFailure {
   Kind kind;
   int error;                    ///< errno
   std::string node;             ///< the device file
-  std::string owner;            ///< name of its owner, or the number; empty if there is no file
-  std::string group;            ///< name of its group, or the number; empty if there is no file
-  bool groupMayUse = false;     ///< true if members of the group may read and write it
-  std::optional<Process> user;  ///< the user of a busy device, if /proc shows one
+  std::string owner;            ///< name or number of the file's owner; empty if there is no file
+  std::string group;            ///< name or number of the file's group; empty if there is no file
+  bool groupMayUse = false;     ///< true if members of the group may read and write the file
+  std::optional<Process> user;  ///< the process that uses a busy device, if /proc shows one
 };
 
 /// Returns the kind of failure for the errno of opening a device file.
@@ -41,17 +41,19 @@ struct OpenFailure {
 /// and errno says why.
 [[nodiscard]] util::UniqueFd openDevice(const std::string& node);
 
-/// Returns false if there is no device file of this name. After any other error, such as a missing
-/// permission, returns true. Does not open the device.
+/// Returns false if there is no device file `node`. Otherwise returns true, also after an error
+/// such as a missing permission. Does not open the device.
 [[nodiscard]] bool deviceExists(const std::string& node);
 
 /// Opens the printer for a moment and discards the bytes that an earlier request left in it.
-/// Returns nothing if that worked, otherwise the reason. Afterwards the device is closed.
+/// Returns nothing on success, otherwise the reason of the failure. Closes the device in both
+/// cases.
 [[nodiscard]] std::optional<OpenFailure> tryOpen(const Printer& printer,
                                                  const Machine& machine = {});
 
-/// Returns the process, other than this one, that has the file `node` open, or nothing if /proc
-/// shows none. The processes of other users are hidden from users without privileges.
+/// Returns another process that has the file `node` open, or nothing if /proc shows none. If there
+/// are several, returns the one with the lowest process ID. The processes of other users are hidden
+/// from users without privileges.
 [[nodiscard]] std::optional<Process> findUser(const std::string& node, const Machine& machine = {});
 
 }  // namespace session

@@ -26,7 +26,8 @@ constexpr std::array Keys = {
     KeyRow{"serialnumber", &DeviceId::serial},
 };
 
-/// A length is below 8192, so its high byte is below 0x20. A text starts with a higher byte.
+/// Returns true if the text starts with its length in two bytes. A length is below 8192, so its
+/// high byte is below 0x20. A text without a length starts with a higher byte.
 bool startsWithLength(std::string_view text) {
   return text.size() >= 2 && static_cast<unsigned char>(text.front()) < 0x20U;
 }

@@ -27,8 +27,8 @@ struct Interface {
   std::optional<int> usblp;  ///< N of /dev/usb/lpN if usblp has bound the interface
   bool hasDriver;            ///< also true for usbfs: a process has claimed the interface
 
-  /// Orders the interfaces of one device: first those of usblp, then free ones, then those that
-  /// another driver has bound.
+  /// Orders the interfaces of one device: first interfaces that usblp has bound, then interfaces
+  /// without a driver, then interfaces that another driver has bound.
   auto rank() const { return std::tuple(!usblp, usblp, hasDriver, folder); }
 };
 
@@ -93,8 +93,9 @@ std::map<std::string, Interface> printerInterfaces(const std::string& folder) {
   return found;
 }
 
-/// Opens the device to find out whether it can be used. Returns `Ready` after an error other than a
-/// missing permission or a busy device: a command that opens the device reports such an error.
+/// Opens the device to find out whether it can be used. Returns `Ready` if there is no error, and
+/// also after an error that is neither a missing permission nor a busy device. A command that opens
+/// the device reports such an error.
 Printer::State stateOf(const std::string& node) {
   if (openDevice(node)) {
     return Printer::State::Ready;

@@ -11,18 +11,18 @@ namespace session {
 
 /// Returns the USB printers of this machine, ordered by bus and device number. A printer is a
 /// device with an interface of the printer class (7). It is reached through usblp if usblp has
-/// bound the interface, otherwise through libusb. To find out its state, opens the device file for
-/// a moment. A printer is busy without this test if another driver or process has claimed the
-/// interface.
+/// bound the interface, otherwise through libusb. If another driver or process has claimed the
+/// interface, the state is `Busy`. Otherwise the function opens the device file for a moment to
+/// find out the state.
 [[nodiscard]] std::vector<Printer> findPrinters(const Machine& machine = {});
 
-/// The printer that the user means, or the reason why none was chosen.
+/// The printer that the user means, or the reason why no printer was chosen.
 struct Choice {
   enum class Problem {
     None,
-    NoPrinters,  ///< no printer was named, and the machine has none
+    NoPrinters,  ///< the given text is empty, and the machine has no printer
     NoMatch,     ///< no printer fits the given text
-    Several,     ///< no printer was named and there are several, or the text fits several
+    Several,     ///< the given text fits several printers, or it is empty and there are several
   };
 
   Problem problem = Problem::None;

@@ -26,7 +26,7 @@ bool renameToNew(const std::string& from, const std::string& to) {
     return true;
   }
   // Some file systems do not support RENAME_NOREPLACE. There the file gets the new name as a second
-  // name, and the destructor removes the temporary name.
+  // name, and the destructor of `NewFile` removes the temporary name.
   return (errno == EINVAL || errno == ENOSYS) && ::link(from.c_str(), to.c_str()) == 0;
 }
 

@@ -7,7 +7,7 @@
 
 namespace session {
 
-/// A file of the user cannot be written. The text is its path.
+/// Thrown if a file of the user cannot be written. `what()` is the path of the file.
 struct FileError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };

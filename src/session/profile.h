@@ -25,8 +25,8 @@ struct Profile {
   std::string encryption = "auto";  ///< auto, tkip, aes, wep-dynamic, wep-static
   std::string wepAuth = "open";     ///< open, shared
   std::string user = {};
-  std::vector<std::string> eapMethods = {};  ///< of md5 mschapv2 leap peap tls ttls
-  std::string innerMethod = {};              ///< chap mschap mschapv2 pap, or empty
+  std::vector<std::string> eapMethods = {};  ///< some of: md5, mschapv2, leap, peap, tls, ttls
+  std::string innerMethod = {};              ///< chap, mschap, mschapv2, pap, or empty
   Secret secret = {};                        ///< WPA passphrase or key, WEP key, 802.1x password
 
   bool operator==(const Profile&) const = default;
@@ -76,11 +76,11 @@ class ProfileReader {
   void readFile(const std::string& path);
 
   /// Reads the text of a settings file (see settings_file.h for the format). `name` names the file
-  /// in errors. A password is an error unless `mayHoldPassword`.
+  /// in errors. A password in the text is an error if `mayHoldPassword` is false.
   void readText(std::string_view text, const std::string& name, bool mayHoldPassword);
 
   /// Checks that the settings fit each other and returns them without the secret. Checks the secret
-  /// too if it is in a settings file. Throws `ProfileError`.
+  /// too if it is in a settings file. Throws `ProfileError` if a check fails.
   [[nodiscard]] Profile finish() const;
 
   /// Returns where the secret comes from.
@@ -108,7 +108,7 @@ class ProfileReader {
   void requireSecretFits() const;
 
   Draft m_Draft;
-  std::map<std::string_view, Given> m_Given;  ///< by the place of the rule
+  std::map<std::string_view, Given> m_Given;  ///< the keys are `SettingRule::place`
 };
 
 /// Returns true if the profile's network needs a secret.

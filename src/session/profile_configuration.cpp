@@ -1,4 +1,4 @@
-// The settings of a profile in the words of the encoders.
+// Converts the settings of a profile to the texts that the encoders in src/wireless expect.
 
 #include <algorithm>
 #include <array>
@@ -11,7 +11,8 @@ namespace session {
 
 namespace {
 
-/// A word of a profile and the word that the encoder expects. The encoder compares exactly.
+/// A fixed value of a profile and the text that the encoder expects for it. The encoder compares
+/// exactly.
 struct Word {
   std::string_view profile;
   const char* encoder;

@@ -56,7 +56,8 @@ bool hasInnerMethod(const Profile& profile) {
 constexpr const char* OnlyEnterprise = translatable("no value unless security=802.1x");
 
 constexpr std::array FitRules = {
-    // 802.1x needs an access point, which asks the authentication server.
+    // 802.1x needs an access point, because the access point asks the authentication server. An
+    // ad-hoc network has no access point.
     FitRule{"mode", [](const Profile& profile) { return !profile.adHoc || !isEnterprise(profile); },
             translatable("infrastructure, because security=802.1x")},
     FitRule{"channel", [](const Profile& profile) { return profile.adHoc; },

@@ -13,7 +13,7 @@ namespace session {
 
 namespace {
 
-/// Returns the number of a descriptor, or -1 if the text is not one.
+/// Returns the number of a descriptor, or -1 if the text is not a number.
 int descriptorIn(std::string_view text) {
   int number = -1;
   const char* const end = text.data() + text.size();

@@ -7,7 +7,8 @@
 
 namespace session {
 
-/// Returns the source that "prompt", "file:PATH" or "fd:N" names, or nothing for any other text.
+/// Returns the source that `text` names: "prompt", "file:PATH" or "fd:N". Returns nothing if the
+/// text has another form.
 [[nodiscard]] std::optional<SecretSource> secretSourceIn(std::string_view text);
 
 }  // namespace session

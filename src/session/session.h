@@ -15,7 +15,7 @@
 
 namespace session {
 
-/// The steps of the work with a printer. A front end shows the current step.
+/// The steps of a command on one printer. A front end shows the current step.
 enum class Step {
   Open,
   ReadSettings,
@@ -32,10 +32,10 @@ enum class Step {
 
 /// How a command on one printer ended.
 enum class Result {
-  Ok,             ///< a command other than `set` has done its work
+  Ok,             ///< a command other than `set` succeeded
   Unchanged,      ///< the printer was already in the network; nothing was stored
   Confirmed,      ///< the settings are stored, and the printer is in the network
-  Stored,         ///< accepted; either not confirmed in time, or no confirmation was wanted
+  Stored,         ///< the settings are stored; no confirmation was wanted, or none came in time
   DryRun,         ///< a dry run: no device was opened
   Invalid,        ///< nothing was changed: see `CertificateReport::Problem`
   NoSuchPrinter,  ///< there is no such printer, or it fails to open for an unusual reason
@@ -57,9 +57,10 @@ struct Report {
   std::optional<std::string> ssidBefore;
   AdapterState state;
   std::optional<OpenFailure> openFailure;
-  /// True if settings were sent. After a failure the adapter may have stored them or not.
+  /// True if settings were sent. After a failure it is unknown whether the adapter has stored them.
   bool sentSettings = false;
-  /// True if the request for a reset was sent. After a failure the adapter may have been reset.
+  /// True if the request for a reset was sent. After a failure it is unknown whether the adapter
+  /// was reset.
   bool sentReset = false;
 };
 
@@ -92,7 +93,7 @@ class Session {
   };
 
   struct SetOptions {
-    int waitSeconds = 60;  ///< the time limit of the confirmation; 0: none is wanted
+    int waitSeconds = 60;  ///< the time limit of the confirmation; 0: no confirmation
     bool force = false;    ///< store even if the printer is already in the network
   };
 
@@ -101,8 +102,9 @@ class Session {
   /// Reads what the adapter reports. The result is `Ok` if the adapter answered at least one query.
   [[nodiscard]] Report status();
 
-  /// Stores the network settings, unless the printer is already in the network, and waits until the
-  /// printer is in the network. Clears the secret of the profile after the settings are sent.
+  /// Stores the network settings and waits until the printer is in the network. Stores nothing if
+  /// the printer is already in the network and `options.force` is false. Clears the secret of the
+  /// profile after the settings are sent.
   [[nodiscard]] Report set(Profile& profile, const SetOptions& options);
 
   /// Resets the adapter.
@@ -122,11 +124,11 @@ class Session {
   /// Sends the packets of the settings. Returns `Stored` if the adapter accepts all of them,
   /// otherwise the reason.
   Result store(const Profile& profile);
-  /// Reads the status until the printer is in the network. Returns `Confirmed`, `Stored` if the
-  /// time is up, or `Interrupted`.
+  /// Reads the status until the printer is in the network (returns `Confirmed`), the time is up
+  /// (returns `Stored`), or the user ends the command (returns `Interrupted`).
   Result confirm(const Profile& profile, int waitSeconds);
-  /// Searches once for a printer that does not answer, because it may have restarted with another
-  /// address. Returns true if the printer is there and can be opened.
+  /// Searches once for the printer after a missing answer, because the printer may have restarted
+  /// with another address. Returns true if the printer is there and can be opened.
   bool follow();
   Report finish(Result result);
 

@@ -19,15 +19,17 @@ struct RefusedWord {
 /// setting_rules.cpp.
 struct SettingRule {
   std::string_view key;
-  /// Two settings that exclude each other have the same place. The default is the key.
+  /// Identifies what the setting sets. Settings with the same place exclude each other. The default
+  /// is the key.
   std::string_view place = key;
   /// What is allowed, as a message to translate.
   const char* expected;
-  /// The allowed words, in lower case. They are accepted in any case. Empty if any text is allowed.
+  /// The allowed words (fixed values), in lower case. A given word may have upper-case letters.
+  /// Empty if any text is allowed.
   std::span<const std::string_view> words = {};
   /// Wrong words for which `RefusedWord::expected` replaces `expected`.
   std::span<const RefusedWord> refused = {};
-  /// The most bytes of a text. Not used for words.
+  /// The largest size of a text in bytes. Used only by `storeText` in setting_rules.cpp.
   std::size_t limit = 0;
   /// True if a wrong value may be a secret. Errors then do not show the value.
   bool hidesValue = false;

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::string_view Blanks = " \t";
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-/// The most characters of a key that errors show. Every valid key is shorter.
+/// Errors show a key only if it has at most this many characters. Every valid key is shorter.
 constexpr std::size_t LongestShownKey = 20;
 
 [[noreturn]] void failWithSystemError(const std::string& path) {

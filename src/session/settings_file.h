@@ -19,7 +19,7 @@ namespace session {
 // an exception: it is everything after the "=". "#" starts a comment only at the start of a line. A
 // byte order mark at the start of the file is skipped.
 
-/// The most bytes of a file, and of a line without its line end.
+/// The largest size in bytes of a file, and of a line without its line end.
 inline constexpr std::size_t LargestSettingsFile = 65536;
 inline constexpr std::size_t LongestSettingLine = 4096;
 
@@ -31,7 +31,7 @@ struct SettingLine {
 };
 
 /// Calls `take` for each setting of the text. Throws `ProfileError` for a text or a line that is
-/// too long, a line without "=", and a zero byte. `name` names the file.
+/// too long, a line without "=", and a zero byte. `name` names the file in errors.
 void forEachSetting(std::string_view text, const std::string& name,
                     const std::function<void(const SettingLine& line)>& take);
 
@@ -40,7 +40,7 @@ void forEachSetting(std::string_view text, const std::string& name,
 
 /// The content of a file.
 struct SettingsFile {
-  std::string text;  ///< in heap memory; at most `LargestSettingsFile` + 1 bytes
+  std::string text;  ///< in heap memory; cut after `LargestSettingsFile` + 1 bytes
   bool isPrivate = false;
 };
 
@@ -48,7 +48,7 @@ struct SettingsFile {
 /// for the other end of a named pipe.
 [[nodiscard]] SettingsFile loadSettingsFile(const std::string& path);
 
-/// Returns true if `mode` gives no permission to the group and to others, and `owner` is `user` or,
+/// Returns true if `mode` gives no permission to the group or to others, and `owner` is `user` or,
 /// if `user` is root, the user who called sudo. `sudoUser` is the value of SUDO_UID, or null.
 [[nodiscard]] bool isPrivateFile(mode_t mode, uid_t owner, uid_t user, const char* sudoUser);
 

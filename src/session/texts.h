@@ -6,11 +6,11 @@
 
 namespace session {
 
-/// Returns the text without control bytes and without spaces around it, or nothing if the rest is
-/// empty.
+/// Returns the text without control bytes and without spaces at its ends, or nothing if no
+/// character is left.
 [[nodiscard]] std::optional<std::string> printableText(std::string_view text);
 
-/// Returns the number if the text consists of 1 to 9 decimal digits.
+/// Returns the number in a text of 1 to 9 decimal digits, or nothing for any other text.
 [[nodiscard]] std::optional<int> decimalNumber(std::string_view text);
 
 /// Returns the text with its ASCII letters in lower case.

@@ -1,4 +1,4 @@
-// Words of settings, which are accepted in any case.
+// The words (fixed values) that settings accept, in upper or lower case.
 
 #include "session/words.h"
 

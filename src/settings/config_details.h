@@ -54,7 +54,8 @@ class configDetails {
   /// opened. (argument_files.cpp)
   int parseNPAFile(const char* path);
 
-  /// Returns the text of any setting. Most getters below return the text of one setting.
+  /// Returns the text of `setting`. Each getter below returns the text of one setting. If an option
+  /// sets the text, the comment of the getter names this option.
   const std::string& value(Setting setting) const {
     return m_Values[static_cast<std::size_t>(setting)];
   }

@@ -6,7 +6,7 @@
 #include <string_view>
 
 /// The settings of one run. `configDetails` keeps an array with a text for each setting. The values
-/// are the indexes of this array.
+/// of this enumeration are the indexes of the array.
 enum class Setting : std::size_t {
   Usb,  ///< the device path: an argument without "-"
   Ssid,
@@ -53,13 +53,13 @@ struct SettingOption {
   /// decides what a text means.
   enum class Kind {
     Text,      ///< any text
-    Word,      ///< one of `words`
-    WordList,  ///< some of `words`, with "|" between them
+    Word,      ///< one of the fixed values in `words`
+    WordList,  ///< some of the fixed values in `words`, with "|" between them
     File,      ///< a path on the host
   };
 
-  /// The words that an option takes with one command. If `command` is empty, the words are for
-  /// every command.
+  /// The words (fixed values) that an option takes with the command `command`. If `command` is
+  /// empty, the words are for every command.
   struct Words {
     std::string_view command = {};
     std::span<const std::string_view> list = {};
@@ -79,7 +79,7 @@ struct SettingOption {
   std::string_view initial = {};
   /// One line: an imperative or a noun, without a full stop.
   std::string_view help;
-  /// What the manual page adds: sentences, in the markup of scdoc.
+  /// Further sentences for the manual page, in the markup of scdoc.
   std::string_view details = {};
 };
 
@@ -90,7 +90,7 @@ namespace option_words {
 inline constexpr auto Modes = std::to_array<std::string_view>({"Managed", "Ad-Hoc"});
 inline constexpr auto Channels =
     std::to_array<std::string_view>({"1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11"});
-/// The securities of -c. The numbers that are sent are in encoders.cpp.
+/// The securities of -c. The numbers that are sent for them are in encoders.cpp.
 inline constexpr auto BasicSecurities =
     std::to_array<std::string_view>({"None", "WEP", "WPA", "WPA2"});
 /// The securities of -ca. Each selects a sequence in sequences.cpp.

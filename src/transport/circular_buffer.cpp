@@ -7,7 +7,8 @@
 
 namespace {
 
-/// Returns an array for `capacity` bytes and the unused slot, or null if memory runs out.
+/// Returns an array for `capacity` bytes and the slot that is always unused, or null if memory runs
+/// out.
 unsigned char* allocateSlots(unsigned long capacity) {
   if (capacity == std::numeric_limits<unsigned long>::max()) {
     return nullptr;

@@ -55,7 +55,7 @@ class CircularBuffer {
   /// Returns the count of slots from `position` to the end of the storage.
   unsigned long slotsToEnd(unsigned long position) const { return m_Capacity - position + 1; }
   /// Returns the position `count` slots after `position`. `count` is at most
-  /// `slotsToEnd(position)`. If it is equal to this number, the result is 0.
+  /// `slotsToEnd(position)`. If `count` is equal to `slotsToEnd(position)`, the result is 0.
   unsigned long advanced(unsigned long position, unsigned long count) const;
 
   std::unique_ptr<unsigned char, Free> m_Buffer;

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The interface through which the code in src/npa uses the connection to the printer. A text path
-/// names the printer. The caller opens the connection for each attempt and closes it afterwards:
+/// The interface through which the code in src/npa uses the connection to the printer. The caller
+/// names the printer by a path. It opens the connection for each attempt and closes it afterwards:
 ///
 ///     transport.CT_Open("/dev/usb/lp0");
 ///     transport.CT_Write(request, requestSize, 0);

@@ -2,7 +2,8 @@
 
 #include <atomic>
 
-/// The outcome of a connector's last operation.
+/// The outcome of a connector's last operation. A probe is a call of `isReadReady` or
+/// `isWriteReady`.
 enum HCIOStatus : int {
   IO_OK = 0,                ///< open, close or a complete write succeeded
   IO_FAILED = 1,            ///< open, close, a probe or a bulk transfer failed

@@ -19,17 +19,17 @@ namespace {
 
 /// The USB class code of printers.
 constexpr unsigned char PrinterClass = 7;
-/// The kernel's device files, without their number.
+/// The path of the kernel's device files, without their number.
 constexpr const char* DevicePrefix = "/dev/usb/lp";
 /// 1 ms for usblp, which counts in microseconds; 1 s for libusb, which counts in milliseconds.
 constexpr unsigned int ProbeTimeout = 1000;
 /// How long a read waits for the next byte.
 constexpr std::time_t SilenceLimitSeconds = 5;
-/// The same in microseconds, the unit of usblp's probe.
+/// `SilenceLimitSeconds` in microseconds, the unit of the probe over usblp.
 constexpr unsigned int SilenceLimitMicroseconds = 5'000'000;
-/// How long the rest of a request is written after a short first write.
+/// How long the transport continues to write a request after a short first write.
 constexpr std::time_t WriteLimitSeconds = 5;
-/// The most characters of a bus number and of a device number.
+/// How many characters a bus number or a device number has at most.
 constexpr std::size_t AddressPartLimit = 9;
 
 /// Returns the number after "usblp", or after "/lp" if there is no "usblp". Returns nothing if the
@@ -130,7 +130,8 @@ long HCUSBTransport::CT_Read(unsigned char* buf, unsigned long len) {
 }
 
 int HCUSBTransport::readRest(unsigned char* buf, int got, int wanted) {
-  // An unplugged printer always reports that it is ready, and never sends a byte.
+  // Ends the loop if the printer is unplugged: then the device always reports that it is ready, and
+  // never returns a byte.
   util::Deadline readyWithoutByte(SilenceLimitSeconds);
   while (got < wanted && !readyWithoutByte.hasPassed()) {
     const std::time_t start = util::nowInSeconds();

@@ -28,7 +28,8 @@ class HCUSBTransport : public CommTransport {
   /// a line to standard error.
   static void DestroyInstance();
 
-  /// Selects and opens a connector after closing the previous one. Returns 0, or -1 on failure.
+  /// Closes the previous connector, then selects and opens a connector for `path`. Returns 0, or -1
+  /// on failure.
   ///
   /// A path that contains "/dev/usb" selects usblp. The number after "usblp" or "/lp" names the
   /// device, which is always opened as "/dev/usb/lpNUMBER". Any other path is "BUS:DEVICE" and
@@ -53,8 +54,8 @@ class HCUSBTransport : public CommTransport {
   /// How the transport waits for bytes over usblp.
   enum class Waiting {
     Polling,  ///< asks the device every millisecond, as the exchanges of zvkconfig do
-    /// Sleeps in one call until bytes arrive or the time is up. A signal ends the wait. It does not
-    /// end the writing of a request that is written in part.
+    /// Sleeps in one call until bytes arrive or the time is up. A signal ends the wait. After a
+    /// part of a request has been written, a signal does not stop the writing of the rest.
     Blocking,
   };
   void setWaiting(Waiting waiting) { m_Waiting = waiting; }

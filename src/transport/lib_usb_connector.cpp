@@ -17,12 +17,12 @@ namespace {
 
 /// The capacity of the ring buffer in bytes.
 constexpr unsigned long RingCapacity = 0x10000;
-/// The most milliseconds that a read waits for a USB packet.
+/// The longest time in milliseconds that a read waits for a USB packet.
 constexpr unsigned int ReadPollTimeout = 10000;
 /// How long the printer may take to accept one chunk.
 constexpr int WriteTimeoutMilliseconds = 5000;
-/// The most retries of one write. 24 retries of 5 s take two minutes. Without a limit, a device
-/// that never accepts the bytes would block the program for ever.
+/// The largest count of retries in one write. 24 retries of 5 s take two minutes. Without a limit,
+/// a device that never accepts the bytes would block the program for ever.
 constexpr int WriteRetryLimit = 24;
 constexpr unsigned int MicrosecondsPerSecond = 1000000;
 
@@ -194,9 +194,9 @@ HCIOStatus LibUsbConnector::isReadReady(unsigned int timeout) {
       luu_usb_bulk_read(m_Handle.get(), m_InEndpoint, reinterpret_cast<char*>(packet.data()),
                         m_InMaxPacket, waitLimit(timeout));
   if (received <= 0 && received != -ETIMEDOUT) {
-    // The read returned an empty packet or an error, which libusb may report as an empty packet.
+    // The read returned an error or an empty packet. libusb may report an error as an empty packet.
     // Every further read may return immediately too, and the caller reads again until its deadline.
-    // So pause between the reads.
+    // The pause keeps the loop of the caller from using the whole processor.
     util::pauseBriefly();
   }
   if (received == 0 || received == -ETIMEDOUT) {

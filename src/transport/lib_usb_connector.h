@@ -76,7 +76,8 @@ class LibUsbConnector : public HCIOConnector {
   struct usb_interface_descriptor* claimFirstInterface(struct usb_device* dev);
   /// Stores the bulk endpoints of the claimed interface and the USB packet size of the IN endpoint.
   void findEndpoints(const struct usb_interface_descriptor& alt);
-  /// Converts a timeout in milliseconds to the unit in which the bulk read counts.
+  /// Returns the timeout to pass to the bulk read. `timeout` is in milliseconds. If bulk reads
+  /// count in seconds, `timeout` is taken as microseconds and converted to at least 1 s.
   int waitLimit(unsigned int timeout) const;
 
   bool m_TimeoutInSeconds;  ///< true if bulk reads count their timeout in seconds

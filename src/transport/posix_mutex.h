@@ -12,7 +12,7 @@ class ZVK_CAPABILITY("mutex") PosixMutex {
   enum class Kind {
     Default,
     /// If the thread that holds the mutex locks it again, the second lock fails. With another kind
-    /// it might block for ever.
+    /// of mutex the second lock might block for ever.
     ErrorChecking,
   };
 
@@ -31,7 +31,7 @@ class ZVK_CAPABILITY("mutex") PosixMutex {
   PosixMutex(const PosixMutex&) = delete;
   PosixMutex& operator=(const PosixMutex&) = delete;
 
-  /// Holds the mutex until the end of the scope. Unlocks the mutex only if its own call locked it.
+  /// Holds the mutex until the end of the scope. Unlocks the mutex only if this object locked it.
   /// So if one operation calls another operation with the same error-checking mutex, the inner
   /// operation runs under the lock of the outer operation and leaves the mutex locked.
   class ZVK_SCOPED_CAPABILITY Lock {

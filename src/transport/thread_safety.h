@@ -15,7 +15,7 @@
 #define ZVK_SCOPED_CAPABILITY ZVK_THREAD_ATTRIBUTE(scoped_lockable)
 /// Only a thread that holds the lock may use the variable.
 #define ZVK_GUARDED_BY(lock) ZVK_THREAD_ATTRIBUTE(guarded_by(lock))
-/// A thread that needs the marked lock and the other lock takes the marked lock first.
+/// A thread that needs both the marked lock and `lock` takes the marked lock first.
 #define ZVK_ACQUIRED_BEFORE(lock) ZVK_THREAD_ATTRIBUTE(acquired_before(lock))
 /// The function locks.
 #define ZVK_ACQUIRE(...) ZVK_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))

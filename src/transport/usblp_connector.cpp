@@ -101,8 +101,8 @@ HCIOStatus USBLPConnector::isWriteReady(unsigned int timeout) {
 }
 
 HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) {
-  // A set has room for the descriptors 0 to FD_SETSIZE - 1. For a larger descriptor FD_SET would
-  // write past the end of the set.
+  // An `fd_set` has room for the descriptors 0 to FD_SETSIZE - 1. For a larger descriptor FD_SET
+  // would write past the end of the set.
   if (m_Fd < 0 || m_Fd >= FD_SETSIZE) {
     return IO_FAILED;
   }
@@ -120,7 +120,7 @@ HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) {
     return IO_TIMEOUT;
   }
   // Every further probe may fail immediately too, and the caller may read again until its deadline.
-  // So pause here.
+  // The pause keeps the loop of the caller from using the whole processor.
   util::pauseBriefly();
   return IO_FAILED;
 }

@@ -1,5 +1,6 @@
-// Base64 (RFC 4648) with look-up tables. Encoding writes two characters per look-up. Decoding looks
-// up groups of four valid characters as a whole, and handles all other text character by character.
+// Base64 (RFC 4648) with look-up tables. A group is four characters, which stand for three bytes.
+// Encoding writes two characters per look-up. Decoding handles a group of four valid characters in
+// one step, and all other text character by character.
 
 #include "util/base64.h"
 

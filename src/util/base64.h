@@ -30,8 +30,8 @@ class Base64 {
   static void base64EncodeTriple(unsigned char* three, char* four);
 
   /// Decodes the group `four[0..3]` into `three`. Returns the count of bytes written: 3 minus the
-  /// count of characters outside the alphabet at the end of the group. Returns 0 if a character
-  /// outside the alphabet precedes a character of the alphabet.
+  /// count of characters outside the alphabet at the end of the group, but at least 0. Returns 0 if
+  /// a character outside the alphabet precedes a character of the alphabet.
   static int base64DecodeTriple(char* four, unsigned char* three);
 
   /// Returns the value (0 to 63) of a character of the alphabet, or -1 for any other character.

@@ -7,7 +7,7 @@
 namespace util {
 
 /// A time limit for a loop that waits in short pauses. The time of day can be set back during the
-/// wait, so the object also counts the pauses.
+/// wait, and then the clock reaches the limit too late. So the object also counts the pauses.
 ///
 ///     util::Deadline deadline(5);  // seconds
 ///     while (!isReady() && !deadline.hasPassed()) {

@@ -19,8 +19,8 @@ constexpr int RestoreTries = 3;
 termios savedTerminal;
 volatile std::sig_atomic_t echoIsOff = 0;
 
-/// Switches the echo on again. Retries a failure, because the user cannot see what a terminal
-/// without echo reads.
+/// Switches the echo on again. Retries after a failure, because without echo the user cannot see
+/// the typed characters.
 void restoreEcho() {
   if (echoIsOff != 0) {
     int tries = RestoreTries;

@@ -19,7 +19,7 @@ inline constexpr std::array SignalsThatEndOrStop = {SIGINT, SIGTERM, SIGHUP, SIG
 ///
 /// The destructor switches the echo on again. A signal handler does the same before one of
 /// `signals` ends or stops the program. When a stopped program continues, the echo goes off again.
-/// A program with its own handler for a signal leaves that signal out of the list.
+/// A program with its own handler for a signal leaves that signal out of `signals`.
 class EchoOff {
  public:
   explicit EchoOff(std::span<const int> signals = SignalsThatEndOrStop);
@@ -28,7 +28,7 @@ class EchoOff {
   EchoOff& operator=(const EchoOff&) = delete;
 
  private:
-  /// Handles one signal during its lifetime. An ignored signal, as under nohup, stays ignored.
+  /// Handles one signal while this object exists. An ignored signal, as under nohup, stays ignored.
   class HandledSignal {
    public:
     explicit HandledSignal(int signal);

@@ -9,7 +9,8 @@ namespace util {
 /// an empty text if the formatting fails.
 [[nodiscard, gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);
 
-/// Does the same for an argument list. As after `vsnprintf`, the list must not be read again.
+/// Does the same as `formatted` for an argument list. As after `vsnprintf`, the caller must not
+/// read the list again.
 [[nodiscard, gnu::format(printf, 1, 0)]] std::string formattedList(const char* format,
                                                                    std::va_list arguments);
 

@@ -25,7 +25,7 @@ char toUpper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// The value of each character as a hex digit; `NoDigit` for any other character.
+/// The value of each hex digit; `NoDigit` for a character that is not a hex digit.
 constexpr auto DigitValues = [] {
   std::array<unsigned char, 256> values{};
   values.fill(NoDigit);
@@ -64,7 +64,7 @@ class DumpWriter {
   DumpWriter(const DumpWriter&) = delete;
   DumpWriter& operator=(const DumpWriter&) = delete;
 
-  /// Adds a line for at most 16 bytes. A shorter line is padded with blanks before the bar if a
+  /// Adds a line for at most 16 bytes. A shorter line is padded with blanks before the "|" if a
   /// full line precedes it.
   void addLine(std::span<const unsigned char> bytes) {
     if (m_Text.size() - m_Used < LongestLine) {
@@ -87,7 +87,7 @@ class DumpWriter {
 
  private:
   static constexpr std::size_t DumpedWidth = 3;
-  /// The size of a full line: each byte in hex and as a character, a bar and a line end.
+  /// The size of a full line: each byte in hex and as a character, a "|" and a line end.
   static constexpr std::size_t LongestLine = BytesPerLine * (DumpedWidth + 1) + 2;
 
   /// Writes the collected lines.

@@ -30,13 +30,13 @@ class Utility {
   /// `buffer` to a new array, which the caller frees with `delete[]`, and returns its size: half
   /// the text's length.
   ///
-  /// An empty text or a null pointer returns 0 and leaves `buffer` unchanged. If a character is not
-  /// a hex digit, the function prints a line about it to standard output and sets `buffer` to null.
-  /// The result is half the text's length even then, so test `buffer` and not the result.
+  /// For an empty text or a null pointer, returns 0 and leaves `buffer` unchanged. If a character
+  /// is not a hex digit, the function prints a line about it to standard output and sets `buffer`
+  /// to null. The result is half the text's length even then, so test `buffer` and not the result.
   static int getHexValues(const char* text, unsigned char*& buffer);
 
   /// Dumps `count` bytes to standard error, at most 16 per line. A line has the bytes in hex, a
-  /// bar, and the bytes as characters. A byte that is not printable ASCII is shown as ".". Writes
+  /// "|", and the bytes as characters. A byte that is not printable ASCII is shown as ".". Writes
   /// nothing if `count` is 0 or less.
   ///
   ///     A5 00 06 41 |...A

@@ -31,7 +31,8 @@ constexpr std::array AuthMethods = {
 };
 
 /// Returns true if the printer lists at least two printer certificates or at least one CA
-/// certificate. Reads the list of CA certificates only if the other list does not decide.
+/// certificate. Reads the list of CA certificates only if the printer lists fewer than two printer
+/// certificates.
 bool holdsCertificates(const std::string& device) {
   CertMgr certificates(device);
   std::vector<std::string> names;

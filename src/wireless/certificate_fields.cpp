@@ -1,5 +1,5 @@
-// The encoders of wnpaGenerator for the fields of a certificate request. The rows are in
-// setting_encodings.h.
+// The encoders of wnpaGenerator for the fields of a certificate request. The table rows that
+// `encode` takes are in setting_encodings.h.
 
 #include "util/debug_line.h"
 #include "wireless/setting_encodings.h"

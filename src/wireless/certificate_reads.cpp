@@ -36,8 +36,9 @@ constexpr SettingQuery Organization = {.key = npa::settings::CertOrganization,
                                        .announcement = "Cert Organization...",
                                        .responseName = "Cert org"};
 
-/// Sets the flag that generates a certificate to 1. The length field is 6, as in a query, although
-/// 10 bytes follow the field. The adapter expects this length field.
+/// The packet that makes the adapter generate a certificate: it sets the flag
+/// `settings::CertGenerate` to 1. The length field is 6, as in a query, although 10 bytes follow
+/// the field. The adapter expects this length field.
 constexpr std::array<npa::Byte, 13> GeneratePacket = {0xA5, 0x00, 0x06, 0x50, 0xE0, 0xDA, 0x01,
                                                       0x2A, 0x0C, 0x00, 0x00, 0x01, 0x01};
 

@@ -11,7 +11,7 @@
 namespace {
 
 // The WEP authentication: the security as configured and the code that is sent for it. Any other
-// security is sent as 0, "Auto". The names are for the log; the index is the code.
+// security is sent as 0, "Auto". The names are for the log; the index of a name is its code.
 constexpr std::array WepAuthCodes = {TextCode{"OPEN", 1}, TextCode{"SHARED", 2}};
 constexpr std::array WepAuthNames = {"Auto", "Open", "Shared"};
 

@@ -10,9 +10,9 @@
 
 namespace {
 
-/// Longer than usual passwords, so the text is not reallocated. The capacity is also too large for
-/// the string object itself, so the text is in heap memory. The program clears heap memory when it
-/// frees it.
+/// Longer than usual passwords, so appending does not reallocate the text. The capacity is also too
+/// large for the string object itself, so the text is in heap memory. The program clears heap
+/// memory when it frees it.
 constexpr std::size_t PasswordReserve = 256;
 
 /// Reads a line byte by byte, because the buffer of a stream would keep a copy of the password.

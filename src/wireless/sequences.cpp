@@ -19,7 +19,7 @@
 
 using Generator = wnpaGenerator;
 
-/// One setting of a batch: a row of the encodings, or a member function of the generator that
+/// One setting of a batch: a row of setting_encodings.h, or a member function of the generator that
 /// encodes the setting.
 class wnpaGenerator::Encoder {
  public:
@@ -154,8 +154,8 @@ constexpr std::size_t UsualPacketSize = 512;
 }  // namespace
 
 void wnpaGenerator::encodeBatch(std::span<const Section> sections) {
-  // A new vector replaces the old one, because the program clears the keys in the old memory when
-  // it frees this memory.
+  // A new vector replaces the old vector. This frees the memory of the old vector, and the program
+  // clears memory that it frees. So no key stays in the old memory.
   m_Packet = std::vector<unsigned char>();
   m_Packet.reserve(UsualPacketSize);
   for (const Section& section : sections) {
@@ -281,7 +281,8 @@ int wnpaGenerator::generate() {
       "Configuring the printer....\n"
       "Resetting the printer....\n"
       "Connecting to wireless network....");
-  // The adapter refused the packet or did not answer: send the settings again in a bare packet.
+  // The result is -1 if the adapter refused the packet or did not answer. Then the settings are
+  // sent again in a bare packet.
   if (configBasic() == -1) {
     setWrapMode(false);
     configBasic();

@@ -119,8 +119,9 @@ inline constexpr SettingEncoding CertState =
 inline constexpr SettingEncoding CertUnit =
     certField(npa::settings::CertUnit, Setting::CerUnit, "Cer unit");
 
-// The adapter requires these three fields without a terminating zero byte. The length field of the
-// longest common name (256 bytes) is 0, because the field holds only the low byte of the size.
+// The adapter requires the organisation, the common name and the country without a terminating zero
+// byte. The length field of the longest common name (256 bytes) is 0, because the field holds only
+// the low byte of the size.
 inline constexpr SettingEncoding CertOrganization = {.key = npa::settings::CertOrganization,
                                                      .source = Setting::CerOrg,
                                                      .label = "Cer org",

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// From this offset on, a query and a record of the same setting begin alike: flag, command, kind
-/// of data, group and object number.
+/// From this offset on, a query and a record of the same setting have six equal bytes: flag,
+/// command, kind of data, group and object number.
 constexpr std::size_t RecordIdOffset = 3;
 /// How long the packets of a reply are collected. The time starts at the end of the pause that
 /// follows the request.
@@ -24,7 +24,7 @@ void visitRecords(std::span<const unsigned char> reply, npa::SettingKey key,
                   const std::function<bool(Record)>& visit) {
   const auto request = npa::query(key);
   const auto id = std::span(request).subspan(RecordIdOffset);
-  // The search is bytewise, because other bytes may precede a record.
+  // Tests every offset, because other bytes may precede a record.
   for (auto rest = reply; rest.size() >= RecordValueOffset; rest = rest.subspan(1)) {
     if (rest[0] == npa::StartByte &&
         std::ranges::equal(rest.subspan(RecordIdOffset, id.size()), id) && visit(rest)) {

@@ -7,8 +7,8 @@
 
 #include "npa/setting_keys.h"
 
-/// A query for one setting. The texts are for the log. A query that an exchange of the table runs
-/// has no texts, because only `wnpaGenerator::collectReply` logs queries.
+/// A query for one setting. The texts are for the log. Only
+/// `wnpaGenerator::collectReply` logs queries. Queries that do not use it have no texts.
 struct SettingQuery {
   npa::SettingKey key;
   /// The log line before the request.
@@ -18,7 +18,8 @@ struct SettingQuery {
   const char* responseName = nullptr;
 };
 
-/// The result of a query whose reply is only dumped. It is the same whether a reply arrived or not.
+/// The result of a query whose reply is only dumped. The result is the same whether a reply arrived
+/// or not.
 inline constexpr int DumpedOnly = -1;
 
 /// The part of a reply from the start of a record to the end of the reply. In this layout the bytes
@@ -39,7 +40,7 @@ void visitRecords(std::span<const unsigned char> reply, npa::SettingKey key,
 /// Returns the first byte of a record's value, or nothing if that byte did not arrive.
 [[nodiscard]] std::optional<npa::Byte> statusIn(Record record);
 
-/// Returns the status in the first record of the setting that has one, or nothing if no record has
-/// one. Prints nothing.
+/// Returns the status from the first record of `key` that contains a status. Returns nothing if no
+/// record contains one. Prints nothing.
 [[nodiscard]] std::optional<npa::Byte> firstStatusIn(std::span<const unsigned char> reply,
                                                      npa::SettingKey key);

@@ -1,4 +1,4 @@
-// The status queries of wnpaGenerator. Each reads one setting of the adapter.
+// The status queries of wnpaGenerator. Each query reads one setting of the adapter.
 
 #include <optional>
 
@@ -10,7 +10,8 @@
 
 namespace {
 
-// The queries. A query that an exchange of the table runs has no texts for the log.
+// The queries. A query that is sent as one of the exchanges in npa/exchange.h has no texts for the
+// log.
 
 constexpr SettingQuery Ssid = {.key = npa::settings::Ssid};
 constexpr SettingQuery IpAddress = {.key = npa::settings::IpAddress};
@@ -31,7 +32,7 @@ constexpr SettingQuery AuthCommonName = {.key = npa::settings::AuthCommonName,
                                          .announcement = "802.1x Auth common name...",
                                          .responseName = "Auth common name response"};
 
-/// The result of a query whose reply has no status. A status is 0 to 255, so -1 cannot be one.
+/// The result of a query whose reply has no status. A status is 0 to 255, so -1 is never a status.
 constexpr int NoAnswer = -1;
 
 /// Returns the text of an authentication status, or an empty text if the status is unknown. The

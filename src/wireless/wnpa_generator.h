@@ -44,8 +44,8 @@ class wnpaGenerator {
   // --- Packet framing (framing.cpp) ---------------------------------------------------------
 
   /// Writes the 5-byte header of a setting object to `object`. The value has `valueSize` bytes.
-  /// Note the order: the object number precedes the group here and follows it in the header.
-  /// Returns 0.
+  /// Note the order: the parameter `number`, the object number, precedes `group`. In the header the
+  /// group precedes the object number. Returns 0.
   int constructHeader(unsigned char* object, unsigned int valueSize, char number, char group);
 
   /// Copies `value` to the place after the header in `object`. Header and value together have
@@ -59,7 +59,8 @@ class wnpaGenerator {
   /// stores the objects of such a packet all together. Returns the packet's new size.
   int constructAtomicGrouping(int size);
 
-  /// Does the same for objects that the adapter stores one by one. Library only.
+  /// Does the same as `constructAtomicGrouping` for objects that the adapter stores one by one.
+  /// Library only.
   int constructLongNetwork(int size);
 
   /// Puts `packet` of `size` bytes into a wrapper. Returns the new size.
@@ -88,7 +89,8 @@ class wnpaGenerator {
 
   /// Appends the SSID and a zero byte.
   int constructSSID(int* total);
-  /// Appends 1 for "Ad-Hoc", or 0 (managed mode) for any other text.
+  /// Appends 1 for the mode "Ad-Hoc", or 0 (managed mode) for any other text. Appends nothing for
+  /// an empty text.
   int constructMode(int* total);
   /// Appends the channel, 1 to 11.
   int constructChannel(int* total);
@@ -137,8 +139,8 @@ class wnpaGenerator {
   /// certificate. The flag is 0 if the printer does not answer. If no device is configured, throws
   /// a message of type `const char*`.
   int construct802ValidateCert();
-  /// Sets the value of that flag for later packets, so that the generator does not ask the printer.
-  /// Library only.
+  /// Sets the flag of `construct802ValidateCert` for later packets, so that the generator does not
+  /// ask the printer. Library only.
   void setServerValidation(bool validates) { m_ServerValidation = validates; }
 
   // Fields of a certificate request (certificate_fields.cpp). Library only:
@@ -159,7 +161,7 @@ class wnpaGenerator {
   int constructCertCommonName();
   /// Appends the first two bytes of the country.
   int constructCertCountry();
-  /// Appends the flag that makes the printer create a request from the fields.
+  /// Appends the flag that makes the printer create a certificate request from the fields.
   int constructCertSignRequest();
 
   // --- Configuration sequences (sequences.cpp) ----------------------------------------------
@@ -211,8 +213,8 @@ class wnpaGenerator {
 
   // --- Status queries (status_queries.cpp) --------------------------------------------------
   //
-  // Each operation queries one setting. An operation that has the name of a `sendConfig` operation
-  // returns its result.
+  // Each operation queries one setting. An operation with the name of a `sendConfig` operation
+  // returns the result of that operation.
 
   /// Queries the SSID and prints it (-s).
   int getSSID();
@@ -223,18 +225,18 @@ class wnpaGenerator {
   /// Queries the descriptor of the adapter (-a).
   int getAdapterDescriptor();
 
-  /// Queries the 802.1x authentication status (-802s). Returns the status from the first record in
-  /// the reply that has a status, or -1 if no record has one.
+  /// Queries the 802.1x authentication status (-802s). Returns the status from the first record
+  /// that contains a status. Returns -1 if no record contains one.
   int get802AuthStatus();
 
   // Library only:
 
-  /// Returns the status from the first record in the reply that has one: 1 if 802.1x authentication
-  /// is on. Returns -1 if no record has a status.
+  /// Queries whether 802.1x authentication is on. Returns the status from the first record that
+  /// contains a status: 1 means that it is on. Returns -1 if no record contains a status.
   int get802AuthEnabled();
 
-  /// Returns the status from the last record in the reply that has a value: 1 if a CA certificate
-  /// is installed. Returns -1 if no record has a value.
+  /// Queries whether a CA certificate is installed. Returns the status from the last record that
+  /// contains a value: 1 means that one is installed. Returns -1 if no record contains a value.
   int getCertAuthInstalled();
 
   /// Queries all security settings and dumps the reply. Always returns -1.
@@ -293,8 +295,8 @@ class wnpaGenerator {
   /// Does the same as `constructPasswd`.
   int encodePassword();
 
-  /// Appends an object: a 4-byte code, a 1-byte flag, or an arbitrary value. The length field is
-  /// the value's size unless given.
+  /// Appends an object: a 4-byte code, a 1-byte flag, or an arbitrary value. If no `lengthField` is
+  /// given, the length field is the value's size.
   int appendCode(npa::SettingKey key, npa::Byte code);
   int appendFlag(npa::SettingKey key, bool flag);
   int appendObject(npa::SettingKey key, std::span<npa::Byte> value);
@@ -318,7 +320,7 @@ class wnpaGenerator {
   /// Logs the announcement, encodes, dumps and sends a batch.
   int configure(const char* announcement, std::span<const Section> sections);
 
-  /// Returns the bytes to send for a packet: wrapped if wrap mode is on.
+  /// Returns the bytes to send for a packet: wrapped if wrap mode is on, otherwise bare.
   std::vector<unsigned char> outgoing(std::span<const npa::Byte> packet);
 
   /// Sends the query for one setting with an operation of `sendConfig`. Returns the operation's
@@ -327,8 +329,8 @@ class wnpaGenerator {
 
   /// Sends a query and returns the collected reply, empty if there is none.
   std::vector<unsigned char> collectReply(const SettingQuery& query);
-  /// Does the same for a complete request. Unless `responseName` is null, logs the size of the
-  /// reply with this name and dumps the reply.
+  /// Does the same with the complete request `request`. If `responseName` is not null, also logs
+  /// the size of the reply with this name and dumps the reply.
   std::vector<unsigned char> collectReply(std::vector<unsigned char> request,
                                           const char* responseName);
   /// Sends a query whose reply is only dumped. Returns -1.

@@ -81,8 +81,7 @@ std::vector<std::string> documentedSettings() {
 std::string rowOf(const catalogue::SettingInfo& info) {
   std::string row = packets::hexText({info.key.group, info.key.object});
   row.append(" | ").append(info.name).append(" | ").append(info.secret ? "secret " : "");
-  row.append(catalogue::kindName(info.kind))
-      .append(info.sizeIsLowByte ? ", low byte of the size" : "");
+  row.append(catalogue::kindName(info.kind)).append(info.sizeIsLowByte ? ", low byte" : "");
   if (info.numberNames.size() > 5) {  // other tests compare the status texts
     return row + ", " + std::to_string(info.numberNames.size()) + " meanings";
   }

@@ -144,7 +144,7 @@ TEST_P(FailedCall, LogsOnlyTheOpenFailureWithoutAPrinter) {
 
 TEST_P(FailedCall, IncludesAReplyThatIsCutBeforeTheEndOfItsStatus) {
   const std::string xml = replyXml(statusChildren("1", "fine"));
-  // A reply that is cut after its status is a success.
+  // A reply that is cut only after its status counts as a success.
   const std::size_t statusEnd = xml.find("</IntegerElem>");
   for (std::size_t size = 0; size < statusEnd; size += 7) {
     errorOf(replyPacket(xml.substr(0, size)));

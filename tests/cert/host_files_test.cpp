@@ -38,7 +38,8 @@ class HostFile : public testing::Test {
 
  protected:
   void SetUp() override {
-    // The first capture may open descriptors, so it happens before they are counted.
+    // The first capture of the output may open descriptors, so it happens before the descriptors
+    // are counted.
     outputOf([] {});
   }
 

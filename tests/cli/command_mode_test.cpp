@@ -21,7 +21,7 @@ Names namesWhere(bool (*holds)(const CommandMode&)) {
   return names;
 }
 
-// A new query needs no name in either list: its row of the table and its test decide.
+// The lists need not contain every switch, so a new query needs no change here.
 TEST(CommandModes, RetryARefusalBareWithExceptions) {
   for (const std::string_view name : {"-c", "-ca", "-s", "-ip", "-t", "-802s", "-cer"}) {
     EXPECT_TRUE(commandMode(name).retriesBare) << name;

@@ -55,7 +55,7 @@ const Bytes Refused = bytes("A5 00 03 D4 E0 01");
 const Bytes& BarePacket = basic_batch::SsidX;
 const Bytes WrappedPacket = packets::wrapped(BarePacket);
 
-/// Returns the log lines of one attempt of -c with these options.
+/// Returns the log lines of one attempt of -c with the SSID "x" that ends with `result`.
 std::string attempt(int result) {
   return basic_batch::attemptLines({.ssid = "x"}, result);
 }
@@ -244,8 +244,8 @@ TEST_F(Setup, SendsAnEmptyPacketToTheDefaultDeviceWithoutAnNpaFile) {
 }
 
 TEST_F(Setup, ReadsTheReplyToARawPacketForTenSeconds) {
-  // Each packet announces another. The second arrives at the deadline, during a read that began
-  // before it. The third arrives after the deadline.
+  // Each packet announces another packet. The second packet arrives at the deadline, during a read
+  // that began before the deadline. The third packet arrives after the deadline.
   device.onWrite = [this](const Bytes& /*request*/) {
     device.reply(bytes("A5 00 02 70 01"), 11 * Second);
     device.reply(bytes("A5 00 02 70 02"), 12 * Second);

@@ -28,7 +28,7 @@ std::size_t allocationsOf(const std::function<void()>& action) {
   return support::allocations() - before;
 }
 
-/// Does the same for an action that writes output, and discards the output.
+/// Returns how many blocks an action that writes output allocates. Discards the output.
 std::size_t silentAllocationsOf(const std::function<void()>& action) {
   std::size_t count = 0;
   outputOf([&] { count = allocationsOf(action); });

@@ -67,7 +67,7 @@ TEST(CaptureInput, SeparatesDevicesBusesAndEndpoints) {
 
 TEST(CaptureInput, UsesTheTransferredPartOfATransferToThePrinter) {
   UsbCapture capture;
-  // The first transfer moves only four bytes. The next one moves the rest.
+  // The first transfer moves only four bytes. The next transfer moves the other bytes.
   capture.add({.event = URB_SUBMIT, .transfer = 7, .length = 9, .data = Query});
   capture.add({.event = URB_COMPLETE, .transfer = 7, .length = 4});
   const support::Bytes rest(Query.begin() + 4, Query.end());

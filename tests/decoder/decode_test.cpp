@@ -40,8 +40,8 @@ class NoReport : public decoder::Report {
   void unreadable(const std::string& /*reason*/) override {}
 };
 
-/// Returns the exit status for inputs: "n" has no packet, "u" cannot be read, any other is the text
-/// of an input.
+/// Returns the exit status for inputs. The input "n" has no packet, and the input "u" cannot be
+/// read. Every other string is the text of an input.
 int statusOf(const std::vector<std::string>& inputs) {
   NoReport none;
   decoder::Tally tally(none);

@@ -87,7 +87,7 @@ TEST(HexDump, EndsAtItsLastOffset) {
   EXPECT_EQ(wordsOf(cut), "line 1: cut packet: 5 of 9 bytes\n");
   EXPECT_EQ(wordsOf(cut + "00000005: d800 2808  ..(.\n"),
             "line 1: cut packet: 5 of 9 bytes\nline 3: 4 bytes outside any packet\n");
-  // The last line counts as bytes without an offset, because its number is not the next offset.
+  // The last line has the form of an offset, but is not the next offset. So it counts as bytes.
   EXPECT_EQ(wordsOf(Dump + "a50002d4e0\n"),
             "lines 1-2: " + QueryWords + "line 3: reply, bare, 5 bytes: refused\n");
   EXPECT_EQ(wordsOf(Dump + "a5000650\ne0d8002808\n"),

@@ -91,7 +91,7 @@ TEST(TextInput, NeverShowsBytesThatTheLogMasks) {
   EXPECT_EQ(wordsOf(plain), head + "(2 bytes)\n");
   EXPECT_EQ(decodedWith(options, "A5 00 0B 50 E0 DA 01 28 11 00 00 02 **\n61\n").words,
             "lines 1-2" + head.substr(6) + "(2 bytes)\n");
-  // The masks of one block do not apply to the next one.
+  // The masks of one block do not apply to the next block.
   EXPECT_EQ(decodedWith(options, std::string(log) + std::string(plain)).words,
             head + "(2 bytes)\nline 2" + head.substr(6) + "\"ab\"\n");
 }

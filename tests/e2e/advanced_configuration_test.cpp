@@ -28,7 +28,7 @@ struct SecurityRow : support::Row {
   Words options;
   std::string packet;
   Words firstLines;       ///< the log lines before the dump of the packet
-  std::string shortName;  ///< the security's name in the last line
+  std::string shortName;  ///< the security's name in the last line of an attempt's log
   Words stored;           ///< lines of the printer's settings after the run
 };
 
@@ -169,7 +169,7 @@ const std::string OptionPacket =
 const std::string NetworkPacket =
     "A5 00 26 50 E0 DA 01 28 02 00 00 04 00 00 00 00 28 22 00 00 04 00 00 00 03 28 08 00 00 02 78 "
     "00 28 05 00 00 04 00 00 00 06";
-/// Returns the packet, wrapped, in hex.
+/// Wraps `packet` and returns the wrapper in hex.
 std::string wrapped(const std::string& packet) {
   return hexText(packets::wrapped(support::bytes(packet)));
 }

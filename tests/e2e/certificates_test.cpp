@@ -87,7 +87,7 @@ class Certificates : public testing::Test {
 };
 
 /// Replaces the printer's path by "/dev/usb/lp0". The path has another number if the system permits
-/// no private device.
+/// no private device, which only the command of zvkprinter can see.
 std::string withoutPath(const std::string& text) {
   return std::regex_replace(text, std::regex(R"(/dev/usb/lp\d+)"), "/dev/usb/lp0");
 }

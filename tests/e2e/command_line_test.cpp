@@ -116,7 +116,7 @@ TEST(PasswordPrompt, RestoresTheEchoIfTerminated) {
   TerminalProcess program(promptingCommand());
   ASSERT_TRUE(program.waitFor("Please provide the password:"));
   ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
-  ::kill(program.pid(), SIGTERM);  // the emulated printer forwards it to zvkconfig
+  ::kill(program.pid(), SIGTERM);  // zvkprinter forwards the signal to zvkconfig
   EXPECT_EQ(program.waitForEnd(), 128 + SIGTERM);
   EXPECT_TRUE(program.echoes());
 }

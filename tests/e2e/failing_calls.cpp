@@ -1,8 +1,10 @@
 // A library that an end-to-end test preloads into its programs. It makes calls of zvkconfig or
 // zvkwifi fail. The environment variable ZVK_FAULT selects the calls: with "write 2 5" the second
-// write fails with errno 5, with "write 2+ 5" all later writes fail too. Only calls on files that
-// the program has opened with "open" count, and none on the files of /sys, whose number depends on
-// the machine. At the end of the program the library reports a device that is still open.
+// write fails with errno 5, with "write 2+ 5" all later writes fail too. The library counts every
+// call of select. It counts other calls only if they open a file with "open", or use a file that
+// the program has opened with "open". It does not count calls on the files of /sys, because the
+// number of these files depends on the machine. At the end of the program the library reports a
+// device that is still open.
 
 #include <bitset>
 #include <cerrno>
@@ -18,7 +20,7 @@
 
 namespace {
 
-/// The programs in which calls fail.
+/// Returns true in the programs whose calls can fail.
 bool isTested() {
   const std::string_view name = ::program_invocation_short_name;
   return name == "zvkconfig" || name == "zvkwifi";
@@ -64,8 +66,8 @@ bool fails(std::string_view call) {
   return true;
 }
 
-/// The descriptors of open files, and those of devices among them. A larger descriptor than these
-/// sets hold is in neither.
+/// The descriptors of the open files on which the library counts calls, and the descriptors of open
+/// devices. Neither set contains a standard descriptor, or a descriptor of `Limit` or more.
 struct OpenFiles {
   static constexpr int Limit = 1024;
 
@@ -101,7 +103,7 @@ struct OpenFiles {
 
 OpenFiles openFiles;
 
-/// Returns the C library's function `name`. The function of that name in this file replaces it.
+/// Returns the C library's function `name`, which a function in this file replaces.
 template <typename Function>
 Function* next(const char* name) {
   return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));

@@ -29,10 +29,10 @@ struct FaultRow : support::Row {
   int error;
   Words arguments;
   int status;
-  std::size_t received;  ///< messages that reach the printer; a method call counts as two
+  std::size_t received;  ///< packets that reach the printer; a method call consists of two
 };
 
-/// Makes calls of the programs fail that the test starts.
+/// Makes calls fail in the programs that the test starts.
 class PreloadedFault {
  public:
   PreloadedFault(const char* call, int error)
@@ -105,7 +105,7 @@ class WifiFailingCall : public testing::TestWithParam<WifiRow> {
     return result;
   }
 
-  /// Replaces "{folder}" in the text.
+  /// Replaces "{folder}" in the text by the path of the test's folder.
   std::string inFolder(std::string text) const {
     constexpr std::string_view mark = "{folder}";
     const std::size_t at = text.find(mark);
@@ -129,7 +129,8 @@ TEST_P(WifiFailingCall, IsReportedWithWhatToDo) {
   const std::size_t end = result.err.find('\n') + 1;
   EXPECT_TRUE(result.err.starts_with("zvkwifi: " + inFolder(row.message))) << result.err;
   EXPECT_TRUE(result.err.substr(end).starts_with(row.remedy)) << result.err;
-  // Two lines, and none about a device that is still open.
+  // Standard error has only the message and the remedy, and no line about a device that is still
+  // open.
   EXPECT_EQ(std::ranges::count(result.err, '\n'), 2) << result.err;
   // Nothing is left of a file that was not completed.
   EXPECT_TRUE(std::filesystem::is_empty(folder.path("")));
@@ -216,7 +217,7 @@ INSTANTIATE_TEST_SUITE_P(
         WifiRow{{"CloseAlways"}, "close 1+", EIO, Status, 0, "", ""}),
     support::rowName);
 
-/// Runs a command whose standard output has no space.
+/// Runs a command of zvkwifi whose standard output is a full device.
 support::ProcessResult runOnFullOutput(const Words& arguments) {
   Words command = {"-c", "exec \"$0\" \"$@\" >/dev/full", ZVKWIFI};
   command.insert(command.end(), arguments.begin(), arguments.end());

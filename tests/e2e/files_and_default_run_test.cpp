@@ -12,7 +12,8 @@
 #include "testing/printer_run.h"
 #include "testing/process.h"
 
-// Options and raw packets from files, and the default run for an unknown switch.
+// Options and raw packets from files, and the default run: what zvkconfig does for an unknown
+// switch.
 
 namespace {
 

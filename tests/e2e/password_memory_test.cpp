@@ -21,7 +21,7 @@ using support::TerminalProcess;
 
 const std::string Prompt = "Please provide the password:";
 
-/// So short that std::string would store it inside the object.
+/// This password is so short that std::string would store it inside the object.
 constexpr std::string_view ShortPassword = "kQ7-vT2x9";
 const std::string LongPassword = "wZ8-" + std::string(300, 'y') + "-mR3";
 
@@ -151,8 +151,8 @@ INSTANTIATE_TEST_SUITE_P(Secrets, PasswordInMemoryOfZvkwifi,
                                          "wZ8-" + std::string(50, 'y') + "-mR3"));
 
 struct SourceRow : support::Row {
-  const char* setting;  ///< the source; FILE is a file's path, which descriptor 3 has open
-  const char* content;  ///< of the file; SECRET is the secret
+  const char* setting;  ///< names the source; FILE stands for a file, also open as descriptor 3
+  const char* content;  ///< the file's content; SECRET stands for the secret
 };
 
 class SecretFromAFile : public testing::TestWithParam<SourceRow> {};

@@ -1,6 +1,6 @@
-// The count of system calls of each command, from the first open of the device on. So the calls of
-// the loader are left out. The counts of reads and of probes for input depend on time, so the tests
-// check only limits for them.
+// The counts of the system calls of each command. The tests count from the first open of the device
+// on, which leaves out the calls of the loader. The counts of reads and of probes for input depend
+// on time, so the tests check only limits for them.
 
 #include <array>
 #include <gtest/gtest.h>
@@ -54,7 +54,7 @@ struct Row : support::Row {
   int silences;  ///< waits that end without a byte
   int pauses;
   int exchanges;  ///< each opens, reads and closes the device
-  int reads;      ///< the upper limit: the first read may come before the reply
+  int reads;      ///< the upper limit; a first read before the reply adds one
   int writes;     ///< requests, log lines and the output
 };
 

@@ -12,7 +12,8 @@
 #include "testing/process.h"
 #include "testing/usbip_host.h"
 
-// Tests of `zvkprinter usb` with a client of the test. tests/kernel tests it with the real kernel.
+// Tests of `zvkprinter usb` in which the test is the client. tests/kernel tests `zvkprinter usb`
+// with the real kernel.
 
 namespace {
 

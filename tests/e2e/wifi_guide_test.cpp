@@ -58,7 +58,7 @@ class Dialogue {
     const std::string script = m_Folder.write("nmcli", "#!/bin/sh\n" + nmcli);
     ::chmod(script.c_str(), S_IRWXU);
     // When the first process on the terminal ends, the terminal drops the output that has not been
-    // read yet. So the first process is a shell that waits for a last line.
+    // read yet. So the first process is a shell that waits for a last line of input.
     Words command = {"sh",
                      "-c",
                      "trap : INT; \"$@\"; status=$?; echo '(ended)'; read x; exit $status",
@@ -81,7 +81,7 @@ class Dialogue {
 
   TerminalProcess& terminal() { return *m_Terminal; }
 
-  /// Waits for a question, and until it can be answered.
+  /// Waits for a question. If the answer is a secret, also waits until the echo is off.
   bool waitFor(const char* question) {
     return m_Terminal->waitForNext(question) &&
            (!isHidden(question) || support::eventually([&] { return !m_Terminal->echoes(); }));

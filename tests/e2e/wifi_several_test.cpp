@@ -46,7 +46,7 @@ exit $status)";
 /// Several emulated printers at /dev/usb/lp0, /dev/usb/lp1 and so on.
 class Printers {
  public:
-  /// Each printer has these options besides a log.
+  /// `options` has the options of each printer. The constructor adds --log to them.
   explicit Printers(const std::vector<Words>& options) {
     for (const Words& words : options) {
       const std::string number = std::to_string(m_Paths.size());
@@ -56,7 +56,8 @@ class Printers {
     }
   }
 
-  /// Returns a command line of zvkwifi with all printers at its end.
+  /// Returns a command line that starts the printers and runs zvkwifi with `arguments` and the
+  /// paths of all printers.
   Words command(const Words& arguments) const {
     Words words = {ZVKPRINTER, "run", "--show-secrets"};
     append(words, m_Options.front());
@@ -93,7 +94,8 @@ class Printers {
   std::vector<Words> m_Options;
 };
 
-/// Skips the tests where `zvkprinter run` cannot have a private /dev/usb.
+/// Skips the tests if the system does not permit a private /dev/usb, in which the test can create
+/// several printers.
 class SeveralPrinters : public testing::Test {
  protected:
   void SetUp() override {
@@ -105,7 +107,8 @@ class SeveralPrinters : public testing::Test {
   }
 };
 
-/// Returns the numbers of the children of a process; none if the process is gone.
+/// Returns the process IDs of the children of a process. Returns an empty list if the process has
+/// ended.
 std::vector<pid_t> childrenOf(pid_t parent) {
   const std::string id = std::to_string(parent);
   std::ifstream text("/proc/" + id + "/task/" + id + "/children");
@@ -116,7 +119,8 @@ std::vector<pid_t> childrenOf(pid_t parent) {
   return children;
 }
 
-/// Returns the process of zvkwifi that has the argument `word` and is no worker, or 0.
+/// Returns the process of zvkwifi that has the argument `word` and has workers, or 0 if there is
+/// none. A worker has the same arguments but no children.
 pid_t programWith(std::string_view word) {
   for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
     std::ifstream file(entry.path() / "cmdline", std::ios::binary);

@@ -117,7 +117,7 @@ TEST(ZvkprinterRun, IgnoresAnInterruptAndWaitsForTheCommand) {
   support::BackgroundProcess printer({ZVKPRINTER, "run", "--log=/dev/null", "--", "sh", "-c",
                                       "trap 'exit 9' INT; touch " + started + "; sleep 1; exit 4"});
   ASSERT_TRUE(support::eventually([&] { return fs::exists(started); }));
-  // kill(1) signals only zvkprinter. An interrupt from the terminal would also reach the command.
+  // The test signals only zvkprinter. An interrupt from the terminal would also reach the command.
   EXPECT_EQ(printer.endWith(SIGINT), 4);
 }
 
@@ -155,7 +155,7 @@ TEST(ZvkprinterRun, WorksForAnOrdinaryUser) {
   command.insert(command.begin(), asUser.begin(), asUser.end());
   const ProcessResult result = runProcess(command);
   if (!permitsPrivateMounts(asUser, false)) {
-    // An ordinary user needs private mounts.
+    // Without private mounts, zvkprinter cannot run a command for an ordinary user.
     EXPECT_EQ(result.status, 125);
     EXPECT_NE(result.err.find("cannot create a private /dev/usb/lp0: "), std::string::npos)
         << result.err;

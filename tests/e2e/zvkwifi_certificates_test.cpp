@@ -105,7 +105,7 @@ TEST_F(WifiCertificates, AreRequestedSignedInstalledListedAndDeleted) {
             "Certificates of authorities:\n  " +
                 caName + "\n    File: ca.pem\n    Common name: " + caName + "\n");
 
-  // The printer authenticates with them.
+  // The printer authenticates with these certificates.
   EXPECT_EQ(run({"set", "--ssid=office", "--security=802.1x", "--user=printer", "--eap=tls"},
                 {"--ssid=old"})
                 .status,

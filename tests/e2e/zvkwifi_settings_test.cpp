@@ -1,4 +1,5 @@
-// zvkwifi's settings: what is wrong ends with status 2, and no byte reaches the printer.
+// The settings of zvkwifi. If a setting is wrong, the command ends with status 2, and no byte
+// reaches the printer.
 
 #include <gtest/gtest.h>
 #include <string>

@@ -22,20 +22,22 @@ const Statuses Always = {0};
 // Two attempts of a configuration: one wrapped, one bare.
 constexpr LongestWait Configuration = {.pauses = 10, .writes = 2, .reads = 2};
 // An exchange that collects a reply pauses 2 seconds and then reads until its deadline: 5 or 10
-// seconds for a method call, 3 seconds for others. A packet whose first byte has arrived by then
-// takes at most three more reads.
+// seconds for a method call, 10 seconds for -npa, and 3 seconds for a query. The program checks the
+// deadline only between packets, and reads each packet with three reads. So the last three reads
+// may end after the deadline.
 constexpr LongestWait TwoQueries = {.pauses = 10, .writes = 2, .reads = 6};
 // Seven wrapped and seven bare attempts, each with a pause of 3 seconds. No query waits longer.
 constexpr LongestWait LongestQuery = {.pauses = 42, .writes = 14, .reads = 14};
-// The command makes five exchanges, first wrapped and then bare: for both lists of certificates
-// (with a deadline of 5 seconds), for the options, for the network and for the status.
+// The command makes five exchanges: for the two lists of certificates (each with a deadline of 5
+// seconds), for the options, for the network and for the status. It makes them with wrapped packets
+// and then again with bare packets.
 constexpr LongestWait Authentication = {.pauses = 58, .writes = 10, .reads = 22};
 
 }  // namespace
 
 namespace {
 
-/// Commands with arguments, waits or inputs that the table of switches does not have.
+/// Returns the commands whose arguments, waits or inputs are not in the table of switches.
 std::vector<Command> listedCommands() {
   return {
       {{"Basic"}, {"-c", "--ssid=home", "--security=None", "{}"}, AcceptedOrNot, Configuration},
@@ -84,7 +86,7 @@ std::vector<Command> listedCommands() {
       {{"Request"},
        {"-csr", "--cer-common=hall", "--cer-path={request}", "{}"},
        DoneOrNot,
-       // 5 of the 36 seconds are for a file that reports EAGAIN.
+       // For 5 of the 36 seconds, writing the request file may fail with EAGAIN.
        {.pauses = 36, .writes = 3, .reads = 9}},
       {{"InstallAuthority"},
        {"-icer", "--802-CA-cer-file={ca}", "{}"},
@@ -101,8 +103,8 @@ std::vector<Command> listedCommands() {
   };
 }
 
-/// Returns the test command of a query: the switch, the device, and the statuses in the table. The
-/// wait is the longest of all queries.
+/// Returns the test command of a query: the switch, the device, and the statuses in the table.
+/// `longestWait` is the longest wait of all queries.
 Command queryCommand(const CommandRow& row) {
   Command command{{row.mode.name.data()}, {std::string(row.mode.name), "{}"}, {}, LongestQuery};
   ++command.name;  // the switch without its "-"

@@ -8,16 +8,17 @@
 
 namespace faults {
 
-/// The waits of a command, over all of its attempts with wrapped and bare packets.
+/// The longest waits of a command. Each member is a total over all attempts with wrapped and bare
+/// packets.
 struct LongestWait {
   int pauses;  ///< the protocol's pauses and deadlines, in seconds
-  int writes;  ///< count of requests; the printer can delay each
+  int writes;  ///< count of requests; the printer can delay each request
   int reads;   ///< count of reads that end with a timeout
 };
 
 /// A command line of the program.
 struct Command : support::Row {
-  /// "{}" stands for the device, "{name}" for the file of that name in `CommandFiles`.
+  /// "{}" stands for the device. "{name}" stands for the file `name` of `CommandFiles`.
   std::vector<std::string> arguments;
   /// Every exit status that the command may end with.
   std::vector<int> statuses;
@@ -26,13 +27,14 @@ struct Command : support::Row {
   std::string input{};
 };
 
-/// Returns every command, with each security of the advanced configuration.
+/// Returns test commands for all switches of zvkconfig, for each security of the advanced
+/// configuration, for the default run (an unknown switch) and for a run without arguments.
 const std::vector<Command>& commands();
 
 /// Returns the commands that send a request to the printer.
 std::vector<Command> exchangingCommands();
 
-/// Returns the command with that name. Throws if there is none.
+/// Returns the command with that name. Throws an exception if there is none.
 const Command& command(const std::string& name);
 
 /// Creates the files that the commands name.

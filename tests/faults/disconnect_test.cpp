@@ -7,8 +7,8 @@
 #include "faults/disconnecting_printer.h"
 
 // The printer is disconnected during each request and each reply of each command: for good, or
-// until the program opens it again. In a message of at most 64 bytes this happens at each byte, in
-// a longer message at a sample of bytes.
+// until the program opens it again. If the request or reply has at most 64 bytes, the tests
+// disconnect the printer at each byte, otherwise at a sample of the bytes.
 
 namespace faults {
 namespace {
@@ -55,7 +55,7 @@ TEST_P(Disconnect, EndsTheRunInOrder) {
 }
 
 /// The results of a command if the printer sends nothing in one exchange and is connected again in
-/// the next.
+/// the next exchange.
 struct Expectation {
   const char* command;
   struct Result {
@@ -78,9 +78,11 @@ const std::vector<Expectation>& expectations() {
       {"Certificate", {{0, 2}, {0, 2}}},
       {"RawPacket", {{0, 1}}},
       {"RequestDefaults", {{1, 1}}},
-      // The first exchange deletes an earlier certificate; its failure is ignored.
+      // The first exchange deletes an earlier certificate. The program ignores a failure of this
+      // exchange.
       {"Request", {{0, 3}, {1, 2}, {1, 3}}},
-      // The first exchange lists the CA certificates; its failure is ignored.
+      // The first exchange lists the CA certificates. The program ignores a failure of this
+      // exchange.
       {"InstallAuthority", {{0, 2}, {1, 2}}},
       {"InstallSigned", {{1, 1}}},
       {"DefaultRun", {{0, 4}, {0, 4}, {0, 4}}},

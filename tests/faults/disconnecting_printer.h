@@ -146,14 +146,15 @@ class DisconnectingPrinter {
 
   Moment m_Moment;
   bool m_IsDisconnected = false;
-  /// True once the reply during which the printer is disconnected has been shortened.
+  /// True after the reply that the disconnection interrupts has been shortened.
   bool m_IsReplyCut = false;
   int m_Opens = 0;
 };
 
-/// Returns the positions at which to disconnect the printer in a message of `size` bytes: all
-/// positions up to 64 bytes. In a longer message it returns the first 24, the last 9 and every
-/// 41st, because the runs with certificates would take too long.
+/// Returns the positions at which to disconnect the printer in a request or reply of `size` bytes.
+/// If `size` is at most 64, returns all positions. Otherwise returns only the first 24, the last 9
+/// and every 41st, because a run for each position of a request with a certificate would take too
+/// long.
 inline std::vector<std::size_t> positions(std::size_t size) {
   std::vector<std::size_t> result;
   for (std::size_t i = 0; i <= size; ++i) {

@@ -76,8 +76,8 @@ Outcome FailureRig::run(Program program, const std::vector<std::string>& argumen
 
 double longestWait(const Command& command, Wiring wiring) {
   // A write takes up to 5 seconds over usblp, and 25 times 5 seconds over libusb. A read ends after
-  // 5 seconds of silence. Before that a printer may report bytes for 5 seconds without sending any.
-  // libusb's own read adds up to 15 seconds.
+  // 5 seconds of silence. Before the silence, select may report for 5 seconds that bytes can be
+  // read although none can. Over libusb a read takes up to 15 seconds more.
   const double write = wiring == Wiring::Usblp ? 5 : 125;
   const double read = wiring == Wiring::Usblp ? 11 : 26;
   const LongestWait& wait = command.longestWait;

@@ -36,13 +36,13 @@ class FailureRig {
  public:
   explicit FailureRig(Wiring wiring);
 
-  /// Runs the command of zvkconfig to its end. `plan` selects the calls that fail. By default no
-  /// call fails.
+  /// Runs a command of zvkconfig to its end. `plan` selects the calls that fail. By default no call
+  /// fails.
   Outcome run(const Command& command, const CommandFiles& files,
               const support::FaultInjection::Plan& plan = NoFailure);
 
-  /// Does the same with any program. The first of the arguments is its path. `input` is typed on
-  /// the terminal.
+  /// Runs `program` to its end. The first of `arguments` is the path of the program. `input` is
+  /// typed on the terminal.
   Outcome run(Program program, const std::vector<std::string>& arguments, const std::string& input,
               const support::FaultInjection::Plan& plan = NoFailure);
 

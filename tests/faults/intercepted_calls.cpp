@@ -1,6 +1,6 @@
-// Doubles of further calls that can fail: tcgetattr, tcsetattr, fopen, malloc and operator new.
-// testing/virtual_system.cpp and testing/fake_libusb.cpp have the doubles that other test programs
-// use, too.
+// Test doubles of calls that can fail: tcgetattr, tcsetattr, fopen, malloc and operator new. The
+// doubles of all other calls are in testing/virtual_system.cpp and testing/fake_libusb.cpp, because
+// other test programs use them, too.
 
 #include <cerrno>
 #include <cstdio>

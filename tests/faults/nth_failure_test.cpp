@@ -11,8 +11,8 @@
 #include "faults/failure_rig.h"
 
 // Runs every command many times. In each run the n-th call of one kind fails, alone or with all
-// later calls of this kind. n increases until a run makes fewer than n such calls. Calls of select
-// are sampled (`support::FaultInjection`).
+// later calls of this kind. n increases until a run makes fewer than n such calls. Only a sample of
+// the calls of select is counted (`support::FaultInjection`).
 
 namespace faults {
 namespace {
@@ -73,15 +73,15 @@ class NthFailure : public testing::TestWithParam<std::tuple<Command, Wiring>> {
   const Command& command() const { return std::get<0>(GetParam()); }
   Wiring wiring() const { return std::get<1>(GetParam()); }
 
-  /// Returns true if the command makes such calls when nothing fails.
+  /// Returns true if the command makes calls of the function `call` when nothing fails.
   bool makes(std::string_view call) {
     FailureRig rig(wiring());
     rig.run(command(), files, {.call = call, .fault = {"", 0}, .first = 0});
     return rig.callCount > 0;
   }
 
-  /// Runs the command once for each n, with the n-th call failing. Then does the same with all
-  /// later calls failing, too.
+  /// Runs the command once for each n. In these runs only the n-th call fails. Then runs the
+  /// command again for each n. In these runs the n-th call and all later calls fail.
   template <typename Expect>
   void failEach(std::string_view call, const Fault& fault, Expect expect) {
     for (const bool lasting : {false, true}) {

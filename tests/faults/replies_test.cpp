@@ -33,7 +33,7 @@ class Replies : public testing::Test {
 // --- Late ---------------------------------------------------------------------------------------
 
 struct LateRow : support::Row {
-  int window;    ///< seconds after its request in which an attempt accepts a reply
+  int window;    ///< for how many seconds after its request an attempt accepts a reply
   int period;    ///< seconds from the start of one attempt to the start of the next
   int attempts;  ///< count of attempts, wrapped and bare together
   int inTime;    ///< exit status if the reply arrives before the last attempt ends
@@ -142,7 +142,7 @@ TEST_P(StaleReplies, AreReadBeforeTheReplyToTheRequest) {
 }
 
 // Commands that read until the printer is silent check the last bytes that arrive, so they succeed.
-// A command that collects its reply takes the old reply for its own.
+// A command that reads packet by packet takes the old reply for its own reply.
 INSTANTIATE_TEST_SUITE_P(Commands, StaleReplies,
                          testing::Values(StaleRow{{"Basic"}, 0, 1}, StaleRow{{"Open"}, 0, 1},
                                          StaleRow{{"Ip"}, 0, 1}, StaleRow{{"TroubleCode"}, 0, 1},
@@ -183,7 +183,8 @@ TEST_P(EndlessReplies, EndTheRunInOrder) {
   Command command = std::get<0>(GetParam());
   const Wiring wiring = std::get<1>(GetParam());
   if (std::string(command.name) == "TroubleCode") {
-    // The exit status is the trouble code, and that is the last byte read.
+    // The command returns the trouble code as its exit status. The trouble code is the last byte
+    // that it reads, which depends on the stream.
     command.statuses = {0, 1, 255, 0x20, 0xA5, 0xE0, 0x02, 0xFF, 0xD4};
   }
   const std::vector<Stream> streams = {

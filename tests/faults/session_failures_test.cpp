@@ -1,5 +1,5 @@
 // Runs `set` and `status` many times. In each run the n-th call of one kind fails, alone or with
-// all later calls.
+// all later calls of this kind.
 
 #include <array>
 #include <cerrno>

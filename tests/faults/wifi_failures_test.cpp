@@ -1,6 +1,6 @@
 // Runs commands of the whole zvkwifi program many times. In each run the n-th call of one kind
-// fails, or the printer is disconnected at another byte. Every command runs with its results as
-// text and as JSON.
+// fails, or the printer is disconnected at another byte. Every command runs both with text and with
+// JSON as its output.
 
 #include <algorithm>
 #include <array>
@@ -30,7 +30,7 @@ using Words = std::vector<std::string>;
 /// A command of zvkwifi.
 struct WifiCommand : support::Row {
   Words arguments;
-  std::vector<int> statuses;  ///< every exit status that it may end with
+  std::vector<int> statuses;  ///< every exit status that the command may end with
   double longestSeconds;
 };
 
@@ -71,7 +71,7 @@ class WifiFailures : public testing::TestWithParam<std::tuple<WifiCommand, Form>
     words.insert(words.end(), command().arguments.begin(), command().arguments.end());
     words.insert(words.end(), {isJson() ? "--json" : "--quiet", "--quiet", "/dev/usb/lp0"});
     const Outcome outcome = rig.run(wifiMain, words, "long enough\n", plan);
-    // The program has set the library's output to an object that is gone by now.
+    // The program has set the library's output to an object that no longer exists.
     util::setOutput(nullptr);
     ++m_Runs;
     return outcome;
@@ -141,8 +141,8 @@ TEST_P(WifiFailures, OfASystemCallEndTheRunInOrder) {
   }
 }
 
-// Only with results as text: the destructor of nlohmann-json allocates memory. If that fails, the
-// program is aborted.
+// These tests run only with text as output. With JSON, the destructor of nlohmann-json allocates
+// memory, and a failure of this allocation would abort the program.
 class WifiAllocations : public WifiFailures {};
 
 TEST_P(WifiAllocations, ThatFailEndTheRunWithAMessage) {
@@ -150,8 +150,8 @@ TEST_P(WifiAllocations, ThatFailEndTheRunWithAMessage) {
   const Outcome usual = run(faultless, {.call = "new", .fault = {"", 0}, .first = 0});
   const int total = faultless.callCount;
   int unnoticed = 0;
-  // The command line is read with thousands of similar allocations. Of these the test takes a
-  // sample, and of the later ones each.
+  // Reading the command line makes thousands of similar allocations. The test lets only a sample of
+  // them fail, but each of the last 500 allocations of the run.
   constexpr int later = 500;
   constexpr int step = 29;
   for (int n = 1; n <= total && !HasFailure(); n += n < total - later ? step : 1) {
@@ -178,7 +178,7 @@ TEST_P(WifiFailures, OfThePrinterAtAnyByteEndTheRunInOrder) {
   for (std::size_t i = 0; i < faultless.sizes.size(); ++i) {
     const Size& size = faultless.sizes[i];
     if (size.request == 0) {
-      continue;  // The program opened the printer only to see whether it can.
+      continue;  // The program only checked whether the printer can be opened.
     }
     for (const bool inRequest : {true, false}) {
       for (const std::size_t bytes : positions(inRequest ? size.request - 1 : size.reply)) {

@@ -97,7 +97,8 @@ INSTANTIATE_TEST_SUITE_P(
         CheckedRow{{"Code255"}, GetTroubleCode, "A5 00 03 50 E0 FF", 255, "", 4}),
     support::rowName);
 
-// The request has three bytes, so the text starts at the sixth byte of the reply.
+// The reply repeats the request, which has three bytes here. A length of two bytes follows. Then
+// the text starts, at the sixth byte.
 INSTANTIATE_TEST_SUITE_P(
     GetSsid, CheckedReply,
     testing::Values(

@@ -129,7 +129,7 @@ TEST_F(SessionTest, StatusGoesOnBareIfWrappersAreRefused) {
   const Report report = makeSession().status();
   EXPECT_EQ(report.state.ssid, "home");
   EXPECT_EQ(report.state.authentication, 0);
-  // Only the first query is sent twice.
+  // Only the first of the four queries is sent twice.
   EXPECT_EQ(device.writes.size(), 5U);
 }
 
@@ -302,7 +302,8 @@ TEST_F(SessionTest, ResetOfASilentAdapterIsNoAnswer) {
 TEST_F(SessionTest, WaitsWithoutPolling) {
   plugIn({.replyDelay = std::chrono::seconds(4), .ssid = "home"});
   EXPECT_EQ(makeSession().status().state.ssid, "home");
-  // The session waits once for the header of each reply. The check at the start adds short waits.
+  // The session waits once for the header of each reply. The search for old bytes at the start adds
+  // short waits.
   EXPECT_LE(device.readSelects, 20);
 }
 

@@ -212,7 +212,7 @@ TEST_F(SettingsFiles, AreNotOpenedUnlessTheyAreRegular) {
   std::array<char, 4096> events;
   EXPECT_NE(errorOf(fifo), NoProblem);
   EXPECT_EQ(::read(watch.get(), events.data(), events.size()), -1);
-  // The watch does report a file that is opened.
+  // Check the watch itself: it reports a file that is opened.
   ASSERT_GE(::inotify_add_watch(watch.get(), regular.c_str(), IN_OPEN), 0);
   EXPECT_EQ(errorOf(regular), NoProblem);
   EXPECT_GT(::read(watch.get(), events.data(), events.size()), 0);

@@ -74,7 +74,8 @@ const SettingRow Rows[] = {
 
 class OneSetting : public testing::TestWithParam<SettingRow> {
  protected:
-  /// Expects that the row's setting has `value` and that every other has its initial value.
+  /// Expects that the row's setting has `value`, and that every other setting has its initial
+  /// value.
   static void expectOnly(const configDetails& details, const std::string& value) {
     for (const SettingRow& row : Rows) {
       const bool own = std::string(row.name) == GetParam().name;

@@ -28,7 +28,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-/// Returns pseudo-random bytes, the same in each run.
+/// Returns pseudo-random bytes. They are the same in each run.
 Bytes randomBytes(std::size_t count) {
   std::minstd_rand numbers(7);
   Bytes result(count);

@@ -166,8 +166,8 @@ class CircularBufferLock : public testing::TestWithParam<Operation> {};
 
 }  // namespace
 
-// If an operation calls another operation, the inner attempt to lock the mutex fails. Only the
-// outer operation unlocks the mutex.
+// If an operation calls another operation, the inner operation cannot lock the mutex again. Only
+// the outer operation unlocks it.
 TEST_P(CircularBufferLock, IsHeldDuringTheWholeOuterOperation) {
   CircularBuffer buffer(4);
   store(buffer, bytes("01 02"));

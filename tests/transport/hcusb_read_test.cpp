@@ -134,7 +134,8 @@ TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceWithEachByte) {
 }
 
 TEST_F(TransportRead, RestartsTheDeadlineOfAReadyDeviceAfterATimeout) {
-  // The device is always readable without bytes. Only four probes time out, one every 3 seconds.
+  // The device is always readable, but has no bytes. Only four probes time out, one every 3
+  // seconds.
   virtual_system::Microseconds lastSilence = 0;
   int silences = 0;
   device.readSelectResult = [&] {
@@ -171,7 +172,7 @@ TEST(TransportReadOverLibUsb, EndsFiveSecondsOfProbesAfterTheLastByte) {
   library.incoming = pattern(20);
   Bytes buffer(1000);
   EXPECT_EQ(transport->CT_Read(buffer.data(), buffer.size()), 20);
-  // The connector's own wait, then the probes of 1 s each.
+  // First the connector's own wait, then the probes of 1 s each.
   EXPECT_EQ(library.readTimeouts, (std::vector<int>{10000, 10000, 1000, 1000, 1000, 1000, 1000}));
   EXPECT_EQ(system.now(), 15 * Second);
 }

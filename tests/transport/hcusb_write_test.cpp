@@ -28,8 +28,8 @@ class TransportWrite : public support::OpenTransport {
     return transport->writeRequest(copy);
   }
 
-  /// Gives each write the next of `results`, and all further writes the last of them. A result is a
-  /// count of bytes or a negative errno.
+  /// Sets the results of the writes, in order. Further writes get the last of `results`. A result
+  /// is a count of bytes or a negative errno.
   void setResults(std::vector<int> results) {
     device.writeResult = [this, results](std::size_t size) {
       ++calls;

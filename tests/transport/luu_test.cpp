@@ -27,15 +27,15 @@ class Luu : public testing::Test {
   }
   void TearDown() override { luu_usb_close(handle); }
 
-  /// Expects the last libusb call and its arguments: the numbers in order and the pointers in
-  /// order.
+  /// Expects that the last libusb call was `call` with these arguments: the numbers in order and
+  /// the pointers in order.
   void expectCall(const char* call, const std::vector<long>& numbers,
                   const std::vector<const void*>& pointers) const {
     EXPECT_EQ(library.calls.back(), call);
     EXPECT_EQ(library.lastNumbers, numbers);
     EXPECT_EQ(library.lastPointers, pointers);
   }
-  /// Expects the last libusb call, and that the wrapper returned its result.
+  /// Expects the last libusb call as above, and that the wrapper returned the call's result.
   void expectCall(int result, const char* call, const std::vector<long>& numbers,
                   const std::vector<const void*>& pointers) const {
     EXPECT_EQ(result, Error) << call;

@@ -87,7 +87,7 @@ TEST_P(UsblpErrno, SetsTheStatusOfAWrite) {
   EXPECT_EQ(connector.getLastError(), GetParam().status);
 }
 
-// Any other error leaves the status unchanged. Here it is the status that `open` set.
+// EAGAIN, EBADF and EINTR set a status. Other errors leave the status that `open` has set.
 INSTANTIATE_TEST_SUITE_P(Errors, UsblpErrno,
                          testing::Values(ErrnoRow{{"Eagain"}, EAGAIN, IO_TRY_AGAIN},
                                          ErrnoRow{{"BadDescriptor"}, EBADF, IO_BAD_DEVICE},

@@ -31,7 +31,7 @@ TEST(DebugLine, LeavesNoTextOnTheStack) {
   std::string stack;
   outputOf([&] { stack = support::stackAfter([&] { util::debugLine("PSK = %s", key.c_str()); }); });
   EXPECT_EQ(stack.find(key), std::string::npos);
-  // The search does find a text that is left on the stack.
+  // Check the search itself: it finds a text that is left on the stack.
   stack = support::stackAfter([&] {
     std::array<volatile char, 64> copy;
     std::ranges::copy(key, copy.begin());

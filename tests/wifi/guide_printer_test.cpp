@@ -10,8 +10,8 @@
 #include "wifi/results.h"
 #include "wifi/secret_input.h"
 
-// The questions that select a printer. Folders of the test stand in for the machine's devices, and
-// a pipe for the terminal.
+// The questions that select a printer. Folders of the test stand in for the machine's devices. A
+// pipe stands in for the terminal.
 
 namespace {
 

@@ -96,7 +96,8 @@ TEST(NetworkScan, EndsAfterFiveSecondsIfNmcliClosesItsOutput) {
 
 TEST(NetworkScan, EndsWithASignal) {
   const StandIn nmcli("kill -INT $PPID; sleep 60");
-  // The scan runs in a separate process, because a program never forgets a signal that it has got.
+  // The scan runs in a separate process, because `wifi::Interruption` cannot reset the signal that
+  // has arrived.
   const auto scan = [] {
     const wifi::Interruption interruption;
     try {

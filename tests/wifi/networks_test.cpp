@@ -11,7 +11,7 @@ using session::Security;
 using wifi::Network;
 using wifi::parseNetworks;
 
-/// Returns the network of a line with this text in the column SECURITY.
+/// Returns the network of a line that has `security` in the field SECURITY.
 Network networkWith(const std::string& security) {
   const auto networks = parseNetworks(" :x:" + security + ":50\n");
   return networks.size() == 1 ? networks.front() : Network{};

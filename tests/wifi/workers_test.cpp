@@ -57,7 +57,7 @@ TEST(Workers, RunAtTheSameTime) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
   Workers workers{hours(1)};
-  // The first ends only after the second has written.
+  // The first worker ends only after the second worker has written.
   workers.start([&] {
     char c = 0;
     return ::read(ends[0], &c, 1) == 1 ? std::string(1, c) : std::string();

@@ -27,7 +27,7 @@ struct BatchRow : support::Row {
   const char* security;
   Options options;
   const char* packet;
-  /// The first log lines. The lines between them and the dump are the same in all rows.
+  /// The first log lines. The lines between the first lines and the dump are the same in all rows.
   const char* before;
 };
 

@@ -52,7 +52,7 @@ TEST_F(DefaultRun, PrintsThePacketConfiguresAndPrintsTheAddress) {
 
 TEST_F(DefaultRun, PrintsItsProgressBeforeEachWait) {
   use({});
-  // Standard output is a file here, so it contains only the flushed text.
+  // Standard output is a file here. So the file's size shows only the text that is already flushed.
   std::vector<off_t> shown;
   device.onWrite = [&](const Bytes& /*request*/) {
     struct stat standardOutput {};

@@ -20,7 +20,7 @@ TEST_P(SecurityEncoder, AppendsItsObjectAndLogsIt) {
 constexpr auto Security = &wnpaGenerator::constructSecurity;
 constexpr auto Passwd = &wnpaGenerator::constructPasswd;
 
-// The modes as logged. The digit is the number that is sent.
+// The security modes as they are logged. The digit is the number that is sent.
 constexpr const char* NoSecurity = "0 (No Security)";
 constexpr const char* Wep = "1 (WEP)";
 constexpr const char* Psk = "2 (WPA PSK (Auto 1 or 2))";

@@ -285,7 +285,7 @@ TEST_F(StatusQueries, DumpTheCommonNameAndReturnMinusOne) {
 }
 
 TEST_F(StatusQueries, ReadUntilThreeSecondsAfterThePause) {
-  // Each packet announces another. The last one arrives after the deadline.
+  // Each packet announces another packet. The last packet arrives after the deadline.
   device.onWrite = [this](const Bytes& /*request*/) {
     device.reply(replyOf(bytes("01"), 0x70), 4 * Second);
     device.reply(replyOf(bytes("02"), 0x70), 5 * Second);

@@ -42,7 +42,7 @@ TEST_F(TypedPassword, IsSentAsTyped) {
 
 TEST_F(TypedPassword, IsNotLeftOnTheStack) {
   use({"--security=WPA"});
-  // So short that std::string stores it inside the object.
+  // The password is so short that std::string stores it inside the object.
   const std::string password = "kQ7-vT2x9";
   const StandardInput input(password + "\n");
   int count = 0;

@@ -15,7 +15,9 @@ using support::Bytes;
 using support::bytes;
 
 struct ListRow : support::Row {
-  std::vector<Bytes> replies;  ///< to the calls that list the printer's own and CA certificates
+  /// The replies to the two calls: the first lists the printer's own certificates, and the second
+  /// lists the CA certificates.
+  std::vector<Bytes> replies;
   std::size_t calls;
   bool validates;
 };

@@ -71,7 +71,7 @@ TEST(XPathStep, HasNameAndFilter) {
       {"a[5]b[6]", "a", "<INDEX>", "5", 5},
       {"[7]", "", "<INDEX>", "7", 7},
       {"a[1@n='x']", "a", "<INDEX>", "1@n='x'", 1},
-      // A filter that is not a position and has no "@" never matches.
+      // A filter that has no "@" and is not a position from 1 to 9 never matches.
       {"a[0]", "a", "<UNDEFINED>", "", 0},
       {"a[10]", "a", "<UNDEFINED>", "", 0},
       {"a[-1]", "a", "<UNDEFINED>", "", 0},

@@ -80,8 +80,8 @@ TEST(XPathQuery, CountsPositionsInRunsOfEqualNames) {
 }
 
 TEST(XPathQuery, CountsPositionsFromTheLastClosedElementAtAnyDepth) {
-  // The inner <a> continues the count of the <a> that closed before it, although the parents
-  // differ.
+  // The inner <a> continues the count of the <a> that closed before the inner one, although the
+  // parents differ.
   EXPECT_EQ(query("<r><a>1</a><b><a>2</a></b></r>", "/r/b/a[2]"), "2");
   EXPECT_EQ(query("<r><a>1</a><b><a>2</a></b></r>", "/r/b/a[1]"), "");
   // The count ends when the parent of the counted element closes.

@@ -137,7 +137,7 @@ TEST(Networks, ContainTheAdapterFromTheStartIfItHasAnSsid) {
   Printer printer(personality);
   EXPECT_EQ(printer.ask(QueryIp), packets::IpReply);
   EXPECT_EQ(printer.ask(QueryTrouble).back(), 0);
-  // Settings that select no network do not change that.
+  // The adapter stays in the network if the stored settings select no network.
   printer.ask(store(object("28 05", {0, 0, 0, 6})));
   EXPECT_EQ(printer.ask(QueryIp), packets::IpReply);
   printer.ask(store(home(2, Psk, "wrong")));

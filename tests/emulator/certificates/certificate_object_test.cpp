@@ -155,7 +155,7 @@ struct MethodRow : support::Row {
 
 class Method : public testing::TestWithParam<MethodRow> {
  protected:
-  /// Returns the call's parameters, in another order than the program's.
+  /// Returns the parameters of the row's method, in another order than that of zvkconfig.
   static std::vector<support::CallParameter> parameters() {
     std::vector<support::CallParameter> all;
     if (GetParam().file != nullptr) {

@@ -149,7 +149,7 @@ TEST(UsbSlow, AcceptsPacketsAtItsRate) {
   EXPECT_EQ(ends(printer), Texts{"1: 0 after 100"});
   printer.printer.now = start + 10s;
   EXPECT_EQ(ends(printer), Texts{"2: 0 after 9"});
-  // An idle printer does not accumulate time.
+  // After an idle time the printer accepts no more bytes per second than before.
   printer.printer.now = start + 20s;
   printer.write(3, support::pattern(64));
   EXPECT_EQ(printer.device.nextDue(), start + 21s);

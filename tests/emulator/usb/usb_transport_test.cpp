@@ -240,7 +240,7 @@ TEST_F(ServedPrinter, ServesAWaitingHostOnceThereIsRoom) {
   for (std::size_t i = 0; i < most + 1; ++i) {
     hosts.emplace_back(transport->port());
     EXPECT_TRUE(hosts.back().isConnected());
-    // The count includes the listening socket while there is room for another host.
+    // `awaited` includes the listening socket only while there is room for another host.
     EXPECT_TRUE(runUntil([&] { return transport->awaited().size() == std::min(i + 2, most); }));
   }
   hosts.erase(hosts.begin());
