@@ -82,7 +82,7 @@ readonly port_folder=$PWD/build/ports
 
 # The packages that a build for another architecture needs: programs of this machine, libraries of the other
 # one.
-port_tools=(build-essential ccache cmake debhelper gettext libcli11-dev mmdebstrap ninja-build
+port_tools=(build-essential ccache cmake debhelper faketime gettext libcli11-dev mmdebstrap ninja-build
   nlohmann-json3-dev openssl qemu-user-static scdoc strace)
 port_libraries=(libexpat1-dev libfaketime libgtest-dev libpcap-dev libpugixml-dev libssl-dev libusb-dev
   libxml2-dev)
