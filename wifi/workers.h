@@ -47,6 +47,13 @@ class Workers {
   /// `onTick` about once a second. Returns once for each worker.
   [[nodiscard]] std::optional<Finished> next(const std::function<void()>& onTick);
 
+  /// Waits until a worker ends, `descriptor` can be read, a signal arrives or `limit` has passed.
+  /// Returns the end of the worker if there is one. With the descriptor -1 waits only for the rest.
+  [[nodiscard]] std::optional<Finished> nextWithin(std::chrono::milliseconds limit, int descriptor);
+
+  /// Returns the count of workers that have not ended.
+  [[nodiscard]] std::size_t running() const;
+
   /// Sends a signal to the workers that have not ended.
   void signal(int number) const;
 
@@ -58,8 +65,8 @@ class Workers {
     std::chrono::steady_clock::time_point end;
   };
 
-  /// Returns the time until the next tick or the end of a worker's time.
-  int millisecondsToWait() const;
+  /// Returns `limit`, or the time until the end of a worker's time if that is shorter.
+  int millisecondsToWait(std::chrono::milliseconds limit) const;
   /// Reads what a worker has written. Returns false at the end of its bytes.
   static bool readSome(Worker& worker);
   Finished finish(std::size_t index, bool overdue);
