@@ -80,7 +80,6 @@ class Grammar {
     CLI::App& app =
         *parent.add_subcommand(std::string(name.substr(name.rfind(' ') + 1)), tr(row.help));
     app.group(tr("Commands"));
-    addHelp(app);
     return app;
   }
 

@@ -56,6 +56,8 @@ TEST(WifiStation, AsksOnceForTheSecretAndEndsAfterASignal) {
   for (const int signal : {SIGINT, SIGTERM}) {
     support::TerminalProcess program(station({"--ssid=home", "--security=wpa"}));
     ASSERT_TRUE(program.waitFor("Passphrase or key: "));
+    // The prompt discards what was typed before it has turned the echo off.
+    ASSERT_TRUE(support::eventually([&] { return !program.echoes(); }));
     program.type("a secret key\n");
     ASSERT_TRUE(program.waitFor("Under way: 0. Done: 0, failed: 0, skipped: 0. ("))
         << program.shown();
