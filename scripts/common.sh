@@ -35,7 +35,8 @@ install_packages() {
 }
 
 # The Debian packages that the scripts need. scripts/setup installs all of them.
-program_packages=(g++ cmake ninja-build gettext libcli11-dev libpugixml-dev libssl-dev libusb-dev nlohmann-json3-dev)
+program_packages=(g++ cmake ninja-build gettext libcli11-dev libpugixml-dev libssl-dev libudev-dev libusb-dev
+  nlohmann-json3-dev)
 build_packages=("${program_packages[@]}" libpcap-dev)
 test_packages=(binutils bsdextrautils ccache clang-format faketime fish git groff libexpat1-dev libgtest-dev libxml2-dev
   man-db mandoc openssl python3-jsonschema scdoc strace tshark xxd zsh)

@@ -165,6 +165,7 @@ std::optional<Explanation> explain(const Report& report, const session::Profile*
     case Result::Confirmed:
     case Result::DryRun:
     case Result::Invalid:
+    case Result::Skipped:
       break;
   }
   return std::nullopt;
