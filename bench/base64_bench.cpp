@@ -10,6 +10,7 @@
 
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "util/base64.h"
 
 namespace {

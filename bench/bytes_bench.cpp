@@ -12,6 +12,7 @@
 
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "process_run.h"
 #include "silence.h"
 #include "util/utility.h"

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
 /// Registers benchmarks. In a contest several contestants do the same work, for example:
@@ -37,21 +36,6 @@ benchmark::internal::Benchmark* contest(const std::string& work, const std::stri
     added->Arg(size);
   }
   return added;
-}
-
-/// The start of the names that `growth` registers.
-inline constexpr const char* GrowthMark = "growth: ";
-
-/// Registers a contest with only our contestant, to measure how the cost grows while the size
-/// doubles six times.
-template <typename Prepare>
-void growth(const std::string& work, std::size_t smallest, Prepare prepare) {
-  constexpr unsigned int doublings = 6;
-  Sizes sizes;
-  for (unsigned int i = 0; i <= doublings; ++i) {
-    sizes.push_back(static_cast<std::int64_t>(smallest << i));
-  }
-  contest(GrowthMark + work, Ours, sizes, std::move(prepare))->MinTime(0.02);
 }
 
 }  // namespace bench

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "contest.h"
+#include "growth.h"
 #include "results.h"
 #include "settings/config_details.h"
 #include "silence.h"

@@ -46,6 +46,13 @@ std::string timeText(double nanoseconds) {
                            : number(nanoseconds / 1e6, 2, "ms");
 }
 
+std::string countText(double count) {
+  if (count < 1e3) {
+    return number(count, 0, "");
+  }
+  return count < 1e6 ? number(count / 1e3, 1, "thousand") : number(count / 1e6, 2, "million");
+}
+
 std::string sizeText(long bytes) {
   constexpr long kibi = 1024;
   if (bytes >= kibi * kibi && bytes % (kibi * kibi) == 0) {

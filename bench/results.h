@@ -27,6 +27,9 @@ double median(std::vector<double>& values);
 /// Returns a time as text, in ns, us or ms.
 std::string timeText(double nanoseconds);
 
+/// Returns a count as text, in thousands or millions if it is large.
+std::string countText(double count);
+
 /// Returns a size as text, in the largest unit in which it is a whole number.
 std::string sizeText(long bytes);
 

@@ -11,6 +11,7 @@
 
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "transport/circular_buffer.h"
 #include "transport/posix_mutex.h"
 

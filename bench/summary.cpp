@@ -3,7 +3,6 @@
 #include "summary.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -16,8 +15,6 @@ namespace bench {
 namespace {
 
 constexpr double NoBar = 0;
-/// The largest allowed exponent. A cost that grows in proportion to the size has the exponent 1.
-constexpr double ExponentBar = 1.1;
 
 /// The largest allowed ratio of our time to a peer's.
 struct Bar {
@@ -57,25 +54,6 @@ double limitOf(std::string_view work, std::string_view peer, long size) {
   return bar == std::end(Bars) ? NoBar : bar->ratio;
 }
 
-/// Returns the exponent of the power function of the size that fits the times best. Uses the method
-/// of least squares on the logarithms.
-double fittedExponent(const std::map<long, double>& times) {
-  const auto count = static_cast<double>(times.size());
-  double sumX = 0;
-  double sumY = 0;
-  double sumXX = 0;
-  double sumXY = 0;
-  for (const auto& [size, time] : times) {
-    const double x = std::log2(static_cast<double>(size));
-    const double y = std::log2(time);
-    sumX += x;
-    sumY += y;
-    sumXX += x * x;
-    sumXY += x * y;
-  }
-  return (count * sumXY - sumX * sumY) / (count * sumXX - sumX * sumX);
-}
-
 }  // namespace
 
 void Summary::ReportRuns(const std::vector<Run>& runs) {
@@ -95,14 +73,7 @@ void Summary::ReportRuns(const std::vector<Run>& runs) {
 
 void Summary::addRows() const {
   for (const auto& [work, contestants] : m_Works) {
-    if (!work.starts_with(GrowthMark)) {
-      addComparisons(work, contestants);
-    }
-  }
-  for (const auto& [work, contestants] : m_Works) {
-    if (work.starts_with(GrowthMark)) {
-      addGrowth(work, contestants.at(Ours));
-    }
+    addComparisons(work, contestants);
   }
 }
 
@@ -122,12 +93,6 @@ void Summary::addComparisons(const std::string& work, const Contestants& contest
       }
     }
   }
-}
-
-void Summary::addGrowth(const std::string& work, const Times& times) {
-  const auto& [smallest, timeThere] = *times.begin();
-  addRow({work, "from " + sizeText(smallest) + ", exponent", timeText(timeThere), "",
-          fittedExponent(times), ExponentBar});
 }
 
 }  // namespace bench

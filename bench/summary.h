@@ -8,7 +8,7 @@
 namespace bench {
 
 /// Prints the runs to the console, collects their medians, and adds the rows of the table: our time
-/// and each peer's time for each work, and the exponent with which the cost of a work grows.
+/// and each peer's time for each work.
 ///
 ///     bench::Summary summary;
 ///     benchmark::RunSpecifiedBenchmarks(&summary);
@@ -29,7 +29,6 @@ class Summary : public benchmark::ConsoleReporter {
   using Contestants = std::map<std::string, Times>;
 
   static void addComparisons(const std::string& work, const Contestants& contestants);
-  static void addGrowth(const std::string& work, const Times& times);
 
   std::map<std::string, Contestants> m_Works;  ///< the contestants of each work
 };

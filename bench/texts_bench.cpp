@@ -9,6 +9,7 @@
 #include "cert/cert_mgr.h"
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "npa/packet.h"
 #include "xml/simple_sax_parser.h"
 

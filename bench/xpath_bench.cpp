@@ -15,6 +15,7 @@
 #include "cert/obj_store_response.h"
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "xml/simple_xpath.h"
 
 namespace {
