@@ -1,6 +1,5 @@
 // Compares the program's Base64 with OpenSSL and GLib.
 
-#include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <glib.h>
 #include <memory>

@@ -105,8 +105,7 @@ bool measureGrowth(const std::string& dumps) {
       }
       counts[size] = count;
     }
-    addRow({"growth: " + growth.name,
-            "from " + sizeText(static_cast<long>(growth.smallest)) + ", exponent",
+    addRow({"growth: " + growth.name, "from " + sizeText(growth.smallest) + ", exponent",
             countText(counts.begin()->second), "", fittedExponent(counts), growth.bar});
   }
   return true;

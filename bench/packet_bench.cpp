@@ -3,7 +3,6 @@
 
 #include "packet_bench.h"
 
-#include <benchmark/benchmark.h>
 #include <memory>
 #include <string>
 

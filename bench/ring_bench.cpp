@@ -2,7 +2,6 @@
 // of the byte queue alone.
 
 #include <algorithm>
-#include <benchmark/benchmark.h>
 #include <boost/circular_buffer.hpp>
 #include <cstdlib>
 #include <memory>
