@@ -1,6 +1,5 @@
 // Compares the program's Base64 with OpenSSL and GLib.
 
-#include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <glib.h>
 #include <memory>
@@ -10,6 +9,7 @@
 
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "util/base64.h"
 
 namespace {

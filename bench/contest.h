@@ -1,13 +1,13 @@
 #pragma once
 
-#include <benchmark/benchmark.h>
 #include <cstddef>
-#include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
-/// Registers benchmarks. In a contest several contestants do the same work, for example:
+/// Compares contestants that do the same work, for example:
 ///
 ///     bench::contest("Base64 encode", "GLib", {48, 12288}, [](std::size_t size) {
 ///       return [job = Job(size)]() mutable { encodeGlib(job); };
@@ -17,41 +17,47 @@ namespace bench {
 /// The name of our own contestant.
 inline constexpr const char* Ours = "zvkconfig";
 
-using Sizes = std::vector<std::int64_t>;
+using Sizes = std::vector<std::size_t>;
+
+/// Runs a work a number of times and returns the CPU time in seconds.
+using TimedWork = std::function<double(long count)>;
+
+/// Registers a contestant. `prepare` gets a size and makes everything that the work needs.
+void addContestant(const std::string& work, const std::string& contestant, const Sizes& sizes,
+                   std::function<TimedWork(std::size_t)> prepare);
+
+/// Returns the CPU time of this process in seconds.
+double cpuSeconds();
+
+/// Makes the compiler store `value` in memory, so that it cannot leave out the computation.
+template <typename Value>
+void keep(const Value& value) {
+  asm volatile("" : : "r,m"(value) : "memory");
+}
 
 /// Registers a contestant. `prepare` gets a size, makes everything that the work needs, and returns
-/// the work as a function. The benchmark calls the work many times, and measures only the time of
-/// these calls.
+/// the work as a function. Only the time of this function is measured.
 template <typename Prepare>
-benchmark::internal::Benchmark* contest(const std::string& work, const std::string& contestant,
-                                        const Sizes& sizes, Prepare prepare) {
-  auto* added = benchmark::RegisterBenchmark(
-      (work + "/" + contestant).c_str(), [prepare](benchmark::State& state) {
-        auto run = prepare(static_cast<std::size_t>(state.range(0)));
-        while (state.KeepRunning()) {
-          run();
-          benchmark::ClobberMemory();
-        }
-      });
-  for (const std::int64_t size : sizes) {
-    added->Arg(size);
-  }
-  return added;
+void contest(const std::string& work, const std::string& contestant, const Sizes& sizes,
+             Prepare prepare) {
+  addContestant(work, contestant, sizes, [prepare](std::size_t size) -> TimedWork {
+    // A function object must be copyable, and a work need not be.
+    auto run = std::make_shared<decltype(prepare(size))>(prepare(size));
+    return [run](long count) {
+      const double start = cpuSeconds();
+      for (long i = 0; i < count; ++i) {
+        (*run)();
+        asm volatile("" : : : "memory");
+      }
+      return cpuSeconds() - start;
+    };
+  });
 }
 
-/// The start of the names that `growth` registers.
-inline constexpr const char* GrowthMark = "growth: ";
-
-/// Registers a contest with only our contestant, to measure how the cost grows while the size
-/// doubles six times.
-template <typename Prepare>
-void growth(const std::string& work, std::size_t smallest, Prepare prepare) {
-  constexpr unsigned int doublings = 6;
-  Sizes sizes;
-  for (unsigned int i = 0; i <= doublings; ++i) {
-    sizes.push_back(static_cast<std::int64_t>(smallest << i));
-  }
-  contest(GrowthMark + work, Ours, sizes, std::move(prepare))->MinTime(0.02);
-}
+/// Runs the contests of all works whose names contain `filter`, and adds the rows of the table: our
+/// time and each peer's time for each work and size. In each round, every contestant does its work,
+/// so that a change of the machine's load affects all of them. A ratio is that of two times of the
+/// same round.
+void runContests(std::string_view filter);
 
 }  // namespace bench

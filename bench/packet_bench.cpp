@@ -3,11 +3,11 @@
 
 #include "packet_bench.h"
 
-#include <benchmark/benchmark.h>
 #include <memory>
 #include <string>
 
 #include "contest.h"
+#include "growth.h"
 #include "results.h"
 #include "settings/config_details.h"
 #include "silence.h"

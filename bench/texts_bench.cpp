@@ -1,6 +1,5 @@
 // Compares the conversions of object-store texts with one memcpy pass over the same bytes.
 
-#include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -9,6 +8,7 @@
 #include "cert/cert_mgr.h"
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "npa/packet.h"
 #include "xml/simple_sax_parser.h"
 
@@ -35,14 +35,14 @@ std::string textWith(const std::string& mark, std::size_t size) {
 auto copyOf(std::string text) {
   return [copy = std::vector<char>(text.size()), text = std::move(text)]() mutable {
     std::memcpy(copy.data(), text.data(), text.size());
-    benchmark::DoNotOptimize(copy.data());
+    bench::keep(copy.data());
   };
 }
 
 template <std::size_t Distance>
 auto escapingOf(std::size_t size) {
   return [text = textWith<Distance>("&", size)] {
-    benchmark::DoNotOptimize(CertMgr::symbolToEntities(text.c_str()));
+    bench::keep(CertMgr::symbolToEntities(text.c_str()));
   };
 }
 
@@ -54,7 +54,7 @@ auto replacementOf(std::size_t size) {
     const SimpleSAXParser parser(handler);
     copy = text;
     parser.replaceEntities(copy);
-    benchmark::DoNotOptimize(copy.data());
+    bench::keep(copy.data());
   };
 }
 

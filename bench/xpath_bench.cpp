@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
@@ -15,6 +14,7 @@
 #include "cert/obj_store_response.h"
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "xml/simple_xpath.h"
 
 namespace {
@@ -115,7 +115,7 @@ void add(const std::string& work, const std::string& contestant, std::string pat
       std::abort();
     }
     return [=, document = std::move(document)] {
-      benchmark::DoNotOptimize(find(document, path));
+      bench::keep(find(document, path));
     };
   });
 }
@@ -146,7 +146,7 @@ constexpr const char* ListPath = "/response/MapElem/child[@name='cert_list']/Lis
   // The message before the list grows with the size.
   bench::growth("list of nine names, bytes", 2048, [](std::size_t size) {
     return [document = listReply(size)] {
-      benchmark::DoNotOptimize(listWithOurs(document, ListPath));
+      bench::keep(listWithOurs(document, ListPath));
     };
   });
   return true;
