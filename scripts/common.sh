@@ -49,6 +49,7 @@ coverage_packages=(gcovr)
 kernel_packages=(qemu-system-x86 busybox-static cpio kmod libdbus-1-3 libnl-3-200 libnl-genl-3-200
   libnl-route-3-200 libpcsclite1 openssl python3-jsonschema xz-utils)
 package_packages=(build-essential debhelper dpkg-dev lintian scdoc)
+ansible_packages=(ansible-core ansible-lint faketime python3-apt strace)
 package_lane_packages=(faketime mmdebstrap proot)
 
 # Ends a script whose tests cannot run on this machine. The status 77 differs from that of failed tests.
