@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <deque>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -30,11 +31,15 @@ using wifi::Arguments;
 using wifi::PrinterCommand;
 using Json = nlohmann::json;
 
-/// A monitor whose events are the steps of a script. A step is due as soon as the station looks for
-/// events, so the steps come about a second apart, or at the end of a worker.
+/// One step of a script. Returns false as long as the step is not done.
+using Step = std::function<bool()>;
+using Steps = std::deque<Step>;
+
+/// A monitor whose events are the steps of a script. It does a step each time the station looks for
+/// events. After the last step it ends the station.
 class ScriptedMonitor : public wifi::UsbMonitor {
  public:
-  explicit ScriptedMonitor(std::deque<std::function<void()>> steps) : m_Steps(std::move(steps)) {}
+  explicit ScriptedMonitor(Steps steps) : m_Steps(std::move(steps)) {}
 
   int descriptor() const override { return -1; }
   bool takeEvents() override {
@@ -42,13 +47,14 @@ class ScriptedMonitor : public wifi::UsbMonitor {
       ::raise(SIGTERM);
       return false;
     }
-    m_Steps.front()();
-    m_Steps.pop_front();
+    if (m_Steps.front()()) {
+      m_Steps.pop_front();
+    }
     return true;
   }
 
  private:
-  std::deque<std::function<void()>> m_Steps;
+  Steps m_Steps;
 };
 
 class Station : public testing::Test {
@@ -61,7 +67,7 @@ class Station : public testing::Test {
   };
 
   /// Runs a station in a separate process. Each printer's work ends as `work` says.
-  Ended run(std::deque<std::function<void()>> steps, const Arguments& arguments,
+  Ended run(Steps steps, const Arguments& arguments,
             const std::function<Result(const std::string& serial)>& work) const {
     const std::string out = m_Folder.path("out");
     const std::string err = m_Folder.path("err");
@@ -83,13 +89,19 @@ class Station : public testing::Test {
   }
 
   /// Returns a step that plugs in a printer.
-  std::function<void()> plugIn(int n, const std::string& serial) const {
+  Step plugIn(int n, const std::string& serial) const {
     return [this, n, serial] {
       tree.addUsblpPrinter(n, serial, "");
+      return true;
     };
   }
 
-  static void nothing() {}
+  /// Returns a step that is done when the work on `count` printers has started.
+  Step workStarted(std::size_t count) const {
+    return [this, count] {
+      return support::fileContent(m_Folder.path("started")).size() >= count;
+    };
+  }
 
   support::SysfsTree tree;
 
@@ -99,12 +111,13 @@ class Station : public testing::Test {
   }
 
   /// The worker opens no device: `session::Session` only carries the printer.
-  static PrinterCommand withWork(PrinterCommand command,
-                                 const std::function<Result(const std::string&)>& work) {
-    command.run = [work](session::Session& session) {
+  PrinterCommand withWork(PrinterCommand command,
+                          const std::function<Result(const std::string&)>& work) const {
+    command.run = [this, work](session::Session& session) {
       Report report = session.reset();  // fails: there is no such device
       report.openFailure.reset();
       report.sentReset = false;
+      std::ofstream(m_Folder.path("started"), std::ios::app) << "x";
       report.result = work(report.printer.serial.value_or(""));
       return report;
     };
@@ -132,7 +145,7 @@ std::vector<Json> documentsIn(const std::string& text) {
 }
 
 TEST_F(Station, WithoutPrintersPrintsTheSummary) {
-  const Ended ended = run({nothing}, {}, confirmed);
+  const Ended ended = run({}, {}, confirmed);
   EXPECT_EQ(ended.status, 0);
   EXPECT_EQ(ended.out, "Done: 0, failed: 0, skipped: 0.\n");
   EXPECT_EQ(ended.err, "Plug in the printers, one or several at a time. Ctrl-C ends.\n");
@@ -141,13 +154,13 @@ TEST_F(Station, WithoutPrintersPrintsTheSummary) {
 TEST_F(Station, SetsUpThePrintersThatArePluggedIn) {
   tree.addUsblpPrinter(1, "old", "");
   const Ended ended =
-      run({plugIn(2, "A"), nothing, plugIn(3, "C"), nothing, nothing}, {}, confirmed);
+      run({plugIn(2, "A"), workStarted(1), plugIn(3, "C"), workStarted(2)}, {}, confirmed);
   EXPECT_EQ(ended.status, 0);
   EXPECT_EQ(ended.out, "A: confirmed\nC: confirmed\nDone: 2, failed: 0, skipped: 0.\n");
 }
 
 TEST_F(Station, ReportsAFailureAndEndsWithNine) {
-  const Ended ended = run({plugIn(2, "A"), plugIn(3, "B"), nothing, nothing}, {}, failsForB);
+  const Ended ended = run({plugIn(2, "A"), plugIn(3, "B"), workStarted(2)}, {}, failsForB);
   EXPECT_EQ(ended.status, 9);
   EXPECT_EQ(ended.out, "A: confirmed\nDone: 1, failed: 1, skipped: 0.\n");
   EXPECT_NE(ended.err.find("zvkwifi: B: The adapter does not answer."), std::string::npos)
@@ -158,7 +171,7 @@ TEST_F(Station, PrintsADocumentALineAndTheSummary) {
   Arguments arguments;
   arguments.json = arguments.jsonLines = arguments.quiet = true;
   const Ended ended =
-      run({plugIn(2, "A"), nothing, plugIn(3, "B"), nothing, nothing}, arguments, failsForB);
+      run({plugIn(2, "A"), workStarted(1), plugIn(3, "B"), workStarted(2)}, arguments, failsForB);
   EXPECT_EQ(ended.status, 9);
   EXPECT_EQ(ended.err, "");
   const auto documents = documentsIn(ended.out);
@@ -175,7 +188,7 @@ TEST_F(Station, PrintsOneDocumentAtTheEnd) {
   Arguments arguments;
   arguments.json = true;
   const Ended ended =
-      run({plugIn(2, "A"), nothing, plugIn(3, "C"), nothing, nothing}, arguments, confirmed);
+      run({plugIn(2, "A"), workStarted(1), plugIn(3, "C"), workStarted(2)}, arguments, confirmed);
   const auto documents = documentsIn(ended.out);
   ASSERT_EQ(documents.size(), 1U) << ended.out;
   EXPECT_EQ(documents[0]["printers"].size(), 2U);
@@ -190,7 +203,7 @@ TEST_F(Station, InterruptsTheWorkAtTheEnd) {
     return Result::Interrupted;
   };
   Arguments arguments;
-  const Ended ended = run({plugIn(2, "A"), nothing, nothing}, arguments, interruptible);
+  const Ended ended = run({plugIn(2, "A"), workStarted(1)}, arguments, interruptible);
   EXPECT_EQ(ended.status, 9);
   EXPECT_EQ(ended.out, "Done: 0, failed: 1, skipped: 0.\n");
   EXPECT_NE(ended.err.find("zvkwifi: A: Interrupted."), std::string::npos) << ended.err;
