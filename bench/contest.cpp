@@ -1,11 +1,11 @@
-// Runs the contests, compares the ratios with the bars, and adds the rows of the table.
+// Runs the contests with Google Benchmark, compares the ratios with the bars, and adds the rows of
+// the table.
 
 #include "contest.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <ctime>
-#include <utility>
+#include <array>
+#include <map>
 
 #include "results.h"
 
@@ -13,20 +13,18 @@ namespace bench {
 
 namespace {
 
-constexpr std::size_t Rounds = 21;
-/// The shortest time of one round of a contestant. Faster works run several times in a round.
-constexpr double RoundSeconds = 0.003;
+constexpr int Repetitions = 21;
+/// The shortest time of one repetition. A faster task runs several times in a repetition.
+constexpr double RepetitionSeconds = 0.01;
 constexpr double NoBar = 0;
 
-struct Contestant {
-  std::string name;
-  std::function<TimedWork(std::size_t)> prepare;
-};
-
+/// A task with one size.
 struct Contest {
-  std::string work;
-  Sizes sizes;
-  std::vector<Contestant> contestants;  ///< the first one is ours
+  std::string task;
+  std::size_t size;
+  std::vector<std::string> peers;
+
+  std::string name() const { return task + ", " + sizeText(size); }
 };
 
 std::vector<Contest>& contests() {
@@ -34,9 +32,14 @@ std::vector<Contest>& contests() {
   return all;
 }
 
+/// Returns the name of the benchmark of a contestant.
+std::string benchmarkName(const Contest& contest, const std::string& contestant) {
+  return contest.name() + "/" + contestant;
+}
+
 /// The largest allowed ratio of our time to a peer's.
 struct Bar {
-  std::string_view work;  ///< the start of the work's name
+  std::string_view task;  ///< the start of the task's name
   std::string_view peer;
   double ratio;
   std::size_t smallest = 0;  ///< the smallest size to which the bar applies
@@ -62,89 +65,81 @@ constexpr Bar Bars[] = {
 };
 
 /// Returns the bar of a comparison, or `NoBar`.
-double limitOf(std::string_view work, std::string_view peer, std::size_t size) {
+double limitOf(std::string_view task, std::string_view peer, std::size_t size) {
   const auto* const bar = std::ranges::find_if(Bars, [&](const Bar& candidate) {
-    return work.starts_with(candidate.work) && peer == candidate.peer &&
+    return task.starts_with(candidate.task) && peer == candidate.peer &&
            size >= candidate.smallest && size <= candidate.largest;
   });
   return bar == std::end(Bars) ? NoBar : bar->ratio;
 }
 
-/// A contestant with everything that its work needs, and its times in nanoseconds, one per round.
-struct Runner {
-  TimedWork work;
-  long count = 1;  ///< how often the work runs in a round
-  std::vector<double> times;
+/// Collects the times of the repetitions, in nanoseconds.
+class Times : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context& /*context*/) override { return true; }
+
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.run_type == Run::RT_Iteration) {
+        auto& times = m_Times[run.run_name.function_name];
+        times.resize(Repetitions);
+        times.at(static_cast<std::size_t>(run.repetition_index)) =
+            run.run_name.time_type == "manual_time" ? run.GetAdjustedRealTime()
+                                                    : run.GetAdjustedCPUTime();
+      }
+    }
+  }
+
+  /// Returns the times of a benchmark, in the order of the repetitions.
+  const std::vector<double>& of(const std::string& name) const { return m_Times.at(name); }
+
+ private:
+  std::map<std::string, std::vector<double>> m_Times;
 };
 
-/// Returns how often a work runs in a round.
-long countFor(const TimedWork& work) {
-  long count = 1;
-  while (work(count) < RoundSeconds) {
-    count *= 2;
-  }
-  return count;
-}
-
-/// Runs all rounds of a contest with one size.
-std::vector<Runner> runRounds(const Contest& contest, std::size_t size) {
-  std::vector<Runner> runners;
-  for (const Contestant& contestant : contest.contestants) {
-    runners.push_back({contestant.prepare(size), 1, {}});
-    runners.back().count = countFor(runners.back().work);
-  }
-  for (std::size_t round = 0; round < Rounds; ++round) {
-    for (Runner& runner : runners) {
-      runner.times.push_back(runner.work(runner.count) / static_cast<double>(runner.count) * 1e9);
-    }
-    // In the next round another contestant is the first.
-    std::ranges::rotate(runners, runners.begin() + 1);
-  }
-  std::ranges::rotate(runners, runners.end() - static_cast<long>(Rounds % runners.size()));
-  return runners;
-}
-
-void addRows(const Contest& contest, std::size_t size) {
-  const std::vector<Runner> runners = runRounds(contest, size);
-  const std::string sized = contest.work + ", " + sizeText(size);
-  const std::vector<double>& ours = runners.front().times;
+void addRows(const Contest& contest) {
+  Times times;
+  // The names of the tasks have no characters with a meaning in regular expressions.
+  benchmark::RunSpecifiedBenchmarks(&times, "^" + benchmarkName(contest, ""));
+  const std::vector<double>& ours = times.of(benchmarkName(contest, Ours));
   const Spread ourTimes(ours);
-  for (std::size_t peer = 1; peer < runners.size(); ++peer) {
-    const std::vector<double>& theirs = runners[peer].times;
-    std::vector<double> ratios(Rounds);
+  for (const std::string& peer : contest.peers) {
+    const std::vector<double>& theirs = times.of(benchmarkName(contest, peer));
+    std::vector<double> ratios(Repetitions);
     std::ranges::transform(ours, theirs, ratios.begin(), std::divides<>());
-    const std::string& name = contest.contestants[peer].name;
-    addRow({sized, name, timeText(ourTimes.median), timeText(Spread(theirs).median), Spread(ratios),
-            limitOf(contest.work, name, size)});
+    addRow({contest.name(), peer, timeText(ourTimes.median), timeText(Spread(theirs).median),
+            Spread(ratios), limitOf(contest.task, peer, contest.size)});
   }
 }
 
 }  // namespace
 
-void addContestant(const std::string& work, const std::string& contestant, const Sizes& sizes,
-                   std::function<TimedWork(std::size_t)> prepare) {
-  auto place = std::ranges::find(contests(), work, &Contest::work);
+benchmark::internal::Benchmark* addContestant(
+    const std::string& task, const std::string& contestant, std::size_t size,
+    const std::function<void(benchmark::State&)>& measure) {
+  auto place = std::ranges::find_if(contests(), [&](const Contest& contest) {
+    return contest.task == task && contest.size == size;
+  });
   if (place == contests().end()) {
-    place = contests().insert(place, {work, sizes, {}});
+    place = contests().insert(place, {task, size, {}});
   }
-  // Our contestant is the first.
-  auto& contestants = place->contestants;
-  contestants.insert(contestant == Ours ? contestants.begin() : contestants.end(),
-                     {contestant, std::move(prepare)});
-}
-
-double cpuSeconds() {
-  timespec time{};
-  ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+  if (contestant != Ours) {
+    place->peers.push_back(contestant);
+  }
+  return benchmark::RegisterBenchmark(benchmarkName(*place, contestant).c_str(), measure)
+      ->Repetitions(Repetitions)
+      ->MinTime(RepetitionSeconds);
 }
 
 void runContests(std::string_view filter) {
+  std::string program = "zvkbench";
+  std::string option = "--benchmark_enable_random_interleaving=true";
+  std::array<char*, 3> arguments = {program.data(), option.data(), nullptr};
+  int count = arguments.size() - 1;
+  benchmark::Initialize(&count, arguments.data());
   for (const Contest& contest : contests()) {
-    if (contest.work.find(filter) != std::string::npos) {
-      for (const std::size_t size : contest.sizes) {
-        addRows(contest, size);
-      }
+    if (contest.task.find(filter) != std::string::npos) {
+      addRows(contest);
     }
   }
 }

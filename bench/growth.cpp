@@ -22,7 +22,7 @@ struct Growth {
   std::string name;
   std::size_t smallest;
   double bar;
-  std::function<Work(std::size_t)> make;
+  std::function<Task(std::size_t)> make;
 };
 
 std::vector<Growth>& growths() {
@@ -35,10 +35,10 @@ class Counter {
  public:
   explicit Counter(std::string dumps) : m_Dumps(std::move(dumps)) {}
 
-  /// Returns how many instructions a work takes, or 0 if callgrind has not written a dump.
-  double instructionsOf(const Work& work) {
+  /// Returns how many instructions a task takes, or 0 if callgrind has not written a dump.
+  double instructionsOf(const Task& task) {
     CALLGRIND_TOGGLE_COLLECT;
-    work();
+    task();
     CALLGRIND_TOGGLE_COLLECT;
     CALLGRIND_DUMP_STATS;
     const std::string path = m_Dumps + "." + std::to_string(++m_Count);
@@ -86,14 +86,14 @@ double fittedExponent(const std::map<std::size_t, double>& counts) {
 }  // namespace
 
 void addGrowth(const std::string& name, std::size_t smallest, double bar,
-               std::function<Work(std::size_t)> make) {
+               std::function<Task(std::size_t)> make) {
   growths().push_back({name, smallest, bar, std::move(make)});
 }
 
 bool measureGrowth(const std::string& dumps) {
   Counter counter(dumps);
   for (const Growth& growth : growths()) {
-    // The first run of a work may do something that the others need not do, for example resolve
+    // The first run of a task may do something that the others need not do, for example resolve
     // the addresses of functions.
     growth.make(growth.smallest)();
     std::map<std::size_t, double> counts;

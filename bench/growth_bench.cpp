@@ -1,11 +1,11 @@
-// The works that measure how the cost of parsing and querying grows with the input, one for
-// each shape of input.
+// The tasks that measure how the cost of parsing and querying grows with the input, one for each
+// shape of input.
 
+#include <benchmark/benchmark.h>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "contest.h"
 #include "documents.h"
 #include "growth.h"
 #include "xml/simple_sax_parser.h"
@@ -102,21 +102,21 @@ const std::vector<Document>& documents() {
   return all;
 }
 
-/// Returns a function that makes a document of a size, and returns the work of parsing it.
+/// Returns a function that makes a document of a size, and returns the task of parsing it.
 auto parseOf(const Document& document) {
   return [&document](Size size) {
     return [text = document.make(size)] {
       SimpleSAXHandler handler;
       SimpleSAXParser parser(handler);
-      bench::keep(parser.parseXMLString(text.c_str()));
+      benchmark::DoNotOptimize(parser.parseXMLString(text.c_str()));
     };
   };
 }
 
-/// Returns the work of querying a document.
+/// Returns the task of querying a document.
 auto queryOf(const std::string& document, const std::string& path) {
   return [xpath = simpleXPath(document), path]() mutable {
-    bench::keep(xpath.query(path));
+    benchmark::DoNotOptimize(xpath.query(path));
   };
 }
 

@@ -1,6 +1,6 @@
 // Runs the registered contests, or measures growth, and adds the rows of the table (see results.h).
 //
-// Usage: zvkbench [TEXT]   runs only the works whose names contain TEXT
+// Usage: zvkbench [TEXT]   runs only the tasks whose names contain TEXT
 //        valgrind --tool=callgrind --collect-atstart=no --callgrind-out-file=FILE zvkbench --growth
 //        FILE
 

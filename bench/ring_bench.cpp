@@ -82,7 +82,7 @@ class LocksAlone {
   PosixMutex m_Mutex{PosixMutex::Kind::ErrorChecking};
 };
 
-/// Returns the work of writing and reading `count` bytes.
+/// Returns the task of writing and reading `count` bytes.
 template <typename Queue, unsigned long Size = Capacity>
 auto transferOf(std::size_t count) {
   return [queue = std::make_unique<Queue>(Size), source = bench::randomBytes(count),

@@ -1,5 +1,6 @@
-// Prints the rows of a file as one table. Counts how many bars (limits of the figures) are met and
-// missed. The exit status is 1 if a bar is missed or the file has no bar.
+// Prints the rows of a file as one table. A bar is the largest allowed figure of a row. The program
+// counts how many bars are met and missed. The exit status is 1 if a bar is missed or the file has
+// no bar.
 //
 // Usage: bench_table FILE
 

@@ -35,14 +35,14 @@ std::string textWith(const std::string& mark, std::size_t size) {
 auto copyOf(std::string text) {
   return [copy = std::vector<char>(text.size()), text = std::move(text)]() mutable {
     std::memcpy(copy.data(), text.data(), text.size());
-    bench::keep(copy.data());
+    benchmark::DoNotOptimize(copy.data());
   };
 }
 
 template <std::size_t Distance>
 auto escapingOf(std::size_t size) {
   return [text = textWith<Distance>("&", size)] {
-    bench::keep(CertMgr::symbolToEntities(text.c_str()));
+    benchmark::DoNotOptimize(CertMgr::symbolToEntities(text.c_str()));
   };
 }
 
@@ -54,7 +54,7 @@ auto replacementOf(std::size_t size) {
     const SimpleSAXParser parser(handler);
     copy = text;
     parser.replaceEntities(copy);
-    bench::keep(copy.data());
+    benchmark::DoNotOptimize(copy.data());
   };
 }
 

@@ -42,7 +42,7 @@ test_packages=(binutils bsdextrautils ccache clang-format faketime fish git grof
   man-db mandoc openssl python3-jsonschema scdoc strace tshark xxd zsh)
 clang_packages=(clang clang-tidy libclang-rt-dev)
 valgrind_packages=(valgrind)
-bench_packages=(libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
+bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
   pkg-config valgrind xxd)
 coverage_packages=(gcovr)
 # The libraries are those of hostapd and wpa_supplicant.
