@@ -33,7 +33,7 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr double SilenceSeconds = 5;
 /// How often a command that misses a bar is measured.
-constexpr std::size_t Attempts = 3;
+constexpr std::size_t Attempts = 5;
 // The bars: the largest allowed costs of a command.
 constexpr double WallBarMilliseconds = 20;
 constexpr double CpuBarRatio = 1.5;
