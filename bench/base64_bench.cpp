@@ -1,6 +1,5 @@
 // Compares the program's Base64 with OpenSSL and GLib.
 
-#include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <glib.h>
 #include <memory>
@@ -10,6 +9,7 @@
 
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "util/base64.h"
 
 namespace {
@@ -40,14 +40,14 @@ struct Job {
   std::string encoded;
 };
 
-/// Ends the program if a contestant did not do the work, because its times would be meaningless.
+/// Ends the program if a contestant did not do the task, because its times would be meaningless.
 void expect(bool good) {
   if (!good) {
     std::abort();
   }
 }
 
-using Work = void (*)(Job&);
+using Task = void (*)(Job&);
 
 void encodeOurs(Job& job) {
   expect(Base64::encode(job.bytes.data(), job.bytes.size(), job.room(), job.encoded.size()) == 1);
@@ -108,12 +108,12 @@ void breakLines(Job& job) {
 /// The empty preparation, for a contestant that needs no preparation.
 void none(Job& /*job*/) {}
 
-/// One row: the work, the contestant's name, what it runs, and how it prepares the job.
+/// One row: the task, the contestant's name, what it runs, and how it prepares the job.
 struct Contestant {
-  const char* work;
+  const char* task;
   const char* name;
-  Work run;
-  Work prepare = none;
+  Task run;
+  Task prepare = none;
 };
 
 constexpr const char* Encode = "Base64 encode";
@@ -133,20 +133,20 @@ constexpr Contestant Contestants[] = {
 };
 
 /// Returns the function `prepare` of a contest. It makes a job of a size, and returns a function
-/// that does `work` on this job.
-auto jobOf(Work work, Work prepare) {
-  return [work, prepare](std::size_t size) {
+/// that does `task` on this job.
+auto jobOf(Task task, Task prepare) {
+  return [task, prepare](std::size_t size) {
     Job job(size);
     prepare(job);
-    return [work, job = std::move(job)]() mutable {
-      work(job);
+    return [task, job = std::move(job)]() mutable {
+      task(job);
     };
   };
 }
 
 [[maybe_unused]] const bool AreAdded = [] {
-  for (const auto& [work, name, run, prepare] : Contestants) {
-    bench::contest(work, name, Sizes, jobOf(run, prepare));
+  for (const auto& [task, name, run, prepare] : Contestants) {
+    bench::contest(task, name, Sizes, jobOf(run, prepare));
   }
   bench::growth("Base64 encode, bytes", 16 << 10, jobOf(encodeOurs, none));
   bench::growth("Base64 decode, bytes", 16 << 10, jobOf(decodeOurs, none));

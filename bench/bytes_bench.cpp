@@ -1,7 +1,6 @@
 // Compares the conversion of hex text with OpenSSL and nettle, and the packet dump with xxd.
 
 #include <array>
-#include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
@@ -12,6 +11,7 @@
 
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "process_run.h"
 #include "silence.h"
 #include "util/utility.h"
@@ -73,32 +73,34 @@ auto dumpOf(std::size_t size) {
       };
 }
 
-/// Measures the whole process of xxd by its CPU time, which other processes disturb less than wall
-/// time.
-void dumpWithXxd(benchmark::State& state) {
+/// Returns a function that runs xxd and returns the CPU time of its whole process.
+auto dumpWithXxd(std::size_t size) {
   const std::string path = "/tmp/zvkbench-" + std::to_string(::getpid());
-  const Bytes bytes = bench::randomBytes(static_cast<std::size_t>(state.range(0)));
+  const Bytes bytes = bench::randomBytes(size);
   std::ofstream(path, std::ios::binary)
       .write(reinterpret_cast<const char*>(bytes.data()),
              static_cast<std::streamsize>(bytes.size()));
-  while (state.KeepRunning()) {
-    const bench::ProcessCost cost = bench::runProcess({"/usr/bin/xxd", path});
+  const std::shared_ptr<const std::string> file(new std::string(path), [](const std::string* name) {
+    ::unlink(name->c_str());
+    delete name;
+  });
+  return [file] {
+    const bench::ProcessCost cost = bench::runProcess({"/usr/bin/xxd", *file});
     if (!cost.ended) {
       std::abort();
     }
-    state.SetIterationTime(cost.cpuSeconds);
-  }
-  ::unlink(path.c_str());
+    return cost.cpuSeconds;
+  };
 }
 
 [[maybe_unused]] const bool AreAdded = [] {
-  constexpr long mebi = 1 << 20;
+  constexpr std::size_t mebi = 1 << 20;
   bench::contest("hex text to bytes", bench::Ours, {mebi}, conversionOf<convertOurs>);
   bench::contest("hex text to bytes", "OpenSSL", {mebi}, conversionOf<convertOpenssl>);
   bench::contest("hex text to bytes", "nettle", {mebi}, conversionOf<convertNettle>);
   bench::growth("hex text to bytes", 16 << 10, conversionOf<convertOurs>);
   bench::contest("packet dump", bench::Ours, {mebi}, dumpOf);
-  benchmark::RegisterBenchmark("packet dump/xxd", dumpWithXxd)->Arg(mebi)->UseManualTime();
+  bench::contest("packet dump", "xxd", {mebi}, dumpWithXxd);
   bench::growth("packet dump", 16 << 10, dumpOf);
   return true;
 }();

@@ -2,56 +2,60 @@
 
 #include <benchmark/benchmark.h>
 #include <cstddef>
-#include <cstdint>
+#include <functional>
 #include <string>
-#include <utility>
+#include <string_view>
+#include <type_traits>
 #include <vector>
 
-/// Registers benchmarks. In a contest several contestants do the same work, for example:
+/// Compares contestants that do the same task, for example:
 ///
 ///     bench::contest("Base64 encode", "GLib", {48, 12288}, [](std::size_t size) {
 ///       return [job = Job(size)]() mutable { encodeGlib(job); };
 ///     });
 namespace bench {
 
-/// The name of our own contestant.
+/// The name of our own contestant. Every task must have a contestant with this name.
 inline constexpr const char* Ours = "zvkconfig";
 
-using Sizes = std::vector<std::int64_t>;
+using Sizes = std::vector<std::size_t>;
 
-/// Registers a contestant. `prepare` gets a size, makes everything that the work needs, and returns
-/// the work as a function. The benchmark calls the work many times, and measures only the time of
-/// these calls.
+/// Registers the benchmark of a contestant for one size.
+benchmark::internal::Benchmark* addContestant(
+    const std::string& task, const std::string& contestant, std::size_t size,
+    const std::function<void(benchmark::State&)>& measure);
+
+/// Registers a contestant. `prepare` gets a size, makes everything that the task needs, and returns
+/// a function that does the task. Google Benchmark measures only the time of this function: its CPU
+/// time, or the seconds that it returns if it returns a double.
 template <typename Prepare>
-benchmark::internal::Benchmark* contest(const std::string& work, const std::string& contestant,
-                                        const Sizes& sizes, Prepare prepare) {
-  auto* added = benchmark::RegisterBenchmark(
-      (work + "/" + contestant).c_str(), [prepare](benchmark::State& state) {
-        auto run = prepare(static_cast<std::size_t>(state.range(0)));
-        while (state.KeepRunning()) {
+void contest(const std::string& task, const std::string& contestant, const Sizes& sizes,
+             Prepare prepare) {
+  constexpr bool returnsSeconds = std::is_same_v<decltype(prepare(0)()), double>;
+  for (const std::size_t size : sizes) {
+    auto* const added = addContestant(task, contestant, size, [=](benchmark::State& state) {
+      auto run = prepare(size);
+      // The first run may do something that the others need not do, for example take memory.
+      run();
+      for ([[maybe_unused]] auto _ : state) {
+        if constexpr (returnsSeconds) {
+          state.SetIterationTime(run());
+        } else {
           run();
           benchmark::ClobberMemory();
         }
-      });
-  for (const std::int64_t size : sizes) {
-    added->Arg(size);
+      }
+    });
+    if constexpr (returnsSeconds) {
+      added->UseManualTime();
+    }
   }
-  return added;
 }
 
-/// The start of the names that `growth` registers.
-inline constexpr const char* GrowthMark = "growth: ";
-
-/// Registers a contest with only our contestant, to measure how the cost grows while the size
-/// doubles six times.
-template <typename Prepare>
-void growth(const std::string& work, std::size_t smallest, Prepare prepare) {
-  constexpr unsigned int doublings = 6;
-  Sizes sizes;
-  for (unsigned int i = 0; i <= doublings; ++i) {
-    sizes.push_back(static_cast<std::int64_t>(smallest << i));
-  }
-  contest(GrowthMark + work, Ours, sizes, std::move(prepare))->MinTime(0.02);
-}
+/// Runs the contests of all tasks whose names contain `filter`, and adds the rows of the table: our
+/// time and each peer's time for each task and size. The repetitions of all contestants are mixed
+/// at random, so that a change of the machine's load affects all of them. A ratio is that of two
+/// repetitions with the same number.
+void runContests(std::string_view filter);
 
 }  // namespace bench

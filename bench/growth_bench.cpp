@@ -1,12 +1,13 @@
-// Measures how the cost of parsing and querying grows with the input, for each shape of input.
+// The tasks that measure how the cost of parsing and querying grows with the input, one for each
+// shape of input.
 
 #include <benchmark/benchmark.h>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "xml/simple_sax_parser.h"
 #include "xml/simple_xpath.h"
 
@@ -40,6 +41,7 @@ struct Document {
   const char* name;
   Size smallest;
   std::function<std::string(Size)> make;
+  double bar = bench::LinearBar;
 };
 
 const std::vector<Document>& documents() {
@@ -53,19 +55,13 @@ const std::vector<Document>& documents() {
        [](Size n) {
          return bench::repeat("<a>", n) + bench::repeat("</a>", n);
        }},
-      {"attributes, in order", 1024,
-       [](Size n) {
-         return tagWithAttributes(n, 1'000'000, 1);
-       }},
-      {"attributes, counted", 1024,
-       [](Size n) {
-         return tagWithAttributes(n, 1, 1);
-       }},
+      {"attributes, in order", 1024, [](Size n) { return tagWithAttributes(n, 1'000'000, 1); },
+       bench::SortingBar},
+      {"attributes, counted", 1024, [](Size n) { return tagWithAttributes(n, 1, 1); },
+       bench::SortingBar},
       // The size is a power of two, so an odd step visits each number once.
       {"attributes, scattered", 1024,
-       [](Size n) {
-         return tagWithAttributes(n, 1'000'000, 0x9E3779B1U);
-       }},
+       [](Size n) { return tagWithAttributes(n, 1'000'000, 0x9E3779B1U); }, bench::SortingBar},
       {"attributes, repeated", 4096,
        [](Size n) {
          return "<a" + bench::repeat(" a=\"1\"", n) + "/>";
@@ -106,7 +102,7 @@ const std::vector<Document>& documents() {
   return all;
 }
 
-/// Returns a function that makes a document of a size, and returns the work of parsing it.
+/// Returns a function that makes a document of a size, and returns the task of parsing it.
 auto parseOf(const Document& document) {
   return [&document](Size size) {
     return [text = document.make(size)] {
@@ -117,7 +113,7 @@ auto parseOf(const Document& document) {
   };
 }
 
-/// Returns the work of querying a document.
+/// Returns the task of querying a document.
 auto queryOf(const std::string& document, const std::string& path) {
   return [xpath = simpleXPath(document), path]() mutable {
     benchmark::DoNotOptimize(xpath.query(path));
@@ -126,7 +122,8 @@ auto queryOf(const std::string& document, const std::string& path) {
 
 [[maybe_unused]] const bool AreAdded = [] {
   for (const Document& document : documents()) {
-    bench::growth("parse, " + std::string(document.name), document.smallest, parseOf(document));
+    bench::growth("parse, " + std::string(document.name), document.smallest, parseOf(document),
+                  document.bar);
   }
   bench::growth("path query, reply, bytes", 32 << 10, [](Size size) {
     return queryOf(bench::makeReply(size), "/response/MapElem/child[@name='last']/a");

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -22,6 +21,14 @@ std::string number(double value, int places, const char* unit) {
 
 }  // namespace
 
+Spread::Spread(std::vector<double> figures) : Spread(0) {
+  std::ranges::sort(figures);
+  const std::size_t cut = figures.size() / 10;
+  low = figures[cut];
+  median = figures[figures.size() / 2];
+  high = figures[figures.size() - 1 - cut];
+}
+
 void addRow(const Row& row) {
   const char* const path = std::getenv("ZVK_BENCH_ROWS");
   if (path == nullptr) {
@@ -29,13 +36,8 @@ void addRow(const Row& row) {
   }
   std::ofstream file(path, std::ios::app);
   file << row.work << '\t' << row.peer << '\t' << row.ours << '\t' << row.theirs << '\t'
-       << row.value << '\t' << row.limit << '\n';
-}
-
-double median(std::vector<double>& values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::ranges::nth_element(values, middle);
-  return *middle;
+       << row.value.low << '\t' << row.value.median << '\t' << row.value.high << '\t' << row.limit
+       << '\n';
 }
 
 std::string timeText(double nanoseconds) {
@@ -46,8 +48,15 @@ std::string timeText(double nanoseconds) {
                            : number(nanoseconds / 1e6, 2, "ms");
 }
 
-std::string sizeText(long bytes) {
-  constexpr long kibi = 1024;
+std::string countText(double count) {
+  if (count < 1e3) {
+    return number(count, 0, "");
+  }
+  return count < 1e6 ? number(count / 1e3, 1, "thousand") : number(count / 1e6, 2, "million");
+}
+
+std::string sizeText(std::size_t bytes) {
+  constexpr std::size_t kibi = 1024;
   if (bytes >= kibi * kibi && bytes % (kibi * kibi) == 0) {
     return std::to_string(bytes / (kibi * kibi)) + " MiB";
   }

@@ -2,7 +2,6 @@
 // texts.
 
 #include <array>
-#include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstdlib>
 #include <expat.h>

@@ -1,6 +1,5 @@
 // Compares the conversions of object-store texts with one memcpy pass over the same bytes.
 
-#include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -9,6 +8,7 @@
 #include "cert/cert_mgr.h"
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "npa/packet.h"
 #include "xml/simple_sax_parser.h"
 

@@ -4,8 +4,10 @@
 //
 // Usage: wifi_list ZVKWIFI
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -58,13 +60,18 @@ int main(int argc, char** argv) {
     }
     wholeRuns.push_back(cost.wallSeconds * 1e9);
   }
-  const double discovery = bench::median(discoveries);
-  const double whole = bench::median(wholeRuns);
-  const std::string work = "zvkwifi list";
-  bench::addRow({work, "whole run, own printers; ms", bench::timeText(whole), "", whole / 1e6});
-  bench::addRow(
-      {work, "discovery, 16 printers; ms", bench::timeText(discovery), "", discovery / 1e6});
-  bench::addRow({work, "sum of both; ms", bench::timeText(whole + discovery), "",
-                 (whole + discovery) / 1e6, BarMilliseconds});
+  std::vector<double> sums(Runs);
+  std::ranges::transform(discoveries, wholeRuns, sums.begin(), std::plus<>());
+  const auto addRow = [](const char* what, const std::vector<double>& times, double bar) {
+    std::vector<double> milliseconds;
+    for (const double time : times) {
+      milliseconds.push_back(time / 1e6);
+    }
+    bench::addRow({"zvkwifi list", what, bench::timeText(bench::Spread(times).median), "",
+                   bench::Spread(milliseconds), bar});
+  };
+  addRow("whole run, own printers; ms", wholeRuns, 0);
+  addRow("discovery, 16 printers; ms", discoveries, 0);
+  addRow("sum of both; ms", sums, BarMilliseconds);
   return 0;
 }

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <benchmark/benchmark.h>
 #include <cstdlib>
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
@@ -15,6 +14,7 @@
 #include "cert/obj_store_response.h"
 #include "contest.h"
 #include "documents.h"
+#include "growth.h"
 #include "xml/simple_xpath.h"
 
 namespace {
@@ -107,9 +107,9 @@ std::string listReply(std::size_t size) {
 }
 
 /// Registers a contestant. Ends the program if the contestant finds other texts than `reference`.
-void add(const std::string& work, const std::string& contestant, std::string path, Find find,
+void add(const std::string& task, const std::string& contestant, std::string path, Find find,
          Find reference, std::string (*makeDocument)(std::size_t)) {
-  bench::contest(work, contestant, {ReplySize}, [=, path = std::move(path)](std::size_t size) {
+  bench::contest(task, contestant, {ReplySize}, [=, path = std::move(path)](std::size_t size) {
     std::string document = makeDocument(size);
     if (find(document, path) != reference(document, path)) {
       std::abort();
@@ -121,7 +121,7 @@ void add(const std::string& work, const std::string& contestant, std::string pat
 }
 
 struct Value {
-  const char* work;
+  const char* task;
   const char* path;
 };
 
@@ -134,10 +134,10 @@ constexpr std::array<Value, 3> Values = {{
 constexpr const char* ListPath = "/response/MapElem/child[@name='cert_list']/ListElem/StringElem";
 
 [[maybe_unused]] const bool AreAdded = [] {
-  for (const auto& [work, path] : Values) {
-    add(work, bench::Ours, path, findWithOurs, findWithOurs, bench::makeReply);
-    add(work, "libxml2", path, findWithLibxml<false>, findWithOurs, bench::makeReply);
-    add(work, "pugixml", path, findWithPugixml<false>, findWithOurs, bench::makeReply);
+  for (const auto& [task, path] : Values) {
+    add(task, bench::Ours, path, findWithOurs, findWithOurs, bench::makeReply);
+    add(task, "libxml2", path, findWithLibxml<false>, findWithOurs, bench::makeReply);
+    add(task, "pugixml", path, findWithPugixml<false>, findWithOurs, bench::makeReply);
   }
   const std::string list = "path query, list of nine names";
   add(list, bench::Ours, ListPath, listWithOurs, listWithOurs, listReply);

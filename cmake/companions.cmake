@@ -5,12 +5,14 @@ find_package(pugixml QUIET)
 find_package(nlohmann_json QUIET)
 find_package(CLI11 QUIET)
 include(${CMAKE_CURRENT_LIST_DIR}/libpcap.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/libudev.cmake)
 
 # The columns are the name of a library, its target and its Debian package.
 set(zvk_companion_libraries
   "pugixml pugixml::pugixml libpugixml-dev"
   "cli11 CLI11::CLI11 libcli11-dev"
   "libpcap libpcap libpcap-dev"
+  "libudev libudev libudev-dev"
   "nlohmann-json nlohmann_json::nlohmann_json nlohmann-json3-dev")
 
 # zvk_companion(OPTION PROGRAM LIBRARIES name... [NEEDED_BY variable...]) makes the cache variable

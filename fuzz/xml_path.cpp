@@ -1,45 +1,14 @@
-// The first line of the input is a path, the rest is a document. The query must return the same
-// text as a simple model that compares the whole path at every end tag.
+// The first line of the input is a path, the rest is a document. A query and a list must have the
+// results and the error lines of the model. A second query must have the same result.
 
 #include <algorithm>
 #include <string>
 #include <vector>
 
 #include "fuzz_target.h"
-#include "xml/simple_sax_parser.h"
+#include "outputs.h"
+#include "testing/xml_model.h"
 #include "xml/simple_xpath.h"
-
-namespace {
-
-/// The model: compares the whole path at every end tag and never stops early.
-class PlainQuery : public SimpleSAXHandler {
- public:
-  explicit PlainQuery(const std::string& path) : m_Path(simpleXPath::parsePath(path)) {}
-
-  void startElement(const char* name, attributes& attrs) override {
-    simpleXPath::nodeType node;
-    node.name = name;
-    node.attrs = attrs;
-    node.index = m_Closed.name == name ? m_Closed.index + 1 : 1;
-    m_Open.push_back(node);
-  }
-  void characters(const char* text, unsigned int /*len*/) override { m_Open.back().text += text; }
-  void endElement(const char* /*name*/) override {
-    isFound = isFound || simpleXPath::isFindMatch(m_Path, m_Open, result);
-    m_Closed = m_Open.back();
-    m_Open.pop_back();
-  }
-
-  bool isFound = false;
-  std::string result;
-
- private:
-  std::vector<simpleXPath::nodeType> m_Path;
-  std::vector<simpleXPath::nodeType> m_Open;
-  simpleXPath::nodeType m_Closed;
-};
-
-}  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string input = fuzz::textOf(data, size);
@@ -48,11 +17,19 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string document = input.substr(std::min(line + 1, input.size()));
 
   simpleXPath xpath(document);
-  const std::string result = xpath.query(path);
-  fuzz::require(xpath.query(path) == result);
+  std::string result;
+  std::string expected;
+  const fuzz::Output output = fuzz::outputOf([&] { result = xpath.query(path); });
+  fuzz::require(result == xml_model::query(document, path, expected));
+  fuzz::require(output == fuzz::Output{expected, ""});
 
-  PlainQuery plain(path);
-  SimpleSAXParser(plain).parseXMLString(document);
-  fuzz::require(result == plain.result);
+  if (path.find('[') == std::string::npos) {
+    std::vector<std::string> texts;
+    expected.clear();
+    const fuzz::Output lines = fuzz::outputOf([&] { texts = xpath.queryList(path); });
+    fuzz::require(texts == xml_model::queryList(document, path, expected));
+    fuzz::require(lines == fuzz::Output{expected, ""});
+  }
+  fuzz::outputOf([&] { fuzz::require(xpath.query(path) == result); });
   return 0;
 }

@@ -35,20 +35,21 @@ install_packages() {
 }
 
 # The Debian packages that the scripts need. scripts/setup installs all of them.
-program_packages=(g++ cmake ninja-build gettext libcli11-dev libpugixml-dev libssl-dev libusb-dev
-  nlohmann-json3-dev)
+program_packages=(g++ cmake ninja-build gettext libcli11-dev libpugixml-dev libssl-dev libudev-dev
+  libusb-dev nlohmann-json3-dev)
 build_packages=("${program_packages[@]}" libpcap-dev)
 test_packages=(binutils bsdextrautils ccache clang-format faketime fish git groff libexpat1-dev libgtest-dev
   libxml2-dev man-db mandoc openssl python3-jsonschema scdoc strace tshark xxd zsh)
 clang_packages=(clang clang-tidy libclang-rt-dev)
 valgrind_packages=(valgrind)
 bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
-  pkg-config xxd)
+  pkg-config valgrind xxd)
 coverage_packages=(gcovr)
 # The libraries are those of hostapd and wpa_supplicant.
 kernel_packages=(qemu-system-x86 busybox-static cpio kmod libdbus-1-3 libnl-3-200 libnl-genl-3-200
   libnl-route-3-200 libpcsclite1 openssl python3-jsonschema xz-utils)
 package_packages=(build-essential debhelper dpkg-dev lintian scdoc)
+ansible_packages=(ansible-core ansible-lint faketime python3-apt strace)
 package_lane_packages=(faketime mmdebstrap proot)
 
 # Ends a script whose tests cannot run on this machine. The status 77 differs from that of failed tests.
@@ -114,7 +115,7 @@ assert() {
   else
     echo "$number FAILED  $text"
     echo "    asserted: $*"
-    tail -n 40 "$folder/evidence" | sed 's/^/    /'
+    tail -n 40 "$folder/evidence" | cut -c 1-300 | sed 's/^/    /'
     failed=$((failed + 1))
   fi
 }

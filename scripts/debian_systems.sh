@@ -84,8 +84,8 @@ readonly port_folder=$PWD/build/ports
 # one.
 port_tools=(build-essential ccache cmake debhelper faketime gettext libcli11-dev mmdebstrap ninja-build
   nlohmann-json3-dev openssl qemu-user-static scdoc strace)
-port_libraries=(libexpat1-dev libfaketime libgtest-dev libpcap-dev libpugixml-dev libssl-dev libusb-dev
-  libxml2-dev)
+port_libraries=(libexpat1-dev libfaketime libgtest-dev libpcap-dev libpugixml-dev libssl-dev libudev-dev
+  libusb-dev libxml2-dev)
 
 # Prints the GNU name of an architecture, such as arm-linux-gnueabihf.
 gnu_name() { dpkg-architecture -a"$1" -qDEB_HOST_GNU_TYPE 2>/dev/null; }

@@ -119,7 +119,9 @@ void addWifiTexts(Texts& texts) {
   texts["zvkwifi program options"] = manualEntries(wifi::ProgramOptions);
   texts["zvkwifi common options"] = manualEntries(wifi::CommonOptions);
   texts["zvkwifi setting options"] = manualEntries(wifi::SettingOptions);
-  texts["zvkwifi set options"] = manualEntries(wifi::SetOptions);
+  texts["zvkwifi set options"] =
+      manualEntries(wifi::ProfileOptions) + "\n" + manualEntries(wifi::SetOptions);
+  texts["zvkwifi station options"] = manualEntries(wifi::StationOptions);
   texts["zvkwifi several options"] = manualEntries(wifi::SeveralOptions);
   texts["zvkwifi subject options"] = manualEntries(wifi::SubjectOptions);
   texts["zvkwifi cert options"] = manualEntries(wifi::RequestOptions) + "\n" +

@@ -50,6 +50,7 @@ class Grammar {
     add("list", [this] { command(m_App, "list", Command::List); });
     add("status", [this] { withPrinters(command(m_App, "status", Command::Status)); });
     add("set", [this] { addSet(); });
+    add("station", [this] { addStation(); });
     add("reset", [this] { withPrinter(command(m_App, "reset", Command::Reset)); });
     add("cert", [this] { addCert(); });
   }
@@ -79,7 +80,6 @@ class Grammar {
     CLI::App& app =
         *parent.add_subcommand(std::string(name.substr(name.rfind(' ') + 1)), tr(row.help));
     app.group(tr("Commands"));
-    addHelp(app);
     return app;
   }
 
@@ -132,16 +132,28 @@ class Grammar {
     }
   }
 
-  void addSet() {
-    CLI::App& app = withPrinters(command(m_App, "set", Command::Set));
+  CLI::App& withProfile(CLI::App& app) {
     addListed(app, SettingOptions, m_Arguments.settings);
-    const auto& [from, wait, dryRun, force] = SetOptions;
+    const auto& [from, wait] = ProfileOptions;
     addText(app, from, m_Arguments.settingsFile);
     app.add_option(nameOf(wait), m_Arguments.waitSeconds, tr(wait.help))
         ->type_name(std::string(wait.valueName))
         ->check(CLI::Range(0, LongestWaitSeconds).description(""));
-    app.add_flag(nameOf(dryRun), m_Arguments.dryRun, tr(dryRun.help));
-    app.add_flag(nameOf(force), m_Arguments.force, tr(force.help));
+    return app;
+  }
+
+  void addSet() {
+    CLI::App& app = withProfile(withPrinters(command(m_App, "set", Command::Set)));
+    const auto& [dryRun, force] = SetOptions;
+    addFlag(app, dryRun, m_Arguments.dryRun);
+    addFlag(app, force, m_Arguments.force);
+  }
+
+  void addStation() {
+    CLI::App& app = withProfile(command(m_App, "station", Command::Station));
+    const auto& [force, jsonLines] = StationOptions;
+    addFlag(app, force, m_Arguments.force);
+    addFlag(app, jsonLines, m_Arguments.jsonLines);
   }
 
   void addCert() {
@@ -197,7 +209,8 @@ void checkSeveral(const Arguments& arguments) {
   if (arguments.all && !arguments.printers.empty()) {
     throw UsageError(tr("--all: expected no PRINTER besides it"));
   }
-  const bool several = arguments.all || arguments.printers.size() > 1;
+  const bool several =
+      arguments.all || arguments.printers.size() > 1 || arguments.command == Command::Station;
   if (several && (arguments.verbose || !arguments.traceFile.empty())) {
     throw UsageError(tr("--verbose and --trace: expected a single PRINTER"));
   }

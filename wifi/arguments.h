@@ -29,6 +29,7 @@ struct Arguments {
     List,
     Status,
     Set,
+    Station,
     Reset,
     CertList,
     CertRequest,

@@ -26,6 +26,7 @@ int guideCommand(const Arguments& arguments);
 int listCommand(const Arguments& arguments);
 int statusCommand(const Arguments& arguments);
 int setCommand(const Arguments& arguments);
+int stationCommand(const Arguments& arguments);
 int resetCommand(const Arguments& arguments);
 int certListCommand(const Arguments& arguments);
 int certRequestCommand(const Arguments& arguments);

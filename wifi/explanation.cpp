@@ -83,9 +83,9 @@ Explanation explainNotJoined(const Report& report, const session::Profile* profi
         tr("It has no address yet. Check that the network gives addresses (DHCP), then run "
            "\"zvkwifi status\" in a minute.");
   } else {
-    explanation.remedy =
-        tr("Check the passphrase or key, then the spelling of the network's name, then that the "
-           "network is in reach of the printer and on 2.4 GHz.");
+    explanation.remedy = tr(
+        "Check the passphrase or key, then the spelling of the network's name, then that the "
+        "network is in reach of the printer and on 2.4 GHz, then that it gives addresses (DHCP).");
   }
   return explanation;
 }
@@ -165,6 +165,7 @@ std::optional<Explanation> explain(const Report& report, const session::Profile*
     case Result::Confirmed:
     case Result::DryRun:
     case Result::Invalid:
+    case Result::Skipped:
       break;
   }
   return std::nullopt;

@@ -66,6 +66,14 @@ std::string documentText(std::vector<Json> printers) {
   return textOf({{"schema", SchemaVersion}, {"printers", std::move(printers)}});
 }
 
+std::string documentText(std::vector<Json> printers, const Summary& summary) {
+  return textOf(
+      {{"schema", SchemaVersion},
+       {"printers", std::move(printers)},
+       {"summary",
+        {{"done", summary.done}, {"failed", summary.failed}, {"skipped", summary.skipped}}}});
+}
+
 std::string errorText(const Explanation& error) {
   return textOf(
       {{"schema", SchemaVersion}, {"printers", Json::array()}, {"error", errorJson(error)}});

@@ -29,6 +29,16 @@ enum class Fields { Status, Set, ResultOnly };
 /// Returns the document with these entries, followed by a line end.
 [[nodiscard]] std::string documentText(std::vector<Json> printers);
 
+/// How many printers `station` has set up.
+struct Summary {
+  std::size_t done = 0;
+  std::size_t failed = 0;   ///< at the last attempt
+  std::size_t skipped = 0;  ///< how often a printer was plugged in that was done before
+};
+
+/// Does the same with a summary.
+[[nodiscard]] std::string documentText(std::vector<Json> printers, const Summary& summary);
+
 /// Returns the document of a command that failed before it had a printer.
 [[nodiscard]] std::string errorText(const Explanation& error);
 

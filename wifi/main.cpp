@@ -52,6 +52,7 @@ constexpr auto CommandFunctions = std::to_array<CommandFunction>({
     {Arguments::Command::List, wifi::listCommand},
     {Arguments::Command::Status, wifi::statusCommand},
     {Arguments::Command::Set, wifi::setCommand},
+    {Arguments::Command::Station, wifi::stationCommand},
     {Arguments::Command::Reset, wifi::resetCommand},
     {Arguments::Command::CertList, wifi::certListCommand},
     {Arguments::Command::CertRequest, wifi::certRequestCommand},

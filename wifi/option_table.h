@@ -55,12 +55,22 @@ inline constexpr auto SettingOptions = std::to_array<OptionRow>({
      translatable("where the secret comes from: prompt, file:PATH or fd:NUMBER")},
 });
 
-/// The other options of `set`.
-inline constexpr auto SetOptions = std::to_array<OptionRow>({
+/// Options of the commands that take settings.
+inline constexpr auto ProfileOptions = std::to_array<OptionRow>({
     {"--from", "FILE", translatable("read settings from the key=value lines of FILE")},
     {"--wait", "SECONDS", translatable("confirm for at most so long (60); 0: accepted is enough")},
+});
+
+/// The other options of `set`.
+inline constexpr auto SetOptions = std::to_array<OptionRow>({
     {"--dry-run", "", translatable("show what would be sent, and open nothing")},
     {"--force", "", translatable("store even if the printer is in that network already")},
+});
+
+/// The other options of `station`.
+inline constexpr auto StationOptions = std::to_array<OptionRow>({
+    {"--force", "", translatable("store also in a printer that is done or in that network")},
+    {"--json-lines", "", translatable("print one JSON document for each printer, as it is done")},
 });
 
 /// The subject of a certificate request.
@@ -104,7 +114,7 @@ struct CommandRow {
   std::string_view name;
   const char* help;  ///< a message to translate
   std::string_view arguments = "[PRINTER]";
-  std::array<std::span<const OptionRow>, 3> options = {};
+  std::array<std::span<const OptionRow>, 4> options = {};
 };
 
 /// The commands. The row of `cert` precedes the rows of its commands.
@@ -114,7 +124,11 @@ inline constexpr auto CommandRows = std::to_array<CommandRow>({
     {"set",
      translatable("check settings, store them and confirm that the printer joined"),
      "[PRINTER...] SETTINGS",
-     {SettingOptions, SetOptions, SeveralOptions}},
+     {SettingOptions, ProfileOptions, SetOptions, SeveralOptions}},
+    {"station",
+     translatable("set up each printer that is plugged in, until Ctrl-C"),
+     "SETTINGS",
+     {SettingOptions, ProfileOptions, StationOptions}},
     {"reset", translatable("reset the adapter")},
     {"cert", translatable("manage the printer's certificates"), "COMMAND"},
     {"cert list", translatable("list the certificates")},

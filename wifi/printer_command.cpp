@@ -126,14 +126,18 @@ int runOnPrinters(const Arguments& arguments, const PrinterCommand& command) {
   return outcome.status;
 }
 
-int storeProfile(const Arguments& arguments, session::Profile& profile) {
+PrinterCommand setOf(const Arguments& arguments, session::Profile& profile) {
   const session::Session::SetOptions options = {.waitSeconds = arguments.waitSeconds,
                                                 .force = arguments.force};
-  return runOnPrinters(
-      arguments, {.fields = Fields::Set,
-                  .run = [&](session::Session& session) { return session.set(profile, options); },
-                  .text = setText,
-                  .profile = &profile});
+  return {.fields = Fields::Set,
+          .run = [&profile,
+                  options](session::Session& session) { return session.set(profile, options); },
+          .text = setText,
+          .profile = &profile};
+}
+
+int storeProfile(const Arguments& arguments, session::Profile& profile) {
+  return runOnPrinters(arguments, setOf(arguments, profile));
 }
 
 }  // namespace wifi

@@ -35,6 +35,10 @@ int runOnPrinters(const Arguments& arguments, const PrinterCommand& command);
 [[nodiscard]] Outcome outcomeOf(const session::Report& report, const Arguments& arguments,
                                 const PrinterCommand& command, double seconds);
 
+/// Returns the command that stores a profile and waits for the confirmation. It refers to both
+/// parameters.
+[[nodiscard]] PrinterCommand setOf(const Arguments& arguments, session::Profile& profile);
+
 /// Stores settings that are complete and checked, and waits for the confirmation. Clears the secret
 /// after it is sent. Prints the result and returns the exit status, as `runOnPrinters` does.
 int storeProfile(const Arguments& arguments, session::Profile& profile);

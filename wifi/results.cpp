@@ -23,6 +23,7 @@ constexpr auto Rows = std::to_array<ResultRow>({
     {Result::NoAnswer, "no-answer", StatusNoAnswer},
     {Result::Interrupted, "interrupted", StatusSignalBase},
     {Result::Failed, "failed", StatusInternalError},
+    {Result::Skipped, "skipped", StatusDone},
 });
 
 }  // namespace

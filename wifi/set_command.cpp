@@ -8,33 +8,14 @@
 #include "wifi/commands.h"
 #include "wifi/console.h"
 #include "wifi/printer_command.h"
+#include "wifi/profile_arguments.h"
 #include "wifi/results.h"
-#include "wifi/secret_input.h"
-#include "wifi/signals.h"
 #include "wifi/translation.h"
 #include "wireless/wnpa_generator.h"
 
 namespace wifi {
 
 namespace {
-
-/// Returns the checked settings, complete with the secret. They are in heap memory, because the
-/// program clears each block of heap memory before it frees the block.
-std::unique_ptr<session::Profile> readProfile(const Arguments& arguments) {
-  session::ProfileReader reader;
-  for (const auto& [key, value] : arguments.settings) {
-    reader.set(key, value, "--" + key);
-  }
-  if (!arguments.settingsFile.empty()) {
-    reader.readFile(arguments.settingsFile);
-  }
-  auto profile = std::make_unique<session::Profile>(reader.finish());
-  if (session::needsSecret(*profile)) {
-    const Interruption interruption;
-    profile->secret = readSecret(*profile, reader.secretSource());
-  }
-  return profile;
-}
 
 /// Prints the packets that would be sent. With --json it prints a document instead, which does not
 /// contain the packets. The function opens no device. So it cannot read from the printer whether

@@ -1,6 +1,5 @@
 #include "wifi/several_printers.h"
 
-#include <algorithm>
 #include <csignal>
 #include <unistd.h>
 #include <vector>
@@ -8,20 +7,15 @@
 #include "util/format.h"
 #include "wifi/console.h"
 #include "wifi/explanation.h"
+#include "wifi/printer_workers.h"
 #include "wifi/progress.h"
 #include "wifi/results.h"
-#include "wifi/shown_text.h"
 #include "wifi/signals.h"
 #include "wifi/translation.h"
-#include "wifi/workers.h"
 
 namespace wifi {
 
 namespace {
-
-/// A worker is killed when it has taken the time for the confirmation (--wait) and this many
-/// seconds more. The longest exchange without a reply takes less than these seconds.
-constexpr int MarginSeconds = 180;
 
 /// Prints the outcomes of the printers.
 class SeveralReports {
@@ -31,7 +25,6 @@ class SeveralReports {
     showCount();
   }
 
-  double seconds() const { return m_Progress.seconds(); }
   void tick() { m_Progress.update(); }
 
   /// Takes the outcome of a printer. Prints the outcome now, except with --json and without
@@ -42,7 +35,7 @@ class SeveralReports {
     if (m_Arguments.jsonLines) {
       print(documentText({outcome.entry}));
     } else if (!m_Arguments.json) {
-      printText(printerText(printer), outcome);
+      printNamed(printerText(printer), outcome);
     }
     m_Outcomes[index] = std::move(outcome);
     showCount();
@@ -68,17 +61,6 @@ class SeveralReports {
   }
 
  private:
-  static void printText(const std::string& name, const Outcome& outcome) {
-    if (outcome.error) {
-      printError({name + ": " + outcome.error->message, outcome.error->remedy});
-      return;
-    }
-    // A result of several lines is followed by an empty line.
-    const bool hasSeveralLines = std::ranges::count(outcome.text, '\n') > 1;
-    const std::string text = outcome.text + (hasSeveralLines ? "\n" : "");
-    print(::isatty(STDOUT_FILENO) == 1 ? wrapped(text) : text);
-  }
-
   /// Shows the count only on a terminal. Elsewhere the printed results show the progress.
   void showCount() {
     if (::isatty(STDERR_FILENO) == 1) {
@@ -98,11 +80,9 @@ class SeveralReports {
 int runOnSeveral(const Arguments& arguments, std::span<const session::Printer> printers,
                  const PrinterCommand& command) {
   const Interruption interruption;
-  Arguments ofWorkers = arguments;
-  ofWorkers.quiet = true;
-  Workers workers(std::chrono::seconds(arguments.waitSeconds + MarginSeconds));
+  PrinterWorkers workers(arguments, command);
   for (const session::Printer& printer : printers) {
-    workers.start([&] { return bytesOf(runOnPrinter(ofWorkers, printer, command)); });
+    workers.start(printer);
   }
   if (command.profile != nullptr) {
     command.profile->secret.clear();
@@ -117,19 +97,8 @@ int runOnSeveral(const Arguments& arguments, std::span<const session::Printer> p
       signalled = true;
     }
   };
-  while (const auto finished = workers.next(onTick)) {
-    const session::Printer& printer = printers[finished->index];
-    std::optional<Outcome> outcome;
-    if (finished->how == Workers::Finished::How::Returned) {
-      outcome = outcomeFrom(finished->bytes);
-    }
-    if (!outcome) {
-      session::Report report;
-      report.printer = printer;
-      report.result = session::Result::Failed;
-      outcome = outcomeOf(report, arguments, command, reports.seconds());
-    }
-    reports.add(finished->index, printer, std::move(*outcome));
+  while (auto done = workers.next(onTick)) {
+    reports.add(done->index, done->printer, std::move(done->outcome));
   }
   return reports.finish();
 }

@@ -110,6 +110,8 @@ std::string setText(const session::Report& report) {
       return util::formatted(
           tr("%s was in the network \"%s\" already, with the address %s. Nothing was stored.\n"),
           name.c_str(), ssid.c_str(), address.c_str());
+    case session::Result::Skipped:
+      return util::formatted(tr("%s was done before. Nothing was stored.\n"), name.c_str());
     default:
       return util::formatted(tr("%s has accepted the settings.\n"), name.c_str());
   }

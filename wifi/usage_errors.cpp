@@ -59,8 +59,9 @@ std::string usageProblem(const CLI::Error& error, const CLI::App& app) {
                              withoutValue(first).c_str());
     }
     if (app.get_subcommands().empty() && !first.empty()) {
-      return util::formatted(tr("%s: no such command; expected list, status, set, reset or cert"),
-                             first.c_str());
+      return util::formatted(
+          tr("%s: no such command; expected list, status, set, station, reset or cert"),
+          first.c_str());
     }
     return tr("too many arguments; see zvkwifi --help");
   }

@@ -19,7 +19,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int TickMilliseconds = 1000;
+constexpr auto Tick = std::chrono::seconds(1);
 
 [[noreturn]] void fail(const char* what) {
   throw std::system_error(errno, std::generic_category(), what);
@@ -79,33 +79,44 @@ void Workers::start(const std::function<std::string()>& work) {
 }
 
 std::optional<Workers::Finished> Workers::next(const std::function<void()>& onTick) {
-  for (;;) {
-    std::vector<pollfd> polled;
-    std::vector<std::size_t> indices;
-    for (std::size_t i = 0; i < m_Workers.size(); ++i) {
-      if (m_Workers[i].process > 0) {
-        polled.push_back({m_Workers[i].pipe.get(), POLLIN, 0});
-        indices.push_back(i);
-      }
-    }
-    if (polled.empty()) {
-      return std::nullopt;
-    }
-    ::poll(polled.data(), polled.size(), millisecondsToWait());
+  std::optional<Finished> finished;
+  while (!finished && running() > 0) {
+    finished = nextWithin(Tick, -1);
     onTick();
-    for (std::size_t k = 0; k < polled.size(); ++k) {
-      Worker& worker = m_Workers[indices[k]];
-      const bool atEnd = polled[k].revents != 0 && !readSome(worker);
-      const bool overdue = !atEnd && Clock::now() >= worker.end;
-      if (atEnd || overdue) {
-        return finish(indices[k], overdue);
-      }
-    }
   }
+  return finished;
 }
 
-int Workers::millisecondsToWait() const {
-  auto wait = std::chrono::milliseconds(TickMilliseconds);
+std::optional<Workers::Finished> Workers::nextWithin(std::chrono::milliseconds limit,
+                                                     int descriptor) {
+  std::vector<pollfd> polled;
+  std::vector<std::size_t> indices;
+  for (std::size_t i = 0; i < m_Workers.size(); ++i) {
+    if (m_Workers[i].process > 0) {
+      polled.push_back({m_Workers[i].pipe.get(), POLLIN, 0});
+      indices.push_back(i);
+    }
+  }
+  polled.push_back({descriptor, POLLIN, 0});
+  ::poll(polled.data(), polled.size(), millisecondsToWait(limit));
+  for (std::size_t k = 0; k < indices.size(); ++k) {
+    Worker& worker = m_Workers[indices[k]];
+    const bool atEnd = polled[k].revents != 0 && !readSome(worker);
+    const bool overdue = !atEnd && Clock::now() >= worker.end;
+    if (atEnd || overdue) {
+      return finish(indices[k], overdue);
+    }
+  }
+  return std::nullopt;
+}
+
+std::size_t Workers::running() const {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(m_Workers, [](const Worker& worker) { return worker.process > 0; }));
+}
+
+int Workers::millisecondsToWait(std::chrono::milliseconds limit) const {
+  auto wait = limit;
   for (const Worker& worker : m_Workers) {
     if (worker.process > 0) {
       wait =

@@ -49,6 +49,13 @@ class Workers {
   /// once. Returns nothing after the last worker. Calls `onTick` at least once a second.
   [[nodiscard]] std::optional<Finished> next(const std::function<void()>& onTick);
 
+  /// Waits until a worker ends, `descriptor` can be read, a signal arrives or `limit` has passed.
+  /// Returns the end of the worker if there is one. With the descriptor -1 waits only for the rest.
+  [[nodiscard]] std::optional<Finished> nextWithin(std::chrono::milliseconds limit, int descriptor);
+
+  /// Returns the count of workers that have not ended.
+  [[nodiscard]] std::size_t running() const;
+
   /// Sends a signal to the workers that have not ended.
   void signal(int number) const;
 
@@ -60,9 +67,8 @@ class Workers {
     std::chrono::steady_clock::time_point end;  ///< when the worker is killed
   };
 
-  /// Returns the time until the next tick or until the first worker exceeds `limit`, whichever is
-  /// shorter.
-  int millisecondsToWait() const;
+  /// Returns `limit`, or the time until the first worker exceeds its limit if that is shorter.
+  int millisecondsToWait(std::chrono::milliseconds limit) const;
   /// Reads what a worker has written. Returns false at the end of its bytes or if the read fails.
   static bool readSome(Worker& worker);
   Finished finish(std::size_t index, bool overdue);

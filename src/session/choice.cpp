@@ -78,7 +78,7 @@ Choice choosePrinter(std::string_view wanted, const Machine& machine) {
 }
 
 std::optional<Printer> findAgain(const Printer& printer, const Machine& machine) {
-  std::vector<Printer> printers = findPrinters(machine);
+  std::vector<Printer> printers = findPrinters(machine, StateTest::None);
   const auto same = std::ranges::find_if(printers, [&printer](const Printer& other) {
     return printer.serial ? other.serial == printer.serial : other.device == printer.device;
   });

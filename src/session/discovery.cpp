@@ -115,7 +115,7 @@ Printer::State stateOf(const std::string& node) {
 /// Returns the printer of an interface, or nothing if its device is gone.
 std::optional<std::pair<UsbAddress, Printer>> describe(const std::string& folder,
                                                        const Interface& interface,
-                                                       const Machine& machine) {
+                                                       const Machine& machine, StateTest test) {
   const auto bus = numberAttribute(folder, "busnum");
   const auto number = numberAttribute(folder, "devnum");
   if (!bus || !number) {
@@ -140,17 +140,21 @@ std::optional<std::pair<UsbAddress, Printer>> describe(const std::string& folder
     printer.node = address.node(machine);
   }
   const bool isTaken = !interface.usblp && interface.hasDriver;
-  printer.state = isTaken ? Printer::State::Busy : stateOf(printer.node);
+  if (isTaken) {
+    printer.state = Printer::State::Busy;
+  } else if (test == StateTest::Open) {
+    printer.state = stateOf(printer.node);
+  }
   return std::pair(address, std::move(printer));
 }
 
 }  // namespace
 
-std::vector<Printer> findPrinters(const Machine& machine) {
+std::vector<Printer> findPrinters(const Machine& machine, StateTest test) {
   const std::string folder = machine.sysfs + "/bus/usb/devices/";
   std::vector<std::pair<UsbAddress, Printer>> found;
   for (const auto& [name, interface] : printerInterfaces(folder)) {
-    if (auto printer = describe(folder + name, interface, machine)) {
+    if (auto printer = describe(folder + name, interface, machine, test)) {
       found.push_back(std::move(*printer));
     }
   }

@@ -9,12 +9,17 @@
 
 namespace session {
 
+/// Whether discovery opens the device file of each printer for a moment. While a printer on usblp
+/// is open, no other process can open it.
+enum class StateTest { Open, None };
+
 /// Returns the USB printers of this machine, ordered by bus and device number. A printer is a
 /// device with an interface of the printer class (7). It is reached through usblp if usblp has
 /// bound the interface, otherwise through libusb. If another driver or process has claimed the
 /// interface, the state is `Busy`. Otherwise the function opens the device file for a moment to
-/// find out the state.
-[[nodiscard]] std::vector<Printer> findPrinters(const Machine& machine = {});
+/// find out the state, or returns the state `Ready` if `test` is `None`.
+[[nodiscard]] std::vector<Printer> findPrinters(const Machine& machine = {},
+                                                StateTest test = StateTest::Open);
 
 /// The printer that the user means, or the reason why no printer was chosen.
 struct Choice {
@@ -39,7 +44,8 @@ struct Choice {
 
 /// Finds a printer again after it was gone from the bus. Its address may have changed, so its
 /// serial number identifies it. A printer without a serial number is looked for at its old device.
-/// Returns nothing while the printer is gone.
+/// Returns nothing while the printer is gone. Does not test the state, because another process may
+/// be about to open another printer.
 [[nodiscard]] std::optional<Printer> findAgain(const Printer& printer, const Machine& machine = {});
 
 }  // namespace session

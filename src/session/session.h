@@ -45,6 +45,7 @@ enum class Result {
   NoAnswer,       ///< the printer did not answer
   Interrupted,    ///< the user ended the command
   Failed,         ///< the front end gave up: its process for this printer died or took too long
+  Skipped,        ///< the front end left the printer alone, because it was done before
 };
 
 /// Returns the result for a printer that cannot be opened.

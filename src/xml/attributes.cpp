@@ -1,12 +1,10 @@
-// The list of attributes: a sorted map that reuses one of its nodes. Most tags of a reply have at
-// most one attribute, so most tags need no new node.
+// The list of attributes: a sorted map.
 
 #include "xml/attributes.h"
 
 #include <algorithm>
 #include <iterator>
 #include <span>
-#include <utility>
 
 #include "util/c_text.h"
 
@@ -27,11 +25,7 @@ int copyCut(std::string_view text, std::span<char> destination) {
 }  // namespace
 
 void attributes::clear() {
-  if (!m_Pairs.empty()) {
-    // Keeps one node, so that the next tag with an attribute does not allocate a node.
-    m_Spare = m_Pairs.extract(m_Pairs.begin());
-    m_Pairs.clear();
-  }
+  m_Pairs.clear();
 }
 
 bool attributes::isAttrExist(const char* name) const {
@@ -43,7 +37,7 @@ void attributes::setAttribute(const char* name, const char* value) {
 }
 
 void attributes::setAttribute(std::string_view name, std::string_view value) {
-  valueOf(name) = value;
+  m_Pairs[std::string(name)] = value;
 }
 
 std::string attributes::getAttribute(const char* name) const {
@@ -67,34 +61,19 @@ int attributes::getAttrName(unsigned int index, char* buf, unsigned int size) co
 }
 
 std::string& attributes::operator[](std::string& name) {
-  return valueOf(name);
+  return m_Pairs[name];
 }
 
 std::string& attributes::operator[](const char* name) {
-  return valueOf(util::textOf(name));
+  return m_Pairs[std::string(util::textOf(name))];
 }
 
 std::string& attributes::operator[](char* name) {
-  return valueOf(util::textOf(name));
+  return m_Pairs[std::string(util::textOf(name))];
 }
 
 attributes::Pairs::const_iterator attributes::at(unsigned int index) const {
   return index < m_Pairs.size()
              ? std::next(m_Pairs.begin(), static_cast<Pairs::difference_type>(index))
              : m_Pairs.end();
-}
-
-std::string& attributes::valueOf(std::string_view name) {
-  // A name that sorts after all others goes to the end without a search.
-  const bool isLast = m_Pairs.empty() || m_Pairs.rbegin()->first < name;
-  const auto place = isLast ? m_Pairs.end() : m_Pairs.lower_bound(name);
-  if (place != m_Pairs.end() && place->first == name) {
-    return place->second;
-  }
-  if (m_Spare.empty()) {
-    return m_Pairs.emplace_hint(place, name, std::string())->second;
-  }
-  m_Spare.key() = name;
-  m_Spare.mapped().clear();
-  return m_Pairs.insert(place, std::move(m_Spare))->second;
 }

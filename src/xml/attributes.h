@@ -15,15 +15,8 @@ class attributes {
  public:
   attributes() = default;
   virtual ~attributes() = default;
-  /// Copies the pairs, but not `m_Spare`.
-  attributes(const attributes& other) : m_Pairs(other.m_Pairs) {}
-  /// Replaces the pairs by copies. Each object keeps its spare node.
-  attributes& operator=(const attributes& other) {
-    if (this != &other) {
-      m_Pairs = other.m_Pairs;
-    }
-    return *this;
-  }
+  attributes(const attributes&) = default;
+  attributes& operator=(const attributes&) = default;
   attributes(attributes&&) noexcept = default;
   attributes& operator=(attributes&&) noexcept = default;
 
@@ -64,11 +57,6 @@ class attributes {
 
   /// Returns the pair at position `index`, or the end if there is none.
   Pairs::const_iterator at(unsigned int index) const;
-  /// Returns the value of `name`. Inserts an absent name first.
-  std::string& valueOf(std::string_view name);
 
   Pairs m_Pairs;
-  /// The node of a removed pair. The next insertion reuses it. One node is enough, because most
-  /// tags have at most one attribute.
-  Pairs::node_type m_Spare;
 };

@@ -7,6 +7,10 @@
 #include "xml/attributes.h"
 #include "xml/simple_sax_handler.h"
 
+namespace xml {
+class Cursor;
+}
+
 /// Parses an XML document in memory and calls a handler for each part of it:
 ///
 ///     SimpleSAXParser parser(handler);
@@ -30,7 +34,7 @@ class SimpleSAXParser {
 
   /// Keeps a pointer to `handler`, which the caller owns and which must outlive the parser.
   explicit SimpleSAXParser(SimpleSAXHandler& handler);
-  virtual ~SimpleSAXParser();
+  virtual ~SimpleSAXParser() = default;
   SimpleSAXParser(const SimpleSAXParser&) = delete;
   SimpleSAXParser& operator=(const SimpleSAXParser&) = delete;
 
@@ -100,27 +104,10 @@ class SimpleSAXParser {
   void showError(ParseRetType ret, std::string_view text, std::size_t position) const;
 
  private:
-  class OpenNames;
-  struct Content;
-
-  /// Skips everything before the first start tag.
-  ParseRetType parseProlog(std::string_view text, std::size_t& position) const;
-  /// Reads the construct that starts with the "<" at `position`. Skips the "<" if it does not start
-  /// a construct.
-  ParseRetType parseMarkup(Content& content, std::string_view text, std::size_t& position);
-  /// Reads a start tag or an empty-element tag and calls the handler.
-  ParseRetType openElement(Content& content, std::string_view text, std::size_t& position);
-  /// Reads the end tag of the innermost element and calls the handler.
-  ParseRetType closeElement(Content& content, std::string_view text, std::size_t& position);
-
-  /// Stores an attribute with the entities of its value replaced.
-  void store(std::string_view name, std::string_view value, attributes& attrs) const;
-
-  /// Calls one callback of the handler.
-  template <typename... Parameters, typename... Arguments>
-  void notify(void (SimpleSAXHandler::*callback)(Parameters...), Arguments&&... arguments);
-  /// Moves to the end of the text if the handler has set `m_Stop`.
-  void honourStop(std::string_view text, std::size_t& position) const;
+  /// Reads the tokens of the cursor and calls the handler. Returns 0, or -1 at a fault.
+  int parseContent(xml::Cursor& cursor);
+  /// Passes a text to the handler, with its entities replaced in `buffer`.
+  void reportText(std::string_view run, std::string& buffer);
 
   SimpleSAXHandler* m_Handler;  ///< not owned
 };

@@ -1,20 +1,143 @@
-// Path queries: the steps of a path, and the callbacks that compare elements with the steps during
-// a parse.
+// Path queries: the steps of a path, and the comparison of elements with the steps.
 
 #include "xml/simple_xpath.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <optional>
 #include <utility>
 
 #include "util/c_text.h"
 #include "util/decimal.h"
-#include "xml/simple_sax_parser.h"
+#include "xml/cursor.h"
+#include "xml/entities.h"
 
 namespace {
 
+using Node = simpleXPath::nodeType;
+
 constexpr std::size_t None = std::string_view::npos;
-/// The depth for which memory is reserved. The elements of the printer's replies are less deep.
-constexpr std::size_t UsualDepth = 16;
+constexpr std::int32_t LargestPosition = 9;
+
+/// Returns true if an element with this name and position matches the step. `has` returns true if
+/// an attribute of the element has a value.
+template <typename Has>
+bool passes(const Node& step, std::string_view name, std::int32_t index, Has has) {
+  if (step.name != name || step.filterName == simpleXPath::NoMatchFilter) {
+    return false;
+  }
+  if (step.filterName == simpleXPath::IndexFilter) {
+    return step.index == index;
+  }
+  return step.filterName.empty() || has(step.filterName, step.filterValue);
+}
+
+/// Returns a text of the document with its entities replaced. If it has entities, the result is in
+/// `buffer`.
+std::string_view replaced(std::string_view text, std::string& buffer) {
+  if (text.find('&') == None) {
+    return text;
+  }
+  buffer = text;
+  xml::replaceEntities(buffer);
+  return buffer;
+}
+
+/// Returns true if the last attribute with this name has the value `text`. An absent attribute has
+/// an empty value.
+bool hasValue(const std::vector<xml::Attribute>& tag, std::string_view name,
+              std::string_view text) {
+  const auto found = std::find_if(tag.rbegin(), tag.rend(),
+                                  [name](const xml::Attribute& each) { return each.name == name; });
+  std::string buffer;
+  return text == replaced(found == tag.rend() ? std::string_view() : found->value, buffer);
+}
+
+/// Finds the elements at a path, one after the other, in the order in which they close.
+class Matches {
+ public:
+  Matches(const char* document, std::vector<Node> path)
+      : m_Cursor(document), m_Path(std::move(path)) {
+    // If the prolog does not end, the cursor is at the end of the document.
+    m_Cursor.skipProlog();
+  }
+
+  /// Moves to the end of the next element at the path. Returns false if there is none.
+  bool next() {
+    for (;;) {
+      switch (m_Cursor.next()) {
+        case xml::Token::StartTag:
+          open();
+          break;
+        case xml::Token::Text:
+          addText();
+          break;
+        case xml::Token::EndTag:
+          if (close()) {
+            return true;
+          }
+          break;
+        case xml::Token::End:
+        case xml::Token::Error:
+          return false;
+      }
+    }
+  }
+
+  /// Returns the text of the element, except that of its inner elements.
+  const std::string& text() const { return m_Text; }
+  /// Returns the position of the element.
+  std::int32_t index() const { return m_ClosedIndex; }
+
+ private:
+  bool isAtPath() const { return m_Matching == m_Open.size() && m_Matching == m_Path.size(); }
+
+  void open() {
+    const std::string_view name = m_Cursor.name();
+    // The element that closed last need not be a sibling. In the printer's lists it is a sibling,
+    // because the entries contain no elements.
+    const std::int32_t index = m_ClosedName == name ? m_ClosedIndex + 1 : 1;
+    const std::size_t depth = m_Open.size();
+    m_Open.push_back(index);
+    // Inside an element that does not match, nothing can match.
+    if (m_Matching == depth && depth < m_Path.size() &&
+        passes(m_Path[depth], name, index,
+               [this](const std::string& attribute, const std::string& value) {
+                 return hasValue(m_Cursor.attributes(), attribute, value);
+               })) {
+      ++m_Matching;
+      m_Text.clear();
+    }
+  }
+
+  void addText() {
+    if (isAtPath()) {
+      m_Text += replaced(m_Cursor.text(), m_Buffer);
+    }
+  }
+
+  /// Closes the innermost element. Returns true if it is at the path.
+  bool close() {
+    const bool isMatch = isAtPath();
+    m_ClosedName = m_Cursor.name();
+    m_ClosedIndex = m_Open.back();
+    if (m_Matching == m_Open.size()) {
+      --m_Matching;
+    }
+    m_Open.pop_back();
+    return isMatch;
+  }
+
+  xml::Cursor m_Cursor;
+  std::vector<Node> m_Path;
+  std::vector<std::int32_t> m_Open;  ///< the positions of all open elements, outermost first
+  std::size_t m_Matching = 0;        ///< how many of these elements, from the outermost on, match
+  std::string m_Text;                ///< of the element at the path
+  std::string m_Buffer;              ///< the last text with entities
+  std::string_view m_ClosedName;     ///< of the element that closed last, at any depth
+  std::int32_t m_ClosedIndex = 0;
+};
 
 }  // namespace
 
@@ -25,123 +148,41 @@ std::string simpleXPath::query(const char* path) {
 }
 
 std::string simpleXPath::query(const std::string& path) {
-  m_IsListing = false;
-  run(path);
-  return m_Result;
+  Matches matches(m_Xml.c_str(), parsePath(path));
+  m_Stop = matches.next();
+  return m_Stop ? matches.text() : std::string();
 }
 
 std::vector<std::string> simpleXPath::queryList(const std::string& path) {
-  m_IsListing = true;
-  m_Entries.fill(std::nullopt);
-  run(path + "[1]");
-  std::vector<std::string> texts;
-  for (std::optional<std::string>& entry : m_Entries) {
-    if (!entry || entry->empty()) {
-      break;
-    }
-    texts.push_back(std::move(*entry));
+  std::vector<nodeType> steps = parsePath(path + "[1]");
+  if (!steps.empty()) {
+    steps.back().filterName.clear();
   }
+  std::array<std::optional<std::string>, LargestPosition> entries;
+  Matches matches(m_Xml.c_str(), std::move(steps));
+  // The list ends at its first empty entry. It is complete if no entry before this one is missing.
+  auto* end = entries.begin();
+  while ((end == entries.end() || !*end) && matches.next()) {
+    if (matches.index() <= LargestPosition) {
+      auto& entry = entries[static_cast<std::size_t>(matches.index()) - 1];
+      if (!entry) {
+        entry = matches.text();
+      }
+    }
+    end = std::ranges::find_if(entries, [](const auto& each) { return !each || each->empty(); });
+  }
+  std::vector<std::string> texts;
+  std::for_each(entries.begin(), end, [&](auto& entry) { texts.push_back(std::move(*entry)); });
   return texts;
 }
 
-void simpleXPath::run(std::string_view path) {
-  SimpleSAXParser parser(*this);
-  m_Path = parsePath(path);
-  m_Stack.reserve(m_Path.size());
-  m_Open.reserve(UsualDepth);
-  m_Stop = false;
-  parser.parseXMLString(m_Xml.c_str());
-  m_Path.clear();
-}
-
-void simpleXPath::start() {
-  m_Result.clear();
-  resetNode(m_LastClosed);
-  m_Open.clear();
-  m_Stack.clear();
-}
-
-void simpleXPath::startElement(const char* name, attributes& attrs) {
-  const std::string_view text = util::textOf(name);
-  // The element that closed last need not be a sibling. In the printer's lists it is a sibling,
-  // because the entries contain no elements.
-  const std::int32_t index = m_LastClosed.name == text ? m_LastClosed.index + 1 : 1;
-  const std::size_t depth = m_Open.size();
-  m_Open.push_back(index);
-  // Inside an element that does not match, nothing can match.
-  if (m_Stack.size() != depth || depth >= m_Path.size()) {
-    return;
-  }
-  // A list needs the elements at all positions, so set the position in the last step to the
-  // position of this element.
-  nodeType& step = m_Path[depth];
-  if (m_IsListing && depth + 1 == m_Path.size() && index <= LargestPosition) {
-    step.index = index;
-  }
-  if (passes(step, text, index, attrs)) {
-    nodeType& element = m_Stack.emplace_back();
-    element.name = text;
-    element.attrs = attrs;
-    element.index = index;
-  }
-}
-
-void simpleXPath::characters(const char* text, unsigned int /*len*/) {
-  if (isAtPath()) {
-    m_Stack.back().text += util::textOf(text);
-  }
-}
-
-void simpleXPath::endElement(const char* name) {
-  if (m_Open.empty()) {
-    return;
-  }
-  if (isAtPath() && isFindMatch(m_Path, m_Stack, m_Result)) {
-    if (m_IsListing) {
-      storeEntry(m_Stack.back());
-    } else {
-      m_Stop = true;
-    }
-  }
-  m_LastClosed.name = util::textOf(name);
-  m_LastClosed.index = m_Open.back();
-  if (m_Stack.size() == m_Open.size()) {
-    m_Stack.pop_back();
-  }
-  m_Open.pop_back();
-}
-
-void simpleXPath::storeEntry(const nodeType& entry) {
-  std::optional<std::string>& place = m_Entries[static_cast<std::size_t>(entry.index) - 1];
-  if (!place) {
-    place = entry.text;
-  }
-  // The list ends at its first empty entry. It is complete when all entries before the empty entry
-  // are known.
-  for (const std::optional<std::string>& known : m_Entries) {
-    if (!known) {
-      return;
-    }
-    if (known->empty()) {
-      m_Stop = true;
-      return;
-    }
-  }
-}
-
-void simpleXPath::end() {}
-
 void simpleXPath::resetNode(nodeType& node) {
-  node.name.clear();
-  node.text.clear();
-  node.attrs.clear();
-  node.index = 0;
-  node.filterName.clear();
-  node.filterValue.clear();
+  node = nodeType();
 }
 
 std::vector<simpleXPath::nodeType> simpleXPath::parsePath(std::string_view path) {
   std::vector<nodeType> steps;
+  steps.reserve(static_cast<std::size_t>(std::ranges::count(path, '/')));
   std::size_t slash = path.find('/');
   while (slash != None) {
     const std::size_t start = slash + 1;
@@ -183,16 +224,11 @@ void simpleXPath::parseFilterAttr(std::string_view filter, nodeType& node) {
     node.filterValue.clear();
     return;
   }
+  // A search from `None` on finds nothing.
   const std::size_t equals = filter.find('=', at);
-  if (equals == None) {
-    return;
-  }
   const std::size_t quote = filter.find('\'', equals);
-  if (quote == None) {
-    return;
-  }
   const std::size_t endQuote = filter.find('\'', quote + 1);
-  if (endQuote == None) {
+  if (quote == None || endQuote == None) {
     return;
   }
   node.filterName = removeSpaces(filter.substr(at + 1, equals - at - 1));
@@ -207,30 +243,15 @@ std::string_view simpleXPath::removeSpaces(std::string_view text) {
 
 bool simpleXPath::isFindMatch(const std::vector<nodeType>& path, const std::vector<nodeType>& stack,
                               std::string& result) {
-  if (path.empty() || !std::ranges::equal(path, stack, isStepMatch)) {
+  const auto isMatch = [](const nodeType& step, const nodeType& element) {
+    return passes(step, element.name, element.index,
+                  [&element](const std::string& name, const std::string& value) {
+                    return element.attrs.getAttribute(name.c_str()) == value;
+                  });
+  };
+  if (path.empty() || !std::ranges::equal(path, stack, isMatch)) {
     return false;
   }
   result = stack.back().text;
   return true;
-}
-
-bool simpleXPath::isStepMatch(const nodeType& step, const nodeType& element) {
-  return passes(step, element.name, element.index, element.attrs);
-}
-
-bool simpleXPath::passes(const nodeType& step, std::string_view name, std::int32_t index,
-                         const attributes& attrs) {
-  if (step.name != name) {
-    return false;
-  }
-  if (step.filterName.empty()) {
-    return true;
-  }
-  if (step.filterName == NoMatchFilter) {
-    return false;
-  }
-  if (step.filterName == IndexFilter) {
-    return step.index == index;
-  }
-  return attrs.getAttribute(step.filterName.c_str()) == step.filterValue;
 }

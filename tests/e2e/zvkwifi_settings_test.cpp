@@ -43,7 +43,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         WrongRow{{"Command"},
                  {"sett", "--ssid=home", "{}"},
-                 "sett: no such command; expected list, status, set, reset or cert"},
+                 "sett: no such command; expected list, status, set, station, reset or cert"},
         WrongRow{{"ConfigSwitch"}, {"-c", "{}"}, "-c: no such option; see zvkwifi --help"},
         WrongRow{
             {"Option"}, {"set", "--sid=home", "{}"}, "--sid: no such option; see zvkwifi --help"},

@@ -295,6 +295,18 @@ TEST_F(Discovery, OpensTheNodeOnceWithoutWaitingAndClosesIt) {
   EXPECT_EQ(device.reads, 0);
 }
 
+TEST_F(Discovery, OpensNothingWithoutATestOfTheState) {
+  tree.addUsblpPrinter(5, "X12", "");
+  auto& device = system.device(tree.node("usb/lp5"));
+  device.openErrno = EBUSY;
+  const auto found = session::findPrinters(tree.machine(), session::StateTest::None);
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_EQ(found.front().state, State::Ready);
+  EXPECT_EQ(device.opens, 0);
+  EXPECT_EQ(printers().front().state, State::Busy);
+  EXPECT_EQ(device.opens, 1);
+}
+
 TEST_F(Discovery, IsBusyWhenAProcessHasClaimedTheInterface) {
   for (const char* driver : {"usbfs", "other"}) {
     tree.addDevice("1-2", {.bus = "1", .number = "5"});

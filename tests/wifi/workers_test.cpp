@@ -1,8 +1,10 @@
 #include "wifi/workers.h"
 
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -105,6 +107,58 @@ TEST(Workers, GetSignals) {
   ASSERT_EQ(all.size(), 2U);
   EXPECT_EQ(all[0].how, How::Died);
   EXPECT_EQ(all[1].how, How::Died);
+}
+
+TEST(Workers, GetSigtermIfTheirParentIsKilled) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe(ends.data()), 0);
+  const pid_t parent = ::fork();
+  if (parent == 0) {
+    Workers workers{hours(1)};
+    workers.start([&ends] {
+      sigset_t terminations;
+      ::sigemptyset(&terminations);
+      ::sigaddset(&terminations, SIGTERM);
+      ::sigprocmask(SIG_BLOCK, &terminations, nullptr);
+      EXPECT_EQ(::write(ends[1], "r", 1), 1);
+      int number = 0;
+      ::sigwait(&terminations, &number);
+      EXPECT_EQ(::write(ends[1], "t", 1), 1);
+      return std::string();
+    });
+    pauseForever();
+  }
+  // The test ends with a failure if the worker does not end.
+  ::close(ends[1]);
+  ::alarm(60);
+  char c = 0;
+  EXPECT_EQ(::read(ends[0], &c, 1), 1);
+  EXPECT_EQ(c, 'r');
+  ::kill(parent, SIGKILL);
+  ::waitpid(parent, nullptr, 0);
+  EXPECT_EQ(::read(ends[0], &c, 1), 1);
+  EXPECT_EQ(c, 't');
+  ::alarm(0);
+  ::close(ends[0]);
+}
+
+TEST(Workers, EndAWaitWithinItsLimitOrWhenTheDescriptorCanBeRead) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe(ends.data()), 0);
+  Workers workers{hours(1)};
+  EXPECT_FALSE(workers.nextWithin(seconds(0), -1));
+  workers.start(pauseForever);
+  EXPECT_FALSE(workers.nextWithin(seconds(0), ends[0]));
+  EXPECT_EQ(workers.running(), 1U);
+  EXPECT_EQ(::write(ends[1], "x", 1), 1);
+  EXPECT_FALSE(workers.nextWithin(hours(1), ends[0]));
+  workers.signal(SIGTERM);
+  const auto finished = workers.nextWithin(hours(1), -1);
+  ASSERT_TRUE(finished);
+  EXPECT_EQ(finished->how, How::Died);
+  EXPECT_EQ(workers.running(), 0U);
+  ::close(ends[0]);
+  ::close(ends[1]);
 }
 
 }  // namespace

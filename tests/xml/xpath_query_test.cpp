@@ -48,6 +48,14 @@ TEST(XPathQuery, IsIndependentOfThePreviousQuery) {
   }
 }
 
+TEST(XPathQuery, SetsTheStopFlagToWhetherAnElementMatches) {
+  simpleXPath xpath("<r><a/></r>");
+  EXPECT_EQ(xpath.query("/r/a"), "");
+  EXPECT_TRUE(xpath.m_Stop);
+  EXPECT_EQ(xpath.query("/r/b"), "");
+  EXPECT_FALSE(xpath.m_Stop);
+}
+
 TEST(XPathQuery, NeedsAnAbsolutePath) {
   EXPECT_EQ(query(TwoSiblings, "r/a"), "");
   EXPECT_EQ(query(TwoSiblings, "/a"), "");

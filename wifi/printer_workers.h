@@ -1,0 +1,59 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "session/printer.h"
+#include "wifi/arguments.h"
+#include "wifi/outcome.h"
+#include "wifi/printer_command.h"
+#include "wifi/workers.h"
+
+namespace wifi {
+
+/// Runs a command on printers at the same time, each in a separate process, so that a printer that
+/// hangs does not hold up the others. The arguments and the command must outlive this object.
+class PrinterWorkers {
+ public:
+  /// The end of the work on one printer.
+  struct Done {
+    std::size_t index = 0;     ///< 0 for the printer that was started first
+    session::Printer printer;  ///< as it was at the start
+    Outcome outcome;
+  };
+
+  PrinterWorkers(const Arguments& arguments, const PrinterCommand& command);
+
+  /// Starts the work on a printer. Throws `std::system_error` if there can be no further process.
+  void start(session::Printer printer);
+
+  /// See `Workers`.
+  [[nodiscard]] std::optional<Done> next(const std::function<void()>& onTick);
+  [[nodiscard]] std::optional<Done> nextWithin(std::chrono::milliseconds limit, int descriptor);
+  [[nodiscard]] std::size_t running() const { return m_Workers.running(); }
+  void signal(int number) const { m_Workers.signal(number); }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  struct Started {
+    session::Printer printer;
+    Clock::time_point time;
+  };
+
+  /// Returns the outcome that the worker has returned. If it has not, the printer's command failed.
+  Done doneFrom(const Workers::Finished& finished) const;
+
+  const Arguments& m_Arguments;
+  const PrinterCommand& m_Command;
+  Arguments m_OfWorkers;
+  Workers m_Workers;
+  std::vector<Started> m_Started;
+};
+
+/// Prints the text of an outcome, with `name` before the message if it is an error.
+void printNamed(const std::string& name, const Outcome& outcome);
+
+}  // namespace wifi
