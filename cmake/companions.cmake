@@ -4,8 +4,8 @@
 find_package(pugixml QUIET)
 find_package(nlohmann_json QUIET)
 find_package(CLI11 QUIET)
-include(${CMAKE_CURRENT_LIST_DIR}/libpcap.cmake)
-include(${CMAKE_CURRENT_LIST_DIR}/libudev.cmake)
+zvk_plain_library(libpcap pcap/pcap.h pcap)
+zvk_plain_library(libudev libudev.h udev)
 
 # The columns are the name of a library, its target and its Debian package.
 set(zvk_companion_libraries

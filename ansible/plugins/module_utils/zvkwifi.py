@@ -9,6 +9,9 @@ import json
 AUTHENTICATED = 2
 NO_TROUBLE = 0
 
+# The parameters of each module.
+COMMON_PARAMETERS = {"executable": {"type": "str", "default": "zvkwifi"}}
+
 # The options of zvkwifi set that a task can give, except the secret. The names are those of the
 # parameters, with "_" for "-".
 SETTINGS = ("ssid", "security", "mode", "channel", "encryption", "wep_auth", "user", "eap", "inner")

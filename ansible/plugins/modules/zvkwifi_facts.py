@@ -24,10 +24,8 @@ options:
     description: Read the status of the adapters. Otherwise only the printers are listed, and I(printers) must be empty.
     type: bool
     default: true
-  executable:
-    description: The name or path of C(zvkwifi).
-    type: str
-    default: zvkwifi
+extends_documentation_fragment:
+  - zvkconfig.wifi.zvkwifi
 attributes:
   check_mode:
     description: Stores nothing.
@@ -35,8 +33,6 @@ attributes:
   diff_mode:
     description: Changes nothing.
     support: none
-author:
-  - The zvkconfig authors (@zvkconfig)
 """
 
 EXAMPLES = r"""
@@ -72,9 +68,9 @@ from ansible_collections.zvkconfig.wifi.plugins.module_utils import zvkwifi
 def main():
     module = AnsibleModule(
         argument_spec={
+            **zvkwifi.COMMON_PARAMETERS,
             "printers": {"type": "list", "elements": "str", "default": []},
             "status": {"type": "bool", "default": True},
-            "executable": {"type": "str", "default": "zvkwifi"},
         },
         supports_check_mode=True,
     )

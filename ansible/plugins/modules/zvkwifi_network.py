@@ -82,10 +82,8 @@ options:
     description: Store the settings also in a printer that is in the network already.
     type: bool
     default: false
-  executable:
-    description: The name or path of C(zvkwifi).
-    type: str
-    default: zvkwifi
+extends_documentation_fragment:
+  - zvkconfig.wifi.zvkwifi
 attributes:
   check_mode:
     description: Checks the settings and reads the status of the printers. Stores nothing.
@@ -93,8 +91,6 @@ attributes:
   diff_mode:
     description: Shows the network of each printer.
     support: full
-author:
-  - The zvkconfig authors (@zvkconfig)
 """
 
 EXAMPLES = r"""
@@ -213,6 +209,7 @@ def main():
     text = {"type": "str"}
     module = AnsibleModule(
         argument_spec={
+            **zvkwifi.COMMON_PARAMETERS,
             "printers": {"type": "list", "elements": "str", "default": []},
             "all": {"type": "bool", "default": False},
             "ssid": {"type": "str", "required": True},
@@ -236,7 +233,6 @@ def main():
             "inner": {"type": "str", "choices": ["chap", "mschap", "mschapv2", "pap"]},
             "wait": {"type": "int", "default": 60},
             "force": {"type": "bool", "default": False},
-            "executable": {"type": "str", "default": "zvkwifi"},
         },
         mutually_exclusive=[("password", "password_file"), ("all", "printers")],
         supports_check_mode=True,
