@@ -60,7 +60,7 @@ class Cursor {
   // first unexpected character and returns false.
 
   bool readStartTag();
-  /// Reads "</expected>".
+  /// Reads "</expected>". `expected` is a name, or empty, which no end tag matches.
   bool readEndTag(std::string_view expected);
   /// Reads the name of an element.
   bool readName();

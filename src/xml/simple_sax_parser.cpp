@@ -87,7 +87,8 @@ int SimpleSAXParser::parseContent(xml::Cursor& cursor) {
       case xml::Token::Error:
         return -1;
     }
-    if (m_Handler->m_Stop) {
+    // An empty-element tag is complete only with its end.
+    if (m_Handler->m_Stop && !cursor.isEmpty()) {
       cursor.stop();
     }
   }
@@ -108,21 +109,27 @@ ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& p
     const bool isRead = cursor.readStartTag();
     name = cursor.name();
     isEmpty = cursor.isEmpty();
-    store(isRead ? cursor.attributes() : std::vector<xml::Attribute>(), attrs);
+    store(cursor.attributes(), attrs);
     return isRead;
   });
 }
 
 ParseRetType SimpleSAXParser::parseCloseTag(std::string_view text, std::size_t& position,
                                             std::string_view expected) const {
-  return step(text, position, [&](xml::Cursor& cursor) { return cursor.readEndTag(expected); });
+  xml::Cursor name(expected);
+  const bool isName = name.readName() && name.position() == expected.size();
+  return step(text, position, [&](xml::Cursor& cursor) {
+    return cursor.readEndTag(isName ? expected : std::string_view());
+  });
 }
 
 ParseRetType SimpleSAXParser::parseName(std::string_view text, std::size_t& position,
                                         std::string_view& name) const {
   return step(text, position, [&](xml::Cursor& cursor) {
     const bool isRead = cursor.readName();
-    name = cursor.name();
+    if (isRead) {
+      name = cursor.name();
+    }
     return isRead;
   });
 }
@@ -132,9 +139,11 @@ ParseRetType SimpleSAXParser::parseAttribute(std::string_view text, std::size_t&
   return step(text, position, [&](xml::Cursor& cursor) {
     xml::Attribute attribute;
     const bool isRead = cursor.readAttribute(attribute);
-    name = attribute.name;
-    value = attribute.value;
-    replaceEntities(value);
+    if (isRead) {
+      name = attribute.name;
+      value = attribute.value;
+      replaceEntities(value);
+    }
     return isRead;
   });
 }
@@ -144,8 +153,10 @@ ParseRetType SimpleSAXParser::parseAttrValue(std::string_view text, std::size_t&
   return step(text, position, [&](xml::Cursor& cursor) {
     std::string_view raw;
     const bool isRead = cursor.readValue(raw);
-    value = raw;
-    replaceEntities(value);
+    if (isRead) {
+      value = raw;
+      replaceEntities(value);
+    }
     return isRead;
   });
 }
