@@ -77,6 +77,7 @@ bool Cursor::readStartTag() {
   skipSpace();
   while (!isAtEnd() && peek() != '>' && !(peek() == '/' && peek(1) == '>')) {
     if (!readAttribute(m_Attributes.emplace_back())) {
+      m_Attributes.pop_back();
       return false;
     }
     ++m_Position;

@@ -34,6 +34,7 @@ class SimpleSAXHandler {
   virtual void end() {}
 
   /// To end the parse, the handler sets this to true in a callback. The parser then continues as if
-  /// the document ended there. The parser never sets this to false.
+  /// the document ended there, but calls both callbacks of an empty-element tag. The parser never
+  /// sets this to false.
   bool m_Stop = false;
 };

@@ -2,6 +2,7 @@
 
 #include "xml/simple_sax_parser.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "util/c_text.h"
@@ -13,13 +14,14 @@ namespace {
 
 using ParseRetType = SimpleSAXParser::ParseRetType;
 
-/// Reads one construct with a cursor at `position`, and moves `position` with the cursor.
+/// Reads one construct with a cursor at `position`, and moves `position` with the cursor. A position
+/// after the end stays.
 template <typename Read>
 ParseRetType step(std::string_view text, std::size_t& position, Read read) {
   const bool isSpace = position < text.size() && xml::isOf(xml::WhiteSpace, text[position]);
   xml::Cursor cursor(text, position);
   const bool isRead = read(cursor);
-  position = cursor.position();
+  position = std::max(position, cursor.position());
   if (isRead) {
     return SimpleSAXParser::PARSE_OK;
   }
@@ -59,7 +61,7 @@ int SimpleSAXParser::parseXMLString(const char* xml) {
 int SimpleSAXParser::parseElement(std::string_view text, std::size_t& position) {
   xml::Cursor cursor(text, position);
   const int result = parseContent(cursor);
-  position = cursor.position();
+  position = std::max(position, cursor.position());
   return result;
 }
 
@@ -87,7 +89,8 @@ int SimpleSAXParser::parseContent(xml::Cursor& cursor) {
       case xml::Token::Error:
         return -1;
     }
-    if (m_Handler->m_Stop) {
+    // An empty-element tag is complete only with its end.
+    if (m_Handler->m_Stop && !cursor.isEmpty()) {
       cursor.stop();
     }
   }
@@ -108,21 +111,27 @@ ParseRetType SimpleSAXParser::parseOpenTag(std::string_view text, std::size_t& p
     const bool isRead = cursor.readStartTag();
     name = cursor.name();
     isEmpty = cursor.isEmpty();
-    store(isRead ? cursor.attributes() : std::vector<xml::Attribute>(), attrs);
+    store(cursor.attributes(), attrs);
     return isRead;
   });
 }
 
 ParseRetType SimpleSAXParser::parseCloseTag(std::string_view text, std::size_t& position,
                                             std::string_view expected) const {
-  return step(text, position, [&](xml::Cursor& cursor) { return cursor.readEndTag(expected); });
+  xml::Cursor name(expected);
+  const bool isName = name.readName() && name.position() == expected.size();
+  return step(text, position, [&](xml::Cursor& cursor) {
+    return cursor.readEndTag(isName ? expected : std::string_view());
+  });
 }
 
 ParseRetType SimpleSAXParser::parseName(std::string_view text, std::size_t& position,
                                         std::string_view& name) const {
   return step(text, position, [&](xml::Cursor& cursor) {
     const bool isRead = cursor.readName();
-    name = cursor.name();
+    if (isRead) {
+      name = cursor.name();
+    }
     return isRead;
   });
 }
@@ -132,9 +141,11 @@ ParseRetType SimpleSAXParser::parseAttribute(std::string_view text, std::size_t&
   return step(text, position, [&](xml::Cursor& cursor) {
     xml::Attribute attribute;
     const bool isRead = cursor.readAttribute(attribute);
-    name = attribute.name;
-    value = attribute.value;
-    replaceEntities(value);
+    if (isRead) {
+      name = attribute.name;
+      value = attribute.value;
+      replaceEntities(value);
+    }
     return isRead;
   });
 }
@@ -144,8 +155,10 @@ ParseRetType SimpleSAXParser::parseAttrValue(std::string_view text, std::size_t&
   return step(text, position, [&](xml::Cursor& cursor) {
     std::string_view raw;
     const bool isRead = cursor.readValue(raw);
-    value = raw;
-    replaceEntities(value);
+    if (isRead) {
+      value = raw;
+      replaceEntities(value);
+    }
     return isRead;
   });
 }

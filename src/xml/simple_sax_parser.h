@@ -38,10 +38,10 @@ class SimpleSAXParser {
   SimpleSAXParser(const SimpleSAXParser&) = delete;
   SimpleSAXParser& operator=(const SimpleSAXParser&) = delete;
 
-  /// Parses the document `xml`, which ends at its first zero byte. A null pointer is an empty
-  /// document. Returns 0, or -1 if the document is malformed. If the fault is in or after the first
-  /// element, also prints a line about the fault to standard output. The parser has then made the
-  /// callbacks for the document before the fault.
+  /// Parses the document `xml`, which ends at its first zero byte and must not change during the
+  /// parse. A null pointer is an empty document. Returns 0, or -1 if the document is malformed. If
+  /// the fault is in or after the first element, also prints a line about the fault to standard
+  /// output. The parser has then made the callbacks for the document before the fault.
   int parseXMLString(const char* xml);
   /// Does the same with a copy of `xml`, so the handler may change the original.
   int parseXMLString(const std::string& xml);
@@ -50,7 +50,7 @@ class SimpleSAXParser {
   //
   // Unless its comment says otherwise, each step reads one construct of `text` that starts at
   // `position`, and moves `position` past the construct. After a failure the position is at the
-  // first unexpected character.
+  // first unexpected character, and the other arguments are unchanged.
 
   /// Reads everything from the first start tag to the end of the text, and makes the callbacks for
   /// elements and text. Returns 0. On failure calls `showError` and returns -1.
@@ -58,7 +58,8 @@ class SimpleSAXParser {
 
   /// Reads "<name attribute...>" or "<name attribute.../>" and sets `isEmpty` for the second form.
   /// If an attribute is repeated, the last value counts. If the text ends after the name of the tag
-  /// or after an attribute, the tag counts as complete.
+  /// or after an attribute, the tag counts as complete. After a failure `attrs` has the attributes
+  /// before the fault, and `name` and `isEmpty` have no meaning.
   ParseRetType parseOpenTag(std::string_view text, std::size_t& position, std::string_view& name,
                             attributes& attrs, bool& isEmpty) const;
 

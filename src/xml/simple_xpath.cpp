@@ -6,12 +6,14 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <typeinfo>
 #include <utility>
 
 #include "util/c_text.h"
 #include "util/decimal.h"
 #include "xml/cursor.h"
 #include "xml/entities.h"
+#include "xml/simple_sax_parser.h"
 
 namespace {
 
@@ -19,6 +21,8 @@ using Node = simpleXPath::nodeType;
 
 constexpr std::size_t None = std::string_view::npos;
 constexpr std::int32_t LargestPosition = 9;
+/// Memory is reserved for paths of so many steps. The program's paths are shorter.
+constexpr std::ptrdiff_t UsualSteps = 16;
 
 /// Returns true if an element with this name and position matches the step. `has` returns true if
 /// an attribute of the element has a value.
@@ -30,7 +34,7 @@ bool passes(const Node& step, std::string_view name, std::int32_t index, Has has
   if (step.filterName == simpleXPath::IndexFilter) {
     return step.index == index;
   }
-  return step.filterName.empty() || has(step.filterName, step.filterValue);
+  return step.filterName.empty() || has(step.filterName.c_str(), step.filterValue);
 }
 
 /// Returns a text of the document with its entities replaced. If it has entities, the result is in
@@ -54,27 +58,60 @@ bool hasValue(const std::vector<xml::Attribute>& tag, std::string_view name,
   return text == replaced(found == tag.rend() ? std::string_view() : found->value, buffer);
 }
 
-/// Finds the elements at a path, one after the other, in the order in which they close.
-class Matches {
+}  // namespace
+
+template <typename Name>
+template <typename Has>
+void simpleXPath::Matcher<Name>::open(std::string_view name, Has has) {
+  // The element that closed last need not be a sibling. In the printer's lists it is a sibling,
+  // because the entries contain no elements.
+  const std::int32_t index = m_ClosedName == name ? m_ClosedIndex + 1 : 1;
+  const std::size_t depth = m_Open.size();
+  m_Open.push_back(index);
+  // Inside an element that does not match, nothing can match.
+  if (m_Matching == depth && depth < m_Path.size() && passes(m_Path[depth], name, index, has)) {
+    ++m_Matching;
+    m_Text.clear();
+  }
+}
+
+template <typename Name>
+bool simpleXPath::Matcher<Name>::close(std::string_view name) {
+  const bool isMatch = isAtPath();
+  m_ClosedName = name;
+  m_ClosedIndex = m_Open.back();
+  if (m_Matching == m_Open.size()) {
+    --m_Matching;
+  }
+  m_Open.pop_back();
+  return isMatch;
+}
+
+class simpleXPath::Matches {
  public:
   Matches(const char* document, std::vector<Node> path)
-      : m_Cursor(document), m_Path(std::move(path)) {
+      : m_Cursor(document), m_Matcher(std::move(path)) {
     // If the prolog does not end, the cursor is at the end of the document.
     m_Cursor.skipProlog();
   }
 
-  /// Moves to the end of the next element at the path. Returns false if there is none.
+  /// Moves to the end of the next element at the path, in the order in which the elements close.
+  /// Returns false if there is none.
   bool next() {
     for (;;) {
       switch (m_Cursor.next()) {
         case xml::Token::StartTag:
-          open();
+          m_Matcher.open(m_Cursor.name(), [this](const char* name, const std::string& value) {
+            return hasValue(m_Cursor.attributes(), name, value);
+          });
           break;
         case xml::Token::Text:
-          addText();
+          if (m_Matcher.isAtPath()) {
+            m_Matcher.addText(replaced(m_Cursor.text(), m_Buffer));
+          }
           break;
         case xml::Token::EndTag:
-          if (close()) {
+          if (m_Matcher.close(m_Cursor.name())) {
             return true;
           }
           break;
@@ -85,61 +122,14 @@ class Matches {
     }
   }
 
-  /// Returns the text of the element, except that of its inner elements.
-  const std::string& text() const { return m_Text; }
-  /// Returns the position of the element.
-  std::int32_t index() const { return m_ClosedIndex; }
+  const std::string& text() const { return m_Matcher.text(); }
+  std::int32_t index() const { return m_Matcher.index(); }
 
  private:
-  bool isAtPath() const { return m_Matching == m_Open.size() && m_Matching == m_Path.size(); }
-
-  void open() {
-    const std::string_view name = m_Cursor.name();
-    // The element that closed last need not be a sibling. In the printer's lists it is a sibling,
-    // because the entries contain no elements.
-    const std::int32_t index = m_ClosedName == name ? m_ClosedIndex + 1 : 1;
-    const std::size_t depth = m_Open.size();
-    m_Open.push_back(index);
-    // Inside an element that does not match, nothing can match.
-    if (m_Matching == depth && depth < m_Path.size() &&
-        passes(m_Path[depth], name, index,
-               [this](const std::string& attribute, const std::string& value) {
-                 return hasValue(m_Cursor.attributes(), attribute, value);
-               })) {
-      ++m_Matching;
-      m_Text.clear();
-    }
-  }
-
-  void addText() {
-    if (isAtPath()) {
-      m_Text += replaced(m_Cursor.text(), m_Buffer);
-    }
-  }
-
-  /// Closes the innermost element. Returns true if it is at the path.
-  bool close() {
-    const bool isMatch = isAtPath();
-    m_ClosedName = m_Cursor.name();
-    m_ClosedIndex = m_Open.back();
-    if (m_Matching == m_Open.size()) {
-      --m_Matching;
-    }
-    m_Open.pop_back();
-    return isMatch;
-  }
-
   xml::Cursor m_Cursor;
-  std::vector<Node> m_Path;
-  std::vector<std::int32_t> m_Open;  ///< the positions of all open elements, outermost first
-  std::size_t m_Matching = 0;        ///< how many of these elements, from the outermost on, match
-  std::string m_Text;                ///< of the element at the path
-  std::string m_Buffer;              ///< the last text with entities
-  std::string_view m_ClosedName;     ///< of the element that closed last, at any depth
-  std::int32_t m_ClosedIndex = 0;
+  Matcher<std::string_view> m_Matcher;
+  std::string m_Buffer;  ///< the last text with entities
 };
-
-}  // namespace
 
 simpleXPath::simpleXPath(const std::string& xml) : m_Xml(xml) {}
 
@@ -148,10 +138,43 @@ std::string simpleXPath::query(const char* path) {
 }
 
 std::string simpleXPath::query(const std::string& path) {
+  if (typeid(*this) != typeid(simpleXPath)) {
+    m_Matcher = Matcher<std::string>(parsePath(path));
+    m_Stop = false;
+    SimpleSAXParser(*this).parseXMLString(m_Xml.c_str());
+    m_Matcher = {};
+    return m_Result;
+  }
   Matches matches(m_Xml.c_str(), parsePath(path));
   m_Stop = matches.next();
   return m_Stop ? matches.text() : std::string();
 }
+
+void simpleXPath::start() {
+  m_Result.clear();
+  m_Matcher.restart();
+}
+
+void simpleXPath::startElement(const char* name, attributes& attrs) {
+  m_Matcher.open(util::textOf(name), [&attrs](const char* attribute, const std::string& value) {
+    return attrs.getAttribute(attribute) == value;
+  });
+}
+
+void simpleXPath::characters(const char* text, unsigned int /*len*/) {
+  if (m_Matcher.isAtPath()) {
+    m_Matcher.addText(util::textOf(text));
+  }
+}
+
+void simpleXPath::endElement(const char* name) {
+  if (m_Matcher.hasOpen() && m_Matcher.close(util::textOf(name))) {
+    m_Result = m_Matcher.text();
+    m_Stop = true;
+  }
+}
+
+void simpleXPath::end() {}
 
 std::vector<std::string> simpleXPath::queryList(const std::string& path) {
   std::vector<nodeType> steps = parsePath(path + "[1]");
@@ -182,7 +205,7 @@ void simpleXPath::resetNode(nodeType& node) {
 
 std::vector<simpleXPath::nodeType> simpleXPath::parsePath(std::string_view path) {
   std::vector<nodeType> steps;
-  steps.reserve(static_cast<std::size_t>(std::ranges::count(path, '/')));
+  steps.reserve(static_cast<std::size_t>(std::min(std::ranges::count(path, '/'), UsualSteps)));
   std::size_t slash = path.find('/');
   while (slash != None) {
     const std::size_t start = slash + 1;
@@ -245,8 +268,8 @@ bool simpleXPath::isFindMatch(const std::vector<nodeType>& path, const std::vect
                               std::string& result) {
   const auto isMatch = [](const nodeType& step, const nodeType& element) {
     return passes(step, element.name, element.index,
-                  [&element](const std::string& name, const std::string& value) {
-                    return element.attrs.getAttribute(name.c_str()) == value;
+                  [&element](const char* name, const std::string& value) {
+                    return element.attrs.getAttribute(name) == value;
                   });
   };
   if (path.empty() || !std::ranges::equal(path, stack, isMatch)) {

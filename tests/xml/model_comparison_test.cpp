@@ -68,6 +68,12 @@ class DamagedDocument {
   std::string text;
 };
 
+/// The parser calls the callbacks of a derived class, though this one overrides none.
+class QueryByCallbacks : public simpleXPath {
+ public:
+  using simpleXPath::simpleXPath;
+};
+
 /// Returns what the model does with a document, in the form of `parse`.
 Parsed modelParse(const std::string& document, const std::string& stopAt) {
   Parsed parsed;
@@ -118,6 +124,9 @@ TEST(ModelComparison, FindsTheSameTextsInDamagedDocuments) {
     const std::string output = outputOf([&] { text = xpath.query(path); });
     EXPECT_EQ(text, xml_model::query(document.text, path, expected));
     EXPECT_EQ(output, expected);
+    QueryByCallbacks byCallbacks(document.text);
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(byCallbacks.query(path), text); }), output);
+    EXPECT_EQ(byCallbacks.m_Stop, xpath.m_Stop);
     found += text.empty() ? 0U : 1U;
     if (path.find('[') == std::string::npos) {
       Texts texts;

@@ -167,6 +167,48 @@ TEST_F(SaxSteps, FailAfterTheEndOfTheText) {
   EXPECT_EQ(handler.events, Events{});
 }
 
+TEST_F(SaxSteps, NeedANameInAnEndTag) {
+  // The text, the expected name, and the position of the fault.
+  struct Row {
+    std::string_view text;
+    std::string_view expected;
+    std::size_t fault;
+  };
+  for (const Row& row : std::vector<Row>{{"</xml>", "xml", 2},
+                                         {"</1a>", "1a", 2},
+                                         {"</->", "-", 2},
+                                         {"</>", "", 2},
+                                         {"</a b>", "a b", 3},
+                                         {"</ab>", "a", 4},
+                                         {"</a>", "ab", 3}}) {
+    position = 0;
+    EXPECT_EQ(parser.parseCloseTag(row.text, position, row.expected), SimpleSAXParser::PARSE_ERROR)
+        << row.text;
+    EXPECT_EQ(position, row.fault) << row.text;
+  }
+}
+
+TEST_F(SaxSteps, KeepTheAttributesBeforeAFault) {
+  EXPECT_EQ(parser.parseOpenTag("<a b=\"1\" c='2'>", position, name, attrs, isEmpty),
+            SimpleSAXParser::PARSE_ERROR);
+  EXPECT_EQ(position, 11U);
+  EXPECT_EQ(attrs.getAttribute("b"), "1");
+  EXPECT_FALSE(attrs.isAttrExist("c"));
+}
+
+TEST_F(SaxSteps, LeaveTheOtherArgumentsAloneAtAFault) {
+  name = "old";
+  value = "old";
+  EXPECT_EQ(parser.parseAttribute("b='1'", position, name, value), SimpleSAXParser::PARSE_ERROR);
+  EXPECT_EQ(position, 2U);
+  position = 0;
+  EXPECT_EQ(parser.parseAttrValue("\"1", position, value), SimpleSAXParser::PARSE_ERROR);
+  position = 0;
+  EXPECT_EQ(parser.parseName("xml", position, name), SimpleSAXParser::PARSE_ERROR);
+  EXPECT_EQ(name, "old");
+  EXPECT_EQ(value, "old");
+}
+
 TEST_F(SaxSteps, AdvanceThePosition) {
   EXPECT_EQ(parser.parseOpenTag("<a b=\"1\">x", position, name, attrs, isEmpty),
             SimpleSAXParser::PARSE_OK);

@@ -217,6 +217,23 @@ TEST(SaxStop, IsNotClearedByTheParser) {
   EXPECT_TRUE(handler.m_Stop);
 }
 
+TEST(SaxStop, IsReadOnlyAfterTheEndOfAnEmptyElement) {
+  // Stops in the callbacks for "b", and changes its mind before the element ends.
+  class Wavering : public RecordingHandler {
+   public:
+    void startElement(const char* name, attributes& attrs) override {
+      RecordingHandler::startElement(name, attrs);
+      m_Stop = *name == 'b';
+    }
+    void endElement(const char* name) override {
+      RecordingHandler::endElement(name);
+      m_Stop = false;
+    }
+  } handler;
+  EXPECT_EQ(SimpleSAXParser(handler).parseXMLString("<a><b/><c/></a>"), 0);
+  EXPECT_EQ(handler.events, (Events{"start", "<a", "<b", ">b", "<c", ">c", ">a", "end"}));
+}
+
 TEST(SaxStop, EndsTheCallbacksAfterAStartTag) {
   const Parsed parsed = parse("<a><b>x</b></wrong>", "<b");
   EXPECT_EQ(parsed.result, 0);

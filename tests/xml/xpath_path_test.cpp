@@ -48,6 +48,10 @@ TEST(XPathPath, SkipsEmptySteps) {
   EXPECT_EQ(namesOf("/a/ /b"), (Names{"a", "b"}));
 }
 
+TEST(XPathPath, TakesNoMemoryForEmptySteps) {
+  EXPECT_LE(simpleXPath::parsePath(std::string(1'000'000, '/')).capacity(), 16U);
+}
+
 TEST(XPathPath, TrimsOnlySpaces) {
   EXPECT_EQ(namesOf("/  a /\tb\n/ c d "), (Names{"a", "\tb\n", "c d"}));
 }

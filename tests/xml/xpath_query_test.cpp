@@ -6,6 +6,7 @@
 
 #include "testing/bytes.h"
 #include "xml/recording_handler.h"
+#include "xml/simple_sax_parser.h"
 #include "xml/simple_xpath.h"
 
 namespace {
@@ -211,6 +212,50 @@ TEST(XPathQuery, AcceptsADeepPathAndADeepDocument) {
   EXPECT_EQ(query(document, repeated("/a", depth + 1)), "");
   EXPECT_EQ(query(document, "/b" + repeated("/a", depth)), "");
   EXPECT_EQ(query(document, repeated("/a", depth) + "/a[@n='x']"), "");
+}
+
+TEST(XPathQuery, ReadsTheNameOfAnAttributeUpToAZeroByte) {
+  using namespace std::string_literals;
+  EXPECT_EQ(query("<r n=\"y\">1</r>", "/r[@n\0z='y']"s), "1");
+}
+
+TEST(XPathHandler, GetsTheCallbacksOfAQueryInADerivedClass) {
+  class Counting : public simpleXPath {
+   public:
+    using simpleXPath::simpleXPath;
+    void start() override {
+      log += "start ";
+      simpleXPath::start();
+    }
+    void startElement(const char* name, attributes& attrs) override {
+      log += "<" + std::string(name) + " ";
+      simpleXPath::startElement(name, attrs);
+    }
+    void characters(const char* text, unsigned int len) override {
+      log += std::string(text) + " ";
+      simpleXPath::characters(text, len);
+    }
+    void endElement(const char* name) override {
+      log += ">" + std::string(name) + " ";
+      simpleXPath::endElement(name);
+    }
+    void end() override { log += "end"; }
+    std::string log;
+  } xpath("<r><a>1</a><a>2</a><a>3</a></r>");
+  EXPECT_EQ(xpath.query("/r/a[2]"), "2");
+  EXPECT_EQ(xpath.log, "start <r <a 1 >a <a 2 >a end");
+  EXPECT_TRUE(xpath.m_Stop);
+  EXPECT_EQ(xpath.query("/r/a[4]"), "");
+  EXPECT_FALSE(xpath.m_Stop);
+  EXPECT_EQ(SimpleSAXParser(xpath).parseXMLString("<r><a/><a/><a/><a/></r>"), 0);
+  EXPECT_FALSE(xpath.m_Stop);
+}
+
+TEST(XPathHandler, FindsNothingInAParseWithoutAQuery) {
+  simpleXPath xpath("<r>1</r>");
+  EXPECT_EQ(SimpleSAXParser(xpath).parseXMLString("<r>2</r>"), 0);
+  EXPECT_FALSE(xpath.m_Stop);
+  EXPECT_EQ(xpath.query("/r"), "1");
 }
 
 TEST(XPathHandler, MayBeCalledOutOfOrder) {
