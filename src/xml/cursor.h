@@ -34,8 +34,9 @@ enum class Token {
 ///     cursor.next();  // Token::EndTag; name() is "a"
 class Cursor {
  public:
+  /// A position after the end counts as the end.
   explicit Cursor(std::string_view document, std::size_t position = 0)
-      : m_Document(document), m_Position(position) {}
+      : m_Document(document), m_Position(std::min(position, document.size())) {}
 
   /// Skips everything before the first start tag. Returns false, and moves to the end, if an
   /// instruction or a comment does not end.
@@ -74,7 +75,7 @@ class Cursor {
   bool skipComment();
 
  private:
-  bool isAtEnd() const { return m_Position >= m_Document.size(); }
+  bool isAtEnd() const { return m_Position == m_Document.size(); }
   /// Returns the character `ahead` places after the position, or a zero byte after the end.
   char peek(std::size_t ahead = 0) const {
     const std::size_t place = m_Position + ahead;
@@ -97,9 +98,7 @@ class Cursor {
     }
   }
   /// Returns the document from the position on.
-  std::string_view rest() const {
-    return m_Document.substr(std::min(m_Position, m_Document.size()));
-  }
+  std::string_view rest() const { return m_Document.substr(m_Position); }
   /// Moves past the characters of a name and returns them.
   std::string_view takeName();
   /// Moves past the next `token`, or to the end if there is none.
@@ -111,7 +110,7 @@ class Cursor {
   Token fail() const;
 
   std::string_view m_Document;
-  std::size_t m_Position;
+  std::size_t m_Position;  ///< at most the size of the document
   std::string_view m_Name;
   std::string_view m_Text;
   std::vector<Attribute> m_Attributes;

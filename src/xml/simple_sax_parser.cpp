@@ -2,6 +2,7 @@
 
 #include "xml/simple_sax_parser.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "util/c_text.h"
@@ -13,13 +14,14 @@ namespace {
 
 using ParseRetType = SimpleSAXParser::ParseRetType;
 
-/// Reads one construct with a cursor at `position`, and moves `position` with the cursor.
+/// Reads one construct with a cursor at `position`, and moves `position` with the cursor. A
+/// position after the end stays.
 template <typename Read>
 ParseRetType step(std::string_view text, std::size_t& position, Read read) {
   const bool isSpace = position < text.size() && xml::isOf(xml::WhiteSpace, text[position]);
   xml::Cursor cursor(text, position);
   const bool isRead = read(cursor);
-  position = cursor.position();
+  position = std::max(position, cursor.position());
   if (isRead) {
     return SimpleSAXParser::PARSE_OK;
   }
@@ -59,7 +61,7 @@ int SimpleSAXParser::parseXMLString(const char* xml) {
 int SimpleSAXParser::parseElement(std::string_view text, std::size_t& position) {
   xml::Cursor cursor(text, position);
   const int result = parseContent(cursor);
-  position = cursor.position();
+  position = std::max(position, cursor.position());
   return result;
 }
 

@@ -1,5 +1,7 @@
 #include "decoder/capture_input.h"
 
+#include <cstdint>
+#include <cstring>
 #include <gtest/gtest.h>
 
 #include "decoder/decoded.h"
@@ -131,11 +133,12 @@ TEST(CaptureInput, SkipsARecordThatIsTooShortForItsHeader) {
   capture.out(Query);
   std::string content = capture.content();
   // Change both sizes of the second record, in the host's byte order, to 47 captured bytes.
+  const std::uint32_t size = 47;
   const std::size_t secondHeader = content.size() - 64 - 8;
-  for (const std::size_t offset : {secondHeader, secondHeader + 4}) {
-    content[offset] = 47;
+  for (const std::size_t offset : {secondHeader, secondHeader + sizeof size}) {
+    std::memcpy(&content[offset], &size, sizeof size);
   }
-  content.resize(content.size() - 64 + 47);
+  content.resize(content.size() - 64 + size);
   EXPECT_EQ(::wordsOf(content), "frame 1 (1:5): " + QueryWords);
 }
 

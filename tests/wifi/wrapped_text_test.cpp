@@ -30,7 +30,9 @@ TEST(WrappedText, BreaksAWordThatIsWiderThanALine) {
 
 TEST(WrappedText, CountsColumnsAndBreaksBetweenWideCharacters) {
   const char* const previous = std::setlocale(LC_ALL, "C.UTF-8");
-  ASSERT_NE(previous, nullptr);
+  if (!previous) {
+    GTEST_SKIP() << "the system has no locale C.UTF-8";
+  }
   EXPECT_EQ(wrapped("\u00e9\u00e9\u00e9 \u00e9\u00e9\u00e9", 7),
             "\u00e9\u00e9\u00e9 \u00e9\u00e9\u00e9");
   EXPECT_EQ(wrapped("\u65e5\u672c\u8a9e", 5), "\u65e5\u672c\n\u8a9e");
