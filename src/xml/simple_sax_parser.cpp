@@ -14,8 +14,8 @@ namespace {
 
 using ParseRetType = SimpleSAXParser::ParseRetType;
 
-/// Reads one construct with a cursor at `position`, and moves `position` with the cursor. A position
-/// after the end stays.
+/// Reads one construct with a cursor at `position`, and moves `position` with the cursor. A
+/// position after the end stays.
 template <typename Read>
 ParseRetType step(std::string_view text, std::size_t& position, Read read) {
   const bool isSpace = position < text.size() && xml::isOf(xml::WhiteSpace, text[position]);
