@@ -103,9 +103,9 @@ run_tests() {
 passed=0
 failed=0
 
-# assert NUMBER TEXT COMMAND...: passes if COMMAND succeeds. The output of COMMAND goes to $folder/evidence. The
-# numbers increase. The hundreds digit stands for the subject of an assertion. A new assertion takes the next
-# number of its subject.
+# assert NUMBER TEXT COMMAND...: passes if COMMAND succeeds. If COMMAND fails, its output is in
+# $folder/evidence.NUMBER. The numbers increase. The hundreds digit stands for the subject of an assertion. A new
+# assertion takes the next number of its subject.
 assert() {
   local number=$1 text=$2
   shift 2
@@ -116,6 +116,7 @@ assert() {
     echo "$number FAILED  $text"
     echo "    asserted: $*"
     tail -n 40 "$folder/evidence" | cut -c 1-300 | sed 's/^/    /'
+    mv "$folder/evidence" "$folder/evidence.$number"
     failed=$((failed + 1))
   fi
 }
