@@ -51,7 +51,7 @@ std::string usageProblem(const CLI::Error& error, const CLI::App& app) {
         std::string(error.what()).substr(0, std::string(error.what()).find(':'));
     return util::formatted(tr("%s: expected a value"), name.c_str());
   }
-  if (const auto* const unknown = dynamic_cast<const CLI::ExtrasError*>(&error)) {
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
     const std::vector<std::string> extra = app.remaining(true);
     const std::string first = extra.empty() ? std::string() : extra.front();
     if (first.starts_with('-')) {

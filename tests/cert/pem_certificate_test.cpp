@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <openssl/asn1.h>
+#include <openssl/bio.h>
 #include <openssl/err.h>
+#include <openssl/pem.h>
 #include <regex>
 #include <string>
 #include <tuple>
@@ -265,12 +267,21 @@ struct DateRow : support::Row {
 
 class CertificateDates : public GetPemCommonName, public testing::WithParamInterface<DateRow> {};
 
+bool opensslReads(const std::string& pem) {
+  const std::unique_ptr<BIO, decltype(&BIO_free)> bio(
+      BIO_new_mem_buf(pem.data(), static_cast<int>(pem.size())), BIO_free);
+  const std::unique_ptr<X509, decltype(&X509_free)> certificate(
+      PEM_read_bio_X509(bio.get(), nullptr, nullptr, nullptr), X509_free);
+  return certificate != nullptr;
+}
+
 TEST_P(CertificateDates, AreReadFromTheCertificate) {
   const DateRow& row = GetParam();
   const std::string content = certificatePem({.from = row.from, .to = row.to});
   if (*row.validity == '\0') {
     EXPECT_EQ(nameContent(content), -1);
-    EXPECT_EQ(commonName, "RootCA");
+    // OpenSSL 3.5 reads no certificate with a time without seconds.
+    EXPECT_EQ(commonName, opensslReads(content) ? "RootCA" : "(none)");
     EXPECT_EQ(caName, "(none)");
   } else {
     EXPECT_EQ(nameContent(content), 0);

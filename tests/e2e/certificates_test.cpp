@@ -128,7 +128,7 @@ TEST_F(Certificates, AreRequestedSignedAndInstalled) {
 
   // The CA verifies and signs the request.
   createCa();
-  openssl("req -in @request.pem -verify -noout -subject");
+  openssl("req -in @request.pem -verify -noout -subject -nameopt oneline");
   for (const char* component :
        {R"(O = "Example & <Sons>")", "OU = 100 %s", "C = DE", "CN = printer.example"}) {
     EXPECT_NE(opensslOutput.find(component), std::string::npos) << opensslOutput;
@@ -191,7 +191,7 @@ TEST_F(Certificates, ReadTheirOptionsFromAFile) {
                                            "--cer-path=\"" +
                                                request + "\"\n");
   EXPECT_EQ(run({"-csr", "-file", options, "{}"}).status, 0);
-  openssl("req -in @request.pem -verify -noout -subject");
+  openssl("req -in @request.pem -verify -noout -subject -nameopt oneline");
   EXPECT_NE(opensslOutput.find("subject=CN = hall\n"), std::string::npos) << opensslOutput;
 
   createCa();

@@ -24,7 +24,8 @@ constexpr const char* Probe = "pselect6";
 constexpr int ProbesPerWait = 5100;
 
 /// Calls that the C library makes on its own, for memory and for standard output.
-constexpr std::array LibraryCalls = {"brk", "mmap", "munmap", "newfstatat", "ioctl", "getrandom"};
+constexpr std::array LibraryCalls = {"brk",        "fstat", "mmap",     "munmap",
+                                     "newfstatat", "ioctl", "getrandom"};
 
 /// Counts the calls by name, from the first open of the device on.
 Counts callsOf(const std::string& log) {

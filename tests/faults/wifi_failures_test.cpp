@@ -2,6 +2,7 @@
 // fails, or the printer is disconnected at another byte. Every command runs both with text and with
 // JSON as its output.
 
+#include <CLI/Version.hpp>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -154,7 +155,10 @@ TEST_P(WifiAllocations, ThatFailEndTheRunWithAMessage) {
   // them fail, but each of the last 500 allocations of the run.
   constexpr int later = 500;
   constexpr int step = 29;
-  for (int n = 1; n <= total && !HasFailure(); n += n < total - later ? step : 1) {
+  // CLI11 2.4 allocates memory in functions that must not throw, so there a failure aborts.
+  constexpr bool abortsInParser = CLI11_VERSION_MAJOR > 2 || CLI11_VERSION_MINOR >= 4;
+  for (int n = abortsInParser ? total - later : 1; n <= total && !HasFailure();
+       n += n < total - later ? step : 1) {
     SCOPED_TRACE(std::to_string(n) + " of " + std::to_string(total));
     FailureRig rig(Wiring::Usblp);
     const Outcome outcome = run(rig, {.call = "new", .fault = {"no memory", ENOMEM}, .first = n});
