@@ -128,9 +128,12 @@ class Session {
   /// Reads the status until the printer is in the network (returns `Confirmed`), the time is up
   /// (returns `Stored`), or the user ends the command (returns `Interrupted`).
   Result confirm(const Profile& profile, int waitSeconds);
-  /// Searches once for the printer after a missing answer, because the printer may have restarted
-  /// with another address. Returns true if the printer is there and can be opened.
+  /// Searches once for the printer, because it may have restarted with another address, or another
+  /// printer may have got its device. Returns true if the printer is there and, after a missing
+  /// answer, can be opened.
   bool follow();
+  /// Returns true if the device still belongs to the printer that `follow` found.
+  bool isStillThere() const;
   Report finish(Result result);
 
   Hooks m_Hooks;
