@@ -77,13 +77,25 @@ Choice choosePrinter(std::string_view wanted, const Machine& machine) {
   return choice;
 }
 
-std::optional<Printer> findAgain(const Printer& printer, const Machine& machine) {
-  std::vector<Printer> printers = findPrinters(machine, StateTest::None);
-  const auto same = std::ranges::find_if(printers, [&printer](const Printer& other) {
-    return printer.serial ? other.serial == printer.serial : other.device == printer.device;
-  });
-  if (same != printers.end()) {
-    return std::move(*same);
+bool hasTwin(const Printer& printer, const Machine& machine) {
+  return printer.serial && std::ranges::any_of(findPrinters(machine, StateTest::None),
+                                               [&printer](const Printer& other) {
+                                                 return other.serial == printer.serial &&
+                                                        other.address != printer.address;
+                                               });
+}
+
+std::optional<Printer> findAgain(const Printer& printer, bool hadTwin, const Machine& machine) {
+  std::vector<Printer> fitting =
+      matches(findPrinters(machine, StateTest::None), [&printer](const Printer& other) {
+        return printer.serial ? other.serial == printer.serial : other.device == printer.device;
+      });
+  const auto difference = [&printer](const Printer& other) {
+    return std::pair(other.address != printer.address, other.port != printer.port);
+  };
+  const auto best = std::ranges::min_element(fitting, {}, difference);
+  if (best != fitting.end() && !(hadTwin && difference(*best) == std::pair(true, true))) {
+    return std::move(*best);
   }
   return !printer.serial && deviceExists(printer.node) ? std::optional(printer) : std::nullopt;
 }

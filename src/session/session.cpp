@@ -130,6 +130,7 @@ Report Session::set(Profile& profile, const SetOptions& options) {
   if (!open()) {
     return finish(resultOf(m_Report.openFailure->kind));
   }
+  m_HadTwin = hasTwin(m_Report.printer, m_Machine);
   enter(Step::ReadSettings);
   for (int attempt = 0; !m_Report.ssidBefore && attempt < QueryAttempts && !isInterrupted();
        ++attempt) {
@@ -209,7 +210,7 @@ Result Session::confirm(const Profile& profile, int waitSeconds) {
 
 bool Session::follow() {
   const bool wasSilent = !m_Report.state.ssid;
-  const auto found = findAgain(m_Report.printer, m_Machine);
+  const auto found = findAgain(m_Report.printer, m_HadTwin, m_Machine);
   if (!found || wasSilent) {
     enter(Step::WaitForPrinter);
   }
@@ -228,7 +229,7 @@ bool Session::follow() {
 }
 
 bool Session::isStillThere() const {
-  const auto found = findAgain(m_Report.printer, m_Machine);
+  const auto found = findAgain(m_Report.printer, m_HadTwin, m_Machine);
   return found && found->device == m_Report.printer.device &&
          found->address == m_Report.printer.address;
 }

@@ -141,6 +141,7 @@ class Session {
   Machine m_Machine;
   Report m_Report;
   std::unique_ptr<Adapter> m_Adapter;
+  bool m_HadTwin = false;  ///< another printer had the same serial number when `set` began
 };
 
 }  // namespace session

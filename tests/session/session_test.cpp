@@ -334,6 +334,22 @@ TEST_F(PrinterInSysfs, IsConfirmedWithItsNewAddressAfterARestart) {
   EXPECT_EQ(report.printer.address, "1:7");
 }
 
+TEST_F(PrinterInSysfs, IsNotConfirmedByATwinThatGetsItsDevice) {
+  tree.addDevice("1-2", {.bus = "1", .number = "6", .serial = "A"});
+  tree.addInterface("1-2:1.0", {.driver = "usblp", .usblp = "usbmisc/lp1"});
+  const auto answer = device.onWrite;
+  device.onWrite = [&, answer, count = 0](const Bytes& request) mutable {
+    answer(request);
+    if (++count == 2) {
+      tree.remove("1-1");
+      system.device("/dev/usb/lp1").onWrite = answer;
+    }
+  };
+  const Report report = setInTree();
+  EXPECT_EQ(report.result, Result::Stored);
+  EXPECT_EQ(report.printer.address, "1:5");
+}
+
 TEST_F(SessionTest, SetInterruptedBeforeStoringSendsNothing) {
   plugIn({.ssid = "old"});
   interruptedAt = 1 * Second;
