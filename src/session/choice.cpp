@@ -56,6 +56,15 @@ std::vector<Printer> named(std::string_view wanted, const std::vector<Printer>& 
   return result;
 }
 
+/// Returns true if `other` can be the printer `printer`, which may have restarted since then.
+bool canBe(const Printer& printer, const Printer& other) {
+  if (printer.serial) {
+    return other.serial == printer.serial;
+  }
+  return printer.port ? !other.serial && other.port == printer.port
+                      : other.device == printer.device;
+}
+
 }  // namespace
 
 Choice choosePrinter(std::string_view wanted, const Machine& machine) {
@@ -87,9 +96,8 @@ bool hasTwin(const Printer& printer, const Machine& machine) {
 
 std::optional<Printer> findAgain(const Printer& printer, bool hadTwin, const Machine& machine) {
   std::vector<Printer> fitting =
-      matches(findPrinters(machine, StateTest::None), [&printer](const Printer& other) {
-        return printer.serial ? other.serial == printer.serial : other.device == printer.device;
-      });
+      matches(findPrinters(machine, StateTest::None),
+              [&printer](const Printer& other) { return canBe(printer, other); });
   const auto difference = [&printer](const Printer& other) {
     return std::pair(other.address != printer.address, other.port != printer.port);
   };
@@ -97,7 +105,8 @@ std::optional<Printer> findAgain(const Printer& printer, bool hadTwin, const Mac
   if (best != fitting.end() && !(hadTwin && difference(*best) == std::pair(true, true))) {
     return std::move(*best);
   }
-  return !printer.serial && deviceExists(printer.node) ? std::optional(printer) : std::nullopt;
+  const bool hasOnlyPath = !printer.serial && !printer.port;
+  return hasOnlyPath && deviceExists(printer.node) ? std::optional(printer) : std::nullopt;
 }
 
 }  // namespace session

@@ -221,7 +221,26 @@ TEST_F(OneMachine, HasNoTwinOfAPrinterWithoutASerialNumber) {
   EXPECT_FALSE(session::hasTwin(session::findPrinters(tree.machine()).at(0), tree.machine()));
 }
 
-TEST_F(OneMachine, FindsAPrinterWithoutSerialNumberAtItsDevice) {
+TEST_F(OneMachine, FindsAPrinterWithoutSerialNumberAtItsPort) {
+  tree.addUsblpPrinter(1, "", "");
+  const Printer printer = session::findPrinters(tree.machine()).at(0);
+  tree.write("1-1", "devnum", "9");
+  EXPECT_EQ(find(printer).value().address, "1:9");
+  tree.write("1-1", "serial", "X12");
+  EXPECT_FALSE(find(printer));
+}
+
+TEST_F(OneMachine, DoesNotTakeAPrinterAtAnotherPortForOneWithoutSerialNumber) {
+  tree.addUsblpPrinter(1, "", "");
+  const Printer printer = session::findPrinters(tree.machine()).at(0);
+  tree.remove("1-1");
+  tree.addDevice("1-2", {.bus = "1", .number = "9"});
+  tree.addInterface("1-2:1.0", {.driver = "usblp", .usblp = "usbmisc/lp1"});
+  tree.addNode("usb/lp1");
+  EXPECT_FALSE(find(printer));
+}
+
+TEST_F(OneMachine, FindsAPrinterWithOnlyAPathAtItsDevice) {
   tree.addUsblpPrinter(1, "X11", "");
   tree.addUsblpPrinter(2, "", "MFG:Acme;");
   tree.addUsblpPrinter(0, "", "MFG:Other;");
