@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "util/clock.h"
-#include "wifi/console.h"
 #include "wifi/shown_text.h"
 #include "wifi/translation.h"
 
@@ -92,7 +91,7 @@ Outcome PrinterWorkers::failed(const Started& started,
   return outcome;
 }
 
-void printNamed(const std::string& name, const Outcome& outcome) {
+void printNamed(ResultOutput& output, const std::string& name, const Outcome& outcome) {
   if (outcome.error) {
     printError({name + ": " + outcome.error->message, outcome.error->remedy});
     return;
@@ -100,7 +99,7 @@ void printNamed(const std::string& name, const Outcome& outcome) {
   // A result of several lines is followed by an empty line.
   const bool hasSeveralLines = std::ranges::count(outcome.text, '\n') > 1;
   const std::string text = outcome.text + (hasSeveralLines ? "\n" : "");
-  print(::isatty(STDOUT_FILENO) == 1 ? wrapped(text) : text);
+  output.print(::isatty(STDOUT_FILENO) == 1 ? wrapped(text) : text);
 }
 
 }  // namespace wifi

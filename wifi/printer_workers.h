@@ -9,6 +9,7 @@
 
 #include "session/printer.h"
 #include "wifi/arguments.h"
+#include "wifi/console.h"
 #include "wifi/outcome.h"
 #include "wifi/printer_command.h"
 #include "wifi/workers.h"
@@ -62,7 +63,7 @@ class PrinterWorkers {
   std::size_t m_Count = 0;  ///< of the calls of `start`
 };
 
-/// Prints the text of an outcome, with `name` before the message if it is an error.
-void printNamed(const std::string& name, const Outcome& outcome);
+/// Prints the text of an outcome, or an error on standard error, with `name` before the message.
+void printNamed(ResultOutput& output, const std::string& name, const Outcome& outcome);
 
 }  // namespace wifi

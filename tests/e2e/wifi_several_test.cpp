@@ -56,9 +56,9 @@ class Printers {
     }
   }
 
-  /// Returns a command line that starts the printers and runs zvkwifi with `arguments` and the
+  /// Returns a command line that starts the printers and runs `program` with `arguments` and the
   /// paths of all printers.
-  Words command(const Words& arguments) const {
+  Words command(const Words& arguments, const Words& program = {ZVKWIFI}) const {
     Words words = {ZVKPRINTER, "run", "--show-secrets"};
     append(words, m_Options.front());
     append(words, {"--", "env", "ZVKPRINTER=" ZVKPRINTER, "sh", "-c", Script, "sh"});
@@ -66,7 +66,8 @@ class Printers {
       append(words, *options);
       words.emplace_back("--");
     }
-    append(words, {"++", ZVKWIFI});
+    words.emplace_back("++");
+    append(words, program);
     append(words, arguments);
     append(words, m_Paths);
     return support::withFasterClock(words);
@@ -238,6 +239,20 @@ TEST_F(SeveralPrinters, DoNotSufferIfAWorkerDies) {
   ::kill(workers.front(), SIGKILL);
   EXPECT_EQ(program.waitForEnd(), 9);
   EXPECT_NE(program.shown().find("\"result\":\"failed\""), std::string::npos) << program.shown();
+}
+
+TEST_F(SeveralPrinters, AreAllServedAndReportedIfStandardOutputIsFull) {
+  const Printers printers({{"--ssid=home"}, {"--ssid=old"}});
+  const ProcessResult result =
+      support::runProcess(printers.command({"set", "--ssid=home", "--security=open", "--quiet"},
+                                           {"sh", "-c", "exec \"$0\" \"$@\" >/dev/full", ZVKWIFI}));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "");
+  for (const char* const text : {"/dev/usb/lp0 was in the network \"home\" already",
+                                 "/dev/usb/lp1 is in the network \"home\"",
+                                 "zvkwifi: standard output: No space left on device\n"}) {
+    EXPECT_NE(result.err.find(text), std::string::npos) << result.err;
+  }
 }
 
 TEST_F(SeveralPrinters, AreNotServedIfOneIsNamedTwice) {

@@ -26,6 +26,8 @@
 #include "testing/files.h"
 #include "testing/sysfs_tree.h"
 #include "util/unique_fd.h"
+#include "wifi/console.h"
+#include "wifi/results.h"
 #include "wifi/signals.h"
 
 namespace {
@@ -90,8 +92,9 @@ class Station : public testing::Test {
                               std::freopen(err.c_str(), "w", stderr) != nullptr;
       ScriptedMonitor monitor(std::move(steps));
       const PrinterCommand command = {.fields = wifi::Fields::Set, .run = {}, .text = wordOf};
-      const int status =
-          wifi::runStation(arguments, withWork(command, work), monitor, tree.machine());
+      const int status = statusOf([&] {
+        return wifi::runStation(arguments, withWork(command, work), monitor, tree.machine());
+      });
       std::fflush(nullptr);
       ::_exit(redirected ? status : 99);
     }
@@ -130,6 +133,14 @@ class Station : public testing::Test {
  private:
   static std::string wordOf(const Report& report) {
     return report.result == Result::Skipped ? "skipped\n" : "confirmed\n";
+  }
+
+  static int statusOf(const std::function<int()>& station) {
+    try {
+      return station();
+    } catch (const wifi::OutputError&) {
+      return wifi::StatusInternalError;
+    }
   }
 
   /// The worker opens no device: `session::Session` only carries the printer.
@@ -270,6 +281,30 @@ TEST_F(Station, GoesOnIfTheWorkOnAPrinterCannotStart) {
   EXPECT_NE(ended.err.find("zvkwifi: A: pipe: Too many open files\nNothing was sent.\n"),
             std::string::npos)
       << ended.err;
+}
+
+TEST_F(Station, EndsWithAllResultsIfStandardOutputIsFull) {
+  const Step fillUp = {.run = [] {
+    const util::UniqueFd full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
+    return ::dup2(full.get(), STDOUT_FILENO) == STDOUT_FILENO;
+  }};
+  // The work on A ends after the work on B has started. The work on B ends with the station.
+  const auto together = [this](const std::string& serial) {
+    const Step bothStarted = workStarted(2);
+    while (serial == "A" ? !bothStarted.run() : wifi::Interruption::signal() == 0) {
+      ::usleep(1000);
+    }
+    return serial == "A" ? Result::Confirmed : Result::Interrupted;
+  };
+  const Step never = {.run = [] {
+    return false;
+  }};
+  const Ended ended = run({plugIn(2, "A"), plugIn(3, "B"), fillUp, never}, {}, together);
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.out, "");
+  EXPECT_NE(ended.err.find("A: confirmed\n"), std::string::npos) << ended.err;
+  EXPECT_NE(ended.err.find("zvkwifi: B: Interrupted."), std::string::npos) << ended.err;
+  EXPECT_NE(ended.err.find("Done: 1, failed: 1, skipped: 0.\n"), std::string::npos) << ended.err;
 }
 
 TEST_F(Station, InterruptsTheWorkAtTheEnd) {
