@@ -12,6 +12,7 @@
 #include "session/printer.h"
 #include "session/profile.h"
 #include "transport/hcusb_transport.h"
+#include "util/clock.h"
 
 namespace session {
 
@@ -84,13 +85,16 @@ class Session {
   };
 
   /// Holds a reference to the process's transport. Makes the transport wait for bytes without
-  /// polling and report each transfer to the observer.
+  /// polling and report each transfer to the observer. Waits do not depend on the time of day.
   class Transport {
    public:
     explicit Transport(HCUSBTransport::Observer observer);
     ~Transport();
     Transport(const Transport&) = delete;
     Transport& operator=(const Transport&) = delete;
+
+   private:
+    util::SteadyTime m_SteadyTime;
   };
 
   struct SetOptions {

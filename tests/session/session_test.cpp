@@ -234,6 +234,39 @@ TEST_F(SessionTest, SetEndsStoredIfTheTimeIsUp) {
   EXPECT_LE(system.now(), 60 * Second);
 }
 
+TEST_F(SessionTest, SetWaitsAsLongIfTheClockIsSet) {
+  for (const std::int64_t shift : {-3600, 3600}) {
+    plugIn({.troubleCode = 3, .ssid = "old"});
+    const auto answer = device.onWrite;
+    device.onWrite = [&, answer, count = 0](const Bytes& request) mutable {
+      answer(request);
+      // The third request is the first one of the confirmation.
+      if (++count == 3) {
+        system.clockShift += shift;
+      }
+    };
+    const auto start = system.now();
+    EXPECT_EQ(set(wpaProfile(), {.waitSeconds = 30}).result, Result::Stored);
+    EXPECT_GE(system.now() - start, 30 * Second);
+    EXPECT_LE(system.now() - start, 60 * Second);
+  }
+}
+
+TEST_F(SessionTest, StatusOfASilentAdapterEndsIfTheClockIsSetBack) {
+  plugIn({.silent = true});
+  device.readResult = [&] {
+    // The last query collects its reply. The requests before it read the SSID (twice), the trouble
+    // code and the address.
+    if (device.writes.size() == 5 && system.clockShift == 0) {
+      system.clockShift = -3600;
+    }
+    return 0;
+  };
+  EXPECT_EQ(makeSession().status().result, Result::NoAnswer);
+  EXPECT_LT(system.clockShift, 0);
+  EXPECT_LE(system.now(), 120 * Second);
+}
+
 TEST_F(SessionTest, SetOf8021xSendsOptionsThenNetworkAndConfirmsTheAuthentication) {
   plugIn({.ssid = "old", .authStatus = {2}});
   const Report report = set(enterpriseProfile());
