@@ -34,8 +34,8 @@ int certInstallCaCommand(const Arguments& arguments) {
 }
 
 int certInstallCommand(const Arguments& arguments) {
-  const session::CertificateFile file = session::readCertificateFile(
-      arguments.cert.file, CertificateUse::Printer, util::timeOfDay());
+  const session::CertificateFile file =
+      session::readCertificateFile(arguments.cert.file, CertificateUse::Printer, util::timeOfDay());
   const std::string name = session::checkedCertificateName(arguments.cert.name, "--name");
   return runOnCertificates(
       arguments,
