@@ -45,7 +45,7 @@ enum class Result {
   Refused,        ///< the printer refused a request or sent an unexpected reply
   NoAnswer,       ///< the printer did not answer
   Interrupted,    ///< the user ended the command
-  Failed,         ///< the front end gave up: its process for this printer died or took too long
+  Failed,         ///< the front end's process for this printer did not start, died or took too long
   Skipped,        ///< the front end left the printer alone, because it was done before
 };
 
