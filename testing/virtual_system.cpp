@@ -200,6 +200,7 @@ ZVK_CALL_WITH_FILE_OFFSET(int, open, (const char* path, int flags, ...))
 ZVK_CALL_WITH_TIME(int, select,
                    (int count, fd_set* reading, fd_set* writing, fd_set* failing, timeval* limit))
 ZVK_CALL_WITH_TIME(std::time_t, time, (std::time_t * result))
+ZVK_CALL_WITH_TIME(int, clock_gettime, (clockid_t clock, timespec* result))
 
 int __real_close(int descriptor);
 ssize_t __real_read(int descriptor, void* buffer, std::size_t size);
@@ -247,6 +248,11 @@ ssize_t __wrap_read(int descriptor, void* buffer, std::size_t size) {
 }
 
 ssize_t __wrap_write(int descriptor, const void* buffer, std::size_t size) {
+  // The linker cannot redirect the C library's own writes to standard output. So no write to it
+  // fails, in whatever way the program writes.
+  if (descriptor == STDOUT_FILENO) {
+    return __real_write(descriptor, buffer, size);
+  }
   const InterceptedCall call("write");
   if (const auto failure = call.cut(size)) {
     return *failure;
@@ -327,6 +333,16 @@ std::time_t __wrap_time(std::time_t* result) {
     *result = now;
   }
   return now;
+}
+
+int __wrap_clock_gettime(clockid_t clock, timespec* result) {
+  if (System::current() == nullptr || clock != CLOCK_MONOTONIC) {
+    return __real_clock_gettime(clock, result);
+  }
+  const virtual_system::Microseconds now = System::current()->now();
+  *result = {.tv_sec = now / virtual_system::Second,
+             .tv_nsec = now % virtual_system::Second * 1000};
+  return 0;
 }
 
 }  // extern "C"

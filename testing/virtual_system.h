@@ -11,9 +11,9 @@
 #include <vector>
 
 /// A test double of the operating system: a clock that advances only during waits, and scripted
-/// devices. The linker's --wrap redirects the calls open, close, read, write, select, sleep, usleep
-/// and time of a test program to this double. Calls that do not concern a virtual device or the
-/// clock go to the real system.
+/// devices. The linker's --wrap redirects the calls open, close, read, write, select, sleep,
+/// usleep, time and clock_gettime of a test program to this double. Calls that do not concern a
+/// virtual device or the clock go to the real system.
 ///
 ///     System system;
 ///     Device& device = system.device("/dev/usb/lp0");

@@ -21,7 +21,7 @@ std::string installedText(const session::CertificateReport& report) {
 
 int certInstallCaCommand(const Arguments& arguments) {
   const session::CertificateFile file = session::readCertificateFile(
-      arguments.cert.file, CertificateUse::Authority, util::nowInSeconds());
+      arguments.cert.file, CertificateUse::Authority, util::timeOfDay());
   return runOnCertificates(
       arguments,
       {.run =
@@ -34,8 +34,8 @@ int certInstallCaCommand(const Arguments& arguments) {
 }
 
 int certInstallCommand(const Arguments& arguments) {
-  const session::CertificateFile file = session::readCertificateFile(
-      arguments.cert.file, CertificateUse::Printer, util::nowInSeconds());
+  const session::CertificateFile file =
+      session::readCertificateFile(arguments.cert.file, CertificateUse::Printer, util::timeOfDay());
   const std::string name = session::checkedCertificateName(arguments.cert.name, "--name");
   return runOnCertificates(
       arguments,

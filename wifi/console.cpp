@@ -11,9 +11,31 @@
 namespace wifi {
 
 void print(std::string_view text) {
-  const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-  if (!written || std::fflush(stdout) != 0) {
-    throw OutputError(errno, std::generic_category(), "standard output");
+  while (!text.empty()) {
+    const ssize_t count = ::write(STDOUT_FILENO, text.data(), text.size());
+    // A signal that is only noted ends the wait for the reader of a pipe.
+    if (count < 0 && errno != EINTR) {
+      throw OutputError(errno, std::generic_category(), "standard output");
+    }
+    text.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
+  }
+}
+
+void ResultOutput::print(std::string_view text) {
+  if (!m_Error) {
+    try {
+      wifi::print(text);
+      return;
+    } catch (const OutputError& error) {
+      m_Error = error;
+    }
+  }
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+void ResultOutput::finish() const {
+  if (m_Error) {
+    throw OutputError(*m_Error);
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -14,6 +15,22 @@ struct OutputError : std::system_error {
 
 /// Writes a result to standard output. Throws `OutputError` if it cannot be written.
 void print(std::string_view text);
+
+/// Writes the results of several printers to standard output. If standard output fails, writes this
+/// result and the later ones to standard error, because the printers are already changed.
+class ResultOutput {
+ public:
+  void print(std::string_view text);
+
+  /// Returns true if standard output has failed.
+  [[nodiscard]] bool hasFailed() const { return m_Error.has_value(); }
+
+  /// Throws the `OutputError` if standard output has failed.
+  void finish() const;
+
+ private:
+  std::optional<OutputError> m_Error;
+};
 
 /// Writes an error to standard error: the program's name, the message, and the remedy on the next
 /// line.

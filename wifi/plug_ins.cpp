@@ -20,16 +20,16 @@ constexpr std::chrono::seconds RestartTime = 30s;
 /// interfaces were set up again.
 constexpr auto ShortestAbsence = 2s;
 
-std::string keyOf(const session::Printer& printer) {
-  return printer.serial.value_or(printer.device);
-}
-
 auto settleTimeOf(const session::Printer& printer) {
   const bool hasDriver = printer.device.starts_with(session::UsblpPrefix);
   return hasDriver ? std::chrono::milliseconds(SettleTime) : SettleTimeWithoutDriver;
 }
 
 }  // namespace
+
+PlugIns::Key PlugIns::keyOf(const session::Printer& printer) {
+  return {printer.serial.has_value(), printer.serial.value_or(printer.port.value_or(""))};
+}
 
 PlugIns::PlugIns(std::span<const session::Printer> present, const Rules& rules, Time now)
     : m_Rules(rules) {
@@ -42,11 +42,11 @@ PlugIns::PlugIns(std::span<const session::Printer> present, const Rules& rules, 
 
 PlugIns::Decision PlugIns::decide(std::span<const session::Printer> printers, Time now) {
   Decision decision;
-  std::set<std::string> keys;
+  std::set<Key> keys;
   for (const session::Printer& printer : printers) {
-    const std::string key = keyOf(printer);
+    const Key key = keyOf(printer);
     if (!keys.insert(key).second) {
-      continue;  // the printers cannot be distinguished; the second waits until the first is gone
+      continue;  // a twin: the printers cannot be distinguished
     }
     Record& record = m_Records[key];
     see(record, printer, now);
@@ -84,7 +84,9 @@ void PlugIns::see(Record& record, const session::Printer& printer, Time now) con
     record.address = address;
     record.device = printer.device;
     record.since = now;
-    record.isHandled = isRestart(record, now);
+    // A printer without a serial number may be another one. If it is the same one, setting it up
+    // again stores nothing unless --force is given.
+    record.isHandled = (printer.serial || m_Rules.force) && isRestart(record, now);
   } else if (record.device != printer.device) {
     record.device = printer.device;
     record.since = now;

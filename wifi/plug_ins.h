@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "session/printer.h"
@@ -16,8 +17,9 @@ namespace wifi {
 /// are at a time. This class waits until the kernel's driver had time to bind a new printer, and it
 /// distinguishes a printer that restarts after it was set up from one that is plugged in again.
 ///
-/// A printer is recognised by its serial number. One without a serial number is recognised by its
-/// device, so another printer that gets the same device later is a new one.
+/// A printer is recognised by its serial number. A printer without a serial number is always a new
+/// one, with two exceptions: a printer that comes back at the same port during the work has
+/// restarted, and so has, with `Rules::force`, a printer that appears there soon after a success.
 class PlugIns {
  public:
   using Time = std::chrono::steady_clock::time_point;
@@ -66,6 +68,10 @@ class PlugIns {
     Time ended;
   };
 
+  /// True and the serial number, or false and the port.
+  using Key = std::pair<bool, std::string>;
+  static Key keyOf(const session::Printer& printer);
+
   /// Notes where the printer is.
   void see(Record& record, const session::Printer& printer, Time now) const;
   /// Returns true if a printer that comes back now only restarts.
@@ -74,7 +80,7 @@ class PlugIns {
   void discount(Record& record);
 
   Rules m_Rules;
-  std::map<std::string, Record> m_Records;
+  std::map<Key, Record> m_Records;
   std::size_t m_Done = 0;
   std::size_t m_Failed = 0;
 };

@@ -1,13 +1,15 @@
 #pragma once
 
 #include <chrono>
+#include <deque>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "session/printer.h"
 #include "wifi/arguments.h"
+#include "wifi/console.h"
 #include "wifi/outcome.h"
 #include "wifi/printer_command.h"
 #include "wifi/workers.h"
@@ -27,7 +29,8 @@ class PrinterWorkers {
 
   PrinterWorkers(const Arguments& arguments, const PrinterCommand& command);
 
-  /// Starts the work on a printer. Throws `std::system_error` if there can be no further process.
+  /// Starts the work on a printer. If there can be no further process, the work fails, and `next`
+  /// and `nextWithin` return this failure first.
   void start(session::Printer printer);
 
   /// See `Workers`.
@@ -39,21 +42,28 @@ class PrinterWorkers {
  private:
   using Clock = std::chrono::steady_clock;
   struct Started {
+    std::size_t index;
     session::Printer printer;
     Clock::time_point time;
   };
 
   /// Returns the outcome that the worker has returned. If it has not, the printer's command failed.
-  Done doneFrom(const Workers::Finished& finished) const;
+  std::optional<Done> doneFrom(const std::optional<Workers::Finished>& finished);
+  /// Returns the outcome of a command that failed, for `reason` or because its worker has died.
+  Outcome failed(const Started& started, const std::optional<Explanation>& reason) const;
+  /// Returns a printer whose work could not start, if there is one.
+  std::optional<Done> takeNotStarted();
 
   const Arguments& m_Arguments;
   const PrinterCommand& m_Command;
   Arguments m_OfWorkers;
   Workers m_Workers;
-  std::vector<Started> m_Started;
+  std::map<std::size_t, Started> m_Started;  ///< by the indices of the workers
+  std::deque<Done> m_NotStarted;
+  std::size_t m_Count = 0;  ///< of the calls of `start`
 };
 
-/// Prints the text of an outcome, with `name` before the message if it is an error.
-void printNamed(const std::string& name, const Outcome& outcome);
+/// Prints the text of an outcome, or an error on standard error, with `name` before the message.
+void printNamed(ResultOutput& output, const std::string& name, const Outcome& outcome);
 
 }  // namespace wifi

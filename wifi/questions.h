@@ -6,7 +6,8 @@
 #include <string>
 
 /// Questions on the terminal: plain lines on standard error, answers from standard input. Each
-/// question throws `Interrupted` after SIGINT or SIGTERM, and `EndOfInput` at the end of input.
+/// question throws `Interrupted` after SIGINT, SIGTERM or SIGHUP, and `EndOfInput` at the end of
+/// input.
 namespace wifi {
 
 /// Shows a text, with line breaks where a terminal of 80 columns needs them.

@@ -25,7 +25,7 @@ using Kind = session::SecretSource::Kind;
 constexpr std::size_t LongestLine = 1024;
 
 /// The signals that a terminal can send and that have no handler in this program.
-constexpr std::array SignalsAtPrompt = {SIGHUP, SIGQUIT, SIGTSTP};
+constexpr std::array SignalsAtPrompt = {SIGQUIT, SIGTSTP};
 
 /// Reads a line byte by byte, so that no buffer keeps a copy and the bytes after the line stay
 /// unread.

@@ -18,7 +18,7 @@ struct EndOfInput : SecretError {
   using SecretError::SecretError;
 };
 
-/// Thrown by anything that reads from the terminal after SIGINT or SIGTERM arrived.
+/// Thrown by anything that reads from the terminal after SIGINT, SIGTERM or SIGHUP arrived.
 struct Interrupted {};
 
 /// Reads the secret of a profile from `source`: one line, without its line end ("\n" or "\r\n"). If

@@ -34,7 +34,13 @@ int printPackets(const Arguments& arguments, const session::Profile& profile) {
       report.result = session::Result::DryRun;
       entries.push_back(reportJson(report, Fields::Set, 0.0, std::nullopt));
     }
-    print(documentText(std::move(entries)));
+    if (arguments.jsonLines) {
+      for (Json& entry : entries) {
+        print(documentText({std::move(entry)}));
+      }
+    } else {
+      print(documentText(std::move(entries)));
+    }
     return StatusDone;
   }
   const auto settings = session::configurationOf(profile, "");

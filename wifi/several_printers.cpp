@@ -33,16 +33,16 @@ class SeveralReports {
     ++m_Done;
     m_Progress.clear();
     if (m_Arguments.jsonLines) {
-      print(documentText({outcome.entry}));
+      m_Output.print(documentText({outcome.entry}));
     } else if (!m_Arguments.json) {
-      printNamed(printerText(printer), outcome);
+      printNamed(m_Output, printerText(printer), outcome);
     }
     m_Outcomes[index] = std::move(outcome);
     showCount();
   }
 
   /// With --json and without --json-lines, prints one document for all printers. Returns the exit
-  /// status.
+  /// status. Throws `OutputError` if standard output has failed.
   int finish() {
     m_Progress.clear();
     std::vector<Json> entries;
@@ -52,8 +52,9 @@ class SeveralReports {
       entries.push_back(std::move(outcome.entry));
     }
     if (m_Arguments.json && !m_Arguments.jsonLines) {
-      print(documentText(std::move(entries)));
+      m_Output.print(documentText(std::move(entries)));
     }
+    m_Output.finish();
     if (Interruption::signal() != 0) {
       return StatusSignalBase + Interruption::signal();
     }
@@ -71,6 +72,7 @@ class SeveralReports {
 
   const Arguments& m_Arguments;
   Progress m_Progress;
+  ResultOutput m_Output;
   std::vector<Outcome> m_Outcomes;
   std::size_t m_Done = 0;
 };

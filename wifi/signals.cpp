@@ -26,6 +26,10 @@ Interruption::Interruption() {
   ::sigemptyset(&action.sa_mask);
   for (std::size_t i = 0; i < Signals.size(); ++i) {
     ::sigaction(Signals[i], &action, &m_Previous[i]);
+    // A shell ignores SIGINT in a background process, but kill(1) must end this program.
+    if (Signals[i] == SIGHUP && m_Previous[i].sa_handler == SIG_IGN) {
+      ::sigaction(SIGHUP, &m_Previous[i], nullptr);
+    }
   }
 }
 

@@ -5,9 +5,10 @@
 
 namespace wifi {
 
-/// While this object exists, the program notes SIGINT and SIGTERM and does not end. System calls
-/// that wait end early when such a signal arrives. After the first signal, the program notes
-/// further signals until its end, even after the destructor.
+/// While this object exists, the program notes SIGINT, SIGTERM and SIGHUP and does not end. A
+/// SIGHUP that was ignored, as under nohup(1), stays ignored. System calls that wait end early when
+/// such a signal arrives. After the first signal, the program notes further signals until its end,
+/// even after the destructor.
 class Interruption {
  public:
   Interruption();
@@ -23,7 +24,7 @@ class Interruption {
   [[nodiscard]] static bool waitForInput(int descriptor);
 
  private:
-  static constexpr std::array Signals = {SIGINT, SIGTERM};
+  static constexpr std::array Signals = {SIGINT, SIGTERM, SIGHUP};
 
   std::array<struct sigaction, Signals.size()> m_Previous{};
 };

@@ -48,7 +48,7 @@ class Station {
         m_Reports(arguments) {}
 
   int run() {
-    while (Interruption::signal() == 0) {
+    while (Interruption::signal() == 0 && !m_Reports.hasFailed()) {
       m_Reports.show(m_Workers.running(), summary());
       const auto done = m_Workers.nextWithin(millisecondsToWait(), m_Monitor.descriptor());
       if (done) {

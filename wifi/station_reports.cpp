@@ -39,16 +39,16 @@ void StationReports::show(std::size_t underWay, const Summary& summary) {
 void StationReports::add(const session::Printer& printer, const Outcome& outcome) {
   m_Progress.clear();
   if (m_Arguments.jsonLines) {
-    print(documentText({outcome.entry}));
+    m_Output.print(documentText({outcome.entry}));
   } else if (m_Arguments.json) {
     m_Entries.push_back(outcome.entry);
   } else if (printer.serial) {
     const std::string serial = shown(*printer.serial);
     Outcome named = outcome;
     named.text.insert(0, serial + ": ");
-    printNamed(serial, named);
+    printNamed(m_Output, serial, named);
   } else {
-    printNamed(printerText(printer), outcome);
+    printNamed(m_Output, printerText(printer), outcome);
   }
   if (::isatty(STDERR_FILENO) == 1) {
     std::fputs("\a", stderr);
@@ -57,8 +57,9 @@ void StationReports::add(const session::Printer& printer, const Outcome& outcome
 
 void StationReports::finish(const Summary& summary) {
   m_Progress.clear();
-  print(m_Arguments.json ? documentText(std::move(m_Entries), summary)
-                         : summaryText(summary) + "\n");
+  m_Output.print(m_Arguments.json ? documentText(std::move(m_Entries), summary)
+                                  : summaryText(summary) + "\n");
+  m_Output.finish();
 }
 
 }  // namespace wifi

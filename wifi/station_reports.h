@@ -6,6 +6,7 @@
 
 #include "session/printer.h"
 #include "wifi/arguments.h"
+#include "wifi/console.h"
 #include "wifi/json_report.h"
 #include "wifi/outcome.h"
 #include "wifi/progress.h"
@@ -25,12 +26,17 @@ class StationReports {
   /// the terminal.
   void add(const session::Printer& printer, const Outcome& outcome);
 
-  /// Prints the summary, and the document if there is to be one.
+  /// Returns true if standard output has failed.
+  [[nodiscard]] bool hasFailed() const { return m_Output.hasFailed(); }
+
+  /// Prints the summary, and the document if there is to be one. Throws `OutputError` if standard
+  /// output has failed.
   void finish(const Summary& summary);
 
  private:
   const Arguments& m_Arguments;
   Progress m_Progress;
+  ResultOutput m_Output;
   std::vector<Json> m_Entries;
 };
 

@@ -56,10 +56,18 @@ bool writeAll(int descriptor, const std::string& bytes) {
 }  // namespace
 
 Workers::~Workers() {
-  signal(SIGKILL);
+  try {
+    signal(SIGTERM);
+    while (next([] {})) {
+    }
+  } catch (...) {
+    // Memory has run out.
+    signal(SIGKILL);
+  }
+  reap();
 }
 
-void Workers::start(const std::function<std::string()>& work) {
+std::size_t Workers::start(const std::function<std::string()>& work) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
     fail("pipe");
@@ -75,7 +83,8 @@ void Workers::start(const std::function<std::string()>& work) {
   if (process == 0) {
     run(work, parent, writeEnd.get());
   }
-  m_Workers.push_back({process, std::move(readEnd), {}, Clock::now() + m_Limit});
+  m_Workers.push_back({m_Count, process, std::move(readEnd), {}, Clock::now() + m_Limit});
+  return m_Count++;
 }
 
 std::optional<Workers::Finished> Workers::next(const std::function<void()>& onTick) {
@@ -89,48 +98,39 @@ std::optional<Workers::Finished> Workers::next(const std::function<void()>& onTi
 
 std::optional<Workers::Finished> Workers::nextWithin(std::chrono::milliseconds limit,
                                                      int descriptor) {
+  reap();
   std::vector<pollfd> polled;
-  std::vector<std::size_t> indices;
-  for (std::size_t i = 0; i < m_Workers.size(); ++i) {
-    if (m_Workers[i].process > 0) {
-      polled.push_back({m_Workers[i].pipe.get(), POLLIN, 0});
-      indices.push_back(i);
-    }
+  for (const Worker& worker : m_Workers) {
+    polled.push_back({worker.pipe.get(), POLLIN, 0});
   }
   polled.push_back({descriptor, POLLIN, 0});
-  ::poll(polled.data(), polled.size(), millisecondsToWait(limit));
-  for (std::size_t k = 0; k < indices.size(); ++k) {
-    Worker& worker = m_Workers[indices[k]];
-    const bool atEnd = polled[k].revents != 0 && !readSome(worker);
-    const bool overdue = !atEnd && Clock::now() >= worker.end;
-    if (atEnd || overdue) {
-      return finish(indices[k], overdue);
+  if (::poll(polled.data(), polled.size(), millisecondsToWait(limit)) < 0) {
+    return std::nullopt;
+  }
+  const Clock::time_point now = Clock::now();
+  for (std::size_t i = 0; i < m_Workers.size(); ++i) {
+    Worker& worker = m_Workers[i];
+    const bool isReadable = polled[i].revents != 0;
+    // If this process was held up, the result of an overdue worker may be complete.
+    const bool overdue = !isReadable && now >= worker.end;
+    if (overdue || (isReadable && !readSome(worker))) {
+      return finish(m_Workers.begin() + static_cast<std::ptrdiff_t>(i), overdue);
     }
   }
   return std::nullopt;
 }
 
-std::size_t Workers::running() const {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(m_Workers, [](const Worker& worker) { return worker.process > 0; }));
-}
-
 int Workers::millisecondsToWait(std::chrono::milliseconds limit) const {
   auto wait = limit;
   for (const Worker& worker : m_Workers) {
-    if (worker.process > 0) {
-      wait =
-          std::min(wait, std::chrono::ceil<std::chrono::milliseconds>(worker.end - Clock::now()));
-    }
+    wait = std::min(wait, std::chrono::ceil<std::chrono::milliseconds>(worker.end - Clock::now()));
   }
   return static_cast<int>(std::max(wait, std::chrono::milliseconds(0)).count());
 }
 
 void Workers::signal(int number) const {
   for (const Worker& worker : m_Workers) {
-    if (worker.process > 0) {
-      ::kill(worker.process, number);
-    }
+    ::kill(worker.process, number);
   }
 }
 
@@ -143,23 +143,26 @@ bool Workers::readSome(Worker& worker) {
   return count > 0 || (count < 0 && errno == EINTR);
 }
 
-Workers::Finished Workers::finish(std::size_t index, bool overdue) {
+Workers::Finished Workers::finish(std::vector<Worker>::iterator worker, bool overdue) {
   using How = Finished::How;
-  Worker& worker = m_Workers[index];
-  Finished finished{index, How::Overdue, std::move(worker.bytes)};
+  Finished finished{worker->index, How::Overdue, std::move(worker->bytes)};
+  const pid_t process = worker->process;
   if (overdue) {
     // A process that hangs in the kernel does not end, so do not wait for it.
-    ::kill(worker.process, SIGKILL);
-    ::waitpid(worker.process, nullptr, WNOHANG);
+    ::kill(process, SIGKILL);
+    m_Killed.push_back(process);
   } else {
     int status = 0;
-    while (::waitpid(worker.process, &status, 0) < 0 && errno == EINTR) {
+    while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
     finished.how = status == 0 ? How::Returned : How::Died;
   }
-  worker.process = -1;
-  worker.pipe.reset();
+  m_Workers.erase(worker);
   return finished;
+}
+
+void Workers::reap() {
+  std::erase_if(m_Killed, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
 }
 
 }  // namespace wifi

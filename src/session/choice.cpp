@@ -56,6 +56,15 @@ std::vector<Printer> named(std::string_view wanted, const std::vector<Printer>& 
   return result;
 }
 
+/// Returns true if `other` can be the printer `printer`, which may have restarted since then.
+bool canBe(const Printer& printer, const Printer& other) {
+  if (printer.serial) {
+    return other.serial == printer.serial;
+  }
+  return printer.port ? !other.serial && other.port == printer.port
+                      : other.device == printer.device;
+}
+
 }  // namespace
 
 Choice choosePrinter(std::string_view wanted, const Machine& machine) {
@@ -77,15 +86,27 @@ Choice choosePrinter(std::string_view wanted, const Machine& machine) {
   return choice;
 }
 
-std::optional<Printer> findAgain(const Printer& printer, const Machine& machine) {
-  std::vector<Printer> printers = findPrinters(machine, StateTest::None);
-  const auto same = std::ranges::find_if(printers, [&printer](const Printer& other) {
-    return printer.serial ? other.serial == printer.serial : other.device == printer.device;
-  });
-  if (same != printers.end()) {
-    return std::move(*same);
+bool hasTwin(const Printer& printer, const Machine& machine) {
+  return printer.serial && std::ranges::any_of(findPrinters(machine, StateTest::None),
+                                               [&printer](const Printer& other) {
+                                                 return other.serial == printer.serial &&
+                                                        other.address != printer.address;
+                                               });
+}
+
+std::optional<Printer> findAgain(const Printer& printer, bool hadTwin, const Machine& machine) {
+  std::vector<Printer> fitting =
+      matches(findPrinters(machine, StateTest::None),
+              [&printer](const Printer& other) { return canBe(printer, other); });
+  const auto difference = [&printer](const Printer& other) {
+    return std::pair(other.address != printer.address, other.port != printer.port);
+  };
+  const auto best = std::ranges::min_element(fitting, {}, difference);
+  if (best != fitting.end() && !(hadTwin && difference(*best) == std::pair(true, true))) {
+    return std::move(*best);
   }
-  return !printer.serial && deviceExists(printer.node) ? std::optional(printer) : std::nullopt;
+  const bool hasOnlyPath = !printer.serial && !printer.port;
+  return hasOnlyPath && deviceExists(printer.node) ? std::optional(printer) : std::nullopt;
 }
 
 }  // namespace session

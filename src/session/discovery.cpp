@@ -155,6 +155,7 @@ std::vector<Printer> findPrinters(const Machine& machine, StateTest test) {
   std::vector<std::pair<UsbAddress, Printer>> found;
   for (const auto& [name, interface] : printerInterfaces(folder)) {
     if (auto printer = describe(folder + name, interface, machine, test)) {
+      printer->second.port = name;
       found.push_back(std::move(*printer));
     }
   }

@@ -42,10 +42,17 @@ struct Choice {
 /// match.
 [[nodiscard]] Choice choosePrinter(std::string_view wanted, const Machine& machine = {});
 
+/// Returns true if another printer of this machine has the same serial number.
+[[nodiscard]] bool hasTwin(const Printer& printer, const Machine& machine = {});
+
 /// Finds a printer again after it was gone from the bus. Its address may have changed, so its
-/// serial number identifies it. A printer without a serial number is looked for at its old device.
-/// Returns nothing while the printer is gone. Does not test the state, because another process may
-/// be about to open another printer.
-[[nodiscard]] std::optional<Printer> findAgain(const Printer& printer, const Machine& machine = {});
+/// serial number identifies it. If several printers have this number, the order is: the printer
+/// with the same address, the printer at the same port, any other. If `hadTwin` is true, the
+/// function takes no other: another printer had the same number before, so the printer must have
+/// kept its address or its port. A printer without a serial number is looked for at its port, and
+/// one that is known only by its path at its device. Returns nothing while the printer is gone.
+/// Does not test the state, because another process may be about to open another printer.
+[[nodiscard]] std::optional<Printer> findAgain(const Printer& printer, bool hadTwin,
+                                               const Machine& machine = {});
 
 }  // namespace session

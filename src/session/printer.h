@@ -17,6 +17,7 @@ struct Printer {
   std::string device;                       ///< for the transport: "/dev/usb/lp0" or "BUS:DEVICE"
   std::string node;                         ///< the device file
   std::optional<std::string> address = {};  ///< "BUS:DEVICE", the numbers that lsusb prints
+  std::optional<std::string> port = {};     ///< where it is plugged in: sysfs's name, such as "1-2"
   std::optional<std::string> serial = {};
   std::optional<std::string> make = {};
   std::optional<std::string> model = {};

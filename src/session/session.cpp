@@ -14,10 +14,8 @@ namespace {
 
 /// The SSID query is repeated once if no SSID arrives.
 constexpr int QueryAttempts = 2;
-/// The pause between two searches for a printer that is not there.
-constexpr unsigned int AbsentPauseSeconds = 1;
-/// The pause between two readings of an adapter that is not in the network yet.
-constexpr unsigned int JoiningPauseSeconds = 1;
+/// The pause before the next look at a printer that is not there, or is not in the network yet.
+constexpr unsigned int ConfirmPauseSeconds = 1;
 
 constexpr npa::Byte NoTrouble = 0;
 constexpr npa::Byte Authenticated = 2;
@@ -132,6 +130,7 @@ Report Session::set(Profile& profile, const SetOptions& options) {
   if (!open()) {
     return finish(resultOf(m_Report.openFailure->kind));
   }
+  m_HadTwin = hasTwin(m_Report.printer, m_Machine);
   enter(Step::ReadSettings);
   for (int attempt = 0; !m_Report.ssidBefore && attempt < QueryAttempts && !isInterrupted();
        ++attempt) {
@@ -178,22 +177,29 @@ Result Session::store(const Profile& profile) {
 }
 
 Result Session::confirm(const Profile& profile, int waitSeconds) {
-  enter(Step::Confirm);
   AdapterState& state = m_Report.state;
   const std::time_t start = util::nowInSeconds();
   do {
-    state.ssid = m_Adapter->readSsid();
+    const bool isThere = follow();
+    state = {};
+    if (isThere) {
+      state.ssid = m_Adapter->readSsid();
+      if (state.ssid) {
+        readRest(profile.security == Security::Enterprise);
+      }
+      if (!isStillThere()) {
+        state = {};  // another printer may have answered
+      }
+    }
     if (isInterrupted()) {
       return Result::Interrupted;
     }
-    if (state.ssid) {
-      readRest(profile.security == Security::Enterprise);
-      if (isJoined(profile)) {
-        return Result::Confirmed;
-      }
-      util::pauseSeconds(JoiningPauseSeconds);
-    } else if (!follow()) {
-      util::pauseSeconds(AbsentPauseSeconds);
+    if (isJoined(profile)) {
+      return Result::Confirmed;
+    }
+    // The exchange with a silent printer has a pause.
+    if (!isThere || state.ssid) {
+      util::pauseSeconds(ConfirmPauseSeconds);
     }
     if (isInterrupted()) {
       return Result::Interrupted;
@@ -203,17 +209,29 @@ Result Session::confirm(const Profile& profile, int waitSeconds) {
 }
 
 bool Session::follow() {
-  enter(Step::WaitForPrinter);
-  const auto found = findAgain(m_Report.printer, m_Machine);
-  if (!found || tryOpen(*found, m_Machine)) {
+  const bool wasSilent = !m_Report.state.ssid;
+  const auto found = findAgain(m_Report.printer, m_HadTwin, m_Machine);
+  if (!found || wasSilent) {
+    enter(Step::WaitForPrinter);
+  }
+  if (!found || (wasSilent && tryOpen(*found, m_Machine))) {
     return false;
   }
-  if (found->device != m_Report.printer.device) {
+  const bool moved = found->device != m_Report.printer.device;
+  if (moved || found->address != m_Report.printer.address) {
     m_Report.printer = *found;
+  }
+  if (moved) {
     m_Adapter = std::make_unique<Adapter>(found->device);
   }
   enter(Step::Confirm);
   return true;
+}
+
+bool Session::isStillThere() const {
+  const auto found = findAgain(m_Report.printer, m_HadTwin, m_Machine);
+  return found && found->device == m_Report.printer.device &&
+         found->address == m_Report.printer.address;
 }
 
 Report Session::reset() {

@@ -12,6 +12,7 @@
 #include "session/printer.h"
 #include "session/profile.h"
 #include "transport/hcusb_transport.h"
+#include "util/clock.h"
 
 namespace session {
 
@@ -44,7 +45,7 @@ enum class Result {
   Refused,        ///< the printer refused a request or sent an unexpected reply
   NoAnswer,       ///< the printer did not answer
   Interrupted,    ///< the user ended the command
-  Failed,         ///< the front end gave up: its process for this printer died or took too long
+  Failed,         ///< the front end's process for this printer did not start, died or took too long
   Skipped,        ///< the front end left the printer alone, because it was done before
 };
 
@@ -84,13 +85,16 @@ class Session {
   };
 
   /// Holds a reference to the process's transport. Makes the transport wait for bytes without
-  /// polling and report each transfer to the observer.
+  /// polling and report each transfer to the observer. Waits do not depend on the time of day.
   class Transport {
    public:
     explicit Transport(HCUSBTransport::Observer observer);
     ~Transport();
     Transport(const Transport&) = delete;
     Transport& operator=(const Transport&) = delete;
+
+   private:
+    util::SteadyTime m_SteadyTime;
   };
 
   struct SetOptions {
@@ -128,9 +132,12 @@ class Session {
   /// Reads the status until the printer is in the network (returns `Confirmed`), the time is up
   /// (returns `Stored`), or the user ends the command (returns `Interrupted`).
   Result confirm(const Profile& profile, int waitSeconds);
-  /// Searches once for the printer after a missing answer, because the printer may have restarted
-  /// with another address. Returns true if the printer is there and can be opened.
+  /// Searches once for the printer, because it may have restarted with another address, or another
+  /// printer may have got its device. Returns true if the printer is there and, after a missing
+  /// answer, can be opened.
   bool follow();
+  /// Returns true if the device still belongs to the printer that `follow` found.
+  bool isStillThere() const;
   Report finish(Result result);
 
   Hooks m_Hooks;
@@ -138,6 +145,7 @@ class Session {
   Machine m_Machine;
   Report m_Report;
   std::unique_ptr<Adapter> m_Adapter;
+  bool m_HadTwin = false;  ///< another printer had the same serial number when `set` began
 };
 
 }  // namespace session

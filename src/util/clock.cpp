@@ -13,6 +13,8 @@ constexpr useconds_t BriefPauseMicroseconds = 1000;
 
 /// Empty if no front end observes the pauses.
 std::function<void(unsigned int)> pauseObserver;
+
+bool isSteady = false;
 }  // namespace
 
 void pauseSeconds(unsigned int seconds) {
@@ -35,6 +37,21 @@ void pauseBriefly() {
 }
 
 std::time_t nowInSeconds() {
+  if (!isSteady) {
+    return timeOfDay();
+  }
+  timespec now{};
+  ::clock_gettime(CLOCK_MONOTONIC, &now);
+  return now.tv_sec;
+}
+
+SteadyTime::SteadyTime() : m_WasSteady(std::exchange(isSteady, true)) {}
+
+SteadyTime::~SteadyTime() {
+  isSteady = m_WasSteady;
+}
+
+std::time_t timeOfDay() {
   return ::time(nullptr);
 }
 

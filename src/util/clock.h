@@ -19,7 +19,24 @@ void observePauses(std::function<void(unsigned int seconds)> observer);
 /// Pauses for about one millisecond. The observer is not called.
 void pauseBriefly();
 
-/// Returns the time of day in whole seconds since 1970. If the clock is set, this time jumps.
+/// Returns a time in whole seconds, to measure a wait: the time of day, or a steady time while a
+/// `SteadyTime` exists. If the clock is set, the time of day jumps.
 std::time_t nowInSeconds();
+
+/// While this object exists, `nowInSeconds` returns a time that does not depend on the clock.
+/// Create and destroy it outside of waits.
+class SteadyTime {
+ public:
+  SteadyTime();
+  ~SteadyTime();
+  SteadyTime(const SteadyTime&) = delete;
+  SteadyTime& operator=(const SteadyTime&) = delete;
+
+ private:
+  bool m_WasSteady;
+};
+
+/// Returns the time of day in whole seconds since 1970.
+std::time_t timeOfDay();
 
 }  // namespace util

@@ -56,9 +56,9 @@ class Printers {
     }
   }
 
-  /// Returns a command line that starts the printers and runs zvkwifi with `arguments` and the
+  /// Returns a command line that starts the printers and runs `program` with `arguments` and the
   /// paths of all printers.
-  Words command(const Words& arguments) const {
+  Words command(const Words& arguments, const Words& program = {ZVKWIFI}) const {
     Words words = {ZVKPRINTER, "run", "--show-secrets"};
     append(words, m_Options.front());
     append(words, {"--", "env", "ZVKPRINTER=" ZVKPRINTER, "sh", "-c", Script, "sh"});
@@ -66,7 +66,8 @@ class Printers {
       append(words, *options);
       words.emplace_back("--");
     }
-    append(words, {"++", ZVKWIFI});
+    words.emplace_back("++");
+    append(words, program);
     append(words, arguments);
     append(words, m_Paths);
     return support::withFasterClock(words);
@@ -187,6 +188,20 @@ TEST_F(SeveralPrinters, GetTheSameSecret) {
   EXPECT_EQ(std::ranges::count(result.out, '\n'), 3);
 }
 
+TEST(DryRun, PrintsADocumentForEachPrinterWithJsonLines) {
+  const ProcessResult result =
+      support::runProcess({ZVKWIFI, "set", "--dry-run", "--json-lines", "--ssid=home",
+                           "--security=open", "/dev/usb/lp0", "/dev/usb/lp1"});
+  EXPECT_EQ(result.status, 0) << result.err;
+  const std::vector<Json> documents = documentsIn(result.out);
+  ASSERT_EQ(documents.size(), 2U) << result.out;
+  for (std::size_t i = 0; i < documents.size(); ++i) {
+    ASSERT_EQ(documents[i].at("printers").size(), 1U);
+    EXPECT_EQ(documents[i].at("printers").at(0).at("device"), "/dev/usb/lp" + std::to_string(i));
+    EXPECT_EQ(documents[i].at("printers").at(0).at("result"), "dry-run");
+  }
+}
+
 TEST_F(SeveralPrinters, AreNamedInTheirErrors) {
   const Printers printers({{"--silent"}, {"--ssid=home"}});
   const ProcessResult result = support::runProcess(printers.command({"status", "--quiet"}));
@@ -206,22 +221,24 @@ TEST_F(SeveralPrinters, AreAllDoneIfNoneFails) {
 }
 
 TEST_F(SeveralPrinters, EndInOrderAfterASignal) {
-  const Printers printers({{"--ssid=old", "--ip-after=1000"}, {"--ssid=old", "--ip-after=1000"}});
-  support::TerminalProcess program(
-      printers.command({"set", "--ssid=home", "--security=open", "--wait=601", "--json-lines"}));
-  ASSERT_TRUE(program.waitFor("0 of 2 printers are done"));
-  ASSERT_TRUE(support::eventually([&] {
-    return printers.log(0).find("query, wrapped: IP address") != std::string::npos &&
-           printers.log(1).find("query, wrapped: IP address") != std::string::npos;
-  }));
-  pid_t parent = 0;
-  ASSERT_TRUE(support::eventually([&] { return (parent = programWith("--wait=601")) > 0; }));
-  ::kill(parent, SIGTERM);
-  EXPECT_EQ(program.waitForEnd(), 128 + SIGTERM);
-  const std::string shown = program.shown();
-  const std::size_t first = shown.find("\"result\":\"interrupted\"");
-  ASSERT_NE(first, std::string::npos) << shown;
-  EXPECT_NE(shown.find("\"result\":\"interrupted\"", first + 1), std::string::npos) << shown;
+  for (const int signal : {SIGTERM, SIGHUP}) {
+    const Printers printers({{"--ssid=old", "--ip-after=1000"}, {"--ssid=old", "--ip-after=1000"}});
+    support::TerminalProcess program(
+        printers.command({"set", "--ssid=home", "--security=open", "--wait=601", "--json-lines"}));
+    ASSERT_TRUE(program.waitFor("0 of 2 printers are done"));
+    ASSERT_TRUE(support::eventually([&] {
+      return printers.log(0).find("query, wrapped: IP address") != std::string::npos &&
+             printers.log(1).find("query, wrapped: IP address") != std::string::npos;
+    }));
+    pid_t parent = 0;
+    ASSERT_TRUE(support::eventually([&] { return (parent = programWith("--wait=601")) > 0; }));
+    ::kill(parent, signal);
+    EXPECT_EQ(program.waitForEnd(), 128 + signal);
+    const std::string shown = program.shown();
+    const std::size_t first = shown.find("\"result\":\"interrupted\"");
+    ASSERT_NE(first, std::string::npos) << shown;
+    EXPECT_NE(shown.find("\"result\":\"interrupted\"", first + 1), std::string::npos) << shown;
+  }
 }
 
 TEST_F(SeveralPrinters, DoNotSufferIfAWorkerDies) {
@@ -238,6 +255,20 @@ TEST_F(SeveralPrinters, DoNotSufferIfAWorkerDies) {
   ::kill(workers.front(), SIGKILL);
   EXPECT_EQ(program.waitForEnd(), 9);
   EXPECT_NE(program.shown().find("\"result\":\"failed\""), std::string::npos) << program.shown();
+}
+
+TEST_F(SeveralPrinters, AreAllServedAndReportedIfStandardOutputIsFull) {
+  const Printers printers({{"--ssid=home"}, {"--ssid=old"}});
+  const ProcessResult result =
+      support::runProcess(printers.command({"set", "--ssid=home", "--security=open", "--quiet"},
+                                           {"sh", "-c", "exec \"$0\" \"$@\" >/dev/full", ZVKWIFI}));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "");
+  for (const char* const text : {"/dev/usb/lp0 was in the network \"home\" already",
+                                 "/dev/usb/lp1 is in the network \"home\"",
+                                 "zvkwifi: standard output: No space left on device\n"}) {
+    EXPECT_NE(result.err.find(text), std::string::npos) << result.err;
+  }
 }
 
 TEST_F(SeveralPrinters, AreNotServedIfOneIsNamedTwice) {

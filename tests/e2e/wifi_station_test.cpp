@@ -53,7 +53,7 @@ TEST(WifiStation, ReportsAWrongArgumentAsADocument) {
 }
 
 TEST(WifiStation, AsksOnceForTheSecretAndEndsAfterASignal) {
-  for (const int signal : {SIGINT, SIGTERM}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     support::TerminalProcess program(station({"--ssid=home", "--security=wpa"}));
     ASSERT_TRUE(program.waitFor("Passphrase or key: "));
     // The prompt discards what was typed before it has turned the echo off.

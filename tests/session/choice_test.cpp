@@ -118,8 +118,8 @@ TEST_F(ThreePrinters, AreSeveralIfTheirSerialNumbersAreEqual) {
 
 class OneMachine : public testing::Test {
  protected:
-  std::optional<Printer> find(const Printer& printer) const {
-    return session::findAgain(printer, tree.machine());
+  std::optional<Printer> find(const Printer& printer, bool hadTwin = false) const {
+    return session::findAgain(printer, hadTwin, tree.machine());
   }
 
   support::SysfsTree tree;
@@ -162,7 +162,85 @@ TEST_F(OneMachine, DoesNotTakeAnotherPrinterForTheOneThatIsGone) {
                      .model = {}}));
 }
 
-TEST_F(OneMachine, FindsAPrinterWithoutSerialNumberAtItsDevice) {
+/// The printers 1 and 2 have the same serial number.
+class Twins : public OneMachine {
+ protected:
+  Twins() {
+    tree.addUsblpPrinter(1, "X", "");
+    tree.addUsblpPrinter(2, "X", "");
+    first = session::findPrinters(tree.machine()).at(0);
+    second = session::findPrinters(tree.machine()).at(1);
+  }
+
+  Printer first;
+  Printer second;
+};
+
+TEST_F(Twins, AreTwinsWhileBothAreThere) {
+  EXPECT_TRUE(session::hasTwin(first, tree.machine()));
+  EXPECT_TRUE(session::hasTwin(second, tree.machine()));
+  tree.remove("1-1");
+  EXPECT_FALSE(session::hasTwin(second, tree.machine()));
+}
+
+TEST_F(Twins, AreFoundAtTheirAddresses) {
+  for (const bool hadTwin : {false, true}) {
+    EXPECT_EQ(find(first, hadTwin).value().device, "/dev/usb/lp1");
+    EXPECT_EQ(find(second, hadTwin).value().device, "/dev/usb/lp2");
+  }
+}
+
+TEST_F(Twins, AreFoundAtTheirPortsIfBothHaveNewAddresses) {
+  tree.write("1-1", "devnum", "9");
+  tree.write("1-2", "devnum", "8");
+  for (const bool hadTwin : {false, true}) {
+    EXPECT_EQ(find(first, hadTwin).value().address, "1:9");
+    EXPECT_EQ(find(second, hadTwin).value().address, "1:8");
+  }
+}
+
+TEST_F(Twins, AreNotTakenForEachOther) {
+  tree.remove("1-2");
+  EXPECT_FALSE(find(second, true));
+}
+
+TEST_F(OneMachine, FindsAPrinterAtAnotherPortByItsSerialNumber) {
+  tree.addUsblpPrinter(7, "X12", "");
+  const auto found = find({.device = "/dev/usb/lp1",
+                           .node = tree.node("usb/lp1"),
+                           .address = "1:1",
+                           .port = "1-1",
+                           .serial = "X12"});
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->device, "/dev/usb/lp7");
+}
+
+TEST_F(OneMachine, HasNoTwinOfAPrinterWithoutASerialNumber) {
+  tree.addUsblpPrinter(1, "", "");
+  tree.addUsblpPrinter(2, "", "");
+  EXPECT_FALSE(session::hasTwin(session::findPrinters(tree.machine()).at(0), tree.machine()));
+}
+
+TEST_F(OneMachine, FindsAPrinterWithoutSerialNumberAtItsPort) {
+  tree.addUsblpPrinter(1, "", "");
+  const Printer printer = session::findPrinters(tree.machine()).at(0);
+  tree.write("1-1", "devnum", "9");
+  EXPECT_EQ(find(printer).value().address, "1:9");
+  tree.write("1-1", "serial", "X12");
+  EXPECT_FALSE(find(printer));
+}
+
+TEST_F(OneMachine, DoesNotTakeAPrinterAtAnotherPortForOneWithoutSerialNumber) {
+  tree.addUsblpPrinter(1, "", "");
+  const Printer printer = session::findPrinters(tree.machine()).at(0);
+  tree.remove("1-1");
+  tree.addDevice("1-2", {.bus = "1", .number = "9"});
+  tree.addInterface("1-2:1.0", {.driver = "usblp", .usblp = "usbmisc/lp1"});
+  tree.addNode("usb/lp1");
+  EXPECT_FALSE(find(printer));
+}
+
+TEST_F(OneMachine, FindsAPrinterWithOnlyAPathAtItsDevice) {
   tree.addUsblpPrinter(1, "X11", "");
   tree.addUsblpPrinter(2, "", "MFG:Acme;");
   tree.addUsblpPrinter(0, "", "MFG:Other;");

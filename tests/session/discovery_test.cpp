@@ -90,6 +90,7 @@ TEST_F(Discovery, DescribesAPrinterOnUsblp) {
   EXPECT_EQ(found.device, "/dev/usb/lp3");
   EXPECT_EQ(found.node, tree.node("usb/lp3"));
   EXPECT_EQ(found.address, "1:5");
+  EXPECT_EQ(found.port, "1-2");
   EXPECT_EQ(found.serial, "X12");
   EXPECT_EQ(found.make, "Acme");
   EXPECT_EQ(found.model, "L100");

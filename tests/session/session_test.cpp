@@ -6,8 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "session/discovery.h"
 #include "testing/answering_printer.h"
 #include "testing/packets.h"
+#include "testing/sysfs_tree.h"
 
 namespace {
 
@@ -232,6 +234,39 @@ TEST_F(SessionTest, SetEndsStoredIfTheTimeIsUp) {
   EXPECT_LE(system.now(), 60 * Second);
 }
 
+TEST_F(SessionTest, SetWaitsAsLongIfTheClockIsSet) {
+  for (const std::int64_t shift : {-3600, 3600}) {
+    plugIn({.troubleCode = 3, .ssid = "old"});
+    const auto answer = device.onWrite;
+    device.onWrite = [&, answer, count = 0](const Bytes& request) mutable {
+      answer(request);
+      // The third request is the first one of the confirmation.
+      if (++count == 3) {
+        system.clockShift += shift;
+      }
+    };
+    const auto start = system.now();
+    EXPECT_EQ(set(wpaProfile(), {.waitSeconds = 30}).result, Result::Stored);
+    EXPECT_GE(system.now() - start, 30 * Second);
+    EXPECT_LE(system.now() - start, 60 * Second);
+  }
+}
+
+TEST_F(SessionTest, StatusOfASilentAdapterEndsIfTheClockIsSetBack) {
+  plugIn({.silent = true});
+  device.readResult = [&] {
+    // The last query collects its reply. The requests before it read the SSID (twice), the trouble
+    // code and the address.
+    if (device.writes.size() == 5 && system.clockShift == 0) {
+      system.clockShift = -3600;
+    }
+    return 0;
+  };
+  EXPECT_EQ(makeSession().status().result, Result::NoAnswer);
+  EXPECT_LT(system.clockShift, 0);
+  EXPECT_LE(system.now(), 120 * Second);
+}
+
 TEST_F(SessionTest, SetOf8021xSendsOptionsThenNetworkAndConfirmsTheAuthentication) {
   plugIn({.ssid = "old", .authStatus = {2}});
   const Report report = set(enterpriseProfile());
@@ -261,6 +296,91 @@ TEST_F(SessionTest, SetWaitsForAPrinterThatIsGoneForAWhile) {
   EXPECT_EQ(report.result, Result::Stored);
   EXPECT_EQ(report.state.ssid, std::nullopt);
   EXPECT_EQ(steps.back(), Step::WaitForPrinter);
+}
+
+/// A printer with a serial number, which sysfs shows at /dev/usb/lp0.
+class PrinterInSysfs : public SessionTest {
+ protected:
+  PrinterInSysfs() {
+    tree.addDevice("1-1", {.bus = "1", .number = "5", .serial = "A"});
+    tree.addInterface("1-1:1.0", {.driver = "usblp", .usblp = "usbmisc/lp0"});
+    tree.addNode("usb/lp0");
+    plugIn({.ssid = "old"});
+  }
+
+  /// Replaces the printer at /dev/usb/lp0 after it has answered `requests` requests. The new one
+  /// has the serial number and the address, and is in the network.
+  void replaceAfter(int requests, const std::string& serial, const std::string& number) {
+    const auto answer = device.onWrite;
+    device.onWrite = [=, this, count = 0](const Bytes& request) mutable {
+      answer(request);
+      if (++count == requests) {
+        tree.write("1-1", "serial", serial + "\n");
+        tree.write("1-1", "devnum", number + "\n");
+        printer = std::make_unique<support::EmulatedPrinter>(emulator::Personality{.ssid = "home"});
+      }
+    };
+  }
+
+  Report setInTree() {
+    Profile profile = wpaProfile();
+    Session session(session::findPrinters(tree.machine()).at(0),
+                    {.onStep =
+                         [this](Step step) {
+                           steps.push_back(step);
+                         }},
+                    tree.machine());
+    return session.set(profile, {.waitSeconds = 30});
+  }
+
+  support::SysfsTree tree;
+};
+
+// The first request reads the SSID, and the second one stores the settings.
+
+TEST_F(PrinterInSysfs, IsNotConfirmedByAnotherPrinterAtItsDevice) {
+  replaceAfter(2, "B", "6");
+  const Report report = setInTree();
+  EXPECT_EQ(report.result, Result::Stored);
+  EXPECT_EQ(report.state.ssid, std::nullopt);
+  EXPECT_EQ(report.printer.serial, "A");
+  EXPECT_EQ(report.printer.address, "1:5");
+  EXPECT_EQ(device.writes.size(), 2U);
+  EXPECT_EQ(steps.back(), Step::WaitForPrinter);
+}
+
+TEST_F(PrinterInSysfs, IsNotConfirmedByAnotherPrinterThatGetsItsDeviceDuringTheQueries) {
+  replaceAfter(3, "B", "6");
+  const Report report = setInTree();
+  EXPECT_EQ(report.result, Result::Stored);
+  EXPECT_EQ(report.state.ssid, std::nullopt);
+  EXPECT_EQ(report.state.address, std::nullopt);
+  // SSID, trouble code and address.
+  EXPECT_EQ(device.writes.size(), 5U);
+}
+
+TEST_F(PrinterInSysfs, IsConfirmedWithItsNewAddressAfterARestart) {
+  replaceAfter(2, "A", "7");
+  const Report report = setInTree();
+  EXPECT_EQ(report.result, Result::Confirmed);
+  EXPECT_EQ(report.printer.device, "/dev/usb/lp0");
+  EXPECT_EQ(report.printer.address, "1:7");
+}
+
+TEST_F(PrinterInSysfs, IsNotConfirmedByATwinThatGetsItsDevice) {
+  tree.addDevice("1-2", {.bus = "1", .number = "6", .serial = "A"});
+  tree.addInterface("1-2:1.0", {.driver = "usblp", .usblp = "usbmisc/lp1"});
+  const auto answer = device.onWrite;
+  device.onWrite = [&, answer, count = 0](const Bytes& request) mutable {
+    answer(request);
+    if (++count == 2) {
+      tree.remove("1-1");
+      system.device("/dev/usb/lp1").onWrite = answer;
+    }
+  };
+  const Report report = setInTree();
+  EXPECT_EQ(report.result, Result::Stored);
+  EXPECT_EQ(report.printer.address, "1:5");
 }
 
 TEST_F(SessionTest, SetInterruptedBeforeStoringSendsNothing) {

@@ -42,6 +42,23 @@ TEST(NowInSeconds, CountsAfter2038) {
   EXPECT_EQ(util::nowInSeconds(), after2038);
 }
 
+TEST(SteadyTime, DoesNotDependOnTheClock) {
+  System system;
+  std::time_t start = 0;
+  {
+    const util::SteadyTime outer;
+    start = util::nowInSeconds();
+    {
+      const util::SteadyTime inner;
+      system.advance(Second);
+    }
+    system.clockShift = -3600;
+    EXPECT_EQ(util::nowInSeconds() - start, 1);
+    EXPECT_EQ(util::timeOfDay(), system.wallClock());
+  }
+  EXPECT_EQ(util::nowInSeconds(), system.wallClock());
+}
+
 TEST(ObservePauses, ReportsEachPauseBeforeItBeginsAndLeavesItUnchanged) {
   System system;
   std::vector<unsigned int> seen;

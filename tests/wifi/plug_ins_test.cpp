@@ -22,9 +22,16 @@ Printer printer(const std::string& serial, const std::string& address, int lp = 
           .serial = serial};
 }
 
-Printer withoutSerial(const std::string& address) {
+Printer withoutSerial(const std::string& address, const std::string& port = "1-1") {
   Printer result = printer("", address);
   result.serial.reset();
+  result.port = port;
+  return result;
+}
+
+Printer withoutSerialOrDriver(const std::string& address, const std::string& port = "1-1") {
+  Printer result = withoutSerial(address, port);
+  result.device = address;
   return result;
 }
 
@@ -216,24 +223,66 @@ TEST(PlugIns, AreNotNewIfOnlyTheInterfacesWereSetUpAgain) {
   EXPECT_EQ(bench.ready(1s, {a}), Names{"A"});
 }
 
-TEST(PlugIns, WithoutASerialNumberAreOtherPrinters) {
-  Bench bench;
-  bench.serve(withoutSerial("1:2"), End::Done);
-  EXPECT_EQ(bench.ready(1s, {}), Names{});
-  EXPECT_EQ(bench.ready(1s, {withoutSerial("1:3")}), Names{});
-  EXPECT_EQ(bench.ready(1s, {withoutSerial("1:3")}), Names{});
-  EXPECT_EQ(bench.ready(30s, {}), Names{});
-  bench.serve(withoutSerial("1:4"), End::Done);
-  EXPECT_EQ(bench.plugIns().doneCount(), 2U);
+TEST(PlugIns, WithoutASerialNumberAreAlwaysNew) {
+  for (const End end : {End::Done, End::Unconfirmed, End::Failed}) {
+    Bench bench;
+    bench.serve(withoutSerial("1:2"), end);
+    EXPECT_EQ(bench.ready(1s, {}), Names{});
+    bench.serve(withoutSerial("1:3"), end);
+    EXPECT_EQ(bench.plugIns().doneCount() + bench.plugIns().failedCount(), 2U);
+  }
 }
 
-TEST(PlugIns, WithTheSameSerialNumberWaitForEachOther) {
+TEST(PlugIns, WithoutASerialNumberAreNotNewIfThePrinterRestartsDuringTheWork) {
+  for (const auto& at : {withoutSerial, withoutSerialOrDriver}) {
+    Bench bench;
+    EXPECT_EQ(bench.ready(0s, {at("1:2", "1-1")}), Names{});
+    EXPECT_EQ(bench.ready(3s, {at("1:2", "1-1")}).size(), 1U);
+    EXPECT_EQ(bench.ready(5s, {}), Names{});
+    EXPECT_EQ(bench.ready(5s, {at("1:3", "1-1")}), Names{});
+    EXPECT_EQ(bench.ready(5s, {at("1:3", "1-1")}), Names{});
+    bench.finish(at("1:2", "1-1"), End::Done);
+    EXPECT_EQ(bench.ready(1h, {at("1:3", "1-1")}), Names{});
+  }
+}
+
+TEST(PlugIns, WithoutASerialNumberAreRestartsAtTheSamePortWithForce) {
+  for (const auto& at : {withoutSerial, withoutSerialOrDriver}) {
+    Bench bench({}, {.force = true});
+    EXPECT_EQ(bench.ready(0s, {at("1:2", "1-1")}), Names{});
+    EXPECT_EQ(bench.ready(3s, {at("1:2", "1-1")}).size(), 1U);
+    bench.finish(at("1:2", "1-1"), End::Done);
+    EXPECT_EQ(bench.ready(1s, {}), Names{});
+    EXPECT_EQ(bench.ready(28s, {at("1:3", "1-1")}), Names{});
+    EXPECT_EQ(bench.ready(3s, {at("1:3", "1-1"), at("1:4", "1-2")}), Names{});
+    // The printer at another port is a new one.
+    EXPECT_EQ(bench.ready(3s, {at("1:3", "1-1"), at("1:4", "1-2")}), namesOf({at("1:4", "1-2")}));
+    EXPECT_EQ(bench.ready(1s, {}), Names{});
+    EXPECT_EQ(bench.ready(1s, {at("1:5", "1-1")}), Names{});
+    EXPECT_EQ(bench.ready(3s, {at("1:5", "1-1")}).size(), 1U);
+  }
+}
+
+TEST(PlugIns, WithASerialNumberLikeAPortAreOtherPrinters) {
+  Bench bench;
+  const Printer a = printer("1-1", "1:2", 1);
+  const Printer b = withoutSerial("1:3", "1-1");
+  EXPECT_EQ(bench.ready(0s, {a, b}), Names{});
+  EXPECT_EQ(bench.ready(1s, {a, b}), (Names{"1-1", "/dev/usb/lp0"}));
+}
+
+TEST(PlugIns, WithTheSameSerialNumberAreTheSamePrinter) {
   Bench bench;
   const Printer a = printer("A", "1:2");
   const Printer twin = printer("A", "1:3", 1);
   EXPECT_EQ(bench.ready(0s, {a, twin}), Names{});
   EXPECT_EQ(bench.ready(1s, {a, twin}), Names{"A"});
   EXPECT_EQ(bench.ready(1s, {a, twin}), Names{});
+  // After the first is gone, the second is taken for it.
+  bench.finish(a, End::Done);
+  EXPECT_EQ(bench.ready(1h, {twin}), Names{});
+  EXPECT_EQ(bench.ready(1h, {twin}), Names{});
+  EXPECT_EQ(namesOf(bench.decision().done), Names{"A"});
 }
 
 }  // namespace

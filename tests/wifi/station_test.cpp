@@ -4,9 +4,13 @@
 
 #include "wifi/station.h"
 
+#include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -14,6 +18,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -21,6 +26,8 @@
 #include "testing/files.h"
 #include "testing/sysfs_tree.h"
 #include "util/unique_fd.h"
+#include "wifi/console.h"
+#include "wifi/results.h"
 #include "wifi/signals.h"
 
 namespace {
@@ -31,26 +38,33 @@ using wifi::Arguments;
 using wifi::PrinterCommand;
 using Json = nlohmann::json;
 
-/// One step of a script. Returns false as long as the step is not done.
-using Step = std::function<bool()>;
+/// One step of a script.
+struct Step {
+  std::function<bool()> run;  ///< returns false as long as the step is not done
+  bool isEvent = false;       ///< the monitor reports the step
+};
 using Steps = std::deque<Step>;
 
-/// A monitor whose events are the steps of a script. It does a step each time the station looks for
-/// events. After the last step it ends the station.
+/// A monitor whose events are the steps of a script. Each time the station looks for events, it
+/// does the next steps, up to an event or a step that is not done. After the last step it ends the
+/// station.
 class ScriptedMonitor : public wifi::UsbMonitor {
  public:
   explicit ScriptedMonitor(Steps steps) : m_Steps(std::move(steps)) {}
 
   int descriptor() const override { return -1; }
   bool takeEvents() override {
+    while (!m_Steps.empty() && m_Steps.front().run()) {
+      const bool isEvent = m_Steps.front().isEvent;
+      m_Steps.pop_front();
+      if (isEvent) {
+        return true;
+      }
+    }
     if (m_Steps.empty()) {
       ::raise(SIGTERM);
-      return false;
     }
-    if (m_Steps.front()()) {
-      m_Steps.pop_front();
-    }
-    return true;
+    return false;
   }
 
  private:
@@ -73,12 +87,14 @@ class Station : public testing::Test {
     const std::string err = m_Folder.path("err");
     const pid_t process = ::fork();
     if (process == 0) {
+      ::alarm(60);  // ends a station whose script does not end
       const bool redirected = std::freopen(out.c_str(), "w", stdout) != nullptr &&
                               std::freopen(err.c_str(), "w", stderr) != nullptr;
       ScriptedMonitor monitor(std::move(steps));
       const PrinterCommand command = {.fields = wifi::Fields::Set, .run = {}, .text = wordOf};
-      const int status =
-          wifi::runStation(arguments, withWork(command, work), monitor, tree.machine());
+      const int status = statusOf([&] {
+        return wifi::runStation(arguments, withWork(command, work), monitor, tree.machine());
+      });
       std::fflush(nullptr);
       ::_exit(redirected ? status : 99);
     }
@@ -90,17 +106,26 @@ class Station : public testing::Test {
 
   /// Returns a step that plugs in a printer.
   Step plugIn(int n, const std::string& serial) const {
-    return [this, n, serial] {
-      tree.addUsblpPrinter(n, serial, "");
-      return true;
-    };
+    return {[this, n, serial] {
+              tree.addUsblpPrinter(n, serial, "");
+              return true;
+            },
+            true};
   }
 
   /// Returns a step that is done when the work on `count` printers has started.
   Step workStarted(std::size_t count) const {
-    return [this, count] {
+    return {[this, count] {
       return support::fileContent(m_Folder.path("started")).size() >= count;
-    };
+    }};
+  }
+
+  /// Returns a step that is done when the station has written `text` to standard error.
+  Step printed(const std::string& text) const {
+    return {[this, text] {
+      std::fflush(stderr);
+      return support::fileContent(m_Folder.path("err")).find(text) != std::string::npos;
+    }};
   }
 
   support::SysfsTree tree;
@@ -108,6 +133,14 @@ class Station : public testing::Test {
  private:
   static std::string wordOf(const Report& report) {
     return report.result == Result::Skipped ? "skipped\n" : "confirmed\n";
+  }
+
+  static int statusOf(const std::function<int()>& station) {
+    try {
+      return station();
+    } catch (const wifi::OutputError&) {
+      return wifi::StatusInternalError;
+    }
   }
 
   /// The worker opens no device: `session::Session` only carries the printer.
@@ -159,6 +192,39 @@ TEST_F(Station, SetsUpThePrintersThatArePluggedIn) {
   EXPECT_EQ(ended.out, "A: confirmed\nC: confirmed\nDone: 2, failed: 0, skipped: 0.\n");
 }
 
+TEST_F(Station, StartsTheWorkAsSoonAsThePrinterIsReady) {
+  using Clock = std::chrono::steady_clock;
+  const support::TemporaryFolder folder;
+  const std::string times = folder.path("times");
+  const auto noteTime = [times] {
+    std::ofstream(times, std::ios::app) << Clock::now().time_since_epoch().count() << "\n";
+    return true;
+  };
+  Steps steps;
+  constexpr int count = 5;
+  for (int n = 1; n <= count; ++n) {
+    steps.push_back({.run = noteTime});
+    steps.push_back(plugIn(n, std::to_string(n)));
+    steps.push_back(workStarted(static_cast<std::size_t>(n)));
+  }
+  const Ended ended = run(steps, {}, [&](const std::string& /*serial*/) {
+    noteTime();
+    return Result::Confirmed;
+  });
+  EXPECT_EQ(ended.status, 0);
+  std::istringstream lines(support::fileContent(times));
+  Clock::duration shortest = std::chrono::hours(1);
+  int pairs = 0;
+  for (Clock::rep plugged = 0, started = 0; lines >> plugged >> started; ++pairs) {
+    shortest = std::min(shortest, Clock::duration(started - plugged));
+  }
+  EXPECT_EQ(pairs, count);
+  // The station looks for signals once a second. It must not wait that long here. On a busy machine
+  // some of the starts may be late, but not all.
+  EXPECT_GE(shortest, std::chrono::milliseconds(500));
+  EXPECT_LT(shortest, std::chrono::milliseconds(1000));
+}
+
 TEST_F(Station, ReportsAFailureAndEndsWithNine) {
   const Ended ended = run({plugIn(2, "A"), plugIn(3, "B"), workStarted(2)}, {}, failsForB);
   EXPECT_EQ(ended.status, 9);
@@ -193,6 +259,52 @@ TEST_F(Station, PrintsOneDocumentAtTheEnd) {
   ASSERT_EQ(documents.size(), 1U) << ended.out;
   EXPECT_EQ(documents[0]["printers"].size(), 2U);
   EXPECT_EQ(documents[0]["summary"]["done"], 2);
+}
+
+TEST_F(Station, GoesOnIfTheWorkOnAPrinterCannotStart) {
+  rlimit original{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &original), 0);
+  // Discovery opens one file at a time, but the pipe of a worker has two ends.
+  const Step leaveOneDescriptor = {.run = [original] {
+    const util::UniqueFd next(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    const rlimit limit = {static_cast<rlim_t>(next.get()) + 1, original.rlim_max};
+    return ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
+  }};
+  const Step restore = {.run = [original] {
+    return ::setrlimit(RLIMIT_NOFILE, &original) == 0;
+  }};
+  const Ended ended = run({plugIn(2, "A"), leaveOneDescriptor, printed("zvkwifi: A"), restore,
+                           plugIn(3, "B"), workStarted(1)},
+                          {}, confirmed);
+  EXPECT_EQ(ended.status, 9);
+  EXPECT_EQ(ended.out, "B: confirmed\nDone: 1, failed: 1, skipped: 0.\n");
+  EXPECT_NE(ended.err.find("zvkwifi: A: pipe: Too many open files\nNothing was sent.\n"),
+            std::string::npos)
+      << ended.err;
+}
+
+TEST_F(Station, EndsWithAllResultsIfStandardOutputIsFull) {
+  const Step fillUp = {.run = [] {
+    const util::UniqueFd full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
+    return ::dup2(full.get(), STDOUT_FILENO) == STDOUT_FILENO;
+  }};
+  // The work on A ends after the work on B has started. The work on B ends with the station.
+  const auto together = [this](const std::string& serial) {
+    const Step bothStarted = workStarted(2);
+    while (serial == "A" ? !bothStarted.run() : wifi::Interruption::signal() == 0) {
+      ::usleep(1000);
+    }
+    return serial == "A" ? Result::Confirmed : Result::Interrupted;
+  };
+  const Step never = {.run = [] {
+    return false;
+  }};
+  const Ended ended = run({plugIn(2, "A"), plugIn(3, "B"), fillUp, never}, {}, together);
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.out, "");
+  EXPECT_NE(ended.err.find("A: confirmed\n"), std::string::npos) << ended.err;
+  EXPECT_NE(ended.err.find("zvkwifi: B: Interrupted."), std::string::npos) << ended.err;
+  EXPECT_NE(ended.err.find("Done: 1, failed: 1, skipped: 0.\n"), std::string::npos) << ended.err;
 }
 
 TEST_F(Station, InterruptsTheWorkAtTheEnd) {

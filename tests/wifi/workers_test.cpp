@@ -91,11 +91,71 @@ TEST(Workers, ThatDieDoNotAffectOthers) {
 }
 
 TEST(Workers, AreKilledAfterTheLimit) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe(ends.data()), 0);
   Workers workers{seconds(0)};
-  workers.start(pauseForever);
+  workers.start([&ends] {
+    ::signal(SIGTERM, SIG_IGN);
+    const pid_t process = ::getpid();
+    EXPECT_EQ(::write(ends[1], &process, sizeof process), ssize_t{sizeof process});
+    return pauseForever();
+  });
+  pid_t process = 0;
+  ASSERT_EQ(::read(ends[0], &process, sizeof process), ssize_t{sizeof process});
   const auto all = allOf(workers);
   ASSERT_EQ(all.size(), 1U);
   EXPECT_EQ(all[0].how, How::Overdue);
+  siginfo_t end{};
+  ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(process), &end, WEXITED | WNOWAIT), 0);
+  EXPECT_EQ(end.si_code, CLD_KILLED);
+  EXPECT_EQ(end.si_status, SIGKILL);
+  // The next call takes the process out of the system's table.
+  EXPECT_FALSE(workers.nextWithin(seconds(0), -1));
+  EXPECT_EQ(::kill(process, 0), -1);
+  ::close(ends[0]);
+  ::close(ends[1]);
+}
+
+TEST(Workers, ReturnTheirBytesEvenIfTheyAreReadAfterTheLimit) {
+  const std::string bytes(10'000, 'x');
+  Workers workers{seconds(0)};
+  workers.start([&] { return bytes; });
+  siginfo_t end{};
+  ASSERT_EQ(::waitid(P_ALL, 0, &end, WEXITED | WNOWAIT), 0);
+  const auto all = allOf(workers);
+  ASSERT_EQ(all.size(), 1U);
+  EXPECT_EQ(all[0].how, How::Returned);
+  EXPECT_EQ(all[0].bytes, bytes);
+}
+
+/// Waits for SIGTERM, and then writes a "t".
+std::string writeAtSigterm(int descriptor) {
+  sigset_t terminations;
+  ::sigemptyset(&terminations);
+  ::sigaddset(&terminations, SIGTERM);
+  ::sigprocmask(SIG_BLOCK, &terminations, nullptr);
+  EXPECT_EQ(::write(descriptor, "r", 1), 1);
+  int number = 0;
+  ::sigwait(&terminations, &number);
+  EXPECT_EQ(::write(descriptor, "t", 1), 1);
+  return {};
+}
+
+TEST(Workers, MayFinishTheirWorkWhenTheObjectIsDestroyed) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe(ends.data()), 0);
+  {
+    Workers workers{hours(1)};
+    workers.start([&ends] { return writeAtSigterm(ends[1]); });
+    char c = 0;
+    ASSERT_EQ(::read(ends[0], &c, 1), 1);
+  }
+  ::close(ends[1]);
+  char c = 0;
+  EXPECT_EQ(::read(ends[0], &c, 1), 1);
+  EXPECT_EQ(c, 't');
+  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "the process still exists";
+  ::close(ends[0]);
 }
 
 TEST(Workers, GetSignals) {
@@ -115,17 +175,7 @@ TEST(Workers, GetSigtermIfTheirParentIsKilled) {
   const pid_t parent = ::fork();
   if (parent == 0) {
     Workers workers{hours(1)};
-    workers.start([&ends] {
-      sigset_t terminations;
-      ::sigemptyset(&terminations);
-      ::sigaddset(&terminations, SIGTERM);
-      ::sigprocmask(SIG_BLOCK, &terminations, nullptr);
-      EXPECT_EQ(::write(ends[1], "r", 1), 1);
-      int number = 0;
-      ::sigwait(&terminations, &number);
-      EXPECT_EQ(::write(ends[1], "t", 1), 1);
-      return std::string();
-    });
+    workers.start([&ends] { return writeAtSigterm(ends[1]); });
     pauseForever();
   }
   // The test ends with a failure if the worker does not end.
