@@ -50,6 +50,18 @@ bool isHidden(std::string_view question) {
          question.starts_with("WEP key");
 }
 
+/// Returns the name of a locale with UTF-8 in which the C library translates. From glibc 2.41 on it
+/// does not translate in C.UTF-8, so this is another locale if the system has one.
+std::string utf8Locale() {
+  constexpr const char* other = "en_US.UTF-8";
+  const locale_t locale = ::newlocale(LC_ALL_MASK, other, nullptr);
+  if (locale == nullptr) {
+    return "C.UTF-8";
+  }
+  ::freelocale(locale);
+  return other;
+}
+
 /// A dialogue with zvkwifi about the printer /dev/usb/lp0.
 class Dialogue {
  public:
@@ -64,7 +76,7 @@ class Dialogue {
                      "trap : INT; \"$@\"; status=$?; echo '(ended)'; read x; exit $status",
                      "sh",
                      "env",
-                     "LC_ALL=C.UTF-8",
+                     "LC_ALL=" + utf8Locale(),
                      "PATH=" + m_Folder.path("") + ":" + std::getenv("PATH")};
     const auto add = [&command](const Words& words) {
       command.insert(command.end(), words.begin(), words.end());
@@ -369,7 +381,7 @@ std::vector<std::string> linesOf(std::string text) {
 
 /// Returns the columns that a UTF-8 text takes on a terminal.
 int columnsOf(const std::string& text) {
-  std::setlocale(LC_CTYPE, "C.UTF-8");
+  std::setlocale(LC_CTYPE, utf8Locale().c_str());
   std::wstring wide(text.size(), L'\0');
   const std::size_t length = std::mbstowcs(wide.data(), text.c_str(), wide.size());
   EXPECT_NE(length, static_cast<std::size_t>(-1)) << text;
@@ -381,7 +393,7 @@ std::string translated(const char* language, const char* message) {
   const support::EnvironmentVariable variable("LANGUAGE", language);
   // Gettext notices another language only when the locale changes.
   std::setlocale(LC_ALL, "C");
-  std::setlocale(LC_ALL, "C.UTF-8");
+  std::setlocale(LC_ALL, utf8Locale().c_str());
   ::bindtextdomain("zvkwifi", TRANSLATIONS);
   const std::string text = ::dgettext("zvkwifi", message);
   EXPECT_NE(text, message) << language;
