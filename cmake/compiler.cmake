@@ -4,6 +4,38 @@ add_compile_options(
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
   -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2)
 
+# On 32-bit machines: files of more than 2 GiB, and times after 2038. Debian 13's compiler for armhf has 64-bit
+# times by default, as have its libraries. In the interfaces of all other libraries a time has the compiler's
+# default size. zvk_uses_library_times(FILE...) is for the sources that pass times to a library.
+set(ZVK_HAS_64_BIT_TIMES OFF)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  include(CheckCXXSourceCompiles)
+  check_cxx_source_compiles("#include <ctime>
+    static_assert(sizeof(std::time_t) == 8); int main() {}" ZVK_DEFAULT_TIME_HAS_64_BITS)
+  set(ZVK_HAS_64_BIT_TIMES ON)
+  add_compile_options(-D_FILE_OFFSET_BITS=64)
+  if(NOT ZVK_DEFAULT_TIME_HAS_64_BITS)
+    add_compile_options(-D_TIME_BITS=64)
+  endif()
+endif()
+function(zvk_uses_library_times)
+  if(ZVK_HAS_64_BIT_TIMES AND NOT ZVK_DEFAULT_TIME_HAS_64_BITS)
+    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -U_TIME_BITS SKIP_PRECOMPILE_HEADERS ON)
+  endif()
+endfunction()
+
+# zvk_wrap(TARGET SCOPE CALL...): the linker's --wrap for calls to the C library, under the names that they have
+# on this machine (testing/wrapped_names.h).
+function(zvk_wrap target scope)
+  foreach(call ${ARGN})
+    if(ZVK_HAS_64_BIT_TIMES)
+      string(REGEX REPLACE "^(open|fopen)$" "\\164" call ${call})
+      string(REGEX REPLACE "^(select|time|clock_gettime)$" "__\\164" call ${call})
+    endif()
+    target_link_options(${target} ${scope} "LINKER:--wrap=${call}")
+  endforeach()
+endfunction()
+
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # g++ 12 warns of an overlap if any literal is assigned to a std::string (GCC bug 105329).
   add_compile_options(-Wno-restrict)

@@ -38,7 +38,8 @@ emulator::Personality personality(unsigned mode) {
 }
 
 bool isPrintable(std::string_view text) {
-  return std::ranges::none_of(text, [](char c) { return c >= '\0' && (c < ' ' || c == '\x7F'); });
+  return std::ranges::none_of(
+      text, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; });
 }
 
 /// The effects of the host's writes.

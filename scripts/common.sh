@@ -35,11 +35,11 @@ install_packages() {
 }
 
 # The Debian packages that the scripts need. scripts/setup installs all of them.
-program_packages=(g++ cmake ninja-build gettext libcli11-dev libpugixml-dev libssl-dev libudev-dev libusb-dev
-  nlohmann-json3-dev)
+program_packages=(g++ cmake ninja-build gettext libcli11-dev libpugixml-dev libssl-dev libudev-dev
+  libusb-dev nlohmann-json3-dev)
 build_packages=("${program_packages[@]}" libpcap-dev)
-test_packages=(binutils bsdextrautils ccache clang-format faketime fish git groff libexpat1-dev libgtest-dev libxml2-dev
-  man-db mandoc openssl python3-jsonschema scdoc strace tshark xxd zsh)
+test_packages=(binutils bsdextrautils ccache clang-format faketime fish git groff libexpat1-dev libgtest-dev
+  libxml2-dev man-db mandoc openssl python3-jsonschema scdoc strace tshark xxd zsh)
 clang_packages=(clang clang-tidy libclang-rt-dev)
 valgrind_packages=(valgrind)
 bench_packages=(libbenchmark-dev libboost-dev libexpat1-dev libglib2.0-dev libxml2-dev nettle-dev
@@ -97,4 +97,35 @@ build_preset() {
 # that passed.
 run_tests() {
   ctest --preset "$1" | sed -E '/^ +Start +[0-9]+: /d; /^ *[0-9]+\/[0-9]+ Test .* Passed /d'
+}
+
+# The counts of the assertions of a lane.
+passed=0
+failed=0
+
+# assert NUMBER TEXT COMMAND...: passes if COMMAND succeeds. If COMMAND fails, its output is in
+# $folder/evidence.NUMBER. The numbers increase. The hundreds digit stands for the subject of an assertion. A new
+# assertion takes the next number of its subject.
+assert() {
+  local number=$1 text=$2
+  shift 2
+  if "$@" >"$folder/evidence" 2>&1; then
+    echo "$number ok      $text"
+    passed=$((passed + 1))
+  else
+    echo "$number FAILED  $text"
+    echo "    asserted: $*"
+    tail -n 40 "$folder/evidence" | cut -c 1-300 | sed 's/^/    /'
+    mv "$folder/evidence" "$folder/evidence.$number"
+    failed=$((failed + 1))
+  fi
+}
+
+# end_lane NAME: prints the counts. Ends the script with 1 if an assertion failed, or if there was none.
+end_lane() {
+  echo "$passed passed, $failed failed"
+  if [ "$failed" -ne 0 ] || [ "$passed" -eq 0 ]; then
+    echo "The $1 lane FAILED. Its logs are in $folder."
+    exit 1
+  fi
 }

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "testing/fault_injection.h"
+#include "testing/wrapped_names.h"
 
 namespace virtual_system {
 
@@ -195,15 +196,17 @@ Device* virtualDevice(int descriptor) {
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c)
 extern "C" {
 
-int __real_open(const char* path, int flags, ...);
+ZVK_CALL_WITH_FILE_OFFSET(int, open, (const char* path, int flags, ...))
+ZVK_CALL_WITH_TIME(int, select,
+                   (int count, fd_set* reading, fd_set* writing, fd_set* failing, timeval* limit))
+ZVK_CALL_WITH_TIME(std::time_t, time, (std::time_t * result))
+ZVK_CALL_WITH_TIME(int, clock_gettime, (clockid_t clock, timespec* result))
+
 int __real_close(int descriptor);
 ssize_t __real_read(int descriptor, void* buffer, std::size_t size);
 ssize_t __real_write(int descriptor, const void* buffer, std::size_t size);
-int __real_select(int count, fd_set* reading, fd_set* writing, fd_set* failing, timeval* limit);
 unsigned int __real_sleep(unsigned int seconds);
 int __real_usleep(useconds_t microseconds);
-std::time_t __real_time(std::time_t* result);
-int __real_clock_gettime(clockid_t clock, timespec* result);
 
 int __wrap_open(const char* path, int flags, ...) {
   const InterceptedCall call("open");

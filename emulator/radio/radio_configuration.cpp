@@ -98,8 +98,9 @@ void addPassphrase(NetworkBlock& block, const std::string& key) {
     block.add("psk", key);
     return;
   }
-  const bool hasControl = std::ranges::any_of(
-      key, [](char character) { return (character >= 0 && character < ' ') || character == 0x7F; });
+  const bool hasControl = std::ranges::any_of(key, [](char character) {
+    return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
+  });
   if (hasControl) {
     throw UnusableError{RadioProblem::PassphraseControlCharacter};
   }

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 #include "cert/cert_mgr.h"
 #include "util/c_text.h"
@@ -82,14 +83,15 @@ int CertMgr::loadFromFile(unsigned char* buf, unsigned int bufSize, const char* 
   if (!descriptor || ::fstat(descriptor.get(), &status) != 0) {
     return Failed;
   }
-  const auto size = static_cast<std::size_t>(status.st_size);
   util::debugLine("Loading file %s, %lld bytes", file.c_str(),
                   static_cast<long long>(status.st_size));
-  if (size > bufSize) {
+  // On 32-bit machines a file can be larger than a std::size_t.
+  if (std::cmp_greater(status.st_size, bufSize)) {
     // The descriptor stays open on purpose. The program ends soon.
     descriptor.release();
     return Failed;
   }
+  const auto size = static_cast<std::size_t>(status.st_size);
   const Transfer transfer = transferAll(
       size, [&](std::size_t done) { return ::read(descriptor.get(), buf + done, size - done); });
   if (transfer.trouble != Transfer::None) {

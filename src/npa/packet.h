@@ -68,7 +68,7 @@ using util::lowByte;
 
 /// Returns the two-byte number at `offset`. Both bytes must be inside `bytes`.
 constexpr std::size_t numberAt(std::span<const Byte> bytes, std::size_t offset) {
-  return util::bigEndian(bytes.subspan(offset, 2));
+  return static_cast<std::size_t>(util::bigEndian(bytes.subspan(offset, 2)));
 }
 
 /// Returns the header of a setting object whose value has `valueSize` bytes, at most `LengthLimit`.

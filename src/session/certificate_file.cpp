@@ -60,7 +60,8 @@ std::string readFile(const std::string& path) {
 
 std::string fileNameOf(const std::string& path) {
   std::string name = path.substr(path.rfind('/') + 1);
-  if (std::ranges::any_of(name, [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; })) {
+  if (std::ranges::any_of(
+          name, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; })) {
     throw ProfileError(path, "", translatable("a file name without control characters"));
   }
   return name;

@@ -120,7 +120,7 @@ unsigned short Utility::ExtractShortFromBuffer(const unsigned char* source) {
 }
 
 unsigned long Utility::ExtractLongFromBuffer(const unsigned char* source) {
-  return util::bigEndian({source, 4});
+  return static_cast<unsigned long>(util::bigEndian({source, 4}));
 }
 
 int Utility::IntToChar(unsigned int* value, unsigned char* out, unsigned int* length) {

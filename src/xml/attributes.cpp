@@ -73,5 +73,7 @@ std::string& attributes::operator[](char* name) {
 }
 
 attributes::Pairs::const_iterator attributes::at(unsigned int index) const {
-  return index < m_Pairs.size() ? std::next(m_Pairs.begin(), index) : m_Pairs.end();
+  return index < m_Pairs.size()
+             ? std::next(m_Pairs.begin(), static_cast<Pairs::difference_type>(index))
+             : m_Pairs.end();
 }

@@ -73,7 +73,7 @@ class HostFile : public testing::Test {
     return {buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(size)};
   }
 
-  std::string loading(const std::string& path, std::size_t size) const {
+  std::string loading(const std::string& path, std::uint64_t size) const {
     return "D [ZVK] Loading file " + path + ", " + std::to_string(size) + " bytes\n";
   }
 
@@ -116,6 +116,17 @@ TEST_F(LoadFromFile, RejectsALargerFileAndLeavesItOpen) {
   EXPECT_EQ(load(path), -1);
   EXPECT_EQ(loaded(1), "#");
   EXPECT_EQ(err, loading(path, BufferSize + 1));
+  EXPECT_EQ(leftOpen, 1);
+}
+
+// A file with a hole, so that it takes no space. Its size does not fit in 32 bits.
+TEST_F(LoadFromFile, RejectsAFileOfFourGibibytes) {
+  constexpr std::uint64_t size = (std::uint64_t{1} << 32U) + 10;
+  const std::string path = folder.write("f", "abc");
+  std::filesystem::resize_file(path, size);
+  EXPECT_EQ(load(path), -1);
+  EXPECT_EQ(loaded(1), "#");
+  EXPECT_EQ(err, loading(path, size));
   EXPECT_EQ(leftOpen, 1);
 }
 

@@ -58,7 +58,7 @@ bool memoryHolds(pid_t process, std::string_view text) {
     if (!access.starts_with("rw")) {
       continue;
     }
-    std::string content(end - begin, '\0');
+    std::string content(static_cast<std::size_t>(end - begin), '\0');
     memory.clear();
     memory.seekg(static_cast<std::streamoff>(begin));
     memory.read(content.data(), static_cast<std::streamsize>(content.size()));

@@ -10,6 +10,7 @@
 
 #include "faults/virtual_terminal.h"
 #include "testing/fault_injection.h"
+#include "testing/wrapped_names.h"
 
 namespace faults {
 
@@ -41,7 +42,7 @@ extern "C" {
 
 int __real_tcgetattr(int descriptor, termios* attributes);
 int __real_tcsetattr(int descriptor, int when, const termios* attributes);
-std::FILE* __real_fopen(const char* path, const char* mode);
+ZVK_CALL_WITH_FILE_OFFSET(std::FILE*, fopen, (const char* path, const char* mode))
 void* __real_malloc(std::size_t size);
 
 int __wrap_tcgetattr(int descriptor, termios* attributes) {

@@ -92,6 +92,17 @@ TEST(CertificateFile, IsWithinItsDates) {
   }
 }
 
+TEST(CertificateFile, MayHaveDatesAfter2038) {
+  constexpr std::time_t end = 4'102'444'800;  // 2100-01-01
+  const std::string pem = certificatePem({.to = "21000101000000Z", .isAuthority = true});
+  for (const std::time_t now : {Now, std::time_t{1} << 31U, end}) {
+    EXPECT_EQ(problemWith(pem, CertificateUse::Authority, now), NoProblem);
+  }
+  EXPECT_EQ(
+      problemWith(pem, CertificateUse::Authority, end + 1),
+      expected("a certificate that is still valid, by the clock of this computer", "2100-01-01"));
+}
+
 TEST(CertificateFile, IsOneOfAnAuthorityWhereOneIsNeeded) {
   const Problem notAuthority = expected("the certificate of an authority (CA)", "RootCA");
   EXPECT_EQ(problemWith(certificatePem()), notAuthority);

@@ -1,6 +1,10 @@
 #include "session/settings_file.h"
 
 #include <array>
+#include <cstdint>
+#include <ctime>
+#include <fcntl.h>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/inotify.h>
@@ -228,6 +232,21 @@ TEST_F(SettingsFiles, AreRefusedIfTheyAreTooLarge) {
   EXPECT_EQ(errorOf(path), (Problem{path, "", "a settings file of at most 65536 bytes"}));
   EXPECT_EQ(errorOf(file(std::string(1'000'000, '\n'))),
             (Problem{path, "", "a settings file of at most 65536 bytes"}));
+}
+
+// A file with a hole, so that it takes no space. Its size does not fit in 32 bits.
+TEST_F(SettingsFiles, AreRefusedIfTheyHaveFourGibibytes) {
+  const std::string path = file("ssid=home\n");
+  std::filesystem::resize_file(path, (std::uint64_t{1} << 32U) + 10);
+  EXPECT_EQ(errorOf(path), (Problem{path, "", "a settings file of at most 65536 bytes"}));
+}
+
+TEST_F(SettingsFiles, MayHaveATimeAfter2038) {
+  const std::string path = file("ssid=home\n");
+  constexpr std::time_t after2038 = 4'102'444'800;
+  const std::array<timespec, 2> times = {{{after2038, 0}, {after2038, 0}}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times.data(), 0), 0);
+  EXPECT_EQ(errorOf(path), NoProblem);
 }
 
 TEST_F(SettingsFiles, AreClosed) {

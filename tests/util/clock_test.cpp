@@ -35,6 +35,13 @@ TEST(NowInSeconds, CountsWholeSeconds) {
   EXPECT_EQ(util::nowInSeconds() - start, 1);
 }
 
+TEST(NowInSeconds, CountsAfter2038) {
+  System system;
+  constexpr std::time_t after2038 = 4'102'444'800;
+  system.advance((after2038 - util::nowInSeconds()) * Second);
+  EXPECT_EQ(util::nowInSeconds(), after2038);
+}
+
 TEST(SteadyTime, DoesNotDependOnTheClock) {
   System system;
   std::time_t start = 0;

@@ -22,7 +22,7 @@ TEST(CopyToBigEndianBuffer, WritesTheTwoBytesOfAShort) {
 
 TEST(CopyToBigEndianBuffer, WritesTheLowFourBytesOfALong) {
   Bytes out = bytes("EE EE EE EE EE");
-  Utility::CopyToBigEndianBuffer(0x99'A1B2C3D4UL, out.data());
+  Utility::CopyToBigEndianBuffer(static_cast<unsigned long>(0x99'A1B2C3D4ULL), out.data());
   EXPECT_EQ(out, bytes("A1 B2 C3 D4 EE"));
 }
 

@@ -1,5 +1,6 @@
 #include "emulator/state/state_folder.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -219,6 +220,13 @@ TEST_F(StateFolderTest, ReportsTheInvalidFile) {
   write("certificate-2.pem", fileContent(file("authority-1.pem")));
   EXPECT_EQ(failure(), "FOLDER/certificate-2.pem: expected a PEM certificate for the key");
   EXPECT_EQ(::ERR_peek_error(), 0U);
+}
+
+// A file with a hole, so that it takes no space. Its size does not fit in 32 bits.
+TEST_F(StateFolderTest, ReadsNoFileOfFourGibibytes) {
+  keep(filledPrinter());
+  fs::resize_file(file("printer.xml"), (std::uint64_t{1} << 32U) + 10);
+  EXPECT_EQ(failure(), "FOLDER/printer.xml: expected a regular file of at most 64 MiB");
 }
 
 TEST_F(StateFolderTest, ReadsOnlyRegularFiles) {
