@@ -5,6 +5,7 @@
 #include "wifi/station.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -18,7 +19,6 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -29,6 +29,25 @@
 #include "wifi/console.h"
 #include "wifi/results.h"
 #include "wifi/signals.h"
+
+namespace {
+/// While this is true, no pipe can be created.
+bool pipesFail = false;
+}  // namespace
+
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c)
+extern "C" {
+int __real_pipe2(int* ends, int flags);
+
+int __wrap_pipe2(int* ends, int flags) {
+  if (pipesFail) {
+    errno = EMFILE;
+    return -1;
+  }
+  return __real_pipe2(ends, flags);
+}
+}
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c)
 
 namespace {
 
@@ -262,18 +281,13 @@ TEST_F(Station, PrintsOneDocumentAtTheEnd) {
 }
 
 TEST_F(Station, GoesOnIfTheWorkOnAPrinterCannotStart) {
-  rlimit original{};
-  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &original), 0);
-  // Discovery opens one file at a time, but the pipe of a worker has two ends.
-  const Step leaveOneDescriptor = {.run = [original] {
-    const util::UniqueFd next(::open("/dev/null", O_RDONLY | O_CLOEXEC));
-    const rlimit limit = {static_cast<rlim_t>(next.get()) + 1, original.rlim_max};
-    return ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
-  }};
-  const Step restore = {.run = [original] {
-    return ::setrlimit(RLIMIT_NOFILE, &original) == 0;
-  }};
-  const Ended ended = run({plugIn(2, "A"), leaveOneDescriptor, printed("zvkwifi: A"), restore,
+  const auto setPipes = [](bool fail) {
+    return Step{.run = [fail] {
+      pipesFail = fail;
+      return true;
+    }};
+  };
+  const Ended ended = run({setPipes(true), plugIn(2, "A"), printed("zvkwifi: A"), setPipes(false),
                            plugIn(3, "B"), workStarted(1)},
                           {}, confirmed);
   EXPECT_EQ(ended.status, 9);
