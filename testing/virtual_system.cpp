@@ -341,7 +341,7 @@ int __wrap_clock_gettime(clockid_t clock, timespec* result) {
   }
   const virtual_system::Microseconds now = System::current()->now();
   *result = {.tv_sec = now / virtual_system::Second,
-             .tv_nsec = now % virtual_system::Second * 1000};
+             .tv_nsec = static_cast<long>(now % virtual_system::Second * 1000)};
   return 0;
 }
 
