@@ -11,8 +11,6 @@
 
 namespace decoder {
 
-using Form = HexLine::Form;
-
 bool HexBlock::take(std::string_view text, std::size_t number) {
   if (takeMark(trimmed(text), number)) {
     return true;
@@ -50,15 +48,16 @@ bool HexBlock::takeMark(std::string_view text, std::size_t number) {
 bool HexBlock::accepts(const HexLine& line) const {
   // Times and hardware addresses have colons too, but neither begins with A5. A hardware address
   // with an odd first byte is a group address, and no device has a group address.
-  const bool continuesColons = isOpen() && m_Form == Form::Colons;
-  return line.form != Form::Colons || continuesColons || line.bytes.front() == npa::StartByte;
+  const bool continuesColons = isOpen() && m_Form == HexLine::Form::Colons;
+  return line.form != HexLine::Form::Colons || continuesColons ||
+         line.bytes.front() == npa::StartByte;
 }
 
 bool HexBlock::continuesBlock(const HexLine& line) const {
-  if (isInDump() != (line.form == Form::Counted) || m_Direction != line.direction) {
+  if (isInDump() != (line.form == HexLine::Form::Counted) || m_Direction != line.direction) {
     return false;
   }
-  return line.form != Form::Counted || line.offset >= m_NextOffset;
+  return line.form != HexLine::Form::Counted || line.offset >= m_NextOffset;
 }
 
 void HexBlock::add(HexLine line, std::size_t number) {

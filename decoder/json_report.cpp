@@ -18,7 +18,7 @@ namespace decoder {
 namespace {
 
 using Json = nlohmann::ordered_json;
-using ValueKind = catalogue::SettingInfo::Kind;
+using SettingKind = catalogue::SettingInfo::Kind;
 
 std::string hexByte(npa::Byte byte) {
   return catalogue::hexText(std::array{byte});
@@ -50,16 +50,16 @@ void addValue(Json& json, const catalogue::SettingInfo* info, const Bytes& value
     return;
   }
   switch (info->kind) {
-    case ValueKind::Text: {
+    case SettingKind::Text: {
       const auto text = catalogue::withoutTerminator(value);
       json["value"] = std::string(text.begin(), text.end());
       break;
     }
-    case ValueKind::Address:
+    case SettingKind::Address:
       json["value"] = catalogue::addressText(value);
       break;
-    case ValueKind::Number:
-    case ValueKind::Flag: {
+    case SettingKind::Number:
+    case SettingKind::Flag: {
       const std::optional<std::size_t> number = catalogue::numberOf(value);
       if (!number) {
         json["bytes"] = catalogue::hexText(value);

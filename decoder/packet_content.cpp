@@ -23,7 +23,6 @@ using Kind = Content::Kind;
 // byte. In a reply of several packets, the command byte belongs to the second packet. In a reply of
 // one packet, it is part of the data.
 constexpr std::array<npa::Byte, 1> ReplyMark = {0x00};
-constexpr std::array<npa::Byte, 1> CommandMark = {npa::RequestCommand};
 
 Content malformed(std::string problem, Data data) {
   Content content;

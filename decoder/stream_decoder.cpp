@@ -17,8 +17,6 @@ namespace {
 
 using Kind = Content::Kind;
 
-constexpr std::array<npa::Byte, 1> CommandMark = {npa::RequestCommand};
-
 }  // namespace
 
 StreamDecoder::StreamDecoder(Stream stream, Report& report)

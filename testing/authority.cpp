@@ -3,7 +3,8 @@
 #include <openssl/bio.h>
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
-#include <stdexcept>
+
+#include "testing/openssl_result.h"
 
 namespace support {
 
@@ -12,12 +13,6 @@ namespace {
 using Bio = std::unique_ptr<BIO, decltype([](BIO* bio) { ::BIO_free_all(bio); })>;
 using Request = std::unique_ptr<X509_REQ, decltype([](X509_REQ* r) { ::X509_REQ_free(r); })>;
 using Line = std::unique_ptr<char, decltype([](char* text) { OPENSSL_free(text); })>;
-
-void require(bool condition) {
-  if (!condition) {
-    throw std::runtime_error("libcrypto failed in a test");
-  }
-}
 
 Bio readerOf(const std::string& text) {
   return Bio(::BIO_new_mem_buf(text.data(), static_cast<int>(text.size())));

@@ -4,27 +4,23 @@
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
-#include <stdexcept>
+
+#include "testing/openssl_result.h"
 
 namespace support {
 
 namespace {
 
-struct Release {
+struct FreeObject {
   void operator()(X509* certificate) const { X509_free(certificate); }
   void operator()(EVP_PKEY* key) const { EVP_PKEY_free(key); }
   void operator()(BIO* bio) const { BIO_free(bio); }
 };
 
-using Certificate = std::unique_ptr<X509, Release>;
+using Certificate = std::unique_ptr<X509, FreeObject>;
 
-void require(bool success) {
-  if (!success) {
-    throw std::runtime_error("OpenSSL failed to create a certificate");
-  }
-}
-
-void setTime(ASN1_TIME* time, const std::string& text) {
+/// Stores the text without a check, because tests need wrong times too.
+void setUncheckedTime(ASN1_TIME* time, const std::string& text) {
   constexpr std::size_t utcTimeSize = 13;
   time->type = text.size() == utcTimeSize ? V_ASN1_UTCTIME : V_ASN1_GENERALIZEDTIME;
   require(ASN1_STRING_set(time, text.data(), static_cast<int>(text.size())) == 1);
@@ -39,7 +35,7 @@ void addExtension(X509* certificate, int id, const std::string& value) {
 }
 
 Certificate makeCertificate(const CertificateText& text) {
-  static const std::unique_ptr<EVP_PKEY, Release> key(EVP_EC_gen("P-256"));
+  static const std::unique_ptr<EVP_PKEY, FreeObject> key(EVP_EC_gen("P-256"));
   Certificate certificate(X509_new());
   require(key && certificate);
   X509_set_version(certificate.get(), X509_VERSION_3);
@@ -52,8 +48,8 @@ Certificate makeCertificate(const CertificateText& text) {
                                        static_cast<int>(value.size()), -1, 0) == 1);
   }
   X509_set_issuer_name(certificate.get(), name);
-  setTime(X509_getm_notBefore(certificate.get()), text.from);
-  setTime(X509_getm_notAfter(certificate.get()), text.to);
+  setUncheckedTime(X509_getm_notBefore(certificate.get()), text.from);
+  setUncheckedTime(X509_getm_notAfter(certificate.get()), text.to);
   X509_set_pubkey(certificate.get(), key.get());
   if (text.isAuthority) {
     addExtension(certificate.get(), NID_basic_constraints,
@@ -68,7 +64,7 @@ Certificate makeCertificate(const CertificateText& text) {
 
 template <typename Write>
 std::string written(const CertificateText& text, Write write) {
-  const std::unique_ptr<BIO, Release> memory(BIO_new(BIO_s_mem()));
+  const std::unique_ptr<BIO, FreeObject> memory(BIO_new(BIO_s_mem()));
   require(write(memory.get(), makeCertificate(text).get()) == 1);
   char* data = nullptr;
   const long size = BIO_get_mem_data(memory.get(), &data);

@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t StackSize = 1U << 20U;
 constexpr std::align_val_t PageSize{4096};
 
-struct Release {
+struct FreeStack {
   void operator()(char* stack) const { ::operator delete[](stack, PageSize); }
 };
 
@@ -24,7 +24,7 @@ void* run(void* action) {
 }  // namespace
 
 std::string stackAfter(const std::function<void()>& action) {
-  const std::unique_ptr<char[], Release> stack(new (PageSize) char[StackSize]());
+  const std::unique_ptr<char[], FreeStack> stack(new (PageSize) char[StackSize]());
   pthread_attr_t attributes;
   ::pthread_attr_init(&attributes);
   ::pthread_attr_setstack(&attributes, stack.get(), StackSize);

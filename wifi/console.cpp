@@ -39,6 +39,11 @@ void ResultOutput::finish() const {
   }
 }
 
+void showNow(const std::string& text) {
+  std::fputs(text.c_str(), stderr);
+  std::fflush(stderr);
+}
+
 void printError(const Explanation& error) {
   std::string text = "zvkwifi: " + error.message + "\n";
   if (!error.remedy.empty()) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -31,6 +32,9 @@ class ResultOutput {
  private:
   std::optional<OutputError> m_Error;
 };
+
+/// Writes a text to standard error at once, for example a question.
+void showNow(const std::string& text);
 
 /// Writes an error to standard error: the program's name, the message, and the remedy on the next
 /// line.

@@ -5,6 +5,7 @@
 
 #include "util/clock.h"
 #include "util/format.h"
+#include "wifi/console.h"
 #include "wifi/shown_text.h"
 #include "wifi/translation.h"
 
@@ -41,11 +42,6 @@ const char* textOf(session::Step step) {
   return "";
 }
 
-void write(const std::string& text) {
-  std::fputs(text.c_str(), stderr);
-  std::fflush(stderr);
-}
-
 }  // namespace
 
 Progress::Progress(bool quiet) : m_Quiet(quiet), m_OnTerminal(::isatty(STDERR_FILENO) == 1) {
@@ -71,7 +67,7 @@ void Progress::showText(const std::string& text) {
   if (m_OnTerminal) {
     update();
   } else {
-    write(m_Text + "\n");
+    showNow(m_Text + "\n");
   }
 }
 
@@ -83,14 +79,14 @@ void Progress::update() {
   // TRANSLATORS: the step, and the seconds since the start.
   const std::string line =
       util::formatted(tr("%s (%d s)"), m_Text.c_str(), static_cast<int>(seconds()));
-  write(line);
+  showNow(line);
   m_Shown = columnsOf(line);
 }
 
 void Progress::clear() {
   if (m_Shown > 0) {
     // Overwrites the line with blanks, because a dumb terminal does not support escape sequences.
-    write("\r" + std::string(m_Shown, ' ') + "\r");
+    showNow("\r" + std::string(m_Shown, ' ') + "\r");
     m_Shown = 0;
   }
 }

@@ -10,6 +10,7 @@
 
 #include "session/texts.h"
 #include "util/format.h"
+#include "wifi/console.h"
 #include "wifi/secret_input.h"
 #include "wifi/shown_text.h"
 #include "wifi/signals.h"
@@ -22,11 +23,6 @@ namespace {
 /// The largest size of an answer in bytes. The rest of a longer line is dropped.
 constexpr std::size_t LongestAnswer = 1024;
 
-void write(const std::string& text) {
-  std::fputs(text.c_str(), stderr);
-  std::fflush(stderr);
-}
-
 /// Reads a line byte by byte, because the bytes after the line may be a secret, and no buffer may
 /// keep a secret.
 std::string readAnswer() {
@@ -34,7 +30,7 @@ std::string readAnswer() {
   for (;;) {
     char c = 0;
     if (!Interruption::waitForInput(STDIN_FILENO)) {
-      write("\n");
+      showNow("\n");
       throw Interrupted();
     }
     const ssize_t count = ::read(STDIN_FILENO, &c, 1);
@@ -42,7 +38,7 @@ std::string readAnswer() {
       continue;
     }
     if (count <= 0) {
-      write("\n");
+      showNow("\n");
       throw EndOfInput(tr("There are no more answers."));
     }
     if (c == '\n') {
@@ -72,13 +68,13 @@ std::optional<std::size_t> numberIn(const std::string& text) {
 }  // namespace
 
 void say(const std::string& text) {
-  write(wrapped(text) + "\n");
+  showNow(wrapped(text) + "\n");
 }
 
 std::string ask(const std::string& question,
                 const std::function<std::string(const std::string&)>& problemOf) {
   for (;;) {
-    write(wrapped(question));
+    showNow(wrapped(question));
     std::string answer = readAnswer();
     const std::string problem = problemOf(answer);
     if (problem.empty()) {

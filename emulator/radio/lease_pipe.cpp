@@ -16,9 +16,6 @@ namespace emulator {
 
 namespace {
 
-constexpr mode_t OwnerReadsAndWrites = 0600;
-constexpr mode_t OwnerExecutes = 0700;
-
 struct KindRow {
   std::string_view word;
   LeaseEvent::Kind kind;
@@ -69,12 +66,12 @@ std::optional<LeaseEvent> parseLease(const std::string& line) {
 
 LeasePipe::LeasePipe(const PrivateFolder& folder) : m_Script(folder.path("udhcpc-script")) {
   const std::string pipe = folder.path("lease");
-  check(::mkfifo(pipe.c_str(), OwnerReadsAndWrites) == 0, pipe);
+  check(::mkfifo(pipe.c_str(), S_IRUSR | S_IWUSR) == 0, pipe);
   // O_RDWR makes this program a writer too. A pipe that has a writer never reports an end of file.
   m_Pipe = util::UniqueFd(::open(pipe.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
   check(static_cast<bool>(m_Pipe), pipe);
   folder.write("udhcpc-script", scriptFor(pipe));
-  check(::chmod(m_Script.c_str(), OwnerExecutes) == 0, m_Script);
+  check(::chmod(m_Script.c_str(), S_IRWXU) == 0, m_Script);
 }
 
 std::optional<LeaseEvent> LeasePipe::next() {

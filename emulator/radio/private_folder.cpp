@@ -16,8 +16,6 @@ namespace emulator {
 
 namespace {
 
-constexpr mode_t OwnerReadsAndWrites = 0600;
-
 [[noreturn]] void fail(const std::string& path) {
   throw std::system_error(errno, std::generic_category(), path);
 }
@@ -45,7 +43,7 @@ void PrivateFolder::write(std::string_view name, std::string_view content) const
   remove(name);
   const std::string file = path(name);
   const util::UniqueFd descriptor(
-      ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, OwnerReadsAndWrites));
+      ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
   if (!descriptor) {
     fail(file);
   }

@@ -8,13 +8,14 @@
 #include <unistd.h>
 #include <utility>
 
+#include "emulator/usb/printer_folder.h"
+
 namespace emulator {
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* PrinterFolder = "/dev/usb";
 constexpr int LargestNumber = 16;
 constexpr int LargestTries = 100;
 

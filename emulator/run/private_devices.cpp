@@ -12,6 +12,7 @@
 #include <system_error>
 #include <unistd.h>
 
+#include "emulator/usb/printer_folder.h"
 #include "util/unique_fd.h"
 
 namespace emulator {
@@ -20,7 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* PrinterFolder = "/dev/usb";
 constexpr mode_t FolderMode = 0755;
 constexpr mode_t FileMode = 0600;
 

@@ -16,6 +16,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "emulator/usb/printer_folder.h"
 #include "emulator/usb/usbip_messages.h"
 
 namespace emulator {
@@ -29,7 +30,6 @@ constexpr unsigned FreeState = 4;
 /// The start of the lines for ports of full and high speed. The lines of faster ports begin with
 /// "ss".
 constexpr std::string_view OurHub = "hs";
-constexpr const char* PrinterFolder = "/dev/usb";
 
 /// Calls `use` with the port and the state of each line for `OurHub`.
 template <typename Use>

@@ -19,7 +19,6 @@ namespace {
 using method_calls::MethodCall;
 using method_calls::requestText;
 
-constexpr int Failed = -1;
 /// The status code of a reply to a method call that succeeded.
 constexpr int StatusSuccess = 1;
 
@@ -68,12 +67,12 @@ std::optional<std::string> generateText(const char* o, const char* ou, const cha
                       escaped(ou), escaped(st)});
 }
 
-/// Logs the status and the printer's message. Returns `Failed`.
+/// Logs the status and the printer's message. Returns `CertMgr::Failed`.
 int reportFailure(const MethodCall& method, const ObjStoreResponse& response, int status) {
   const char* const blankLine = method.doubleSpaced ? "\n" : "";
   util::debugLine("%s %d%s", method.failure, status, blankLine);
   util::debugLine("%s%s", response.getStatusMesg().c_str(), blankLine);
-  return Failed;
+  return CertMgr::Failed;
 }
 
 }  // namespace

@@ -26,8 +26,8 @@ struct MethodCall;
 ///     CertMgr certificates("/dev/usb/lp0");
 ///     if (certificates.installCACert("/etc/ssl/campus-ca.pem") != 0) { ... }
 ///
-/// Unless its comment says otherwise, an operation returns 0 for success and -1 for failure. A
-/// reply with a status other than 1 is a failure, and the operation logs the status and the
+/// Unless its comment says otherwise, an operation returns 0 for success and `Failed` for failure.
+/// A reply with a status other than 1 is a failure, and the operation logs the status and the
 /// printer's message to standard error. If no reply arrives, the operation fails and logs nothing
 /// about the missing reply. If the text of a request is too long (see `MethodCall::bufferSize`),
 /// the operation fails and does not send the request.
@@ -37,6 +37,8 @@ struct MethodCall;
 /// identified by a name that consists of common name and validity.
 class CertMgr {
  public:
+  /// What an operation returns if it fails.
+  static constexpr int Failed = -1;
   /// The friendly name that a null pointer selects. The commands of zvkconfig use no other name.
   static constexpr std::string_view DefaultName = "Quorvanthelisdorm";
   /// A friendly name of the largest size: 31 bytes. With its zero byte it fills the printer's

@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr int Failed = -1;
 /// With O_NONBLOCK, opening a named pipe does not wait for a program at the other end.
 constexpr int OpenFlags = O_CLOEXEC | O_NONBLOCK;
 constexpr mode_t NewFileMode = 0644;

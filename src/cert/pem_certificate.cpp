@@ -25,8 +25,6 @@
 
 namespace {
 
-constexpr int Failed = -1;
-
 /// The size in bytes of the buffer for the one-line subject. OpenSSL leaves out components that do
 /// not fit.
 constexpr std::size_t SubjectSize = 256;

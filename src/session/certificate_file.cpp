@@ -4,10 +4,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -25,20 +23,16 @@ namespace {
 /// A longer file is not read to its end, because no request can carry it.
 constexpr std::size_t LargestFile = 65536;
 
+constexpr const char* ReadableCertificate = translatable("a certificate file that can be read");
 constexpr const char* OneCertificate = translatable("exactly one certificate in PEM form");
 constexpr const char* Small = translatable("a certificate of at most about 11900 bytes");
-
-[[noreturn]] void failWithSystemError(const std::string& path) {
-  throw ProfileError(path, std::generic_category().message(errno),
-                     translatable("a certificate file that can be read"));
-}
 
 std::string readFile(const std::string& path) {
   // With O_NONBLOCK, opening a named pipe does not wait for its other end.
   const util::UniqueFd file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status = {};
   if (!file || ::fstat(file.get(), &status) != 0) {
-    failWithSystemError(path);
+    throw ProfileError::ofLastCall(path, ReadableCertificate);
   }
   if (!S_ISREG(status.st_mode)) {
     throw ProfileError(path, "", translatable("a regular file with a certificate"));
@@ -53,7 +47,7 @@ std::string readFile(const std::string& path) {
     }
   }
   if (count < 0) {
-    failWithSystemError(path);
+    throw ProfileError::ofLastCall(path, ReadableCertificate);
   }
   return content;
 }

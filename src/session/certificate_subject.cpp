@@ -58,7 +58,7 @@ bool isHostName(std::string_view text, std::size_t limit) {
 }
 
 /// One part of the subject. The limits are those of RFC 5280, appendix A.1, and of RFC 1035.
-struct Rule {
+struct PartRule {
   std::string_view key;
   std::string CertificateSubject::*text;
   std::size_t limit;
@@ -69,7 +69,7 @@ struct Rule {
 constexpr const char* ShortText = translatable("1 to 64 characters, no control characters");
 constexpr const char* LongText = translatable("1 to 128 characters, no control characters");
 
-constexpr auto Rules = std::to_array<Rule>({
+constexpr auto PartRules = std::to_array<PartRule>({
     {"common-name", &CertificateSubject::commonName, 64, isText, ShortText},
     {"organization", &CertificateSubject::organization, 64, isText, ShortText},
     {"unit", &CertificateSubject::unit, 64, isText, ShortText},
@@ -86,8 +86,8 @@ constexpr auto Rules = std::to_array<Rule>({
 CertificateSubject readSubject(std::span<const std::pair<std::string, std::string>> values) {
   CertificateSubject subject;
   for (const auto& [key, value] : values) {
-    const auto* const rule = std::ranges::find(Rules, key, &Rule::key);
-    if (rule == Rules.end()) {
+    const auto* const rule = std::ranges::find(PartRules, key, &PartRule::key);
+    if (rule == PartRules.end()) {
       throw ProfileError("--" + key, "", translatable("a part of a subject"));
     }
     if (!rule->isAllowed(value, rule->limit)) {

@@ -40,8 +40,7 @@ NewFile::NewFile(std::string path, const std::string& subject)
   }
   m_File = util::UniqueFd(::mkostemp(m_TemporaryPath.data(), O_CLOEXEC));
   if (!m_File) {
-    throw ProfileError(subject, std::generic_category().message(errno),
-                       translatable("a file that can be created"));
+    throw ProfileError::ofLastCall(subject, translatable("a file that can be created"));
   }
 }
 

@@ -50,6 +50,9 @@ struct SecretSource {
 struct ProfileError : std::runtime_error {
   ProfileError(std::string setting, std::string value, const char* allowed);
 
+  /// Returns the error for a system call that has just failed. `got` describes `errno`.
+  static ProfileError ofLastCall(const std::string& setting, const char* allowed);
+
   std::string subject;   ///< "--security" or "office.conf:3: security"
   std::string got;       ///< the value, unescaped, or the system's error; empty if there is none
   const char* expected;  ///< what is allowed, as a message to translate; never freed

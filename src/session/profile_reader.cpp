@@ -1,7 +1,9 @@
 // Collects settings from options and settings files.
 
+#include <cerrno>
 #include <cstring>
 #include <set>
+#include <system_error>
 
 #include "session/profile.h"
 #include "session/setting_rules.h"
@@ -27,6 +29,10 @@ ProfileError::ProfileError(std::string setting, std::string value, const char* a
       subject(std::move(setting)),
       got(std::move(value)),
       expected(allowed) {}
+
+ProfileError ProfileError::ofLastCall(const std::string& setting, const char* allowed) {
+  return {setting, std::generic_category().message(errno), allowed};
+}
 
 void ProfileReader::set(std::string_view key, const std::string& value,
                         const std::string& subject) {

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "session/profile_words.h"
 #include "session/secret_source.h"
 #include "session/texts.h"
 #include "session/translatable.h"
@@ -55,13 +56,6 @@ constexpr auto RefusedSecurities = std::to_array<RefusedWord>({
 constexpr auto Modes = std::to_array<std::string_view>({"infrastructure", "ad-hoc"});
 constexpr auto Channels =
     std::to_array<std::string_view>({"1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11"});
-constexpr auto Encryptions =
-    std::to_array<std::string_view>({"auto", "tkip", "aes", "wep-dynamic", "wep-static"});
-constexpr auto WepAuths = std::to_array<std::string_view>({"open", "shared"});
-constexpr auto EapMethods =
-    std::to_array<std::string_view>({"md5", "mschapv2", "leap", "peap", "tls", "ttls"});
-constexpr auto InnerMethods =
-    std::to_array<std::string_view>({"chap", "mschap", "mschapv2", "pap"});
 
 constexpr std::string_view ListSeparators = ", \t|";
 
@@ -160,11 +154,11 @@ constexpr std::array Rules = {
                 .store = storeWord<assignChannel>},
     SettingRule{.key = "encryption",
                 .expected = translatable("auto, tkip, aes, wep-dynamic or wep-static"),
-                .words = Encryptions,
+                .words = profile_words::InProfile<profile_words::Encryptions>,
                 .store = storeWord<assign<&Profile::encryption>>},
     SettingRule{.key = "wep-auth",
                 .expected = translatable("open or shared"),
-                .words = WepAuths,
+                .words = profile_words::InProfile<profile_words::WepAuths>,
                 .store = storeWord<assign<&Profile::wepAuth>>},
     SettingRule{.key = "user",
                 .expected = translatable("a user name of 1 to 31 bytes"),
@@ -172,11 +166,11 @@ constexpr std::array Rules = {
                 .store = storeText<&Profile::user>},
     SettingRule{.key = "eap",
                 .expected = translatable("a list of md5, mschapv2, leap, peap, tls and ttls"),
-                .words = EapMethods,
+                .words = profile_words::InProfile<profile_words::EapMethods>,
                 .store = storeEapMethods},
     SettingRule{.key = "inner",
                 .expected = translatable("chap, mschap, mschapv2 or pap"),
-                .words = InnerMethods,
+                .words = profile_words::InProfile<profile_words::InnerMethods>,
                 .store = storeWord<assign<&Profile::innerMethod>>},
     SettingRule{.key = "password-from",
                 .expected = translatable("prompt, file:PATH or fd:N"),

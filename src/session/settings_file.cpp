@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 
 #include "session/profile.h"
@@ -24,10 +23,7 @@ constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 /// Errors show a key only if it has at most this many characters. Every valid key is shorter.
 constexpr std::size_t LongestShownKey = 20;
 
-[[noreturn]] void failWithSystemError(const std::string& path) {
-  throw ProfileError(path, std::generic_category().message(errno),
-                     translatable("a settings file that can be read"));
-}
+constexpr const char* ReadableSettings = translatable("a settings file that can be read");
 
 void requireRegular(const std::string& path, const struct stat& status) {
   if (!S_ISREG(status.st_mode)) {
@@ -105,12 +101,12 @@ SettingsFile loadSettingsFile(const std::string& path) {
   // state.
   struct stat status = {};
   if (::stat(path.c_str(), &status) != 0) {
-    failWithSystemError(path);
+    throw ProfileError::ofLastCall(path, ReadableSettings);
   }
   requireRegular(path, status);
   const util::UniqueFd file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   if (!file || ::fstat(file.get(), &status) != 0) {
-    failWithSystemError(path);
+    throw ProfileError::ofLastCall(path, ReadableSettings);
   }
   requireRegular(path, status);
 
@@ -128,7 +124,7 @@ SettingsFile loadSettingsFile(const std::string& path) {
     if (count > 0) {
       size += static_cast<std::size_t>(count);
     } else if (errno != EINTR) {
-      failWithSystemError(path);
+      throw ProfileError::ofLastCall(path, ReadableSettings);
     }
   }
   content.text.resize(size);

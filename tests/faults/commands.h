@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "testing/files.h"
@@ -30,6 +31,11 @@ struct Command : support::Row {
 /// Returns test commands for all switches of zvkconfig, for each security of the advanced
 /// configuration, for the default run (an unknown switch) and for a run without arguments.
 const std::vector<Command>& commands();
+
+/// Names a test after the command, which is its first parameter.
+inline constexpr auto commandName = [](const auto& test) {
+  return std::string(std::get<0>(test.param).name);
+};
 
 /// Returns the commands that send a request to the printer.
 std::vector<Command> exchangingCommands();

@@ -136,10 +136,6 @@ TEST_P(NthFailure, OfAnAllocationEndsTheRunWithAMessage) {
   });
 }
 
-constexpr auto commandName = [](const auto& test) {
-  return std::string(std::get<0>(test.param).name);
-};
-
 INSTANTIATE_TEST_SUITE_P(Usblp, NthFailure,
                          testing::Combine(testing::ValuesIn(commands()),
                                           testing::Values(Wiring::Usblp)),

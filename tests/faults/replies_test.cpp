@@ -205,10 +205,6 @@ TEST_P(EndlessReplies, EndTheRunInOrder) {
   RecordProperty("runs", static_cast<int>(streams.size()));
 }
 
-constexpr auto commandName = [](const auto& test) {
-  return std::string(std::get<0>(test.param).name);
-};
-
 INSTANTIATE_TEST_SUITE_P(Usblp, EndlessReplies,
                          testing::Combine(testing::ValuesIn(exchangingCommands()),
                                           testing::Values(Wiring::Usblp)),

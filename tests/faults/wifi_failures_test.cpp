@@ -203,20 +203,19 @@ TEST_P(WifiFailures, OfThePrinterAtAnyByteEndTheRunInOrder) {
   }
 }
 
-constexpr auto commandName = [](const auto& test) {
-  return std::string(std::get<0>(test.param).name) +
-         (std::get<1>(test.param) == Form::AsJson ? "Json" : "Text");
+constexpr auto commandAndForm = [](const auto& test) {
+  return commandName(test) + (std::get<1>(test.param) == Form::AsJson ? "Json" : "Text");
 };
 
 INSTANTIATE_TEST_SUITE_P(Usblp, WifiFailures,
                          testing::Combine(testing::ValuesIn(wifiCommands()),
                                           testing::Values(Form::AsText, Form::AsJson)),
-                         commandName);
+                         commandAndForm);
 
 INSTANTIATE_TEST_SUITE_P(Usblp, WifiAllocations,
                          testing::Combine(testing::ValuesIn(wifiCommands()),
                                           testing::Values(Form::AsText)),
-                         commandName);
+                         commandAndForm);
 
 }  // namespace
 }  // namespace faults
