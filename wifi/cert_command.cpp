@@ -51,11 +51,12 @@ int runOnCertificates(const Arguments& arguments, const CertCommand& command) {
 
   const auto error = explainCertificates(report, command.refusalRemedy);
   if (arguments.json) {
-    Json entry = reportJson(report.report, Fields::ResultOnly, progress.seconds(), error);
-    if (command.addJson) {
-      command.addJson(report, entry);
-    }
-    print(documentText({entry}));
+    print(documentText({reportEntry(report.report, Fields::ResultOnly, progress.seconds(), error,
+                                    [&](Json& entry) {
+                                      if (command.addJson) {
+                                        command.addJson(report, entry);
+                                      }
+                                    })}));
   } else if (error) {
     printError(*error);
   } else {

@@ -1,5 +1,7 @@
 // zvkwifi cert list
 
+#include <nlohmann/json.hpp>
+
 #include "wifi/cert_command.h"
 #include "wifi/commands.h"
 #include "wifi/shown_text.h"

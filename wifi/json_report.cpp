@@ -1,6 +1,7 @@
 #include "wifi/json_report.h"
 
 #include <cmath>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "npa/status_texts.h"
@@ -34,16 +35,31 @@ std::string textOf(const Json& document) {
   return document.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-}  // namespace
-
 Json printerJson(const session::Printer& printer) {
   return {{"device", printer.device},         {"address", orNull(printer.address)},
           {"serial", orNull(printer.serial)}, {"make", orNull(printer.make)},
           {"model", orNull(printer.model)},   {"state", wordOf(printer.state)}};
 }
 
-Json reportJson(const session::Report& report, Fields fields, double seconds,
-                const std::optional<Explanation>& error) {
+Json arrayOf(const std::vector<JsonEntry>& entries) {
+  Json array = Json::array();
+  for (const JsonEntry& entry : entries) {
+    array.push_back(entry ? *entry : Json());
+  }
+  return array;
+}
+
+}  // namespace
+
+JsonEntry listEntry(const session::Printer& printer) {
+  Json json = printerJson(printer);
+  json["result"] = rowOf(session::Result::Ok).word;
+  return std::make_shared<const Json>(std::move(json));
+}
+
+JsonEntry reportEntry(const session::Report& report, Fields fields, double seconds,
+                      const std::optional<Explanation>& error,
+                      const std::function<void(Json&)>& addKeys) {
   Json json = printerJson(report.printer);
   json["result"] = rowOf(report.result).word;
   if (fields == Fields::Set) {
@@ -59,17 +75,20 @@ Json reportJson(const session::Report& report, Fields fields, double seconds,
   constexpr double tenths = 10.0;
   json["seconds"] = std::round(seconds * tenths) / tenths;
   json["error"] = error ? errorJson(*error) : Json(nullptr);
-  return json;
+  if (addKeys) {
+    addKeys(json);
+  }
+  return std::make_shared<const Json>(std::move(json));
 }
 
-std::string documentText(std::vector<Json> printers) {
-  return textOf({{"schema", SchemaVersion}, {"printers", std::move(printers)}});
+std::string documentText(const std::vector<JsonEntry>& printers) {
+  return textOf({{"schema", SchemaVersion}, {"printers", arrayOf(printers)}});
 }
 
-std::string documentText(std::vector<Json> printers, const Summary& summary) {
+std::string documentText(const std::vector<JsonEntry>& printers, const Summary& summary) {
   return textOf(
       {{"schema", SchemaVersion},
-       {"printers", std::move(printers)},
+       {"printers", arrayOf(printers)},
        {"summary",
         {{"done", summary.done}, {"failed", summary.failed}, {"skipped", summary.skipped}}}});
 }

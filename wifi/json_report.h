@@ -1,8 +1,9 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <functional>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -15,19 +16,26 @@ namespace wifi {
 
 using Json = nlohmann::ordered_json;
 
+/// The entry of one printer, or null if there is none. Most sources only pass entries on, and need
+/// no header but this one. Sources that read or make the content include <nlohmann/json.hpp>, which
+/// takes seconds to compile.
+using JsonEntry = std::shared_ptr<const Json>;
+
 /// Which keys a printer's entry has besides the printer's own keys, `result`, `seconds` and
 /// `error`.
 enum class Fields { Status, Set, ResultOnly };
 
-/// Returns the printer's own keys: device, address, serial, make, model, state.
-[[nodiscard]] Json printerJson(const session::Printer& printer);
+/// Returns an entry with the printer's own keys (device, address, serial, make, model, state) and
+/// the result "ok".
+[[nodiscard]] JsonEntry listEntry(const session::Printer& printer);
 
-/// Returns the entry of one printer.
-[[nodiscard]] Json reportJson(const session::Report& report, Fields fields, double seconds,
-                              const std::optional<Explanation>& error);
+/// Returns the entry of one printer. `addKeys` may add keys to it.
+[[nodiscard]] JsonEntry reportEntry(const session::Report& report, Fields fields, double seconds,
+                                    const std::optional<Explanation>& error,
+                                    const std::function<void(Json&)>& addKeys = {});
 
 /// Returns the document with these entries, followed by a line end.
-[[nodiscard]] std::string documentText(std::vector<Json> printers);
+[[nodiscard]] std::string documentText(const std::vector<JsonEntry>& printers);
 
 /// How many printers `station` has set up.
 struct Summary {
@@ -37,7 +45,8 @@ struct Summary {
 };
 
 /// Does the same with a summary.
-[[nodiscard]] std::string documentText(std::vector<Json> printers, const Summary& summary);
+[[nodiscard]] std::string documentText(const std::vector<JsonEntry>& printers,
+                                       const Summary& summary);
 
 /// Returns the document of a command that failed before it had a printer.
 [[nodiscard]] std::string errorText(const Explanation& error);

@@ -13,12 +13,11 @@ namespace wifi {
 int listCommand(const Arguments& arguments) {
   const std::vector<session::Printer> printers = session::findPrinters();
   if (arguments.json) {
-    std::vector<Json> entries;
+    std::vector<JsonEntry> entries;
     for (const session::Printer& printer : printers) {
-      entries.push_back(printerJson(printer));
-      entries.back()["result"] = "ok";
+      entries.push_back(listEntry(printer));
     }
-    print(documentText(std::move(entries)));
+    print(documentText(entries));
   } else if (printers.empty()) {
     print(tr("There is no USB printer on this machine.\n"));
   } else {

@@ -1,9 +1,14 @@
 #include "wifi/outcome.h"
 
+#include <nlohmann/json.hpp>
+
 namespace wifi {
 
 std::string bytesOf(const Outcome& outcome) {
-  Json json = {{"status", outcome.status}, {"entry", outcome.entry}, {"text", outcome.text}};
+  Json json = {{"status", outcome.status}, {"text", outcome.text}};
+  if (outcome.entry) {
+    json["entry"] = *outcome.entry;
+  }
   if (outcome.error) {
     json["message"] = outcome.error->message;
     json["remedy"] = outcome.error->remedy;
@@ -18,8 +23,10 @@ std::optional<Outcome> outcomeFrom(std::string_view bytes) {
   if (json.is_discarded()) {
     return std::nullopt;
   }
-  Outcome outcome = {
-      .status = json.at("status"), .entry = json.at("entry"), .text = json.at("text")};
+  Outcome outcome = {.status = json.at("status"), .text = json.at("text")};
+  if (json.contains("entry")) {
+    outcome.entry = std::make_shared<const Json>(json.at("entry"));
+  }
   if (json.contains("message")) {
     outcome.error = {json.at("message"), json.at("remedy")};
   }

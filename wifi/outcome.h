@@ -12,7 +12,7 @@ namespace wifi {
 /// What a command did with one printer, ready to be printed.
 struct Outcome {
   int status = 0;         ///< an `ExitStatus`
-  Json entry = {};        ///< the printer's entry in the JSON document; null without --json
+  JsonEntry entry = {};   ///< the printer's entry in the JSON document; null without --json
   std::string text = {};  ///< the result of a success; empty with --json
   std::optional<Explanation> error = {};  ///< why the command did not succeed
 };

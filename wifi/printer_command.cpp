@@ -99,7 +99,7 @@ Outcome outcomeOf(const session::Report& report, const Arguments& arguments,
   Outcome outcome;
   outcome.error = accepted ? std::nullopt : explain(report, command.profile);
   if (arguments.json) {
-    outcome.entry = reportJson(report, command.fields, seconds, outcome.error);
+    outcome.entry = reportEntry(report, command.fields, seconds, outcome.error);
   } else if (!outcome.error) {
     outcome.text = command.text(report);
   }

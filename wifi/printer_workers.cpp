@@ -85,7 +85,7 @@ Outcome PrinterWorkers::failed(const Started& started,
   if (reason) {
     outcome.error = reason;
     if (m_Arguments.json) {
-      outcome.entry = reportJson(report, m_Command.fields, took.count(), reason);
+      outcome.entry = reportEntry(report, m_Command.fields, took.count(), reason);
     }
   }
   return outcome;

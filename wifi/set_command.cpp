@@ -27,19 +27,19 @@ int printPackets(const Arguments& arguments, const session::Profile& profile) {
     // The function does not look up the printers, because discovery would open the device files.
     std::vector<std::string> names = arguments.printers;
     names.resize(std::max<std::size_t>(names.size(), 1));
-    std::vector<Json> entries;
+    std::vector<JsonEntry> entries;
     for (const std::string& name : names) {
       session::Report report;
       report.printer.device = name;
       report.result = session::Result::DryRun;
-      entries.push_back(reportJson(report, Fields::Set, 0.0, std::nullopt));
+      entries.push_back(reportEntry(report, Fields::Set, 0.0, std::nullopt));
     }
     if (arguments.jsonLines) {
-      for (Json& entry : entries) {
-        print(documentText({std::move(entry)}));
+      for (const JsonEntry& entry : entries) {
+        print(documentText({entry}));
       }
     } else {
-      print(documentText(std::move(entries)));
+      print(documentText(entries));
     }
     return StatusDone;
   }

@@ -45,14 +45,14 @@ class SeveralReports {
   /// status. Throws `OutputError` if standard output has failed.
   int finish() {
     m_Progress.clear();
-    std::vector<Json> entries;
+    std::vector<JsonEntry> entries;
     bool allDone = true;
     for (Outcome& outcome : m_Outcomes) {
       allDone = allDone && outcome.status == StatusDone;
       entries.push_back(std::move(outcome.entry));
     }
     if (m_Arguments.json && !m_Arguments.jsonLines) {
-      m_Output.print(documentText(std::move(entries)));
+      m_Output.print(documentText(entries));
     }
     m_Output.finish();
     if (Interruption::signal() != 0) {

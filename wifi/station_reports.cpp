@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <unistd.h>
-#include <utility>
 
 #include "util/format.h"
 #include "wifi/console.h"
@@ -57,8 +56,7 @@ void StationReports::add(const session::Printer& printer, const Outcome& outcome
 
 void StationReports::finish(const Summary& summary) {
   m_Progress.clear();
-  m_Output.print(m_Arguments.json ? documentText(std::move(m_Entries), summary)
-                                  : summaryText(summary) + "\n");
+  m_Output.print(m_Arguments.json ? documentText(m_Entries, summary) : summaryText(summary) + "\n");
   m_Output.finish();
 }
 

@@ -37,7 +37,7 @@ class StationReports {
   const Arguments& m_Arguments;
   Progress m_Progress;
   ResultOutput m_Output;
-  std::vector<Json> m_Entries;
+  std::vector<JsonEntry> m_Entries;
 };
 
 }  // namespace wifi

@@ -7,8 +7,8 @@
 #include "faults/disconnecting_printer.h"
 
 // The printer is disconnected during each request and each reply of each command: for good, or
-// until the program opens it again. If the request or reply has at most 64 bytes, the tests
-// disconnect the printer at each byte, otherwise at a sample of the bytes.
+// until the program opens it again. In a short request or reply the tests disconnect the printer at
+// each byte, otherwise at a sample of the bytes (`TriedPositions`).
 
 namespace faults {
 namespace {
@@ -102,10 +102,6 @@ TEST_P(Disconnect, CostsOneAttemptIfThePrinterReturns) {
     }
   });
 }
-
-constexpr auto commandName = [](const auto& test) {
-  return std::string(std::get<0>(test.param).name);
-};
 
 INSTANTIATE_TEST_SUITE_P(Usblp, Disconnect,
                          testing::Combine(testing::ValuesIn(exchangingCommands()),

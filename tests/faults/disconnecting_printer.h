@@ -151,14 +151,29 @@ class DisconnectingPrinter {
   int m_Opens = 0;
 };
 
+/// Which positions in a request or reply the tests try: all if it has at most `allUpTo` bytes,
+/// otherwise the first, the last and every n-th.
+struct PositionSample {
+  std::size_t allUpTo;
+  std::size_t first;
+  std::size_t last;
+  std::size_t every;
+};
+#ifdef ZVK_IS_SANITIZED
+/// With a sanitizer a run takes ten times as long.
+inline constexpr PositionSample TriedPositions = {.allUpTo = 8, .first = 8, .last = 3, .every = 41};
+#else
+/// A request with a certificate has so many bytes that a run for each would take too long.
+inline constexpr PositionSample TriedPositions = {
+    .allUpTo = 64, .first = 24, .last = 9, .every = 41};
+#endif
+
 /// Returns the positions at which to disconnect the printer in a request or reply of `size` bytes.
-/// If `size` is at most 64, returns all positions. Otherwise returns only the first 24, the last 9
-/// and every 41st, because a run for each position of a request with a certificate would take too
-/// long.
 inline std::vector<std::size_t> positions(std::size_t size) {
+  const auto& [allUpTo, first, last, every] = TriedPositions;
   std::vector<std::size_t> result;
   for (std::size_t i = 0; i <= size; ++i) {
-    if (size <= 64 || i < 24 || i + 8 >= size || i % 41 == 0) {
+    if (size <= allUpTo || i < first || i + last > size || i % every == 0) {
       result.push_back(i);
     }
   }
