@@ -61,7 +61,8 @@ TEST(Print, GoesOnAfterASignal) {
     const Redirection redirection(STDOUT_FILENO, fullPipe[1]);
     EXPECT_NO_THROW(wifi::print("result\n"));
   }
-  ::setitimer(ITIMER_REAL, nullptr, nullptr);
+  const itimerval never{};
+  ::setitimer(ITIMER_REAL, &never, nullptr);
   ::signal(SIGALRM, SIG_DFL);
   EXPECT_GE(alarms, 2);
   std::array<char, 100> buffer{};
