@@ -107,16 +107,17 @@ failed=0
 # $folder/evidence.NUMBER. The numbers increase. The hundreds digit stands for the subject of an assertion. A new
 # assertion takes the next number of its subject.
 assert() {
-  local number=$1 text=$2
+  local number=$1 text=$2 evidence=$folder/evidence.of.$$  # two runs at once do not disturb each other
   shift 2
-  if "$@" >"$folder/evidence" 2>&1; then
+  if "$@" >"$evidence" 2>&1; then
     echo "$number ok      $text"
     passed=$((passed + 1))
+    rm "$evidence"
   else
     echo "$number FAILED  $text"
     echo "    asserted: $*"
-    tail -n 40 "$folder/evidence" | cut -c 1-300 | sed 's/^/    /'
-    mv "$folder/evidence" "$folder/evidence.$number"
+    tail -n 40 "$evidence" | cut -c 1-300 | sed 's/^/    /'
+    mv "$evidence" "$folder/evidence.$number"
     failed=$((failed + 1))
   fi
 }
