@@ -60,7 +60,7 @@ INSTANTIATE_TEST_SUITE_P(
         QueryRow{{"Ip"}, {"--ip=10.0.0.255"}, "-ip", Ip, "w", 0, "10.0.0.255\n"},
         QueryRow{{"IpBare"}, {"--refuse-wrapped"}, "-ip", Ip, "wb", 0, "192.168.1.20\n"},
         QueryRow{{"IpAfterThreeQueries"}, {"--ip-after=3"}, "-ip", Ip, "wwww", 0, "192.168.1.20\n"},
-        QueryRow{{"IpAfterSomeSeconds"}, {"--ip-after=8s"}, "-ip", Ip, "www", 0, "192.168.1.20\n"},
+        QueryRow{{"IpAfterSomeSeconds"}, {"--ip-after=12s"}, "-ip", Ip, "www", 0, "192.168.1.20\n"},
         QueryRow{{"IpNever"}, {"--ip=0.0.0.0"}, "-ip", Ip, "wwwwwww", 1, ""},
         QueryRow{{"NoTrouble"}, {}, "-t", Trouble, "w", 0, ""},
         QueryRow{{"NoTroubleBare"}, {"--refuse-wrapped"}, "-t", Trouble, "wb", 0, ""},
