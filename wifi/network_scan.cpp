@@ -102,7 +102,10 @@ bool Nmcli::readOutput() {
       throw Interrupted();
     }
     if (ready == 0) {
-      return false;
+      if (millisecondsLeft() == 0) {
+        return false;
+      }
+      continue;
     }
     std::array<char, 4096> buffer{};
     const ssize_t count = ready < 0 ? -1 : ::read(m_Pipe.get(), buffer.data(), buffer.size());
