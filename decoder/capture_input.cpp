@@ -108,6 +108,7 @@ class Endpoints {
   /// Decodes the transfers whose completion is not in the capture, and ends all streams.
   void finish() {
     std::vector<const Submission*> open;
+    open.reserve(m_Submitted.size());
     for (const auto& [transfer, submission] : m_Submitted) {
       open.push_back(&submission);
     }

@@ -49,8 +49,9 @@ std::string readInput(const std::string& name) {
   }
   std::string content;
   std::array<char, 65536> block{};
-  std::size_t count = 0;
-  while ((count = std::fread(block.data(), 1, block.size(), file.get())) > 0) {
+  std::size_t count = block.size();
+  while (count == block.size()) {
+    count = std::fread(block.data(), 1, block.size(), file.get());
     content.append(block.data(), count);
   }
   if (std::ferror(file.get()) != 0) {

@@ -94,7 +94,7 @@ std::string wordsText(const SettingOption& option) {
 }
 
 std::string optionEntry(const SettingOption& option) {
-  std::string help(option.help);
+  const std::string help(option.help);
   std::string sentence = scdocSentence(help, {});
   if (const std::string words = wordsText(option); !words.empty()) {
     sentence.back() = ':';

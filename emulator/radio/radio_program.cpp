@@ -30,8 +30,10 @@ void prepareChild() {
   ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
   ::prctl(PR_SET_PDEATHSIG, SIGTERM);
   const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
-  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    ::dup2(null, stream);
+  if (null >= 0) {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+      ::dup2(null, stream);
+    }
   }
 }
 

@@ -102,8 +102,8 @@ Started startWithLink(const Options& options, const std::string& device,
   }
   printMessage("the printer is at " + link->path() +
                " while the command runs; {} in the command stands for this path");
-  CommandProcess process(emulator::withDevice(options.command, link->path()),
-                         [&] { signals.restore(); });
+  const CommandProcess process(emulator::withDevice(options.command, link->path()),
+                               [&] { signals.restore(); });
   return {std::move(link), process};
 }
 

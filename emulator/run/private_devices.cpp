@@ -64,7 +64,7 @@ void makeFile(const fs::path& path) {
   check(file.get(), path.string());
 }
 
-void bind(const fs::path& from, const fs::path& to) {
+void bindMount(const fs::path& from, const fs::path& to) {
   check(::mount(from.c_str(), to.c_str(), nullptr, MS_BIND | MS_REC, nullptr),
         "bind of " + to.string());
 }
@@ -98,7 +98,7 @@ void enterPrivateDevices(const std::string& device) {
   }
   mountTmpfs(PrinterFolder);
   makeFile(PrivateDevicePath);
-  bind(device, PrivateDevicePath);
+  bindMount(device, PrivateDevicePath);
 }
 
 }  // namespace emulator

@@ -156,20 +156,20 @@ StateFiles stateFiles(const SettingsStore::Values& settings, const CertificateSt
   xml_node printer = document.append_child("printer");
   setAttribute(printer, "version", Version);
   for (const auto& [key, value] : settings) {
-    xml_node node = printer.append_child("setting");
+    const xml_node node = printer.append_child("setting");
     setAttribute(node, "group", std::to_string(key.group));
     setAttribute(node, "object", std::to_string(key.object));
     setAttribute(node, "value", toBase64(std::string(value.begin(), value.end())));
   }
   for (const CaCertificate& authority : certificates.authorities()) {
-    xml_node node = printer.append_child("authority");
+    const xml_node node = printer.append_child("authority");
     setAttribute(node, "number", std::to_string(authority.number));
     setAttribute(node, "name", authority.name);
     setAttribute(node, "file", authority.fileName);
     files[pemName("authority", authority.number)] = authority.pem;
   }
   for (const DeviceCertificate& device : certificates.devices()) {
-    xml_node node = printer.append_child("device");
+    const xml_node node = printer.append_child("device");
     setAttribute(node, "number", std::to_string(device.number));
     setAttribute(node, "name", device.name);
     setAttribute(node, "signed", device.isPending() ? "false" : "true");

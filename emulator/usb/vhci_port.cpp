@@ -133,7 +133,7 @@ std::optional<std::string> VhciPort::printerNode() const {
     const std::string device = name.substr(3) + "-" + std::to_string(m_Port + 1);
     const fs::path nodes = bus.path() / device / (device + ":1.0") / "usbmisc";
     for (const auto& node : fs::directory_iterator(nodes, error)) {
-      const fs::path path = PrinterFolder / node.path().filename();
+      fs::path path = PrinterFolder / node.path().filename();
       if (fs::exists(path)) {
         return path;
       }

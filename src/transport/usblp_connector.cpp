@@ -100,7 +100,7 @@ HCIOStatus USBLPConnector::isWriteReady(unsigned int timeout) {
   return setStatus(probe(Direction::Write, timeout));
 }
 
-HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) {
+HCIOStatus USBLPConnector::probe(Direction direction, unsigned int timeout) const {
   // An `fd_set` has room for the descriptors 0 to FD_SETSIZE - 1. For a larger descriptor FD_SET
   // would write past the end of the set.
   if (m_Fd < 0 || m_Fd >= FD_SETSIZE) {

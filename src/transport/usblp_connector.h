@@ -54,7 +54,7 @@ class USBLPConnector : public HCIOConnector {
   enum class Direction { Read, Write };
 
   /// Waits at most `timeout` microseconds with `select`. Does not set the status.
-  HCIOStatus probe(Direction direction, unsigned int timeout);
+  HCIOStatus probe(Direction direction, unsigned int timeout) const;
   /// Sets the status if errno is EAGAIN, EBADF or EINTR. Otherwise leaves the status unchanged.
   void setStatusFromErrno();
 

@@ -78,9 +78,10 @@ class DumpWriter {
     }
     out = std::fill_n(out, (m_LineWidth - bytes.size()) * DumpedWidth, ' ');
     *out++ = '|';
-    out = std::transform(bytes.begin(), bytes.end(), out, [](unsigned char byte) {
+    const auto toPrintable = [](unsigned char byte) {
       return byte >= 0x20 && byte <= 0x7E ? static_cast<char>(byte) : '.';
-    });
+    };
+    out = std::ranges::transform(bytes, out, toPrintable).out;
     *out++ = '\n';
     m_Used = static_cast<std::size_t>(out - m_Text.data());
   }

@@ -17,7 +17,7 @@ int copyCut(std::string_view text, std::span<char> destination) {
     return 0;
   }
   const std::string_view cut = text.substr(0, std::min(text.find('\0'), destination.size() - 1));
-  const auto rest = std::copy(cut.begin(), cut.end(), destination.begin());
+  const auto rest = std::ranges::copy(cut, destination.begin()).out;
   std::fill(rest, destination.end(), '\0');
   return static_cast<int>(cut.size());
 }

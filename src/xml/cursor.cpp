@@ -26,7 +26,7 @@ bool isReserved(std::string_view name) {
 }  // namespace
 
 bool Cursor::skipProlog() {
-  while (!isAtEnd() && !(peek() == '<' && isOf(NameStart, peek(1)))) {
+  while (!isAtEnd() && (peek() != '<' || !isOf(NameStart, peek(1)))) {
     if (!skipMarkup()) {
       return false;
     }
@@ -75,7 +75,7 @@ bool Cursor::readStartTag() {
     return false;
   }
   skipSpace();
-  while (!isAtEnd() && peek() != '>' && !(peek() == '/' && peek(1) == '>')) {
+  while (!isAtEnd() && peek() != '>' && (peek() != '/' || peek(1) != '>')) {
     if (!readAttribute(m_Attributes.emplace_back())) {
       m_Attributes.pop_back();
       return false;

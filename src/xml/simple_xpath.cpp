@@ -52,8 +52,7 @@ std::string_view replaced(std::string_view text, std::string& buffer) {
 /// an empty value.
 bool hasValue(const std::vector<xml::Attribute>& tag, std::string_view name,
               std::string_view text) {
-  const auto found = std::find_if(tag.rbegin(), tag.rend(),
-                                  [name](const xml::Attribute& each) { return each.name == name; });
+  const auto found = std::ranges::find(tag.rbegin(), tag.rend(), name, &xml::Attribute::name);
   std::string buffer;
   return text == replaced(found == tag.rend() ? std::string_view() : found->value, buffer);
 }
