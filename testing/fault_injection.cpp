@@ -13,7 +13,7 @@ int depth = 0;
 
 constexpr long CallLimit = 2'000'000;
 constexpr int FirstProbes = 3;
-constexpr int ProbesBetween = 1000;
+constexpr int ProbesBetween = 10;
 
 }  // namespace
 

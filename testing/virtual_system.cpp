@@ -159,9 +159,9 @@ int selectForReading(Device& device, Microseconds limit) {
   if (device.alwaysReadable) {
     return 1;
   }
-  const Microseconds end = currentSystem->now() + limit;
-  if (device.arrivals.empty() || device.arrivals.front().at > end) {
-    currentSystem->advance(limit);
+  const Microseconds wait = limit + currentSystem->selectDelay;
+  if (device.arrivals.empty() || device.arrivals.front().at > currentSystem->now() + wait) {
+    currentSystem->advance(wait);
     return 0;
   }
   currentSystem->advance(

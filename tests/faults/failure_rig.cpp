@@ -14,6 +14,10 @@ namespace faults {
 
 namespace {
 
+/// The program looks for a reply every millisecond. With this delay it looks ten times a second, and
+/// a run takes a small part of the time.
+constexpr virtual_system::Microseconds SelectDelay = 99'000;
+
 /// Returns a printer that accepts everything, even a certificate for another key.
 emulator::Personality acceptingPrinter() {
   emulator::Personality personality;
@@ -26,6 +30,7 @@ emulator::Personality acceptingPrinter() {
 }  // namespace
 
 FailureRig::FailureRig(Wiring wiring) : printer(acceptingPrinter()), m_Wiring(wiring) {
+  system.selectDelay = SelectDelay;
   device.onWrite = [this](const support::Bytes& request) {
     if (support::Bytes reply = replyTo(request); !reply.empty()) {
       device.reply(std::move(reply));
