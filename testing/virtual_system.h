@@ -105,8 +105,8 @@ class System {
   /// errno value.
   std::function<ssize_t(std::size_t)> fileTransfer;
 
-  /// How much longer than its limit select waits for input, as on a busy machine. If input arrives in
-  /// this time, select reports it.
+  /// How much longer than its limit select waits for input, as on a busy machine. If input arrives
+  /// in this time, select reports it.
   Microseconds selectDelay = 0;
 
   /// The count of calls of select, on any descriptor.

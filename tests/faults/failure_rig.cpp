@@ -14,8 +14,8 @@ namespace faults {
 
 namespace {
 
-/// The program looks for a reply every millisecond. With this delay it looks ten times a second, and
-/// a run takes a small part of the time.
+/// The program looks for a reply every millisecond. With this delay it looks ten times a second,
+/// and a run takes a small part of the time.
 constexpr virtual_system::Microseconds SelectDelay = 99'000;
 
 /// Returns a printer that accepts everything, even a certificate for another key.
