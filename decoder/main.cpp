@@ -49,10 +49,8 @@ std::string readInput(const std::string& name) {
   }
   std::string content;
   std::array<char, 65536> block{};
-  std::size_t count = block.size();
-  while (count == block.size()) {
-    count = std::fread(block.data(), 1, block.size(), file.get());
-    content.append(block.data(), count);
+  while (std::feof(file.get()) == 0 && std::ferror(file.get()) == 0) {
+    content.append(block.data(), std::fread(block.data(), 1, block.size(), file.get()));
   }
   if (std::ferror(file.get()) != 0) {
     throw std::system_error(errno, std::generic_category());
