@@ -12,6 +12,8 @@ FaultInjection* currentDisturbance = nullptr;
 int depth = 0;
 
 constexpr long CallLimit = 2'000'000;
+/// In a wait, these first calls of select may fail, and then one call in `ProbesBetween`. A run for
+/// each call would take too long.
 constexpr int FirstProbes = 3;
 constexpr int ProbesBetween = 10;
 
