@@ -159,7 +159,7 @@ int selectForReading(Device& device, Microseconds limit) {
   if (device.alwaysReadable) {
     return 1;
   }
-  const Microseconds wait = limit + currentSystem->selectDelay;
+  const Microseconds wait = limit + currentSystem->delay;
   if (device.arrivals.empty() || device.arrivals.front().at > currentSystem->now() + wait) {
     currentSystem->advance(wait);
     return 0;
@@ -320,7 +320,7 @@ int __wrap_usleep(useconds_t microseconds) {
     return __real_usleep(microseconds);
   }
   System::current()->briefPauses.push_back(microseconds);
-  System::current()->advance(microseconds);
+  System::current()->advance(microseconds + System::current()->delay);
   return 0;
 }
 

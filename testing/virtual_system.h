@@ -105,9 +105,9 @@ class System {
   /// errno value.
   std::function<ssize_t(std::size_t)> fileTransfer;
 
-  /// How much longer than its limit select waits for input, as on a busy machine. If input arrives
-  /// in this time, select reports it.
-  Microseconds selectDelay = 0;
+  /// How much longer than requested select waits for input and usleep pauses, as on a busy machine.
+  /// If input arrives in this time, select reports it.
+  Microseconds delay = 0;
 
   /// The count of calls of select, on any descriptor.
   int selects = 0;

@@ -14,9 +14,9 @@ namespace faults {
 
 namespace {
 
-/// The program looks for a reply every millisecond. With this delay it looks ten times a second,
-/// and a run takes a small part of the time.
-constexpr virtual_system::Microseconds SelectDelay = 99'000;
+/// The program looks for a reply every millisecond, and waits a millisecond after a failed read.
+/// With this delay it does so ten times a second, and a run takes a small part of the time.
+constexpr virtual_system::Microseconds Delay = 99'000;
 
 /// Returns a printer that accepts everything, even a certificate for another key.
 emulator::Personality acceptingPrinter() {
@@ -30,7 +30,7 @@ emulator::Personality acceptingPrinter() {
 }  // namespace
 
 FailureRig::FailureRig(Wiring wiring) : printer(acceptingPrinter()), m_Wiring(wiring) {
-  system.selectDelay = SelectDelay;
+  system.delay = Delay;
   device.onWrite = [this](const support::Bytes& request) {
     if (support::Bytes reply = replyTo(request); !reply.empty()) {
       device.reply(std::move(reply));
