@@ -241,7 +241,7 @@ void readArguments(const std::vector<std::string>& words, Arguments& arguments) 
     arguments.command = Command::Help;
     arguments.text = std::string(version.what()) + "\n";
   } catch (const CLI::Error& error) {
-    throw UsageError(usageProblem(error, app));
+    throw UsageError(usageProblem(error, app.remaining(true), !app.get_subcommands().empty()));
   }
   arguments.json = arguments.json || arguments.jsonLines;
   checkSeveral(arguments);

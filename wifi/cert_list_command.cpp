@@ -1,7 +1,5 @@
 // zvkwifi cert list
 
-#include <nlohmann/json.hpp>
-
 #include "wifi/cert_command.h"
 #include "wifi/commands.h"
 #include "wifi/shown_text.h"
@@ -37,33 +35,13 @@ std::string textOf(const CertificateReport& report) {
   return text;
 }
 
-Json orNull(const std::string& text) {
-  return text.empty() ? Json(nullptr) : Json(text);
-}
-
-void addJson(const CertificateReport& report, Json& entry) {
-  if (report.report.result != session::Result::Ok) {
-    return;
-  }
-  entry["certificates"] = Json::array();
-  entry["authorities"] = Json::array();
-  for (const std::string& name : report.certificates) {
-    entry["certificates"].push_back({{"name", name}});
-  }
-  for (const AuthorityEntry& authority : report.authorities) {
-    entry["authorities"].push_back({{"name", authority.name},
-                                    {"file", orNull(authority.file)},
-                                    {"common_name", orNull(authority.commonName)}});
-  }
-}
-
 }  // namespace
 
 int certListCommand(const Arguments& arguments) {
   return runOnCertificates(arguments, {.run = [](session::Certificates& certificates,
                                                  const auto&) { return certificates.list(); },
                                        .text = textOf,
-                                       .addJson = addJson});
+                                       .addJson = addCertificates});
 }
 
 }  // namespace wifi

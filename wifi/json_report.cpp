@@ -19,6 +19,10 @@ Json orNull(const std::optional<T>& value) {
   return value ? Json(*value) : Json(nullptr);
 }
 
+Json orNull(const std::string& text) {
+  return text.empty() ? Json(nullptr) : Json(text);
+}
+
 Json errorJson(const Explanation& error) {
   return {{"message", error.message}, {"remedy", error.remedy}};
 }
@@ -79,6 +83,22 @@ JsonEntry reportEntry(const session::Report& report, Fields fields, double secon
     addKeys(json);
   }
   return std::make_shared<const Json>(std::move(json));
+}
+
+void addCertificates(const session::CertificateReport& report, Json& entry) {
+  if (report.report.result != session::Result::Ok) {
+    return;
+  }
+  entry["certificates"] = Json::array();
+  entry["authorities"] = Json::array();
+  for (const std::string& name : report.certificates) {
+    entry["certificates"].push_back({{"name", name}});
+  }
+  for (const session::AuthorityEntry& authority : report.authorities) {
+    entry["authorities"].push_back({{"name", authority.name},
+                                    {"file", orNull(authority.file)},
+                                    {"common_name", orNull(authority.commonName)}});
+  }
 }
 
 std::string documentText(const std::vector<JsonEntry>& printers) {

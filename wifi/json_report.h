@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "session/certificates.h"
 #include "session/session.h"
 #include "wifi/explanation.h"
 
@@ -33,6 +34,10 @@ enum class Fields { Status, Set, ResultOnly };
 [[nodiscard]] JsonEntry reportEntry(const session::Report& report, Fields fields, double seconds,
                                     const std::optional<Explanation>& error,
                                     const std::function<void(Json&)>& addKeys = {});
+
+/// Adds the names of the printer's certificates and authorities to its entry, if the printer
+/// reported them.
+void addCertificates(const session::CertificateReport& report, Json& entry);
 
 /// Returns the document with these entries, followed by a line end.
 [[nodiscard]] std::string documentText(const std::vector<JsonEntry>& printers);

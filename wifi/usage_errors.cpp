@@ -2,7 +2,7 @@
 
 #include "wifi/usage_errors.h"
 
-#include <CLI/CLI.hpp>
+#include <CLI/Error.hpp>
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -44,7 +44,8 @@ void rejectEmptyValues(const std::vector<std::string>& words) {
   }
 }
 
-std::string usageProblem(const CLI::Error& error, const CLI::App& app) {
+std::string usageProblem(const CLI::Error& error, const std::vector<std::string>& extra,
+                         bool hasCommand) {
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
     // CLI11's text begins with the option's name and a colon.
     const std::string name =
@@ -52,13 +53,12 @@ std::string usageProblem(const CLI::Error& error, const CLI::App& app) {
     return util::formatted(tr("%s: expected a value"), name.c_str());
   }
   if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
-    const std::vector<std::string> extra = app.remaining(true);
     const std::string first = extra.empty() ? std::string() : extra.front();
     if (first.starts_with('-')) {
       return util::formatted(tr("%s: no such option; see zvkwifi --help"),
                              withoutValue(first).c_str());
     }
-    if (app.get_subcommands().empty() && !first.empty()) {
+    if (!hasCommand && !first.empty()) {
       return util::formatted(
           tr("%s: no such command; expected list, status, set, station, reset or cert"),
           first.c_str());

@@ -4,7 +4,6 @@
 #include <vector>
 
 namespace CLI {
-class App;
 class Error;
 }  // namespace CLI
 
@@ -21,7 +20,9 @@ void rejectSecrets(const std::vector<std::string>& words);
 /// the value.
 void rejectEmptyValues(const std::vector<std::string>& words);
 
-/// Returns what is wrong with a command line, from CLI11's error.
-[[nodiscard]] std::string usageProblem(const CLI::Error& error, const CLI::App& app);
+/// Returns what is wrong with a command line, from CLI11's error. `extra` has the words that CLI11
+/// did not expect. `hasCommand` is true if the line has a command.
+[[nodiscard]] std::string usageProblem(const CLI::Error& error,
+                                       const std::vector<std::string>& extra, bool hasCommand);
 
 }  // namespace wifi
