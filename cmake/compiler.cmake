@@ -41,13 +41,18 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   add_compile_options(-Wno-restrict)
 endif()
 
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_UNITY_BUILD)
+  # g++ takes a source that another source includes for a header, and warns of its unnamed namespace.
+  add_compile_options(-Wno-subobject-linkage)
+endif()
+
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   add_compile_options(-Wthread-safety -Wthread-safety-beta)
 endif()
 
 if(ZVK_SANITIZERS)
-  # Without optimisation some end-to-end tests take minutes.
-  add_compile_options($<$<CONFIG:Debug>:-O1> -fsanitize=${ZVK_SANITIZERS} -fno-sanitize-recover=all
+  # Without optimisation some end-to-end tests take minutes. The reports need no debug information but the lines.
+  add_compile_options("$<$<CONFIG:Debug>:-O1;-g1>" -fsanitize=${ZVK_SANITIZERS} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ZVK_SANITIZERS})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND ZVK_SANITIZERS MATCHES "address")

@@ -89,7 +89,11 @@ check_words() {
 
 # Configures and builds the preset $1.
 build_preset() {
-  cmake --preset "$1" >/dev/null
+  local unity=()
+  # A CI machine starts without a compiler cache. Several sources compiled together take two thirds of the time.
+  # Elsewhere a release build compiles each source alone, so that the compiler finds a source whose includes are incomplete.
+  [ -z "${CI:-}" ] || unity=(-DCMAKE_UNITY_BUILD=ON)
+  cmake --preset "$1" "${unity[@]}" >/dev/null
   cmake --build --preset "$1"
 }
 

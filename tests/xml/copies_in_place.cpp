@@ -4,16 +4,16 @@
 
 namespace {
 
-int count = 0;
+int copies = 0;
 
 void countInPlace(const void* to, const void* from, std::size_t size) {
-  count += to == from && size > 0 ? 1 : 0;
+  copies += to == from && size > 0 ? 1 : 0;
 }
 
 }  // namespace
 
 int copiesInPlace() {
-  return count;
+  return copies;
 }
 
 // The linker's --wrap requires these names. AddressSanitizer has its own memmove, which is wrapped
